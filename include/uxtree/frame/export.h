@@ -1,0 +1,10 @@
+// Marks what the library exports; everything else stays inside it.
+#pragma once
+
+#if defined(__GNUC__)
+#define UXTREE_API __attribute__((visibility("default")))
+#define UXTREE_SENTINEL __attribute__((sentinel))
+#else
+#define UXTREE_API
+#define UXTREE_SENTINEL
+#endif

@@ -1,0 +1,155 @@
+// The host's growable arrays. An index outside an array throws std::invalid_argument.
+#pragma once
+
+#include <algorithm>
+#include <memory>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "uxtree/host/export.h"
+#include "uxtree/host/string.h"
+
+// A growable array of strings.
+class UXHOST_API CWBOStringArray {
+public:
+    int GetSize() const;
+    int GetCount() const;
+    int GetUpperBound() const;  // the last index, -1 when empty
+    bool IsEmpty() const;
+    void SetSize(int size);  // new elements are ""
+    const CStringUTF8& GetAt(int index) const;
+    void SetAt(int index, const CStringUTF8& value);
+    void SetAtGrow(int index, const CStringUTF8& value);
+    CStringUTF8& ElementAt(int index);
+    CStringUTF8& operator[](int index);
+    const CStringUTF8& operator[](int index) const;
+    int Add(const CStringUTF8& value);  // index of the new element
+    int Add(CStringUTF8&& value);
+    int Append(const CWBOStringArray& other);  // index of the first new element
+    void Copy(const CWBOStringArray& other);
+    void InsertAt(int index, const CStringUTF8& value, int count = 1);
+    void RemoveAt(int index, int count = 1);
+    void RemoveAll();
+
+private:
+    std::vector<CStringUTF8> items_;
+};
+
+// A growable array of plain values. Not a std::vector inside: bool elements need addresses.
+template <class T, class A = T>
+class CArray {
+public:
+    CArray() = default;
+    CArray(const CArray& other) { Copy(other); }
+    CArray(CArray&& other) noexcept { Swap(other); }
+    ~CArray() = default;
+    CArray& operator=(const CArray& other) {
+        if (this != &other) Copy(other);
+        return *this;
+    }
+    CArray& operator=(CArray&& other) noexcept {
+        Swap(other);
+        return *this;
+    }
+
+    int GetSize() const { return size_; }
+    int GetCount() const { return size_; }
+    int GetUpperBound() const { return size_ - 1; }
+    bool IsEmpty() const { return size_ == 0; }
+    // New elements are zero.
+    void SetSize(int size) {
+        if (size < 0) throw std::invalid_argument("array size below zero");
+        Reserve(size);
+        for (int i = size_; i < size; ++i) items_[Index(i)] = T();
+        size_ = size;
+    }
+    const T& GetAt(int index) const { return items_[Checked(index)]; }
+    void SetAt(int index, const A& value) { items_[Checked(index)] = value; }
+    void SetAtGrow(int index, const A& value) {
+        const T copy = value;
+        if (index >= size_) SetSize(index + 1);
+        items_[Checked(index)] = copy;
+    }
+    T& ElementAt(int index) { return items_[Checked(index)]; }
+    T& operator[](int index) { return items_[Checked(index)]; }
+    const T& operator[](int index) const { return items_[Checked(index)]; }
+    T* GetData() { return items_.get(); }
+    const T* GetData() const { return items_.get(); }
+    // Index of the new element.
+    int Add(const A& value) {
+        if (size_ == capacity_) {
+            T copy = value;  // value may live in this array
+            Grow();
+            items_[Index(size_)] = std::move(copy);
+        } else {
+            items_[Index(size_)] = value;
+        }
+        return size_++;
+    }
+    // Index of the first new element.
+    int Append(const CArray& other) {
+        const int first = size_;
+        const int added = other.size_;
+        Reserve(size_ + added);
+        for (int i = 0; i < added; ++i) items_[Index(first + i)] = other.items_[Index(i)];
+        size_ = first + added;
+        return first;
+    }
+    void Copy(const CArray& other) {
+        if (this == &other) return;
+        SetSize(other.size_);
+        std::copy_n(other.items_.get(), Index(size_), items_.get());
+    }
+    void InsertAt(int index, const A& value, int count = 1) {
+        if (index < 0 || count < 0) throw std::invalid_argument("array index outside the array");
+        const T copy = value;
+        const int oldSize = size_;
+        SetSize(std::max(index, oldSize) + count);
+        for (int i = oldSize - 1; i >= index; --i) {
+            items_[Index(i + count)] = std::move(items_[Index(i)]);
+        }
+        for (int i = 0; i < count; ++i) items_[Index(index + i)] = copy;
+    }
+    void RemoveAt(int index, int count = 1) {
+        if (index < 0 || count < 0 || count > size_ - index) {
+            throw std::invalid_argument("array index outside the array");
+        }
+        for (int i = index; i + count < size_; ++i) {
+            items_[Index(i)] = std::move(items_[Index(i + count)]);
+        }
+        for (int i = size_ - count; i < size_; ++i) items_[Index(i)] = T();
+        size_ -= count;
+    }
+    void RemoveAll() {
+        items_.reset();
+        size_ = 0;
+        capacity_ = 0;
+    }
+
+private:
+    static std::size_t Index(int index) { return static_cast<std::size_t>(index); }
+    std::size_t Checked(int index) const {
+        if (index < 0 || index >= size_) {
+            throw std::invalid_argument("array index outside the array");
+        }
+        return Index(index);
+    }
+    void Grow() { Reserve(capacity_ < 4 ? 4 : capacity_ + capacity_ / 2); }
+    void Reserve(int capacity) {
+        if (capacity <= capacity_) return;
+        std::unique_ptr<T[]> items(new T[Index(capacity)]());
+        std::move(items_.get(), items_.get() + size_, items.get());
+        items_ = std::move(items);
+        capacity_ = capacity;
+    }
+    void Swap(CArray& other) noexcept {
+        std::swap(items_, other.items_);
+        std::swap(size_, other.size_);
+        std::swap(capacity_, other.capacity_);
+    }
+
+    std::unique_ptr<T[]> items_;
+    int size_ = 0;
+    int capacity_ = 0;
+};
