@@ -120,4 +120,7 @@ std::string read_file(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+std::string source_path(const std::string& name) { return UXTREE_SOURCE_DIR "/" + name; }
+std::string binary_path(const std::string& name) { return UXTREE_BINARY_DIR "/" + name; }
+
 }  // namespace uxtest

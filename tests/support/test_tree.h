@@ -77,4 +77,8 @@ private:
 };
 std::string read_file(const std::string& path);
 
+// A path below the source folder or the build folder of this run.
+std::string source_path(const std::string& name);
+std::string binary_path(const std::string& name);
+
 }  // namespace uxtest
