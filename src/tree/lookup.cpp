@@ -1,0 +1,593 @@
+#include "uxtree/tree/lookup.h"
+
+#include <vector>
+
+#include "uxtree/data/ids.h"
+
+#include "frame/guards.h"
+#include "frame/results.h"
+#include "frame/script_args.h"
+#include "frame/walk.h"
+
+using namespace ux;
+
+namespace {
+
+constexpr const char* kDataId = "DataID";
+constexpr int kAnyValue = -39999;     // matches every value of the attribute
+constexpr int kNoRepeatId = -1;       // any repeat identifier
+constexpr int kInconsistentIds = -2;  // result of the chain of identifiers
+
+// visit_below with the level of each node, the children of top being at firstLevel.
+template <typename Visit>
+bool visit_levels(const UXXmlWrapperBase& top, long long firstLevel, Visit&& visit) {
+    UXXmlWrapperBase node;
+    if (!top.FirstChild(&node)) return true;
+    for (long long level = firstLevel;;) {
+        const Step step = visit(node, level);
+        if (step == Step::kStop) return false;
+        if (step == Step::kIntoBranch && step_into_first_child(node)) {
+            ++level;
+            continue;
+        }
+        while (!step_to_next_sibling(node)) {
+            if (level-- == firstLevel || !step_to_parent(node)) return true;
+        }
+    }
+}
+
+CStringUTF8 tag_of(const UXXmlWrapperBase& node) {
+    CStringUTF8 tag;
+    node.GetTagName(tag);
+    return tag;
+}
+
+// ---- numbering --------------------------------------------------------------------------------
+
+enum NodeFlag : unsigned int {
+    kLevelMask = 0xFF,
+    kMarkedOnly = 0x10000,
+    kBranchesOnly = 0x20000,
+    kLimitLevel = 0x40000,
+};
+
+struct Numbering {
+    int index;
+    int maxLevel;  // negative: no limit
+    const char* attrName;
+    bool skipSubtreeOfMarked;
+    bool branchesOnly;
+};
+
+bool number_nodes(const UXXmlWrapperBase& tree, const Numbering& rule, int level, int& counter,
+                  UXXmlWrapperBase& found) {
+    const bool limited = rule.maxLevel >= 0;
+    if (rule.index < 0 || (limited && level > rule.maxLevel)) return false;
+    const bool marked = given(rule.attrName);
+    return !visit_levels(tree, level, [&](UXXmlWrapperBase& node, long long nodeLevel) {
+        const bool hasMark = marked && node.HasProperty(rule.attrName, 0) != 0;
+        if (marked && !rule.skipSubtreeOfMarked && !hasMark) return Step::kOverBranch;
+        if (rule.branchesOnly && is_leaf(node)) return Step::kOverBranch;
+        if (counter == rule.index) {
+            found = node;
+            return Step::kStop;
+        }
+        ++counter;
+        if (rule.skipSubtreeOfMarked && hasMark) return Step::kOverBranch;
+        if (limited && nodeLevel + 1 > rule.maxLevel) return Step::kOverBranch;
+        return Step::kIntoBranch;
+    });
+}
+
+// ---- level and row ----------------------------------------------------------------------------
+
+enum class LevelStop { kGoOn, kFound, kRefused };
+
+LevelStop test_level_stop(const UXXmlWrapperBase& node, const UXXmlWrapperBase* top,
+                          bool useEventRoot) {
+    if (top == nullptr) return LevelStop::kGoOn;
+    if (useEventRoot) {
+        int option = 0;
+        node.GetPropertyValue("EventRootOption", option, 0);
+        if (option == -1) return LevelStop::kRefused;
+        if (option > 0) return LevelStop::kFound;
+        // Intended: a value below -1 neither stops the walk nor lets the node be compared with
+        // top. Only -1 refuses, only a positive value marks a local root.
+        if (option != 0) return LevelStop::kGoOn;
+    }
+    return node == *top ? LevelStop::kFound : LevelStop::kGoOn;
+}
+
+// The tags, given from the bottom up, joined by "." from the top down.
+CStringUTF8 dotted_path(const std::vector<CStringUTF8>& tagsUpward) {
+    CStringUTF8 path;
+    for (auto tag = tagsUpward.rbegin(); tag != tagsUpward.rend(); ++tag) {
+        path += *tag;
+        path += '.';
+    }
+    path.TrimRight('.');
+    return path;
+}
+
+int branch_size(const UXXmlWrapperBase& node) {
+    int size = 1;
+    visit_below(node, [&](UXXmlWrapperBase&) {
+        ++size;
+        return Step::kIntoBranch;
+    });
+    return size;
+}
+
+// Steps to the first child with the tag, adding the rows passed over and its own; false when no
+// child has it.
+bool step_to_row(UXXmlWrapperBase& node, const CStringUTF8& tag, int& row) {
+    for (UXXmlWrapperBase& child : children(node)) {
+        if (tag_of(child).CompareNoCase(tag) == 0) {
+            ++row;
+            node = child;
+            return true;
+        }
+        row += branch_size(child);
+    }
+    return false;
+}
+
+// ---- attributes and identifiers ---------------------------------------------------------------
+
+bool has_id(const UXXmlWrapperBase& node, int id) {
+    int value = 0;
+    if (node.GetID(value) && value == id) return true;
+    return node.GetDataID(value) && value == id;
+}
+
+bool has_int(const UXXmlWrapperBase& node, const char* name, int wanted) {
+    if (wanted == kAnyValue) return node.HasProperty(name, 0) != 0;
+    int value = 0;
+    return node.GetPropertyValue(name, value, 0) && value == wanted;
+}
+
+bool has_repeat_id(UXXmlWrapperBase& node, int wanted) {
+    int value = 0;
+    VCTreeGetRepeatId(node, value);
+    return value > 0 && value == wanted;
+}
+
+struct IdSearch {
+    const char* attrName;
+    int value;
+    bool recursive;
+    int depth;     // levels below the first one that are searched when not recursive
+    int repeatId;  // below 1: any
+};
+
+bool find_by_id(const UXXmlWrapperBase& tree, const IdSearch& search, UXXmlWrapperBase& found) {
+    return !visit_levels(tree, 0, [&](UXXmlWrapperBase& node, long long level) {
+        // Intended: the repeat identifier constrains the first level only. A node found deeper
+        // matches with any repeat identifier.
+        const bool repeatIdCounts = level == 0 && search.repeatId >= 1;
+        if (has_int(node, search.attrName, search.value) &&
+            (!repeatIdCounts || has_repeat_id(node, search.repeatId))) {
+            found = node;
+            return Step::kStop;
+        }
+        return search.recursive || level < search.depth ? Step::kIntoBranch : Step::kOverBranch;
+    });
+}
+
+// One link of a chain of identifiers: among the direct children of the last ancestor found, or in
+// the whole tree when there is none yet.
+bool find_link(UXXmlWrapperBase& place, bool wholeTree, const char* attrName, int id,
+               int repeatId) {
+    UXXmlWrapperBase found;
+    if (!find_by_id(place, {attrName, id, wholeTree, 0, repeatId}, found)) return false;
+    place = found;
+    return true;
+}
+
+bool find_direct_by_data_id(const UXXmlWrapperBase& tree, int id, UXXmlWrapperBase& out) {
+    UXXmlWrapperBase found;
+    if (!find_by_id(tree, {kDataId, id, false, 0, kNoRepeatId}, found)) return false;
+    out = found;
+    return true;
+}
+
+// ---- several attributes -----------------------------------------------------------------------
+
+int check_ints(const UXXmlWrapperBase& node, const CWBOStringArray& names,
+               const CArray<int, int>& values) {
+    if (names.GetSize() != values.GetSize()) return kFail;
+    for (int i = 0; i < names.GetSize(); ++i) {
+        int value = 0;
+        if (!node.GetPropertyValue(names[i], value, 0) || value != values[i]) return kFail;
+    }
+    return kOk;
+}
+
+int check_texts(const UXXmlWrapperBase& node, const CWBOStringArray& names,
+                const CWBOStringArray& values, bool noCase) {
+    if (names.GetSize() != values.GetSize()) return kFail;
+    CStringUTF8 value;
+    for (int i = 0; i < names.GetSize(); ++i) {
+        if (!node.GetPropertyValue(names[i], value, 0)) return kFail;
+        if ((noCase ? value.CompareNoCase(values[i]) : value.Compare(values[i])) != 0) return kFail;
+    }
+    return kOk;
+}
+
+// The node that passes after `occurrence` passing siblings. What is still to be found is counted
+// per level: a branch is searched with what the level above has left, and gives nothing back.
+template <typename Passes>
+bool find_occurrence(const UXXmlWrapperBase& tree, bool recursive, int occurrence,
+                     UXXmlWrapperBase& found, Passes&& passes) {
+    std::vector<int> left;  // of the levels above
+    UXXmlWrapperBase node;
+    if (!tree.FirstChild(&node)) return false;
+    for (;;) {
+        if (passes(node)) {
+            if (occurrence == 0) {
+                found = node;
+                return true;
+            }
+            if (occurrence > 0) --occurrence;
+        }
+        if (recursive && step_into_first_child(node)) {
+            left.push_back(occurrence);
+            continue;
+        }
+        while (!step_to_next_sibling(node)) {
+            if (left.empty()) return false;
+            occurrence = left.back();
+            left.pop_back();
+            step_to_parent(node);
+        }
+    }
+}
+
+// ---- attribute and child value ----------------------------------------------------------------
+
+bool passes_attribute(const UXXmlWrapperBase& node, const char* name, const char* value) {
+    if (any_null(name, value)) return true;
+    // Intended: the attribute's value is not compared; having it is enough, and lacking it is
+    // enough when the wanted value is empty. Existing dialogs rely on this lenient test.
+    return node.HasProperty(name, 0) != 0 || *value == '\0';
+}
+
+bool has_leaf_child(const UXXmlWrapperBase& node, const char* tag, const char* value) {
+    for (UXXmlWrapperBase& child : children(node)) {
+        if (tag_of(child) != tag || !is_leaf(child)) continue;
+        CStringUTF8 text;
+        child.NodeValue(text, 1, 1, nullptr);
+        if (text.CompareNoCase(value) == 0) return true;
+    }
+    return false;
+}
+
+// ---- help -------------------------------------------------------------------------------------
+
+constexpr int kFirstHelpCategory = 256;
+constexpr int kLastHelpCategory = 1024;
+
+int help_category(UXXmlWrapperBase& out, UXXmlWrapperBase& tree, int id, int category) {
+    if (category >= kFirstHelpCategory && category <= kLastHelpCategory) return category;
+    const auto& service = UXGetHostServices().helpCategory;
+    return service ? service(out, tree, id, category) : category;
+}
+
+// The DataID of the direct child that holds the help, 0 when the help stands under its category.
+int direct_help_id(int id, int category) {
+    const bool firstCategory = category == kFirstHelpCategory;
+    switch (id) {
+        case 440:
+            return firstCategory ? 310 : 0;
+        case 448:
+            return firstCategory ? 391 : 0;
+        case 305:
+        case 430:
+        case 442:
+        case 446:
+            return id;
+        default:
+            return 0;
+    }
+}
+
+}  // namespace
+
+extern "C" {
+
+int uxtree_get_node(UXXmlWrapperBase* tree, UXXmlWrapperBase* out, int index, int* counter,
+                    int maxLevel, const char* attrName, bool skipSubtreeOfMarked, bool branchesOnly,
+                    int level) {
+    return at_boundary(kFail, [&] {
+        if (any_null(out, counter) || !usable(tree)) return kFail;
+        UXXmlWrapperBase found;
+        const Numbering rule{index, maxLevel, attrName, skipSubtreeOfMarked, branchesOnly};
+        if (!number_nodes(*tree, rule, level, *counter, found)) return kFail;
+        *out = found;
+        return kOk;
+    });
+}
+
+int uxtree_get_node_ex(UXXmlWrapperBase* tree, UXXmlWrapperBase* out, int index, unsigned int flags,
+                       const char* attrName) {
+    return at_boundary(kFail, [&] {
+        if (out == nullptr) return kFail;
+        int counter = 0;
+        const int maxLevel = (flags & kLimitLevel) != 0 ? static_cast<int>(flags & kLevelMask) : -1;
+        // Intended: 1 also when there is no such node. Callers pass a fresh handle and test it.
+        uxtree_get_node(tree, out, index, &counter, maxLevel, attrName, (flags & kMarkedOnly) == 0,
+                        (flags & kBranchesOnly) != 0, 0);
+        return kOk;
+    });
+}
+
+int uxtree_get_root_node(UXXmlWrapperBase* node, UXXmlWrapperBase* out) {
+    return at_boundary(kFail, [&] {
+        if (out == nullptr || !usable(node)) return kFail;
+        UXXmlWrapperBase root = *node;
+        UXXmlWrapperBase parent;
+        while (root.GetParent(&parent)) root = parent;
+        *out = root;
+        return kOk;
+    });
+}
+
+int uxtree_get_level(CStringUTF8* path, UXXmlWrapperBase* node, UXXmlWrapperBase* top,
+                     int useEventRoot) {
+    return at_boundary(kBadArgument, [&] {
+        if (path == nullptr || !usable(node)) return kBadArgument;
+        std::vector<CStringUTF8> tags;
+        LevelStop stop = LevelStop::kGoOn;
+        UXXmlWrapperBase place = *node;
+        for (UXXmlWrapperBase next = place; next.IsNodeValid(); next.GetParent(&next)) {
+            place = next;
+            tags.push_back(tag_of(place));
+            stop = test_level_stop(place, top, useEventRoot != 0);
+            if (stop != LevelStop::kGoOn) break;
+        }
+        if (stop == LevelStop::kRefused) return kBadArgument;
+        if (top != nullptr && stop != LevelStop::kFound) return kBadArgument;
+        *path = dotted_path(tags);
+        if (top != nullptr) *top = place;
+        return static_cast<int>(tags.size()) - 1;
+    });
+}
+
+int uxtree_get_row_number(UXXmlWrapperBase* tree, const char* path) {
+    return at_boundary(kBadArgument, [&] {
+        if (path == nullptr || !usable(tree)) return kBadArgument;
+        CWBOStringArray tokens;
+        UXGetTokens(tokens, path, '.', '"');
+        if (tokens.IsEmpty() || tag_of(*tree).CompareNoCase(tokens[0]) != 0) return kBadArgument;
+        int row = 1;
+        UXXmlWrapperBase node = *tree;
+        for (int i = 1; i < tokens.GetSize(); ++i) {
+            if (!step_to_row(node, tokens[i], row)) return kBadArgument;
+        }
+        return row;
+    });
+}
+
+int uxtree_get_node_by_id(UXXmlWrapperBase* tree, UXXmlWrapperBase* out, int id, bool recursive) {
+    return at_boundary(kFail, [&] {
+        if (out == nullptr || !usable(tree)) return kFail;
+        UXXmlWrapperBase found;
+        visit_below(*tree, [&](UXXmlWrapperBase& node) {
+            if (has_id(node, id)) {
+                found = node;
+                return Step::kStop;
+            }
+            return recursive ? Step::kIntoBranch : Step::kOverBranch;
+        });
+        if (!usable(found)) return kFail;
+        *out = found;
+        return kOk;
+    });
+}
+
+int uxtree_get_node_by_tagname(UXXmlWrapperBase* node, UXXmlWrapperBase* out, const char* tag,
+                               bool recursive, bool caseSensitive, bool leavesOnly) {
+    return at_boundary(kFail, [&] {
+        if (!usable(node) || !given(tag)) return kFail;
+        CStringUTF8 name;
+        UXXmlWrapperBase found;
+        const auto test = [&](const UXXmlWrapperBase& candidate) {
+            if (leavesOnly && !is_leaf(candidate)) return Step::kIntoBranch;
+            candidate.GetTagName(name);
+            if ((caseSensitive ? name.Compare(tag) : name.CompareNoCase(tag)) != 0) {
+                return Step::kIntoBranch;
+            }
+            found = candidate;
+            return Step::kStop;
+        };
+        if (test(*node) != Step::kStop && recursive) visit_below(*node, test);
+        if (!usable(found)) return kFail;
+        if (out != nullptr) *out = found;
+        return kOk;
+    });
+}
+
+int uxtree_find_node(UXXmlWrapperBase* tree, UXXmlWrapperBase* out, const char* attrName, int value,
+                     bool recursive, int depth, int repeatId) {
+    return at_boundary(kFail, [&] {
+        if (any_null(out, attrName) || !usable(tree)) return kFail;
+        UXXmlWrapperBase found;
+        if (!find_by_id(*tree, {attrName, value, recursive, depth, repeatId}, found)) return kFail;
+        *out = found;
+        return kOk;
+    });
+}
+
+int uxtree_find_node_ex(UXXmlWrapperBase* tree, UXXmlWrapperBase* out, const char* attrName, int id,
+                        int parentId, int parentRepeatId, int grandParentId,
+                        int grandParentRepeatId) {
+    return at_boundary(kBadArgument, [&] {
+        if (any_null(out, attrName) || !usable(tree)) return kBadArgument;
+        if (id == 0 || (grandParentId != 0 && parentId == 0)) return kInconsistentIds;
+        UXXmlWrapperBase place = *tree;
+        bool wholeTree = true;
+        // Intended: the last ancestor found stays in out when a later link is missing. Callers
+        // test the result, which names that link.
+        const auto follow = [&](int link, int repeatId) {
+            if (!find_link(place, wholeTree, attrName, link, repeatId)) return false;
+            *out = place;
+            wholeTree = false;
+            return true;
+        };
+        if (grandParentId != 0 && !follow(grandParentId, grandParentRepeatId)) return grandParentId;
+        if (parentId != 0 && !follow(parentId, parentRepeatId)) return parentId;
+        return follow(id, kNoRepeatId) ? 0 : id;
+    });
+}
+
+int uxtree_find_node_by_dataID(UXXmlWrapperBase* out, UXXmlWrapperBase* tree, int id, int parentId,
+                               int parentRepeatId, int grandParentId, int grandParentRepeatId) {
+    return at_boundary(kFail, [&] {
+        if (out == nullptr) return kFail;
+        UXXmlWrapperBase found;
+        const int missing = uxtree_find_node_ex(tree, &found, kDataId, id, parentId, parentRepeatId,
+                                                grandParentId, grandParentRepeatId);
+        *out = missing == 0 ? found : UXXmlWrapperBase();
+        return missing == 0 ? kOk : kFail;
+    });
+}
+
+int uxtree_find_node_with_attr_child(UXXmlWrapperBase* tree, UXXmlWrapperBase* out,
+                                     const char* attrName, const char* attrValue,
+                                     const char* childTag, const char* childValue) {
+    return at_boundary(kFail, [&] {
+        if (out == nullptr || !usable(tree)) return kFail;
+        const bool anyChild = any_null(childTag, childValue);
+        for (UXXmlWrapperBase& node : children(*tree)) {
+            if (!passes_attribute(node, attrName, attrValue)) continue;
+            if (!anyChild && !has_leaf_child(node, childTag, childValue)) continue;
+            *out = node;
+            return kOk;
+        }
+        return kFail;
+    });
+}
+
+int uxtree_check_node_int_attr(UXXmlWrapperBase* node, UXScriptObject* names,
+                               UXScriptObject* values) {
+    return at_boundary(kFail, [&] {
+        if (any_null(names, values) || !usable(node)) return kFail;
+        const CWBOStringArray* nameList = string_array(names);
+        const CArray<int, int>* valueList = int_vector(values);
+        if (any_null(nameList, valueList)) return kBadArgument;
+        return check_ints(*node, *nameList, *valueList);
+    });
+}
+
+int uxtree_check_node_str_attr(UXXmlWrapperBase* node, UXScriptObject* names,
+                               UXScriptObject* values, int noCase) {
+    return at_boundary(kFail, [&] {
+        if (any_null(names, values) || !usable(node)) return kFail;
+        const CWBOStringArray* nameList = string_array(names);
+        const CWBOStringArray* valueList = string_array(values);
+        if (any_null(nameList, valueList)) return kBadArgument;
+        return check_texts(*node, *nameList, *valueList, noCase != 0);
+    });
+}
+
+int uxtree_find_node_with_int_attr(UXXmlWrapperBase* tree, UXXmlWrapperBase* out,
+                                   UXScriptObject* names, UXScriptObject* values, bool recursive,
+                                   int occurrence) {
+    return at_boundary(kFail, [&] {
+        if (!usable(tree)) return kFail;
+        const CWBOStringArray* nameList = string_array(names);
+        const CArray<int, int>* valueList = int_vector(values);
+        if (any_null(nameList, valueList)) return kFail;
+        UXXmlWrapperBase found;
+        const auto passes = [&](const UXXmlWrapperBase& node) {
+            return check_ints(node, *nameList, *valueList) == kOk;
+        };
+        if (!find_occurrence(*tree, recursive, occurrence, found, passes)) return kFail;
+        if (out != nullptr) *out = found;
+        return kOk;
+    });
+}
+
+int uxtree_find_node_with_str_attr(UXXmlWrapperBase* tree, UXXmlWrapperBase* out,
+                                   UXScriptObject* names, UXScriptObject* values, bool recursive,
+                                   int occurrence) {
+    return at_boundary(kFail, [&] {
+        if (!usable(tree)) return kFail;
+        const CWBOStringArray* nameList = string_array(names);
+        const CWBOStringArray* valueList = string_array(values);
+        if (any_null(nameList, valueList)) return kFail;
+        UXXmlWrapperBase found;
+        const auto passes = [&](const UXXmlWrapperBase& node) {
+            return check_texts(node, *nameList, *valueList, false) == kOk;
+        };
+        if (!find_occurrence(*tree, recursive, occurrence, found, passes)) return kFail;
+        if (out != nullptr) *out = found;
+        return kOk;
+    });
+}
+
+int uxtree_tree_check_get_node(UXXmlWrapperBase* out, UXXmlWrapperBase* parent, const char* tag,
+                               int id, const char* attrName, const char* attrValue, int findFlag) {
+    return at_boundary(kFail, [&] {
+        if (out == nullptr || !usable(parent)) return kFail;
+        UXXmlWrapperBase place = *parent;  // out may be the parent's own handle
+        if (!place.FindChild(tag, out, findFlag)) place.AddNode(out, tag, id == 0 ? -1 : id);
+        if (!usable(out)) return kFail;
+        if (given(attrName) && given(attrValue)) {
+            out->SetPropertyValue(attrName, CStringUTF8(attrValue));
+        }
+        return kOk;
+    });
+}
+
+int uxtree_tree_check_get_node_by_attribute(UXXmlWrapperBase* out, UXXmlWrapperBase* parent,
+                                            const char* attrName, const char* attrValue, int flag,
+                                            const char* newTag) {
+    return at_boundary(kFail, [&] {
+        if (any_null(out, attrName, attrValue) || !usable(parent)) return kFail;
+        UXXmlWrapperBase place = *parent;  // out may be the parent's own handle
+        if (place.FindNodeByAttribute(out, attrName, attrValue, 0, flag)) return kOk;
+        CStringUTF8 tag = newTag != nullptr ? newTag : attrValue;
+        // Intended: the tag "0" means that the caller wants nothing created.
+        if (tag == "0") return kFail;
+        if (!tag.IsEmpty()) {
+            const CStringUTF8 wanted = tag;
+            UXGetHostServices().cleanName(tag, wanted);
+        }
+        if (!place.AddNode(out, tag, -1)) return kFail;
+        out->SetPropertyValue(attrName, CStringUTF8(attrValue));
+        return kOk;
+    });
+}
+
+int uxtree_check_get_node_by_dataid(UXXmlWrapperBase* parent, UXXmlWrapperBase* out,
+                                    const char* tag, int dataId, const char* attrName,
+                                    const char* attrValue) {
+    return at_boundary(kFail, [&] {
+        if (out == nullptr || !usable(parent)) return kFail;
+        if (find_direct_by_data_id(*parent, dataId, *out)) return kOk;
+        UXXmlWrapperBase added;
+        // Intended: 1 also when the tag cannot be created; out then stays as it was.
+        if (!parent->AddNode(&added, tag, -1)) return kOk;
+        if (given(attrName) && given(attrValue)) {
+            added.SetPropertyValue(attrName, CStringUTF8(attrValue));
+        }
+        if (dataId > 0) added.SetDataID(dataId);
+        *out = added;
+        return kOk;
+    });
+}
+
+int uxtree_get_help_node(UXXmlWrapperBase* out, UXXmlWrapperBase* tree, int id, int category) {
+    return at_boundary(kFail, [&] {
+        if (out == nullptr || !usable(tree)) return kFail;
+        UXXmlWrapperBase place = *tree;  // out may be the tree's own handle
+        const int known = help_category(*out, place, id, category);
+        const int direct = direct_help_id(id, known);
+        if (direct != 0) return find_direct_by_data_id(place, direct, *out) ? kOk : kFail;
+        constexpr int kHelpTopics = 420;
+        return uxtree_find_node_by_dataID(out, &place, id, kHelpTopics, known, 0, kNoRepeatId);
+    });
+}
+
+}  // extern "C"
