@@ -1,0 +1,77 @@
+#include "data/id_index.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <functional>
+
+namespace ux {
+namespace {
+
+constexpr int kLinearSize = 16;
+constexpr unsigned kBucketBits = 4;
+constexpr std::size_t kBucketSize = std::size_t{1} << kBucketBits;
+constexpr int kFree = -1;
+
+}  // namespace
+
+// A strictly ascending array holds no value twice, so its table waits until a search misses the
+// entry that is next in order.
+IdIndex::IdIndex(const CArray<int, int>& ids) : ids_(ids.GetData()), size_(ids.GetSize()) {
+    const bool ascending =
+        std::adjacent_find(ids_, ids_ + size_, std::greater_equal<>()) == ids_ + size_;
+    if (ascending) return;
+    if (size_ > kLinearSize) {
+        build();
+        return;
+    }
+    for (int i = 0; i < size_ && repeated_ < 0; ++i) {
+        if (std::find(ids_ + i + 1, ids_ + size_, ids_[i]) != ids_ + size_) repeated_ = i;
+    }
+}
+
+int IdIndex::find(int id) {
+    // The entry in order may be taken at once only where no earlier one can be equal.
+    if (repeated_ < 0 && next_ < size_ && ids_[next_] == id) return next_++;
+    int index = kFree;
+    if (size_ <= kLinearSize) {
+        const int* const found = std::find(ids_, ids_ + size_, id);
+        if (found != ids_ + size_) index = static_cast<int>(found - ids_);
+    } else {
+        if (table_.empty()) build();
+        index = slot_of(id).index;
+    }
+    if (index >= 0) next_ = index + 1;
+    return index;
+}
+
+void IdIndex::build() {
+    const std::size_t buckets =
+        std::bit_ceil(2 * static_cast<std::size_t>(size_) / kBucketSize + 1);
+    bucketShift_ = 64U - static_cast<unsigned>(std::countr_zero(buckets));
+    table_.assign(buckets * kBucketSize, Entry{0, kFree});
+    for (int i = 0; i < size_; ++i) {
+        Entry& entry = slot_of(ids_[i]);
+        if (entry.index == kFree) {
+            entry = {ids_[i], i};
+        } else if (repeated_ < 0 || entry.index < repeated_) {
+            repeated_ = entry.index;
+        }
+    }
+}
+
+// Identifiers that follow each other share a bucket, hence a cache line; the buckets are spread by
+// multiplication, so that no regular pattern of identifiers crowds one of them.
+IdIndex::Entry& IdIndex::slot_of(int id) {
+    const std::uint64_t key = static_cast<std::uint32_t>(id) >> kBucketBits;
+    const std::uint64_t bucket =
+        bucketShift_ == 64U ? 0 : (key * 0x9E3779B97F4A7C15U) >> bucketShift_;
+    std::size_t slot = static_cast<std::size_t>(bucket) * kBucketSize +
+                       (static_cast<std::uint32_t>(id) & (kBucketSize - 1));
+    while (table_[slot].index != kFree && table_[slot].id != id) {
+        slot = slot + 1 == table_.size() ? 0 : slot + 1;
+    }
+    return table_[slot];
+}
+
+}  // namespace ux

@@ -1,0 +1,207 @@
+#include "uxtree/data/ids.h"
+
+#include "data/id_index.h"
+#include "data/ids_detail.h"
+#include "data/names.h"
+#include "frame/guards.h"
+#include "frame/results.h"
+
+namespace {
+
+constexpr char kRepeatId[] = "RepeatID";
+constexpr char kRepeatNodeId[] = "RepeatNodeID";
+
+constexpr int kLargestRepeat = 32767;          // what the getters accept
+constexpr int kLargestCombinedRepeat = 32766;  // what can be combined
+constexpr int kLargestCombinedId = 0xFFFF;
+
+constexpr unsigned kLow16 = 0xFFFF;
+constexpr unsigned kOneSetBit = 0x2000;
+
+int read_marker(const UXXmlWrapperBase& node, const char* name, int lowest, int& out) {
+    out = -1;
+    node.GetPropertyValue(name, out, 0);
+    return out >= lowest && out <= kLargestRepeat ? ux::kOk : ux::kFail;
+}
+
+int write_marker(UXXmlWrapperBase& node, const char* name, int id) {
+    return id >= 1 ? node.SetPropertyValue(name, id) : node.RemoveProperty(name);
+}
+
+unsigned one_set_high_word(unsigned short set) {
+    return (set | kOneSetBit) & kLow16;
+}
+
+CStringUTF8 attribute_or_empty(const UXXmlWrapperBase& node, const char* name) {
+    CStringUTF8 text;
+    node.GetPropertyValue(name, text, 0);
+    return text;
+}
+
+CStringUTF8 tag_of(const UXXmlWrapperBase& node) {
+    CStringUTF8 tag;
+    node.GetTagName(tag);
+    return tag;
+}
+
+}  // namespace
+
+namespace ux {
+
+int _tree_combine_id_with_repeat_id(UXXmlWrapperBase& node, int& dataId, int& repeatOut,
+                                    int inheritedRepeat) {
+    int own = -1;
+    if (VCTreeGetRepeatId(node, own)) {
+        // Intended: 32767 is read as a RepeatID and then refused, whatever is inherited.
+        if (own > kLargestCombinedRepeat) return kRepeatInvalid;
+        if (inheritedRepeat < 1) {
+            repeatOut = own;
+            return kRepeatStarted;
+        }
+        if ((inheritedRepeat & own) != 0) return kRepeatConflict;
+        repeatOut = own | inheritedRepeat;
+        // Intended: a repeated branch hands the merged RepeatID down and leaves its own
+        // identifier alone, so that its copies share it.
+        if (own > 0) return kRepeatMerged;
+    }
+    if (dataId < 0 || inheritedRepeat < 1) return kIdUnchanged;
+    if (dataId > kLargestCombinedId) return kIdTooLarge;
+    // Intended: the inherited RepeatID is stamped, not the merged one.
+    const unsigned high = static_cast<unsigned>(inheritedRepeat) & kLow16;
+    dataId = static_cast<int>(high << 16 | static_cast<unsigned>(dataId));
+    return kIdCombined;
+}
+
+int _tree_apply_repeat_node_id(UXXmlWrapperBase& node, int& dataId) {
+    int marker = -1;
+    if (dataId < 0 || !VCTreeGetRepeatNodeId(node, marker)) return kIdUnchanged;
+    if (marker > kLargestCombinedRepeat) return kRepeatInvalid;
+    // Intended: only the low byte of a RepeatNodeID counts; from 128 on it makes the identifier
+    // negative, which no leaf is collected or set by.
+    const unsigned bits = static_cast<unsigned>(marker) << 24;
+    if ((static_cast<unsigned>(dataId) & bits) != 0) return kRepeatConflict;
+    dataId = static_cast<int>(static_cast<unsigned>(dataId) | bits);
+    return kIdCombined;
+}
+
+int _tree_find_dup_id(const CArray<int, int>& ids, int* dupOut) {
+    const int first = IdIndex(ids).first_repeated();
+    if (first < 0) return kOk;
+    if (dupOut != nullptr) *dupOut = ids[first];
+    return kFail;
+}
+
+void _tree_format_repeat_id_error(const UXXmlWrapperBase& node, int code, int dataId,
+                                  int inheritedRepeat, CStringUTF8* errorText) {
+    if (errorText == nullptr) return;
+    const char* what = nullptr;
+    if (code == kRepeatInvalid) what = "Repeat ID invalid";
+    if (code == kRepeatConflict) what = "Repeat ID conflict";
+    if (code == kIdTooLarge) what = "DataID conflict with RepeatID";
+    if (what == nullptr) return;
+    const CStringUTF8 tag = tag_of(node);
+    const CStringUTF8 label = attribute_or_empty(node, kLabel);
+    // Intended: an identifier that is too large stands where the others print the inherited
+    // RepeatID. Authors of trees search for these texts.
+    errorText->Format("%s for Node with Name = %s, Label = %s, Repeat ID = %d", what,
+                      static_cast<const char*>(tag), static_cast<const char*>(label),
+                      code == kIdTooLarge ? dataId : inheritedRepeat);
+}
+
+void _tree_format_repeat_node_id_error(const UXXmlWrapperBase& node, int code, int dataId,
+                                       CStringUTF8* errorText) {
+    if (errorText == nullptr || code >= kIdUnchanged) return;
+    const CStringUTF8 tag = tag_of(node);
+    const CStringUTF8 label = attribute_or_empty(node, kLabel);
+    // Intended: the RepeatNodeID itself is not known here and prints as -1.
+    if (code == kRepeatConflict) {
+        errorText->Format(
+            "Repeat Node ID conflict for Node with Name = %s, Label = %s, Repeat Node ID = %d, "
+            "ID = %d",
+            static_cast<const char*>(tag), static_cast<const char*>(label), -1, dataId);
+        return;
+    }
+    errorText->Format(
+        "Repeat Node ID invalid for Node with Name = %s, Label = %s, Repeat Node ID = %d",
+        static_cast<const char*>(tag), static_cast<const char*>(label), -1);
+}
+
+void format_missing_data_id(const UXXmlWrapperBase& node, CStringUTF8& errorText) {
+    // Intended: "Name" is the attribute here and the tag in the messages above.
+    const CStringUTF8 name = attribute_or_empty(node, kName);
+    const CStringUTF8 label = attribute_or_empty(node, kLabel);
+    errorText.Format("Missing DataID for Node with Name = %s, Label = %s",
+                     static_cast<const char*>(name), static_cast<const char*>(label));
+}
+
+void format_duplicate_id(int id, int inheritedRepeat, CStringUTF8& errorText) {
+    errorText.Format("\n******  _tree_set_values_by_ids found dup id = %d, %X. RepeatID = %d\n", id,
+                     static_cast<unsigned>(id), inheritedRepeat);
+}
+
+TransportId read_id(const UXXmlWrapperBase& node, const char* idAttribute, int inheritedRepeat) {
+    TransportId out{-1, inheritedRepeat};
+    node.GetPropertyValue(idAttribute, out.id, 0);
+    return out;
+}
+
+bool combine_with_repeat(UXXmlWrapperBase& node, int inheritedRepeat, TransportId& out,
+                         CStringUTF8* errorText) {
+    const int code = _tree_combine_id_with_repeat_id(node, out.id, out.repeat, inheritedRepeat);
+    if (code >= kIdUnchanged) return true;
+    _tree_format_repeat_id_error(node, code, out.id, inheritedRepeat, errorText);
+    return false;
+}
+
+bool combine_with_repeat_node(UXXmlWrapperBase& node, TransportId& out, CStringUTF8* errorText) {
+    const int code = _tree_apply_repeat_node_id(node, out.id);
+    if (code >= kIdUnchanged) return true;
+    _tree_format_repeat_node_id_error(node, code, out.id, errorText);
+    return false;
+}
+
+}  // namespace ux
+
+int VCTreeGetRepeatId(UXXmlWrapperBase& node, int& out) {
+    return ux::at_boundary(ux::kFail, [&] { return read_marker(node, kRepeatId, 0, out); });
+}
+
+int VCTreeSetRepeatId(UXXmlWrapperBase& node, int id) {
+    return ux::at_boundary(ux::kFail, [&] { return write_marker(node, kRepeatId, id); });
+}
+
+int VCTreeGetRepeatNodeId(UXXmlWrapperBase& node, int& out) {
+    return ux::at_boundary(ux::kFail, [&] { return read_marker(node, kRepeatNodeId, 1, out); });
+}
+
+int VCTreeSetRepeatNodeId(UXXmlWrapperBase& node, int id) {
+    return ux::at_boundary(ux::kFail, [&] { return write_marker(node, kRepeatNodeId, id); });
+}
+
+extern "C" int uxtree_make_one_set_ID(unsigned short index, unsigned short set) {
+    return static_cast<int>(one_set_high_word(set) << 16 | index);
+}
+
+extern "C" int uxtree_is_ID_in_one_set(int id, unsigned short set) {
+    return static_cast<unsigned>(id) >> 16 == one_set_high_word(set) ? ux::kOk : ux::kFail;
+}
+
+extern "C" int uxtree_is_in_ids_range(UXXmlWrapperBase* node, int low, int high, int extra) {
+    return ux::at_boundary(ux::kFail, [&] {
+        if (!ux::usable(node) || low > high || low < 0 || high < 0) return ux::kFail;
+        int id = 0;
+        node->GetID(id);
+        // Intended: the upper end wraps at 32 bits, so an extra beyond them admits nothing.
+        const int end =
+            static_cast<int>(static_cast<unsigned>(high) + static_cast<unsigned>(extra));
+        return low <= id && id <= end ? ux::kOk : ux::kFail;
+    });
+}
+
+extern "C" int uxtree_combine_treenode_id_with_repeat_id(UXXmlWrapperBase* node, int* dataId,
+                                                         int* repeatOut, int inheritedRepeat) {
+    return ux::at_boundary(ux::kFail, [&] {
+        if (ux::any_null(dataId, repeatOut) || !ux::usable(node)) return ux::kFail;
+        return ux::_tree_combine_id_with_repeat_id(*node, *dataId, *repeatOut, inheritedRepeat);
+    });
+}
