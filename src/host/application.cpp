@@ -1,0 +1,3 @@
+#include "uxtree/host/application.h"
+
+UXHostApplication::~UXHostApplication() = default;

@@ -1,0 +1,11 @@
+#include "uxtree/host/script_object.h"
+
+UXScriptObject::~UXScriptObject() = default;
+
+int UXScriptObject::IsValid() {
+    return 1;
+}
+
+void* UXScriptObject::GetInternalData(unsigned int /*typeCode*/) {
+    return nullptr;
+}

@@ -1,0 +1,270 @@
+#include "uxtree/host/utilities.h"
+
+#include <algorithm>
+#include <bit>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "host/ascii.h"
+
+namespace {
+using uxhost::is_digit;
+using uxhost::trimmed;
+using uxhost::view_of;
+
+void add_text(CWBOStringArray& array, std::string_view text) {
+    CStringUTF8 item;
+    item.Assign(text.data(), text.size());
+    array.Add(std::move(item));
+}
+
+bool separates(char c, char separator) {
+    if (separator != ' ') return c == separator;
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+// One token from `at` on, without its quotes; `at` moves to the separator behind it or to the end.
+std::string next_token(std::string_view text, std::size_t& at, char separator, char quote) {
+    std::string token;
+    bool quoted = false;
+    for (; at < text.size(); ++at) {
+        const char c = text[at];
+        if (quote != '\0' && c == quote) {
+            const bool doubled = quoted && at + 1 < text.size() && text[at + 1] == quote;
+            if (doubled) {
+                token += quote;
+                ++at;
+            } else {
+                quoted = !quoted;
+            }
+        } else if (!quoted && separates(c, separator)) {
+            break;
+        } else {
+            token += c;
+        }
+    }
+    return token;
+}
+
+// A decimal number taken apart: the digits before and after the point, and the exponent.
+struct Decimal {
+    bool negative = false;
+    std::string_view whole;
+    std::string_view fraction;
+    std::int64_t exponent = 0;
+
+    char digit(std::size_t i) const {
+        return i < whole.size() ? whole[i] : fraction[i - whole.size()];
+    }
+    std::size_t digits() const { return whole.size() + fraction.size(); }
+};
+
+std::string_view take_digits(std::string_view& text) {
+    std::size_t length = 0;
+    while (length < text.size() && is_digit(text[length])) ++length;
+    const std::string_view digits = text.substr(0, length);
+    text.remove_prefix(length);
+    return digits;
+}
+
+bool take_sign(std::string_view& text) {
+    const bool negative = !text.empty() && text.front() == '-';
+    if (negative || (!text.empty() && text.front() == '+')) text.remove_prefix(1);
+    return negative;
+}
+
+// Reads "e" with its digits; false when there are none. An absurd exponent is cut.
+bool take_exponent(std::string_view& text, std::int64_t& exponent) {
+    constexpr std::int64_t kLargest = std::int64_t{1} << 40;
+    text.remove_prefix(1);
+    const bool negative = take_sign(text);
+    const std::string_view digits = take_digits(text);
+    if (digits.empty()) return false;
+    std::int64_t value = 0;
+    for (const char c : digits) value = std::min(value * 10 + (c - '0'), kLargest);
+    exponent = negative ? -value : value;
+    return true;
+}
+
+bool take_apart(std::string_view text, Decimal& number) {
+    text = trimmed(text);
+    number.negative = take_sign(text);
+    number.whole = take_digits(text);
+    if (!text.empty() && text.front() == '.') {
+        text.remove_prefix(1);
+        number.fraction = take_digits(text);
+    }
+    if (number.digits() == 0) return false;
+    if (!text.empty() && (text.front() == 'e' || text.front() == 'E')) {
+        if (!take_exponent(text, number.exponent)) return false;
+    }
+    return text.empty();
+}
+
+// A number outside the range of double is either too large for it, or nearest to zero.
+bool nearest_is_zero(const Decimal& number) {
+    for (std::size_t i = 0; i < number.digits(); ++i) {
+        if (number.digit(i) == '0') continue;
+        const auto before =
+            static_cast<std::int64_t>(number.whole.size()) - static_cast<std::int64_t>(i);
+        return before + number.exponent < 0;
+    }
+    return true;
+}
+
+// The digits before the point once the exponent is applied: truncation by text is exact for every
+// length, where a double in between would round. False above 32 bits.
+bool integer_part(const Decimal& number, std::uint64_t& value) {
+    const std::int64_t wanted = static_cast<std::int64_t>(number.whole.size()) + number.exponent;
+    value = 0;
+    for (std::int64_t i = 0; i < wanted; ++i) {
+        const auto at = static_cast<std::size_t>(i);
+        const bool written = at < number.digits();
+        if (!written && value == 0) return true;
+        value = value * 10 + static_cast<std::uint64_t>(written ? number.digit(at) - '0' : 0);
+        if (value > std::numeric_limits<std::uint32_t>::max()) return false;
+    }
+    return true;
+}
+
+constexpr std::size_t kNumberBuffer = 48;
+
+std::size_t print_number(double value, int precision, char (&buffer)[kNumberBuffer]) {
+    const std::to_chars_result result =
+        std::to_chars(buffer, buffer + kNumberBuffer, value, std::chars_format::general, precision);
+    return static_cast<std::size_t>(result.ptr - buffer);
+}
+
+bool reads_back(const char* text, std::size_t length, double value) {
+    double back = 0;
+    std::from_chars(text, text + length, back);
+    return std::bit_cast<std::uint64_t>(back) == std::bit_cast<std::uint64_t>(value);
+}
+}  // namespace
+
+int UXGetTokens(CWBOStringArray& tokens, const char* text, char separator, char quote) {
+    const std::string_view rest = view_of(text);
+    const bool keepEmpty = separator != ' ';
+    CWBOStringArray found;  // text may be one of the old tokens
+    for (std::size_t at = 0; at < rest.size(); ++at) {
+        const std::string token = next_token(rest, at, separator, quote);
+        if (keepEmpty || !token.empty()) add_text(found, token);
+        const bool endsWithSeparator = at + 1 == rest.size();
+        if (keepEmpty && endsWithSeparator) add_text(found, {});
+    }
+    tokens = std::move(found);
+    return tokens.GetSize();
+}
+
+int UXSeparateByString(CWBOStringArray& pieces, const char* text, const char* separator) {
+    const std::string_view all = view_of(text);
+    const std::string_view between = view_of(separator);
+    CWBOStringArray found;  // text may be one of the old pieces
+    std::size_t start = 0;
+    while (!between.empty()) {
+        const std::size_t end = all.find(between, start);
+        if (end == std::string_view::npos) break;
+        add_text(found, all.substr(start, end - start));
+        start = end + between.size();
+    }
+    if (!all.empty()) add_text(found, all.substr(start));
+    pieces = std::move(found);
+    return pieces.GetSize();
+}
+
+int UXJoinTokens(CStringUTF8& out, const CWBOStringArray& tokens, const char* separator) {
+    CStringUTF8 joined;  // out may be one of the tokens
+    for (int i = 0; i < tokens.GetSize(); ++i) {
+        if (i > 0) joined += separator;
+        joined += tokens[i];
+    }
+    out = std::move(joined);
+    return tokens.GetSize();
+}
+
+bool UXParseDouble(std::string_view text, double& value) {
+    text = trimmed(text);
+    if (!text.empty() && text.front() == '+') {
+        text.remove_prefix(1);
+        if (!text.empty() && text.front() == '-') return false;
+    }
+    // Of what from_chars reads, only "inf" and "nan" have neither a digit nor a point here.
+    const std::size_t first = !text.empty() && text.front() == '-' ? 1 : 0;
+    if (first >= text.size() || (!is_digit(text[first]) && text[first] != '.')) return false;
+
+    double number = 0;
+    const std::from_chars_result result =
+        std::from_chars(text.data(), text.data() + text.size(), number);
+    if (result.ptr != text.data() + text.size()) return false;
+    if (result.ec == std::errc::result_out_of_range) {
+        Decimal parts;
+        if (!take_apart(text, parts) || !nearest_is_zero(parts)) return false;
+        number = parts.negative ? -0.0 : 0.0;
+    } else if (result.ec != std::errc()) {
+        return false;
+    }
+    value = number;
+    return true;
+}
+
+bool UXParseInt(std::string_view text, int& value) {
+    Decimal number;
+    std::uint64_t magnitude = 0;
+    if (!take_apart(text, number) || !integer_part(number, magnitude)) return false;
+    if (number.negative) {
+        if (magnitude > 0x80000000U) return false;
+        magnitude = 0U - magnitude;
+    }
+    value = static_cast<int>(static_cast<std::uint32_t>(magnitude));
+    return true;
+}
+
+int UXLeadingInt(const char* text) {
+    std::string_view rest = view_of(text);
+    while (!rest.empty() && uxhost::is_space(rest.front())) rest.remove_prefix(1);
+    const bool negative = take_sign(rest);
+    constexpr std::int64_t kLargest = std::int64_t{std::numeric_limits<int>::max()};
+    const std::int64_t limit = negative ? kLargest + 1 : kLargest;
+    std::int64_t value = 0;
+    for (const char c : take_digits(rest)) value = std::min(value * 10 + (c - '0'), limit);
+    return static_cast<int>(negative ? -value : value);
+}
+
+void UXFormatDouble(double value, CStringUTF8& out) {
+    if (!std::isfinite(value)) value = UXMissingValue();
+    char buffer[kNumberBuffer];
+    constexpr double kPlainDigits = 1e15;  // below it an integer has no exponent in 15 digits
+    const bool plain = value > -kPlainDigits && value < kPlainDigits &&
+                       value == std::trunc(value) && !(value == 0 && std::signbit(value));
+    if (plain) {
+        const std::to_chars_result result =
+            std::to_chars(buffer, buffer + kNumberBuffer, static_cast<std::int64_t>(value));
+        out.Assign(buffer, static_cast<std::size_t>(result.ptr - buffer));
+        return;
+    }
+    std::size_t length = 0;
+    for (int precision = 15; precision <= 17; ++precision) {
+        length = print_number(value, precision, buffer);
+        if (reads_back(buffer, length, value)) break;
+    }
+    out.Assign(buffer, length);
+}
+
+double UXMissingValue() {
+    return std::bit_cast<double>(std::uint64_t{0x81AA74FE1C132C0E});
+}
+
+int UXAccess(const char* path, int /*mode*/) {
+    struct stat info = {};
+    if (path == nullptr || stat(path, &info) != 0 || !S_ISREG(info.st_mode)) return -1;
+    return faccessat(AT_FDCWD, path, R_OK, AT_EACCESS) == 0 ? 0 : -1;
+}
