@@ -5,6 +5,17 @@
 #include "uxtree/host/host.h"
 
 extern "C" {
+// For every leaf below source that has the match attribute, in order: writes the leaf's value into
+// the target attribute of the nodes below target whose match attribute has the same text, and,
+// when an extra attribute is named, the leaf's extra attribute ("" when absent) into theirs.
+//
+//   targetAttribute  null or empty: "Show".       matchAttribute  null or empty: "DataID".
+//   extraAttribute   null or empty: none.         recursive       0: the children of both only.
+//   all              0: the first match only.     caseSensitive   0: ASCII case is ignored.
+//
+// 1 or 0, for a match or none in the last search made. With `all`, a search reports only about the
+// nodes behind the last branch of target it entered. A recursive pass over a branch of source that
+// holds no leaf to match ends with 0. 0 also for an unusable tree.
 UXTREE_API int uxtree_copy_values_to_attributes_by_attribute_matching(
     UXXmlWrapperBase* source, UXXmlWrapperBase* target, const char* targetAttribute,
     const char* matchAttribute, const char* extraAttribute, int recursive, int all,
