@@ -16,6 +16,7 @@ using UXPropertyFilter = std::function<bool(const char* name)>;  // true keeps t
 namespace uxhost {  // the host's own storage
 class Document;
 struct Element;
+struct Attribute;
 }  // namespace uxhost
 
 // A value object that refers to one element of a tree, or to nothing. Copies refer to the same
@@ -197,6 +198,12 @@ private:
 
     uxhost::Element* Live() const;  // the element, null when the handle is invalid
     int Bind(uxhost::Document* document, uxhost::Element* element) noexcept;
+    int StepTo(std::uint32_t uxhost::Element::*link, UXXmlWrapperBase* out) const;
+    const uxhost::Attribute* FindAttribute(const char* name) const;
+    int SetAttribute(const char* name, const CStringUTF8& value);
+    int AddChild(const UXXmlWrapperBase* before, const char* tag, const char* text, int id,
+                 UXXmlWrapperBase* out);
+    int TakeContent(const UXXmlWrapperBase* source, bool withTag);
     int ReadVector(UXVectorDesc& vector) const;
     int WriteVector(const UXVectorDesc& vector);
 

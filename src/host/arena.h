@@ -1,0 +1,171 @@
+// Storage of one document, addressed by 32-bit references.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <utility>
+#include <vector>
+
+namespace uxhost {
+
+using Ref = std::uint32_t;  // 0 is none
+
+inline constexpr std::size_t kFirstChunkBytes = std::size_t{1} << 11;
+inline constexpr std::size_t kFullChunkBytes = std::size_t{1} << 21;
+
+// One run of memory; large ones are aligned and advised for huge pages, because a big document
+// otherwise spends more time in page faults than in its own work.
+class Chunk {
+public:
+    Chunk() = default;
+    explicit Chunk(std::size_t bytes);
+    Chunk(Chunk&& other) noexcept;
+    Chunk& operator=(Chunk&& other) noexcept;
+    ~Chunk();
+
+    char* data() const { return data_; }
+    std::size_t size() const { return size_; }
+
+private:
+    char* data_ = nullptr;
+    std::size_t size_ = 0;
+};
+
+// Blocks of bytes in units of 8. A reference is a chunk's number and a unit in it; chunk 0 stays
+// empty. A released block is handed out again to a request of the same size class.
+class ByteArena {
+public:
+    char* at(Ref ref) const { return bases_[ref >> kUnitBits] + ((ref & kUnitMask) << 3); }
+
+    Ref allocate(std::size_t bytes) {
+        const std::size_t units = rounded_units(bytes);
+        if (units <= kExactUnits) {
+            if (free_[units] != 0) return pop(units);
+            if (units <= unitsLeft_) return take(units);
+        }
+        return allocate_slow(units);
+    }
+    // bytes as requested
+    void release(Ref ref, std::size_t bytes);
+    // Usable bytes of a block that was requested with `bytes`.
+    static std::size_t capacity(std::size_t bytes) { return rounded_units(bytes) << 3; }
+
+    // Becomes a copy of other, in which every reference of other means the same block. This arena
+    // must be new.
+    void copy_from(const ByteArena& other);
+
+private:
+    static constexpr unsigned kUnitBits = 18;  // 2 MiB of 8-byte units
+    static constexpr Ref kUnitMask = (Ref{1} << kUnitBits) - 1;
+    static constexpr std::size_t kExactUnits = 64;        // above, eight classes a doubling
+    static constexpr std::size_t kSharedUnits = 1 << 15;  // larger blocks have a chunk of their own
+    static constexpr std::size_t kClasses = kExactUnits + 1 + 8 * 9;
+
+    static std::size_t rounded_units(std::size_t bytes) {
+        const std::size_t units = (bytes + 7) >> 3;
+        return units <= kExactUnits ? units + (units == 0) : rounded_large(units);
+    }
+    static std::size_t rounded_large(std::size_t units);
+    static std::size_t size_class(std::size_t units);
+    Ref pop(std::size_t sizeClass);
+    Ref take(std::size_t units) {
+        const Ref ref = next_;
+        next_ += static_cast<Ref>(units);
+        unitsLeft_ -= units;
+        return ref;
+    }
+    Ref allocate_slow(std::size_t units);
+    Ref add_chunk(std::size_t bytes);
+
+    std::vector<char*> bases_;
+    std::vector<Chunk> chunks_;
+    std::vector<Ref> freeChunks_;  // numbers of chunks that were given back whole
+    std::array<Ref, kClasses> free_{};
+    Ref next_ = 0;
+    std::size_t unitsLeft_ = 0;
+    std::size_t nextChunkBytes_ = kFirstChunkBytes;
+};
+
+// Slots of one type, addressed by their number from 1. A released slot keeps its content, so that
+// a stale pointer still finds the generation that tells it is stale; it becomes a slot of the same
+// type again. Slot must have a member `next`, which links the free ones.
+template <typename Slot>
+class SlotArena {
+public:
+    Slot* at(Ref ref) const { return bases_[ref >> kSlotBits] + (ref & kSlotMask); }
+
+    // Yields the number of a slot; fresh tells whether its content is undefined.
+    Ref allocate(bool& fresh) {
+        fresh = free_ == 0;
+        if (!fresh) {
+            const Ref ref = free_;
+            free_ = at(ref)->next;
+            --freeCount_;
+            return ref;
+        }
+        if (slotsLeft_ == 0) add_chunk();
+        --slotsLeft_;
+        return next_++;
+    }
+    void release(Ref ref) noexcept {
+        at(ref)->next = free_;
+        free_ = ref;
+        ++freeCount_;
+    }
+    std::size_t free_count() const { return freeCount_; }
+
+    // Becomes a copy of other. This arena must be new.
+    void copy_from(const SlotArena& other) {
+        std::vector<Chunk> chunks(other.chunks_.size());
+        std::vector<Slot*> bases(other.bases_.size());
+        for (std::size_t i = 0; i < chunks.size(); ++i) {
+            const bool filling = other.slotsLeft_ > 0 && i == other.next_ >> kSlotBits;
+            chunks[i] = Chunk(other.chunks_[i].size());
+            bases[i] = reinterpret_cast<Slot*>(chunks[i].data());
+            const std::size_t used =
+                filling ? other.next_ & kSlotMask : other.chunks_[i].size() / sizeof(Slot);
+            std::copy_n(other.bases_[i], used, bases[i]);
+        }
+        chunks_ = std::move(chunks);
+        bases_ = std::move(bases);
+        free_ = other.free_;
+        freeCount_ = other.freeCount_;
+        next_ = other.next_;
+        slotsLeft_ = other.slotsLeft_;
+        nextChunkBytes_ = other.nextChunkBytes_;
+    }
+
+private:
+    static constexpr unsigned kSlotBits = 15;
+    static constexpr Ref kSlotMask = (Ref{1} << kSlotBits) - 1;
+    static_assert(sizeof(Slot) << kSlotBits == kFullChunkBytes);
+
+    void add_chunk() {
+        if (chunks_.size() >= (std::size_t{1} << (32 - kSlotBits))) throw std::bad_alloc();
+        Chunk chunk(nextChunkBytes_);
+        chunks_.reserve(chunks_.size() + 1);
+        bases_.reserve(chunks_.size() + 1);
+        bases_.push_back(reinterpret_cast<Slot*>(chunk.data()));
+        chunks_.push_back(std::move(chunk));
+        next_ = static_cast<Ref>(chunks_.size() - 1) << kSlotBits;
+        slotsLeft_ = nextChunkBytes_ / sizeof(Slot);
+        nextChunkBytes_ = std::min(nextChunkBytes_ * 8, kFullChunkBytes);
+        if (next_ == 0) {  // number 0 means none
+            ++next_;
+            --slotsLeft_;
+        }
+    }
+
+    std::vector<Slot*> bases_;
+    std::vector<Chunk> chunks_;
+    Ref free_ = 0;
+    std::size_t freeCount_ = 0;
+    Ref next_ = 0;
+    std::size_t slotsLeft_ = 0;
+    std::size_t nextChunkBytes_ = kFirstChunkBytes;
+};
+
+}  // namespace uxhost

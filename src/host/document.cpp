@@ -1,0 +1,410 @@
+#include "host/document.h"
+
+#include <bit>
+#include <cmath>
+#include <cstring>
+#include <stdexcept>
+#include <utility>
+
+#include "uxtree/host/utilities.h"
+
+namespace uxhost {
+
+// --- names -------------------------------------------------------------------------------------
+
+std::uint32_t NameTable::hash_of(std::string_view name) {
+    std::uint32_t hash = 2166136261u;
+    for (const char c : name) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619u;
+    return hash ^ hash >> 15;
+}
+
+// The slot that holds the name, or the free one where it belongs.
+std::size_t NameTable::probe(std::string_view name, std::uint32_t hash) const {
+    std::size_t slot = hash & (slots_.size() - 1);
+    while (slots_[slot] != 0) {
+        const Entry& entry = names_[slots_[slot]];
+        if (entry.hash == hash && entry.text == name) break;
+        slot = (slot + 1) & (slots_.size() - 1);
+    }
+    return slot;
+}
+
+NameId NameTable::find(std::string_view name) const {
+    return slots_.empty() ? 0 : slots_[probe(name, hash_of(name))];
+}
+
+NameId NameTable::intern(std::string_view name, ByteArena& bytes) {
+    const std::uint32_t hash = hash_of(name);
+    if (slots_.empty()) rehash(16);
+    std::size_t slot = probe(name, hash);
+    if (slots_[slot] != 0) return slots_[slot];
+    if (2 * names_.size() >= slots_.size()) {
+        rehash(2 * slots_.size());
+        slot = probe(name, hash);
+    }
+    Entry entry;
+    entry.ref = bytes.allocate(name.size() + 1);
+    char* text = bytes.at(entry.ref);
+    std::memcpy(text, name.data(), name.size());
+    text[name.size()] = '\0';
+    entry.text = {text, name.size()};
+    entry.hash = hash;
+    names_.push_back(entry);
+    slots_[slot] = static_cast<NameId>(names_.size() - 1);
+    return slots_[slot];
+}
+
+void NameTable::rehash(std::size_t slots) {
+    std::vector<NameId> table(slots);
+    for (NameId id = 1; id < names_.size(); ++id) {
+        std::size_t slot = names_[id].hash & (slots - 1);
+        while (table[slot] != 0) slot = (slot + 1) & (slots - 1);
+        table[slot] = id;
+    }
+    slots_ = std::move(table);
+}
+
+void NameTable::copy_from(const NameTable& other, const ByteArena& bytes) {
+    names_ = other.names_;
+    slots_ = other.slots_;
+    for (Entry& entry : names_) {
+        if (entry.ref != 0) entry.text = {bytes.at(entry.ref), entry.text.size()};
+    }
+}
+
+NameId Document::valid_name(const char* name) {
+    if (name == nullptr || *name == '\0') return 0;
+    const NameId known = names_.find(name);
+    if (known != 0) return known;
+    return UXIsName(name) ? names_.intern(name, bytes_) : 0;
+}
+
+// --- attributes --------------------------------------------------------------------------------
+
+const Attribute* Document::find_attribute(const Element& element, const char* name) const {
+    if (element.attributeCount == 0 || name == nullptr) return nullptr;
+    const Attribute* attribute = attributes(element);
+    for (std::uint32_t i = 0; i < element.attributeCount; ++i, ++attribute) {
+        const char* text = this->name(attribute->name);
+        if (*text == *name && std::strcmp(text, name) == 0) return attribute;
+    }
+    return nullptr;
+}
+
+const Attribute* Document::find_attribute(const Element& element, NameId name) const {
+    if (element.attributeCount == 0) return nullptr;
+    const Attribute* attribute = attributes(element);
+    for (std::uint32_t i = 0; i < element.attributeCount; ++i, ++attribute) {
+        if (attribute->name == name) return attribute;
+    }
+    return nullptr;
+}
+
+void Document::reserve_attributes(Element& element, std::size_t count) {
+    if (count <= element.attributeCapacity) return;
+    const Ref block = bytes_.allocate(count * sizeof(Attribute));
+    if (element.attributeCapacity != 0) {
+        std::memcpy(bytes_.at(block), bytes_.at(element.attributes),
+                    element.attributeCount * sizeof(Attribute));
+        bytes_.release(element.attributes, element.attributeCapacity * sizeof(Attribute));
+    }
+    element.attributes = block;
+    element.attributeCapacity = static_cast<std::uint32_t>(count);
+}
+
+void Document::append_attribute(Element& element, NameId name, std::string_view value) {
+    if (value.size() > UINT32_MAX) throw std::length_error("attribute value");
+    if (element.attributeCount == element.attributeCapacity) {
+        reserve_attributes(element, element.attributeCapacity * 2 + 2);
+    }
+    Ref ref = 0;
+    if (!value.empty()) {
+        ref = bytes_.allocate(value.size());
+        std::memcpy(bytes_.at(ref), value.data(), value.size());
+    }
+    attributes(element)[element.attributeCount++] =
+        Attribute{name, static_cast<std::uint32_t>(value.size()), ref};
+}
+
+void Document::set_attribute(Element& element, NameId name, std::string_view value) {
+    Attribute* attribute = const_cast<Attribute*>(find_attribute(element, name));
+    if (attribute == nullptr) {
+        append_attribute(element, name, value);
+        return;
+    }
+    if (value.size() > UINT32_MAX) throw std::length_error("attribute value");
+    const bool fits = attribute->size != 0 && !value.empty() &&
+                      ByteArena::capacity(attribute->size) == ByteArena::capacity(value.size());
+    if (!fits) {
+        Ref ref = 0;
+        if (!value.empty()) {
+            ref = bytes_.allocate(value.size());
+            std::memcpy(bytes_.at(ref), value.data(), value.size());
+        }
+        if (attribute->size != 0) bytes_.release(attribute->value, attribute->size);
+        attribute->value = ref;
+    } else {
+        std::memmove(bytes_.at(attribute->value), value.data(), value.size());
+    }
+    attribute->size = static_cast<std::uint32_t>(value.size());
+}
+
+void Document::remove_attribute(Element& element, const char* name) {
+    const Attribute* found = find_attribute(element, name);
+    if (found == nullptr) return;
+    if (found->size != 0) bytes_.release(found->value, found->size);
+    Attribute* const all = attributes(element);
+    const auto index = static_cast<std::size_t>(found - all);
+    std::memmove(all + index, all + index + 1,
+                 (element.attributeCount - index - 1) * sizeof(Attribute));
+    --element.attributeCount;
+}
+
+void Document::clear_attributes(Element& element) {
+    if (element.attributeCapacity == 0) return;
+    const Attribute* attribute = attributes(element);
+    for (std::uint32_t i = 0; i < element.attributeCount; ++i, ++attribute) {
+        if (attribute->size != 0) bytes_.release(attribute->value, attribute->size);
+    }
+    bytes_.release(element.attributes, element.attributeCapacity * sizeof(Attribute));
+    element.attributes = 0;
+    element.attributeCount = 0;
+    element.attributeCapacity = 0;
+}
+
+// --- values ------------------------------------------------------------------------------------
+
+// An empty value has no storage.
+std::string_view Document::attribute_value(const Attribute& attribute) const {
+    if (attribute.size == 0) return {};
+    return {bytes_.at(attribute.value), attribute.size};
+}
+
+std::string_view Document::value_text(const Element& element, CStringUTF8& scratch) const {
+    if (element.valueBytes == 0) return {};
+    if (element.valueKind == ValueKind::kText) {
+        return {bytes_.at(element.value), element.valueBytes};
+    }
+    scratch.Empty();
+    const double* values = doubles(element);
+    CStringUTF8 number;
+    for (std::size_t i = 0; i < element.valueBytes / sizeof(double); ++i) {
+        if (i != 0) scratch += ' ';
+        UXFormatDouble(values[i], number);
+        scratch += number;
+    }
+    return {scratch, static_cast<std::size_t>(scratch.GetLength())};
+}
+
+void Document::set_value_bytes(Element& element, const void* bytes, std::size_t size,
+                               ValueKind kind) {
+    if (size > UINT32_MAX) throw std::length_error("value");
+    if (size == 0) {
+        clear_value(element);
+        return;
+    }
+    const bool fits = element.valueBytes != 0 &&
+                      ByteArena::capacity(element.valueBytes) == ByteArena::capacity(size);
+    if (fits) {
+        std::memmove(bytes_.at(element.value), bytes, size);
+    } else {
+        const Ref ref = bytes_.allocate(size);
+        std::memcpy(bytes_.at(ref), bytes, size);
+        clear_value(element);
+        element.value = ref;
+    }
+    element.valueBytes = static_cast<std::uint32_t>(size);
+    element.valueKind = kind;
+}
+
+void Document::set_doubles(Element& element, const double* values, std::size_t count) {
+    set_value_bytes(element, values, count * sizeof(double), ValueKind::kDoubles);
+    if (count == 0) return;
+    // A value that is not finite has no decimal text; it is kept as the missing value.
+    double* kept = reinterpret_cast<double*>(bytes_.at(element.value));
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!std::isfinite(kept[i])) kept[i] = UXMissingValue();
+    }
+}
+
+void Document::clear_value(Element& element) noexcept {
+    if (element.valueBytes == 0) return;
+    bytes_.release(element.value, element.valueBytes);
+    element.value = 0;
+    element.valueBytes = 0;
+    element.valueKind = ValueKind::kText;
+}
+
+// --- elements ----------------------------------------------------------------------------------
+
+Element* Document::new_element(NameId tag, int id) {
+    bool fresh = false;
+    const Ref ref = elements_.allocate(fresh);
+    Element* element = elements_.at(ref);
+    const std::uint32_t generation = fresh ? 1 : element->generation;
+    *element = Element{};
+    element->self = ref;
+    element->generation = generation;
+    element->tag = tag;
+    element->id = id;
+    return element;
+}
+
+void Document::insert(Element& parent, Element& child, Element* before) {
+    child.parent = parent.self;
+    child.next = before == nullptr ? 0 : before->self;
+    child.previous = before == nullptr ? parent.last : before->previous;
+    (child.previous == 0 ? parent.first : elements_.at(child.previous)->next) = child.self;
+    (before == nullptr ? parent.last : before->previous) = child.self;
+    ++parent.childCount;
+}
+
+void Document::unlink(Element& child) {
+    if (child.self == root_) root_ = 0;
+    if (child.parent == 0) return;
+    Element& parent = *elements_.at(child.parent);
+    (child.previous == 0 ? parent.first : elements_.at(child.previous)->next) = child.next;
+    (child.next == 0 ? parent.last : elements_.at(child.next)->previous) = child.previous;
+    --parent.childCount;
+    child.parent = child.previous = child.next = 0;
+}
+
+void Document::free_storage(Element& element) noexcept {
+    clear_attributes(element);
+    clear_value(element);
+    ++element.generation;
+    elements_.release(element.self);
+}
+
+void Document::release(Element* top) noexcept {
+    release_children(*top);
+    free_storage(*top);
+}
+
+void Document::release_children(Element& top) noexcept {
+    Element* element = this->element(top.first);
+    while (element != nullptr) {
+        while (element->first != 0) element = elements_.at(element->first);
+        // A leaf now: free it and go on with its sibling, or with its parent as a leaf.
+        const Ref next = element->next;
+        const Ref parent = element->parent;
+        free_storage(*element);
+        if (next != 0) {
+            element = elements_.at(next);
+            continue;
+        }
+        element = elements_.at(parent);
+        element->first = 0;
+        if (element == &top) break;
+    }
+    top.first = top.last = 0;
+    top.childCount = 0;
+}
+
+Element* Document::next_below(const Element& top, const Element& element) const {
+    if (element.first != 0) return elements_.at(element.first);
+    const Element* at = &element;
+    while (at != &top) {
+        if (at->next != 0) return elements_.at(at->next);
+        at = elements_.at(at->parent);
+    }
+    return nullptr;
+}
+
+NameId Document::map_name(const Document& from, NameId name, std::vector<NameId>& nameMap) {
+    if (&from == this) return name;
+    if (nameMap.empty()) nameMap.resize(from.names_.size());
+    NameId& mapped = nameMap[name];
+    if (mapped == 0) mapped = names_.intern(from.names_.text(name), bytes_);
+    return mapped;
+}
+
+// The target has no attributes yet.
+void Document::copy_attributes(const Document& from, const Element& source, Element& target,
+                               std::vector<NameId>& nameMap) {
+    reserve_attributes(target, source.attributeCount);
+    for (std::uint32_t i = 0; i < source.attributeCount; ++i) {
+        const Attribute attribute = from.attributes(source)[i];
+        append_attribute(target, map_name(from, attribute.name, nameMap),
+                         from.attribute_value(attribute));
+    }
+}
+
+void Document::copy_value(const Document& from, const Element& source, Element& target) {
+    if (source.valueBytes == 0) return;
+    set_value_bytes(target, from.bytes_.at(source.value), source.valueBytes, source.valueKind);
+}
+
+Element* Document::copy(const Document& from, const Element& source, bool deep) {
+    std::vector<NameId> nameMap;
+    Element* const top = new_element(map_name(from, source.tag, nameMap), source.id);
+    try {
+        copy_attributes(from, source, *top, nameMap);
+        if (!deep) return top;
+        copy_value(from, source, *top);
+        const Element* at = &source;
+        Element* made = top;
+        for (;;) {
+            const Element* next = from.element(at->first);
+            Element* parent = made;
+            while (next == nullptr && at != &source) {
+                next = from.element(at->next);
+                parent = element(made->parent);
+                if (next == nullptr) {
+                    at = from.element(at->parent);
+                    made = parent;
+                }
+            }
+            if (next == nullptr) return top;
+            at = next;
+            made = new_element(map_name(from, at->tag, nameMap), at->id);
+            append(*parent, *made);
+            copy_attributes(from, *at, *made, nameMap);
+            copy_value(from, *at, *made);
+        }
+    } catch (...) {
+        release(top);
+        throw;
+    }
+}
+
+void Document::adopt(Element& element, Element& copy) {
+    release_children(element);
+    clear_attributes(element);
+    clear_value(element);
+    element.id = copy.id;
+    element.attributes = std::exchange(copy.attributes, 0);
+    element.attributeCount = std::exchange(copy.attributeCount, 0);
+    element.attributeCapacity = std::exchange(copy.attributeCapacity, 0);
+    element.value = std::exchange(copy.value, 0);
+    element.valueBytes = std::exchange(copy.valueBytes, 0);
+    element.valueKind = copy.valueKind;
+    element.first = std::exchange(copy.first, 0);
+    element.last = std::exchange(copy.last, 0);
+    element.childCount = std::exchange(copy.childCount, 0);
+    for (Ref child = element.first; child != 0; child = elements_.at(child)->next) {
+        elements_.at(child)->parent = element.self;
+    }
+    free_storage(copy);
+}
+
+int Document::bind_root(Document* document, UXXmlWrapperBase* out) {
+    return out->Bind(document, document->root());
+}
+
+int Document::clone(const Document& from, const Element& source, UXXmlWrapperBase* out) {
+    DocumentHolder made;
+    // A whole document without many holes is copied as memory: references mean the same there.
+    const bool whole = source.self == from.root_ && from.elements_.free_count() < 1024;
+    if (whole) {
+        made->elements_.copy_from(from.elements_);
+        made->bytes_.copy_from(from.bytes_);
+        made->names_.copy_from(from.names_, made->bytes_);
+        made->root_ = from.root_;
+    } else {
+        made->set_root(made->copy(from, source, true));
+    }
+    return bind_root(made.document, out);
+}
+
+}  // namespace uxhost

@@ -1,0 +1,173 @@
+// The in-memory element tree of the embedded host. Nothing outside src/host names these types.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "uxtree/host/node.h"
+
+#include "host/arena.h"
+
+namespace uxhost {
+
+using NameId = std::uint32_t;  // number of an interned tag or attribute name; 0 is none
+
+inline constexpr int kNoId = -1;
+
+enum class ValueKind : std::uint32_t { kText, kDoubles };
+
+// One element. Links are element references; the text of a value is made on demand when it is
+// kept as doubles.
+struct Element {
+    Ref self;
+    Ref parent;
+    Ref first;
+    Ref last;
+    Ref previous;
+    Ref next;
+    std::uint32_t childCount;
+    std::uint32_t generation;  // grows when the element is removed
+    NameId tag;
+    int id;
+    Ref attributes;  // block of attributeCapacity attributes
+    std::uint32_t attributeCount;
+    std::uint32_t attributeCapacity;
+    Ref value;
+    std::uint32_t valueBytes;
+    ValueKind valueKind;
+};
+
+struct Attribute {
+    NameId name;
+    std::uint32_t size;
+    Ref value;
+};
+
+// The tag and attribute names of a document, each stored once.
+class NameTable {
+public:
+    std::string_view text(NameId id) const { return names_[id].text; }
+    // The number of a name, 0 when the document has none such.
+    NameId find(std::string_view name) const;
+    // Adds the name when it is new; the caller has made sure that it is valid.
+    NameId intern(std::string_view name, ByteArena& bytes);
+    std::size_t size() const { return names_.size(); }
+    void copy_from(const NameTable& other, const ByteArena& bytes);
+
+private:
+    struct Entry {
+        std::string_view text;
+        Ref ref = 0;
+        std::uint32_t hash = 0;
+    };
+    static std::uint32_t hash_of(std::string_view name);
+    std::size_t probe(std::string_view name, std::uint32_t hash) const;
+    void rehash(std::size_t slots);
+
+    std::vector<Entry> names_{Entry{}};
+    std::vector<NameId> slots_;  // open addressing, a power of two; 0 is free
+};
+
+// A document: elements, their texts and names. Lives as long as a handle refers to it.
+class Document {
+public:
+    Document() = default;
+    Document(const Document&) = delete;
+    Document& operator=(const Document&) = delete;
+
+    void retain() noexcept { ++references_; }
+    void let_go() noexcept {
+        if (--references_ == 0) delete this;
+    }
+
+    Element* root() const { return element(root_); }
+    void set_root(Element* root) { root_ = root == nullptr ? 0 : root->self; }
+    Element* element(Ref ref) const { return ref == 0 ? nullptr : elements_.at(ref); }
+
+    // --- names, attributes, values -------------------------------------------------------------
+
+    const char* name(NameId id) const { return names_.text(id).data(); }
+    std::string_view name_view(NameId id) const { return names_.text(id); }
+    NameId find_name(std::string_view name) const { return names_.find(name); }
+    // The number of a valid name, added when new; 0 when the text is no name.
+    NameId valid_name(const char* name);
+    NameId intern(std::string_view name) { return names_.intern(name, bytes_); }
+
+    Attribute* attributes(const Element& element) const {
+        return reinterpret_cast<Attribute*>(bytes_.at(element.attributes));
+    }
+    std::string_view attribute_value(const Attribute& attribute) const;
+    const Attribute* find_attribute(const Element& element, const char* name) const;
+    const Attribute* find_attribute(const Element& element, NameId name) const;
+    void set_attribute(Element& element, NameId name, std::string_view value);
+    void remove_attribute(Element& element, const char* name);
+    void clear_attributes(Element& element);
+    // Room for count attributes on an element that has none, for loading and copying.
+    void reserve_attributes(Element& element, std::size_t count);
+    void append_attribute(Element& element, NameId name, std::string_view value);
+
+    bool has_value(const Element& element) const { return element.valueBytes != 0; }
+    // The value's text, empty when there is none. scratch holds it when it has to be made.
+    std::string_view value_text(const Element& element, CStringUTF8& scratch) const;
+    const double* doubles(const Element& element) const {
+        return reinterpret_cast<const double*>(bytes_.at(element.value));
+    }
+    void set_value(Element& element, std::string_view text) {
+        set_value_bytes(element, text.data(), text.size(), ValueKind::kText);
+    }
+    void set_doubles(Element& element, const double* values, std::size_t count);
+    void clear_value(Element& element) noexcept;
+
+    // --- elements ------------------------------------------------------------------------------
+
+    Element* new_element(NameId tag, int id);
+    void append(Element& parent, Element& child) { insert(parent, child, nullptr); }
+    void insert(Element& parent, Element& child, Element* before);
+    void unlink(Element& child);
+    // Frees an unlinked element with its branch; handles to them become invalid.
+    void release(Element* element) noexcept;
+    void release_children(Element& element) noexcept;
+    // A copy of another element, perhaps of another document, linked nowhere yet.
+    Element* copy(const Document& from, const Element& source, bool deep);
+    // Gives the element the attributes, ID, value and children of an unlinked copy, which goes.
+    void adopt(Element& element, Element& copy);
+    // The next element in pre-order below top, null at the end.
+    Element* next_below(const Element& top, const Element& element) const;
+
+    // Binds a new document that is a deep copy of the element.
+    static int clone(const Document& from, const Element& source, UXXmlWrapperBase* out);
+    static int bind_root(Document* document, UXXmlWrapperBase* out);
+
+private:
+    ~Document() = default;
+    friend struct DocumentHolder;
+
+    void set_value_bytes(Element& element, const void* bytes, std::size_t size, ValueKind kind);
+    void copy_attributes(const Document& from, const Element& source, Element& target,
+                         std::vector<NameId>& nameMap);
+    void copy_value(const Document& from, const Element& source, Element& target);
+    NameId map_name(const Document& from, NameId name, std::vector<NameId>& nameMap);
+    void free_storage(Element& element) noexcept;
+
+    SlotArena<Element> elements_;
+    ByteArena bytes_;
+    NameTable names_;
+    Ref root_ = 0;
+    std::uint32_t references_ = 0;
+};
+
+// The code page of undeclared input that is not UTF-8.
+int default_code_page();
+
+// Owns a document that no handle refers to yet.
+struct DocumentHolder {
+    DocumentHolder() : document(new Document) { document->retain(); }
+    ~DocumentHolder() { document->let_go(); }
+    DocumentHolder(const DocumentHolder&) = delete;
+    DocumentHolder& operator=(const DocumentHolder&) = delete;
+    Document* operator->() const { return document; }
+    Document* document;
+};
+
+}  // namespace uxhost
