@@ -174,12 +174,6 @@ void Document::clear_attributes(Element& element) {
 
 // --- values ------------------------------------------------------------------------------------
 
-// An empty value has no storage.
-std::string_view Document::attribute_value(const Attribute& attribute) const {
-    if (attribute.size == 0) return {};
-    return {bytes_.at(attribute.value), attribute.size};
-}
-
 std::string_view Document::value_text(const Element& element, CStringUTF8& scratch) const {
     if (element.valueBytes == 0) return {};
     if (element.valueKind == ValueKind::kText) {
@@ -299,6 +293,13 @@ void Document::release_children(Element& top) noexcept {
     }
     top.first = top.last = 0;
     top.childCount = 0;
+}
+
+void Document::clear() noexcept {
+    Element* top = root();
+    if (top == nullptr) return;
+    root_ = 0;
+    release(top);
 }
 
 Element* Document::next_below(const Element& top, const Element& element) const {

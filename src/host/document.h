@@ -14,6 +14,7 @@ namespace uxhost {
 using NameId = std::uint32_t;  // number of an interned tag or attribute name; 0 is none
 
 inline constexpr int kNoId = -1;
+inline constexpr const char* kIdAttribute = "_ux_id";  // carries the ID in files
 
 enum class ValueKind : std::uint32_t { kText, kDoubles };
 
@@ -97,7 +98,13 @@ public:
     Attribute* attributes(const Element& element) const {
         return reinterpret_cast<Attribute*>(bytes_.at(element.attributes));
     }
-    std::string_view attribute_value(const Attribute& attribute) const;
+    const Attribute* attributes_or_null(const Element& element) const {
+        return element.attributeCount == 0 ? nullptr : attributes(element);
+    }
+    std::string_view attribute_value(const Attribute& attribute) const {
+        if (attribute.size == 0) return {};  // an empty value has no storage
+        return {bytes_.at(attribute.value), attribute.size};
+    }
     const Attribute* find_attribute(const Element& element, const char* name) const;
     const Attribute* find_attribute(const Element& element, NameId name) const;
     void set_attribute(Element& element, NameId name, std::string_view value);
@@ -128,6 +135,8 @@ public:
     // Frees an unlinked element with its branch; handles to them become invalid.
     void release(Element* element) noexcept;
     void release_children(Element& element) noexcept;
+    // Frees everything; the document is as new but for its names.
+    void clear() noexcept;
     // A copy of another element, perhaps of another document, linked nowhere yet.
     Element* copy(const Document& from, const Element& source, bool deep);
     // Gives the element the attributes, ID, value and children of an unlinked copy, which goes.

@@ -1,0 +1,106 @@
+#include "host/file_output.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace uxhost {
+
+FileOutput::FileOutput(const char* path) : target_(path == nullptr ? "" : path) {
+    if (target_.empty()) {
+        reason_ = "no file name";
+        return;
+    }
+    // A link stays a link: what it leads to is replaced.
+    const std::unique_ptr<char, void (*)(void*)> resolved(realpath(path, nullptr), std::free);
+    if (resolved != nullptr) target_ = resolved.get();
+    struct stat status {};
+    const bool exists = stat(target_.c_str(), &status) == 0;
+    if (exists && S_ISCHR(status.st_mode)) {
+        descriptor_ = open(target_.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
+        if (descriptor_ < 0) fail("cannot open", errno);
+    } else if (exists && !S_ISREG(status.st_mode)) {
+        fail("cannot write", S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
+    } else if (exists && access(target_.c_str(), W_OK) != 0) {
+        fail("cannot write", errno);
+    } else {
+        open_temporary(exists ? status.st_mode & 07777u : 0);
+    }
+}
+
+// mode 0: whatever a new file gets.
+void FileOutput::open_temporary(unsigned mode) {
+    static std::atomic<unsigned> counter{0};
+    do {
+        temporary_ = target_ + ".tmp" + std::to_string(getpid()) + "-" + std::to_string(counter++);
+        descriptor_ = open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    } while (descriptor_ < 0 && errno == EEXIST);
+    if (descriptor_ < 0) {
+        const int error = errno;
+        temporary_.clear();
+        fail("cannot write beside", error);
+    } else if (mode != 0) {
+        check(fchmod(descriptor_, mode), "cannot set the mode of");
+    }
+}
+
+FileOutput::~FileOutput() {
+    if (descriptor_ >= 0) close(descriptor_);
+    if (!temporary_.empty()) unlink(temporary_.c_str());
+}
+
+void FileOutput::fail(const char* action, int error) {
+    if (reason_.empty()) {
+        reason_ = std::string(action) + " " + target_ + ": " + std::strerror(error);
+    }
+}
+
+bool FileOutput::check(int result, const char* action) {
+    if (result != 0) fail(action, errno);
+    return result == 0;
+}
+
+void FileOutput::write(std::string& buffer) {
+    std::size_t done = 0;
+    while (!failed() && done < buffer.size()) {
+        const ssize_t written = ::write(descriptor_, buffer.data() + done, buffer.size() - done);
+        if (written > 0) {
+            done += static_cast<std::size_t>(written);
+        } else if (written == 0 || errno != EINTR) {
+            fail("cannot write", written == 0 ? EIO : errno);
+        }
+    }
+    buffer.clear();
+}
+
+bool FileOutput::commit() {
+    if (failed()) return false;
+    if (temporary_.empty()) {
+        const int descriptor = descriptor_;
+        descriptor_ = -1;
+        return check(close(descriptor), "cannot close");
+    }
+    if (!check(fsync(descriptor_), "cannot write")) return false;
+    const int descriptor = descriptor_;
+    descriptor_ = -1;
+    if (!check(close(descriptor), "cannot close")) return false;
+    if (!check(std::rename(temporary_.c_str(), target_.c_str()), "cannot replace")) return false;
+    temporary_.clear();
+    // The new name reaches the disk with the folder; a folder that cannot be opened is no failure.
+    const std::string folder = target_.substr(0, target_.rfind('/') + 1);
+    const int handle = open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_CLOEXEC);
+    if (handle >= 0) {
+        fsync(handle);
+        close(handle);
+    }
+    return true;
+}
+
+}  // namespace uxhost

@@ -1,0 +1,34 @@
+// A file that is replaced as a whole or not at all.
+#pragma once
+
+#include <string>
+
+namespace uxhost {
+
+// Writes beside the target and renames over it on commit, after everything reached the disk. A
+// device, which cannot be replaced, is written directly. Without commit nothing remains.
+class FileOutput {
+public:
+    explicit FileOutput(const char* path);
+    ~FileOutput();
+    FileOutput(const FileOutput&) = delete;
+    FileOutput& operator=(const FileOutput&) = delete;
+
+    // Writes and empties the buffer. After a failure it only empties it.
+    void write(std::string& buffer);
+    bool commit();
+    bool failed() const { return !reason_.empty(); }
+    const std::string& reason() const { return reason_; }
+
+private:
+    void open_temporary(unsigned mode);
+    void fail(const char* action, int error);
+    bool check(int result, const char* action);
+
+    std::string target_;
+    std::string temporary_;  // empty for a device
+    std::string reason_;
+    int descriptor_ = -1;
+};
+
+}  // namespace uxhost

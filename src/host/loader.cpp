@@ -1,0 +1,321 @@
+#include "host/loader.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <memory>
+#include <string_view>
+#include <type_traits>
+#include <vector>
+
+#include <expat.h>
+
+#include "uxtree/host/services.h"
+#include "uxtree/host/utilities.h"
+
+#include "host/encodings.h"
+
+namespace uxhost {
+namespace {
+
+constexpr int kBlockBytes = 1 << 16;
+
+bool is_blank(std::string_view text) {
+    return text.find_first_not_of(" \t\n\r") == std::string_view::npos;
+}
+
+// Builds a document from the parser's events. A text piece is what stands between two tags.
+class Builder {
+public:
+    Builder(Document& document, XML_Parser parser)
+        : document_(document), parser_(parser), maxDepth_(UXGetHostServices().maxNesting) {
+        XML_SetUserData(parser, this);
+        XML_SetElementHandler(parser, start_element, end_element);
+        XML_SetCharacterDataHandler(parser, character_data);
+        XML_SetCdataSectionHandler(parser, start_cdata, nullptr);
+        XML_SetXmlDeclHandler(parser, xml_declaration);
+        XML_SetStartDoctypeDeclHandler(parser, start_doctype);
+        XML_SetSkippedEntityHandler(parser, skipped_entity);
+        XML_SetUnknownEncodingHandler(parser, unknown_encoding, nullptr);
+    }
+
+    const std::string& refusal() const { return refusal_; }
+    bool root_closed() const { return open_.empty() && document_.root() != nullptr; }
+    bool declared_encoding() const { return declaredEncoding_; }
+    // The tag of the innermost open element.
+    std::string_view open_tag() const {
+        return open_.empty() ? std::string_view() : document_.name_view(open_.back().element->tag);
+    }
+
+private:
+    struct Open {
+        Element* element;
+        std::size_t textStart;   // of the element's text in text_
+        std::size_t pieceStart;  // of the piece that is being read
+    };
+
+    static Builder& self(void* data) { return *static_cast<Builder*>(data); }
+
+    // No exception may pass through the parser; a failure stops it instead.
+    template <typename Body>
+    void guarded(Body&& body) noexcept {
+        if (!refusal_.empty()) return;
+        try {
+            body();
+        } catch (...) {
+            refuse("out of memory");
+        }
+    }
+    void refuse(const std::string& reason) {
+        refusal_ = reason;
+        XML_StopParser(parser_, XML_FALSE);
+    }
+
+    static void XMLCALL start_element(void* data, const XML_Char* name, const XML_Char** atts) {
+        self(data).guarded([&] { self(data).start(name, atts); });
+    }
+    static void XMLCALL end_element(void* data, const XML_Char* /*name*/) {
+        self(data).guarded([&] { self(data).end(); });
+    }
+    static void XMLCALL character_data(void* data, const XML_Char* text, int length) {
+        self(data).guarded([&] {
+            self(data).characters({text, static_cast<std::size_t>(length)});
+        });
+    }
+    static void XMLCALL start_cdata(void* data) { self(data).pieceIsKept_ = true; }
+    static void XMLCALL xml_declaration(void* data, const XML_Char* /*version*/,
+                                        const XML_Char* encoding, int /*standalone*/) {
+        self(data).declaredEncoding_ = encoding != nullptr;
+    }
+    // With a default handler the parser reports a reference to a declared entity instead of
+    // replacing it. It costs a call for whatever else has no handler, so only documents with a
+    // DOCTYPE get one.
+    static void XMLCALL start_doctype(void* data, const XML_Char* /*name*/,
+                                      const XML_Char* /*sysid*/, const XML_Char* /*pubid*/,
+                                      int /*hasInternalSubset*/) {
+        self(data).hasDoctype_ = true;
+        XML_SetDefaultHandler(self(data).parser_, other_markup);
+    }
+    static void XMLCALL other_markup(void* data, const XML_Char* text, int length) {
+        if (length > 0 && text[0] == '&' && !self(data).open_.empty()) {
+            self(data).guarded([&] {
+                self(data).refuse_reference({text + 1, static_cast<std::size_t>(length - 1)});
+            });
+        }
+    }
+    static void XMLCALL skipped_entity(void* data, const XML_Char* name, int isParameterEntity) {
+        if (isParameterEntity == 0) self(data).guarded([&] { self(data).refuse_reference(name); });
+    }
+    static int XMLCALL unknown_encoding(void* /*data*/, const XML_Char* name, XML_Encoding* info) {
+        return fill_encoding(name, *info) ? XML_STATUS_OK : XML_STATUS_ERROR;
+    }
+
+    void refuse_reference(std::string_view name) {
+        name = name.substr(0, name.find(';'));
+        refuse("reference to the entity \"" + std::string(name) +
+               "\": only the five predefined ones are read");
+    }
+
+    void start(const char* name, const char** atts) {
+        if (open_.size() >= static_cast<std::size_t>(std::max(maxDepth_, 0))) {
+            refuse("nested deeper than " + std::to_string(maxDepth_) + " levels");
+            return;
+        }
+        if (hasDoctype_ && !references_are_predefined()) return;
+        finish_piece();
+        Element* element = document_.new_element(document_.intern(name), kNoId);
+        if (open_.empty()) {
+            document_.set_root(element);
+        } else {
+            document_.append(*open_.back().element, *element);
+        }
+        add_attributes(*element, atts);
+        open_.push_back({element, text_.size(), text_.size()});
+        pieceIsKept_ = false;
+    }
+
+    // Only attributes that stand in the tag; defaults that a DTD declares follow them.
+    void add_attributes(Element& element, const char** atts) {
+        const auto count = static_cast<std::size_t>(XML_GetSpecifiedAttributeCount(parser_));
+        if (count == 0) return;
+        document_.reserve_attributes(element, count / 2);
+        for (std::size_t i = 0; i < count; i += 2) {
+            const std::string_view value = atts[i + 1];
+            int id = 0;
+            if (atts[i][0] == '_' && std::strcmp(atts[i], kIdAttribute) == 0 &&
+                UXParseInt(value, id)) {
+                element.id = id;
+                continue;
+            }
+            document_.append_attribute(element, document_.intern(atts[i]), value);
+        }
+    }
+
+    void end() {
+        const Open closed = open_.back();
+        if (closed.element->first != 0) finish_piece();
+        const std::string_view text = std::string_view(text_).substr(closed.textStart);
+        if (!text.empty()) document_.set_value(*closed.element, text);
+        text_.resize(closed.textStart);
+        open_.pop_back();
+        if (!open_.empty()) open_.back().pieceStart = text_.size();
+        pieceIsKept_ = false;
+    }
+
+    // A piece of white space alone stands between elements for the reader's eye: it is dropped,
+    // unless it was written as a reference or as CDATA.
+    void finish_piece() {
+        if (open_.empty()) return;
+        Open& parent = open_.back();
+        const std::string_view piece = std::string_view(text_).substr(parent.pieceStart);
+        if (!pieceIsKept_ && is_blank(piece)) text_.resize(parent.pieceStart);
+        parent.pieceStart = text_.size();
+    }
+
+    void characters(std::string_view text) {
+        if (text.size() == 1 && !pieceIsKept_ && is_blank(text)) {
+            pieceIsKept_ = stands_as_reference();
+        }
+        text_.append(text);
+    }
+
+    // Does the input have a reference where the parser is? In UTF-16 a NUL may stand before "&".
+    bool stands_as_reference() const {
+        int offset = 0;
+        int size = 0;
+        const char* context = XML_GetInputContext(parser_, &offset, &size);
+        if (context == nullptr || offset >= size) return false;
+        return context[offset] == '&' ||
+               (context[offset] == '\0' && offset + 1 < size && context[offset + 1] == '&');
+    }
+
+    // In a document with a DOCTYPE the parser replaces declared entities in attribute values and
+    // drops undeclared ones; the tag as it stands in the input tells that there were any.
+    bool references_are_predefined() {
+        int offset = 0;
+        int size = 0;
+        const char* context = XML_GetInputContext(parser_, &offset, &size);
+        const int length = XML_GetCurrentByteCount(parser_);
+        if (context == nullptr || length > size - offset) {
+            refuse("a tag that cannot be looked at");
+            return false;
+        }
+        std::string tag(context + offset, static_cast<std::size_t>(length));
+        tag.erase(std::remove(tag.begin(), tag.end(), '\0'), tag.end());  // UTF-16
+        static constexpr std::array<std::string_view, 5> kPredefined{"lt", "gt", "amp", "apos",
+                                                                     "quot"};
+        for (std::size_t at = tag.find('&'); at != std::string::npos; at = tag.find('&', at + 1)) {
+            const std::string_view name =
+                std::string_view(tag).substr(at + 1, tag.find(';', at) - at - 1);
+            if (!name.empty() && name[0] == '#') continue;
+            if (std::find(kPredefined.begin(), kPredefined.end(), name) != kPredefined.end()) {
+                continue;
+            }
+            refuse_reference(name);
+            return false;
+        }
+        return true;
+    }
+
+    Document& document_;
+    XML_Parser parser_;
+    int maxDepth_;
+    std::vector<Open> open_;
+    std::string text_;  // of the open elements, one behind the other
+    bool pieceIsKept_ = false;
+    bool hasDoctype_ = false;
+    bool declaredEncoding_ = false;
+    std::string refusal_;
+};
+
+struct ParserDeleter {
+    void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
+};
+using ParserHandle = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter>;
+
+// NUL bytes, and nothing but them and white space, from the parser's place to the end of the input?
+bool only_padding_follows(XML_Parser parser, const char* block, long blockStart, long blockSize,
+                          const ByteSource& source) {
+    const auto is_padding = [](char c) {
+        return c == '\0' || c == ' ' || c == '\t' || c == '\n' || c == '\r';
+    };
+    long from = static_cast<long>(XML_GetCurrentByteIndex(parser)) - blockStart;
+    from = std::clamp(from, 0L, blockSize);
+    if (!std::all_of(block + from, block + blockSize, is_padding)) return false;
+    std::array<char, 4096> rest{};
+    for (;;) {
+        const long got = source.read(rest.data(), rest.size());
+        if (got <= 0) return got == 0;
+        if (!std::all_of(rest.begin(), rest.begin() + got, is_padding)) return false;
+    }
+}
+
+enum class Outcome { kParsed, kRefused, kRetryInCodePage };
+
+void report(UXFileError& error, XML_Parser parser, const std::string& message) {
+    error.message = message.c_str();
+    error.line = static_cast<long long>(XML_GetCurrentLineNumber(parser));
+    error.column = static_cast<long long>(XML_GetCurrentColumnNumber(parser)) + 1;
+}
+
+std::string describe(XML_Parser parser, const Builder& builder) {
+    if (!builder.refusal().empty()) return builder.refusal();
+    const XML_Error code = XML_GetErrorCode(parser);
+    std::string message = XML_ErrorString(code);
+    if (code == XML_ERROR_TAG_MISMATCH) {
+        message += ": expected </" + std::string(builder.open_tag()) + ">";
+    } else if (code == XML_ERROR_NO_ELEMENTS && !builder.open_tag().empty()) {
+        message = "the input ends before </" + std::string(builder.open_tag()) + ">";
+    }
+    return message;
+}
+
+Outcome parse_as(Document& document, const ByteSource& source, const char* encoding,
+                 UXFileError& error) {
+    const ParserHandle parser(XML_ParserCreate(encoding));
+    if (parser == nullptr) {
+        error.message = "out of memory";
+        return Outcome::kRefused;
+    }
+    Builder builder(document, parser.get());
+    long blockStart = 0;
+    for (;;) {
+        char* block = static_cast<char*>(XML_GetBuffer(parser.get(), kBlockBytes));
+        const long got = block == nullptr ? -1 : source.read(block, kBlockBytes);
+        if (got < 0) {
+            report(error, parser.get(), block == nullptr ? "out of memory" : "cannot be read");
+            return Outcome::kRefused;
+        }
+        const XML_Status status = XML_ParseBuffer(parser.get(), static_cast<int>(got), got == 0);
+        if (status == XML_STATUS_OK) {
+            if (got == 0) return Outcome::kParsed;
+            blockStart += got;
+            continue;
+        }
+        const bool invalid = XML_GetErrorCode(parser.get()) == XML_ERROR_INVALID_TOKEN;
+        if (invalid && builder.root_closed() &&
+            only_padding_follows(parser.get(), block, blockStart, got, source)) {
+            return Outcome::kParsed;
+        }
+        if (invalid && encoding == nullptr && !builder.declared_encoding() &&
+            code_page_encoding(default_code_page()) != nullptr) {
+            return Outcome::kRetryInCodePage;
+        }
+        report(error, parser.get(), describe(parser.get(), builder));
+        return Outcome::kRefused;
+    }
+}
+
+}  // namespace
+
+bool parse_document(Document& document, const ByteSource& source, UXFileError& error) {
+    Outcome outcome = parse_as(document, source, nullptr, error);
+    if (outcome == Outcome::kRetryInCodePage) {
+        document.clear();
+        source.rewind();
+        outcome = parse_as(document, source, code_page_encoding(default_code_page()), error);
+    }
+    return outcome == Outcome::kParsed;
+}
+
+}  // namespace uxhost

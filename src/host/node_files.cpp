@@ -1,0 +1,162 @@
+// Loading, saving and serialising through the node handle.
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <string>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "uxtree/host/node.h"
+
+#include "host/document.h"
+#include "host/loader.h"
+#include "host/writer.h"
+
+using uxhost::ByteSource;
+using uxhost::DocumentHolder;
+using uxhost::Element;
+
+namespace {
+
+// The last failures of this thread.
+thread_local UXFileError lastLoadFailure;
+thread_local CStringUTF8 lastLoadPath;
+thread_local std::string lastSaveError;
+
+class InputFile {
+public:
+    // Neither a pipe nor a device is opened for good: reading one could wait forever.
+    explicit InputFile(const char* path)
+        : descriptor_(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {
+        struct stat status {};
+        if (descriptor_ < 0 || fstat(descriptor_, &status) != 0) {
+            reason_ = std::strerror(errno);
+        } else if (S_ISDIR(status.st_mode)) {
+            reason_ = std::strerror(EISDIR);
+        } else if (!S_ISREG(status.st_mode)) {
+            reason_ = "not a regular file";
+        } else {
+            posix_fadvise(descriptor_, 0, 0, POSIX_FADV_SEQUENTIAL);
+        }
+    }
+    ~InputFile() {
+        if (descriptor_ >= 0) close(descriptor_);
+    }
+    InputFile(const InputFile&) = delete;
+    InputFile& operator=(const InputFile&) = delete;
+
+    const std::string& reason() const { return reason_; }
+    ByteSource source() const {
+        const int descriptor = descriptor_;
+        return {[descriptor](char* buffer, std::size_t size) {
+                    ssize_t got = 0;
+                    do {
+                        got = read(descriptor, buffer, size);
+                    } while (got < 0 && errno == EINTR);
+                    return static_cast<long>(got);
+                },
+                [descriptor] { lseek(descriptor, 0, SEEK_SET); }};
+    }
+
+private:
+    int descriptor_;
+    std::string reason_;
+};
+
+ByteSource memory_source(const char* bytes, std::size_t length, std::size_t& position) {
+    return {[bytes, length, &position](char* buffer, std::size_t size) {
+                const std::size_t count = std::min(size, length - position);
+                std::copy_n(bytes + position, count, buffer);
+                position += count;
+                return static_cast<long>(count);
+            },
+            [&position] { position = 0; }};
+}
+
+int parse_into(UXXmlWrapperBase& node, const ByteSource& source) {
+    DocumentHolder document;
+    if (!uxhost::parse_document(*document.document, source, lastLoadFailure)) return 0;
+    return uxhost::Document::bind_root(document.document, &node);
+}
+
+// Runs a load; an exception is shortage of memory.
+template <typename Body>
+int loading(const char* path, Body&& body) noexcept {
+    try {
+        lastLoadFailure = UXFileError{};
+        lastLoadPath = path;
+        return body();
+    } catch (...) {
+        lastLoadFailure.message = "out of memory";
+        return 0;
+    }
+}
+
+}  // namespace
+
+int UXXmlWrapperBase::load(const char* path, int /*unused*/, bool /*unusedFlag*/) {
+    return loading(path, [&] {
+        if (path == nullptr || *path == '\0') {
+            lastLoadFailure.message = "no file name";
+            return 0;
+        }
+        const InputFile file(path);
+        if (!file.reason().empty()) {
+            lastLoadFailure.message = file.reason().c_str();
+            return 0;
+        }
+        return parse_into(*this, file.source());
+    });
+}
+
+int UXXmlWrapperBase::LoadFromMemory(const char* bytes, std::size_t length) {
+    return loading("(memory)", [&] {
+        std::size_t position = 0;
+        return parse_into(*this, memory_source(bytes, bytes == nullptr ? 0 : length, position));
+    });
+}
+
+int UXXmlWrapperBase::Save(const char* path, int /*unused*/) const {
+    try {
+        lastSaveError.clear();
+        const Element* element = Live();
+        if (element == nullptr) {
+            lastSaveError = "there is no node to save";
+            return 0;
+        }
+        return uxhost::save_file(*document_, *element, path, lastSaveError) ? 1 : 0;
+    } catch (...) {
+        lastSaveError = "no memory";  // short enough to need none
+        return 0;
+    }
+}
+
+int UXXmlWrapperBase::GetString(CStringUTF8& out, int /*unused*/) const {
+    const Element* element = Live();
+    if (element == nullptr) return 0;
+    try {
+        std::string text;
+        uxhost::serialise(*document_, *element, text);
+        out.Assign(text.data(), text.size());
+        return 1;
+    } catch (...) {
+        return 0;
+    }
+}
+
+CStringUTF8 UXGetLastLoadError() {
+    CStringUTF8 text;
+    const UXFileError& failure = lastLoadFailure;
+    if (failure.message.IsEmpty()) return text;
+    text = lastLoadPath;
+    if (failure.line > 0) text.AppendFormat(":%lld:%lld", failure.line, failure.column);
+    return text + ": " + failure.message;
+}
+CStringUTF8 UXGetLastSaveError() {
+    return lastSaveError.c_str();
+}
+const UXFileError& UXGetLastLoadFailure() {
+    return lastLoadFailure;
+}

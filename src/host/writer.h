@@ -1,0 +1,18 @@
+// Writing elements as XML text.
+#pragma once
+
+#include <string>
+
+#include "host/document.h"
+
+namespace uxhost {
+
+// Appends `<tag a="v">content</tag>`, escaped, always with a closing tag, to text.
+void serialise(const Document& document, const Element& element, std::string& text);
+
+// Writes the element as the root of an XML file; false with a reason when it could not. The old
+// file stays whole then.
+bool save_file(const Document& document, const Element& element, const char* path,
+               std::string& reason);
+
+}  // namespace uxhost
