@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <limits>
 #include <memory>
 #include <stdexcept>
 #include <utility>
@@ -61,14 +62,16 @@ public:
     void SetSize(int size) {
         if (size < 0) throw std::invalid_argument("array size below zero");
         Reserve(size);
-        for (int i = size_; i < size; ++i) items_[Index(i)] = T();
+        // Elements beyond the smaller size: new ones, or given-up ones that may hold something.
+        const int changed = std::max(size, size_);
+        for (int i = std::min(size, size_); i < changed; ++i) items_[Index(i)] = T();
         size_ = size;
     }
     const T& GetAt(int index) const { return items_[Checked(index)]; }
     void SetAt(int index, const A& value) { items_[Checked(index)] = value; }
     void SetAtGrow(int index, const A& value) {
         const T copy = value;
-        if (index >= size_) SetSize(index + 1);
+        if (index >= size_) SetSize(Sum(index, 1));
         items_[Checked(index)] = copy;
     }
     T& ElementAt(int index) { return items_[Checked(index)]; }
@@ -80,7 +83,7 @@ public:
     int Add(const A& value) {
         if (size_ == capacity_) {
             T copy = value;  // value may live in this array
-            Grow();
+            Reserve(Sum(size_, 1));
             items_[Index(size_)] = std::move(copy);
         } else {
             items_[Index(size_)] = value;
@@ -91,7 +94,7 @@ public:
     int Append(const CArray& other) {
         const int first = size_;
         const int added = other.size_;
-        Reserve(size_ + added);
+        Reserve(Sum(first, added));
         for (int i = 0; i < added; ++i) items_[Index(first + i)] = other.items_[Index(i)];
         size_ = first + added;
         return first;
@@ -105,7 +108,7 @@ public:
         if (index < 0 || count < 0) throw std::invalid_argument("array index outside the array");
         const T copy = value;
         const int oldSize = size_;
-        SetSize(std::max(index, oldSize) + count);
+        SetSize(Sum(std::max(index, oldSize), count));
         for (int i = oldSize - 1; i >= index; --i) {
             items_[Index(i + count)] = std::move(items_[Index(i)]);
         }
@@ -135,9 +138,16 @@ private:
         }
         return Index(index);
     }
-    void Grow() { Reserve(capacity_ < 4 ? 4 : capacity_ + capacity_ / 2); }
-    void Reserve(int capacity) {
-        if (capacity <= capacity_) return;
+    static int Sum(int a, int b) {
+        if (b > std::numeric_limits<int>::max() - a) throw std::length_error("array too large");
+        return a + b;
+    }
+    // Room for at least size elements; half as much again on growth keeps repeated appending
+    // linear.
+    void Reserve(int size) {
+        if (size <= capacity_) return;
+        const int half = std::min(capacity_ / 2, std::numeric_limits<int>::max() - capacity_);
+        const int capacity = std::max({4, size, capacity_ + half});
         std::unique_ptr<T[]> items(new T[Index(capacity)]());
         std::move(items_.get(), items_.get() + size_, items.get());
         items_ = std::move(items);

@@ -1,0 +1,383 @@
+#include "uxtree/host/array.h"
+
+#include <climits>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Ints = CArray<int, int>;
+
+std::vector<std::string> all(const CWBOStringArray& array) {
+    std::vector<std::string> items;
+    for (int i = 0; i < array.GetSize(); ++i) items.emplace_back(array[i]);
+    return items;
+}
+template <typename T>
+std::vector<T> all(const CArray<T, T>& array) {
+    std::vector<T> items;
+    for (int i = 0; i < array.GetSize(); ++i) items.push_back(array[i]);
+    return items;
+}
+
+CWBOStringArray strings(std::initializer_list<const char*> items) {
+    CWBOStringArray array;
+    for (const char* item : items) array.Add(item);
+    return array;
+}
+Ints ints(std::initializer_list<int> items) {
+    Ints array;
+    for (const int item : items) array.Add(item);
+    return array;
+}
+
+TEST(CWBOStringArray, StartsEmpty) {
+    const CWBOStringArray array;
+
+    EXPECT_EQ(array.GetSize(), 0);
+    EXPECT_EQ(array.GetCount(), 0);
+    EXPECT_EQ(array.GetUpperBound(), -1);
+    EXPECT_TRUE(array.IsEmpty());
+}
+
+TEST(CWBOStringArray, AddYieldsTheIndex) {
+    CWBOStringArray array;
+    const CStringUTF8 kept("b");
+
+    EXPECT_EQ(array.Add("a"), 0);
+    EXPECT_EQ(array.Add(kept), 1);
+
+    EXPECT_THAT(all(array), ElementsAre("a", "b"));
+    EXPECT_EQ(array.GetSize(), 2);
+    EXPECT_EQ(array.GetCount(), 2);
+    EXPECT_EQ(array.GetUpperBound(), 1);
+    EXPECT_FALSE(array.IsEmpty());
+}
+
+TEST(CWBOStringArray, AddsItsOwnElements) {
+    CWBOStringArray array = strings({"a text too long for any small buffer inside"});
+
+    for (int i = 0; i < 100; ++i) array.Add(array[0]);
+
+    EXPECT_EQ(array.GetSize(), 101);
+    EXPECT_STREQ(array[100], "a text too long for any small buffer inside");
+    EXPECT_STREQ(array[0], "a text too long for any small buffer inside");
+}
+
+TEST(CWBOStringArray, SetSizeAddsEmptyTextsAndCuts) {
+    CWBOStringArray array = strings({"a", "b"});
+
+    array.SetSize(3);
+    EXPECT_THAT(all(array), ElementsAre("a", "b", ""));
+    array.SetSize(1);
+    EXPECT_THAT(all(array), ElementsAre("a"));
+    array.SetSize(2);
+    EXPECT_THAT(all(array), ElementsAre("a", ""));
+    array.SetSize(0);
+    EXPECT_TRUE(array.IsEmpty());
+}
+
+TEST(CWBOStringArray, ReadsAndWritesElements) {
+    CWBOStringArray array = strings({"a", "b", "c"});
+    const CWBOStringArray& constant = array;
+
+    array.SetAt(0, "A");
+    array[1] = "B";
+    array.ElementAt(2) = "C";
+
+    EXPECT_STREQ(constant.GetAt(0), "A");
+    EXPECT_STREQ(constant[1], "B");
+    EXPECT_STREQ(array.GetAt(2), "C");
+}
+
+TEST(CWBOStringArray, SetAtGrowFillsWithEmptyTexts) {
+    CWBOStringArray array = strings({"a"});
+
+    array.SetAtGrow(3, "d");
+    array.SetAtGrow(0, "A");
+    array.SetAtGrow(4, array[3]);
+
+    EXPECT_THAT(all(array), ElementsAre("A", "", "", "d", "d"));
+}
+
+TEST(CWBOStringArray, AppendYieldsTheFirstNewIndex) {
+    CWBOStringArray array = strings({"a"});
+
+    EXPECT_EQ(array.Append(strings({"b", "c"})), 1);
+    EXPECT_EQ(array.Append(CWBOStringArray()), 3);
+
+    EXPECT_THAT(all(array), ElementsAre("a", "b", "c"));
+}
+
+TEST(CWBOStringArray, AppendsAndCopiesItself) {
+    CWBOStringArray array = strings({"a", "b"});
+
+    EXPECT_EQ(array.Append(array), 2);
+    EXPECT_THAT(all(array), ElementsAre("a", "b", "a", "b"));
+    array.Copy(array);
+    EXPECT_THAT(all(array), ElementsAre("a", "b", "a", "b"));
+}
+
+TEST(CWBOStringArray, CopiesAreIndependent) {
+    CWBOStringArray array = strings({"a", "b"});
+    CWBOStringArray copied = strings({"x", "y", "z"});
+    const CWBOStringArray constructed(array);
+    copied.Copy(array);
+
+    array[0] = "changed";
+
+    EXPECT_THAT(all(copied), ElementsAre("a", "b"));
+    EXPECT_THAT(all(constructed), ElementsAre("a", "b"));
+}
+
+TEST(CWBOStringArray, InsertsSeveralAndPastTheEnd) {
+    CWBOStringArray array = strings({"a", "b"});
+
+    array.InsertAt(1, "x", 2);
+    EXPECT_THAT(all(array), ElementsAre("a", "x", "x", "b"));
+    array.InsertAt(0, array[3]);
+    EXPECT_THAT(all(array), ElementsAre("b", "a", "x", "x", "b"));
+    array.InsertAt(7, "end");
+    EXPECT_THAT(all(array), ElementsAre("b", "a", "x", "x", "b", "", "", "end"));
+    array.InsertAt(0, "none", 0);
+    EXPECT_EQ(array.GetSize(), 8);
+}
+
+TEST(CWBOStringArray, RemovesSeveralAndNone) {
+    CWBOStringArray array = strings({"a", "b", "c", "d"});
+
+    array.RemoveAt(1, 2);
+    EXPECT_THAT(all(array), ElementsAre("a", "d"));
+    array.RemoveAt(2, 0);
+    array.RemoveAt(0);
+    EXPECT_THAT(all(array), ElementsAre("d"));
+    array.RemoveAll();
+    EXPECT_THAT(all(array), IsEmpty());
+}
+
+TEST(CWBOStringArray, ThrowsForEveryIndexOutside) {
+    CWBOStringArray array = strings({"a", "b"});
+    const CWBOStringArray& constant = array;
+
+    for (const int index : {-1, 2, 3, INT_MIN, INT_MAX}) {
+        EXPECT_THROW(constant.GetAt(index), std::invalid_argument) << index;
+        EXPECT_THROW(constant[index], std::invalid_argument) << index;
+        EXPECT_THROW(array[index], std::invalid_argument) << index;
+        EXPECT_THROW(array.ElementAt(index), std::invalid_argument) << index;
+        EXPECT_THROW(array.SetAt(index, "x"), std::invalid_argument) << index;
+        EXPECT_THROW(array.RemoveAt(index), std::invalid_argument) << index;
+    }
+    EXPECT_THROW(array.SetSize(-1), std::invalid_argument);
+    EXPECT_THROW(array.SetAtGrow(-1, "x"), std::invalid_argument);
+    EXPECT_THROW(array.InsertAt(-1, "x"), std::invalid_argument);
+    EXPECT_THROW(array.InsertAt(0, "x", -1), std::invalid_argument);
+    EXPECT_THROW(array.RemoveAt(0, -1), std::invalid_argument);
+    EXPECT_THROW(array.RemoveAt(0, 3), std::invalid_argument);
+    EXPECT_THROW(array.RemoveAt(1, INT_MAX), std::invalid_argument);
+    EXPECT_THAT(all(array), ElementsAre("a", "b"));
+}
+
+TEST(CArray, StartsEmpty) {
+    const Ints array;
+
+    EXPECT_EQ(array.GetSize(), 0);
+    EXPECT_EQ(array.GetCount(), 0);
+    EXPECT_EQ(array.GetUpperBound(), -1);
+    EXPECT_TRUE(array.IsEmpty());
+}
+
+TEST(CArray, AddYieldsTheIndex) {
+    Ints array;
+
+    for (int i = 0; i < 1000; ++i) ASSERT_EQ(array.Add(i * 2), i);
+
+    EXPECT_EQ(array.GetSize(), 1000);
+    EXPECT_EQ(array.GetUpperBound(), 999);
+    EXPECT_EQ(array[0], 0);
+    EXPECT_EQ(array[999], 1998);
+}
+
+TEST(CArray, AddsItsOwnElementsWhileGrowing) {
+    CArray<std::string, std::string> array;
+    array.Add("a text too long for any small buffer inside");
+
+    for (int i = 0; i < 100; ++i) array.Add(array[0]);
+
+    EXPECT_EQ(array[100], "a text too long for any small buffer inside");
+}
+
+TEST(CArray, NewElementsAreZero) {
+    Ints array = ints({1, 2, 3, 4});
+
+    array.SetSize(1);
+    array.SetSize(6);
+
+    EXPECT_THAT(all(array), ElementsAre(1, 0, 0, 0, 0, 0));
+}
+
+TEST(CArray, BoolsHaveAddresses) {
+    CArray<bool, bool> array;
+    array.SetSize(2);
+
+    bool* const second = &array[1];
+    *second = true;
+
+    EXPECT_THAT(all(array), ElementsAre(false, true));
+    EXPECT_EQ(array.GetData() + 1, second);
+}
+
+TEST(CArray, GivesItsData) {
+    Ints array = ints({1, 2, 3});
+    const Ints& constant = array;
+
+    array.GetData()[1] = 20;
+
+    EXPECT_EQ(constant.GetData()[1], 20);
+    EXPECT_EQ(Ints().GetData(), nullptr);
+}
+
+TEST(CArray, ReadsAndWritesElements) {
+    Ints array = ints({1, 2, 3});
+    const Ints& constant = array;
+
+    array.SetAt(0, 10);
+    array[1] = 20;
+    array.ElementAt(2) = 30;
+
+    EXPECT_EQ(constant.GetAt(0), 10);
+    EXPECT_EQ(constant[1], 20);
+    EXPECT_EQ(array.GetAt(2), 30);
+}
+
+TEST(CArray, SetAtGrowFillsWithZeros) {
+    Ints array = ints({1});
+
+    array.SetAtGrow(3, 4);
+    array.SetAtGrow(0, 9);
+    array.SetAtGrow(4, array[3]);
+
+    EXPECT_THAT(all(array), ElementsAre(9, 0, 0, 4, 4));
+}
+
+TEST(CArray, AppendYieldsTheFirstNewIndex) {
+    Ints array = ints({1});
+
+    EXPECT_EQ(array.Append(ints({2, 3})), 1);
+    EXPECT_EQ(array.Append(Ints()), 3);
+    EXPECT_EQ(array.Append(array), 3);
+
+    EXPECT_THAT(all(array), ElementsAre(1, 2, 3, 1, 2, 3));
+}
+
+TEST(CArray, CopiesAreIndependent) {
+    Ints array = ints({1, 2});
+    const Ints constructed(array);
+    Ints assigned = ints({7, 8, 9});
+    Ints copied;
+    assigned = array;
+    copied.Copy(array);
+
+    array[0] = 100;
+
+    EXPECT_THAT(all(constructed), ElementsAre(1, 2));
+    EXPECT_THAT(all(assigned), ElementsAre(1, 2));
+    EXPECT_THAT(all(copied), ElementsAre(1, 2));
+}
+
+TEST(CArray, CopiesItself) {
+    Ints array = ints({1, 2});
+    const Ints& same = array;
+
+    array = same;
+    array.Copy(same);
+
+    EXPECT_THAT(all(array), ElementsAre(1, 2));
+}
+
+TEST(CArray, Moves) {
+    Ints array = ints({1, 2});
+    Ints constructed(std::move(array));
+    Ints assigned;
+    assigned = std::move(constructed);
+
+    EXPECT_THAT(all(assigned), ElementsAre(1, 2));
+}
+
+TEST(CArray, InsertsSeveralAndPastTheEnd) {
+    Ints array = ints({1, 2});
+
+    array.InsertAt(1, 5, 2);
+    EXPECT_THAT(all(array), ElementsAre(1, 5, 5, 2));
+    array.InsertAt(0, array[3]);
+    EXPECT_THAT(all(array), ElementsAre(2, 1, 5, 5, 2));
+    array.InsertAt(7, 9);
+    EXPECT_THAT(all(array), ElementsAre(2, 1, 5, 5, 2, 0, 0, 9));
+    array.InsertAt(0, 1, 0);
+    EXPECT_EQ(array.GetSize(), 8);
+}
+
+TEST(CArray, RemovesSeveralAndNone) {
+    Ints array = ints({1, 2, 3, 4});
+
+    array.RemoveAt(1, 2);
+    EXPECT_THAT(all(array), ElementsAre(1, 4));
+    array.RemoveAt(2, 0);
+    array.RemoveAt(0);
+    EXPECT_THAT(all(array), ElementsAre(4));
+    array.RemoveAll();
+    EXPECT_THAT(all(array), IsEmpty());
+    EXPECT_EQ(array.Add(5), 0);
+}
+
+TEST(CArray, GivesUpWhatRemovedElementsHold) {
+    const auto held = std::make_shared<int>(1);
+    using Holders = CArray<std::shared_ptr<int>, std::shared_ptr<int>>;
+    Holders array;
+    for (int i = 0; i < 4; ++i) array.Add(held);
+    ASSERT_EQ(held.use_count(), 5);
+
+    array.RemoveAt(0);
+    EXPECT_EQ(held.use_count(), 4);
+    array.SetSize(1);
+    EXPECT_EQ(held.use_count(), 2);
+    array.RemoveAll();
+    EXPECT_EQ(held.use_count(), 1);
+}
+
+TEST(CArray, ThrowsForEveryIndexOutside) {
+    Ints array = ints({1, 2});
+    const Ints& constant = array;
+
+    for (const int index : {-1, 2, 3, INT_MIN, INT_MAX}) {
+        EXPECT_THROW(constant.GetAt(index), std::invalid_argument) << index;
+        EXPECT_THROW(constant[index], std::invalid_argument) << index;
+        EXPECT_THROW(array[index], std::invalid_argument) << index;
+        EXPECT_THROW(array.ElementAt(index), std::invalid_argument) << index;
+        EXPECT_THROW(array.SetAt(index, 9), std::invalid_argument) << index;
+        EXPECT_THROW(array.RemoveAt(index), std::invalid_argument) << index;
+    }
+    EXPECT_THROW(array.SetSize(-1), std::invalid_argument);
+    EXPECT_THROW(array.SetAtGrow(-1, 9), std::invalid_argument);
+    EXPECT_THROW(array.InsertAt(-1, 9), std::invalid_argument);
+    EXPECT_THROW(array.InsertAt(0, 9, -1), std::invalid_argument);
+    EXPECT_THROW(array.RemoveAt(0, -1), std::invalid_argument);
+    EXPECT_THROW(array.RemoveAt(0, 3), std::invalid_argument);
+    EXPECT_THROW(array.RemoveAt(1, INT_MAX), std::invalid_argument);
+    EXPECT_THAT(all(array), ElementsAre(1, 2));
+}
+
+TEST(CArray, RefusesSizesBeyondItsIndices) {
+    Ints array = ints({1, 2});
+
+    EXPECT_THROW(array.SetAtGrow(INT_MAX, 9), std::length_error);
+    EXPECT_THROW(array.InsertAt(1, 9, INT_MAX), std::length_error);
+    EXPECT_THROW(array.InsertAt(INT_MAX, 9), std::length_error);
+    EXPECT_THAT(all(array), ElementsAre(1, 2));
+}
+}  // namespace
