@@ -45,5 +45,5 @@ struct UXHostServices {
     int maxNesting = 10000;
 };
 
-// The process's services, with the defaults filled in.
+// The process's services. A service that was set to nothing is the default one again.
 UXHOST_API UXHostServices& UXGetHostServices();

@@ -2,12 +2,14 @@
 #pragma once
 
 #include <cstdarg>
+#include <cstddef>
 #include <string>
 
 #include "uxtree/host/export.h"
 
 // A growable UTF-8 string. Lengths, positions and counts are bytes; positions and counts outside
-// the text are clipped. "No case" folds ASCII letters only. White space is the ASCII one.
+// the text are clipped. A null text is "" everywhere. "No case" folds ASCII letters only. White
+// space is the ASCII one.
 class UXHOST_API CStringUTF8 {
 public:
     CStringUTF8();
@@ -27,7 +29,8 @@ public:
     int GetLength() const;
     bool IsEmpty() const;
     void Empty();
-    char GetAt(int index) const;  // throws std::invalid_argument outside the text
+    // These throw std::invalid_argument for an index outside the text.
+    char GetAt(int index) const;
     void SetAt(int index, char c);
     char operator[](int index) const;
     operator const char*() const;
@@ -62,7 +65,8 @@ public:
     CStringUTF8& Trim(char c);
     void MakeUpper();
     void MakeLower();
-    // printf-style; the string itself may be one of the arguments.
+    // printf-style, with a decimal point in every locale; the string itself may be one of the
+    // arguments. A null format is "".
     void Format(const char* format, ...) UXHOST_PRINTF(2, 3);
     void FormatV(const char* format, va_list args) UXHOST_PRINTF(2, 0);
     void AppendFormat(const char* format, ...) UXHOST_PRINTF(2, 3);
