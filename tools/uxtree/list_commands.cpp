@@ -1,0 +1,31 @@
+// What the tool itself can do.
+#include "support/table.h"
+
+namespace uxtool {
+namespace {
+
+struct ListOptions {
+    std::string format = "text";
+    std::string output;
+};
+
+int run_list(const ListOptions& options) {
+    Table table({"command", "summary"});
+    for (const Command* command : all_commands()) table.add({command->name, command->summary});
+    Output out(options.output);
+    write_table(out, table, options.format);
+    return out.finish();
+}
+
+const Command kList{"list", "List all commands",
+                    "uxtree list\n"
+                    "uxtree list -f json",
+                    [](CLI::App& app) {
+                        auto options = std::make_shared<ListOptions>();
+                        add_format(app, options->format, table_formats());
+                        add_output(app, options->output);
+                        return [options] { return run_list(*options); };
+                    }};
+
+}  // namespace
+}  // namespace uxtool

@@ -1,0 +1,210 @@
+// The command-line tool: finds the command, reads its options, turns failures into exit codes.
+#include <algorithm>
+#include <csignal>
+#include <new>
+#include <optional>
+
+#include <fmt/format.h>
+
+#include "support/command.h"
+#include "support/output.h"
+#include "support/style.h"
+#include "support/text.h"
+
+namespace uxtool {
+namespace {
+
+using Words = std::vector<std::string>;
+
+std::string indented(const std::string& lines) {
+    std::string out = "  ";
+    for (const char c : lines) {
+        out += c;
+        if (c == '\n') out += "  ";
+    }
+    return out;
+}
+
+std::string general_help() {
+    std::size_t width = 0;
+    for (const Command* command : all_commands()) width = std::max(width, command->name.size());
+    std::string text =
+        "Work on option and data trees, and on any XML file.\n"
+        "Usage: uxtree COMMAND [OPTIONS] ...\n\n"
+        "Commands:\n";
+    for (const Command* command : all_commands()) {
+        text += fmt::format("  {:<{}}  {}\n", command->name, width, command->summary);
+    }
+    text +=
+        "\nOptions:\n"
+        "  -h, --help      this help; uxtree COMMAND --help explains a command\n"
+        "  --version       the version\n"
+        "  --color WHEN    colour the output: auto, always or never\n"
+        "\nExamples:\n"
+        "  uxtree show tree.xml                        what a tree holds\n"
+        "  uxtree outline big.xml                      which elements and attributes occur where\n"
+        "  uxtree query '/root|item|@id' a.xml b.xml   the values that a path reaches\n"
+        "\nExit codes: 0 done, 1 nothing found, 2 usage, 3 unreadable or not XML, 4 refused\n";
+    return text;
+}
+
+void print(const std::string& text) {
+    Output out("");
+    out.write(text);
+    out.finish();
+}
+
+[[noreturn]] void throw_usage(const std::string& message, const std::string& hint) {
+    throw Failure(kUsage, "uxtree", message, hint);
+}
+
+// How many of the first words name the command.
+std::size_t name_length(const Command& command) {
+    return static_cast<std::size_t>(std::count(command.name.begin(), command.name.end(), ' ')) + 1;
+}
+
+bool is_named_by(const Command& command, const Words& words) {
+    const std::size_t length = name_length(command);
+    if (words.size() < length) return false;
+    std::string name = words[0];
+    for (std::size_t i = 1; i < length; ++i) name += " " + words[i];
+    return name == command.name;
+}
+
+const Command* find_command(const Words& words) {
+    for (const Command* command : all_commands()) {
+        if (is_named_by(*command, words)) return command;
+    }
+    return nullptr;
+}
+
+// The second words of the commands that begin with the given word.
+Words names_in_group(const std::string& group) {
+    Words names;
+    for (const Command* command : all_commands()) {
+        if (command->name.starts_with(group + " ")) {
+            names.push_back(command->name.substr(group.size() + 1));
+        }
+    }
+    return names;
+}
+
+[[noreturn]] void throw_unknown_command(const Words& words) {
+    const Words inGroup = names_in_group(words[0]);
+    if (!inGroup.empty() && words.size() < 2) {
+        throw_usage("'" + words[0] + "' needs one more word",
+                    "uxtree " + words[0] + " ... with one of: " + short_list(inGroup));
+    }
+    const bool grouped = !inGroup.empty();
+    Words names = inGroup;
+    if (!grouped) {
+        for (const Command* command : all_commands()) {
+            names.push_back(command->name.substr(0, command->name.find(' ')));
+        }
+    }
+    const std::string prefix = grouped ? words[0] + " " : "";
+    const std::string wrong = words[grouped ? 1 : 0];
+    const std::string meant = nearest(wrong, names);
+    throw_usage("unknown command '" + prefix + wrong + "'",
+                meant.empty() ? "'uxtree list' shows all commands"
+                              : "did you mean 'uxtree " + prefix + meant + "'?");
+}
+
+void add_colour(CLI::App& app, std::string& choice) {
+    app.add_option("--color", choice, "Colour the output: auto, always or never")
+        ->type_name("WHEN")
+        ->check(CLI::IsMember({"auto", "always", "never"}));
+}
+
+// Reads the options of one command and runs it.
+int run_command(const Command& command, Words arguments) {
+    std::string colour = "auto";
+    CLI::App app(command.summary, "uxtree " + command.name);
+    app.set_help_flag("-h,--help", "Print this help");
+    app.get_formatter()->column_width(28);
+    add_colour(app, colour);
+    const Action action = command.setup(app);
+    app.footer("Examples:\n" + indented(command.examples));
+    if (app.get_option_no_throw("--backup") != nullptr) {
+        arguments = with_backup_option(std::move(arguments));
+    }
+    std::reverse(arguments.begin(), arguments.end());  // as CLI11 takes them
+    try {
+        app.parse(std::move(arguments));
+    } catch (const CLI::CallForHelp&) {
+        print(app.help());
+        return kSuccess;
+    } catch (const CLI::ParseError& error) {
+        throw_usage(error.what(), "uxtree " + command.name + " --help");
+    }
+    set_colour_choice(colour);
+    return action();
+}
+
+// Takes the options in front of the command away: --color goes on to the command. Yields the exit
+// code when an option ends the run.
+std::optional<int> take_leading_options(Words& words, Words& forwarded) {
+    while (!words.empty() && words[0].starts_with("-")) {
+        const std::string option = words[0];
+        words.erase(words.begin());
+        if (option == "-h" || option == "--help") {
+            print(general_help());
+            return kSuccess;
+        }
+        if (option == "--version") {
+            print("uxtree " UXTREE_VERSION "\n");
+            return kSuccess;
+        }
+        if (!option.starts_with("--color")) {
+            throw_usage("unknown option '" + option + "' before the command", "uxtree --help");
+        }
+        forwarded.push_back(option);
+        if (option == "--color" && !words.empty()) {
+            forwarded.push_back(words[0]);
+            words.erase(words.begin());
+        }
+    }
+    return std::nullopt;
+}
+
+int run(Words words) {
+    Words arguments;
+    if (const std::optional<int> done = take_leading_options(words, arguments)) return *done;
+    if (!words.empty() && words[0] == "help") {  // "help show" is "show --help"
+        words.erase(words.begin());
+        words.emplace_back("--help");
+        if (words.size() == 1) return run(words);
+    }
+    if (words.empty()) {
+        const std::string text = general_help();
+        std::fwrite(text.data(), 1, text.size(), stderr);
+        return kUsage;
+    }
+    const Command* command = find_command(words);
+    if (command == nullptr) throw_unknown_command(words);
+    const auto named = static_cast<Words::difference_type>(name_length(*command));
+    arguments.insert(arguments.end(), words.begin() + named, words.end());
+    return run_command(*command, std::move(arguments));
+}
+
+}  // namespace
+}  // namespace uxtool
+
+int main(int argc, char** argv) {
+    using namespace uxtool;
+    std::signal(SIGPIPE, SIG_IGN);  // a write to a closed pipe fails instead, and ends the run
+    try {
+        return run(Words(argv + 1, argv + argc));
+    } catch (const ClosedPipe&) {
+        return kSuccess;
+    } catch (const Failure& failure) {
+        report(failure);
+        return failure.code();
+    } catch (const std::bad_alloc&) {
+        report(Failure(kRefused, "out of memory"));
+        return kRefused;
+    } catch (const std::exception& error) {
+        report(Failure(kRefused, error.what()));
+        return kRefused;
+    }
+}

@@ -1,0 +1,60 @@
+#include "support/command.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace uxtool {
+namespace {
+
+std::vector<const Command*>& registry() {
+    static std::vector<const Command*> commands;
+    return commands;
+}
+
+}  // namespace
+
+Command::Command(std::string commandName, std::string commandSummary, std::string commandExamples,
+                 Setup commandSetup)
+    : name(std::move(commandName)),
+      summary(std::move(commandSummary)),
+      examples(std::move(commandExamples)),
+      setup(std::move(commandSetup)) {
+    registry().push_back(this);
+}
+
+std::vector<const Command*> all_commands() {
+    std::vector<const Command*> commands = registry();
+    std::sort(commands.begin(), commands.end(),
+              [](const Command* a, const Command* b) { return a->name < b->name; });
+    return commands;
+}
+
+CLI::Option* add_file(CLI::App& app, std::string& file) {
+    return app.add_option("FILE", file, "XML file; - is standard input")->required()->type_name("");
+}
+
+CLI::Option* add_files(CLI::App& app, std::vector<std::string>& files) {
+    return app.add_option("FILE", files, "XML files; - is standard input")
+        ->required()
+        ->type_name("");
+}
+
+CLI::Option* add_output(CLI::App& app, std::string& file) {
+    return app.add_option("-o,--output", file, "Write to FILE instead of standard output")
+        ->type_name("FILE");
+}
+
+CLI::Option* add_format(CLI::App& app, std::string& format,
+                        const std::vector<std::string>& choices) {
+    std::string names;
+    for (const std::string& choice : choices) names += (names.empty() ? "" : ", ") + choice;
+    return app
+        .add_option("-f,--format", format, "Output format: " + names + " (default " + format + ")")
+        ->type_name("NAME")
+        ->check([choices, names](const std::string& value) {
+            const bool known = std::find(choices.begin(), choices.end(), value) != choices.end();
+            return known ? std::string() : "unknown format '" + value + "'; choose of " + names;
+        });
+}
+
+}  // namespace uxtool

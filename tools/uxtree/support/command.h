@@ -1,0 +1,87 @@
+// The registry of the tool's commands.
+//
+// To add commands for a topic, add one file tools/uxtree/<topic>_commands.cpp and nothing else:
+//
+//     #include "support/command.h"
+//     #include "support/input.h"
+//     #include "support/output.h"
+//     namespace uxtool {
+//     namespace {
+//
+//     struct CountOptions {
+//         std::string file;
+//         std::string output;
+//     };
+//
+//     int run_count(const CountOptions& options) {
+//         UXXmlWrapperBase root = open_tree(options.file);  // "-" is standard input
+//         Output out(options.output);
+//         out.print("{}\n", root.GetNodeCount());
+//         return out.finish();                       // kSuccess
+//     }
+//
+//     const Command kCount{
+//         "count",                                    // "theme save" makes a command of a group
+//         "Count the children of the root",           // one line, no full stop
+//         "uxtree count tree.xml\n"                   // examples, one a line; "# ..." is a remark
+//         "uxtree count - < tree.xml   # from standard input",
+//         [](CLI::App& app) {
+//             auto options = std::make_shared<CountOptions>();
+//             add_file(app, options->file);           // positional FILE
+//             add_output(app, options->output);       // -o FILE
+//             return [options] { return run_count(*options); };
+//         }};
+//
+//     }  // namespace
+//     }  // namespace uxtool
+//
+// Rules: results go to the Output, everything else to standard error (note(), warn()). A failure is
+// thrown as Failure (support/failure.h), which carries the exit code and a hint; nothing is written
+// then. Tables: support/table.h gives aligned text, CSV and JSON from one Table; JSON is always a
+// list. Commands that edit a tree: EditTarget in support/output.h adds -o and -i[SUFFIX] and saves.
+// Only headers below include/ and support/ are included. Tests: tests/cli/<topic>_cases.py.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "support/failure.h"
+
+namespace uxtool {
+
+// Runs a command after its options were read; yields the exit code.
+using Action = std::function<int()>;
+
+// One row of the registry. Constructing it registers it, so it is a constant at namespace scope.
+class Command {
+public:
+    using Setup = std::function<Action(CLI::App&)>;
+
+    Command(std::string commandName, std::string commandSummary, std::string commandExamples,
+            Setup commandSetup);
+
+    std::string name;      // words separated by one blank
+    std::string summary;   // one line
+    std::string examples;  // lines
+    Setup setup;           // declares the options and yields what to run
+};
+
+// All commands, sorted by name.
+std::vector<const Command*> all_commands();
+
+// A positional argument FILE; "-" is standard input.
+CLI::Option* add_file(CLI::App& app, std::string& file);
+// One or more of them.
+CLI::Option* add_files(CLI::App& app, std::vector<std::string>& files);
+// -o FILE, --output FILE: where results go; "" and "-" are standard output.
+CLI::Option* add_output(CLI::App& app, std::string& file);
+// -f NAME, --format NAME: one of the given names; format holds the default before and the choice
+// after.
+CLI::Option* add_format(CLI::App& app, std::string& format,
+                        const std::vector<std::string>& choices);
+
+}  // namespace uxtool

@@ -1,0 +1,48 @@
+// Exit codes, and the exception that ends a command with one.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+namespace uxtool {
+
+enum ExitCode : int {
+    kSuccess = 0,
+    kNothingFound = 1,
+    kUsage = 2,
+    kUnreadable = 3,  // unreadable or not XML
+    kRefused = 4,     // the operation was refused, or its result could not be written
+};
+
+// Ends a command (or, within for_each_file, the work on one file). Printed on standard error as
+// "subject: message", followed by "hint: ..." when there is one.
+class Failure : public std::runtime_error {
+public:
+    Failure(ExitCode code, std::string subject, const std::string& message, std::string hint = "")
+        : std::runtime_error(message),
+          code_(code),
+          subject_(std::move(subject)),
+          hint_(std::move(hint)) {}
+    // Without a file to speak of.
+    Failure(ExitCode code, const std::string& message) : Failure(code, "uxtree", message) {}
+
+    ExitCode code() const { return code_; }
+    const std::string& subject() const { return subject_; }
+    const std::string& hint() const { return hint_; }
+
+private:
+    ExitCode code_;
+    std::string subject_;  // a file, "file:line:column", or "uxtree"
+    std::string hint_;
+};
+
+// The reader of standard output went away; the tool then ends quietly.
+class ClosedPipe : public std::exception {};
+
+void report(const Failure& failure);
+// One line on standard error: what a user may want to know, and what needs attention.
+void note(const std::string& text);
+void warn(const std::string& text);
+
+}  // namespace uxtool

@@ -1,0 +1,216 @@
+#include "support/input.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "support/file.h"
+#include "support/text.h"
+
+namespace uxtool {
+namespace {
+
+[[noreturn]] void throw_unreadable(const std::string& file, std::string hint = "") {
+    const std::string reason = errno == 0 ? "cannot be read" : system_error();
+    throw Failure(kUnreadable, input_name(file), reason, std::move(hint));
+}
+
+// Opens for reading; a directory is refused here, since reading one fails with a poorer message.
+Descriptor open_for_reading(const std::string& file) {
+    errno = 0;
+    if (file == "-") return Descriptor(::dup(STDIN_FILENO));
+    Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!descriptor.is_open()) throw_unreadable(file);
+    struct stat status {};
+    if (::fstat(descriptor.number(), &status) == 0 && S_ISDIR(status.st_mode)) {
+        errno = EISDIR;
+        throw_unreadable(file, "name the XML files in it");
+    }
+    return descriptor;
+}
+
+bool is_regular(const Descriptor& descriptor) {
+    struct stat status {};
+    return ::fstat(descriptor.number(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+// Hands on the content block by block.
+template <typename Take>
+void read_blocks(const Descriptor& descriptor, const std::string& file, Take&& take) {
+    std::array<char, 65536> block;
+    for (;;) {
+        const ssize_t got = ::read(descriptor.number(), block.data(), block.size());
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) throw_unreadable(file);
+        if (got == 0) return;
+        take(std::string_view(block.data(), static_cast<std::size_t>(got)));
+    }
+}
+
+std::string read_open_file(const Descriptor& descriptor, const std::string& file) {
+    if (!descriptor.is_open()) throw_unreadable(file);
+    std::string content;
+    read_blocks(descriptor, file, [&](std::string_view block) { content += block; });
+    return content;
+}
+
+struct Advice {
+    std::string_view message;  // part of the parser's message
+    std::string_view hint;
+};
+
+constexpr std::array<Advice, 10> kAdvice{{
+    {"mismatched tag", "an end tag closes the element that was opened last, by the same name"},
+    {"no element", "the file is empty or ends before its root element is closed"},
+    {"unclosed token", "the file ends in the middle of a tag, comment or reference"},
+    {"invalid token", "in text and attributes write &lt; for <, &amp; for &; values need quotes"},
+    {"junk after", "a document has one root element"},
+    {"duplicate attribute", "an element has each attribute once"},
+    {"undefined entity", "only &lt; &gt; &amp; &apos; &quot; and &#...; are read"},
+    {"entity", "only &lt; &gt; &amp; &apos; &quot; and &#...; are read"},
+    {"encoding", "UTF-8, UTF-16, ISO-8859-1, windows-1252 and ASCII are read"},
+    {"nest", "the nesting is deeper than the loader accepts"},
+}};
+
+std::string advice_for(std::string_view message) {
+    const auto fits = [message](const Advice& advice) {
+        return message.find(advice.message) != std::string_view::npos;
+    };
+    const auto found = std::find_if(kAdvice.begin(), kAdvice.end(), fits);
+    return found == kAdvice.end() ? std::string() : std::string(found->hint);
+}
+
+// What the host's loader refused, with its position.
+[[noreturn]] void throw_load_failure(const std::string& name) {
+    const UXFileError& failure = UXGetLastLoadFailure();
+    const std::string message =
+        failure.message.IsEmpty() ? "cannot be loaded" : static_cast<const char*>(failure.message);
+    std::string subject = name;
+    if (failure.line > 0) subject += fmt::format(":{}:{}", failure.line, failure.column);
+    throw Failure(kUnreadable, subject, message, advice_for(message));
+}
+
+void load_content(UXXmlWrapperBase& root, const std::string& content, const std::string& name) {
+    if (root.LoadFromMemory(content.data(), content.size()) == 0) throw_load_failure(name);
+}
+
+}  // namespace
+
+std::string input_name(const std::string& file) {
+    return file == "-" ? "stdin" : file;
+}
+
+UXXmlWrapperBase open_tree(const std::string& file) {
+    return open_tree(file, input_name(file));
+}
+
+UXXmlWrapperBase open_tree(const std::string& file, const std::string& name) {
+    const Descriptor descriptor = open_for_reading(file);
+    const Progress progress("reading " + name);
+    UXXmlWrapperBase root;
+    if (file == "-" || !is_regular(descriptor)) {
+        load_content(root, read_open_file(descriptor, file), name);
+    } else if (root.load(file.c_str(), 0, false) == 0) {
+        throw_load_failure(name);
+    }
+    return root;
+}
+
+std::string read_all(const std::string& file) {
+    const Descriptor descriptor = open_for_reading(file);
+    const Progress progress("reading " + input_name(file));
+    return read_open_file(descriptor, file);
+}
+
+void require_readable(const std::string& file) {
+    open_for_reading(file);
+}
+
+NamedInput::NamedInput(const std::string& file) : path_(file) {
+    const Descriptor source = open_for_reading(file);
+    if (!source.is_open()) throw_unreadable(file);
+    if (file != "-" && is_regular(source)) return;
+    auto [path, copy] = create_temporary();
+    path_ = path;
+    temporary_ = true;
+    const Progress progress("reading " + input_name(file));
+    try {
+        read_blocks(source, file, [&, target = copy.number()](std::string_view block) {
+            if (!write_fully(target, block)) throw Failure(kRefused, path_, system_error());
+        });
+    } catch (...) {
+        ::unlink(path_.c_str());
+        throw;
+    }
+}
+
+NamedInput::~NamedInput() {
+    if (temporary_) ::unlink(path_.c_str());
+}
+
+int for_each_file(const std::vector<std::string>& files,
+                  const std::function<ExitCode(const std::string& file)>& work) {
+    int gravest = kSuccess;
+    bool found = false;
+    for (const std::string& file : files) {
+        try {
+            found = work(file) == kSuccess || found;
+        } catch (const Failure& failure) {
+            report(failure);
+            gravest = std::max(gravest, static_cast<int>(failure.code()));
+        }
+    }
+    if (gravest != kSuccess) return gravest;
+    return found ? kSuccess : kNothingFound;
+}
+
+// Waits on a thread of its own, since loading and outlining are single calls.
+struct Progress::Ticker {
+    explicit Ticker(std::string line) : text(std::move(line)), thread([this] { run(); }) {}
+    ~Ticker() {
+        {
+            const std::lock_guard lock(mutex);
+            finished = true;
+        }
+        wake.notify_one();
+        thread.join();
+        if (shown) std::fputs("\r\x1b[K", stderr);
+    }
+
+    void run() {
+        using namespace std::chrono;
+        const auto start = steady_clock::now();
+        std::unique_lock lock(mutex);
+        if (wake.wait_for(lock, milliseconds(500), [this] { return finished; })) return;
+        do {
+            const double seconds = duration<double>(steady_clock::now() - start).count();
+            fmt::print(stderr, "\r{} ... {:.1f} s", text, seconds);
+            std::fflush(stderr);
+            shown = true;
+        } while (!wake.wait_for(lock, milliseconds(200), [this] { return finished; }));
+    }
+
+    std::string text;
+    std::mutex mutex;
+    std::condition_variable wake;
+    bool finished = false;
+    bool shown = false;
+    std::thread thread;  // the last member: it uses the others
+};
+
+Progress::Progress(std::string text) {
+    if (isatty(STDERR_FILENO) == 1) ticker_ = std::make_unique<Ticker>(clipped(text, 60));
+}
+
+Progress::~Progress() = default;
+
+}  // namespace uxtool

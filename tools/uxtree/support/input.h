@@ -1,0 +1,66 @@
+// Reading trees and files, and the progress line.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "uxtree/host/host.h"
+
+#include "support/failure.h"
+
+namespace uxtool {
+
+// The name of an input in messages and results: "stdin" for "-".
+std::string input_name(const std::string& file);
+
+// Loads an XML file strictly and yields its root; "-" is standard input, and pipes work too. Throws
+// Failure with kUnreadable, located as file:line:column where the XML is broken.
+UXXmlWrapperBase open_tree(const std::string& file);
+// The same for a file that messages call by another name.
+UXXmlWrapperBase open_tree(const std::string& file, const std::string& name);
+
+// The whole content of a file, of "-" or of a pipe; throws Failure with kUnreadable.
+std::string read_all(const std::string& file);
+
+// Throws Failure with kUnreadable unless file can be opened for reading and is no directory.
+void require_readable(const std::string& file);
+
+// A file name that the library can open by itself: file, or for "-" and pipes a temporary copy that
+// lives as long as the object.
+class NamedInput {
+public:
+    explicit NamedInput(const std::string& file);
+    ~NamedInput();
+    NamedInput(const NamedInput&) = delete;
+    NamedInput& operator=(const NamedInput&) = delete;
+    const std::string& path() const { return path_; }
+
+private:
+    std::string path_;
+    bool temporary_ = false;
+};
+
+// Calls work for each file. A file that fails is reported and does not keep the others from being
+// worked on. Work yields kSuccess or kNothingFound. The result is the gravest failure, else
+// kSuccess when work succeeded for any file, else kNothingFound.
+int for_each_file(const std::vector<std::string>& files,
+                  const std::function<ExitCode(const std::string& file)>& work);
+
+// A line on standard error while the object lives, shown after half a second and only on a
+// terminal, and taken away at the end.
+class Progress {
+public:
+    explicit Progress(std::string text);
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+private:
+    struct Ticker;
+    std::unique_ptr<Ticker> ticker_;
+};
+
+}  // namespace uxtool

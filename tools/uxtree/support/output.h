@@ -1,0 +1,78 @@
+// Where results go.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include <fmt/format.h>
+
+#include "uxtree/host/host.h"
+
+#include "support/command.h"
+#include "support/file.h"
+#include "support/style.h"
+
+namespace uxtool {
+
+// Standard output for "" and "-", else a file that is replaced at once by finish(): until then, and
+// when a command fails, an old file stays as it is. Devices and pipes are written directly.
+// Throws Failure with kRefused when the place cannot be written, ClosedPipe when nobody reads.
+class Output {
+public:
+    explicit Output(const std::string& file);
+    ~Output();
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
+
+    void write(std::string_view text);
+    template <typename... Args>
+    void print(fmt::format_string<Args...> format, Args&&... args) {
+        fmt::format_to(std::back_inserter(buffer_), format, std::forward<Args>(args)...);
+        flush_when_full();
+    }
+    // Writes what is left, puts the file in its place and yields exitCode. A file is not put in
+    // place when the code is that of a failure, nor when finish is never reached.
+    int finish(int exitCode = kSuccess);
+    // Colours for what goes here.
+    const Palette& palette() const { return palette_; }
+
+private:
+    void open_file(const std::string& file);
+    void flush_when_full();
+    void flush();
+    [[noreturn]] void throw_write_error() const;
+
+    std::string name_;       // in messages
+    std::string target_;     // the file to replace; "" when written directly
+    std::string temporary_;  // beside target_
+    Descriptor file_;
+    int descriptor_ = -1;
+    std::string buffer_;
+    Palette palette_;
+};
+
+// Where an edited tree goes: -o FILE, -i (back into the file it came from), else standard output.
+//
+//     EditTarget target;  target.add_options(app);        when the options are declared
+//     target.save(root, options.file);                     when the work is done
+//
+// -iSUFFIX keeps the old file under its name with SUFFIX appended. Saving is atomic; a tree that
+// cannot be written is refused and the old file stays.
+class EditTarget {
+public:
+    void add_options(CLI::App& app);
+    void save(const UXXmlWrapperBase& root, const std::string& inputFile) const;
+
+private:
+    void save_in_place(const UXXmlWrapperBase& root, const std::string& inputFile) const;
+
+    std::string output_;
+    bool inPlace_ = false;
+    std::string backupSuffix_;
+};
+
+// Rewrites "-iSUFFIX" and "--in-place=SUFFIX" to "-i --backup=SUFFIX", as EditTarget declares them.
+std::vector<std::string> with_backup_option(std::vector<std::string> arguments);
+
+}  // namespace uxtool

@@ -1,0 +1,146 @@
+#include "support/table.h"
+
+#include <algorithm>
+
+#include "support/json.h"
+#include "support/text.h"
+
+namespace uxtool {
+namespace {
+
+bool is_number(const Cell& cell) {
+    return std::holds_alternative<long long>(cell) || std::holds_alternative<double>(cell);
+}
+
+std::string text_of(const Cell& cell) {
+    if (const auto* text = std::get_if<std::string>(&cell)) return *text;
+    if (const auto* number = std::get_if<long long>(&cell)) return fmt::format("{}", *number);
+    if (const auto* number = std::get_if<double>(&cell)) return fmt::format("{}", *number);
+    return "";
+}
+
+std::string padded(const std::string& text, std::size_t width, bool toTheRight) {
+    const std::size_t used = display_width(text);
+    const std::string blanks(width > used ? width - used : 0, ' ');
+    return toTheRight ? blanks + text : text + blanks;
+}
+
+// A column of numbers, apart from empty cells, is aligned to the right.
+std::vector<bool> numeric_columns(const Table& table) {
+    std::vector<bool> numeric(table.columns.size(), false);
+    for (std::size_t column = 0; column < numeric.size(); ++column) {
+        bool any = false;
+        numeric[column] = std::all_of(table.rows.begin(), table.rows.end(), [&](const auto& row) {
+            any = any || is_number(row[column]);
+            return is_number(row[column]) || row[column].index() == 0;
+        });
+        numeric[column] = numeric[column] && any;
+    }
+    return numeric;
+}
+
+std::vector<std::size_t> column_widths(const Table& table) {
+    std::vector<std::size_t> widths;
+    for (const std::string& name : table.columns) widths.push_back(display_width(visible(name)));
+    for (const auto& row : table.rows) {
+        for (std::size_t column = 0; column < widths.size(); ++column) {
+            widths[column] = std::max(widths[column], display_width(visible(text_of(row[column]))));
+        }
+    }
+    return widths;
+}
+
+void write_text(Output& out, const Table& table) {
+    const std::vector<std::size_t> widths = column_widths(table);
+    const std::vector<bool> numeric = numeric_columns(table);
+    const auto write_line = [&](const auto& cell_at, bool heading) {
+        std::string line;
+        for (std::size_t column = 0; column < widths.size(); ++column) {
+            if (column > 0) line += "  ";
+            line += padded(visible(cell_at(column)), widths[column], numeric[column]);
+        }
+        line.resize(line.find_last_not_of(' ') + 1);
+        if (heading) line = out.palette().paint(Role::kHeading, line);
+        out.write(line);
+        out.write("\n");
+    };
+    write_line([&](std::size_t column) { return table.columns[column]; }, true);
+    for (const auto& row : table.rows) {
+        write_line([&](std::size_t column) { return text_of(row[column]); }, false);
+    }
+}
+
+std::string csv_field(const std::string& text) {
+    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+    std::string quoted = "\"";
+    for (const char c : text) {
+        if (c == '"') quoted += '"';
+        quoted += c;
+    }
+    return quoted + '"';
+}
+
+void write_csv(Output& out, const Table& table) {
+    write_csv_line(out, table.columns);
+    for (const auto& row : table.rows) {
+        std::vector<std::string> fields;
+        for (const Cell& cell : row) fields.push_back(text_of(cell));
+        write_csv_line(out, fields);
+    }
+}
+
+Json json_of(const Cell& cell) {
+    return std::visit(
+        [](const auto& value) -> Json {
+            using Value = std::decay_t<decltype(value)>;
+            if constexpr (std::is_same_v<Value, std::monostate>) {
+                return nullptr;
+            } else {
+                return value;
+            }
+        },
+        cell);
+}
+
+void write_json(Output& out, const Table& table) {
+    JsonList list(out);
+    for (const auto& row : table.rows) {
+        Json entry = Json::object();
+        for (std::size_t column = 0; column < table.columns.size(); ++column) {
+            entry[table.columns[column]] = json_of(row[column]);
+        }
+        list.add(entry);
+    }
+    list.finish();
+}
+
+}  // namespace
+
+void Table::add(std::vector<Cell> cells) {
+    cells.resize(columns.size());
+    rows.push_back(std::move(cells));
+}
+
+// An empty line would be read as no row, so a lone empty field is quoted.
+void write_csv_line(Output& out, const Fields& fields) {
+    std::string line;
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        if (i > 0) line += ',';
+        line += csv_field(fields[i]);
+    }
+    out.write(line.empty() ? "\"\"" : line);
+    out.write("\n");
+}
+
+void write_table(Output& out, const Table& table, const std::string& format) {
+    if (format == "csv") return write_csv(out, table);
+    if (format == "json") return write_json(out, table);
+    write_text(out, table);
+}
+
+const std::vector<std::string>& table_formats() {
+    static const std::vector<std::string> formats{"text", "csv", "json"};
+    return formats;
+}
+
+}  // namespace uxtool

@@ -1,0 +1,37 @@
+// Tables as aligned text, CSV or JSON.
+#pragma once
+
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "support/output.h"
+
+namespace uxtool {
+
+// One cell: nothing, a text or a number.
+using Cell = std::variant<std::monostate, std::string, long long, double>;
+
+class Table {
+public:
+    explicit Table(std::vector<std::string> columnNames) : columns(std::move(columnNames)) {}
+    // Adds a row; missing cells at its end are empty.
+    void add(std::vector<Cell> cells);
+
+    std::vector<std::string> columns;
+    std::vector<std::vector<Cell>> rows;
+};
+
+// Writes a table as "text" (aligned, with a heading, numbers to the right), "csv" (RFC 4180
+// quoting, heading first) or "json" (a list with one object per row: column -> text, number or
+// null).
+void write_table(Output& out, const Table& table, const std::string& format);
+
+// One line of CSV.
+using Fields = std::vector<std::string>;
+void write_csv_line(Output& out, const Fields& fields);
+
+// The formats of write_table, for add_format.
+const std::vector<std::string>& table_formats();
+
+}  // namespace uxtool

@@ -1,0 +1,185 @@
+#include "support/text.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <numeric>
+
+#include <fmt/format.h>
+
+namespace uxtool {
+namespace {
+
+struct CodePoint {
+    std::uint32_t value;
+    std::size_t length;  // in bytes; an undecodable byte stands for itself
+};
+
+CodePoint decode(std::string_view text) {
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned char lead = byte(0);
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+    if (length == 1 || length > text.size()) return {lead, 1};
+    std::uint32_t value = lead & (0xFFU >> (length + 1));
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((byte(i) & 0xC0U) != 0x80U) return {lead, 1};
+        value = (value << 6U) | (byte(i) & 0x3FU);
+    }
+    return {value, length};
+}
+
+struct Range {
+    std::uint32_t first;
+    std::uint32_t last;
+};
+
+template <std::size_t Size>
+bool in_ranges(std::uint32_t value, const std::array<Range, Size>& ranges) {
+    return std::any_of(ranges.begin(), ranges.end(), [value](const Range& range) {
+        return value >= range.first && value <= range.last;
+    });
+}
+
+constexpr std::array<Range, 8> kZeroWidth{{{0x300, 0x36F},
+                                           {0x483, 0x489},
+                                           {0x591, 0x5BD},
+                                           {0x610, 0x61A},
+                                           {0x64B, 0x65F},
+                                           {0x200B, 0x200F},
+                                           {0xFE00, 0xFE0F},
+                                           {0xE0100, 0xE01EF}}};
+constexpr std::array<Range, 8> kWide{{{0x1100, 0x115F},
+                                      {0x2E80, 0x303E},
+                                      {0x3041, 0xA4CF},
+                                      {0xAC00, 0xD7A3},
+                                      {0xF900, 0xFAFF},
+                                      {0xFE30, 0xFE6F},
+                                      {0xFF00, 0xFF60},
+                                      {0x1F300, 0x3FFFD}}};
+
+std::size_t width_of(std::uint32_t value) {
+    if (value < 0x300) return 1;
+    if (in_ranges(value, kZeroWidth)) return 0;
+    return in_ranges(value, kWide) ? 2 : 1;
+}
+
+void append_visible(std::string& out, char c) {
+    switch (c) {
+        case '\n':
+            out += "\\n";
+            return;
+        case '\t':
+            out += "\\t";
+            return;
+        case '\r':
+            out += "\\r";
+            return;
+        case '\x1b':
+            out += "\\e";
+            return;
+        default:
+            break;
+    }
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x20 || byte == 0x7F) {
+        out += fmt::format("\\x{:02x}", byte);
+    } else {
+        out += c;
+    }
+}
+
+std::size_t edit_distance(std::string_view a, std::string_view b) {
+    std::vector<std::size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 1; i <= a.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i;
+        for (std::size_t j = 1; j <= b.size(); ++j) {
+            const std::size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0U : 1U);
+            diagonal = row[j];
+            row[j] = std::min({row[j] + 1, row[j - 1] + 1, replaced});
+        }
+    }
+    return row[b.size()];
+}
+
+}  // namespace
+
+std::size_t display_width(std::string_view text) {
+    std::size_t width = 0;
+    while (!text.empty()) {
+        const CodePoint point = decode(text);
+        width += width_of(point.value);
+        text.remove_prefix(point.length);
+    }
+    return width;
+}
+
+std::string visible(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (const char c : text) append_visible(out, c);
+    return out;
+}
+
+std::string visible_lines(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (const char c : text) {
+        if (c == '\n' || c == '\t') {
+            out += c;
+        } else {
+            append_visible(out, c);
+        }
+    }
+    return out;
+}
+
+std::string clipped(std::string_view text, std::size_t width) {
+    // Only as much is looked at as can be shown: a value may be very long.
+    const bool cut = width != 0 && text.size() > 8 * width;
+    std::string line = visible(cut ? text.substr(0, 8 * width) : text);
+    if (width == 0 || (!cut && display_width(line) <= width)) return line;
+    std::string_view rest = line;
+    std::size_t used = 0;
+    while (!rest.empty()) {
+        const CodePoint point = decode(rest);
+        const std::size_t next = used + width_of(point.value);
+        if (next + 1 > width) break;
+        used = next;
+        rest.remove_prefix(point.length);
+    }
+    line.resize(line.size() - rest.size());
+    return line + "…";
+}
+
+std::string nearest(std::string_view name, const std::vector<std::string>& candidates) {
+    std::string best;
+    std::size_t bestDistance = std::max<std::size_t>(2, name.size() / 3) + 1;
+    if (name.size() > 100) return best;
+    for (const std::string& candidate : candidates) {
+        if (candidate.size() > 100) continue;
+        const std::size_t distance = edit_distance(name, candidate);
+        if (distance < bestDistance && distance < candidate.size()) {
+            best = candidate;
+            bestDistance = distance;
+        }
+    }
+    return best;
+}
+
+std::string short_list(const std::vector<std::string>& names) {
+    constexpr std::size_t kShown = 8;
+    std::string out;
+    for (std::size_t i = 0; i < std::min(kShown, names.size()); ++i) {
+        out += (i == 0 ? "" : ", ") + visible(names[i]);
+    }
+    if (names.size() > kShown) out += fmt::format(" and {} more", names.size() - kShown);
+    return out;
+}
+
+std::string counted(std::size_t count, std::string_view noun) {
+    return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
+}
+
+}  // namespace uxtool

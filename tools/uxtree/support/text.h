@@ -1,0 +1,33 @@
+// Text for people: widths, clipping, nearest names.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace uxtool {
+
+// The number of terminal columns that UTF-8 text takes: wide characters count two, combining ones
+// none.
+std::size_t display_width(std::string_view text);
+
+// One line without control characters: they are written as \n, \t, \r, \e or \xNN, so that no
+// content moves the cursor or breaks a line of output.
+std::string visible(std::string_view text);
+// The same, keeping line breaks and TAB.
+std::string visible_lines(std::string_view text);
+
+// visible(text), cut to width columns with a closing ellipsis; width 0 keeps all.
+std::string clipped(std::string_view text, std::size_t width);
+
+// The candidate that is nearest to name, "" when none is near enough to be meant.
+std::string nearest(std::string_view name, const std::vector<std::string>& candidates);
+
+// The first names joined by commas, with "and N more" when there are many.
+std::string short_list(const std::vector<std::string>& names);
+
+// "1 file", "2 files".
+std::string counted(std::size_t count, std::string_view noun);
+
+}  // namespace uxtool

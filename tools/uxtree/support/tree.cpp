@@ -1,0 +1,41 @@
+#include "support/tree.h"
+
+namespace uxtool {
+
+std::string to_string(const CStringUTF8& text) {
+    return std::string(static_cast<const char*>(text), static_cast<std::size_t>(text.GetLength()));
+}
+
+std::string tag_of(const UXXmlWrapperBase& node) {
+    CStringUTF8 tag;
+    node.GetTagName(tag);
+    return to_string(tag);
+}
+
+std::optional<std::string> attribute_of(const UXXmlWrapperBase& node, const char* name) {
+    CStringUTF8 text;
+    if (node.GetPropertyValue(name, text, 0) == 0) return std::nullopt;
+    return to_string(text);
+}
+
+std::vector<std::string> attribute_names(const UXXmlWrapperBase& node) {
+    CWBOStringArray names;
+    node.GetPropertyNames(names);
+    std::vector<std::string> out;
+    for (int i = 0; i < names.GetSize(); ++i) out.push_back(to_string(names[i]));
+    return out;
+}
+
+std::string value_of(const UXXmlWrapperBase& node) {
+    CStringUTF8 text;
+    node.GetNodeStringWithBlobInfo(text, 0);
+    return to_string(text);
+}
+
+std::string join(const std::vector<std::string>& texts, const std::string& separator) {
+    std::string out;
+    for (std::size_t i = 0; i < texts.size(); ++i) out += (i == 0 ? "" : separator) + texts[i];
+    return out;
+}
+
+}  // namespace uxtool

@@ -1,0 +1,48 @@
+// Reading nodes as standard strings, and walking them.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "uxtree/host/host.h"
+
+namespace uxtool {
+
+std::string to_string(const CStringUTF8& text);
+std::string tag_of(const UXXmlWrapperBase& node);
+// Nothing when the node lacks the attribute.
+std::optional<std::string> attribute_of(const UXXmlWrapperBase& node, const char* name);
+std::vector<std::string> attribute_names(const UXXmlWrapperBase& node);
+// The element's own text, "" when there is none.
+std::string value_of(const UXXmlWrapperBase& node);
+std::string join(const std::vector<std::string>& texts, const std::string& separator);
+
+// Calls enter(node, level) for top and everything below it in document order, and leave(node,
+// level) after a node's branch. When enter yields false, the branch below that node is left out.
+// Works along the links, so that depth costs no stack. Neither may remove nodes.
+template <typename Enter, typename Leave>
+void walk(const UXXmlWrapperBase& top, Enter&& enter, Leave&& leave) {
+    UXXmlWrapperBase node = top;
+    std::size_t level = 0;
+    for (;;) {
+        UXXmlWrapperBase next;
+        if (enter(node, level) && node.FirstChild(&next) != 0) {
+            node = next;
+            ++level;
+            continue;
+        }
+        leave(node, level);
+        while (level > 0 && node.NextSibling(&next) == 0) {
+            if (node.GetParent(&next) == 0) return;
+            node = next;
+            --level;
+            leave(node, level);
+        }
+        if (level == 0) return;
+        node = next;
+    }
+}
+
+}  // namespace uxtool
