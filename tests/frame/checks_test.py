@@ -1,0 +1,138 @@
+"""Tests of tools/dev/check_layers.py and check_exports.py on small trees and libraries.
+
+Usage: checks_test.py TOOLS_FOLDER CXX_COMPILER
+"""
+
+import pathlib
+import subprocess
+import sys
+import tempfile
+import unittest
+
+TOOLS = pathlib.Path(sys.argv[1])
+COMPILER = sys.argv[2]
+
+LAYERS = """
+# from the bottom up
+host/*
+frame/guards
+data/ids
+tree/lookup < tree/vectors
+outline/scanner
+import/n42
+analysis/ranges
+"""
+
+
+def run(script, *arguments):
+    command = [sys.executable, str(TOOLS / script), *map(str, arguments)]
+    done = subprocess.run(command, capture_output=True, text=True, check=False)
+    return done.returncode, done.stdout + done.stderr
+
+
+class Folder(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.root = pathlib.Path(folder.name)
+
+    def write(self, name, content):
+        path = self.root / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(content)
+        return path
+
+
+class CheckLayers(Folder):
+    def check(self, name, content):
+        self.write("docs/layers.txt", LAYERS)
+        self.write(name, content)
+        return run("check_layers.py", self.root)
+
+    def assert_clean(self, name, content):
+        self.assertEqual(self.check(name, content), (0, "layers: every include points downward\n"))
+
+    def assert_refused(self, name, content, reason):
+        code, output = self.check(name, content)
+        self.assertEqual(code, 1)
+        self.assertIn(reason, output)
+
+    def test_downward_and_own_includes_are_fine(self):
+        self.assert_clean(
+            "src/tree/vectors.cpp",
+            '#include "uxtree/tree/vectors.h"\n#include "tree/lookup.h"\n#include "frame/guards.h"\n'
+            '#include "uxtree/host/node.h"\n#include <vector>\n',
+        )
+
+    def test_details_belong_to_their_component(self):
+        self.assert_clean("src/tree/vectors_detail.h", '#include "tree/lookup_detail.h"\n')
+
+    def test_upward_includes_are_refused(self):
+        upward = "frame/guards includes tree/lookup above it"
+        self.assert_refused("src/frame/guards.h", '#include "uxtree/tree/lookup.h"\n', upward)
+        within = "tree/lookup includes tree/vectors above it"
+        self.assert_refused("src/tree/lookup.cpp", '  # include "tree/vectors.h"\n', within)
+
+    def test_public_headers_are_checked_too(self):
+        reason = "data/ids includes tree/lookup above it"
+        self.assert_refused("include/uxtree/data/ids.h", '#include "uxtree/tree/lookup.h"', reason)
+
+    def test_unlisted_files_are_refused(self):
+        self.assert_refused("src/data/other.cpp", "", "src/data/other.cpp: no component")
+        self.assert_refused("src/tree/lookup.cpp", '#include "x.h"', '"x.h" has no component')
+
+    def test_rooms_that_never_meet_are_refused(self):
+        reason = "outline never includes tree"
+        self.assert_refused("src/outline/scanner.cpp", '#include "tree/lookup.h"', reason)
+
+    def test_the_store_is_the_hosts_own(self):
+        self.assert_refused("src/tree/lookup.cpp", '#include "host/arena.h"', "the host's own")
+        reason = "names the host's own storage"
+        self.assert_refused("src/tree/lookup.cpp", "uxhost::Element* e;", reason)
+
+    def test_the_host_may_name_its_store(self):
+        self.assert_clean("src/host/node.cpp", '#include "host/arena.h"\nuxhost::Element* e;')
+
+    def test_tools_see_public_headers_only(self):
+        self.assert_clean("tools/uxtree/main.cpp", '#include "uxtree/uxtree_Utils.h"')
+        reason = "only public headers"
+        self.assert_refused("tools/uxtree/main.cpp", '#include "tree/lookup.h"', reason)
+
+
+class CheckExports(Folder):
+    def check(self, code, listed, *options):
+        source = self.write("library.cpp", code)
+        library = self.root / "library.so"
+        subprocess.run([COMPILER, "-shared", "-fPIC", "-o", library, source], check=True)
+        names = self.write("list.txt", "".join(row.replace(" ", "\t") + "\n" for row in listed))
+        return run("check_exports.py", *options, library, names)
+
+    def test_listed_functions_and_classes_are_fine(self):
+        code, output = self.check(
+            "void f(int) {} void f(char) {} struct C { virtual ~C(); void m(); };"
+            'C::~C() {} void C::m() {} extern "C" void s() {}',
+            ["native f topic", "native C topic", "script s topic"],
+            "--complete",
+        )
+        self.assertEqual((code, output), (0, "exports: 3 of 3 listed entry points\n"))
+
+    def test_unlisted_exports_are_refused(self):
+        code, output = self.check("void f(int) {} void g(int) {}", ["native f topic"])
+        self.assertEqual(code, 1)
+        self.assertIn("not listed: g(int)", output)
+
+    def test_the_other_linkage_is_refused(self):
+        code, output = self.check("void f(int) {}", ["script f topic"])
+        self.assertEqual(code, 1)
+        self.assertIn("listed as script but exported as native: f(int)", output)
+
+    def test_missing_names_are_refused_only_when_complete(self):
+        listed = ["native f topic", "script s topic"]
+        code, output = self.check("void f(int) {}", listed)
+        self.assertEqual(code, 0)
+        self.assertIn("exports: 1 of 2 listed entry points\nstill to come: s", output)
+        self.assertEqual(self.check("void f(int) {}", listed, "--complete")[0], 1)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
