@@ -1,0 +1,404 @@
+#include "uxtree/tree/attributes.h"
+
+#include <string_view>
+#include <utility>
+
+#include "uxtree/analysis/auto_support.h"
+#include "uxtree/data/attribute_match.h"
+
+#include "frame/guards.h"
+#include "frame/results.h"
+#include "frame/script_args.h"
+#include "frame/walk.h"
+#include "tree/text_set_detail.h"
+
+using namespace ux;
+
+namespace {
+
+// ---- one attribute of one node ----------------------------------------------------------------
+
+CStringUTF8 attribute_or_empty(const UXXmlWrapperBase& node, const char* name) {
+    CStringUTF8 text;  // stays empty: the host leaves it alone when the attribute is missing
+    node.GetPropertyValue(name, text, 0);
+    return text;
+}
+
+unsigned int bits_of(const UXXmlWrapperBase& node, const char* name) {
+    int bits = 0;
+    node.GetPropertyValue(name, bits, 0);
+    return static_cast<unsigned int>(bits);
+}
+
+bool set_bits(UXXmlWrapperBase& node, const char* name, unsigned int bits) {
+    return node.SetPropertyValue(name, static_cast<int>(bits)) != 0;
+}
+
+bool remove_attribute(UXXmlWrapperBase& node, const char* name) {
+    return node.HasProperty(name, 0) && node.RemoveProperty(name);
+}
+
+bool copy_attribute(const UXXmlWrapperBase& source, UXXmlWrapperBase& target, const char* name) {
+    CStringUTF8 text;
+    if (!source.GetPropertyValue(name, text, 0)) return false;
+    return target.SetPropertyValue(name, text) != 0;
+}
+
+// Moves the integer of attribute `from` into attribute `to`.
+bool move_int_attribute(UXXmlWrapperBase& node, const char* from, const char* to) {
+    if (!node.HasProperty(from, 0)) return false;
+    // Intended: only integers survive. A text that is no integer counts as 0, and comes back so.
+    int value = 0;
+    node.GetPropertyValue(from, value, 0);
+    return node.SetPropertyValue(to, value) && node.RemoveProperty(from);
+}
+
+// ---- whole branches ---------------------------------------------------------------------------
+
+// Counts the nodes for which change yields true: top and everything below it.
+template <typename Change>
+int count_changes(UXXmlWrapperBase& top, Change&& change) {
+    int changed = change(top) ? 1 : 0;
+    visit_below(top, [&](UXXmlWrapperBase& node) {
+        if (change(node)) ++changed;
+        return Step::kIntoBranch;
+    });
+    return changed;
+}
+
+CStringUTF8 saved_name(const char* name) {
+    return CStringUTF8("StorePrefix") + name;
+}
+
+bool has_filled_leaf(const UXXmlWrapperBase& top, bool deep) {
+    return !visit_below(top, [&](const UXXmlWrapperBase& node) {
+        if (!is_leaf(node)) return deep ? Step::kIntoBranch : Step::kOverBranch;
+        return node.IsEmpty() ? Step::kOverBranch : Step::kStop;
+    });
+}
+
+// Steps both handles to the next pair of nodes at the same positions, in pre-order below the pair
+// that was given at depth 0. Nodes without a counterpart are passed over with what follows them.
+bool step_to_next_pair(UXXmlWrapperBase& a, UXXmlWrapperBase& b, long long& depth) {
+    UXXmlWrapperBase nextA;
+    UXXmlWrapperBase nextB;
+    if (a.FirstChild(&nextA) && b.FirstChild(&nextB)) {
+        ++depth;
+    } else {
+        for (;;) {
+            if (depth == 0) return false;
+            if (a.NextSibling(&nextA) && b.NextSibling(&nextB)) break;
+            --depth;
+            if (!step_to_parent(a) || !step_to_parent(b)) return false;
+        }
+    }
+    a = std::move(nextA);
+    b = std::move(nextB);
+    return true;
+}
+
+// ---- setting everywhere -----------------------------------------------------------------------
+
+class AttributeSetter {
+public:
+    AttributeSetter(const char* name, const char* value)
+        : name_(name), value_(value), switchesAuto_(std::string_view(name) == "Auto") {}
+    void operator()(UXXmlWrapperBase& node) const {
+        // Intended: "Auto" switches the automatic support on, whatever the value says.
+        if (switchesAuto_) {
+            vctree_set_auto_support(node, 1, nullptr, -1);
+        } else {
+            node.SetPropertyValue(name_, value_);
+        }
+    }
+
+private:
+    const char* name_;
+    CStringUTF8 value_;
+    bool switchesAuto_;
+};
+
+// ---- collecting -------------------------------------------------------------------------------
+
+void append_below(const UXXmlWrapperBase& top, CWBOStringArray& out, const char* name) {
+    visit_below(top, [&](const UXXmlWrapperBase& node) {
+        out.Add(attribute_or_empty(node, name));
+        return Step::kIntoBranch;
+    });
+}
+
+// A tree with one child per identifier, which carries it in keyAttr and has the value.
+UXXmlWrapperBase tree_of_ids(const CArray<int, int>& ids, const char* value, const char* keyAttr) {
+    UXXmlWrapperBase root;
+    root.CreateNew(0, nullptr);
+    CStringUTF8 tag;
+    for (int i = 0; i < ids.GetSize(); ++i) {
+        tag.Format("n%d", i);
+        UXXmlWrapperBase child;
+        root.AddTextNode(&child, tag, value, -1, 0, nullptr);
+        child.SetPropertyValue(keyAttr, ids[i]);
+    }
+    return root;
+}
+
+}  // namespace
+
+void vctree_modify_DWORD_attribute(UXXmlWrapperBase* node, const char* name, unsigned int clearBits,
+                                   unsigned int setBits) {
+    at_boundary([&] {
+        if (name == nullptr || !usable(node)) return;
+        if (setBits == 0 && !node->HasProperty(name, 0)) return;
+        // Intended: clearing wins over setting here, the reverse of uxtree_modify_attribute.
+        set_bits(*node, name, (bits_of(*node, name) | setBits) & ~clearBits);
+    });
+}
+
+int VCTreeAttributeValues(UXXmlWrapperBase* tree, const char* name, int value,
+                          CArray<int, int>* values, int removeIfNegative, int includeSelf) {
+    return at_boundary(0, [&] {
+        if (name == nullptr || !usable(tree)) return 0;
+        const bool removes = removeIfNegative != 0 && value < 0;
+        const auto step = [&](UXXmlWrapperBase& node) {
+            if (values != nullptr) {
+                int current = -1;
+                node.GetPropertyValue(name, current, 0);
+                values->Add(current);
+            } else if (removes) {
+                node.RemoveProperty(name);
+            } else {
+                node.SetPropertyValue(name, value);
+            }
+            return Step::kIntoBranch;
+        };
+        if (includeSelf != 0) step(*tree);
+        visit_below(*tree, step);
+        return 0;
+    });
+}
+
+int VCTreeGetAttributes(UXXmlWrapperBase* tree, CWBOStringArray* out, const char* name,
+                        bool directOnly, std::function<bool(UXXmlWrapperBase&)> skip) {
+    return at_boundary(0, [&] {
+        if (any_null(out, name) || !usable(tree)) return 0;
+        for (UXXmlWrapperBase& child : children(*tree)) {
+            if (skip && skip(child)) continue;
+            out->Add(attribute_or_empty(child, name));
+            // Intended: skip does not reach below the first level. It leaves out whole
+            // top-level branches; every deeper node of a kept branch has its entry.
+            if (!directOnly) append_below(child, *out, name);
+        }
+        return 0;
+    });
+}
+
+int vctree_get_attributes(UXXmlWrapperBase* tree, CWBOStringArray* out, const char* name,
+                          bool directOnly) {
+    return VCTreeGetAttributes(tree, out, name, directOnly, nullptr);
+}
+
+void vctree_get_node_names(UXXmlWrapperBase* tree, CWBOStringArray* out, bool directOnly) {
+    at_boundary([&] {
+        if (out == nullptr || !usable(tree)) return;
+        visit_below(*tree, [&](const UXXmlWrapperBase& node) {
+            CStringUTF8 tag;
+            node.GetTagName(tag);
+            out->Add(std::move(tag));
+            return directOnly ? Step::kOverBranch : Step::kIntoBranch;
+        });
+    });
+}
+
+bool VCTreeSetAttributes(UXXmlWrapperBase* tree, const CArray<int, int>* ids, const char* value,
+                         const char* attribute, const char* keyAttr, bool flag) {
+    return at_boundary(false, [&] {
+        if (ids == nullptr || !usable(tree)) return false;
+        const char* key = text_or(keyAttr, "DataID");
+        UXXmlWrapperBase source = tree_of_ids(*ids, value, key);
+        // Intended: the result is that of the last identifier searched for, so it may be false
+        // although nodes were set.
+        return uxtree_copy_values_to_attributes_by_attribute_matching(
+                   &source, tree, attribute, key, nullptr, 1, 1, flag ? 1 : 0) != 0;
+    });
+}
+
+extern "C" {
+
+bool uxtree_modify_attribute(UXXmlWrapperBase* node, const char* name, unsigned int setBits,
+                             unsigned int clearBits) {
+    return at_boundary(false, [&] {
+        if (name == nullptr || !usable(node)) return false;
+        // Intended: setting wins over clearing, and the attribute is created even with 0.
+        return set_bits(*node, name, (bits_of(*node, name) & ~clearBits) | setBits);
+    });
+}
+
+int uxtree_remove_attribute(UXXmlWrapperBase* tree, const char* name, int includeSelf) {
+    return at_boundary(kBadArgument, [&] {
+        if (name == nullptr || !usable(tree)) return kBadArgument;
+        int removed = includeSelf != 0 && remove_attribute(*tree, name) ? 1 : 0;
+        visit_below(*tree, [&](UXXmlWrapperBase& node) {
+            if (remove_attribute(node, name)) ++removed;
+            return Step::kIntoBranch;
+        });
+        return removed;
+    });
+}
+
+int uxtree_store_attribute(UXXmlWrapperBase* tree, const char* name) {
+    return at_boundary(kBadArgument, [&] {
+        if (name == nullptr || !usable(tree)) return kBadArgument;
+        const CStringUTF8 saved = saved_name(name);
+        return count_changes(
+            *tree, [&](UXXmlWrapperBase& node) { return move_int_attribute(node, name, saved); });
+    });
+}
+
+int uxtree_restore_attribute(UXXmlWrapperBase* tree, const char* name) {
+    return at_boundary(kBadArgument, [&] {
+        if (name == nullptr || !usable(tree)) return kBadArgument;
+        const CStringUTF8 saved = saved_name(name);
+        return count_changes(
+            *tree, [&](UXXmlWrapperBase& node) { return move_int_attribute(node, saved, name); });
+    });
+}
+
+int uxtree_node_copy_attribute(UXXmlWrapperBase* source, UXXmlWrapperBase* target,
+                               const char* name) {
+    return at_boundary(kFail, [&] {
+        if (name == nullptr || !usable(source) || !usable(target)) return kFail;
+        return copy_attribute(*source, *target, name) ? kOk : kFail;
+    });
+}
+
+int uxtree_copy_atts(UXXmlWrapperBase* source, UXXmlWrapperBase* target, const char* name,
+                     int childrenOnly) {
+    return at_boundary(kBadArgument, [&] {
+        if (name == nullptr || !usable(source) || !usable(target)) return kBadArgument;
+        UXXmlWrapperBase from = *source;
+        UXXmlWrapperBase to = *target;
+        // childrenOnly spares this top pair alone.
+        int copied = childrenOnly == 0 && copy_attribute(from, to, name) ? 1 : 0;
+        for (long long depth = 0; step_to_next_pair(from, to, depth);) {
+            if (copy_attribute(from, to, name)) ++copied;
+        }
+        return copied;
+    });
+}
+
+int uxtree_set_attribute_bit_if_not_empty(UXXmlWrapperBase* node, const char* name,
+                                          unsigned int bits, bool deep) {
+    return at_boundary(kFail, [&] {
+        if (name == nullptr || !usable(node) || !has_filled_leaf(*node, deep)) return kFail;
+        int current = 0;
+        if (!node->GetPropertyValue(name, current, 0)) return kFail;
+        return set_bits(*node, name, static_cast<unsigned int>(current) | bits) ? kOk : kFail;
+    });
+}
+
+void uxtree_set_attribute_to_all_nodes(UXXmlWrapperBase* tree, const char* name, const char* value,
+                                       bool childrenOnly, bool branchesOnly) {
+    at_boundary([&] {
+        if (name == nullptr || !usable(tree)) return;
+        const AttributeSetter set(name, value);
+        const auto visit = [&](UXXmlWrapperBase& node) {
+            if (!branchesOnly || !is_leaf(node)) set(node);
+            return childrenOnly ? Step::kOverBranch : Step::kIntoBranch;
+        };
+        if (!childrenOnly) visit(*tree);
+        visit_below(*tree, visit);
+    });
+}
+
+void uxtree_set_attribute_with_skip(UXXmlWrapperBase* tree, const char* name, const char* value,
+                                    const char* skipAttr, UXScriptObject* skipValues,
+                                    bool branchesToo, bool remove) {
+    at_boundary([&] {
+        const CWBOStringArray* skipList = string_array(skipValues);
+        if (name == nullptr || !usable(tree) || refused(skipValues, skipList)) return;
+        FoldedTexts skipped;
+        if (given(skipAttr) && skipList != nullptr) skipped.add_all(*skipList);
+        const CStringUTF8 text = value;
+        CStringUTF8 mark;
+        const auto visit = [&](UXXmlWrapperBase& node) {
+            const bool asked = branchesToo || is_leaf(node);
+            const bool isSkipped = asked && !skipped.empty() &&
+                                   node.GetPropertyValue(skipAttr, mark, 0) &&
+                                   skipped.contains(mark);
+            if (asked && !isSkipped) {
+                remove ? node.RemoveProperty(name) : node.SetPropertyValue(name, text);
+            }
+            return Step::kIntoBranch;  // Intended: a skipped branch does not protect its nodes
+        };
+        visit(*tree);
+        visit_below(*tree, visit);
+    });
+}
+
+int uxtree_count_items_by_attribute(UXXmlWrapperBase* tree, const char* name, const char* value,
+                                    int countMissing, int recursive) {
+    return at_boundary(kBadArgument, [&] {
+        if (!usable(tree)) return kBadArgument;
+        int count = 0;
+        CStringUTF8 text;
+        const auto counts = [&](const UXXmlWrapperBase& node) {
+            if (name == nullptr) return true;
+            // Intended: countMissing is about nodes without the attribute, not about those with
+            // another value.
+            if (!node.GetPropertyValue(name, text, 0)) return countMissing != 0;
+            return value == nullptr || text == value;
+        };
+        visit_below(*tree, [&](const UXXmlWrapperBase& node) {
+            if (counts(node)) ++count;
+            return recursive != 0 ? Step::kIntoBranch : Step::kOverBranch;
+        });
+        return count;
+    });
+}
+
+int uxtree_all_nodes_has_attrib(UXXmlWrapperBase* tree, const char* name) {
+    return at_boundary(kFail, [&] {
+        if (name == nullptr || !usable(tree)) return kFail;
+        const bool all = visit_below(*tree, [&](const UXXmlWrapperBase& node) {
+            return node.HasProperty(name, 0) ? Step::kIntoBranch : Step::kStop;
+        });
+        return all ? kOk : kFail;
+    });
+}
+
+int uxtree_attribute_values(UXXmlWrapperBase* tree, const char* name, int value,
+                            UXScriptObject* values, int removeIfNegative) {
+    return at_boundary(kBadArgument, [&] {
+        CArray<int, int>* list = int_vector(values);
+        // An unusable list must not turn the request to collect into one to write.
+        if (refused(values, list)) return kBadArgument;
+        return VCTreeAttributeValues(tree, name, value, list, removeIfNegative, 0);
+    });
+}
+
+int uxtree_get_attributes(UXXmlWrapperBase* tree, UXScriptObject* out, const char* name,
+                          int directOnly) {
+    return at_boundary(kBadArgument, [&] {
+        CWBOStringArray* list = string_array(out);
+        if (list == nullptr) return kBadArgument;
+        return VCTreeGetAttributes(tree, list, name, directOnly != 0, nullptr);
+    });
+}
+
+int uxtree_set_attributes(UXXmlWrapperBase* tree, UXScriptObject* ids, const char* value,
+                          const char* attribute, const char* keyAttr, bool flag) {
+    return at_boundary(kFail, [&] {
+        return VCTreeSetAttributes(tree, int_vector(ids), value, attribute, keyAttr, flag) ? kOk
+                                                                                           : kFail;
+    });
+}
+
+int uxtree_get_node_names(UXXmlWrapperBase* tree, UXScriptObject* out, int directOnly) {
+    return at_boundary(kBadArgument, [&] {
+        CWBOStringArray* list = string_array(out);
+        if (list == nullptr) return kBadArgument;
+        vctree_get_node_names(tree, list, directOnly != 0);
+        return 0;
+    });
+}
+
+}  // extern "C"

@@ -1,0 +1,72 @@
+// Sorting children by an integer attribute.
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "uxtree/tree/structure.h"
+
+#include "frame/guards.h"
+#include "frame/walk.h"
+#include "tree/exchange_order_detail.h"
+
+using namespace ux;
+
+namespace {
+
+// Children with the attribute, in document order, and their keys in the order to sort by.
+struct KeyedChildren {
+    std::vector<UXXmlWrapperBase> nodes;
+    std::vector<std::uint32_t> keys;
+};
+
+std::uint32_t key_of(int value, bool ascending) {
+    const std::uint32_t rising = static_cast<std::uint32_t>(value) ^ 0x80000000U;
+    return ascending ? rising : ~rising;
+}
+
+KeyedChildren keyed_children(const UXXmlWrapperBase& parent, const char* attrName, bool ascending) {
+    KeyedChildren keyed;
+    for (const UXXmlWrapperBase& child : children(parent)) {
+        int value = 0;
+        if (!child.GetPropertyValue(attrName, value, 0)) continue;
+        keyed.nodes.push_back(child);
+        keyed.keys.push_back(key_of(value, ascending));
+    }
+    return keyed;
+}
+
+// Gives every node the content of the node at order[place]. Each content that changes place is
+// copied once along its cycle; the first of a cycle waits as a copy on a tree of its own.
+void exchange_contents(std::vector<UXXmlWrapperBase>& nodes, std::vector<std::uint32_t> order) {
+    UXXmlWrapperBase waitingRoom;
+    waitingRoom.CreateNew(0, nullptr);
+    for (std::uint32_t first = 0; first < order.size(); ++first) {
+        if (order[first] == first) continue;
+        UXXmlWrapperBase waiting;
+        waitingRoom.AddNodeCopy(&nodes[first], 1, &waiting);
+        std::uint32_t place = first;
+        while (order[place] != first) {
+            const std::uint32_t source = order[place];
+            nodes[place].ReplaceByNodeCopy(&nodes[source], 1, 0);
+            order[place] = place;
+            place = source;
+        }
+        nodes[place].ReplaceByNodeCopy(&waiting, 1, 0);
+        order[place] = place;
+        waiting.RemoveNode();
+    }
+}
+
+}  // namespace
+
+extern "C" bool uxtree_sort_children_by_int_attribute(UXXmlWrapperBase* node, const char* attrName,
+                                                      int ascending) {
+    return at_boundary(false, [&] {
+        if (!usable(node) || node->GetNodeCount() < 2 || !given(attrName)) return false;
+        KeyedChildren keyed = keyed_children(*node, attrName, ascending != 0);
+        // Intended: the order is that of an exchange sort, which is not stable, and children
+        // without the attribute keep their places.
+        exchange_contents(keyed.nodes, exchange_sort_order(keyed.keys));
+        return true;
+    });
+}

@@ -1,0 +1,56 @@
+// Sets of texts compared without regard to ASCII case.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "uxtree/host/array.h"
+#include "uxtree/host/string.h"
+
+namespace ux {
+
+inline std::string_view view_of(const CStringUTF8& text) {
+    return {static_cast<const char*>(text), static_cast<std::size_t>(text.GetLength())};
+}
+
+inline char fold(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+inline std::string folded(std::string_view text) {
+    std::string out(text);
+    for (char& c : out) c = fold(c);
+    return out;
+}
+
+inline bool starts_with_no_case(std::string_view text, std::string_view start) {
+    if (text.size() < start.size()) return false;
+    for (std::size_t i = 0; i < start.size(); ++i) {
+        if (fold(text[i]) != fold(start[i])) return false;
+    }
+    return true;
+}
+
+// Texts, each numbered from 0 in the order of its first appearance.
+class FoldedTexts {
+public:
+    void add_all(const CWBOStringArray& texts) {
+        for (int i = 0; i < texts.GetSize(); ++i) {
+            numbers_.try_emplace(folded(view_of(texts[i])), numbers_.size());
+        }
+    }
+    bool empty() const { return numbers_.empty(); }
+    std::size_t size() const { return numbers_.size(); }
+    bool contains(const CStringUTF8& text) const { return number_of(text) < size(); }
+    // size() for a text that is not there.
+    std::size_t number_of(const CStringUTF8& text) const {
+        const auto found = numbers_.find(folded(view_of(text)));
+        return found == numbers_.end() ? size() : found->second;
+    }
+
+private:
+    std::unordered_map<std::string, std::size_t> numbers_;
+};
+
+}  // namespace ux
