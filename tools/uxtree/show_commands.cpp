@@ -18,7 +18,7 @@ struct ShowOptions {
     std::string output;
     bool attributes = false;
     bool full = false;
-    std::size_t depth = std::numeric_limits<std::size_t>::max();
+    long long depth = std::numeric_limits<long long>::max();
 };
 
 struct IdAttribute {
@@ -53,7 +53,7 @@ public:
         show_marks(node);
         if (options_.attributes) show_attributes(node);
         const int children = node.GetNodeCount();
-        const bool cut = level >= options_.depth && children > 0;
+        const bool cut = static_cast<long long>(level) >= options_.depth && children > 0;
         if (cut) add(Role::kDim, fmt::format("({} below)", children));
         out_.write("\n");
         return !cut;
@@ -130,7 +130,8 @@ const Command kShow{
         add_file(app, options->file);
         app.add_flag("-a,--attributes", options->attributes, "Show all other attributes as well");
         app.add_option("-d,--depth", options->depth, "Show this many levels below the root")
-            ->type_name("N");
+            ->type_name("N")
+            ->check(CLI::NonNegativeNumber);
         app.add_flag("--full", options->full, "Show long texts whole");
         add_output(app, options->output);
         return [options] { return run_show(*options); };

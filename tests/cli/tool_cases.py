@@ -1,0 +1,188 @@
+"""What all commands share: names, help, exit codes, inputs and outputs."""
+import json
+import os
+import subprocess
+import time
+
+from harness import case
+
+CASES = [
+    case("PrintsTheVersion", ["--version"], out="uxtree 0.1.0\n"),
+    case("HelpNamesCommandsExamplesAndExitCodes", ["--help"],
+         contains=["\n  list ", "\n  show ", "Examples:\n",
+                   "Exit codes: 0 done, 1 nothing found"]),
+    case("HelpOfACommandHasExamples", ["show", "--help"],
+         contains=["Usage: uxtree show [OPTIONS] FILE", "Examples:\n  uxtree show tree.xml"]),
+    case("HelpIsACommandToo", ["help", "show"], contains=["Usage: uxtree show"]),
+    case("HelpAloneIsTheGeneralOne", ["help"], contains=["Commands:"]),
+    case("NoCommandIsAUsageError", [], code=2, err=["Usage: uxtree COMMAND"]),
+    case("SuggestsTheNearestCommand", ["shwo"], code=2,
+         err=["uxtree: unknown command 'shwo'\n", "did you mean 'uxtree show'?"]),
+    case("SuggestsTheListForWildGuesses", ["xyzzy"], code=2, err=["'uxtree list' shows all"]),
+    case("RefusesUnknownGlobalOptions", ["--frob", "show", "-"], code=2, err=["--frob"]),
+    case("RefusesUnknownOptions", ["show", "--frob", "-"], code=2, err=["--frob"]),
+    case("RefusesAMissingFile", ["show"], code=2, err=["FILE is required"]),
+    case("RefusesAnotherArgument", ["show", "a.xml", "b.xml"], code=2, err=["b.xml"]),
+    case("TakesAFileNamedLikeACommand", ["show", "list"], files={"list": "<r/>"}, out="r\n"),
+    case("TakesAFileThatBeginsWithADash", ["show", "--", "-x.xml"], files={"-x.xml": "<r/>"},
+         out="r\n"),
+    case("SaysThatAFileIsMissing", ["show", "none.xml"], code=3,
+         err=["none.xml: No such file or directory\n"]),
+    case("SaysThatAFolderIsNoFile", ["show", "."], code=3, err=[".: Is a directory\n"]),
+    case("SaysThatAnEmptyNameIsNoFile", ["show", ""], code=3, err=["No such file"]),
+    case("SaysThatAnEmptyFileIsNotXml", ["show", "e.xml"], files={"e.xml": ""}, code=3,
+         err=["e.xml:1:1: "]),
+    case("SaysWhereTagsDoNotMatch", ["show", "b.xml"], files={"b.xml": "<a>\n  <b></c>\n</a>\n"},
+         code=3, err=["b.xml:2:", "hint: "]),
+    case("SaysWhereStandardInputIsBroken", ["show", "-"], stdin="<a>\n<a>\n<", code=3,
+         err=["stdin:3:"]),
+    case("SaysThatABinaryFileIsNotXml", ["show", "b"], files={"b": bytes(range(256))}, code=3,
+         err=["b:1:1: "]),
+    case("WritesIntoAFile", ["show", "-", "--output", "o.txt"], stdin="<r/>",
+         after={"o.txt": "r\n"}),
+    case("TakesADashAsStandardOutput", ["show", "-", "-o", "-"], stdin="<r/>", out="r\n"),
+    case("KeepsTheOldFileWhenTheInputIsBroken", ["show", "-", "-o", "o.txt"], stdin="<r>",
+         files={"o.txt": "old"}, code=3, err=["stdin:1:"], after={"o.txt": "old"}),
+    case("RefusesAFolderAsOutput", ["show", "-", "-o", "."], stdin="<r/>", code=4,
+         err=[".: Is a directory"]),
+    case("RefusesAMissingFolderForTheOutput", ["show", "-", "-o", "no/o.txt"], stdin="<r/>", code=4,
+         err=["no/o.txt: No such file"]),
+    case("SaysThatTheDiskIsFull", ["show", "-"], stdin="<r/>", stdout_to="/dev/full", code=4,
+         err=["stdout: No space left on device"]),
+    case("SaysThatTheOutputDeviceIsFull", ["show", "-", "-o", "/dev/full"], stdin="<r/>", code=4,
+         err=["/dev/full: No space left on device"]),
+    case("ListsCommandsAsText", ["list"], contains=["command", "show  ", "\nlist  "]),
+    case("RefusesAnUnknownFormat", ["list", "-f", "yaml"], code=2,
+         err=["unknown format 'yaml'", "text, csv, json"]),
+]
+
+
+def test_ListsEveryCommandAsJsonWithASummary(tool):
+    rows = json.loads(tool.run(["list", "-f", "json"]).out)
+    assert [row["command"] for row in rows] == sorted(row["command"] for row in rows)
+    assert {"list", "show"} <= {row["command"] for row in rows}
+    for row in rows:
+        assert row["summary"] and not row["summary"].endswith("."), row
+
+
+def test_EveryCommandHasHelpWithExamplesOfItself(tool):
+    for row in json.loads(tool.run(["list", "-f", "json"]).out):
+        result = tool.run([*row["command"].split(), "--help"])
+        assert result.code == 0 and result.err == "", row
+        assert row["summary"] in result.out, row
+        assert "Examples:\n" in result.out, row
+        assert "uxtree " + row["command"] in result.out.split("Examples:")[1], row
+
+
+def test_EveryCommandRefusesAnUnknownOption(tool):
+    for row in json.loads(tool.run(["list", "-f", "json"]).out):
+        result = tool.run([*row["command"].split(), "--no-such-option"])
+        assert (result.code, result.out) == (2, ""), row
+        assert "hint: uxtree " + row["command"] in result.err, row
+
+
+def test_AClosedPipeEndsTheRunQuietly(tool):
+    tool.write("wide.xml", "<r>" + "<a/>" * 100000 + "</r>")
+    process = subprocess.Popen([tool.program, "show", "wide.xml"], cwd=tool.folder,
+                               stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+    assert process.stdout.readline() == b"r\n"
+    process.stdout.close()
+    err = process.stderr.read()
+    assert process.wait() == 0
+    assert err == b""
+
+
+def test_AClosedStandardOutputIsRefused(tool):
+    done = subprocess.run(f"'{tool.program}' list >&-", shell=True, capture_output=True)
+    assert done.returncode == 4
+    assert b"stdout: " in done.stderr
+
+
+def test_ReadsANamedPipe(tool):
+    os.mkfifo(tool.path("pipe"))
+    writer = subprocess.Popen(f"printf '<r/>' > '{tool.path('pipe')}'", shell=True)
+    result = tool.run(["show", "pipe"])
+    writer.wait()
+    assert (result.code, result.out) == (0, "r\n"), result.err
+
+
+def test_AnOutputFileKeepsItsPermissionsAndItsLink(tool):
+    tool.write("real.txt", "old").chmod(0o640)
+    os.symlink("real.txt", tool.path("link.txt"))
+    tool.run(["show", "-", "-o", "link.txt"], stdin="<r/>")
+    assert tool.path("link.txt").is_symlink()
+    assert tool.path("real.txt").read_text() == "r\n"
+    assert tool.path("real.txt").stat().st_mode & 0o777 == 0o640
+
+
+def test_ANewOutputFileObeysTheUmask(tool):
+    before = os.umask(0o027)
+    try:
+        tool.run(["show", "-", "-o", "new.txt"], stdin="<r/>")
+    finally:
+        os.umask(before)
+    assert tool.path("new.txt").stat().st_mode & 0o777 == 0o640
+
+
+def test_NothingIsLeftBesideTheOutput(tool):
+    tool.run(["show", "-", "-o", "o.txt"], stdin="<r/>")
+    tool.run(["show", "-", "-o", "o.txt"], stdin="<r>")
+    assert sorted(path.name for path in tool.folder.iterdir()) == ["o.txt"]
+
+
+def run_on_terminal(tool, args, env=None, stdin=b""):
+    """Standard output and error on a terminal; yields what appeared there."""
+    import pty
+    master, slave = pty.openpty()
+    process = subprocess.Popen([tool.program, *args], cwd=tool.folder, stdin=subprocess.PIPE,
+                               stdout=slave, stderr=slave, env=tool.environment(env))
+    os.close(slave)
+    process.stdin.write(stdin)
+    process.stdin.close()
+    seen = b""
+    try:
+        while block := os.read(master, 65536):
+            seen += block
+    except OSError:  # the other side is closed
+        pass
+    os.close(master)
+    process.wait()
+    return seen.decode()
+
+
+def test_ColoursOnATerminal(tool):
+    assert run_on_terminal(tool, ["show", "-"], stdin=b"<r/>") == "\x1b[1;34mr\x1b[0m\r\n"
+
+
+def test_NoColorIsObeyedOnATerminal(tool):
+    assert run_on_terminal(tool, ["show", "-"], {"NO_COLOR": "1"}, b"<r/>") == "r\r\n"
+
+
+def test_ADumbTerminalGetsNoColour(tool):
+    assert run_on_terminal(tool, ["show", "-"], {"TERM": "dumb"}, b"<r/>") == "r\r\n"
+
+
+def test_AskingForColourBeatsNoColor(tool):
+    seen = run_on_terminal(tool, ["show", "--color", "always", "-"], {"NO_COLOR": "1"}, b"<r/>")
+    assert seen == "\x1b[1;34mr\x1b[0m\r\n"
+
+
+def test_SlowWorkShowsProgressOnATerminalOnly(tool):
+    import pty
+    master, slave = pty.openpty()
+    process = subprocess.Popen([tool.program, "show", "-"], stdin=subprocess.PIPE,
+                               stdout=subprocess.PIPE, stderr=slave, env=tool.environment(None))
+    os.close(slave)
+    time.sleep(1.0)
+    process.stdin.write(b"<r/>")
+    process.stdin.close()
+    assert process.stdout.read() == b"r\n"
+    seen = b""
+    try:
+        while block := os.read(master, 65536):
+            seen += block
+    except OSError:
+        pass
+    process.wait()
+    assert b"reading stdin ... 0." in seen, seen
+    assert seen.endswith(b"\r\x1b[K"), seen  # the line is taken away
