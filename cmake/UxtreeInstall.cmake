@@ -1,5 +1,10 @@
-# Install rules, the CMake package and the pkg-config files; all paths are relative to the prefix.
+# Install rules, the CMake package and the pkg-config files. All paths are relative to the place
+# where a file is found, so that an installed tree may be moved as a whole.
 include(CMakePackageConfigHelpers)
+
+# The libraries stand side by side, whatever the folder is called.
+set_target_properties(uxtree_host uxtree_Utils PROPERTIES INSTALL_RPATH "$ORIGIN")
+target_compile_features(uxtree_host INTERFACE cxx_std_17)
 
 install(TARGETS uxtree_host uxtree_Utils EXPORT uxtree_UtilsTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT dev
@@ -13,6 +18,17 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/uxtree_UtilsConfigVersion
 install(FILES ${PROJECT_BINARY_DIR}/uxtree_UtilsConfig.cmake
   ${PROJECT_BINARY_DIR}/uxtree_UtilsConfigVersion.cmake
   DESTINATION ${package_dir} COMPONENT dev)
+
+# The way back from the folder of the pkg-config files depends on the depth of the library folder
+# (lib, lib64, lib/x86_64-linux-gnu). Folders given as absolute paths stay what they are.
+file(RELATIVE_PATH prefix_from_pkgconfig
+  ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+string(REGEX REPLACE "/$" "" prefix_from_pkgconfig "${prefix_from_pkgconfig}")
+foreach(folder LIBDIR INCLUDEDIR)
+  string(TOLOWER pc_${folder} variable)
+  set(${variable} ${CMAKE_INSTALL_${folder}})
+  cmake_path(ABSOLUTE_PATH ${variable} BASE_DIRECTORY "\${prefix}")
+endforeach()
 foreach(name uxtree_host uxtree_Utils)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/${name}.pc
