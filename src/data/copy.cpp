@@ -1,0 +1,304 @@
+#include "uxtree/data/copy.h"
+
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "data/ids_detail.h"
+#include "data/names.h"
+#include "data/values_detail.h"
+#include "frame/guards.h"
+#include "frame/results.h"
+#include "frame/walk.h"
+
+namespace {
+
+// --- homologous trees --------------------------------------------------------------------------
+
+constexpr int kSameShape = 0;
+constexpr int kDestinationRanOut = 1;
+
+void copy_attributes(UXXmlWrapperBase& destination, UXXmlWrapperBase& source,
+                     const CWBOStringArray* kept) {
+    const int count = kept == nullptr ? 0 : kept->GetSize();
+    CWBOStringArray own;
+    own.SetSize(count);
+    for (int i = 0; i < count; ++i) destination.GetPropertyValue((*kept)[i], own[i], 0);
+    destination.CopyAllAttributes(source, 1);
+    // Intended: a kept attribute that is empty here takes the source's text.
+    for (int i = 0; i < count; ++i) {
+        if (!own[i].IsEmpty()) destination.SetPropertyValue((*kept)[i], own[i]);
+    }
+}
+
+void copy_value(UXXmlWrapperBase& destination, const UXXmlWrapperBase& source, bool dynamicChecks) {
+    ux::NodeWrite how;
+    how.branch = !ux::is_leaf(source);
+    if (dynamicChecks) how.callFlags = ux::kResetAutomatic | ux::kCheckDynaUse;
+    CStringUTF8 value;
+    ux::read_node_value(source,
+                        how.branch ? ux::ValueSource::kUseAttribute : ux::ValueSource::kOwnText,
+                        true, value);
+    ux::write_node_value(destination, value, how);
+}
+
+// Two nodes at the same place of two trees, stepping together.
+class Pair {
+public:
+    Pair(const UXXmlWrapperBase& destination, const UXXmlWrapperBase& source)
+        : destination_(destination), source_(source) {}
+    UXXmlWrapperBase& destination() { return destination_; }
+    UXXmlWrapperBase& source() { return source_; }
+
+    enum class Arrival { kPair, kLevelEnd, kRanOut };
+
+    Arrival to_first_children() {
+        ++depth_;
+        const bool more = ux::step_into_first_child(source_);
+        const bool room = ux::step_into_first_child(destination_);
+        return arrival(more, room);
+    }
+    Arrival to_next_siblings() {
+        const bool more = ux::step_to_next_sibling(source_);
+        const bool room = ux::step_to_next_sibling(destination_);
+        return arrival(more, room);
+    }
+    // False at the level on which the pair began.
+    bool to_parents() {
+        if (depth_ == 0) return false;
+        --depth_;
+        return ux::step_to_parent(source_) && ux::step_to_parent(destination_);
+    }
+
+private:
+    static Arrival arrival(bool more, bool room) {
+        if (more) return room ? Arrival::kPair : Arrival::kRanOut;
+        return Arrival::kLevelEnd;
+    }
+
+    UXXmlWrapperBase destination_;
+    UXXmlWrapperBase source_;
+    std::size_t depth_ = 0;
+};
+
+template <typename Visit>
+int visit_pairs(Pair& pair, Visit&& visit) {
+    for (;;) {
+        visit(pair.destination(), pair.source());
+        Pair::Arrival arrival =
+            ux::is_leaf(pair.source()) ? pair.to_next_siblings() : pair.to_first_children();
+        while (arrival == Pair::Arrival::kLevelEnd) {
+            if (!pair.to_parents()) return kSameShape;
+            arrival = pair.to_next_siblings();
+        }
+        if (arrival == Pair::Arrival::kRanOut) return kDestinationRanOut;
+    }
+}
+
+// --- copies by identifier ----------------------------------------------------------------------
+
+void remove_empty_entries(CArray<int, int>& ids, CWBOStringArray& values) {
+    int kept = 0;
+    for (int i = 0; i < ids.GetSize(); ++i) {
+        if (values[i].IsEmpty()) continue;
+        if (kept != i) {
+            ids[kept] = ids[i];
+            values[kept] = std::move(values[i]);
+        }
+        ++kept;
+    }
+    ids.SetSize(kept);
+    values.SetSize(kept);
+}
+
+// Identifiers by which a lookup below a tree finds a node.
+std::unordered_set<int> identifiers_below(const UXXmlWrapperBase& tree) {
+    std::unordered_set<int> known;
+    ux::visit_below(tree, [&](const UXXmlWrapperBase& node) {
+        int id = 0;
+        if (node.GetID(id)) known.insert(id);
+        if (node.GetDataID(id)) known.insert(id);
+        return ux::Step::kIntoBranch;
+    });
+    return known;
+}
+
+// Appends what destination lacks, flat at its top level wherever it stood in source.
+class StructureCompleter {
+public:
+    explicit StructureCompleter(UXXmlWrapperBase& destination)
+        : destination_(destination), known_(identifiers_below(destination)) {}
+
+    void add_if_missing(const UXXmlWrapperBase& node) {
+        int id = 0;
+        if (!node.GetDataID(id) || known_.count(id) != 0) return;
+        CStringUTF8 text;
+        node.GetTagName(text);
+        UXXmlWrapperBase added;
+        if (!destination_.AddNode(&added, text, -1)) return;
+        if (node.GetPropertyValue(ux::kLabel, text, 0)) added.SetLabel(text);
+        added.SetDataID(id);
+        known_.insert(id);
+    }
+
+private:
+    UXXmlWrapperBase& destination_;
+    std::unordered_set<int> known_;
+};
+
+// --- identifiers by tag name -------------------------------------------------------------------
+
+std::string folded_tag(const UXXmlWrapperBase& node) {
+    CStringUTF8 tag;
+    node.GetTagName(tag);
+    tag.MakeLower();
+    return static_cast<const char*>(tag);
+}
+
+// The first node of each tag, tree itself included.
+std::unordered_map<std::string, UXXmlWrapperBase> first_nodes_by_tag(const UXXmlWrapperBase& tree,
+                                                                     bool leavesOnly) {
+    std::unordered_map<std::string, UXXmlWrapperBase> nodes;
+    const auto note = [&](const UXXmlWrapperBase& node) {
+        if (!leavesOnly || ux::is_leaf(node)) nodes.emplace(folded_tag(node), node);
+        return ux::Step::kIntoBranch;
+    };
+    note(tree);
+    ux::visit_below(tree, note);
+    return nodes;
+}
+
+}  // namespace
+
+int vctree_copy_values_between_homologous_trees(UXXmlWrapperBase& destination,
+                                                UXXmlWrapperBase& source, int copyAttributes,
+                                                CWBOStringArray* keptAttributes,
+                                                int dynamicChecks) {
+    return ux::at_boundary(kSameShape, [&] {
+        if (!ux::usable(source)) return kSameShape;
+        if (!ux::usable(destination)) return kDestinationRanOut;
+        Pair pair(destination, source);
+        // Intended: the checks apply to the first pair only, the node that the caller edits.
+        bool checks = dynamicChecks != 0;
+        return visit_pairs(pair, [&](UXXmlWrapperBase& to, UXXmlWrapperBase& from) {
+            if (copyAttributes != 0) copy_attributes(to, from, keptAttributes);
+            copy_value(to, from, checks);
+            checks = false;
+        });
+    });
+}
+
+int vctree_copy_values_by_id(UXXmlWrapperBase* source, UXXmlWrapperBase* destination, int setMode,
+                             const char* sourceIdAttribute, const char* destinationIdAttribute,
+                             int themeFlag, _SETVALUESBYIDS* callback, int validateOff,
+                             int skipEmpty, int useFlag, int themeOff) {
+    return ux::at_boundary(ux::kBadArgument, [&] {
+        if (!ux::usable(source) || !ux::usable(destination)) return ux::kBadArgument;
+        CArray<int, int> ids;
+        CWBOStringArray values;
+        ux::ValueRecord record;
+        record.values = &values;
+        ux::CollectOptions from;
+        from.idAttribute = sourceIdAttribute;
+        from.themeFlag = themeFlag != 0;
+        from.useFlag = useFlag != 0;
+        if (ux::_tree_get_values_by_ids(*source, ids, record, from) == 0) return 0;
+
+        if (callback != nullptr) callback->inProgress = 0;
+        // Intended: before the duplicate test, so that an empty second value is no duplicate.
+        if (skipEmpty != 0) remove_empty_entries(ids, values);
+        int duplicate = 0;
+        ux::SetOptions to;
+        to.duplicate = &duplicate;
+        to.setMode = setMode;
+        to.idAttribute = destinationIdAttribute;
+        to.callback = callback;
+        to.callFlags = themeOff != 0 ? DWORD{ux::kThemeOff} : DWORD{0};
+        to.validateOff = validateOff != 0;
+        const int result = ux::_tree_set_values_by_ids(*destination, ids, record, to);
+        // Intended: a duplicated 5 reads as the code -5. Callers live with it.
+        return duplicate >= 1 ? -duplicate : result;
+    });
+}
+
+extern "C" int uxtree_copy_values_by_id(UXXmlWrapperBase* source, UXXmlWrapperBase* destination,
+                                        int setMode, const char* sourceIdAttribute,
+                                        const char* destinationIdAttribute, int themeFlag,
+                                        int validateOff, int skipEmpty, int useFlag, int themeOff) {
+    return vctree_copy_values_by_id(source, destination, setMode, sourceIdAttribute,
+                                    destinationIdAttribute, themeFlag, nullptr, validateOff,
+                                    skipEmpty, useFlag, themeOff);
+}
+
+extern "C" int uxtree_whole_copy_values_by_id(UXXmlWrapperBase* source,
+                                              UXXmlWrapperBase* destination) {
+    return ux::at_boundary(ux::kBadArgument, [&] {
+        if (!ux::usable(source) || !ux::usable(destination)) return ux::kBadArgument;
+        StructureCompleter completer(*destination);
+        completer.add_if_missing(*source);
+        ux::visit_below(*source, [&](const UXXmlWrapperBase& node) {
+            completer.add_if_missing(node);
+            return ux::Step::kIntoBranch;
+        });
+        return vctree_copy_values_by_id(source, destination, 0, nullptr, nullptr, 1, nullptr, 0, 0,
+                                        0, 0);
+    });
+}
+
+extern "C" int uxtree_copy_atts_by_id(UXXmlWrapperBase* source, UXXmlWrapperBase* destination,
+                                      const char* attribute, const char* sourceIdAttribute,
+                                      const char* destinationIdAttribute,
+                                      const char* secondAttribute, int rename) {
+    return ux::at_boundary(ux::kBadArgument, [&] {
+        if (!ux::usable(source) || !ux::usable(destination)) return ux::kBadArgument;
+        CWBOStringArray first;
+        CWBOStringArray second;
+        ux::ValueRecord record;
+        if (ux::given(attribute)) {
+            record.firstName = attribute;
+            record.firstValues = &first;
+        }
+        if (ux::given(secondAttribute) && rename == 0) {
+            record.secondName = secondAttribute;
+            record.secondValues = &second;
+        }
+        CArray<int, int> ids;
+        ux::CollectOptions from;
+        from.idAttribute = sourceIdAttribute;
+        from.themeFlag = true;
+        if (ux::_tree_get_values_by_ids(*source, ids, record, from) == 0) return 0;
+
+        if (rename != 0) record.firstName = secondAttribute;
+        int duplicate = 0;
+        ux::SetOptions to;
+        to.duplicate = &duplicate;
+        to.idAttribute = destinationIdAttribute;
+        ux::_tree_set_values_by_ids(*destination, ids, record, to);
+        // Intended: no count, and a duplicated 0 reads as success.
+        return ux::negated(duplicate);
+    });
+}
+
+extern "C" int uxtree_copy_ids_by_tagname(UXXmlWrapperBase* source, UXXmlWrapperBase* destination,
+                                          bool leavesOnly) {
+    return ux::at_boundary(0, [&] {
+        if (!ux::usable(source) || !ux::usable(destination)) return 0;
+        const auto nodes = first_nodes_by_tag(*destination, leavesOnly);
+        int copied = 0;
+        CArray<int, int> ids;
+        CArray<UXXmlWrapperBase, UXXmlWrapperBase> targets;
+        // All identifiers are read before any is written: the trees may share nodes.
+        ux::visit_below(*source, [&](const UXXmlWrapperBase& node) {
+            if (leavesOnly && !ux::is_leaf(node)) return ux::Step::kIntoBranch;
+            const auto found = nodes.find(folded_tag(node));
+            if (found == nodes.end()) return ux::Step::kIntoBranch;
+            int id = 0;
+            node.GetDataID(id);
+            ids.Add(id);
+            targets.Add(found->second);
+            return ux::Step::kIntoBranch;
+        });
+        for (int i = 0; i < ids.GetSize(); ++i) copied += targets[i].SetDataID(ids[i]);
+        return copied;
+    });
+}

@@ -1,0 +1,25 @@
+// Attribute settings that travel in front of a value, each as "::{name=value}".
+#pragma once
+
+#include "uxtree/host/node.h"
+
+namespace ux {
+
+// Puts the settings of the attributes that travel this way in front of text; false when the node
+// has none of them.
+bool add_embedded_settings(const UXXmlWrapperBase& node, CStringUTF8& text);
+
+// Which of those attributes were among the settings of a value.
+struct EmbeddedNames {
+    bool dynaFx = false;
+    bool automatic = false;
+    bool dynaUseCheck = false;
+};
+
+bool may_hold_embedded_settings(const CStringUTF8& value);
+// Cuts the settings out of value and, unless apply is false, sets them as attributes of the node.
+// Text in front of a setting is lost. The first malformed setting ends the search; it and what
+// follows the last good one is the value.
+EmbeddedNames take_embedded_settings(UXXmlWrapperBase& node, CStringUTF8& value, bool apply);
+
+}  // namespace ux

@@ -1,0 +1,164 @@
+#include "uxtree/data/saved.h"
+
+#include <array>
+#include <charconv>
+#include <cstring>
+#include <string_view>
+
+#include "data/names.h"
+#include "frame/guards.h"
+#include "frame/results.h"
+#include "frame/script_args.h"
+#include "frame/walk.h"
+
+namespace {
+
+constexpr char kSettings[] = "Settings";
+constexpr char kComment[] = "Comment";
+constexpr std::string_view kEntryPrefix = "node";
+
+// "node" and the identifier, e.g. node12 or node-3.
+class EntryTag {
+public:
+    EntryTag() { kEntryPrefix.copy(text_.data(), kEntryPrefix.size()); }
+    const char* with(int id) {
+        char* const number = text_.data() + kEntryPrefix.size();
+        *std::to_chars(number, text_.data() + text_.size() - 1, id).ptr = '\0';
+        return text_.data();
+    }
+
+private:
+    std::array<char, 20> text_{};
+};
+
+int id_of_tag(const char* tag) {
+    const bool entry = std::strncmp(tag, kEntryPrefix.data(), kEntryPrefix.size()) == 0;
+    return UXLeadingInt(entry ? tag + kEntryPrefix.size() : tag);
+}
+
+// Turns target into the document's root.
+bool make_root(UXXmlWrapperBase& target) {
+    UXXmlWrapperBase document;
+    UXXmlWrapperBase settings;
+    if (!document.CreateNew(0, nullptr) ||
+        !document.AddTextNode(&settings, kSettings, kSettings, 0, 0, nullptr)) {
+        return false;
+    }
+    if (!target.IsNodeValid() && !target.CreateNew(0, nullptr)) return false;
+    return target.ReplaceByNodeCopy(&settings, 0, 0) != 0;
+}
+
+bool build(UXXmlWrapperBase& target, const CArray<int, int>& ids, const CWBOStringArray& values,
+           const char* comment, const CWBOStringArray* labels) {
+    if (ids.IsEmpty() || ids.GetSize() != values.GetSize()) return false;
+    if (!make_root(target)) return false;
+    EntryTag tag;
+    for (int i = 0; i < ids.GetSize(); ++i) {
+        UXXmlWrapperBase entry;
+        if (!target.AddTextNode(&entry, tag.with(ids[i]), values[i], -1, 0, nullptr)) return false;
+        if (labels != nullptr && i < labels->GetSize()) entry.SetLabel((*labels)[i]);
+    }
+    if (comment != nullptr) target.SetPropertyValue(kComment, CStringUTF8(comment));
+    return true;
+}
+
+void read(UXXmlWrapperBase& document, CArray<int, int>& ids, CWBOStringArray& values,
+          CStringUTF8* comment, CWBOStringArray* labels) {
+    CStringUTF8 tag;
+    for (UXXmlWrapperBase& entry : ux::children(document)) {
+        entry.GetTagName(tag);
+        CStringUTF8 value;
+        entry.NodeValue(value, 1, 1, nullptr);
+        ids.Add(id_of_tag(tag));
+        values.Add(std::move(value));
+        if (labels == nullptr) continue;
+        CStringUTF8 label;
+        entry.GetPropertyValue(ux::kLabel, label, 0);
+        labels->Add(std::move(label));
+    }
+    if (comment != nullptr) document.GetPropertyValue(kComment, *comment, 0);
+}
+
+int as_result(bool done) {
+    return done ? ux::kOk : ux::kFail;
+}
+
+}  // namespace
+
+bool vctree_save_values_with_ids(UXXmlWrapperBase* target, CArray<int, int>* ids,
+                                 CWBOStringArray* values, const char* comment,
+                                 CWBOStringArray* labels) {
+    return ux::at_boundary(false, [&] {
+        if (!ux::usable(target) || ux::any_null(ids, values)) return false;
+        return build(*target, *ids, *values, comment, labels);
+    });
+}
+
+int vctree_save_values_with_ids(const char* path, CArray<int, int>* ids, CWBOStringArray* values,
+                                const char* comment, CWBOStringArray* labels) {
+    return ux::at_boundary(ux::kFail, [&] {
+        if (!ux::given(path) || ux::any_null(ids, values)) return ux::kFail;
+        UXXmlWrapperBase document;
+        return as_result(build(document, *ids, *values, comment, labels) &&
+                         document.Save(path, 0) != 0);
+    });
+}
+
+bool vctree_read_values_with_ids(const char* path, CArray<int, int>* ids, CWBOStringArray* values,
+                                 CStringUTF8* comment) {
+    return ux::at_boundary(false, [&] {
+        if (ids != nullptr) ids->RemoveAll();
+        if (values != nullptr) values->RemoveAll();
+        if (!ux::given(path) || ux::any_null(ids, values)) return false;
+        UXXmlWrapperBase document;
+        if (!document.load(path, 0, false)) return false;
+        read(document, *ids, *values, comment, nullptr);
+        return true;
+    });
+}
+
+bool vctree_set_theme(UXXmlWrapperBase* target, CArray<int, int>* ids, CWBOStringArray* values,
+                      const char* comment) {
+    return ux::at_boundary(false, [&] {
+        if (ux::any_null(target) || ux::any_null(ids, values)) return false;
+        return build(*target, *ids, *values, comment, nullptr);
+    });
+}
+
+void vctree_get_theme(UXXmlWrapperBase* document, CArray<int, int>* ids, CWBOStringArray* values,
+                      CStringUTF8* comment, CWBOStringArray* labels) {
+    ux::at_boundary([&] {
+        if (!ux::usable(document) || ux::any_null(ids, values)) return;
+        read(*document, *ids, *values, comment, labels);
+    });
+}
+
+extern "C" int uxtree_save_values_with_ids(UXXmlWrapperBase* target, UXScriptObject* ids,
+                                           UXScriptObject* values, const char* comment,
+                                           UXScriptObject* labels) {
+    return ux::at_boundary(ux::kFail, [&] {
+        CWBOStringArray* const labelArray = ux::string_array(labels);
+        if (ux::refused(labels, labelArray)) return ux::kFail;
+        return as_result(vctree_save_values_with_ids(
+            target, ux::int_vector(ids), ux::string_array(values), comment, labelArray));
+    });
+}
+
+extern "C" int uxtree_tree_save_values_with_ids(const char* path, UXScriptObject* ids,
+                                                UXScriptObject* values, const char* comment,
+                                                UXScriptObject* labels) {
+    return ux::at_boundary(ux::kFail, [&] {
+        CWBOStringArray* const labelArray = ux::string_array(labels);
+        if (ux::refused(labels, labelArray)) return ux::kFail;
+        return vctree_save_values_with_ids(path, ux::int_vector(ids), ux::string_array(values),
+                                           comment, labelArray);
+    });
+}
+
+extern "C" int uxtree_tree_read_values_with_ids(const char* path, UXScriptObject* ids,
+                                                UXScriptObject* values, CStringUTF8* comment) {
+    return ux::at_boundary(ux::kFail, [&] {
+        return as_result(vctree_read_values_with_ids(path, ux::int_vector(ids),
+                                                     ux::string_array(values), comment));
+    });
+}

@@ -1,0 +1,217 @@
+#include "uxtree/analysis/auto_support.h"
+#include "uxtree/host/services.h"
+
+#include "data/embedded.h"
+#include "data/id_index.h"
+#include "data/ids_detail.h"
+#include "data/level_walk.h"
+#include "data/names.h"
+#include "data/values_detail.h"
+#include "frame/guards.h"
+#include "frame/results.h"
+
+namespace ux {
+namespace {
+
+// What a value that is about to be written says about attributes it does not mention.
+void apply_missing_settings(UXXmlWrapperBase& node, const EmbeddedNames& names, DWORD callFlags) {
+    // Intended: a formula lasts only as long as the values that carry it.
+    if (!names.dynaFx) node.RemoveProperty(kDynaFx);
+    if ((callFlags & kResetAutomatic) != 0 && !names.automatic) {
+        vctree_check_reset_auto_support(node);
+    }
+    if ((callFlags & kCheckDynaUse) != 0 && !names.dynaUseCheck &&
+        node.HasProperty(kDynaUseCheck, 0)) {
+        node.SetPropertyValue(kDynaUseCheck, 1);
+    }
+}
+
+// The callback may change the text that is about to be written.
+void announce(_SETVALUESBYIDS& record, CStringUTF8& value) {
+    record.value = &value;
+    if (record.callback != nullptr) record.callback(&record);
+    record.value = nullptr;
+}
+
+bool store(UXXmlWrapperBase& node, const CStringUTF8& value, const NodeWrite& how) {
+    if (!how.toData) {
+        node.CheckSetValue(how.setMode, value, how.branch ? 1 : 0);
+        return true;
+    }
+    if (value.IsEmpty()) return false;
+    node.SetPropertyValue(kData, value);
+    return true;
+}
+
+void write_attribute(UXXmlWrapperBase& node, const char* name, const CWBOStringArray* values,
+                     int index) {
+    if (values == nullptr || !given(name)) return;
+    const CStringUTF8& value = (*values)[index];
+    if (value.IsEmpty()) {
+        node.RemoveProperty(name);
+    } else {
+        node.SetPropertyValue(name, value);
+    }
+}
+
+// The caller's record while the node it watches is being written.
+class Arming {
+public:
+    Arming(_SETVALUESBYIDS* record, int id)
+        : record_(record != nullptr && record->inProgress == 0 && record->id == id ? record
+                                                                                   : nullptr) {
+        if (record_ != nullptr) record_->inProgress = 1;
+    }
+    ~Arming() {
+        if (record_ != nullptr) record_->inProgress = 0;
+    }
+    Arming(const Arming&) = delete;
+    Arming& operator=(const Arming&) = delete;
+    _SETVALUESBYIDS* record() const { return record_; }
+
+private:
+    _SETVALUESBYIDS* record_;
+};
+
+struct Level {
+    int inheritedRepeat;
+    DWORD flags;
+};
+
+class Setter {
+public:
+    Setter(const CArray<int, int>& ids, IdIndex& index, const ValueRecord& record,
+           const SetOptions& options)
+        : ids_(ids),
+          index_(index),
+          record_(record),
+          options_(options),
+          idAttribute_(text_or(options.idAttribute, kDataId)) {}
+
+    Step visit(UXXmlWrapperBase& node, const Level& level, Level& below) {
+        TransportId id = read_id(node, idAttribute_, level.inheritedRepeat);
+        if (!combine_with_repeat(node, level.inheritedRepeat, id, options_.errorText) ||
+            !combine_with_repeat_node(node, id, options_.errorText)) {
+            return Step::kStop;
+        }
+        below.inheritedRepeat = id.repeat;
+        int own = 0;
+        if (node.GetPropertyValue(kThemeApplicability, own, 0)) {
+            below.flags = static_cast<DWORD>(own);
+        }
+        const bool leaf = is_leaf(node);
+        if (id.id >= 0) {
+            if (leaf) {
+                set_leaf(node, id.id, below.flags);
+            } else {
+                set_branch(node, id.id, below.flags);
+            }
+        }
+        return leaf ? Step::kOverBranch : Step::kIntoBranch;
+    }
+
+    int written() const { return written_; }
+
+private:
+    void set_leaf(UXXmlWrapperBase& node, int id, DWORD flags) {
+        const Arming arming(options_.callback, id);
+        const int found = index_.find(id);
+        if (found < 0) return;
+        const bool asBranch =
+            (static_cast<DWORD>(id) & kIdAsBranch) != 0 && (options_.callFlags & kThemeOff) == 0;
+        write(node, found,
+              how(false, asBranch && (flags & kThemeData) != 0, flags, arming.record()));
+    }
+
+    void set_branch(UXXmlWrapperBase& node, int id, DWORD flags) {
+        const int found = index_.find(id);
+        if (found < 0) return;
+        write(node, found, how(true, (flags & kThemeData) != 0, flags, nullptr));
+        if (found + 1 >= ids_.GetSize() || ids_[found + 1] != negated(id)) return;
+        int second = 0;
+        if (!node.GetPropertyValue(kThemeApplicabilityEx, second, 0)) return;
+        // Intended: where the second value goes depends on this attribute alone, so that a theme
+        // is set as it was collected.
+        write(node, found + 1, how(true, second != 0, flags, nullptr));
+    }
+
+    NodeWrite how(bool branch, bool toData, DWORD flags, _SETVALUESBYIDS* callback) const {
+        return {options_.setMode,     branch,  toData, flags, options_.callFlags,
+                options_.validateOff, callback};
+    }
+
+    void write(UXXmlWrapperBase& node, int index, const NodeWrite& how) {
+        if (record_.values != nullptr && write_node_value(node, (*record_.values)[index], how)) {
+            ++written_;
+        }
+        write_attribute(node, record_.firstName, record_.firstValues, index);
+        write_attribute(node, record_.secondName, record_.secondValues, index);
+    }
+
+    const CArray<int, int>& ids_;
+    IdIndex& index_;
+    const ValueRecord& record_;
+    const SetOptions& options_;
+    const char* idAttribute_;
+    int written_ = 0;
+};
+
+bool length_differs(const CWBOStringArray* values, const CArray<int, int>& ids) {
+    return values != nullptr && values->GetSize() != ids.GetSize();
+}
+
+}  // namespace
+
+bool write_node_value(UXXmlWrapperBase& node, const CStringUTF8& value, const NodeWrite& how) {
+    const bool embedded = may_hold_embedded_settings(value);
+    CStringUTF8 own;  // a copy only where the text may change
+    if (embedded || how.callback != nullptr) own = value;
+    const CStringUTF8& text = embedded || how.callback != nullptr ? own : value;
+
+    EmbeddedNames names;
+    if (embedded) names = take_embedded_settings(node, own, (how.flags & kThemeNoSettings) == 0);
+    apply_missing_settings(node, names, how.callFlags);
+    if ((how.flags & kThemeNoValue) != 0) return false;
+    if ((how.flags & kThemeValidate) != 0 && !how.validateOff &&
+        !UXGetHostServices().validateValue(node, text)) {
+        return false;
+    }
+    if (how.callback != nullptr) announce(*how.callback, own);
+    return store(node, text, how);
+}
+
+int check_lists(const CArray<int, int>& ids, const ValueRecord& record) {
+    if (ids.IsEmpty()) return kNoIds;
+    if (record.values != nullptr && record.values->IsEmpty()) return kNoIds;
+    const bool unequal = length_differs(record.values, ids) ||
+                         length_differs(record.firstValues, ids) ||
+                         length_differs(record.secondValues, ids);
+    return unequal ? kUnequal : kOk;
+}
+
+bool refuses_duplicate(const CArray<int, int>& ids, const IdIndex& index, int inheritedRepeat,
+                       int* duplicate, CStringUTF8* errorText) {
+    if (duplicate == nullptr || index.first_repeated() < 0) return false;
+    *duplicate = ids[index.first_repeated()];
+    if (errorText != nullptr) format_duplicate_id(*duplicate, inheritedRepeat, *errorText);
+    return true;
+}
+
+int _tree_set_values_by_ids(const UXXmlWrapperBase& tree, const CArray<int, int>& ids,
+                            const ValueRecord& record, const SetOptions& options) {
+    const int checked = check_lists(ids, record);
+    if (checked != kOk) return checked;
+    IdIndex index(ids);
+    if (refuses_duplicate(ids, index, options.inheritedRepeat, options.duplicate,
+                          options.errorText)) {
+        return kDuplicateId;
+    }
+    Setter setter(ids, index, record, options);
+    const bool finished = visit_levels(tree, Level{options.inheritedRepeat, options.defaultFlags},
+                                       [&](UXXmlWrapperBase& node, Level& level, Level& below) {
+                                           return setter.visit(node, level, below);
+                                       });
+    return finished ? setter.written() : kRepeatError;
+}
+
+}  // namespace ux
