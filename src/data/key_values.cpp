@@ -1,0 +1,150 @@
+#include "uxtree/data/key_values.h"
+
+#include <string>
+#include <vector>
+
+#include "data/level_walk.h"
+#include "frame/guards.h"
+#include "frame/results.h"
+#include "frame/walk.h"
+
+namespace {
+
+constexpr char kQuote = '"';
+constexpr const char* kDoubledBackslash = "\\\\";
+constexpr const char* kBackslash = "\\";
+
+std::string tag_of(const UXXmlWrapperBase& node) {
+    CStringUTF8 tag;
+    node.GetTagName(tag);
+    return static_cast<const char*>(tag);
+}
+
+void append_pair(UXXmlWrapperBase& branch, const CStringUTF8& pair, char keySeparator) {
+    const int separator = pair.Find(keySeparator);
+    if (separator <= 0) return;
+    CStringUTF8 key = pair.Left(separator);
+    CStringUTF8 value = pair.Mid(separator + 1);
+    branch.AddTextNode(nullptr, key.Trim(), value.Trim(), -1, 0, nullptr);
+}
+
+bool ends_escaped(const CStringUTF8& token) {
+    int length = token.GetLength();
+    int backslashes = 0;
+    while (length > 0 && token[length - 1] == '\\') {
+        --length;
+        ++backslashes;
+    }
+    return backslashes % 2 != 0;
+}
+
+void write_path(UXXmlWrapperBase& node, const char* attribute, const std::string& path) {
+    node.SetPropertyValue(attribute, CStringUTF8(path.c_str()));
+}
+
+}  // namespace
+
+bool VCTreeGetPathStr(CStringUTF8& out, UXXmlWrapperBase* node) {
+    return ux::at_boundary(false, [&] {
+        if (!ux::usable(node)) {
+            out.Empty();
+            return false;
+        }
+        std::vector<std::string> tags;
+        std::size_t length = 0;
+        UXXmlWrapperBase step = *node;
+        do {
+            tags.push_back(tag_of(step));
+            length += tags.back().size() + 1;
+        } while (ux::step_to_parent(step));
+        std::string path;
+        path.reserve(length);
+        for (auto tag = tags.rbegin(); tag != tags.rend(); ++tag) {
+            if (!path.empty()) path += '.';
+            path += *tag;
+        }
+        out = path.c_str();
+        return true;
+    });
+}
+
+void vctree_convert_escape_character(CWBOStringArray& tokens, char separator, bool keepEscapes) {
+    ux::at_boundary([&] {
+        if (tokens.IsEmpty()) return;
+        // Intended: the last token is unescaped only when the one before it takes it up, and a
+        // text that was taken up is unescaped for the second time with its new owner.
+        int follower = tokens.GetSize() - 1;
+        for (int i = follower - 1; i >= 0; --i) {
+            CStringUTF8 token = std::move(tokens[i]);
+            if (ends_escaped(token)) {
+                token.SetAt(token.GetLength() - 1, separator);
+                token += tokens[follower];
+            } else {
+                --follower;
+            }
+            if (!keepEscapes) token.Replace(kDoubledBackslash, kBackslash);
+            tokens[follower] = std::move(token);
+        }
+        tokens.RemoveAt(0, follower);
+    });
+}
+
+extern "C" int uxtree_branch_to_key_value_pairs_str(UXXmlWrapperBase* branch, CStringUTF8* out,
+                                                    char keySeparator, char pairSeparator) {
+    return ux::at_boundary(ux::kFail, [&] {
+        if (ux::any_null(out)) return ux::kFail;
+        if (!ux::usable(branch) || ux::is_leaf(*branch)) {
+            out->Empty();
+            return ux::kFail;
+        }
+        CStringUTF8 text;
+        CStringUTF8 part;
+        for (UXXmlWrapperBase& child : ux::children(*branch)) {
+            child.GetTagName(part);
+            text += part;
+            text += keySeparator;
+            child.NodeValue(part, 1, 1, nullptr);
+            text += part;
+            text += pairSeparator;
+        }
+        *out = std::move(text);
+        return ux::kOk;
+    });
+}
+
+extern "C" int uxtree_key_value_pairs_str_to_branch(UXXmlWrapperBase* branch, const char* text,
+                                                    char keySeparator, char pairSeparator) {
+    return ux::at_boundary(ux::kFail, [&] {
+        if (!ux::usable(branch) || text == nullptr) return ux::kFail;
+        CWBOStringArray pairs;
+        UXGetTokens(pairs, text, pairSeparator, kQuote);
+        branch->RemoveAllChildren();
+        for (int i = 0; i < pairs.GetSize(); ++i) append_pair(*branch, pairs[i], keySeparator);
+        return ux::is_leaf(*branch) ? ux::kFail : ux::kOk;
+    });
+}
+
+extern "C" int uxtree_add_path_str(UXXmlWrapperBase* branch, const char* attribute, int recursive,
+                                   int includeSelf) {
+    return ux::at_boundary(ux::kFail, [&] {
+        if (!ux::given(attribute) || !ux::usable(branch)) return ux::kFail;
+        std::string path;
+        if (includeSelf != 0) {
+            path = tag_of(*branch);
+            write_path(*branch, attribute, path);
+            path += '.';
+        }
+        if (recursive == 0) return ux::kOk;
+        // Each level knows the length of its parent's path, the dot behind it included.
+        ux::visit_levels(*branch, path.size(),
+                         [&](UXXmlWrapperBase& node, std::size_t& parent, std::size_t& below) {
+                             path.resize(parent);
+                             path += tag_of(node);
+                             write_path(node, attribute, path);
+                             path += '.';
+                             below = path.size();
+                             return ux::Step::kIntoBranch;
+                         });
+        return ux::kOk;
+    });
+}

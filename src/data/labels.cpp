@@ -1,0 +1,295 @@
+#include "uxtree/data/labels.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "uxtree/tree/lookup.h"
+
+#include "data/labels_detail.h"
+#include "data/names.h"
+#include "frame/guards.h"
+#include "frame/results.h"
+#include "frame/script_args.h"
+#include "frame/walk.h"
+
+namespace {
+
+constexpr char kExpression[] = "?$OP:";
+constexpr int kExpressionLength = 5;
+constexpr char kPartSeparator[] = " (\" - \") ";
+constexpr char kPlainSeparator[] = " - ";
+
+enum : int { kModeTag = 0, kModeLabel = 1, kModeFull = 2 };
+
+CStringUTF8 enclosed(const CStringUTF8& text) {
+    return "(" + text + ")";
+}
+
+std::string_view view(const CStringUTF8& text) {
+    return {text, static_cast<std::size_t>(text.GetLength())};
+}
+
+// --- node labels -------------------------------------------------------------------------------
+
+CStringUTF8 tag_with_headers(const UXXmlWrapperBase& node, const CStringUTF8& tag,
+                             const CStringUTF8& label) {
+    CStringUTF8 text = tag + enclosed(label);
+    CStringUTF8 name;
+    CStringUTF8 header;
+    for (int k = 0;; ++k) {
+        name.Format("SubHeader%d", k);
+        if (!node.GetPropertyValue(name, header, 0)) return text;
+        text += enclosed(header);
+    }
+}
+
+CStringUTF8 node_label(const UXXmlWrapperBase& node, int mode) {
+    if (mode < kModeTag || mode > kModeFull) return {};
+    CStringUTF8 tag;
+    node.GetTagName(tag);
+    if (mode == kModeTag) return tag;
+    CStringUTF8 label;
+    node.GetPropertyValue(ux::kLabel, label, 0);
+    if (label.IsEmpty()) return tag;
+    return mode == kModeLabel ? label : tag_with_headers(node, tag, label);
+}
+
+// --- replacing a part of a combined label ------------------------------------------------------
+
+// The texts that locate a part, and where each one next occurs.
+class Locator {
+public:
+    Locator(std::string_view label, const CWBOStringArray& find) : label_(label) {
+        for (int i = 0; i < find.GetSize(); ++i) finds_.push_back({view(find[i]), kUnknown});
+    }
+
+    struct Place {
+        std::size_t head;    // where the first text begins
+        std::size_t middle;  // behind the last text
+        std::size_t tail;    // at the next ")", or the end of the label
+    };
+    // False when a text is missing from `start` on. A position found for an earlier start is still
+    // the first one as long as it is not behind the new start.
+    bool locate(std::size_t start, Place& place) {
+        for (Find& find : finds_) {
+            if (find.position == kUnknown || find.position < start) {
+                find.position = label_.find(find.text, start);
+            }
+            if (find.position == std::string_view::npos) return false;
+        }
+        const Find& last = finds_.back();
+        place.head = finds_.front().position;
+        place.tail = std::min(label_.find(')', last.position + 1), label_.size());
+        // A ")" inside the text itself leaves no middle.
+        place.middle = std::min(last.position + last.text.size(), place.tail);
+        return true;
+    }
+
+private:
+    static constexpr std::size_t kUnknown = std::string_view::npos - 1;
+    struct Find {
+        std::string_view text;
+        std::size_t position;
+    };
+    std::string_view label_;
+    std::vector<Find> finds_;
+};
+
+CStringUTF8 combined_replacements(const CWBOStringArray& replacements, std::string_view middle) {
+    CStringUTF8 kept;
+    kept.Assign(middle.data(), middle.size());
+    CWBOStringArray parts;
+    for (int i = 0; i < replacements.GetSize(); ++i) parts.Add(replacements[i] + kept);
+    CStringUTF8 combined;
+    ux::_tree_combine_data_label(&combined, &parts, false, false, false);
+    return combined;
+}
+
+// One rewritten occurrence: the text in front of it, and what stands in its place.
+struct Rewritten {
+    std::string_view head;
+    CStringUTF8 combined;
+};
+
+// Joins from the end, because an occurrence loses its outer parentheses when the text behind it,
+// as rewritten, begins with the ")" that closed the replaced part.
+std::string join(std::vector<Rewritten>& occurrences, std::string_view rest) {
+    char behind = rest.empty() ? '\0' : rest.front();
+    for (auto one = occurrences.rbegin(); one != occurrences.rend(); ++one) {
+        if (behind == ')') one->combined.TrimLeft('(').TrimRight(')');
+        if (!one->combined.IsEmpty()) behind = one->combined[0];
+        if (!one->head.empty()) behind = one->head.front();
+    }
+    std::string text;
+    for (const Rewritten& one : occurrences) {
+        text += one.head;
+        text += view(one.combined);
+    }
+    text += rest;
+    return text;
+}
+
+// True when the label was rewritten into out; otherwise out is the label.
+bool replace_part(CStringUTF8& out, const CStringUTF8& label, const CWBOStringArray& find,
+                  const CWBOStringArray& replacements, const char* prefix) {
+    if (find.IsEmpty()) {
+        out = combined_replacements(replacements, {});
+        return true;
+    }
+    const std::string text(view(label));
+    const std::string_view whole = text;
+    std::vector<Rewritten> occurrences;
+    std::size_t start = 0;
+    if (!ux::given(prefix) || whole.rfind(prefix, 0) == 0) {
+        Locator locator(whole, find);
+        Locator::Place place{};
+        while (start < whole.size() || occurrences.empty()) {
+            if (!locator.locate(start, place)) break;
+            occurrences.push_back(
+                {whole.substr(start, place.head - start),
+                 combined_replacements(replacements,
+                                       whole.substr(place.middle, place.tail - place.middle))});
+            start = place.tail;
+        }
+    }
+    const std::string joined = join(occurrences, whole.substr(start));
+    out.Assign(joined.data(), joined.size());
+    return !occurrences.empty();
+}
+
+// Rewrites the label of node and of everything below it; the number of labels that changed.
+template <typename Rewrite>
+int rewrite_labels(UXXmlWrapperBase& top, Rewrite&& rewrite) {
+    int changed = 0;
+    CStringUTF8 label;
+    const auto visit = [&](UXXmlWrapperBase& node) {
+        if (node.GetPropertyValue(ux::kLabel, label, 0) && rewrite(label)) {
+            node.SetPropertyValue(ux::kLabel, label);
+            ++changed;
+        }
+        return ux::Step::kIntoBranch;
+    };
+    visit(top);
+    ux::visit_below(top, visit);
+    return changed;
+}
+
+bool is_blank(UXXmlWrapperBase& node) {
+    CStringUTF8 text;
+    node.NodeValue(text, 1, 1, nullptr);
+    return text.Trim(' ').IsEmpty();
+}
+
+}  // namespace
+
+namespace ux {
+
+int _tree_combine_data_label(CStringUTF8* out, const CWBOStringArray* labels, bool addPrefix,
+                             bool parenthesizeAlways, bool strict) {
+    if (out == nullptr) return kNoLabels;
+    if (labels == nullptr || labels->IsEmpty()) {
+        out->Empty();
+        return kNoLabels;
+    }
+    const int count = labels->GetSize();
+    int result = kLabelsCombined;
+    CStringUTF8 combined;
+    for (int i = 0; i < count && result == kLabelsCombined; ++i) {
+        CStringUTF8 part = (*labels)[i];
+        // Intended: the first five characters go wherever the marker stands; it is expected there.
+        const bool marked = part.Find(kExpression) >= 0;
+        if (marked) part = part.Mid(kExpressionLength);
+        if (!marked && strict) {
+            result = kLabelWithoutPrefix;
+            break;
+        }
+        if (i > 0) {
+            combined += kPartSeparator;
+        } else if (addPrefix) {
+            combined = kExpression;
+        }
+        const bool enclose = part.Find('(') < 0 && (parenthesizeAlways || count >= 2);
+        combined += enclose ? enclosed(part) : part;
+    }
+    *out = std::move(combined);
+    return result;
+}
+
+}  // namespace ux
+
+extern "C" int uxtree_combine_data_label(CStringUTF8* out, UXScriptObject* labels, bool addPrefix,
+                                         bool parenthesizeAlways, bool strict) {
+    return ux::at_boundary(ux::kFail, [&] {
+        const CWBOStringArray* const array = ux::string_array(labels);
+        const int result =
+            ux::_tree_combine_data_label(out, array, addPrefix, parenthesizeAlways, strict);
+        if (result == ux::kNoLabels) return ux::kFail;
+        if (result == ux::kLabelWithoutPrefix) UXJoinTokens(*out, *array, kPlainSeparator);
+        return ux::kOk;
+    });
+}
+
+extern "C" CStringUTF8 uxtree_get_node_label(UXXmlWrapperBase* node, int mode) {
+    return ux::at_boundary(
+        CStringUTF8(), [&] { return ux::usable(node) ? node_label(*node, mode) : CStringUTF8(); });
+}
+
+extern "C" int uxtree_get_localization_node(UXXmlWrapperBase* out, UXXmlWrapperBase* tree, int id,
+                                            int fallbackId, int parentId, int checkEmpty,
+                                            int category) {
+    return ux::at_boundary(ux::kFail, [&] {
+        if (ux::any_null(out) || !ux::usable(tree)) return ux::kFail;
+        UXXmlWrapperBase top = *tree;  // out may be the handle of the tree
+        if (category < 1) {
+            category = UXGetHostServices().helpCategory(*out, top, id, category);
+        }
+        const bool found =
+            uxtree_find_node_by_dataID(out, &top, id, parentId, category, 0, -1) != 0;
+        if (found && (checkEmpty == 0 || !is_blank(*out))) return ux::kOk;
+        return uxtree_find_node(&top, out, ux::kDataId, fallbackId, false, 0, -1);
+    });
+}
+
+extern "C" bool uxtree_get_replaced_combined_label(CStringUTF8* out, CStringUTF8* label,
+                                                   UXScriptObject* find,
+                                                   UXScriptObject* replacements,
+                                                   const char* prefix) {
+    return ux::at_boundary(false, [&] {
+        const CWBOStringArray* const finds = ux::string_array(find);
+        const CWBOStringArray* const texts = ux::string_array(replacements);
+        if (ux::any_null(out, label) || ux::any_null(finds, texts)) return false;
+        return replace_part(*out, *label, *finds, *texts, prefix);
+    });
+}
+
+extern "C" int uxtree_recursively_replace_label_attributes(UXXmlWrapperBase* node,
+                                                           const char* oldText,
+                                                           const char* newText) {
+    return ux::at_boundary(0, [&] {
+        if (!ux::usable(node) || !ux::given(oldText)) return 0;
+        return rewrite_labels(*node, [&](CStringUTF8& label) {
+            return label.Replace(oldText, ux::text_or(newText, "")) > 0;
+        });
+    });
+}
+
+extern "C" int uxtree_recursively_replace_combined_label_attributes(UXXmlWrapperBase* node,
+                                                                    UXScriptObject* find,
+                                                                    UXScriptObject* replacements,
+                                                                    const char* prefix) {
+    return ux::at_boundary(0, [&] {
+        const CWBOStringArray* const finds = ux::string_array(find);
+        const CWBOStringArray* const texts = ux::string_array(replacements);
+        if (!ux::usable(node) || ux::any_null(finds, texts)) return 0;
+        CStringUTF8 rewritten;
+        return rewrite_labels(*node, [&](CStringUTF8& label) {
+            if (!replace_part(rewritten, label, *finds, *texts, prefix) || rewritten == label) {
+                return false;
+            }
+            label = rewritten;
+            return true;
+        });
+    });
+}

@@ -1,0 +1,96 @@
+#include "uxtree/data/labels.h"
+#include "uxtree/host/services.h"
+
+#include "data/labels_detail.h"
+#include "frame/guards.h"
+#include "frame/runtime_module.h"
+
+namespace {
+
+using LocalizeFunction = int(CStringUTF8* result, const char* text, int category);
+using CategoryFunction = int(int category, CStringUTF8* result);
+
+bool& block_localization() {
+    static bool blocked = false;
+    return blocked;
+}
+
+// The host's message module, loaded when a text is first asked for. One failure, of loading or of
+// finding a function, ends all attempts.
+class MessageModule {
+public:
+    static MessageModule& instance() {
+        static MessageModule module;
+        return module;
+    }
+
+    const char* localize(const char* text) {
+        if (text == nullptr) return result_;
+        if (LocalizeFunction* const function = find(localize_, "LocalizeString")) {
+            function(&result_, text, 0);
+        } else {
+            result_ = text;
+        }
+        return result_;
+    }
+
+    const char* switch_category(int category) {
+        CategoryFunction* const function = find(setCategory_, "SetCurrentCategory");
+        if (function != nullptr) function(category, &result_);
+        return result_;
+    }
+
+private:
+    MessageModule() = default;
+
+    template <typename Function>
+    Function* find(Function*& known, const char* name) {
+        if (known != nullptr || failed_) return known;
+        if (module_ == nullptr) {
+            module_ = ux::open_runtime_module({UXGetHostServices().messageModule,
+                                               "UXTREE_HOST_MESSAGE_MODULE", "libuxhostmsg.so"});
+        }
+        if (module_ != nullptr) known = ux::find_runtime_function<Function>(module_, name);
+        if (known == nullptr) give_up();
+        return known;
+    }
+
+    // A function that is held keeps its module loaded.
+    void give_up() {
+        failed_ = true;
+        if (localize_ != nullptr || setCategory_ != nullptr) return;
+        ux::close_runtime_module(module_);
+        module_ = nullptr;
+    }
+
+    void* module_ = nullptr;
+    LocalizeFunction* localize_ = nullptr;
+    CategoryFunction* setCategory_ = nullptr;
+    bool failed_ = false;
+    CStringUTF8 result_;
+};
+
+}  // namespace
+
+namespace ux {
+
+const char* _tree_localize(const char* text, int category) {
+    if (block_localization()) return text;
+    MessageModule& module = MessageModule::instance();
+    if (text == nullptr && category != 0) return module.switch_category(category);
+    return module.localize(text);
+}
+
+}  // namespace ux
+
+bool VCTreeAccessBlockLocalization(bool* value, bool get) {
+    bool& blocked = block_localization();
+    if (value != nullptr) {
+        if (get) {
+            *value = blocked;
+        } else {
+            blocked = *value;
+        }
+    }
+    return blocked;
+}

@@ -1,0 +1,172 @@
+#include "uxtree/data/themes.h"
+
+#include <array>
+
+#include "uxtree/data/saved.h"
+
+#include "data/level_walk.h"
+#include "frame/guards.h"
+#include "frame/results.h"
+#include "frame/script_args.h"
+#include "frame/walk.h"
+
+namespace {
+
+constexpr char kThemeFile[] = "ThemeFile";
+constexpr char kThemeType[] = "ThemeType";
+constexpr int kDefaultThemeType = 4;
+
+constexpr int kIncludeListObjects = 0x40000000;
+constexpr unsigned kPropertiesMask = 0x1F000;
+constexpr unsigned kProperties2Mask = 0xF000;
+
+constexpr unsigned kLow16 = 0xFFFF;
+
+int int_attribute(const UXXmlWrapperBase& node, const char* name, int fallback) {
+    int value = fallback;
+    node.GetPropertyValue(name, value, 0);
+    return value;
+}
+
+bool has_low_id(const UXXmlWrapperBase& node, int id) {
+    int own = 0;
+    int dataId = 0;
+    node.GetID(own);
+    node.GetDataID(dataId);
+    const auto matches = [id](int value) {
+        return static_cast<int>(static_cast<unsigned>(value) & kLow16) == id;
+    };
+    return matches(own) || matches(dataId);
+}
+
+bool find_by_low_id(const UXXmlWrapperBase& tree, int id, int depth, bool recursive,
+                    UXXmlWrapperBase& found) {
+    if (depth < 0) return false;
+    return !ux::visit_levels(tree, depth, [&](UXXmlWrapperBase& node, int& left, int& below) {
+        if (has_low_id(node, id)) {
+            found = node;
+            return ux::Step::kStop;
+        }
+        if (!recursive || ux::is_leaf(node)) return ux::Step::kOverBranch;
+        // Intended: not given back, so the branches further on are searched less deep.
+        below = --left;
+        return below < 0 ? ux::Step::kOverBranch : ux::Step::kIntoBranch;
+    });
+}
+
+}  // namespace
+
+extern "C" bool uxtree_tree_get_theme_file_name(UXXmlWrapperBase* tree, CStringUTF8* out) {
+    return ux::at_boundary(false, [&] {
+        if (!ux::usable(tree) || ux::any_null(out)) return false;
+        out->Empty();
+        return tree->GetPropertyValue(kThemeFile, *out, 0) != 0;
+    });
+}
+
+extern "C" bool uxtree_tree_set_theme_file_name(UXXmlWrapperBase* tree, const char* name) {
+    return ux::at_boundary(false, [&] {
+        if (!ux::usable(tree)) return false;
+        if (name == nullptr) {
+            tree->RemoveProperty(kThemeFile);
+        } else {
+            tree->SetPropertyValue(kThemeFile, CStringUTF8(name));
+        }
+        return true;
+    });
+}
+
+extern "C" int uxtree_tree_get_theme_type(UXXmlWrapperBase* tree) {
+    return ux::at_boundary(ux::kFail, [&] {
+        return ux::usable(tree) ? int_attribute(*tree, kThemeType, kDefaultThemeType) : ux::kFail;
+    });
+}
+
+extern "C" bool uxtree_is_inclist_theme(UXXmlWrapperBase* node) {
+    return ux::at_boundary(false, [&] {
+        if (!ux::usable(node) || int_attribute(*node, "Count", 0) != 1 ||
+            int_attribute(*node, "Objects", 0) != kIncludeListObjects) {
+            return false;
+        }
+        // Intended: both names are spelt so in every theme that exists.
+        const auto properties = static_cast<unsigned>(int_attribute(*node, "Properies", 0));
+        const auto properties2 = static_cast<unsigned>(int_attribute(*node, "Properies2", 0));
+        if ((properties & ~kPropertiesMask) != 0 || (properties2 & ~kProperties2Mask) != 0) {
+            return false;
+        }
+        return properties != 0 || properties2 != 0;
+    });
+}
+
+extern "C" int uxtree_theme_tree_get_node_by_id(UXXmlWrapperBase* out, UXXmlWrapperBase* themeTree,
+                                                int id, int depth, bool recursive) {
+    return ux::at_boundary(ux::kFail, [&] {
+        UXXmlWrapperBase found;
+        if (ux::any_null(out) || !ux::usable(themeTree) ||
+            !find_by_low_id(*themeTree, id, depth, recursive, found)) {
+            return ux::kFail;
+        }
+        *out = found;
+        return ux::kOk;
+    });
+}
+
+extern "C" int uxtree_theme_tree_get_node_by_index(UXXmlWrapperBase* out,
+                                                   UXXmlWrapperBase* themeTree, int id, int index,
+                                                   int depth, bool recursive) {
+    return ux::at_boundary(ux::kFail, [&] {
+        UXXmlWrapperBase node;
+        if (ux::any_null(out) || index < 1 ||
+            !uxtree_theme_tree_get_node_by_id(&node, themeTree, id, depth, recursive) ||
+            node.GetNodeCount() < index) {
+            return ux::kFail;
+        }
+        node.GetChild(&node, index - 1);
+        *out = node;
+        return ux::kOk;
+    });
+}
+
+extern "C" int uxtree_theme_tree_get_range_from_range_style(UXXmlWrapperBase* style, int* left,
+                                                            int* top, int* right, int* bottom) {
+    return ux::at_boundary(ux::kFail, [&] {
+        if (!ux::usable(style)) return ux::kFail;
+        struct Side {
+            const char* tag;
+            int* out;
+        };
+        const std::array<Side, 4> sides{
+            {{"Left", left}, {"Right", right}, {"Top", top}, {"Bottom", bottom}}};
+        int read = 0;
+        CStringUTF8 tag;
+        for (UXXmlWrapperBase& child : ux::children(*style)) {
+            child.GetTagName(tag);
+            for (const Side& side : sides) {
+                if (tag.CompareNoCase(side.tag) != 0) continue;
+                int passedOver = 0;
+                read += child.NodeValue(side.out == nullptr ? passedOver : *side.out, 1);
+            }
+        }
+        return read == static_cast<int>(sides.size()) ? ux::kOk : ux::kFail;
+    });
+}
+
+extern "C" int uxtree_set_theme(UXXmlWrapperBase* target, UXScriptObject* ids,
+                                UXScriptObject* values, const char* comment) {
+    return ux::at_boundary(ux::kFail, [&] {
+        const bool done =
+            vctree_set_theme(target, ux::int_vector(ids), ux::string_array(values), comment);
+        return done ? ux::kOk : ux::kFail;
+    });
+}
+
+extern "C" void uxtree_get_theme(UXXmlWrapperBase* document, UXScriptObject* ids,
+                                 UXScriptObject* values, CStringUTF8* comment,
+                                 UXScriptObject* labels) {
+    ux::at_boundary([&] {
+        CWBOStringArray* const labelArray = ux::string_array(labels);
+        if (ux::refused(labels, labelArray)) return;
+        vctree_get_theme(document, ux::int_vector(ids), ux::string_array(values), comment,
+                         labelArray);
+    });
+}
