@@ -1,7 +1,7 @@
 // The two engines that move values between trees and arrays.
 #pragma once
 
-#include "uxtree/data/copy.h"
+#include "uxtree/data/value_watch.h"
 #include "uxtree/host/array.h"
 #include "uxtree/host/node.h"
 

@@ -1,19 +1,9 @@
 // Carrying values and attributes from one tree to another.
 #pragma once
 
+#include "uxtree/data/value_watch.h"
 #include "uxtree/frame/export.h"
 #include "uxtree/host/host.h"
-
-// A watch on one leaf during a copy by identifier. The caller fills callback and id, and keeps the
-// record alive during the copy.
-struct _SETVALUESBYIDS {
-    // Called just before the watched leaf is written. May change *value: the changed text is
-    // written.
-    void (*callback)(_SETVALUESBYIDS* record);
-    int id;              // identifier of the leaf, after combination (see ids.h)
-    int inProgress;      // 1 while the leaf is being written; a copy resets it at its start
-    CStringUTF8* value;  // the text about to be written; null outside the callback
-};
 
 // Copies the values of source and of its later siblings, with everything below them, onto
 // destination and its later siblings, pairing the nodes by their place alone. A branch's value is
