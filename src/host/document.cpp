@@ -1,6 +1,6 @@
 #include "host/document.h"
 
-#include <bit>
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <stdexcept>
@@ -23,7 +23,10 @@ std::size_t NameTable::probe(std::string_view name, std::uint32_t hash) const {
     std::size_t slot = hash & (slots_.size() - 1);
     while (slots_[slot] != 0) {
         const Entry& entry = names_[slots_[slot]];
-        if (entry.hash == hash && entry.text == name) break;
+        if (entry.hash == hash && entry.text.size() == name.size() &&
+            std::equal(name.begin(), name.end(), entry.text.begin())) {
+            break;
+        }
         slot = (slot + 1) & (slots_.size() - 1);
     }
     return slot;

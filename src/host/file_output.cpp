@@ -67,17 +67,15 @@ bool FileOutput::check(int result, const char* action) {
     return result == 0;
 }
 
-void FileOutput::write(std::string& buffer) {
-    std::size_t done = 0;
-    while (!failed() && done < buffer.size()) {
-        const ssize_t written = ::write(descriptor_, buffer.data() + done, buffer.size() - done);
+void FileOutput::write(std::string_view bytes) {
+    while (!failed() && !bytes.empty()) {
+        const ssize_t written = ::write(descriptor_, bytes.data(), bytes.size());
         if (written > 0) {
-            done += static_cast<std::size_t>(written);
+            bytes.remove_prefix(static_cast<std::size_t>(written));
         } else if (written == 0 || errno != EINTR) {
             fail("cannot write", written == 0 ? EIO : errno);
         }
     }
-    buffer.clear();
 }
 
 bool FileOutput::commit() {

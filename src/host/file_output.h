@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace uxhost {
 
@@ -14,8 +15,8 @@ public:
     FileOutput(const FileOutput&) = delete;
     FileOutput& operator=(const FileOutput&) = delete;
 
-    // Writes and empties the buffer. After a failure it only empties it.
-    void write(std::string& buffer);
+    // Does nothing after a failure.
+    void write(std::string_view bytes);
     bool commit();
     bool failed() const { return !reason_.empty(); }
     const std::string& reason() const { return reason_; }

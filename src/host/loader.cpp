@@ -21,7 +21,8 @@ namespace {
 constexpr int kBlockBytes = 1 << 16;
 
 bool is_blank(std::string_view text) {
-    return text.find_first_not_of(" \t\n\r") == std::string_view::npos;
+    return std::all_of(text.begin(), text.end(),
+                       [](char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r'; });
 }
 
 // Builds a document from the parser's events. A text piece is what stands between two tags.
@@ -147,8 +148,24 @@ private:
                 element.id = id;
                 continue;
             }
-            document_.append_attribute(element, document_.intern(atts[i]), value);
+            document_.append_attribute(element, attribute_name(atts[i], i / 2), value);
         }
+    }
+
+    // Elements of one kind follow each other: the name at a place is mostly the one that stood
+    // there last.
+    NameId attribute_name(const char* name, std::size_t place) {
+        if (place >= lastNames_.size()) return document_.intern(name);
+        NameId& last = lastNames_[place];
+        if (last == 0 || !equals(name, document_.name(last))) last = document_.intern(name);
+        return last;
+    }
+    static bool equals(const char* a, const char* b) {
+        while (*a == *b && *a != '\0') {
+            ++a;
+            ++b;
+        }
+        return *a == *b;
     }
 
     void end() {
@@ -222,6 +239,7 @@ private:
     int maxDepth_;
     std::vector<Open> open_;
     std::string text_;  // of the open elements, one behind the other
+    std::array<NameId, 8> lastNames_{};
     bool pieceIsKept_ = false;
     bool hasDoctype_ = false;
     bool declaredEncoding_ = false;

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 #include "host/file_output.h"
 #include "host/numbers.h"
@@ -114,11 +115,73 @@ std::string path_of(const Document& document, const Element& element) {
     return path;
 }
 
-// Writes into a buffer, which goes to the file, if there is one, whenever it is full.
+// Output being collected; with a file it goes there whenever it is long enough.
+class Output {
+public:
+    explicit Output(FileOutput* file) : file_(file) {}
+
+    void put(char c) {
+        if (size_ == bytes_.size()) grow(1);
+        bytes_[size_++] = c;
+    }
+    void put(std::string_view text) {
+        if (text.size() > bytes_.size() - size_) grow(text.size());
+        std::memcpy(bytes_.data() + size_, text.data(), text.size());
+        size_ += text.size();
+    }
+    template <std::size_t N>
+    void put(const char (&literal)[N]) {
+        if (N > bytes_.size() - size_) grow(N);
+        std::memcpy(bytes_.data() + size_, literal, N - 1);
+        size_ += N - 1;
+    }
+    // A text of the document. Blocks are whole words, so it can be copied word by word, which for
+    // short texts is much faster than a call.
+    void put_stored(std::string_view text) {
+        if (text.size() > kLongText) {
+            put(text);
+            return;
+        }
+        if (kLongText + kWord > bytes_.size() - size_) grow(kLongText + kWord);
+        char* to = bytes_.data() + size_;
+        for (std::size_t i = 0; i < text.size(); i += kWord) {
+            std::memcpy(to + i, text.data() + i, kWord);
+        }
+        size_ += text.size();
+    }
+    void flush_when_long() {
+        if (file_ != nullptr && size_ >= kFlushBytes) flush();
+    }
+    void flush() {
+        file_->write({bytes_.data(), size_});
+        size_ = 0;
+    }
+    // What was collected; only without a file is it all.
+    std::string take() {
+        bytes_.resize(size_);
+        return std::move(bytes_);
+    }
+
+private:
+    static constexpr std::size_t kFlushBytes = 1 << 16;
+    static constexpr std::size_t kLongText = 128;
+    static constexpr std::size_t kWord = 8;
+
+    void grow(std::size_t room) {
+        bytes_.resize(std::max(bytes_.size() * 2, size_ + room + kFlushBytes / 8));
+    }
+
+    FileOutput* file_;
+    std::string bytes_;  // longer than what stands in it
+    std::size_t size_ = 0;
+};
+
 class Writer {
 public:
-    Writer(const Document& document, std::string& buffer, FileOutput* file)
-        : document_(document), buffer_(buffer), file_(file) {}
+    Writer(const Document& document, FileOutput* file)
+        : document_(document), toFile_(file != nullptr), out_(file) {}
+
+    Output& out() { return out_; }
 
     void write(const Element& top) {
         const Element* element = &top;
@@ -138,81 +201,80 @@ public:
     }
 
 private:
-    void put(std::string_view text) { buffer_.append(text); }
-    void put(char c) { buffer_.push_back(c); }
-
     void open(const Element& element) {
-        put('<');
-        put(document_.name_view(element.tag));
+        out_.put('<');
+        out_.put_stored(document_.name_view(element.tag));
         put_attributes(element);
         const bool leaf = element.first == 0;
         const bool hasValue = document_.has_value(element);
-        if (leaf && !hasValue && file_ != nullptr) {
-            put("/>");
+        if (leaf && !hasValue && toFile_) {
+            out_.put("/>");
         } else {
-            put('>');
+            out_.put('>');
             if (hasValue) put_value(element);
             if (leaf) close(element);
         }
-        if (file_ != nullptr && buffer_.size() >= kFlushBytes) file_->write(buffer_);
     }
 
     void close(const Element& element) {
-        put("</");
-        put(document_.name_view(element.tag));
-        put('>');
+        out_.put("</");
+        out_.put_stored(document_.name_view(element.tag));
+        out_.put('>');
+        out_.flush_when_long();
     }
 
     // In a file, a present ID is the one reserved attribute.
     void put_attributes(const Element& element) {
-        const bool withId = file_ != nullptr && element.id != kNoId;
+        const bool withId = toFile_ && element.id != kNoId;
         const Attribute* attribute = document_.attributes_or_null(element);
         for (std::uint32_t i = 0; i < element.attributeCount; ++i, ++attribute) {
             const std::string_view name = document_.name_view(attribute->name);
             if (withId && name == kIdAttribute) continue;
-            put(' ');
-            put(name);
-            put("=\"");
+            out_.put(' ');
+            out_.put_stored(name);
+            out_.put("=\"");
             put_escaped(element, name, document_.attribute_value(*attribute), kInAttribute);
-            put('"');
+            out_.put('"');
         }
         if (!withId) return;
-        put(" _ux_id=\"");
-        put(std::to_string(element.id));
-        put('"');
+        out_.put(" _ux_id=\"");
+        out_.put(std::string_view(std::to_string(element.id)));
+        out_.put('"');
     }
 
     void put_value(const Element& element) {
-        CStringUTF8 scratch;
-        const std::string_view text = document_.value_text(element, scratch);
+        if (element.valueKind != ValueKind::kText) {
+            out_.put(document_.value_text(element, scratch_));
+            return;
+        }
+        const std::string_view text = document_.value_text(element, scratch_);
         const bool blank = element.first != 0 && (classes_in(text) & kNotBlank) == 0;
         if (!blank) {
             put_escaped(element, {}, text, kInText);
             return;
         }
         // White space alone in a branch would be dropped when it is read back, references are not.
-        for (const char c : text) put(reference_for(c));
+        for (const char c : text) out_.put(reference_for(c));
     }
 
     void put_escaped(const Element& element, std::string_view attribute, std::string_view text,
                      unsigned char place) {
         const unsigned found = classes_in(text);
-        if (file_ != nullptr && (found & (kForbidden | kHigh)) != 0 &&
-            !holds_only_characters(text)) {
+        if ((found & (kForbidden | kHigh)) != 0 && toFile_ && !holds_only_characters(text)) {
             refuse(element, attribute);
         }
         if ((found & place) == 0) {
-            put(text);
+            out_.put_stored(text);
             return;
         }
         std::size_t plain = 0;
         for (std::size_t i = 0; i < text.size(); ++i) {
             if ((class_of(text[i]) & place) == 0) continue;
-            put(text.substr(plain, i - plain));
-            put(reference_for(text[i]));
+            out_.put(text.substr(plain, i - plain));
+            out_.put(reference_for(text[i]));
             plain = i + 1;
         }
-        put(text.substr(plain));
+        out_.put(text.substr(plain));
     }
 
     [[noreturn]] void refuse(const Element& element, std::string_view attribute) const {
@@ -221,35 +283,35 @@ private:
         throw Unwritable(where + ": the text has bytes that XML cannot hold");
     }
 
-    static constexpr std::size_t kFlushBytes = 1 << 16;
-
     const Document& document_;
-    std::string& buffer_;
-    FileOutput* file_;
+    bool toFile_;
+    Output out_;
+    CStringUTF8 scratch_;
 };
 
 }  // namespace
 
-void serialise(const Document& document, const Element& element, std::string& text) {
-    Writer(document, text, nullptr).write(element);
+std::string serialise(const Document& document, const Element& element) {
+    Writer writer(document, nullptr);
+    writer.write(element);
+    return writer.out().take();
 }
 
 bool save_file(const Document& document, const Element& element, const char* path,
                std::string& reason) {
     FileOutput file(path);
-    std::string buffer = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
-    if (file.failed()) {
-        reason = file.reason();
-        return false;
+    if (!file.failed()) {
+        try {
+            Writer writer(document, &file);
+            writer.out().put("<?xml version=\"1.0\" encoding=\"UTF-8\"?>");
+            writer.write(element);
+            writer.out().flush();
+        } catch (const Unwritable& unwritable) {
+            reason = unwritable.what();
+            return false;
+        }
+        if (file.commit()) return true;
     }
-    try {
-        Writer(document, buffer, &file).write(element);
-        file.write(buffer);
-    } catch (const Unwritable& unwritable) {
-        reason = unwritable.what();
-        return false;
-    }
-    if (file.commit()) return true;
     reason = file.reason();
     return false;
 }

@@ -7,8 +7,8 @@
 
 namespace uxhost {
 
-// Appends `<tag a="v">content</tag>`, escaped, always with a closing tag, to text.
-void serialise(const Document& document, const Element& element, std::string& text);
+// `<tag a="v">content</tag>`, escaped, always with a closing tag.
+std::string serialise(const Document& document, const Element& element);
 
 // Writes the element as the root of an XML file; false with a reason when it could not. The old
 // file stays whole then.

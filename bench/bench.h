@@ -1,0 +1,73 @@
+// What the benchmarks share: timing, ratios in one run, and inputs made on the spot.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <string>
+
+namespace uxbench {
+
+// Seconds of the fastest of several runs: the others were disturbed.
+template <typename Body>
+double best_of(int runs, Body&& body) {
+    double best = 1e300;
+    for (int i = 0; i < runs; ++i) {
+        const auto start = std::chrono::steady_clock::now();
+        body();
+        const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
+        best = std::min(best, time.count());
+    }
+    return best;
+}
+
+// One row: how many times as fast as the peer.
+inline void report(const char* what, double seconds, const char* peer, double peerSeconds) {
+    std::printf("| %-36s | %9.2f ms | %-28s | %9.2f ms | %6.2f |\n", what, seconds * 1e3, peer,
+                peerSeconds * 1e3, peerSeconds / seconds);
+    std::fflush(stdout);
+}
+inline void report_header() {
+    std::printf("| %-36s | %12s | %-28s | %12s | %6s |\n", "operation", "ours", "peer", "peer's",
+                "ratio");
+    std::printf("|---|---|---|---|---|\n");
+}
+
+// A small deterministic generator of numbers.
+class Random {
+public:
+    explicit Random(unsigned long long seed) : state_(seed * 2862933555777941757ULL + 1) {}
+    unsigned below(unsigned n) {
+        state_ = state_ * 6364136223846793005ULL + 1442695040888963407ULL;
+        return static_cast<unsigned>(state_ >> 33) % n;
+    }
+
+private:
+    unsigned long long state_;
+};
+
+// An option tree of n leaves with identifier, label and value, 50 in each branch.
+inline std::string option_tree(int leaves) {
+    static const char* const kWords[] = {"peak",  "area",   "width", "baseline", "scale",
+                                         "error", "weight", "range", "channel",  "offset"};
+    Random random(1);
+    const auto word = [&] { return kWords[random.below(10)]; };
+    std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<OptionTree>\n";
+    for (int i = 0; i < leaves; ++i) {
+        if (i % 50 == 0) {
+            const std::string number = std::to_string(i / 50);
+            text += "<Branch" + std::to_string(i / 50 % 40) + " Label=\"" + word() + " " + number +
+                    "\">\n";
+        }
+        const std::string tag = word();
+        text += "<" + tag + " DataID=\"" + std::to_string(i + 1) + "\" Label=\"" + word() + " " +
+                word() + "\">" + std::to_string(random.below(100000000) / 1000.0) + "</" + tag +
+                ">\n";
+        if (i % 50 == 49 || i + 1 == leaves) {
+            text += "</Branch" + std::to_string(i / 50 % 40) + ">\n";
+        }
+    }
+    return text + "</OptionTree>\n";
+}
+
+}  // namespace uxbench
