@@ -12,6 +12,9 @@
 #include <unistd.h>
 
 namespace uxhost {
+namespace {
+constexpr std::size_t kEarlyBytes = std::size_t{1} << 20;
+}
 
 FileOutput::FileOutput(const char* path) : target_(path == nullptr ? "" : path) {
     if (target_.empty()) {
@@ -68,6 +71,7 @@ bool FileOutput::check(int result, const char* action) {
 }
 
 void FileOutput::write(std::string_view bytes) {
+    const bool more = bytes.size() >= kEarlyBytes;
     while (!failed() && !bytes.empty()) {
         const ssize_t written = ::write(descriptor_, bytes.data(), bytes.size());
         if (written > 0) {
@@ -76,6 +80,8 @@ void FileOutput::write(std::string_view bytes) {
             fail("cannot write", written == 0 ? EIO : errno);
         }
     }
+    // Of a large file, what is complete can go to the disk while the rest is being made.
+    if (more && !temporary_.empty()) sync_file_range(descriptor_, 0, 0, SYNC_FILE_RANGE_WRITE);
 }
 
 bool FileOutput::commit() {

@@ -137,8 +137,7 @@ int UXXmlWrapperBase::GetString(CStringUTF8& out, int /*unused*/) const {
     const Element* element = Live();
     if (element == nullptr) return 0;
     try {
-        const std::string text = uxhost::serialise(*document_, *element);
-        out.Assign(text.data(), text.size());
+        uxhost::serialise(*document_, *element, out);
         return 1;
     } catch (...) {
         return 0;

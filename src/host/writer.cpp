@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <memory>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
@@ -121,18 +122,18 @@ public:
     explicit Output(FileOutput* file) : file_(file) {}
 
     void put(char c) {
-        if (size_ == bytes_.size()) grow(1);
+        if (size_ == capacity_) grow(1);
         bytes_[size_++] = c;
     }
     void put(std::string_view text) {
-        if (text.size() > bytes_.size() - size_) grow(text.size());
-        std::memcpy(bytes_.data() + size_, text.data(), text.size());
+        if (text.size() > capacity_ - size_) grow(text.size());
+        std::memcpy(bytes_.get() + size_, text.data(), text.size());
         size_ += text.size();
     }
     template <std::size_t N>
     void put(const char (&literal)[N]) {
-        if (N > bytes_.size() - size_) grow(N);
-        std::memcpy(bytes_.data() + size_, literal, N - 1);
+        if (N > capacity_ - size_) grow(N);
+        std::memcpy(bytes_.get() + size_, literal, N - 1);
         size_ += N - 1;
     }
     // A text of the document. Blocks are whole words, so it can be copied word by word, which for
@@ -142,8 +143,8 @@ public:
             put(text);
             return;
         }
-        if (kLongText + kWord > bytes_.size() - size_) grow(kLongText + kWord);
-        char* to = bytes_.data() + size_;
+        if (kLongText + kWord > capacity_ - size_) grow(kLongText + kWord);
+        char* to = bytes_.get() + size_;
         for (std::size_t i = 0; i < text.size(); i += kWord) {
             std::memcpy(to + i, text.data() + i, kWord);
         }
@@ -153,26 +154,28 @@ public:
         if (file_ != nullptr && size_ >= kFlushBytes) flush();
     }
     void flush() {
-        file_->write({bytes_.data(), size_});
+        file_->write(text());
         size_ = 0;
     }
-    // What was collected; only without a file is it all.
-    std::string take() {
-        bytes_.resize(size_);
-        return std::move(bytes_);
-    }
+    // What stands here; without a file that is all.
+    std::string_view text() const { return {bytes_.get(), size_}; }
 
 private:
-    static constexpr std::size_t kFlushBytes = 1 << 16;
+    static constexpr std::size_t kFlushBytes = 1 << 20;
     static constexpr std::size_t kLongText = 128;
     static constexpr std::size_t kWord = 8;
 
     void grow(std::size_t room) {
-        bytes_.resize(std::max(bytes_.size() * 2, size_ + room + kFlushBytes / 8));
+        const std::size_t capacity = std::max(capacity_ * 2, size_ + room + 2 * kLongText);
+        std::unique_ptr<char[]> bytes(new char[capacity]);
+        if (size_ != 0) std::memcpy(bytes.get(), bytes_.get(), size_);
+        bytes_ = std::move(bytes);
+        capacity_ = capacity;
     }
 
     FileOutput* file_;
-    std::string bytes_;  // longer than what stands in it
+    std::unique_ptr<char[]> bytes_;
+    std::size_t capacity_ = 0;
     std::size_t size_ = 0;
 };
 
@@ -291,10 +294,10 @@ private:
 
 }  // namespace
 
-std::string serialise(const Document& document, const Element& element) {
+void serialise(const Document& document, const Element& element, CStringUTF8& text) {
     Writer writer(document, nullptr);
     writer.write(element);
-    return writer.out().take();
+    text.Assign(writer.out().text().data(), writer.out().text().size());
 }
 
 bool save_file(const Document& document, const Element& element, const char* path,

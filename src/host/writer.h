@@ -8,7 +8,7 @@
 namespace uxhost {
 
 // `<tag a="v">content</tag>`, escaped, always with a closing tag.
-std::string serialise(const Document& document, const Element& element);
+void serialise(const Document& document, const Element& element, CStringUTF8& text);
 
 // Writes the element as the root of an XML file; false with a reason when it could not. The old
 // file stays whole then.
