@@ -83,3 +83,11 @@ build() {
     quietly cmake --preset "$preset"
     cmake --build --preset "$preset" -j "$(nproc)" ${1:+--target "$@"} ${quiet[0]+"${quiet[@]}"}
 }
+
+# Builds the libraries and the tool with optimisation, without tests and what they need.
+build_tool_only() {
+    quietly cmake -S . -B build/demo -G Ninja -DCMAKE_BUILD_TYPE=Release -DUXTREE_BUILD_TESTS=OFF
+    local quiet=()
+    [ -t 1 ] || quiet=(-- --quiet)
+    cmake --build build/demo -j "$(nproc)" ${quiet[0]+"${quiet[@]}"}
+}
