@@ -1,5 +1,7 @@
 #include "uxtree/host/array.h"
 
+#include <iterator>
+
 namespace {
 [[noreturn]] void throw_outside() {
     throw std::invalid_argument("array index outside the array");
@@ -88,9 +90,11 @@ void CWBOStringArray::Copy(const CWBOStringArray& other) {
 void CWBOStringArray::InsertAt(int index, const CStringUTF8& value, int count) {
     if (index < 0 || count < 0) throw_outside();
     const auto at = static_cast<std::size_t>(index);
-    const CStringUTF8 copy(value);
+    // Copied first: value may live in this array.
+    std::vector<CStringUTF8> added(static_cast<std::size_t>(count), value);
     if (at > items_.size()) items_.resize(at);
-    items_.insert(items_.begin() + index, static_cast<std::size_t>(count), copy);
+    items_.insert(items_.begin() + index, std::make_move_iterator(added.begin()),
+                  std::make_move_iterator(added.end()));
 }
 
 void CWBOStringArray::RemoveAt(int index, int count) {
