@@ -1,0 +1,199 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "uxtree/analysis/fitter.h"
+
+#include "analysis/fitter_detail.h"
+#include "support/test_tree.h"
+
+namespace {
+
+using testing::ElementsAre;
+using uxtest::TestTree;
+using uxtest::to_text;
+
+struct ListRow {
+    const char* tag;
+    int base;
+};
+constexpr ListRow kLists[] = {{"Share", 5000},
+                              {"Fixed", 6000},
+                              {"FixedValues", 15000},
+                              {"LowerBounds", 7000},
+                              {"LowerBoundsExclusive", 8000},
+                              {"LowerBoundsEnable", 9000},
+                              {"UpperBounds", 10000},
+                              {"UpperBoundsExclusive", 11000},
+                              {"UpperBoundsEnable", 12000},
+                              {"Values", 13000},
+                              {"SignificantDigit", 14000},
+                              {"Format", 16000},
+                              {"CustomDisplay", 18000}};
+
+// The whole settings branch for a number of parameters.
+std::string settings_text(const std::string& tag, int count) {
+    std::string text = "<" + tag +
+                       " DataID=\"2900\"><AutoParamsInit DataID=\"2906\"></AutoParamsInit>"
+                       "<LinearConstraints DataID=\"2907\"></LinearConstraints>"
+                       "<UseInitialFormula DataID=\"2908\" DataIDAssignDelay=\"10\">"
+                       "</UseInitialFormula>";
+    for (const ListRow& list : kLists) {
+        text += std::string("<") + list.tag + " DataID=\"" + std::to_string(list.base) + "\">";
+        for (int k = 1; k <= count; ++k) {
+            const std::string value = "Value" + std::to_string(k);
+            text +=
+                "<" + value + " DataID=\"" + std::to_string(list.base + k) + "\"></" + value + ">";
+        }
+        text += std::string("</") + list.tag + ">";
+    }
+    return text + "</" + tag + ">";
+}
+
+TEST(uxtree_nlsf_add_params_node_DataID, MakesEveryListInItsOrder) {
+    TestTree tree("<p/>");
+    UXXmlWrapperBase params = tree.root();
+    uxtree_nlsf_add_params_node_DataID(&params, 3);
+    EXPECT_EQ(tree.text(), settings_text("p", 3));
+}
+
+TEST(uxtree_nlsf_add_params_node_DataID, TrimsAndExtendsTheListsThatAreThere) {
+    TestTree tree("<p/>");
+    UXXmlWrapperBase params = tree.root();
+    uxtree_nlsf_add_params_node_DataID(&params, 3);
+    uxtree_nlsf_add_params_node_DataID(&params, 2);
+    EXPECT_EQ(tree.text(), settings_text("p", 2));
+    uxtree_nlsf_add_params_node_DataID(&params, 4);
+    EXPECT_EQ(tree.text(), settings_text("p", 4));
+}
+
+TEST(uxtree_nlsf_add_params_node_DataID, ACountBelowZeroIsZero) {
+    TestTree tree("<p/>");
+    UXXmlWrapperBase params = tree.root();
+    uxtree_nlsf_add_params_node_DataID(&params, -5);
+    EXPECT_EQ(tree.text(), settings_text("p", 0));
+    uxtree_nlsf_add_params_node_DataID(&params, 1);
+    uxtree_nlsf_add_params_node_DataID(&params, -1);
+    EXPECT_EQ(tree.text(), settings_text("p", 0));
+}
+
+TEST(uxtree_nlsf_add_params_node_DataID, AnInvalidNodeBecomesANewTree) {
+    UXXmlWrapperBase params;
+    uxtree_nlsf_add_params_node_DataID(&params, 1);
+    EXPECT_EQ(to_text(params), settings_text("root", 1));
+    uxtree_nlsf_add_params_node_DataID(nullptr, 1);
+}
+
+TEST(uxtree_nlsf_add_params_node_DataID, ListsAreFoundByDataIdWhateverTheirTag) {
+    TestTree tree("<p><mine DataID='5000'><other DataID='5002'>x</other></mine><Share/></p>");
+    UXXmlWrapperBase params = tree.root();
+    uxtree_nlsf_add_params_node_DataID(&params, 2);
+    EXPECT_EQ(to_text(tree.at("mine")),
+              "<mine DataID=\"5000\"><other DataID=\"5002\">x</other>"
+              "<Value1 DataID=\"5001\"></Value1></mine>");
+    EXPECT_EQ(to_text(tree.at("Share")), "<Share></Share>");
+}
+
+TEST(uxtree_nlsf_add_params_node_DataID, ListsAreNotFoundBelowOtherNodes) {
+    TestTree tree("<p><x><Share DataID='5000'/></x></p>");
+    UXXmlWrapperBase params = tree.root();
+    uxtree_nlsf_add_params_node_DataID(&params, 0);
+    EXPECT_EQ(to_text(tree.at("Share")), "<Share DataID=\"5000\"></Share>");
+}
+
+TEST(uxtree_nlsf_add_params_node_DataID, SwitchesThatAreThereGetTheirIdentifiers) {
+    TestTree tree("<p><UseInitialFormula DataID='1'>1</UseInitialFormula></p>");
+    UXXmlWrapperBase params = tree.root();
+    uxtree_nlsf_add_params_node_DataID(&params, 0);
+    EXPECT_EQ(to_text(tree.at("UseInitialFormula")),
+              "<UseInitialFormula DataID=\"2908\" DataIDAssignDelay=\"10\">1</UseInitialFormula>");
+}
+
+TEST(uxtree_nlsf_add_params_node_DataID, ManyParametersTakeLinearTime) {
+    TestTree tree("<p/>");
+    UXXmlWrapperBase params = tree.root();
+    constexpr int kMany = 20000;
+    uxtree_nlsf_add_params_node_DataID(&params, kMany);
+    UXXmlWrapperBase last;
+    UXXmlWrapperBase list = tree.at("CustomDisplay");
+    EXPECT_EQ(list.GetNodeCount(), kMany);
+    list.GetChild(&last, kMany - 1);
+    EXPECT_EQ(to_text(last), "<Value20000 DataID=\"38000\"></Value20000>");
+}
+
+// --- filling a list from a user's settings -------------------------------------------------------
+
+TEST(uxtree_nlf_set_double_param_from_user_params_setting, FillsTheListWithTheDataId) {
+    TestTree tree("<p><Values DataID='13000'/></p>");
+    UXXmlWrapperBase params = tree.root();
+    auto values = uxtest::script_doubles({1.5, -2});
+    EXPECT_TRUE(uxtree_nlf_set_double_param_from_user_params_setting(&params, &values, 13000));
+    EXPECT_EQ(tree.text(),
+              "<p><Values DataID=\"13000\"><Value1 DataID=\"13001\">1.5</Value1>"
+              "<Value2 DataID=\"13002\">-2</Value2></Values></p>");
+}
+
+TEST(uxtree_nlf_set_int_param_from_user_params_setting, FillsTheListWithTheDataId) {
+    TestTree tree("<p><Share DataID='5000'><a/><b/><c/></Share></p>");
+    UXXmlWrapperBase params = tree.root();
+    auto values = uxtest::script_ints({7, 8});
+    EXPECT_TRUE(uxtree_nlf_set_int_param_from_user_params_setting(&params, &values, 5000));
+    EXPECT_EQ(tree.text(), "<p><Share DataID=\"5000\"><a>7</a><b>8</b></Share></p>");
+}
+
+TEST(uxtree_nlf_set_bool_param_from_user_params_setting, FillsTheListWithTheDataId) {
+    TestTree tree("<p><Fixed DataID='6000'/></p>");
+    UXXmlWrapperBase params = tree.root();
+    UXScriptArray<CArray<bool, bool>> values;
+    values.array().Add(true);
+    values.array().Add(false);
+    EXPECT_TRUE(uxtree_nlf_set_bool_param_from_user_params_setting(&params, &values, 6000));
+    EXPECT_EQ(tree.text(),
+              "<p><Fixed DataID=\"6000\"><Value1 DataID=\"6001\">1</Value1>"
+              "<Value2 DataID=\"6002\">0</Value2></Fixed></p>");
+}
+
+// Every form refuses the same things and leaves the tree alone.
+template <typename Setter, typename Values>
+void expect_refusals(Setter set, Values& values) {
+    TestTree tree("<p DataID='1'><x><a DataID='2'/></x></p>");
+    const std::string before = tree.text();
+    UXXmlWrapperBase params = tree.root();
+    UXXmlWrapperBase invalid;
+    auto wrong = uxtest::script_texts({"1"});
+    EXPECT_FALSE(set(nullptr, &values, 1));
+    EXPECT_FALSE(set(&invalid, &values, 1));
+    EXPECT_FALSE(set(&params, nullptr, 1));
+    EXPECT_FALSE(set(&params, &wrong, 1));
+    EXPECT_FALSE(set(&params, &values, 1));  // the node itself is no list of its own
+    EXPECT_FALSE(set(&params, &values, 2));  // nor is a deeper one
+    EXPECT_EQ(tree.text(), before);
+}
+
+TEST(uxtree_nlf_set_double_param_from_user_params_setting, RefusesWhatItCannotUse) {
+    auto values = uxtest::script_doubles({1});
+    expect_refusals(uxtree_nlf_set_double_param_from_user_params_setting, values);
+}
+TEST(uxtree_nlf_set_int_param_from_user_params_setting, RefusesWhatItCannotUse) {
+    auto values = uxtest::script_ints({1});
+    expect_refusals(uxtree_nlf_set_int_param_from_user_params_setting, values);
+}
+TEST(uxtree_nlf_set_bool_param_from_user_params_setting, RefusesWhatItCannotUse) {
+    UXScriptArray<CArray<bool, bool>> values;
+    values.array().Add(true);
+    expect_refusals(uxtree_nlf_set_bool_param_from_user_params_setting, values);
+}
+
+// --- the tags of the lists -----------------------------------------------------------------------
+
+TEST(is_parameter_list_tag, KnowsBothTablesAndTheCase) {
+    for (const ListRow& list : kLists) EXPECT_TRUE(ux::is_parameter_list_tag(list.tag));
+    for (const char* tag : {"Functions", "FuncFileNames", "FuncCategories"}) {
+        EXPECT_TRUE(ux::is_parameter_list_tag(tag));
+    }
+    for (const char* tag : {"share", "Shared", "AutoParamsInit", "Value1", ""}) {
+        EXPECT_FALSE(ux::is_parameter_list_tag(tag)) << tag;
+    }
+    EXPECT_FALSE(ux::is_parameter_list_tag(nullptr));
+}
+
+}  // namespace
