@@ -1,0 +1,919 @@
+#include "uxtree/analysis/stats.h"
+
+#include <cstdint>
+#include <cstring>
+#include <limits>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/test_tree.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using uxtest::numbers;
+using uxtest::TestTree;
+using uxtest::to_text;
+
+constexpr std::uint64_t kMissingBits = 0x81AA74FE1C132C0E;
+
+std::uint64_t bits(double value) {
+    std::uint64_t out = 0;
+    std::memcpy(&out, &value, sizeof out);
+    return out;
+}
+
+std::string child(const std::string& tag, const std::string& value) {
+    return "<" + tag + ">" + value + "</" + tag + ">";
+}
+
+// --- result nodes --------------------------------------------------------------------------------
+
+std::string created_name(int x, int y) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase out;
+    EXPECT_EQ(vctree_stats_create_result_node(root, out, {x, y}), 1);
+    CStringUTF8 tag;
+    out.GetTagName(tag);
+    EXPECT_EQ(tree.text(), std::string("<r><") + static_cast<const char*>(tag) + "></" +
+                               static_cast<const char*>(tag) + "></r>");
+    return static_cast<const char*>(tag);
+}
+
+TEST(vctree_stats_create_result_node, NamesCountFromOne) {
+    EXPECT_EQ(created_name(0, 0), "Result_1_1");
+    EXPECT_EQ(created_name(2, 11), "Result_3_12");
+}
+
+TEST(vctree_stats_create_result_node, ANegativeCoordinateMeansTheSingleResult) {
+    EXPECT_EQ(created_name(-1, 5), "Result");
+    EXPECT_EQ(created_name(5, -1), "Result");
+    EXPECT_EQ(created_name(-1, -1), "Result");
+}
+
+TEST(vctree_stats_create_result_node, TheLargestPositionWraps) {
+    EXPECT_EQ(created_name(std::numeric_limits<int>::max(), 0), "Result_-2147483648_1");
+}
+
+TEST(vctree_stats_create_result_node, FindsTheOneThatIsThere) {
+    TestTree tree("<r><a/><Result_1_2 k='1'/></r>");
+    UXXmlWrapperBase node = tree.root();
+    const std::string before = tree.text();
+    EXPECT_EQ(vctree_stats_create_result_node(node, node, {0, 1}), 1);
+    EXPECT_TRUE(node == tree.at("Result_1_2"));
+    EXPECT_EQ(tree.text(), before);
+}
+
+TEST(vctree_stats_create_result_node, AnInvalidNodeGivesZeroAndLeavesTheOutput) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase out = tree.root();
+    UXXmlWrapperBase invalid;
+    EXPECT_EQ(vctree_stats_create_result_node(invalid, out, {0, 0}), 0);
+    EXPECT_TRUE(out == tree.root());
+}
+
+// All results of a tree as "tag x y".
+std::vector<std::string> results_of(const char* xml) {
+    TestTree tree(xml);
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase cur;
+    tagPOINT pos{-7, -7};
+    std::vector<std::string> out;
+    while (vctree_stats_enum_result_node(root, cur, &pos)) {
+        CStringUTF8 tag;
+        cur.GetTagName(tag);
+        out.push_back(std::string(static_cast<const char*>(tag)) + " " + std::to_string(pos.x) +
+                      " " + std::to_string(pos.y));
+    }
+    return out;
+}
+
+TEST(vctree_stats_enum_result_node, PassesOverOtherChildren) {
+    EXPECT_THAT(results_of("<r><a/><Result_1_1/><b/><Result_2_3/><Resul/></r>"),
+                ElementsAre("Result_1_1 0 0", "Result_2_3 1 2"));
+    EXPECT_THAT(results_of("<r/>"), IsEmpty());
+    EXPECT_THAT(results_of("<r><a><Result/></a></r>"), IsEmpty());
+}
+
+TEST(vctree_stats_enum_result_node, AcceptsEveryTagThatBeginsSoInAnyCase) {
+    EXPECT_THAT(results_of("<r><result_2_3/><RESULTS/><Results/><Result/><ResultX_4_5/></r>"),
+                ElementsAre("result_2_3 1 2", "RESULTS -1 -1", "Results -1 -1", "Result -1 -1",
+                            "ResultX_4_5 3 4"));
+}
+
+TEST(vctree_stats_enum_result_node, ReadsNumbersAsFarAsTheyGo) {
+    EXPECT_THAT(results_of("<r><Result_5/><Result_5_/><Result__6/><Result_2x_3y/><Result_a_b/>"
+                           "<Result_1_2_3/></r>"),
+                ElementsAre("Result_5 4 -1", "Result_5_ 4 -1", "Result__6 -1 5", "Result_2x_3y 1 2",
+                            "Result_a_b -1 -1", "Result_1_2_3 0 1"));
+}
+
+TEST(vctree_stats_enum_result_node, HugeNumbersDoNotOverflow) {
+    EXPECT_THAT(results_of("<r><Result_99999999999_-99999999999/></r>"),
+                ElementsAre("Result_99999999999_-99999999999 2147483646 2147483647"));
+}
+
+TEST(vctree_stats_enum_result_node, AtTheEndTheHandleStaysOnTheLastChild) {
+    TestTree tree("<r><Result/><b/><c/></r>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase cur;
+    EXPECT_EQ(vctree_stats_enum_result_node(root, cur, nullptr), 1);
+    for (int i = 0; i < 3; ++i) {
+        tagPOINT pos{7, 7};
+        EXPECT_EQ(vctree_stats_enum_result_node(root, cur, &pos), 0);
+        EXPECT_TRUE(cur == tree.at("c"));
+        EXPECT_EQ(pos.x, 7);
+    }
+}
+
+TEST(vctree_stats_enum_result_node, AnInvalidParentGivesZero) {
+    TestTree tree("<r><a/><Result/></r>");
+    UXXmlWrapperBase cur = tree.at("a");
+    UXXmlWrapperBase invalid;
+    EXPECT_EQ(vctree_stats_enum_result_node(invalid, cur, nullptr), 0);
+    EXPECT_TRUE(cur == tree.at("a"));
+}
+
+TEST(uxtree_stats_enum_result_node, GivesRowAndColumnOnlyWhenFound) {
+    TestTree tree("<r><Result_3_4/></r>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase cur;
+    int row = 7;
+    int col = 8;
+    EXPECT_EQ(uxtree_stats_enum_result_node(&root, &cur, &row, &col), 1);
+    EXPECT_EQ(row, 2);
+    EXPECT_EQ(col, 3);
+    row = 7;
+    EXPECT_EQ(uxtree_stats_enum_result_node(&root, &cur, &row, &col), 0);
+    EXPECT_EQ(row, 7);
+    EXPECT_EQ(col, 3);
+    UXXmlWrapperBase again;
+    EXPECT_EQ(uxtree_stats_enum_result_node(&root, &again, nullptr, nullptr), 1);
+    EXPECT_EQ(uxtree_stats_enum_result_node(nullptr, &again, &row, &col), 0);
+    EXPECT_EQ(uxtree_stats_enum_result_node(&root, nullptr, &row, &col), 0);
+}
+
+// --- box chart -----------------------------------------------------------------------------------
+
+TEST(vctree_stats_get_boxchart_box_node, FindsOrAppends) {
+    TestTree tree("<r><BoxChart k='1'/></r>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase out;
+    EXPECT_EQ(vctree_stats_get_boxchart_box_node(root, out), 1);
+    EXPECT_TRUE(out == tree.at("BoxChart/Box"));
+    EXPECT_EQ(vctree_stats_get_boxchart_box_node(root, out), 1);
+    EXPECT_EQ(tree.text(), "<r><BoxChart k=\"1\"><Box></Box></BoxChart></r>");
+    UXXmlWrapperBase invalid;
+    EXPECT_EQ(vctree_stats_get_boxchart_box_node(invalid, out), 0);
+    EXPECT_TRUE(out == tree.at("BoxChart/Box"));
+}
+
+TEST(vctree_stats_get_boxchart_whisker_node, FindsOrAppends) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase node = tree.root();
+    EXPECT_EQ(vctree_stats_get_boxchart_whisker_node(node, node), 1);
+    EXPECT_EQ(tree.text(), "<r><BoxChart><Whisker></Whisker></BoxChart></r>");
+    EXPECT_TRUE(node == tree.at("BoxChart/Whisker"));
+    UXXmlWrapperBase invalid;
+    EXPECT_EQ(vctree_stats_get_boxchart_whisker_node(invalid, node), 0);
+}
+
+TEST(uxtree_stats_get_boxchart_box_node, GivesTheNativeAnswer) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase out;
+    EXPECT_EQ(uxtree_stats_get_boxchart_box_node(&root, &out), 1);
+    EXPECT_EQ(uxtree_stats_get_boxchart_box_node(nullptr, &out), 0);
+    EXPECT_EQ(uxtree_stats_get_boxchart_box_node(&root, nullptr), 0);
+}
+TEST(uxtree_stats_get_boxchart_whisker_node, GivesTheNativeAnswer) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase out;
+    EXPECT_EQ(uxtree_stats_get_boxchart_whisker_node(&root, &out), 1);
+    EXPECT_EQ(uxtree_stats_get_boxchart_whisker_node(nullptr, &out), 0);
+    EXPECT_EQ(uxtree_stats_get_boxchart_whisker_node(&root, nullptr), 0);
+}
+
+TEST(vctree_stats_get_set_box_info, StoresInAnotherOrderThanItIsPassed) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    double top = 1;
+    double topX = 2;
+    double bottom = 3;
+    double bottomX = 4;
+    double center = 5;
+    vctree_stats_get_set_box_info(root, top, topX, bottom, bottomX, center, 0);
+    EXPECT_EQ(tree.text(),
+              "<r><BoxChart><Box><Center>5</Center><Top>1</Top><TopX>2</TopX><Bottom>3</Bottom>"
+              "<BottomX>4</BottomX></Box></BoxChart></r>");
+    top = topX = bottom = bottomX = center = 0;
+    vctree_stats_get_set_box_info(root, top, topX, bottom, bottomX, center, 1);
+    EXPECT_THAT((std::vector<double>{top, topX, bottom, bottomX, center}),
+                ElementsAre(1, 2, 3, 4, 5));
+}
+
+TEST(vctree_stats_get_set_box_info, ReadingCreatesTheBoxButNotItsValues) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    double value = 7;
+    vctree_stats_get_set_box_info(root, value, value, value, value, value, 1);
+    EXPECT_EQ(tree.text(), "<r><BoxChart><Box></Box></BoxChart></r>");
+    EXPECT_EQ(value, 7);
+    UXXmlWrapperBase invalid;
+    vctree_stats_get_set_box_info(invalid, value, value, value, value, value, 0);
+    EXPECT_EQ(value, 7);
+}
+
+TEST(uxtree_stats_get_set_box_info, NeedsEveryPointer) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    double v = 1;
+    uxtree_stats_get_set_box_info(nullptr, &v, &v, &v, &v, &v, 0);
+    uxtree_stats_get_set_box_info(&root, nullptr, &v, &v, &v, &v, 0);
+    uxtree_stats_get_set_box_info(&root, &v, nullptr, &v, &v, &v, 0);
+    uxtree_stats_get_set_box_info(&root, &v, &v, nullptr, &v, &v, 0);
+    uxtree_stats_get_set_box_info(&root, &v, &v, &v, nullptr, &v, 0);
+    uxtree_stats_get_set_box_info(&root, &v, &v, &v, &v, nullptr, 0);
+    EXPECT_EQ(tree.text(), "<r></r>");
+    uxtree_stats_get_set_box_info(&root, &v, &v, &v, &v, &v, 0);
+    EXPECT_EQ(tree.at("BoxChart/Box").GetNodeCount(), 5);
+}
+
+TEST(vctree_stats_get_set_whisker_info, GoesBothWays) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    double top = 1;
+    double bottom = 2;
+    vctree_stats_get_set_whisker_info(root, top, bottom, 0);
+    EXPECT_EQ(tree.text(),
+              "<r><BoxChart><Whisker><Top>1</Top><Bottom>2</Bottom></Whisker></BoxChart></r>");
+    top = bottom = 0;
+    vctree_stats_get_set_whisker_info(root, top, bottom, 1);
+    EXPECT_EQ(top, 1);
+    EXPECT_EQ(bottom, 2);
+}
+
+TEST(uxtree_stats_get_set_whisker_info, NeedsEveryPointer) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    double v = 1;
+    uxtree_stats_get_set_whisker_info(nullptr, &v, &v, 0);
+    uxtree_stats_get_set_whisker_info(&root, nullptr, &v, 0);
+    uxtree_stats_get_set_whisker_info(&root, &v, nullptr, 0);
+    EXPECT_EQ(tree.text(), "<r></r>");
+    uxtree_stats_get_set_whisker_info(&root, &v, &v, 0);
+    EXPECT_EQ(tree.at("BoxChart/Whisker").GetNodeCount(), 2);
+}
+
+// --- bins ----------------------------------------------------------------------------------------
+
+TEST(vctree_stats_get_set_bin_info, GoesBothWaysBySize) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    double min = -1.5;
+    double max = 2;
+    double size = 0.1;
+    int space = 4;
+    vctree_stats_get_set_bin_info(root, min, max, size, space, 0);
+    EXPECT_EQ(tree.text(),
+              "<r><Bin><Min>-1.5</Min><Max>2</Max><Size>0.1</Size><Space>4</Space></Bin></r>");
+    min = max = size = 0;
+    space = 0;
+    vctree_stats_get_set_bin_info(root, min, max, size, space, 1);
+    EXPECT_THAT((std::vector<double>{min, max, size}), ElementsAre(-1.5, 2, 0.1));
+    EXPECT_EQ(space, 4);
+}
+
+TEST(vctree_stats_get_set_bin_info, GoesBothWaysByIntervals) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    double min = 0;
+    double max = 10;
+    int intervals = 5;
+    int space = 1;
+    vctree_stats_get_set_bin_info(root, min, max, intervals, space, 0);
+    EXPECT_EQ(tree.text(),
+              "<r><Bin><Min>0</Min><Max>10</Max><Intervals>5</Intervals><Space>1</Space></Bin>"
+              "</r>");
+    intervals = 0;
+    vctree_stats_get_set_bin_info(root, min, max, intervals, space, 1);
+    EXPECT_EQ(intervals, 5);
+}
+
+TEST(vctree_stats_get_set_bin_info, OnlyTheSpaceBecomesZeroWhenUnreadable) {
+    for (const char* xml : {"<r/>", "<r><Bin/></r>",
+                            "<r><Bin><Min>x</Min><Size>y</Size><Space>z</Space></Bin></r>"}) {
+        TestTree tree(xml);
+        UXXmlWrapperBase root = tree.root();
+        const std::string before = tree.text();
+        double min = 1;
+        double max = 2;
+        double size = 3;
+        int space = 4;
+        vctree_stats_get_set_bin_info(root, min, max, size, space, 1);
+        EXPECT_THAT((std::vector<double>{min, max, size}), ElementsAre(1, 2, 3));
+        EXPECT_EQ(space, 0);
+        EXPECT_EQ(tree.text(), before);
+    }
+}
+
+TEST(vctree_stats_get_set_bin_info, AnInvalidNodeChangesNothing) {
+    UXXmlWrapperBase invalid;
+    double v = 1;
+    int space = 4;
+    vctree_stats_get_set_bin_info(invalid, v, v, v, space, 1);
+    vctree_stats_get_set_bin_info(invalid, v, v, v, space, 0);
+    EXPECT_EQ(space, 4);
+    EXPECT_EQ(v, 1);
+}
+
+TEST(uxtree_stats_get_set_bin_info, ANullSpaceWritesZero) {
+    TestTree tree("<r><Bin><Space>9</Space></Bin></r>");
+    UXXmlWrapperBase root = tree.root();
+    double v = 1;
+    uxtree_stats_get_set_bin_info(&root, &v, &v, &v, nullptr, 1);
+    EXPECT_EQ(tree.text(), "<r><Bin><Space>9</Space></Bin></r>");
+    uxtree_stats_get_set_bin_info(&root, &v, &v, &v, nullptr, 0);
+    EXPECT_EQ(tree.text(),
+              "<r><Bin><Space>0</Space><Min>1</Min><Max>1</Max><Size>1</Size></Bin></r>");
+}
+
+TEST(uxtree_stats_get_set_bin_info, NeedsEveryOtherPointer) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    double v = 1;
+    int space = 1;
+    uxtree_stats_get_set_bin_info(nullptr, &v, &v, &v, &space, 0);
+    uxtree_stats_get_set_bin_info(&root, nullptr, &v, &v, &space, 0);
+    uxtree_stats_get_set_bin_info(&root, &v, nullptr, &v, &space, 0);
+    uxtree_stats_get_set_bin_info(&root, &v, &v, nullptr, &space, 0);
+    EXPECT_EQ(tree.text(), "<r></r>");
+}
+
+TEST(uxtree_stats_get_set_bin_intervals, CallsTheIntervalForm) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    double v = 1;
+    int intervals = 6;
+    int space = 2;
+    uxtree_stats_get_set_bin_intervals(nullptr, &v, &v, &intervals, &space, 0);
+    uxtree_stats_get_set_bin_intervals(&root, nullptr, &v, &intervals, &space, 0);
+    uxtree_stats_get_set_bin_intervals(&root, &v, nullptr, &intervals, &space, 0);
+    uxtree_stats_get_set_bin_intervals(&root, &v, &v, nullptr, &space, 0);
+    EXPECT_EQ(tree.text(), "<r></r>");
+    uxtree_stats_get_set_bin_intervals(&root, &v, &v, &intervals, &space, 0);
+    EXPECT_EQ(tree.text(),
+              "<r><Bin><Min>1</Min><Max>1</Max><Intervals>6</Intervals><Space>2</Space></Bin></r>");
+    uxtree_stats_get_set_bin_intervals(&root, &v, &v, &intervals, nullptr, 0);
+    EXPECT_EQ(to_text(tree.at("Bin/Space")), "<Space>0</Space>");
+}
+
+TEST(vctree_stats_is_bin_auto, IsOnUnlessTheTreeSaysOtherwise) {
+    const auto ask = [](const char* xml) {
+        TestTree tree(xml);
+        UXXmlWrapperBase root = tree.root();
+        const std::string before = tree.text();
+        const int result = vctree_stats_is_bin_auto(root);
+        EXPECT_EQ(tree.text(), before);
+        return result;
+    };
+    EXPECT_EQ(ask("<r/>"), 1);
+    EXPECT_EQ(ask("<r><Bin/></r>"), 1);
+    EXPECT_EQ(ask("<r><Bin><Auto>x</Auto></Bin></r>"), 1);
+    EXPECT_EQ(ask("<r><Bin><Auto>0</Auto></Bin></r>"), 0);
+    EXPECT_EQ(ask("<r><Bin><Auto>5</Auto></Bin></r>"), 5);
+    UXXmlWrapperBase invalid;
+    EXPECT_EQ(vctree_stats_is_bin_auto(invalid), 0);
+    EXPECT_EQ(uxtree_stats_is_bin_auto(&invalid), 0);
+}
+
+TEST(uxtree_stats_is_bin_auto, ANullNodeGivesZero) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    EXPECT_EQ(uxtree_stats_is_bin_auto(&root), 1);
+    EXPECT_EQ(uxtree_stats_is_bin_auto(nullptr), 0);
+}
+
+TEST(vctree_stats_is_by_intervals, IsOffUnlessTheTreeSaysOtherwise) {
+    const auto ask = [](const char* xml) {
+        TestTree tree(xml);
+        UXXmlWrapperBase root = tree.root();
+        return vctree_stats_is_by_intervals(root);
+    };
+    EXPECT_EQ(ask("<r/>"), 0);
+    EXPECT_EQ(ask("<r><Bin><StepBy>x</StepBy></Bin></r>"), 0);
+    EXPECT_EQ(ask("<r><Bin><StepBy>1</StepBy></Bin></r>"), 1);
+    UXXmlWrapperBase invalid;
+    EXPECT_EQ(vctree_stats_is_by_intervals(invalid), 0);
+}
+
+TEST(uxtree_stats_is_by_intervals, GivesTheNativeAnswer) {
+    TestTree tree("<r><Bin><StepBy>1</StepBy></Bin></r>");
+    UXXmlWrapperBase root = tree.root();
+    EXPECT_EQ(uxtree_stats_is_by_intervals(&root), 1);
+    EXPECT_EQ(uxtree_stats_is_by_intervals(nullptr), 0);
+}
+
+TEST(vctree_stats_set_bin_auto, WritesTheValue) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase invalid;
+    vctree_stats_set_bin_auto(root, 0);
+    vctree_stats_set_bin_auto(invalid, 1);
+    EXPECT_EQ(tree.text(), "<r><Bin><Auto>0</Auto></Bin></r>");
+}
+TEST(uxtree_stats_set_bin_auto, GivesTheNativeAnswer) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    uxtree_stats_set_bin_auto(&root, 3);
+    uxtree_stats_set_bin_auto(nullptr, 3);
+    EXPECT_EQ(tree.text(), "<r><Bin><Auto>3</Auto></Bin></r>");
+}
+TEST(vctree_stats_set_by_intervals, WritesTheValue) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    vctree_stats_set_by_intervals(root, 1);
+    EXPECT_EQ(tree.text(), "<r><Bin><StepBy>1</StepBy></Bin></r>");
+}
+TEST(uxtree_stats_set_by_intervals, GivesTheNativeAnswer) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    uxtree_stats_set_by_intervals(&root, 1);
+    uxtree_stats_set_by_intervals(nullptr, 1);
+    EXPECT_EQ(tree.text(), "<r><Bin><StepBy>1</StepBy></Bin></r>");
+}
+
+// --- single numbers ------------------------------------------------------------------------------
+
+struct IntSetting {
+    const char* name;
+    int (*transfer)(UXXmlWrapperBase&, int&, int);
+    int (*script)(UXXmlWrapperBase*, int*, int);
+    const char* written;  // with the value 3
+    const char* unreadable;
+};
+class IntSettings : public testing::TestWithParam<IntSetting> {};
+
+TEST_P(IntSettings, GoBothWays) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    int value = 3;
+    EXPECT_EQ(GetParam().transfer(root, value, 0), 1);
+    EXPECT_EQ(tree.text(), GetParam().written);
+    value = 0;
+    EXPECT_EQ(GetParam().transfer(root, value, 1), 1);
+    EXPECT_EQ(value, 3);
+    value = 0;
+    EXPECT_EQ(GetParam().transfer(root, value, -5), 1);
+    EXPECT_EQ(value, 3);
+}
+TEST_P(IntSettings, KeepTheVariableWhenTheyCannotBeRead) {
+    for (const char* xml : {"<r/>", GetParam().unreadable}) {
+        TestTree tree(xml);
+        UXXmlWrapperBase root = tree.root();
+        const std::string before = tree.text();
+        int value = 7;
+        EXPECT_EQ(GetParam().transfer(root, value, 1), 0);
+        EXPECT_EQ(value, 7);
+        EXPECT_EQ(tree.text(), before);
+    }
+    UXXmlWrapperBase invalid;
+    int value = 7;
+    EXPECT_EQ(GetParam().transfer(invalid, value, 1), 0);
+    EXPECT_EQ(GetParam().transfer(invalid, value, 0), 0);
+    EXPECT_EQ(value, 7);
+}
+TEST_P(IntSettings, HaveAScriptForm) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    int value = 3;
+    EXPECT_EQ(GetParam().script(nullptr, &value, 0), 0);
+    EXPECT_EQ(GetParam().script(&root, nullptr, 0), 0);
+    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(GetParam().script(&root, &value, 0), 1);
+    EXPECT_EQ(tree.text(), GetParam().written);
+}
+INSTANTIATE_TEST_SUITE_P(
+    vctree_stats, IntSettings,
+    testing::Values(IntSetting{"interpolate", vctree_stats_get_set_interpolate,
+                               uxtree_stats_get_set_interpolate,
+                               "<r><Computation><Interpolate>3</Interpolate></Computation></r>",
+                               "<r><Computation><Interpolate>x</Interpolate></Computation></r>"},
+                    IntSetting{"var_divisor", vctree_stats_get_set_var_divisor,
+                               uxtree_stats_get_set_var_divisor,
+                               "<r><Computation><VarDivisor>3</VarDivisor></Computation></r>",
+                               "<r><Computation><VarDivisor/></Computation></r>"},
+                    IntSetting{"trials_num", vctree_stats_get_set_trials_num,
+                               uxtree_stats_get_set_trials_num,
+                               "<r><BinoTrialsNum>3</BinoTrialsNum></r>",
+                               "<r><BinoTrialsNum>3 4</BinoTrialsNum></r>"}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+TEST(vctree_stats_get_set_output_distribution, GoesBothWays) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    int value = 2;
+    vctree_stats_get_set_output_distribution(root, value, 0);
+    EXPECT_EQ(tree.text(), "<r><Distribution>2</Distribution></r>");
+    value = 0;
+    vctree_stats_get_set_output_distribution(root, value, 1);
+    EXPECT_EQ(value, 2);
+}
+
+TEST(uxtree_stats_get_set_output_distribution, NeedsBothPointers) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    int value = 2;
+    uxtree_stats_get_set_output_distribution(nullptr, &value, 0);
+    uxtree_stats_get_set_output_distribution(&root, nullptr, 0);
+    EXPECT_EQ(tree.text(), "<r></r>");
+    uxtree_stats_get_set_output_distribution(&root, &value, 0);
+    EXPECT_EQ(tree.text(), "<r><Distribution>2</Distribution></r>");
+}
+
+TEST(vctree_stats_get_set_sum, GoesBothWays) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    double value = 0.1;
+    vctree_stats_get_set_sum(root, value, 1);
+    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(value, 0.1);
+    vctree_stats_get_set_sum(root, value, 0);
+    EXPECT_EQ(tree.text(), "<r><Sum>0.1</Sum></r>");
+    value = 0;
+    vctree_stats_get_set_sum(root, value, 1);
+    EXPECT_EQ(value, 0.1);
+}
+
+TEST(vctree_stats_get_set_conf_interval_probability, GoesBothWays) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    double prob0 = 0.9;
+    double prob1 = 0.95;
+    vctree_stats_get_set_conf_interval_probability(root, prob0, prob1, 0);
+    EXPECT_EQ(tree.text(), "<r><Prob0>0.9</Prob0><Prob1>0.95</Prob1></r>");
+    prob0 = prob1 = 0;
+    vctree_stats_get_set_conf_interval_probability(root, prob0, prob1, 1);
+    EXPECT_EQ(prob0, 0.9);
+    EXPECT_EQ(prob1, 0.95);
+}
+
+TEST(vctree_stats_get_set_sum, EveryDoubleComesBackBitForBit) {
+    for (double value : {0.1, -0.0, 1e-310, 1.7976931348623157e308, 1.0 / 3}) {
+        TestTree tree("<r/>");
+        UXXmlWrapperBase root = tree.root();
+        double back = 7;
+        double out = value;
+        vctree_stats_get_set_sum(root, out, 0);
+        vctree_stats_get_set_sum(root, back, 1);
+        EXPECT_EQ(bits(back), bits(value)) << tree.text();
+    }
+}
+
+TEST(vctree_stats_get_set_sum, WhatIsNotFiniteIsStoredAsTheMissingValue) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    double value = std::numeric_limits<double>::quiet_NaN();
+    vctree_stats_get_set_sum(root, value, 0);
+    vctree_stats_get_set_sum(root, value, 1);
+    EXPECT_EQ(bits(value), kMissingBits);
+}
+
+// --- lists ---------------------------------------------------------------------------------------
+
+struct ListSetting {
+    const char* tag;
+    void (*transfer)(UXXmlWrapperBase&, CArray<double, double>&, int);
+};
+class ListSettings : public testing::TestWithParam<ListSetting> {};
+
+TEST_P(ListSettings, GoBothWays) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    CArray<double, double> values = uxtest::number_list<double>({1, 2.5, -3});
+    GetParam().transfer(root, values, 0);
+    EXPECT_EQ(tree.text(), "<r>" + child(GetParam().tag, "1 2.5 -3") + "</r>");
+    CArray<double, double> back;
+    GetParam().transfer(root, back, 1);
+    EXPECT_THAT(numbers(back), ElementsAre(1, 2.5, -3));
+}
+TEST_P(ListSettings, AreCreatedByReadingToo) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    CArray<double, double> values = uxtest::number_list<double>({1});
+    GetParam().transfer(root, values, 1);
+    EXPECT_EQ(tree.text(), "<r>" + child(GetParam().tag, "") + "</r>");
+    EXPECT_THAT(numbers(values), ElementsAre(1));
+}
+TEST_P(ListSettings, AnInvalidNodeChangesNothing) {
+    UXXmlWrapperBase invalid;
+    CArray<double, double> values = uxtest::number_list<double>({1});
+    GetParam().transfer(invalid, values, 1);
+    GetParam().transfer(invalid, values, 0);
+    EXPECT_THAT(numbers(values), ElementsAre(1));
+}
+INSTANTIATE_TEST_SUITE_P(
+    vctree_stats, ListSettings,
+    testing::Values(ListSetting{"Counts", vctree_stats_get_set_counts},
+                    ListSetting{"Percentiles", vctree_stats_get_set_percentiles},
+                    ListSetting{"CustomPercentiles", vctree_stats_get_set_custom_quantiles}),
+    [](const auto& row) { return std::string(row.param.tag); });
+
+TEST(uxtree_stats_get_set_counts, NeedsANodeAndAVector) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    auto values = uxtest::script_doubles({1, 2});
+    auto wrong = uxtest::script_ints({1});
+    uxtree_stats_get_set_counts(nullptr, &values, 0);
+    uxtree_stats_get_set_counts(&root, nullptr, 0);
+    uxtree_stats_get_set_counts(&root, &wrong, 0);
+    EXPECT_EQ(tree.text(), "<r></r>");
+    uxtree_stats_get_set_counts(&root, &values, 0);
+    EXPECT_EQ(tree.text(), "<r><Counts>1 2</Counts></r>");
+}
+TEST(uxtree_stats_get_set_percentiles, NeedsANodeAndAVector) {
+    TestTree tree("<r><Percentiles>5 95</Percentiles></r>");
+    UXXmlWrapperBase root = tree.root();
+    auto values = uxtest::script_doubles({});
+    auto wrong = uxtest::script_texts({"1"});
+    uxtree_stats_get_set_percentiles(nullptr, &values, 1);
+    uxtree_stats_get_set_percentiles(&root, nullptr, 1);
+    uxtree_stats_get_set_percentiles(&root, &wrong, 1);
+    EXPECT_EQ(values.array().GetSize(), 0);
+    uxtree_stats_get_set_percentiles(&root, &values, 1);
+    EXPECT_THAT(numbers(values.array()), ElementsAre(5, 95));
+}
+
+TEST(vctree_stats_get_set_output_distr_curve_type, GoesBothWaysWithoutCreatingOnReading) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    CArray<int, int> values = uxtest::number_list<int>({4, 5});
+    vctree_stats_get_set_output_distr_curve_type(root, values, 1);
+    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_THAT(numbers(values), ElementsAre(4, 5));
+    vctree_stats_get_set_output_distr_curve_type(root, values, 0);
+    EXPECT_EQ(tree.text(), "<r><DistrCurveTypes>4 5</DistrCurveTypes></r>");
+    values.RemoveAll();
+    vctree_stats_get_set_output_distr_curve_type(root, values, 1);
+    EXPECT_THAT(numbers(values), ElementsAre(4, 5));
+}
+
+TEST(vctree_stats_result_get_set_counts, ReadsWithoutCreating) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    CArray<double, double> values = uxtest::number_list<double>({1.5});
+    EXPECT_EQ(vctree_stats_result_get_set_counts(root, values, 1), 0);
+    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(vctree_stats_result_get_set_counts(root, values, 0), 1);
+    EXPECT_EQ(tree.text(), "<r><Counts>1.5</Counts></r>");
+    values.RemoveAll();
+    EXPECT_EQ(vctree_stats_result_get_set_counts(root, values, 1), 1);
+    EXPECT_THAT(numbers(values), ElementsAre(1.5));
+    UXXmlWrapperBase invalid;
+    EXPECT_EQ(vctree_stats_result_get_set_counts(invalid, values, 0), 0);
+}
+
+TEST(vctree_stats_result_get_set_counts, AnUnreadableListGivesZero) {
+    TestTree tree("<r><Counts>1 x</Counts></r>");
+    UXXmlWrapperBase root = tree.root();
+    CArray<double, double> values = uxtest::number_list<double>({9});
+    EXPECT_EQ(vctree_stats_result_get_set_counts(root, values, 1), 0);
+    EXPECT_THAT(numbers(values), ElementsAre(9));
+}
+
+TEST(uxtree_stats_result_get_set_counts, NeedsANodeAndAVector) {
+    TestTree tree("<r><Counts>1</Counts></r>");
+    UXXmlWrapperBase root = tree.root();
+    auto values = uxtest::script_doubles({});
+    auto wrong = uxtest::script_ints({});
+    EXPECT_EQ(uxtree_stats_result_get_set_counts(nullptr, &values, 1), 0);
+    EXPECT_EQ(uxtree_stats_result_get_set_counts(&root, nullptr, 1), 0);
+    EXPECT_EQ(uxtree_stats_result_get_set_counts(&root, &wrong, 1), 0);
+    EXPECT_EQ(uxtree_stats_result_get_set_counts(&root, &values, 1), 1);
+    EXPECT_THAT(numbers(values.array()), ElementsAre(1));
+}
+
+TEST(vctree_stats_result_get_set_panel_name, GoesBothWays) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    CStringUTF8 name = "kept";
+    EXPECT_EQ(vctree_stats_result_get_set_panel_name(root, name, 1), 0);
+    EXPECT_STREQ(name, "kept");
+    EXPECT_EQ(tree.text(), "<r></r>");
+    name = "Panel <1>";
+    EXPECT_EQ(vctree_stats_result_get_set_panel_name(root, name, 0), 1);
+    EXPECT_EQ(tree.text(), "<r><PanelName>Panel &lt;1&gt;</PanelName></r>");
+    name.Empty();
+    EXPECT_EQ(vctree_stats_result_get_set_panel_name(root, name, 1), 1);
+    EXPECT_STREQ(name, "Panel <1>");
+}
+
+// --- descriptive results -------------------------------------------------------------------------
+
+// A record in which every field has a value of its own: 1, 2 and then 3.5, 4.5, ...
+tagDescStatResults numbered_results() {
+    tagDescStatResults out{};
+    out.N = 1;
+    out.Missing = 2;
+    double value = 2.5;
+    for (double* field = &out.Mean; field <= &out.WeightSum; ++field) *field = (value += 1);
+    return out;
+}
+constexpr const char* kResultNames[] = {"Mean",     "SD",    "SEM",      "LCL",      "UCL",
+                                        "Variance", "Sum",   "Skewness", "Kurtosis", "UncorSumSq",
+                                        "CorSumSq", "COV",   "MAD",      "SDx2",     "SDx3",
+                                        "GeoMean",  "GeoSD", "Mode",     "WeightSum"};
+
+std::string results_text() {
+    std::string text = "<r><Results>" + child("N", "1") + child("Missing", "2");
+    int value = 3;
+    for (const char* name : kResultNames) text += child(name, std::to_string(value++) + ".5");
+    return text + child("Min", "-1") + child("Max", "99") + "</Results></r>";
+}
+
+TEST(vctree_stats_get_set_stats_results, WritesEveryFieldInOrderAndReadsItBack) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    tagDescStatResults results = numbered_results();
+    double min = -1;
+    double max = 99;
+    vctree_stats_get_set_stats_results(root, results, min, max, 0);
+    EXPECT_EQ(tree.text(), results_text());
+
+    tagDescStatResults back{};
+    min = max = 0;
+    vctree_stats_get_set_stats_results(root, back, min, max, 1);
+    EXPECT_EQ(std::memcmp(&back, &results, sizeof back), 0);
+    EXPECT_EQ(min, -1);
+    EXPECT_EQ(max, 99);
+}
+
+TEST(vctree_stats_get_set_stats_results, ReadingNothingGivesDefaultsAndCreatesResults) {
+    for (const char* xml : {"<r/>", "<r><Results/></r>"}) {
+        TestTree tree(xml);
+        UXXmlWrapperBase root = tree.root();
+        tagDescStatResults results = numbered_results();
+        double min = 5;
+        double max = 6;
+        vctree_stats_get_set_stats_results(root, results, min, max, 1);
+        EXPECT_EQ(tree.text(), "<r><Results></Results></r>");
+        EXPECT_EQ(results.N, 0);
+        EXPECT_EQ(results.Missing, 0);
+        for (const double* field = &results.Mean; field <= &results.WeightSum; ++field) {
+            EXPECT_EQ(bits(*field), kMissingBits);
+        }
+        EXPECT_EQ(min, 5);  // these two have no default
+        EXPECT_EQ(max, 6);
+    }
+}
+
+TEST(vctree_stats_get_set_stats_results, AFieldThatCannotBeReadKeepsWhatItHeld) {
+    TestTree tree("<r><Results><N>x</N><SD/><Mean>4</Mean></Results></r>");
+    UXXmlWrapperBase root = tree.root();
+    tagDescStatResults results = numbered_results();
+    double min = 0;
+    double max = 0;
+    vctree_stats_get_set_stats_results(root, results, min, max, 1);
+    EXPECT_EQ(results.N, 1);
+    EXPECT_EQ(results.Mean, 4);
+    EXPECT_EQ(results.SD, 4.5);
+    EXPECT_EQ(bits(results.SEM), kMissingBits);
+}
+
+TEST(vctree_stats_get_set_stats_results, AnInvalidNodeChangesNothing) {
+    UXXmlWrapperBase invalid;
+    tagDescStatResults results = numbered_results();
+    const tagDescStatResults before = results;
+    double v = 5;
+    vctree_stats_get_set_stats_results(invalid, results, v, v, 1);
+    vctree_stats_get_set_stats_results(invalid, results, v, v, 0);
+    EXPECT_EQ(std::memcmp(&before, &results, sizeof before), 0);
+    EXPECT_EQ(v, 5);
+}
+
+TEST(uxtree_stats_get_set_stats_results, NeedsEveryPointer) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    tagDescStatResults results = numbered_results();
+    double min = -1;
+    double max = 99;
+    uxtree_stats_get_set_stats_results(nullptr, &results, &min, &max, 0);
+    uxtree_stats_get_set_stats_results(&root, nullptr, &min, &max, 0);
+    uxtree_stats_get_set_stats_results(&root, &results, nullptr, &max, 0);
+    uxtree_stats_get_set_stats_results(&root, &results, &min, nullptr, 0);
+    EXPECT_EQ(tree.text(), "<r></r>");
+    uxtree_stats_get_set_stats_results(&root, &results, &min, &max, 0);
+    EXPECT_EQ(tree.text(), results_text());
+}
+
+// --- histogram details ---------------------------------------------------------------------------
+
+tagHistogramStatsResult numbered_details() {
+    tagHistogramStatsResult out{};
+    out.N = 1;
+    out.Missing = 2;
+    double value = 2.5;
+    for (double* field = &out.Min; field <= &out.Scale; ++field) *field = (value += 1);
+    out.Bandwidth = 19;
+    out.Width = 20.5;
+    out.Gamalpha = 21.5;
+    out.Gamtheta = 22.5;
+    return out;
+}
+constexpr const char* kDetailNames[] = {"Min",  "Max",     "Sum",   "Mean",   "SD", "SEM",
+                                        "LCL",  "UCL",     "Q1",    "Median", "Q3", "LnMean",
+                                        "LnSD", "WblMean", "WblSD", "Scale"};
+
+std::string details_text() {
+    std::string text = "<r><Details>" + child("N", "1") + child("Missing", "2");
+    int value = 3;
+    for (const char* name : kDetailNames) text += child(name, std::to_string(value++) + ".5");
+    return text + child("Bandwidth", "19") + child("Width", "20.5") + child("Gamalpha", "21.5") +
+           child("Gamtheta", "22.5") + "</Details></r>";
+}
+
+bool same(const tagHistogramStatsResult& a, const tagHistogramStatsResult& b) {
+    TestTree ta("<r/>");
+    TestTree tb("<r/>");
+    UXXmlWrapperBase ra = ta.root();
+    UXXmlWrapperBase rb = tb.root();
+    tagHistogramStatsResult ca = a;
+    tagHistogramStatsResult cb = b;
+    vctree_stats_result_get_set_details(ra, ca, 0);
+    vctree_stats_result_get_set_details(rb, cb, 0);
+    return ta.text() == tb.text();
+}
+
+TEST(vctree_stats_result_get_set_details, WritesEveryFieldInOrderAndReadsItBack) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    tagHistogramStatsResult details = numbered_details();
+    EXPECT_EQ(vctree_stats_result_get_set_details(root, details, 0), 1);
+    EXPECT_EQ(tree.text(), details_text());
+
+    tagHistogramStatsResult back{};
+    EXPECT_EQ(vctree_stats_result_get_set_details(root, back, 1), 1);
+    EXPECT_TRUE(same(back, details));
+    EXPECT_EQ(back.Gamtheta, 22.5);
+}
+
+TEST(vctree_stats_result_get_set_details, WithoutDetailsTheRecordIsUntouched) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase invalid;
+    tagHistogramStatsResult details = numbered_details();
+    EXPECT_EQ(vctree_stats_result_get_set_details(root, details, 1), 0);
+    EXPECT_EQ(vctree_stats_result_get_set_details(invalid, details, 1), 0);
+    EXPECT_EQ(vctree_stats_result_get_set_details(invalid, details, 0), 0);
+    EXPECT_TRUE(same(details, numbered_details()));
+    EXPECT_EQ(tree.text(), "<r></r>");
+}
+
+TEST(vctree_stats_result_get_set_details, EmptyDetailsGiveDefaultsAndZero) {
+    TestTree tree("<r><Details/></r>");
+    UXXmlWrapperBase root = tree.root();
+    tagHistogramStatsResult details = numbered_details();
+    EXPECT_EQ(vctree_stats_result_get_set_details(root, details, 1), 0);
+    EXPECT_EQ(tree.text(), "<r><Details></Details></r>");
+    EXPECT_EQ(details.N, 0);
+    EXPECT_EQ(details.Missing, 0);
+    EXPECT_EQ(details.Bandwidth, 0);
+    for (const double* field = &details.Min; field <= &details.Scale; ++field) {
+        EXPECT_EQ(bits(*field), kMissingBits);
+    }
+    for (double field : {details.Width, details.Gamalpha, details.Gamtheta}) {
+        EXPECT_EQ(bits(field), kMissingBits);
+    }
+}
+
+TEST(vctree_stats_result_get_set_details, AFieldThatIsThereCountsEvenWhenUnreadable) {
+    TestTree tree("<r><Details><Q1>?</Q1></Details></r>");
+    UXXmlWrapperBase root = tree.root();
+    tagHistogramStatsResult details = numbered_details();
+    EXPECT_EQ(vctree_stats_result_get_set_details(root, details, 1), 1);
+    EXPECT_EQ(details.Q1, numbered_details().Q1);
+    EXPECT_EQ(bits(details.Q3), kMissingBits);
+}
+
+TEST(uxtree_stats_result_get_set_details, NeedsBothPointers) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    tagHistogramStatsResult details = numbered_details();
+    EXPECT_EQ(uxtree_stats_result_get_set_details(nullptr, &details, 0), 0);
+    EXPECT_EQ(uxtree_stats_result_get_set_details(&root, nullptr, 0), 0);
+    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(uxtree_stats_result_get_set_details(&root, &details, 0), 1);
+    EXPECT_EQ(tree.text(), details_text());
+}
+
+TEST(vctree_stats_result_get_set_details, TheRecordsHaveNaturalPacking) {
+    EXPECT_EQ(sizeof(tagDescStatResults), 2 * sizeof(int) + 19 * sizeof(double));
+    EXPECT_EQ(sizeof(tagHistogramStatsResult), 2 * sizeof(int) + 20 * sizeof(double));
+    EXPECT_EQ(sizeof(tagPOINT), 2 * sizeof(int));
+}
+
+}  // namespace
