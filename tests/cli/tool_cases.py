@@ -81,6 +81,34 @@ def test_EveryCommandRefusesAnUnknownOption(tool):
         assert "hint: uxtree " + row["command"] in result.err, row
 
 
+def complete(tool, *words):
+    """What bash would offer for the last word."""
+    script = tool.write("completion.bash", tool.run(["completion"]).out)
+    line = " ".join(f"'{word}'" for word in ("uxtree", *words))
+    done = subprocess.run(
+        ["bash", "-euc", f". '{script}'; COMP_WORDS=({line}); COMP_CWORD={len(words)}; _uxtree; "
+                         "printf '%s\\n' \"${COMPREPLY[@]}\""],
+        cwd=tool.folder, capture_output=True, text=True, check=True)
+    assert done.stderr == ""
+    return done.stdout.split()
+
+
+def test_CompletesCommandsOptionsAndFiles(tool):
+    assert complete(tool, "sho") == ["show"]
+    assert "list" in complete(tool, "")
+    assert complete(tool, "show", "--att") == ["--attributes"]
+    tool.write("tree.xml", "<r/>")
+    assert complete(tool, "show", "-a", "tr") == ["tree.xml"]
+
+
+def test_TheManualNamesEveryCommandAndOption(tool):
+    manual = tool.run(["man"]).out
+    for row in json.loads(tool.run(["list", "-f", "json"]).out):
+        assert f"\n.SS {row['command']}\n{row['summary']}.\n" in manual.replace("\\-", "-"), row
+    assert "\\-\\-attributes" in manual
+    assert not [line for line in manual.splitlines() if line.startswith("'")]
+
+
 def test_AClosedPipeEndsTheRunQuietly(tool):
     tool.write("wide.xml", "<r>" + "<a/>" * 100000 + "</r>")
     process = subprocess.Popen([tool.program, "show", "wide.xml"], cwd=tool.folder,

@@ -16,15 +16,6 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-std::string indented(const std::string& lines) {
-    std::string out = "  ";
-    for (const char c : lines) {
-        out += c;
-        if (c == '\n') out += "  ";
-    }
-    return out;
-}
-
 std::string general_help() {
     std::size_t width = 0;
     for (const Command* command : all_commands()) width = std::max(width, command->name.size());
@@ -110,21 +101,10 @@ Words names_in_group(const std::string& group) {
                               : "did you mean 'uxtree " + prefix + meant + "'?");
 }
 
-void add_colour(CLI::App& app, std::string& choice) {
-    app.add_option("--color", choice, "Colour the output: auto, always or never")
-        ->type_name("WHEN")
-        ->check(CLI::IsMember({"auto", "always", "never"}));
-}
-
 // Reads the options of one command and runs it.
 int run_command(const Command& command, Words arguments) {
-    std::string colour = "auto";
-    CLI::App app(command.summary, "uxtree " + command.name);
-    app.set_help_flag("-h,--help", "Print this help");
-    app.get_formatter()->column_width(28);
-    add_colour(app, colour);
-    const Action action = command.setup(app);
-    app.footer("Examples:\n" + indented(command.examples));
+    const PreparedCommand prepared = prepare(command);
+    CLI::App& app = *prepared.app;
     if (app.get_option_no_throw("--backup") != nullptr) {
         arguments = with_backup_option(std::move(arguments));
     }
@@ -137,8 +117,8 @@ int run_command(const Command& command, Words arguments) {
     } catch (const CLI::ParseError& error) {
         throw_usage(error.what(), "uxtree " + command.name + " --help");
     }
-    set_colour_choice(colour);
-    return action();
+    set_colour_choice(*prepared.colour);
+    return prepared.action();
 }
 
 // Takes the options in front of the command away: --color goes on to the command. Yields the exit

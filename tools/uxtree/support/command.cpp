@@ -11,6 +11,15 @@ std::vector<const Command*>& registry() {
     return commands;
 }
 
+std::string indented(const std::string& lines) {
+    std::string out = "  ";
+    for (const char c : lines) {
+        out += c;
+        if (c == '\n') out += "  ";
+    }
+    return out;
+}
+
 }  // namespace
 
 Command::Command(std::string commandName, std::string commandSummary, std::string commandExamples,
@@ -27,6 +36,20 @@ std::vector<const Command*> all_commands() {
     std::sort(commands.begin(), commands.end(),
               [](const Command* a, const Command* b) { return a->name < b->name; });
     return commands;
+}
+
+PreparedCommand prepare(const Command& command) {
+    PreparedCommand prepared{std::make_unique<CLI::App>(command.summary, "uxtree " + command.name),
+                             nullptr, std::make_shared<std::string>("auto")};
+    CLI::App& app = *prepared.app;
+    app.set_help_flag("-h,--help", "Print this help");
+    app.get_formatter()->column_width(28);
+    app.add_option("--color", *prepared.colour, "Colour the output: auto, always or never")
+        ->type_name("WHEN")
+        ->check(CLI::IsMember({"auto", "always", "never"}));
+    prepared.action = command.setup(app);
+    app.footer("Examples:\n" + indented(command.examples));
+    return prepared;
 }
 
 CLI::Option* add_file(CLI::App& app, std::string& file) {

@@ -73,6 +73,15 @@ public:
 // All commands, sorted by name.
 std::vector<const Command*> all_commands();
 
+// A command's own command line, with the options that all commands have, and what to run once it
+// was parsed.
+struct PreparedCommand {
+    std::unique_ptr<CLI::App> app;
+    Action action;
+    std::shared_ptr<std::string> colour;  // the choice of --color
+};
+PreparedCommand prepare(const Command& command);
+
 // A positional argument FILE; "-" is standard input.
 CLI::Option* add_file(CLI::App& app, std::string& file);
 // One or more of them.

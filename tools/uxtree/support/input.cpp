@@ -68,17 +68,19 @@ struct Advice {
     std::string_view hint;
 };
 
-constexpr std::array<Advice, 10> kAdvice{{
+constexpr std::array<Advice, 12> kAdvice{{
     {"mismatched tag", "an end tag closes the element that was opened last, by the same name"},
-    {"no element", "the file is empty or ends before its root element is closed"},
-    {"unclosed token", "the file ends in the middle of a tag, comment or reference"},
-    {"invalid token", "in text and attributes write &lt; for <, &amp; for &; values need quotes"},
-    {"junk after", "a document has one root element"},
+    {"input ends before", "the file was cut off, or an end tag is missing"},
+    {"no element found", "the file is empty"},
+    {"unclosed", "the file ends in the middle of a tag, comment, section or reference"},
+    {"invalid token", "text and attributes write &lt; for < and &amp; for &; values need quotes"},
+    {"syntax error", "an XML file begins with < and the name of its root element"},
+    {"junk after", "a document has one root element, and nothing but comments behind it"},
+    {"not at start", "nothing comes before <?xml, not even a blank line"},
     {"duplicate attribute", "an element has each attribute once"},
-    {"undefined entity", "only &lt; &gt; &amp; &apos; &quot; and &#...; are read"},
-    {"entity", "only &lt; &gt; &amp; &apos; &quot; and &#...; are read"},
+    {"reference to the entity", "write the character itself, or &#...; with its number"},
     {"encoding", "UTF-8, UTF-16, ISO-8859-1, windows-1252 and ASCII are read"},
-    {"nest", "the nesting is deeper than the loader accepts"},
+    {"nested deeper", "uxtree outline reads any depth"},
 }};
 
 std::string advice_for(std::string_view message) {
