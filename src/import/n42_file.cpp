@@ -1,0 +1,333 @@
+#include "import/n42_file.h"
+
+#include <cmath>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+#include "frame/guards.h"
+#include "frame/walk.h"
+
+namespace ux {
+namespace {
+
+constexpr int kReadPermission = 4;
+constexpr int kLiveTimeDefault = 3;
+constexpr int kColumnOfX = 3;  // the column designation of energies
+constexpr const char* kFromBoundaries = "EnergyBoundaryValues";
+
+std::uint64_t file_size(const CStringUTF8& path) {
+    const auto* text = reinterpret_cast<const char8_t*>(static_cast<const char*>(path));
+    std::error_code failed;
+    const std::uintmax_t size = std::filesystem::file_size(std::filesystem::path(text), failed);
+    return failed ? 0 : size;
+}
+
+bool equals_ignoring_case(std::string_view text, std::string_view upper) {
+    if (text.size() != upper.size()) return false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if ((c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c) != upper[i]) return false;
+    }
+    return true;
+}
+
+// An address whose last segment names one of the two forms.
+bool is_n42_namespace(std::string_view address) {
+    const std::string_view last = address.substr(address.rfind('/') + 1);
+    return equals_ignoring_case(last, "N42") || equals_ignoring_case(last, "ANSIN4242");
+}
+
+CStringUTF8 indexed(const char* name, int index) {
+    CStringUTF8 out;
+    out.Format("%s_%d", name, index);
+    return out;
+}
+
+// The energy of channel number x by Horner's rule. A value that has left the range of doubles
+// stays there, so lists of coefficients without end cost no more than real ones.
+double energy_of(const std::vector<double>& coefficients, double x) {
+    double energy = 0;
+    for (auto at = coefficients.rbegin(); at != coefficients.rend(); ++at) {
+        energy = energy * x + *at;
+        if (!std::isfinite(energy)) return energy;
+    }
+    return energy;
+}
+
+}  // namespace
+
+int& n42_live_time_option() {
+    static int option = kLiveTimeDefault;
+    return option;
+}
+
+CVCn42FileBase::Selection::Selection(const CWBOStringArray* detectors) {
+    if (detectors == nullptr) return;
+    for (int i = 0; i < detectors->GetSize(); ++i) {
+        names_.insert(static_cast<const char*>(detectors->GetAt(i)));
+    }
+}
+bool CVCn42FileBase::Selection::Has(const CStringUTF8& name) const {
+    return names_.count(static_cast<const char*>(name)) != 0;
+}
+
+CVCn42FileBase::CVCn42FileBase(const char* path, DWORD flags)
+    : path_(path), flags_(flags), allowance_(file_size(path_)) {}
+
+// ---- opening ----------------------------------------------------------------------------------
+
+int CVCn42FileBase::Open() {
+    if (UXAccess(path_, kReadPermission) != 0) return kN42CannotRead;
+    if (!document_.load(path_, 0, false)) return kN42CannotLoad;
+    return OpenDocument();
+}
+
+int CVCn42FileBase::OpenLoaded(const CVCn42FileBase& other) {
+    document_ = other.document_;
+    return OpenDocument();
+}
+
+int CVCn42FileBase::OpenDocument() {
+    CollectPrefixes();
+    CStringUTF8 tag;
+    document_.GetTagName(tag);
+    Q_n42_ID root{};
+    const bool known = GetID(tag, root);
+    return CheckRoot(known, root);
+}
+
+void CVCn42FileBase::CollectPrefixes() {
+    static constexpr std::string_view kBinding = "xmlns:";
+    prefixes_ = {"n42"};
+    CWBOStringArray names;
+    CWBOStringArray values;
+    document_.GetPropertyNamesAndValues(names, &values, nullptr);
+    for (int i = 0; i < names.GetSize(); ++i) {
+        const std::string_view name = static_cast<const char*>(names[i]);
+        if (name.substr(0, kBinding.size()) != kBinding) continue;
+        if (is_n42_namespace(static_cast<const char*>(values[i]))) {
+            prefixes_.emplace(name.substr(kBinding.size()));
+        }
+    }
+}
+
+bool CVCn42FileBase::NormalizeTag(CStringUTF8& tag) {
+    const int colon = tag.Find(':');
+    if (colon < 0 || prefixes_.count(static_cast<const char*>(tag.Left(colon))) == 0) return false;
+    tag = tag.Mid(colon + 1);
+    return true;
+}
+
+// ---- reading ----------------------------------------------------------------------------------
+
+int CVCn42FileBase::IdOf(const UXXmlWrapperBase& element) {
+    Q_n42_ID id{};
+    element.GetTagName(tag_);
+    return GetID(tag_, id) ? id : 0;
+}
+
+const char* CVCn42FileBase::Text(const UXXmlWrapperBase& element) {
+    element.GetNodeStringWithBlobInfo(text_, 0);
+    return text_;
+}
+
+CStringUTF8 CVCn42FileBase::Attribute(const UXXmlWrapperBase& element, Q_n42_ID name) {
+    CStringUTF8 value;
+    element.GetPropertyValue(GetName(name), value, 0);
+    return value;
+}
+
+UXXmlWrapperBase CVCn42FileBase::Child(const UXXmlWrapperBase& element, Q_n42_ID name) {
+    for (UXXmlWrapperBase& child : children(element)) {
+        if (IdOf(child) == name) return child;
+    }
+    return {};
+}
+
+CStringUTF8 CVCn42FileBase::ChildText(const UXXmlWrapperBase& element, Q_n42_ID name) {
+    const UXXmlWrapperBase child = Child(element, name);
+    return usable(child) ? CStringUTF8(Text(child)) : CStringUTF8();
+}
+
+std::vector<double> CVCn42FileBase::NumbersOf(const UXXmlWrapperBase& element) {
+    read_numbers(usable(element) ? Text(element) : "", numbers_);
+    return {numbers_.data(), numbers_.data() + numbers_.size()};
+}
+
+// Coefficients that are only white space count as none. Leading zeros of the polynomial change
+// nothing and are left out.
+void CVCn42FileBase::SetCoefficients(EnergyCalibration& calibration, const CStringUTF8& text) {
+    read_numbers(text, numbers_);
+    if (numbers_.size() == 0) return;
+    calibration.coefficientText = text;
+    calibration.coefficients.assign(numbers_.data(), numbers_.data() + numbers_.size());
+    while (calibration.coefficients.size() > 1 && calibration.coefficients.back() == 0) {
+        calibration.coefficients.pop_back();
+    }
+}
+
+void CVCn42FileBase::ReadChannels(const UXXmlWrapperBase& element, Spectrum& spectrum) {
+    // Real files write the code under either name in both forms.
+    const char* counted = GetName(kN42CountedZeroes);
+    ChannelList list;
+    list.compressed = Attribute(element, kN42CompressionCode) == counted ||
+                      Attribute(element, kN42Compression) == counted;
+    const char* text = Text(element);
+    if (!(list.compressed ? has_counted_zeroes(text) : has_numbers(text))) return;
+    list.element = element;
+    spectrum.channels.push_back(std::move(list));
+}
+
+CVCn42FileBase::EnergyCalibration* CVCn42FileBase::FindCalibration(const CStringUTF8& id) {
+    for (; calibrationsIndexed_ < calibrations_.size(); ++calibrationsIndexed_) {
+        const CStringUTF8& own = calibrations_[calibrationsIndexed_].id;
+        if (own.IsEmpty()) continue;  // an empty reference matches nothing
+        calibrationsById_.emplace(static_cast<const char*>(own), calibrationsIndexed_);
+    }
+    const auto known = calibrationsById_.find(static_cast<const char*>(id));
+    return known == calibrationsById_.end() ? nullptr : &calibrations_[known->second];
+}
+
+// ---- building ---------------------------------------------------------------------------------
+
+bool CVCn42FileBase::AddMeasurements(UXXmlWrapperBase& parent, UXXmlWrapperBase& measurements) {
+    return parent.AddNode(&measurements, GetName(kN42OutputMeasurements), -1) != 0;
+}
+
+int CVCn42FileBase::WriteMeasurement(
+    UXXmlWrapperBase& measurements, int number, SpectrumRange spectra,
+    const std::function<void(std::size_t index, Values& values)>& valuesOf) {
+    UXXmlWrapperBase measurement;
+    if (!measurements.AddNode(&measurement, GetName(kN42RadMeasurement), -1)) return kN42CannotAdd;
+    measurement.SetLabel(indexed(GetName(kN42RadMeasurement), number));
+    Values values;
+    for (std::size_t i = spectra.first; i < spectra.last; ++i) {
+        values.clear();
+        valuesOf(i, values);
+        const int place = static_cast<int>(i - spectra.first);
+        const int result =
+            WriteSpectrum(measurement, spectra_[i], place, spectra.size() == 1, values);
+        if (result != kN42Ok) return result;
+    }
+    return kN42Ok;
+}
+
+void CVCn42FileBase::PassOver(SpectrumRange spectra) {
+    for (std::size_t i = spectra.first; i < spectra.last; ++i) {
+        for (const ChannelList& list : spectra_[i].channels) {
+            if (list.compressed) Expand(list);
+        }
+    }
+}
+
+int CVCn42FileBase::AddValue(UXXmlWrapperBase& parent, const Value& value) {
+    UXXmlWrapperBase node;
+    if (!parent.AddTextNode(&node, value.name, *value.text, -1, 0, nullptr)) return kN42CannotAdd;
+    node.SetLabel(value.name);
+    return kN42Ok;
+}
+
+void CVCn42FileBase::Expand(const ChannelList& list) {
+    const char* text = Text(list.element);
+    if (list.compressed) {
+        read_counted_zeroes(text, allowance_, numbers_);
+    } else {
+        read_numbers(text, numbers_);
+    }
+}
+
+int CVCn42FileBase::WriteSpectrum(UXXmlWrapperBase& measurement, const Spectrum& spectrum,
+                                  int place, bool alone, const Values& values) {
+    UXXmlWrapperBase group;
+    if (!measurement.AddNode(&group, GetName(kN42Spectrum), -1)) return kN42CannotAdd;
+    UXXmlWrapperBase element = spectrum.element;
+    if (!group.CopyAllAttributes(element, 1)) return kN42CannotSetAttribute;
+    group.SetLabel(indexed(GetName(kN42Spectrum), place));
+    for (const Value& value : values) {
+        if (const int result = AddValue(group, value); result != kN42Ok) return result;
+    }
+    return WriteColumns(group, spectrum, alone ? -1 : place);
+}
+
+int CVCn42FileBase::WriteColumns(UXXmlWrapperBase& group, const Spectrum& spectrum,
+                                 int energyIndex) {
+    int written = 0;
+    for (const ChannelList& list : spectrum.channels) {
+        Expand(list);
+        if (written == 0) {
+            const int result = WriteEnergies(group, spectrum, energyIndex);
+            if (result != kN42Ok) return result;
+        }
+        const CStringUTF8 name = indexed(GetName(kN42ChannelData), written);
+        UXXmlWrapperBase column;
+        if (!group.AddNode(&column, name, -1)) return kN42CannotAdd;
+        column.SetLabel(name);
+        column.NodeValue(numbers_.array(), 0);
+        column.SaveXDEArraySize(numbers_.size());
+        ++written;
+    }
+    group.SaveXDEArraySize(written);
+    return kN42Ok;
+}
+
+// The energies of the channels in numbers_, as a column of the spectrum.
+int CVCn42FileBase::WriteEnergies(UXXmlWrapperBase& group, const Spectrum& spectrum, int index) {
+    EnergyCalibration* calibration = CalibrationOf(spectrum);
+    if (calibration == nullptr) return kN42Ok;
+    if (calibration->coefficients.empty() && calibration->boundaries.empty()) return kN42Ok;
+    const char* base = GetName(kN42OutputEnergy);
+    const CStringUTF8 name = index < 0 ? CStringUTF8(base) : indexed(base, index);
+    const int channels = numbers_.size();
+    const bool fits = calibration->columnChannels == channels || calibration->coefficients.empty();
+    if (fits && usable(calibration->column)) {
+        return CopyEnergies(group, *calibration, name, channels);
+    }
+    return AddEnergies(group, *calibration, name, channels);
+}
+
+// Most spectra of a file share their calibration, and a copy shares the storage of its values.
+int CVCn42FileBase::CopyEnergies(UXXmlWrapperBase& group, EnergyCalibration& calibration,
+                                 const CStringUTF8& name, int channels) {
+    UXXmlWrapperBase column;
+    if (!group.AddNodeCopy(&calibration.column, 1, &column)) return kN42CannotAdd;
+    column.SetTagName(name);
+    column.SaveXDEArraySize(channels);
+    return kN42Ok;
+}
+
+int CVCn42FileBase::AddEnergies(UXXmlWrapperBase& group, EnergyCalibration& calibration,
+                                const CStringUTF8& name, int channels) {
+    UXXmlWrapperBase column;
+    if (!group.AddNode(&column, name, -1)) return kN42CannotAdd;
+    const bool fromBoundaries = calibration.coefficients.empty();
+    energies_.clear();
+    if (fromBoundaries) {
+        // Boundaries are written as given: files hold one more of them than there are channels.
+        for (const double boundary : calibration.boundaries) energies_.push(boundary);
+    } else {
+        // Intended: channel numbers count from 1.
+        for (int i = 1; i <= channels; ++i) {
+            energies_.push(energy_of(calibration.coefficients, i));
+        }
+    }
+    column.NodeValue(energies_.array(), 0);
+    column.SaveXDEArraySize(channels);
+    column.SetLabel(GetName(kN42OutputEnergy));
+    const CStringUTF8 comment =
+        fromBoundaries ? CStringUTF8(kFromBoundaries) : calibration.coefficientText;
+    bool set = true;
+    if (!calibration.id.IsEmpty()) {
+        set = column.SetPropertyValue(GetName(kN42Id), calibration.id) != 0;
+    }
+    set = column.SetPropertyValue("ColDesignation", kColumnOfX) != 0 && set;
+    set = column.SetPropertyValue("Comment", comment) != 0 && set;
+    if (!calibration.unit.IsEmpty()) {
+        set = column.SetPropertyValue("Unit", calibration.unit) != 0 && set;
+    }
+    calibration.column = column;
+    calibration.columnChannels = channels;
+    return set ? kN42Ok : kN42CannotSetAttribute;
+}
+
+}  // namespace ux

@@ -1,0 +1,168 @@
+// What the readers of both N42 forms share.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "uxtree/host/host.h"
+
+#include "import/n42_names.h"
+#include "import/n42_numbers.h"
+
+namespace ux {
+
+inline constexpr int kN42Ok = 0;
+inline constexpr int kN42IsOtherForm = 10;  // the 2011 reader was given a 2006 file
+inline constexpr int kN42NoDetectorArray = -1;
+inline constexpr int kN42NoForm = -9093;
+inline constexpr int kN42CannotSetAttribute = -9095;
+inline constexpr int kN42CannotAdd = -9096;
+inline constexpr int kN42UnknownRoot = -9097;
+inline constexpr int kN42CannotLoad = -9098;
+inline constexpr int kN42CannotRead = -9099;
+
+inline constexpr DWORD kN42Preview = 0x10000;
+
+// The process's setting for live times of gross counts; see VCTree_n42_parse_LiveTimeDuration.
+int& n42_live_time_option();
+
+// A reader of one N42 file. Open it, Read it, Build the tree from what was read. The loaded
+// document lives as long as the reader, and records refer to its elements: the channels of a
+// spectrum are first turned into numbers when they are written into the tree, so that no second
+// copy of them exists at any time.
+class CVCn42FileBase : public CQXMLFileAccess<Q_n42_ID, 0> {
+public:
+    CVCn42FileBase(const char* path, DWORD flags);
+
+    // Takes off the prefix "n42", and any that the root element binds to an N42 namespace. Other
+    // prefixes stay, so that an instrument's own extensions never pass for standard elements.
+    bool NormalizeTag(CStringUTF8& tag) override;
+
+    // Loads the file and looks at its root. 0, or -9099 when the file cannot be read, -9098 when
+    // it is no XML, 10 when the 2011 reader meets the 2006 form, -9097 for any other root.
+    int Open();
+    // The same with the document of a reader of the other form.
+    int OpenLoaded(const CVCn42FileBase& other);
+    void SetInfoTree(UXXmlWrapperBase* infoTree) { infoTree_ = infoTree; }
+
+    // Fills the records. In preview detectors receives the names of the file's detectors; else
+    // it is the selection, which may be null.
+    virtual int Read(CWBOStringArray* detectors) = 0;
+    // Writes the output tree under parent.
+    virtual int Build(UXXmlWrapperBase& parent) = 0;
+    // Was anything read that can be imported?
+    virtual bool HasData() const { return !spectra_.empty(); }
+
+protected:
+    struct EnergyCalibration {
+        CStringUTF8 id;
+        CStringUTF8 coefficientText;
+        std::vector<double> coefficients;
+        std::vector<double> boundaries;
+        CStringUTF8 unit;
+        UXXmlWrapperBase column;  // the last energy column that was written from it
+        int columnChannels = 0;
+    };
+    struct ChannelList {
+        UXXmlWrapperBase element;
+        bool compressed = false;
+    };
+    // A spectrum with at least one channel value.
+    struct Spectrum {
+        UXXmlWrapperBase element;
+        CStringUTF8 liveTime;
+        std::vector<ChannelList> channels;
+        int calibration = -1;  // its own in the file; -1: found by reference
+    };
+    // A value node of the output, named and labelled alike.
+    struct Value {
+        const char* name;
+        const CStringUTF8* text;
+    };
+    using Values = std::vector<Value>;
+    // Spectra first to last of the records, without the last one.
+    struct SpectrumRange {
+        std::size_t first = 0;
+        std::size_t last = 0;
+        bool empty() const { return first == last; }
+        std::size_t size() const { return last - first; }
+    };
+    // The detectors that an import is limited to; empty: no limit.
+    class Selection {
+    public:
+        explicit Selection(const CWBOStringArray* detectors);
+        bool Given() const { return !names_.empty(); }
+        bool Has(const CStringUTF8& name) const;
+
+    private:
+        std::unordered_set<std::string> names_;
+    };
+
+    virtual int CheckRoot(bool known, Q_n42_ID root) const = 0;
+
+    bool Preview() const { return (flags_ & kN42Preview) != 0; }
+    const UXXmlWrapperBase& Root() const { return document_; }
+    UXXmlWrapperBase* InfoTree() const { return infoTree_; }
+
+    // The identifier of an element's tag; 0 when it is none of the format's names.
+    int IdOf(const UXXmlWrapperBase& element);
+    const char* Text(const UXXmlWrapperBase& element);  // until the next call
+    CStringUTF8 Attribute(const UXXmlWrapperBase& element, Q_n42_ID name);
+    // The first child with the name; invalid when there is none.
+    UXXmlWrapperBase Child(const UXXmlWrapperBase& element, Q_n42_ID name);
+    CStringUTF8 ChildText(const UXXmlWrapperBase& element, Q_n42_ID name);
+
+    void SetCoefficients(EnergyCalibration& calibration, const CStringUTF8& text);
+    std::vector<double> NumbersOf(const UXXmlWrapperBase& element);
+    // Notes an element of channel data, when it has a value.
+    void ReadChannels(const UXXmlWrapperBase& element, Spectrum& spectrum);
+    EnergyCalibration* FindCalibration(const CStringUTF8& id);
+
+    // Adds "RadMeasurements" under parent; false when that fails.
+    bool AddMeasurements(UXXmlWrapperBase& parent, UXXmlWrapperBase& measurements);
+    // Writes a measurement with its spectra, the number counting from 1.
+    int WriteMeasurement(UXXmlWrapperBase& measurements, int number, SpectrumRange spectra,
+                         const std::function<void(std::size_t index, Values& values)>& valuesOf);
+    // Spectra that are not written count against the allowance all the same.
+    void PassOver(SpectrumRange spectra);
+    int AddValue(UXXmlWrapperBase& parent, const Value& value);
+    // The calibration of a spectrum, null when it is unknown.
+    virtual EnergyCalibration* CalibrationOf(const Spectrum& spectrum) = 0;
+
+    std::vector<EnergyCalibration> calibrations_;
+    std::vector<Spectrum> spectra_;
+
+private:
+    int OpenDocument();
+    void CollectPrefixes();
+    void Expand(const ChannelList& list);
+    int WriteSpectrum(UXXmlWrapperBase& measurement, const Spectrum& spectrum, int place,
+                      bool alone, const Values& values);
+    int WriteColumns(UXXmlWrapperBase& group, const Spectrum& spectrum, int energyIndex);
+    int WriteEnergies(UXXmlWrapperBase& group, const Spectrum& spectrum, int index);
+    int CopyEnergies(UXXmlWrapperBase& group, EnergyCalibration& calibration,
+                     const CStringUTF8& name, int channels);
+    int AddEnergies(UXXmlWrapperBase& group, EnergyCalibration& calibration,
+                    const CStringUTF8& name, int channels);
+
+    CStringUTF8 path_;
+    DWORD flags_;
+    UXXmlWrapperBase document_;
+    UXXmlWrapperBase* infoTree_ = nullptr;
+    RunAllowance allowance_;
+    std::unordered_set<std::string> prefixes_;
+    std::unordered_map<std::string, std::size_t> calibrationsById_;
+    std::size_t calibrationsIndexed_ = 0;
+    CStringUTF8 tag_;   // reused by IdOf
+    CStringUTF8 text_;  // reused by Text
+    NumberList numbers_;
+    NumberList energies_;
+};
+
+}  // namespace ux

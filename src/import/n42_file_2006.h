@@ -1,0 +1,70 @@
+// The reader of the 2006 form.
+#pragma once
+
+#include <optional>
+
+#include "import/n42_file.h"
+
+namespace ux {
+
+class CVCn42File2006 : public CVCn42FileBase {
+public:
+    using CVCn42FileBase::CVCn42FileBase;
+    int Read(CWBOStringArray* detectors) override;
+    int Build(UXXmlWrapperBase& parent) override;
+
+private:
+    using Word = std::optional<CStringUTF8>;
+
+    // What one level of a measurement says of the spectra below it: the measurement, its detector
+    // data, a detector's measurement, a spectrum measurement. A level knows only its own words;
+    // whoever asks goes outwards until one has any.
+    struct DataAtLevel {
+        int outer = -1;  // index of the level around it
+        Word startTime;
+        Word sampleRealTime;
+        Word detector;
+        Word detectorType;
+        Word coordinates;
+    };
+    // What a spectrum itself says, and where it stands. Entry i belongs to spectrum i.
+    struct ONEDATA {
+        int level = -1;
+        Word startTime;
+        Word sampleRealTime;
+        Word realTime;
+        Word liveTime;
+        Word sourceType;
+        Word detectorType;
+    };
+    // The words of one spectrum as they are written.
+    struct Words {
+        CStringUTF8 startTime;
+        CStringUTF8 sampleRealTime;
+        CStringUTF8 sourceType;
+        CStringUTF8 detectorType;
+        CStringUTF8 coordinates;
+    };
+
+    int CheckRoot(bool known, Q_n42_ID root) const override;
+    EnergyCalibration* CalibrationOf(const Spectrum& spectrum) override;
+    void ReadLevel(const UXXmlWrapperBase& element, Q_n42_ID id, int outer);
+    int AddLevel(const UXXmlWrapperBase& element, int outer);
+    CStringUTF8 ReadCoordinates(const UXXmlWrapperBase& itemInformation);
+    void ReadSpectrum(const UXXmlWrapperBase& element, int level);
+    void ReadChildOfSpectrum(const UXXmlWrapperBase& child, Spectrum& spectrum, ONEDATA& data);
+    void PreviewSpectrum(const UXXmlWrapperBase& element, int level);
+    bool ReadCalibration(const UXXmlWrapperBase& element, EnergyCalibration& calibration);
+    int OwnCalibration(const UXXmlWrapperBase& element);
+    CStringUTF8 Nearest(const Word& own, int level, Word DataAtLevel::*word) const;
+    Words WordsOf(const ONEDATA& data) const;
+
+    std::vector<DataAtLevel> levels_;
+    std::vector<ONEDATA> data_;
+    std::vector<SpectrumRange> measurements_;  // those with a spectrum
+    std::unordered_map<std::string, int> ownCalibrations_;
+    CWBOStringArray* previewed_ = nullptr;  // receives the detectors in preview
+    std::unordered_set<std::string> previewedNames_;
+};
+
+}  // namespace ux

@@ -1,0 +1,47 @@
+// The reader of the 2011 form.
+#pragma once
+
+#include "import/n42_file.h"
+
+namespace ux {
+
+class CVCn42File : public CVCn42FileBase {
+public:
+    using CVCn42FileBase::CVCn42FileBase;
+    int Read(CWBOStringArray* detectors) override;
+    int Build(UXXmlWrapperBase& parent) override;
+    bool HasData() const override { return CVCn42FileBase::HasData() || !grossCounts_.empty(); }
+
+private:
+    struct GrossCounts {
+        CStringUTF8 id;
+        double count = 0;
+        CStringUTF8 liveTime;
+    };
+    struct RadMeasurement {
+        CStringUTF8 classCode;
+        CStringUTF8 startDateTime;
+        CStringUTF8 realTime;
+        SpectrumRange spectra;
+        std::size_t firstGross = 0;
+        std::size_t lastGross = 0;
+    };
+
+    int CheckRoot(bool known, Q_n42_ID root) const override;
+    EnergyCalibration* CalibrationOf(const Spectrum& spectrum) override;
+    int ReadSelected(const Selection& selection);
+    void ReadDetector(UXXmlWrapperBase& element, const Selection& selection);
+    bool ReadCalibration(const UXXmlWrapperBase& element);
+    void ReadMeasurement(const UXXmlWrapperBase& element, const Selection& selection);
+    void ReadSpectrum(const UXXmlWrapperBase& element);
+    void ReadGrossCounts(const UXXmlWrapperBase& element, const Selection& selection);
+    int BuildSpectra(UXXmlWrapperBase& measurements);
+    int BuildGrossCounts(UXXmlWrapperBase& measurements);
+    int WriteGrossCounts(UXXmlWrapperBase& group, const RadMeasurement& measurement,
+                         const GrossCounts& counts, int place);
+
+    std::vector<RadMeasurement> measurements_;
+    std::vector<GrossCounts> grossCounts_;
+};
+
+}  // namespace ux

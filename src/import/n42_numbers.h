@@ -1,0 +1,63 @@
+// Lists of numbers in the texts of spectrum files.
+#pragma once
+
+#include <cstdint>
+
+#include "uxtree/host/array.h"
+
+namespace ux {
+
+// A list of doubles that is filled again and again without giving its storage back.
+class NumberList {
+public:
+    int size() const { return size_; }
+    const double* data() const { return array_.GetData(); }
+    void clear() { size_ = 0; }
+    void push(double value) {
+        if (size_ == capacity_) grow(size_ + 1);
+        data_[size_++] = value;
+    }
+    void push_zeros(int count);
+    // The values as the host's array, until the next change of the list.
+    CArray<double, double>& array();
+
+private:
+    void grow(int size);
+
+    CArray<double, double> array_;
+    double* data_ = nullptr;
+    int size_ = 0;
+    int capacity_ = 0;
+};
+
+// How many zeros the runs of one file may still add, so that a file of a few bytes cannot ask for
+// gigabytes. Recordings of any real size fit.
+class RunAllowance {
+public:
+    static constexpr int kLongestList = 1 << 20;
+
+    explicit RunAllowance(std::uint64_t fileBytes) : left_((1U << 24) + 16 * fileBytes) {}
+    // The part of a run of count zeros that a list of listSize values may take.
+    int take(int listSize, int count);
+
+private:
+    std::uint64_t left_;
+};
+
+// Numbers are separated by runs of TAB, LF, CR and space. A token that is no finite decimal number
+// counts as 0. The texts end in NUL; the lists are emptied first.
+void read_numbers(const char* text, NumberList& out);
+
+// The same for a compressed list: a 0 is followed by a count and stands for that many zeros. A
+// count is rounded to the nearest integer; below 1 it stands for none, and a 0 at the end, which
+// has no count, is dropped. A run that the allowance cuts ends the list.
+void read_counted_zeroes(const char* text, RunAllowance& allowance, NumberList& out);
+
+// Does the text hold at least one number, or a compressed list at least one value?
+bool has_numbers(const char* text);
+bool has_counted_zeroes(const char* text);
+
+// The decimal number at the start of text, behind white space; 0 when there is none.
+double leading_number(const char* text);
+
+}  // namespace ux
