@@ -1,0 +1,169 @@
+// Sorting children, and the order that the exchange sort gives.
+#include <climits>
+#include <cstdint>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "uxtree/tree/structure.h"
+
+#include "support/test_tree.h"
+#include "tree/exchange_order_detail.h"
+
+using namespace uxtest;
+
+namespace {
+
+std::string xml(const char* text) {
+    return TestTree(text).text();
+}
+
+std::string sorted(const char* tree, int ascending) {
+    TestTree parsed(tree);
+    UXXmlWrapperBase root = parsed.root();
+    EXPECT_TRUE(uxtree_sort_children_by_int_attribute(&root, "k", ascending));
+    return parsed.text();
+}
+
+// The exchange sort itself, on whole nodes.
+void exchange_sort(UXXmlWrapperBase& parent, const char* name, bool ascending) {
+    const auto content_of = [](UXXmlWrapperBase& node) {
+        UXXmlWrapperBase copy;
+        node.Clone(&copy, 1);
+        return copy;
+    };
+    for (int i = 0; i < parent.GetNodeCount(); ++i) {
+        for (int j = i + 1; j < parent.GetNodeCount(); ++j) {
+            UXXmlWrapperBase a;
+            UXXmlWrapperBase b;
+            int keyA = 0;
+            int keyB = 0;
+            parent.GetChild(&a, i);
+            parent.GetChild(&b, j);
+            if (!a.GetPropertyValue(name, keyA, 0) || !b.GetPropertyValue(name, keyB, 0)) continue;
+            if (ascending ? keyA <= keyB : keyA >= keyB) continue;
+            UXXmlWrapperBase saved = content_of(a);
+            a.ReplaceByNodeCopy(&b, 1, 0);
+            b.ReplaceByNodeCopy(&saved, 1, 0);
+        }
+    }
+}
+
+TEST(uxtree_sort_children_by_int_attribute, DescendingPutsTheLargestFirst) {
+    EXPECT_EQ(sorted("<r><a k='1'/><b k='3'/><c k='2'/></r>", 0),
+              xml("<r><b k='3'/><c k='2'/><a k='1'/></r>"));
+}
+
+TEST(uxtree_sort_children_by_int_attribute, AscendingPutsTheSmallestFirst) {
+    EXPECT_EQ(sorted("<r><a k='2147483647'/><b k='-2147483648'/><c k='0'/><d k='-1'/></r>", 1),
+              xml("<r><b k='-2147483648'/><d k='-1'/><c k='0'/><a k='2147483647'/></r>"));
+}
+
+TEST(uxtree_sort_children_by_int_attribute, IsNotStable) {
+    EXPECT_EQ(sorted("<r><a k='2'/><b k='2'/><c k='1'/></r>", 1),
+              xml("<r><c k='1'/><b k='2'/><a k='2'/></r>"));
+}
+
+TEST(uxtree_sort_children_by_int_attribute, ChildrenWithoutTheIntegerKeepTheirPlaces) {
+    EXPECT_EQ(sorted("<r><a k='3'/><x/><b k='2'/><y k='text'/><c k='1'/></r>", 1),
+              xml("<r><c k='1'/><x/><b k='2'/><y k='text'/><a k='3'/></r>"));
+}
+
+TEST(uxtree_sort_children_by_int_attribute, WholeContentsGoAlong) {
+    EXPECT_EQ(sorted("<r><a k='2' _ux_id='5'>t<x><y/></x></a><b k='1'/></r>", 1),
+              xml("<r><b k='1'/><a k='2' _ux_id='5'>t<x><y/></x></a></r>"));
+}
+
+TEST(uxtree_sort_children_by_int_attribute, HandlesKeepTheirPlacesAndSeeWhatStandsThere) {
+    TestTree tree("<r><a k='2'><x/></a><b k='1'/><c k='3'><z/></c></r>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase first = tree.at("a");
+    UXXmlWrapperBase moved = tree.at("a/x");
+    UXXmlWrapperBase stayed = tree.at("c/z");
+
+    EXPECT_TRUE(uxtree_sort_children_by_int_attribute(&root, "k", 1));
+
+    EXPECT_EQ(to_text(first), xml("<b k='1'/>"));
+    EXPECT_TRUE(first == tree.at("b"));
+    EXPECT_FALSE(moved.IsNodeValid());
+    EXPECT_TRUE(stayed == tree.at("c/z"));
+}
+
+TEST(uxtree_sort_children_by_int_attribute, TwoChildrenWithoutTheAttributeAreEnough) {
+    EXPECT_EQ(sorted("<r><a/><b/></r>", 1), xml("<r><a/><b/></r>"));
+}
+
+TEST(uxtree_sort_children_by_int_attribute, FailsWithBadArguments) {
+    TestTree tree("<r><a k='2'><x k='1'/></a><b k='1'/></r>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase single = tree.at("a");
+    UXXmlWrapperBase invalid;
+
+    EXPECT_FALSE(uxtree_sort_children_by_int_attribute(nullptr, "k", 1));
+    EXPECT_FALSE(uxtree_sort_children_by_int_attribute(&invalid, "k", 1));
+    EXPECT_FALSE(uxtree_sort_children_by_int_attribute(&single, "k", 1));
+    EXPECT_FALSE(uxtree_sort_children_by_int_attribute(&root, nullptr, 1));
+    EXPECT_FALSE(uxtree_sort_children_by_int_attribute(&root, "", 1));
+
+    EXPECT_EQ(tree.text(), xml("<r><a k='2'><x k='1'/></a><b k='1'/></r>"));
+}
+
+TEST(uxtree_sort_children_by_int_attribute, EqualsTheExchangeSortOnRandomTrees) {
+    std::mt19937 random(20);
+    for (int round = 0; round < 150; ++round) {
+        std::string text = "<r>";
+        const auto count = 2 + random() % 14;
+        for (unsigned long i = 0; i < count; ++i) {
+            const std::string tag = "n" + std::to_string(i);
+            const std::string key =
+                random() % 5 == 0 ? "" : " k='" + std::to_string(random() % 6) + "'";
+            text += "<" + tag + key + "><c/>" + std::to_string(i) + "</" + tag + ">";
+        }
+        text += "</r>";
+        TestTree model(text.c_str());
+        TestTree tree(text.c_str());
+        UXXmlWrapperBase modelRoot = model.root();
+        UXXmlWrapperBase root = tree.root();
+        const bool ascending = random() % 2 == 0;
+
+        exchange_sort(modelRoot, "k", ascending);
+        EXPECT_TRUE(uxtree_sort_children_by_int_attribute(&root, "k", ascending ? 1 : 0));
+
+        ASSERT_EQ(tree.text(), model.text()) << text;
+    }
+}
+
+std::vector<std::uint32_t> exchanged(const std::vector<std::uint32_t>& keys) {
+    std::vector<std::uint32_t> items(keys.size());
+    for (std::uint32_t i = 0; i < items.size(); ++i) items[i] = i;
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        for (std::size_t j = i + 1; j < items.size(); ++j) {
+            if (keys[items[i]] > keys[items[j]]) std::swap(items[i], items[j]);
+        }
+    }
+    return items;
+}
+
+TEST(exchange_sort_order, EqualsTheExchangesForEveryShortSequence) {
+    for (std::uint32_t number = 0; number < 5 * 5 * 5 * 5 * 5 * 5; ++number) {
+        std::vector<std::uint32_t> keys;
+        for (std::uint32_t rest = number; keys.size() < 6; rest /= 5) keys.push_back(rest % 5);
+        ASSERT_EQ(ux::exchange_sort_order(keys), exchanged(keys)) << number;
+    }
+}
+
+TEST(exchange_sort_order, EqualsTheExchangesForRandomSequences) {
+    std::mt19937 random(7);
+    for (int round = 0; round < 1500; ++round) {
+        std::vector<std::uint32_t> keys(random() % 90);
+        const auto different = static_cast<std::uint32_t>(1 + random() % 30);
+        for (std::uint32_t& key : keys) key = static_cast<std::uint32_t>(random() % different);
+        ASSERT_EQ(ux::exchange_sort_order(keys), exchanged(keys));
+    }
+}
+
+}  // namespace
