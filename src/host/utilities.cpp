@@ -1,6 +1,7 @@
 #include "uxtree/host/utilities.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <charconv>
 #include <cmath>
@@ -136,18 +137,69 @@ bool integer_part(const Decimal& number, std::uint64_t& value) {
     return true;
 }
 
-constexpr std::size_t kNumberBuffer = 48;
-
-std::size_t print_number(double value, int precision, char (&buffer)[kNumberBuffer]) {
-    const std::to_chars_result result =
-        std::to_chars(buffer, buffer + kNumberBuffer, value, std::chars_format::general, precision);
-    return static_cast<std::size_t>(result.ptr - buffer);
+bool reads_back(const char* begin, const char* end, double value) {
+    double back = 0;
+    std::from_chars(begin, end, back);
+    return std::bit_cast<std::uint64_t>(back) == std::bit_cast<std::uint64_t>(value);
 }
 
-bool reads_back(const char* text, std::size_t length, double value) {
-    double back = 0;
-    std::from_chars(text, text + length, back);
-    return std::bit_cast<std::uint64_t>(back) == std::bit_cast<std::uint64_t>(value);
+// The rule as it stands: 15 digits, else 16, else 17. Yields the end of the text.
+char* print_by_trial(double value, char* begin, char* end) {
+    char* written = begin;
+    for (int precision = 15; precision <= 17; ++precision) {
+        written = std::to_chars(begin, end, value, std::chars_format::general, precision).ptr;
+        if (reads_back(begin, written, value)) break;
+    }
+    return written;
+}
+
+// Does the shortest text that reads back have the digits of the rule? It has the fewest digits,
+// and of those the nearest to the value, so they are what rounding to that many digits gives. But
+// below a power of two the numbers lie closer, so that the nearest digits may not read back, and
+// a subnormal number has a shorter text than its 15 digits.
+bool shortest_follows_rule(double value) {
+    constexpr std::uint64_t kMantissa = (std::uint64_t{1} << 52U) - 1;
+    return std::isnormal(value) && (std::bit_cast<std::uint64_t>(value) & kMantissa) != 0;
+}
+
+// Writes digits, the first of which stands for 10 to the power of exponent, without an exponent.
+char* lay_out(std::string_view digits, int exponent, char* out) {
+    if (exponent < 0) {
+        out = std::copy_n("0.000", 1 - exponent, out);
+        return std::copy(digits.begin(), digits.end(), out);
+    }
+    const auto whole = static_cast<std::size_t>(exponent) + 1;
+    const std::size_t written = std::min(whole, digits.size());
+    out = std::copy_n(digits.begin(), written, out);
+    out = std::fill_n(out, whole - written, '0');
+    if (written == digits.size()) return out;
+    *out++ = '.';
+    return std::copy(digits.begin() + exponent + 1, digits.end(), out);
+}
+
+// The rule at the cost of one conversion: the shortest digits in the form that %g gives them.
+char* print_shortest(double positive, char* begin, char* end) {
+    char* const written = std::to_chars(begin, end, positive, std::chars_format::scientific).ptr;
+    char* const mark = std::find(begin, written, 'e');
+    int exponent = 0;
+    std::from_chars(mark[1] == '+' ? mark + 2 : mark + 1, written, exponent);
+
+    const std::ptrdiff_t count = std::max<std::ptrdiff_t>(mark - begin - 1, 1);  // less the point
+    if (exponent < -4 || exponent >= std::max<std::ptrdiff_t>(count, 15)) return written;
+    std::array<char, 20> digits = {*begin};
+    std::copy(std::min(begin + 2, mark), mark, digits.begin() + 1);
+    return lay_out({digits.data(), static_cast<std::size_t>(count)}, exponent, begin);
+}
+
+char* print_double(double value, char* begin, char* end) {
+    constexpr double kPlainDigits = 1e15;  // below it an integer has no exponent in 15 digits
+    const bool whole = std::abs(value) < kPlainDigits && value == std::trunc(value);
+    if (whole && !(value == 0 && std::signbit(value))) {
+        return std::to_chars(begin, end, static_cast<std::int64_t>(value)).ptr;
+    }
+    if (!shortest_follows_rule(value)) return print_by_trial(value, begin, end);
+    if (value < 0) *begin++ = '-';
+    return print_shortest(std::abs(value), begin, end);
 }
 }  // namespace
 
@@ -241,22 +293,9 @@ int UXLeadingInt(const char* text) {
 
 void UXFormatDouble(double value, CStringUTF8& out) {
     if (!std::isfinite(value)) value = UXMissingValue();
-    char buffer[kNumberBuffer];
-    constexpr double kPlainDigits = 1e15;  // below it an integer has no exponent in 15 digits
-    const bool plain = value > -kPlainDigits && value < kPlainDigits &&
-                       value == std::trunc(value) && !(value == 0 && std::signbit(value));
-    if (plain) {
-        const std::to_chars_result result =
-            std::to_chars(buffer, buffer + kNumberBuffer, static_cast<std::int64_t>(value));
-        out.Assign(buffer, static_cast<std::size_t>(result.ptr - buffer));
-        return;
-    }
-    std::size_t length = 0;
-    for (int precision = 15; precision <= 17; ++precision) {
-        length = print_number(value, precision, buffer);
-        if (reads_back(buffer, length, value)) break;
-    }
-    out.Assign(buffer, length);
+    std::array<char, 48> buffer;
+    const char* const end = print_double(value, buffer.data(), buffer.data() + buffer.size());
+    out.Assign(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
 }
 
 double UXMissingValue() {

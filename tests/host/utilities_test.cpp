@@ -488,6 +488,32 @@ TEST(UXFormatDouble, AgreesWithPrintfAroundPowersOfTen) {
     }
 }
 
+TEST(UXFormatDouble, AgreesWithPrintfWhereDigitsEndInTheMiddle) {
+    // Fractions that end exactly half way between two texts of 16 or 17 digits.
+    std::mt19937_64 random(22);
+    for (int i = 0; i < 40000; ++i) {
+        const std::uint64_t bits = random();
+        for (int fraction = 1; fraction <= 8; ++fraction) {
+            const std::uint64_t mantissa = (bits >> 11U) | 1U << (bits % 3);
+            const double value = std::ldexp(static_cast<double>(mantissa), -fraction);
+            ASSERT_EQ(formatted(value), printed(value)) << std::hexfloat << value;
+        }
+        const double few =
+            std::ldexp(static_cast<double>(bits >> 50U), static_cast<int>(bits % 200) - 100);
+        ASSERT_EQ(formatted(few), printed(few)) << std::hexfloat << few;
+    }
+}
+
+TEST(UXFormatDouble, LaysOutEveryExponent) {
+    for (const char* text : {"0.0001", "0.00012", "-0.00012345678901234", "0.1", "0.25", "-1.5",
+                             "10.5", "123456.789", "99999999999999.5", "-999999999999999.5",
+                             "1e-05", "1.5e-05", "-1.5e+15", "1.5e+300", "123456789012345.6",
+                             "1234567890123456.8", "12345678901234568", "1.2345678901234566e+17"}) {
+        EXPECT_EQ(formatted(std::strtod(text, nullptr)), printed(std::strtod(text, nullptr)));
+        EXPECT_EQ(formatted(std::strtod(text, nullptr)), text);
+    }
+}
+
 TEST(UXFormatDouble, EveryTextReadsBackEqual) {
     std::mt19937_64 random(21);
     for (int i = 0; i < 100000; ++i) {
