@@ -1,0 +1,322 @@
+#include <random>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "uxtree/host/node.h"
+#include "uxtree/host/services.h"
+
+#include "support/test_tree.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+using uxtest::FakeHostServices;
+using uxtest::TemporaryFolder;
+using uxtest::to_text;
+
+// The tree as text, or the reason with its place.
+std::string parsed(const std::string& xml) {
+    UXXmlWrapperBase tree;
+    if (tree.LoadFromMemory(xml.data(), xml.size())) {
+        EXPECT_STREQ(UXGetLastLoadError(), "");
+        return to_text(tree);
+    }
+    EXPECT_EQ(tree.IsNodeValid(), 0);
+    return "!" + std::string(UXGetLastLoadError());
+}
+// For tests of the encoding: the same through a file.
+std::string loaded(const std::string& bytes) {
+    const TemporaryFolder folder;
+    UXXmlWrapperBase tree;
+    return tree.load(folder.write("f.xml", bytes).c_str(), 0, false) ? to_text(tree) : "(refused)";
+}
+std::string utf16(const std::u16string& text, bool bigEndian) {
+    std::string bytes;
+    for (const char16_t unit : u"\uFEFF" + text) {
+        const char high = static_cast<char>(unit >> 8);
+        const char low = static_cast<char>(unit & 0xFF);
+        bytes += bigEndian ? high : low;
+        bytes += bigEndian ? low : high;
+    }
+    return bytes;
+}
+
+TEST(load, BindsTheHandleToTheRoot) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("f.xml", "<?xml version='1.0'?><r x='1'><a>t</a></r>");
+    UXXmlWrapperBase tree;
+
+    EXPECT_EQ(tree.load(path.c_str(), 0, false), 1);
+
+    EXPECT_EQ(to_text(tree), R"(<r x="1"><a>t</a></r>)");
+    EXPECT_EQ(tree.IsRootNode(0), 1);
+    EXPECT_STREQ(UXGetLastLoadError(), "");
+    EXPECT_STREQ(UXGetLastLoadFailure().message, "");
+}
+
+TEST(load, LeavesTheHandleAloneWhenItFails) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("broken.xml", "<r>\n  <a></b>\n</r>");
+    uxtest::TestTree before("<old/>");
+    UXXmlWrapperBase tree = before.root();
+
+    EXPECT_EQ(tree.load(path.c_str(), 0, false), 0);
+
+    EXPECT_EQ(to_text(tree), "<old></old>");
+    EXPECT_EQ(std::string(UXGetLastLoadError()), path + ":2:8: mismatched tag: expected </a>");
+    EXPECT_EQ(UXGetLastLoadFailure().line, 2);
+    EXPECT_EQ(UXGetLastLoadFailure().column, 8);
+}
+
+TEST(load, RefusesWhatIsNoReadableFile) {
+    const TemporaryFolder folder;
+    const std::string pipe = folder.path("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const auto reason = [](const char* path) {
+        UXXmlWrapperBase tree;
+        EXPECT_EQ(tree.load(path, 0, false), 0);
+        return std::string(UXGetLastLoadError());
+    };
+
+    EXPECT_THAT(reason(folder.path("missing.xml").c_str()), HasSubstr("No such file"));
+    EXPECT_THAT(reason(folder.path("").c_str()), HasSubstr("Is a directory"));
+    EXPECT_THAT(reason(pipe.c_str()), HasSubstr("not a regular file"));  // and does not wait
+    EXPECT_THAT(reason("/dev/zero"), HasSubstr("not a regular file"));
+    EXPECT_THAT(reason(nullptr), HasSubstr("no file name"));
+    EXPECT_THAT(reason(""), HasSubstr("no file name"));
+}
+
+TEST(load, KeepsALeafsTextExactly) {
+    EXPECT_EQ(parsed("<r><a>  </a><b>\n t \t</b><c> </c></r>"),
+              "<r><a>  </a><b>\n t \t</b><c> </c></r>");
+    EXPECT_EQ(parsed("<r>  </r>"), "<r>  </r>");
+    EXPECT_EQ(parsed("<r> a<!-- c --> b<?pi x?> c</r>"), "<r> a b c</r>");
+}
+
+TEST(load, DropsWhiteSpaceBetweenElements) {
+    EXPECT_EQ(parsed("<r>\n  <a/>\n  <b/>\n</r>"), "<r><a></a><b></b></r>");
+    EXPECT_EQ(parsed("<r> one <a/> <b/> two</r>"), "<r> one  two<a></a><b></b></r>");
+    EXPECT_EQ(parsed("<r> <!-- c --> <a/></r>"), "<r><a></a></r>");
+}
+
+TEST(load, KeepsWhiteSpaceWrittenAsReferenceOrCdata) {
+    EXPECT_EQ(parsed("<r>&#32;<a/></r>"), "<r>&#32;<a></a></r>");
+    EXPECT_EQ(parsed("<r><a/>&#10;</r>"), "<r>&#10;<a></a></r>");
+    EXPECT_EQ(parsed("<r><![CDATA[ ]]><a/>\n</r>"), "<r>&#32;<a></a></r>");
+    EXPECT_EQ(parsed("<r>\n<a/></r>"), "<r><a></a></r>");
+    EXPECT_EQ(parsed(utf16(u"<r>&#x9;<a/>\n</r>", true)), "<r>&#9;<a></a></r>");
+    EXPECT_EQ(parsed(utf16(u"<r>&#x9;<a/>\r\n</r>", false)), "<r>&#9;<a></a></r>");
+}
+
+TEST(load, ReadsReferencesAndCdata) {
+    EXPECT_EQ(parsed("<r a='&lt;&gt;&amp;&apos;&quot;&#65;&#x20AC;'>&lt;&#x1F4C8;"
+                     "<![CDATA[<&]]>x]]&gt;</r>"),
+              "<r a=\"&lt;&gt;&amp;'&quot;A\u20AC\">&lt;\U0001F4C8&lt;&amp;x]]&gt;</r>");
+}
+
+TEST(load, NormalisesLineEnds) {
+    EXPECT_EQ(parsed("<r a='1\r\n2'>x\r\ny\rz&#13;</r>"), "<r a=\"1 2\">x\ny\nz&#13;</r>");
+}
+
+TEST(load, TakesPrefixesAsPlainNames) {
+    EXPECT_EQ(parsed("<n:r xmlns='u' xmlns:n='v' dt:dt='1'><undeclared:a/></n:r>"),
+              R"(<n:r xmlns="u" xmlns:n="v" dt:dt="1"><undeclared:a></undeclared:a></n:r>)");
+}
+
+TEST(load, TakesTheReservedAttributeAsID) {
+    EXPECT_EQ(parsed("<r _ux_id='7' x='1'><a _ux_id='x'/></r>"),
+              R"(<r x="1" _ux_id="7"><a _ux_id="x"></a></r>)");
+    UXXmlWrapperBase tree;
+    tree.LoadFromMemory("<r _ux_id='7'/>", 15);
+    int id = 0;
+    EXPECT_EQ(tree.GetID(id), 1);
+    EXPECT_EQ(id, 7);
+    EXPECT_EQ(tree.HasProperty("_ux_id", 0), 0);
+}
+
+struct Refused {
+    const char* what;
+    const char* xml;
+    const char* reason;
+};
+class LoadRefuses : public testing::TestWithParam<Refused> {};
+
+TEST_P(LoadRefuses, WithReasonAndPlace) {
+    const std::string result = parsed(GetParam().xml);
+
+    EXPECT_THAT(result, StartsWith("!(memory):")) << GetParam().xml;
+    EXPECT_THAT(result, HasSubstr(GetParam().reason)) << GetParam().xml;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Documents, LoadRefuses,
+    testing::Values(
+        Refused{"Empty", "", "no element found"}, Refused{"Blank", " \n", "no element found"},
+        Refused{"TextOnly", "text", "syntax error"},
+        Refused{"Mismatch", "<r><a></r></a>", "mismatched tag: expected </a>"},
+        Refused{"Unclosed", "<r><a>", "the input ends before </a>"},
+        Refused{"UnclosedTag", "<r", "unclosed token"},
+        Refused{"DuplicateAttribute", "<r a='1' a='2'/>", "duplicate attribute"},
+        Refused{"SecondRoot", "<r/><s/>", "junk after document element"},
+        Refused{"TextBehind", "<r/>text", "junk after document element"},
+        Refused{"NoQuotes", "<r a=1/>", "not well-formed"},
+        Refused{"LessInValue", "<r a='<'/>", "not well-formed"},
+        Refused{"BareAmpersand", "<r>a & b</r>", "not well-formed"},
+        Refused{"UnknownEntity", "<r>&nbsp;</r>", "undefined entity"},
+        Refused{"UnknownEntityInValue", "<r a='&nbsp;'/>", "undefined entity"},
+        Refused{"DeclaredEntity", "<!DOCTYPE r [<!ENTITY e 'x'>]><r>&e;</r>", "entity \"e\""},
+        Refused{"DeclaredEntityInValue", "<!DOCTYPE r [<!ENTITY e 'x'>]><r a='&e;'/>",
+                "entity \"e\""},
+        Refused{"ExternalEntity",
+                "<!DOCTYPE r [<!ENTITY e SYSTEM 'file:///etc/passwd'>]><r>&e;</r>", "entity \"e\""},
+        Refused{"SkippedEntity", "<!DOCTYPE r SYSTEM 'no.dtd'><r>&e;</r>", "entity \"e\""},
+        Refused{"SkippedEntityInValue", "<!DOCTYPE r SYSTEM 'no.dtd'><r a='1&e;'/>",
+                "entity \"e\""},
+        Refused{"EntityBehindParameterEntity", "<!DOCTYPE r [<!ENTITY % p 'x'> %p; ]><r a='&e;'/>",
+                "entity \"e\""},
+        Refused{"ForbiddenReference", "<r>&#1;</r>", "reference to invalid character"},
+        Refused{"NulReference", "<r>&#0;</r>", "reference to invalid character"},
+        Refused{"ControlCharacter", "<r>\x01</r>", "not well-formed"},
+        Refused{"InvalidUtf8", "<r>\xFF</r>", "not well-formed"},
+        Refused{"Surrogate", "<r>\xED\xA0\x80</r>", "not well-formed"},
+        Refused{"UnknownEncoding", "<?xml version='1.0' encoding='klingon'?><r/>",
+                "unknown encoding"},
+        Refused{"CommentDashes", "<r><!-- a -- b --></r>", "not well-formed"},
+        Refused{"CdataEnd", "<r>]]></r>", "not well-formed"},
+        Refused{"BadName", "<1/>", "not well-formed"},
+        Refused{"DeclarationLate", "<r/><?xml version='1.0'?>", "junk after document element"}),
+    [](const auto& row) { return row.param.what; });
+
+TEST(load, SkipsTheDoctypeAndAddsNoDefaults) {
+    EXPECT_EQ(parsed("<!DOCTYPE r [<!ATTLIST r a CDATA 'default' b CDATA #FIXED 'fixed'>"
+                     "<!ENTITY unused 'x'>]><r c='1&amp;2'>&lt;t&#33;</r>"),
+              R"(<r c="1&amp;2">&lt;t!</r>)");
+    EXPECT_EQ(parsed("<!DOCTYPE r SYSTEM 'no.dtd'><r>t</r>"), "<r>t</r>");
+    EXPECT_EQ(parsed(utf16(u"<!DOCTYPE r SYSTEM 'no.dtd'><r a='&lt;\u20AC'/>", true)),
+              "<r a=\"&lt;\u20AC\"></r>");
+}
+
+TEST(load, RefusesDeclaredEntitiesInUtf16) {
+    EXPECT_THAT(parsed(utf16(u"<!DOCTYPE r [<!ENTITY e 'x'>]><r a='&e;'/>", false)),
+                HasSubstr("entity \"e\""));
+}
+
+TEST(load, EntityBombsStaySmall) {
+    std::string bomb = "<!DOCTYPE l [<!ENTITY a0 'lol'>";
+    for (int i = 1; i < 12; ++i) {
+        bomb += "<!ENTITY a" + std::to_string(i) + " '";
+        for (int k = 0; k < 10; ++k) bomb += "&a" + std::to_string(i - 1) + ";";
+        bomb += "'>";
+    }
+
+    EXPECT_THAT(parsed(bomb + "]><l>&a11;</l>"), HasSubstr("entity \"a11\""));
+    EXPECT_THAT(parsed(bomb + "]><l x='&a11;'/>"), StartsWith("!"));
+}
+
+TEST(load, ReadsTheEncodingsThatFilesHave) {
+    EXPECT_EQ(loaded("\xEF\xBB\xBF<r>\xC3\xA9</r>"), "<r>\u00E9</r>");
+    EXPECT_EQ(loaded(utf16(u"<r>\u00E9\u20AC</r>", true)), "<r>\u00E9\u20AC</r>");
+    EXPECT_EQ(loaded(utf16(u"<?xml version='1.0' encoding='UTF-16'?><r>\U0001F4C8</r>", false)),
+              "<r>\U0001F4C8</r>");
+    EXPECT_EQ(loaded("<?xml version='1.0' encoding='ISO-8859-1'?><r>\xE9</r>"), "<r>\u00E9</r>");
+    EXPECT_EQ(loaded("<?xml version='1.0' encoding='latin1'?><r>\xE9</r>"), "<r>\u00E9</r>");
+    EXPECT_EQ(loaded("<?xml version='1.0' encoding='Windows-1252'?><r a='\x80'>\x93x\x94</r>"),
+              "<r a=\"\u20AC\">\u201Cx\u201D</r>");
+    EXPECT_EQ(loaded("<?xml version='1.0' encoding='windows-1252'?><r>\x81</r>"), "(refused)");
+    EXPECT_EQ(loaded("<?xml version='1.0' encoding='US-ASCII'?><r>t</r>"), "<r>t</r>");
+    EXPECT_EQ(loaded("<?xml version='1.0' encoding='ascii'?><r>\xE9</r>"), "(refused)");
+}
+
+TEST(load, ReadsUndeclaredInputInTheDefaultCodePage) {
+    EXPECT_EQ(loaded("<r>\xE9\x80</r>"), "(refused)");
+    UXXmlWrapperBase::SetDefaultCodePage(1252);
+    EXPECT_EQ(loaded("<a/><r>\xE9\x80</r>"), "(refused)");
+    EXPECT_EQ(loaded("<r>\xE9\x80</r>"), "<r>\u00E9\u20AC</r>");
+    EXPECT_EQ(loaded("<r>\u00E9</r>"), "<r>\u00E9</r>");
+    EXPECT_EQ(loaded("<?xml version='1.0' encoding='UTF-8'?><r>\xE9</r>"), "(refused)");
+    UXXmlWrapperBase::SetDefaultCodePage(28591);
+    EXPECT_EQ(loaded("<r>" + std::string(100000, 'x') + "\xE9</r>"),
+              "<r>" + std::string(100000, 'x') + "\u00E9</r>");
+    UXXmlWrapperBase::SetDefaultCodePage(65001);
+}
+
+TEST(load, IgnoresNulBytesBehindTheDocument) {
+    using namespace std::string_literals;
+
+    EXPECT_EQ(parsed("<r/>\0\0\0"s), "<r></r>");
+    EXPECT_EQ(parsed("<r/>\n" + std::string(200000, '\0')), "<r></r>");
+    EXPECT_THAT(parsed("<r/>\0x"s), StartsWith("!"));
+    EXPECT_THAT(parsed("<r/>" + std::string(100000, '\0') + "x"), StartsWith("!"));
+    EXPECT_THAT(parsed("<r>\0</r>"s), StartsWith("!"));
+    EXPECT_THAT(parsed("\0"s), StartsWith("!"));
+}
+
+TEST(load, LimitsTheNesting) {
+    const auto nested = [](int depth) {
+        std::string xml;
+        for (int i = 0; i < depth; ++i) xml += "<a>";
+        for (int i = 0; i < depth; ++i) xml += "</a>";
+        return xml;
+    };
+
+    EXPECT_THAT(parsed(nested(10000)), StartsWith("<a>"));
+    EXPECT_THAT(parsed(nested(10001)), HasSubstr("nested deeper than 10000 levels"));
+    FakeHostServices services;
+    services->maxNesting = 3;
+    EXPECT_THAT(parsed(nested(3)), StartsWith("<a>"));
+    EXPECT_THAT(parsed(nested(4)), HasSubstr("nested deeper than 3 levels"));
+    services->maxNesting = -1;
+    EXPECT_THAT(parsed(nested(1)), HasSubstr("nested deeper"));
+}
+
+TEST(load, TruncationAtEveryByteIsRefused) {
+    const std::string whole =
+        "<?xml version='1.0'?><!DOCTYPE r [<!ATTLIST a z CDATA 'd'>]>"
+        "<r x='1&amp;'><a>t&lt;<![CDATA[u]]></a><!-- c --><b y=\"\u20AC\"/></r>";
+
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+        EXPECT_THAT(parsed(whole.substr(0, i)), StartsWith("!")) << i;
+    }
+    EXPECT_THAT(parsed(whole), StartsWith("<r"));
+}
+
+TEST(load, RandomBytesNeverCrash) {
+    std::mt19937 random(5);
+    const std::string alphabet = "<>/=\"'&;![]-? \nabr\xC3\xA9\0\xFF";
+
+    for (int i = 0; i < 20000; ++i) {
+        std::string xml = random() % 2 ? "<r>" : "";
+        for (auto k = random() % 60; k > 0; --k) xml += alphabet[random() % alphabet.size()];
+        UXXmlWrapperBase tree;
+        const int result = tree.LoadFromMemory(xml.data(), xml.size());
+        ASSERT_EQ(result, tree.IsNodeValid());
+        ASSERT_EQ(result == 0, !UXGetLastLoadFailure().message.IsEmpty());
+    }
+}
+
+TEST(load, ManyAttributesAndNames) {
+    std::string xml = "<r";
+    for (int i = 0; i < 2000; ++i) {
+        xml += " a" + std::to_string(i) + "=\"" + std::to_string(i) + "\"";
+    }
+    xml += ">";
+    for (int i = 0; i < 2000; ++i) {
+        xml += "<t" + std::to_string(i) + "></t" + std::to_string(i) + ">";
+    }
+    xml += "</r>";
+
+    EXPECT_EQ(parsed(xml), xml);
+}
+
+TEST(LoadFromMemory, NullIsAnEmptyInput) {
+    UXXmlWrapperBase tree;
+
+    EXPECT_EQ(tree.LoadFromMemory(nullptr, 5), 0);
+    EXPECT_THAT(std::string(UXGetLastLoadError()), HasSubstr("no element found"));
+}
+
+}  // namespace
