@@ -112,14 +112,15 @@ struct CQXDEXMLPreparer::QSTELEMINFO {
 
 // Notes the type of the child at a position of an element. True when earlier elements have an
 // array there and this one has not, so that it must be marked.
-bool CQXDEXMLPreparer::STRECURSE::CQElementTypeDetectHelper::Note(int position,
+bool CQXDEXMLPreparer::STRECURSE::CQElementTypeDetectHelper::Note(int childIndex,
                                                                   const CStringUTF8& tag,
                                                                   bool isArray, int element) {
-    if (static_cast<std::size_t>(position) >= entries_.size()) {
+    const auto at = static_cast<std::size_t>(childIndex);
+    if (at >= entries_.size()) {
         entries_.push_back({tag, isArray, 0});
         return false;
     }
-    QETDENTRY& entry = entries_[static_cast<std::size_t>(position)];
+    QETDENTRY& entry = entries_[at];
     // Intended: another tag at a position is left alone for good; only like is compared with like.
     if (entry.tag != tag) return false;
     if (isArray && !entry.isArray) {
@@ -133,15 +134,16 @@ bool CQXDEXMLPreparer::STRECURSE::CQElementTypeDetectHelper::Note(int position,
 // the end of the array does for all positions.
 void CQXDEXMLPreparer::STRECURSE::CQElementTypeDetectHelper::MarkEarlierElements(
     const UXXmlWrapperBase& array) const {
-    int place = 0;
+    int elementIndex = 0;
     for (UXXmlWrapperBase& element : children(array)) {
-        if (place == marksBefore_) return;
-        std::size_t position = 0;
+        if (elementIndex == marksBefore_) return;
+        std::size_t at = 0;
         for (UXXmlWrapperBase& child : children(element)) {
-            const QETDENTRY& entry = entries_[position++];
-            if (place < entry.switchedAt && entry.tag == tag_of(child)) child.SaveXDEArraySize(1);
+            const QETDENTRY& entry = entries_[at++];
+            if (elementIndex < entry.switchedAt && entry.tag == tag_of(child))
+                child.SaveXDEArraySize(1);
         }
-        ++place;
+        ++elementIndex;
     }
 }
 
