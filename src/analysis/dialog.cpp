@@ -71,7 +71,8 @@ UXXmlWrapperBase find_or_append_range(UXXmlWrapperBase& tree, int addFlags, int 
 }
 
 const char* label_at(const CWBOStringArray* labels, int index) {
-    return labels != nullptr && index < labels->GetSize() ? labels->GetAt(index) : nullptr;
+    if (labels == nullptr || index >= labels->GetSize()) return nullptr;
+    return labels->GetAt(index);
 }
 
 void add_items(UXXmlWrapperBase& range, const CWBOStringArray& names, const CWBOStringArray* labels,

@@ -450,7 +450,6 @@ TEST(uxtree_stats_set_by_intervals, GivesTheNativeAnswer) {
 // --- single numbers ------------------------------------------------------------------------------
 
 struct IntSetting {
-    const char* name;
     int (*transfer)(UXXmlWrapperBase&, int&, int);
     int (*script)(UXXmlWrapperBase*, int*, int);
     const char* written;  // with the value 3
@@ -497,21 +496,21 @@ TEST_P(IntSettings, HaveAScriptForm) {
     EXPECT_EQ(GetParam().script(&root, &value, 0), 1);
     EXPECT_EQ(tree.text(), GetParam().written);
 }
-INSTANTIATE_TEST_SUITE_P(
-    vctree_stats, IntSettings,
-    testing::Values(IntSetting{"interpolate", vctree_stats_get_set_interpolate,
-                               uxtree_stats_get_set_interpolate,
-                               "<r><Computation><Interpolate>3</Interpolate></Computation></r>",
-                               "<r><Computation><Interpolate>x</Interpolate></Computation></r>"},
-                    IntSetting{"var_divisor", vctree_stats_get_set_var_divisor,
-                               uxtree_stats_get_set_var_divisor,
-                               "<r><Computation><VarDivisor>3</VarDivisor></Computation></r>",
-                               "<r><Computation><VarDivisor/></Computation></r>"},
-                    IntSetting{"trials_num", vctree_stats_get_set_trials_num,
-                               uxtree_stats_get_set_trials_num,
-                               "<r><BinoTrialsNum>3</BinoTrialsNum></r>",
-                               "<r><BinoTrialsNum>3 4</BinoTrialsNum></r>"}),
-    [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(vctree_stats_get_set_interpolate, IntSettings,
+                         testing::Values(IntSetting{
+                             vctree_stats_get_set_interpolate, uxtree_stats_get_set_interpolate,
+                             "<r><Computation><Interpolate>3</Interpolate></Computation></r>",
+                             "<r><Computation><Interpolate>x</Interpolate></Computation></r>"}));
+INSTANTIATE_TEST_SUITE_P(vctree_stats_get_set_var_divisor, IntSettings,
+                         testing::Values(IntSetting{
+                             vctree_stats_get_set_var_divisor, uxtree_stats_get_set_var_divisor,
+                             "<r><Computation><VarDivisor>3</VarDivisor></Computation></r>",
+                             "<r><Computation><VarDivisor/></Computation></r>"}));
+INSTANTIATE_TEST_SUITE_P(vctree_stats_get_set_trials_num, IntSettings,
+                         testing::Values(IntSetting{vctree_stats_get_set_trials_num,
+                                                    uxtree_stats_get_set_trials_num,
+                                                    "<r><BinoTrialsNum>3</BinoTrialsNum></r>",
+                                                    "<r><BinoTrialsNum>3 4</BinoTrialsNum></r>"}));
 
 TEST(vctree_stats_get_set_output_distribution, GoesBothWays) {
     TestTree tree("<r/>");
@@ -616,12 +615,14 @@ TEST_P(ListSettings, AnInvalidNodeChangesNothing) {
     GetParam().transfer(invalid, values, 0);
     EXPECT_THAT(numbers(values), ElementsAre(1));
 }
-INSTANTIATE_TEST_SUITE_P(
-    vctree_stats, ListSettings,
-    testing::Values(ListSetting{"Counts", vctree_stats_get_set_counts},
-                    ListSetting{"Percentiles", vctree_stats_get_set_percentiles},
-                    ListSetting{"CustomPercentiles", vctree_stats_get_set_custom_quantiles}),
-    [](const auto& row) { return std::string(row.param.tag); });
+INSTANTIATE_TEST_SUITE_P(vctree_stats_get_set_counts, ListSettings,
+                         testing::Values(ListSetting{"Counts", vctree_stats_get_set_counts}));
+INSTANTIATE_TEST_SUITE_P(vctree_stats_get_set_percentiles, ListSettings,
+                         testing::Values(ListSetting{"Percentiles",
+                                                     vctree_stats_get_set_percentiles}));
+INSTANTIATE_TEST_SUITE_P(vctree_stats_get_set_custom_quantiles, ListSettings,
+                         testing::Values(ListSetting{"CustomPercentiles",
+                                                     vctree_stats_get_set_custom_quantiles}));
 
 TEST(uxtree_stats_get_set_counts, NeedsANodeAndAVector) {
     TestTree tree("<r/>");
