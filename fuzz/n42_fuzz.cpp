@@ -1,0 +1,76 @@
+// The import of a spectrum file, its preview included. The first byte chooses flags, a selection
+// and whether there is an information tree; the rest is the file.
+#include "uxtree/import/n42.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace {
+
+// A file in memory that has a path.
+class MemoryFile {
+public:
+    MemoryFile() : descriptor_(memfd_create("n42_fuzz", 0)) {
+        if (descriptor_ < 0) std::abort();
+        path_ = "/proc/self/fd/" + std::to_string(descriptor_);
+    }
+    ~MemoryFile() { close(descriptor_); }
+    MemoryFile(const MemoryFile&) = delete;
+    MemoryFile& operator=(const MemoryFile&) = delete;
+
+    const char* fill(const std::uint8_t* data, std::size_t size) {
+        if (ftruncate(descriptor_, 0) != 0) std::abort();
+        for (std::size_t done = 0; done < size;) {
+            const ssize_t wrote =
+                pwrite(descriptor_, data + done, size - done, static_cast<off_t>(done));
+            if (wrote <= 0) std::abort();
+            done += static_cast<std::size_t>(wrote);
+        }
+        return path_.c_str();
+    }
+
+private:
+    int descriptor_;
+    std::string path_;
+};
+
+void require(bool holds) {
+    if (!holds) std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static MemoryFile file;
+    const std::uint8_t choice = size > 0 ? data[0] : 0;
+    const char* path = file.fill(data + (size > 0), size - (size > 0));
+
+    CWBOStringArray found;
+    const int previewed = VCTree_n42_(nullptr, path, &found, nullptr, 0x10000);
+    require(previewed == 0 || previewed == -9093);
+
+    UXXmlWrapperBase tree;
+    UXXmlWrapperBase info;
+    tree.CreateNew(0, "t");
+    tree.AddNode(nullptr, "old", -1);
+    info.CreateNew(0, "info");
+    CWBOStringArray selection;
+    if ((choice & 1) != 0 && found.GetSize() > 0) selection.Add(found[0]);
+    const int imported =
+        VCTree_n42_(&tree, path, &selection, (choice & 2) != 0 ? &info : nullptr, 0);
+    require(imported == previewed || imported == -9096);
+
+    UXXmlWrapperBase old;
+    UXXmlWrapperBase n42;
+    tree.FindChild("old", &old, 1);
+    tree.FindChild("n42", &n42, 1);
+    if (imported != 0) require(old.IsNodeValid() != 0);
+    require((old.IsNodeValid() != 0) != (n42.IsNodeValid() != 0));
+    return 0;
+}
