@@ -1,0 +1,221 @@
+#include <array>
+#include <limits>
+#include <vector>
+
+#include "uxtree/analysis/fitter.h"
+#include "uxtree/data/ids.h"
+#include "uxtree/report/report.h"
+#include "uxtree/tree/lookup.h"
+
+#include "data/labels_detail.h"
+#include "data/names.h"
+#include "frame/format.h"
+#include "frame/guards.h"
+#include "frame/results.h"
+#include "frame/walk.h"
+
+using namespace ux;
+
+namespace {
+
+// A row's ID is a one-set identifier: the data set, and an index of 1900 plus the variable.
+constexpr int kVariableBase = 1900;
+constexpr unsigned kOneSetBit = 0x2000;
+constexpr unsigned kIndexMask = 0xFFFF;
+constexpr unsigned kSetShift = 16;
+
+struct Column {
+    int number;
+    int id;
+    const char* label;
+};
+constexpr std::size_t kParameterCount = 3;
+constexpr std::array<Column, 5 + kParameterCount> kColumns{{{1, 0x1C000, "Dep/Indep"},
+                                                            {2, 0x1B000, "Data"},
+                                                            {3, 0x1E000, "Range"},
+                                                            {4, 0x1D000, "Weight Type"},
+                                                            {5, 0x1F000, "Weight Data"},
+                                                            {6, 0x20000, "a"},
+                                                            {7, 0x20001, "b"},
+                                                            {8, 0x20002, "c"}}};
+constexpr const Column& kRole = kColumns[0];
+constexpr const Column& kDataColumn = kColumns[1];
+constexpr const Column& kRange = kColumns[2];
+constexpr const Column& kWeightType = kColumns[3];
+constexpr const Column& kWeightData = kColumns[4];
+// Intended: a parameter keeps its column when the ones before it are absent.
+constexpr const Column& parameter_column(std::size_t parameter) {
+    return kColumns[5 + parameter];
+}
+
+// perSet * set + variable; sums and products of positions wrap.
+int place_of(int perSet, int set, int variable) {
+    const unsigned first = static_cast<unsigned>(perSet) * static_cast<unsigned>(set);
+    return static_cast<int>(first + static_cast<unsigned>(variable));
+}
+int plus(int number, int offset) {
+    return static_cast<int>(static_cast<unsigned>(number) + static_cast<unsigned>(offset));
+}
+
+// The host keeps the localized text in one shared string, hence the copy.
+CStringUTF8 localized(const char* english) {
+    return given(english) ? CStringUTF8(_tree_localize(english)) : CStringUTF8();
+}
+
+// Finds or creates a labelled child; a found one keeps its ID.
+UXXmlWrapperBase labelled_child(UXXmlWrapperBase& parent, const char* tag, int id,
+                                const char* english) {
+    UXXmlWrapperBase child;
+    uxtree_tree_check_get_node(&child, &parent, tag, id, kLabel, localized(english));
+    return child;
+}
+
+UXXmlWrapperBase cell_of(UXXmlWrapperBase& row, const Column& column) {
+    return labelled_child(row, numbered("C", column.number), column.id, column.label);
+}
+
+// --- parameters ----------------------------------------------------------------------------------
+
+// The first nodes of a tree by depth-first number, branches counted as well as leaves. They are
+// numbered once, because every row of a table asks for three of them.
+class NumberedNodes {
+public:
+    explicit NumberedNodes(const UXXmlWrapperBase* tree,
+                           int limit = std::numeric_limits<int>::max()) {
+        if (!usable(tree) || limit < 1) return;
+        visit_below(*tree, [&](UXXmlWrapperBase& node) {
+            nodes_.push_back(node);
+            return size() < limit ? Step::kIntoBranch : Step::kStop;
+        });
+    }
+    UXXmlWrapperBase* at(int number) {
+        if (number < 0 || number >= size()) return nullptr;
+        return &nodes_[static_cast<std::size_t>(number)];
+    }
+
+private:
+    int size() const { return static_cast<int>(nodes_.size()); }
+    std::vector<UXXmlWrapperBase> nodes_;
+};
+
+// The number of a variable's first parameter.
+int first_parameter(int variablePlace) {
+    return place_of(static_cast<int>(kParameterCount), variablePlace, 0);
+}
+
+// A missing node leaves the cell's value.
+void copy_value(UXXmlWrapperBase* from, UXXmlWrapperBase& cell) {
+    CStringUTF8 text;
+    if (from == nullptr) return;
+    from->NodeValue(text, 1, 1, nullptr);
+    cell.NodeValue(text, 0, 1, nullptr);
+}
+
+// --- one row -------------------------------------------------------------------------------------
+
+struct Weighting {
+    explicit Weighting(int method) {
+        uxtree_fitter_get_weight_mth_info(method, &name, &usesData, &uses[0], &uses[1], &uses[2]);
+    }
+    CStringUTF8 name;  // "" for an unknown method, which uses nothing
+    int usesData = 0;
+    std::array<int, kParameterCount> uses{};
+};
+
+void write_reference(UXXmlWrapperBase& row, const Column& column, int dataIndex, char type,
+                     int suffix, int tailNumber) {
+    CStringUTF8 text;
+    report_get_escaped_data_string(&text, dataIndex, 0, type, static_cast<char>(suffix), 0, 0,
+                                   tailNumber);
+    cell_of(row, column).SetString(text);
+}
+
+void write_parameters(UXXmlWrapperBase& row, const Weighting& weighting,
+                      const UXXmlWrapperBase* paramTree, int variablePlace) {
+    const int first = first_parameter(variablePlace);
+    NumberedNodes nodes(paramTree, plus(first, static_cast<int>(kParameterCount)));
+    for (std::size_t k = 0; k < kParameterCount; ++k) {
+        if (!weighting.uses[k]) continue;
+        UXXmlWrapperBase cell = cell_of(row, parameter_column(k));
+        copy_value(nodes.at(plus(first, static_cast<int>(k))), cell);
+    }
+}
+
+// --- refreshing ----------------------------------------------------------------------------------
+
+// False when the node is no row of a variable.
+bool read_row_id(const UXXmlWrapperBase& node, int& set, int& variable) {
+    int id = 0;
+    if (!node.GetID(id)) return false;
+    const unsigned high = static_cast<unsigned>(id) >> kSetShift;
+    const unsigned index = static_cast<unsigned>(id) & kIndexMask;
+    if ((high & kOneSetBit) == 0 || index < static_cast<unsigned>(kVariableBase)) return false;
+    set = static_cast<int>(high & ~kOneSetBit);
+    variable = static_cast<int>(index) - kVariableBase;
+    return true;
+}
+
+void refresh_row(UXXmlWrapperBase& row, NumberedNodes& nodes, int variablePlace) {
+    for (const Column& column : kColumns) {
+        UXXmlWrapperBase cell;
+        if (!row.FindChild(numbered("C", column.number), &cell, 1)) continue;
+        cell.SetLabel(localized(column.label));
+        const int k = column.number - parameter_column(0).number;
+        if (k >= 0) copy_value(nodes.at(plus(first_parameter(variablePlace), k)), cell);
+    }
+}
+
+}  // namespace
+
+extern "C" {
+
+int report_make_input_data_table_var_row(UXXmlWrapperBase* row, UXXmlWrapperBase* table, int set,
+                                         int variable, int dependent, int dataIndex, int suffix,
+                                         int tailNumber, int paramSet, int variablesPerSet,
+                                         int weightMethod, UXXmlWrapperBase* paramTree,
+                                         int weightColumn, const char* rowLabel, int paramIndex) {
+    return at_boundary(kFail, [&] {
+        if (!usable(table)) return kFail;
+        const int number = plus(place_of(variablesPerSet, set, variable), 1);
+        // Intended: the number counts on through the sets, the ID names set and variable.
+        const int id =
+            uxtree_make_one_set_ID(static_cast<unsigned short>(plus(variable, kVariableBase)),
+                                   static_cast<unsigned short>(set));
+        UXXmlWrapperBase place = labelled_child(*table, numbered("R", number), id, rowLabel);
+        if (!usable(place)) return kFail;
+
+        const Weighting weighting(weightMethod);
+        cell_of(place, kRole).SetString(dependent ? "Dep" : "Indep");
+        write_reference(place, kDataColumn, dataIndex, 'P', suffix, tailNumber);
+        write_reference(place, kRange, dataIndex, 'G', suffix, tailNumber);
+        cell_of(place, kWeightType).SetString(weighting.name);
+        if (weighting.usesData) {
+            write_reference(place, kWeightData, dataIndex, 'P', dependent ? 'W' : 'T',
+                            plus(weightColumn, 1));
+        }
+        const int variablePlace =
+            paramIndex >= 0 ? paramIndex : place_of(variablesPerSet, paramSet, variable);
+        write_parameters(place, weighting, paramTree, variablePlace);
+        if (row != nullptr) *row = place;
+        return kOk;
+    });
+}
+
+int report_update_input_data_table(UXXmlWrapperBase* table, UXXmlWrapperBase* paramTree,
+                                   int variablesPerSet) {
+    return at_boundary(kBadArgument, [&] {
+        if (!usable(table) || !usable(paramTree)) return kBadArgument;
+        NumberedNodes nodes(paramTree);
+        int count = 0;
+        for (UXXmlWrapperBase& row : children(*table)) {
+            int set = 0;
+            int variable = 0;
+            if (!read_row_id(row, set, variable)) continue;
+            refresh_row(row, nodes, place_of(variablesPerSet, set, variable));
+            ++count;
+        }
+        return count;
+    });
+}
+
+}  // extern "C"
