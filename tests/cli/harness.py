@@ -119,6 +119,8 @@ def case(name, args, out=None, err=(), code=0, json=None, contains=(), after=Non
 def main():
     program, topic = os.path.abspath(sys.argv[1]), sys.argv[2]
     wanted = sys.argv[3] if len(sys.argv) > 3 else ""
+    if not os.access(program, os.X_OK):
+        sys.exit(f"no such program: {program}")
     module = importlib.import_module(topic + "_cases")
     checks = list(getattr(module, "CASES", []))
     checks += [f for n, f in sorted(vars(module).items()) if n.startswith("test_") and callable(f)]

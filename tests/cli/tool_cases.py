@@ -34,6 +34,16 @@ CASES = [
          err=["e.xml:1:1: "]),
     case("SaysWhereTagsDoNotMatch", ["show", "b.xml"], files={"b.xml": "<a>\n  <b></c>\n</a>\n"},
          code=3, err=["b.xml:2:", "hint: "]),
+    case("ShowsThePlaceThatIsBroken", ["show", "-"], code=3,
+         stdin='<r>\n  <größe\ta="1" b=2>\n</r>', err=["""stdin:2:18: not well-formed (invalid token)
+    <größe\\ta="1" b=2>
+                    ^
+hint: """]),
+    case("ShowsAPlaceInALongLine", ["show", "-"], code=3,
+         stdin="<r>" + "x" * 100000 + "&a;" + "y" * 100000,
+         err=["\n  " + "x" * 60 + "&a;" + "y" * 37 + "\n" + " " * 62 + "^\n"]),
+    case("ShowsNoPlaceInAnEmptyFile", ["show", "e.xml"], files={"e.xml": ""}, code=3,
+         err=["e.xml:1:1: no element found\nhint: the file is empty\n"]),
     case("SaysWhereStandardInputIsBroken", ["show", "-"], stdin="<a>\n<a>\n<", code=3,
          err=["stdin:3:"]),
     case("SaysThatABinaryFileIsNotXml", ["show", "b"], files={"b": bytes(range(256))}, code=3,

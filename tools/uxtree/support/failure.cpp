@@ -18,6 +18,7 @@ void print_line(Role role, const std::string& label, const std::string& text) {
 
 void report(const Failure& failure) {
     print_line(Role::kError, failure.subject(), failure.what());
+    if (!failure.excerpt().empty()) std::fprintf(stderr, "%s\n", failure.excerpt().c_str());
     if (!failure.hint().empty()) print_line(Role::kHint, "hint", failure.hint());
 }
 

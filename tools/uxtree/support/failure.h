@@ -16,7 +16,7 @@ enum ExitCode : int {
 };
 
 // Ends a command (or, within for_each_file, the work on one file). Printed on standard error as
-// "subject: message", followed by "hint: ..." when there is one.
+// "subject: message", followed by the place in the input and by "hint: ..." where there are such.
 class Failure : public std::runtime_error {
 public:
     Failure(ExitCode code, std::string subject, const std::string& message, std::string hint = "")
@@ -27,14 +27,21 @@ public:
     // Without a file to speak of.
     Failure(ExitCode code, const std::string& message) : Failure(code, "uxtree", message) {}
 
+    // The place in the input, to be printed below the message.
+    Failure& with_excerpt(std::string lines) {
+        excerpt_ = std::move(lines);
+        return *this;
+    }
     ExitCode code() const { return code_; }
     const std::string& subject() const { return subject_; }
     const std::string& hint() const { return hint_; }
+    const std::string& excerpt() const { return excerpt_; }
 
 private:
     ExitCode code_;
     std::string subject_;  // a file, "file:line:column", or "uxtree"
     std::string hint_;
+    std::string excerpt_;
 };
 
 // The reader of standard output went away; the tool then ends quietly.

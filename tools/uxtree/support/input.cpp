@@ -68,7 +68,7 @@ struct Advice {
     std::string_view hint;
 };
 
-constexpr std::array<Advice, 12> kAdvice{{
+constexpr std::array<Advice, 13> kAdvice{{
     {"mismatched tag", "an end tag closes the element that was opened last, by the same name"},
     {"input ends before", "the file was cut off, or an end tag is missing"},
     {"no element found", "the file is empty"},
@@ -78,6 +78,7 @@ constexpr std::array<Advice, 12> kAdvice{{
     {"junk after", "a document has one root element, and nothing but comments behind it"},
     {"not at start", "nothing comes before <?xml, not even a blank line"},
     {"duplicate attribute", "an element has each attribute once"},
+    {"undefined entity", "write the character itself, or &#...; with its number"},
     {"reference to the entity", "write the character itself, or &#...; with its number"},
     {"encoding", "UTF-8, UTF-16, ISO-8859-1, windows-1252 and ASCII are read"},
     {"nested deeper", "uxtree outline reads any depth"},
@@ -91,18 +92,16 @@ std::string advice_for(std::string_view message) {
     return found == kAdvice.end() ? std::string() : std::string(found->hint);
 }
 
-// What the host's loader refused, with its position.
-[[noreturn]] void throw_load_failure(const std::string& name) {
+// What the host's loader refused, with its position; content is what it read.
+[[noreturn]] void throw_load_failure(const std::string& name, std::string_view content) {
     const UXFileError& failure = UXGetLastLoadFailure();
     const std::string message =
         failure.message.IsEmpty() ? "cannot be loaded" : static_cast<const char*>(failure.message);
-    std::string subject = name;
-    if (failure.line > 0) subject += fmt::format(":{}:{}", failure.line, failure.column);
-    throw Failure(kUnreadable, subject, message, advice_for(message));
-}
-
-void load_content(UXXmlWrapperBase& root, const std::string& content, const std::string& name) {
-    if (root.LoadFromMemory(content.data(), content.size()) == 0) throw_load_failure(name);
+    if (failure.line <= 0) throw Failure(kUnreadable, name, message, advice_for(message));
+    const bool isText = content.substr(0, 4096).find('\0') == std::string_view::npos;
+    throw Failure(kUnreadable, fmt::format("{}:{}:{}", name, failure.line, failure.column), message,
+                  advice_for(message))
+        .with_excerpt(isText ? excerpt(content, failure.line, failure.column) : "");
 }
 
 }  // namespace
@@ -120,9 +119,12 @@ UXXmlWrapperBase open_tree(const std::string& file, const std::string& name) {
     const Progress progress("reading " + name);
     UXXmlWrapperBase root;
     if (file == "-" || !is_regular(descriptor)) {
-        load_content(root, read_open_file(descriptor, file), name);
+        const std::string content = read_open_file(descriptor, file);
+        if (root.LoadFromMemory(content.data(), content.size()) == 0) {
+            throw_load_failure(name, content);
+        }
     } else if (root.load(file.c_str(), 0, false) == 0) {
-        throw_load_failure(name);
+        throw_load_failure(name, read_open_file(descriptor, file));
     }
     return root;
 }

@@ -178,6 +178,31 @@ std::string short_list(const std::vector<std::string>& names) {
     return out;
 }
 
+std::string excerpt(std::string_view text, long long line, long long column) {
+    for (long long i = 1; i < line; ++i) {
+        const std::size_t end = text.find('\n');
+        if (end == std::string_view::npos) return "";
+        text.remove_prefix(end + 1);
+    }
+    text = text.substr(0, text.find_first_of("\r\n"));
+    constexpr long long kBefore = 60;
+    constexpr std::size_t kAfter = 40;
+    std::size_t shownFrom = 0;
+    std::size_t place = 0;
+    for (long long i = 1; i < column && place < text.size(); ++i) {
+        if (i + kBefore == column) shownFrom = place;
+        place += decode(text.substr(place)).length;
+    }
+    std::size_t shownTo = place;
+    for (std::size_t i = 0; i < kAfter && shownTo < text.size(); ++i) {
+        shownTo += decode(text.substr(shownTo)).length;
+    }
+    const std::string before = visible(text.substr(shownFrom, place - shownFrom));
+    const std::string after = visible(text.substr(place, shownTo - place));
+    if (before.empty() && after.empty()) return "";
+    return "  " + before + after + "\n  " + std::string(display_width(before), ' ') + "^";
+}
+
 std::string counted(std::size_t count, std::string_view noun) {
     return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
 }
