@@ -1,0 +1,181 @@
+#include "uxtree/data/key_values.h"
+
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/test_tree.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using uxtest::TestTree;
+
+std::string tree_text(const char* xml) {
+    return TestTree(xml).text();
+}
+
+// --- branch to text ----------------------------------------------------------------------------
+
+TEST(uxtree_branch_to_key_value_pairs_str, EndsEveryPairWithThePairSeparator) {
+    TestTree tree("<r>own<a>1</a><b>2</b><c/><d>x;=y<e>no</e></d></r>");
+    UXXmlWrapperBase root = tree.root();
+    CStringUTF8 out("old");
+
+    EXPECT_EQ(uxtree_branch_to_key_value_pairs_str(&root, &out, '=', ';'), 1);
+    EXPECT_EQ(out, "a=1;b=2;c=;d=x;=y;");
+}
+
+TEST(uxtree_branch_to_key_value_pairs_str, EmptiesOutWhenThereIsNothing) {
+    TestTree tree("<r>own</r>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase invalid;
+
+    for (UXXmlWrapperBase* branch : {&root, &invalid, static_cast<UXXmlWrapperBase*>(nullptr)}) {
+        CStringUTF8 out("old");
+        EXPECT_EQ(uxtree_branch_to_key_value_pairs_str(branch, &out, '=', ';'), 0);
+        EXPECT_EQ(out, "");
+    }
+    EXPECT_EQ(uxtree_branch_to_key_value_pairs_str(&root, nullptr, '=', ';'), 0);
+}
+
+// --- text to branch ----------------------------------------------------------------------------
+
+using Outcome = std::pair<int, std::string>;
+Outcome read(const char* text) {
+    TestTree tree("<r k='1'>own<old/></r>");
+    UXXmlWrapperBase root = tree.root();
+    const int result = uxtree_key_value_pairs_str_to_branch(&root, text, '=', ';');
+    return {result, tree.text()};
+}
+Outcome outcome(int result, const char* children) {
+    return {result, tree_text((std::string("<r k='1'>own") + children + "</r>").c_str())};
+}
+
+TEST(uxtree_key_value_pairs_str_to_branch, ReplacesTheChildrenByTrimmedPairs) {
+    EXPECT_EQ(read("a = 1 ; =x; b=2"), outcome(1, "<a>1</a><b>2</b>"));
+    EXPECT_EQ(read("a=1;b=2;"), outcome(1, "<a>1</a><b>2</b>"));
+    EXPECT_EQ(read("\t\n\r\v\fa\v\f=\t x y \r\n"), outcome(1, "<a>x y</a>"));
+    EXPECT_EQ(read("a=b=c;d="), outcome(1, "<a>b=c</a><d/>"));
+}
+
+TEST(uxtree_key_value_pairs_str_to_branch, KeepsThePairSeparatorInQuotes) {
+    EXPECT_EQ(read("a=\"1;2\";b=\"say \"\"hi\"\"\""), outcome(1, "<a>1;2</a><b>say \"hi\"</b>"));
+    EXPECT_EQ(read("a=\"1;2"), outcome(1, "<a>1;2</a>"));
+}
+
+TEST(uxtree_key_value_pairs_str_to_branch, IgnoresPairsWithoutAKeyThatCanBeATag) {
+    EXPECT_EQ(read("plain; =x;=y;1a=z;a b=w;;c=1"), outcome(1, "<c>1</c>"));
+}
+
+TEST(uxtree_key_value_pairs_str_to_branch, RemovesTheChildrenForATextWithoutPairs) {
+    EXPECT_EQ(read(""), outcome(0, ""));
+    EXPECT_EQ(read("no pairs"), outcome(0, ""));
+}
+
+TEST(uxtree_key_value_pairs_str_to_branch, LeavesTheBranchAloneForBadArguments) {
+    UXXmlWrapperBase invalid;
+
+    EXPECT_EQ(read(nullptr), outcome(0, "<old/>"));
+    EXPECT_EQ(uxtree_key_value_pairs_str_to_branch(nullptr, "a=1", '=', ';'), 0);
+    EXPECT_EQ(uxtree_key_value_pairs_str_to_branch(&invalid, "a=1", '=', ';'), 0);
+}
+
+// --- paths -------------------------------------------------------------------------------------
+
+TEST(VCTreeGetPathStr, JoinsTheTagsFromTheTop) {
+    TestTree tree("<r><a><b.c/></a></r>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase deep = tree.at("a/b.c");
+    CStringUTF8 out;
+
+    EXPECT_TRUE(VCTreeGetPathStr(out, &deep));
+    EXPECT_EQ(out, "r.a.b.c");
+    EXPECT_TRUE(VCTreeGetPathStr(out, &root));
+    EXPECT_EQ(out, "r");
+    EXPECT_TRUE(deep == tree.at("a/b.c"));
+}
+
+TEST(VCTreeGetPathStr, EmptiesOutForUnusableNodes) {
+    UXXmlWrapperBase invalid;
+    CStringUTF8 out("old");
+
+    EXPECT_FALSE(VCTreeGetPathStr(out, &invalid));
+    EXPECT_EQ(out, "");
+    out = "old";
+    EXPECT_FALSE(VCTreeGetPathStr(out, nullptr));
+    EXPECT_EQ(out, "");
+}
+
+std::string stamped(int recursive, int includeSelf) {
+    TestTree tree("<r><a><b/><c p='old'/></a><d/></r>");
+    UXXmlWrapperBase root = tree.root();
+    EXPECT_EQ(uxtree_add_path_str(&root, "p", recursive, includeSelf), 1);
+    return tree.text();
+}
+
+TEST(uxtree_add_path_str, StampsTheBranchWithItsPaths) {
+    EXPECT_EQ(stamped(1, 1), tree_text("<r p='r'><a p='r.a'><b p='r.a.b'/><c p='r.a.c'/></a>"
+                                       "<d p='r.d'/></r>"));
+    EXPECT_EQ(stamped(1, 0), tree_text("<r><a p='a'><b p='a.b'/><c p='a.c'/></a><d p='d'/></r>"));
+    EXPECT_EQ(stamped(0, 1), tree_text("<r p='r'><a><b/><c p='old'/></a><d/></r>"));
+    EXPECT_EQ(stamped(0, 0), tree_text("<r><a><b/><c p='old'/></a><d/></r>"));
+}
+
+TEST(uxtree_add_path_str, BeginsAtTheGivenNode) {
+    TestTree tree("<r><a><b/></a></r>");
+    UXXmlWrapperBase a = tree.at("a");
+
+    EXPECT_EQ(uxtree_add_path_str(&a, "p", 1, 1), 1);
+    EXPECT_EQ(tree.text(), tree_text("<r><a p='a'><b p='a.b'/></a></r>"));
+}
+
+TEST(uxtree_add_path_str, YieldsZeroForBadArguments) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase invalid;
+
+    EXPECT_EQ(uxtree_add_path_str(&root, nullptr, 1, 1), 0);
+    EXPECT_EQ(uxtree_add_path_str(&root, "", 1, 1), 0);
+    EXPECT_EQ(uxtree_add_path_str(nullptr, "p", 1, 1), 0);
+    EXPECT_EQ(uxtree_add_path_str(&invalid, "p", 1, 1), 0);
+}
+
+// --- escaped separators ------------------------------------------------------------------------
+
+std::vector<std::string> rejoined(const std::vector<std::string>& tokens, bool keepEscapes = false,
+                                  char separator = ',') {
+    CWBOStringArray array = uxtest::string_list(tokens);
+    vctree_convert_escape_character(array, separator, keepEscapes);
+    return uxtest::texts(array);
+}
+
+TEST(vctree_convert_escape_character, JoinsATokenThatEndsInAnOddNumberOfBackslashes) {
+    EXPECT_THAT(rejoined({"ab\\", "cd"}), ElementsAre("ab,cd"));
+    EXPECT_THAT(rejoined({"ab\\\\", "cd"}), ElementsAre("ab\\", "cd"));
+    EXPECT_THAT(rejoined({"ab\\\\\\", "cd"}), ElementsAre("ab\\,cd"));
+    EXPECT_THAT(rejoined({"\\", "\\", "c", "d"}), ElementsAre(",,c", "d"));
+    EXPECT_THAT(rejoined({"a", "b\\", "c", "d\\", "e", "f"}), ElementsAre("a", "b,c", "d,e", "f"));
+}
+
+TEST(vctree_convert_escape_character, KeepsDoubledBackslashesOnRequestButStillJoins) {
+    EXPECT_THAT(rejoined({"ab\\\\", "cd"}, true), ElementsAre("ab\\\\", "cd"));
+    EXPECT_THAT(rejoined({"a\\\\\\", "c"}, true), ElementsAre("a\\\\,c"));
+}
+
+TEST(vctree_convert_escape_character, UnescapesTheLastTokenOnlyWhenItIsTakenUp) {
+    EXPECT_THAT(rejoined({"a", "b\\\\c"}), ElementsAre("a", "b\\\\c"));
+    EXPECT_THAT(rejoined({"a\\", "b\\\\c"}), ElementsAre("a,b\\c"));
+    EXPECT_THAT(rejoined({"a\\\\"}), ElementsAre("a\\\\"));
+    EXPECT_THAT(rejoined({"a\\"}), ElementsAre("a\\"));
+    EXPECT_THAT(rejoined({"a", "b\\"}), ElementsAre("a", "b\\"));
+    EXPECT_THAT(rejoined({}), IsEmpty());
+}
+
+TEST(vctree_convert_escape_character, UnescapesATakenUpTextForTheSecondTime) {
+    EXPECT_THAT(rejoined({"a\\", "b\\\\\\\\c", "d"}), ElementsAre("a,b\\c", "d"));
+}
+
+}  // namespace
