@@ -131,6 +131,7 @@ struct Case {
 };
 constexpr std::array kCases{
     Case{"present", present},
+    Case{"loaded", loaded},
     Case{"absent", absent},
     Case{"one_attempt_only", one_attempt_only},
     Case{"services_come_first", services_come_first},
