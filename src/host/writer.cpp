@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "host/file_output.h"
 #include "host/numbers.h"
@@ -102,17 +103,28 @@ struct Unwritable : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-std::string path_of(const Document& document, const Element& element) {
-    std::string path;
-    for (const Element* at = &element; at != nullptr; at = document.element(at->parent)) {
-        int position = 1;
-        for (Ref ref = at->previous; ref != 0; ref = document.element(ref)->previous) {
-            position += document.element(ref)->tag == at->tag ? 1 : 0;
-        }
-        std::string step = "/" + std::string(document.name_view(at->tag));
-        if (at->parent != 0) step += "[" + std::to_string(position) + "]";
-        path.insert(0, step);
+std::string step_of(const Document& document, const Element& element) {
+    int position = 1;
+    for (Ref ref = element.previous; ref != 0; ref = document.element(ref)->previous) {
+        position += document.element(ref)->tag == element.tag ? 1 : 0;
     }
+    std::string step = "/";
+    step += document.name_view(element.tag);
+    if (element.parent != 0) step.append("[").append(std::to_string(position)).append("]");
+    return step;
+}
+
+// "/r/a[2]/b[1]"; of a very deep path the steps next to the element.
+std::string path_of(const Document& document, const Element& element) {
+    constexpr std::size_t kSteps = 100;
+    std::vector<const Element*> line;
+    const Element* at = &element;
+    for (; at != nullptr && line.size() < kSteps; at = document.element(at->parent)) {
+        line.push_back(at);
+    }
+    std::string path = at == nullptr ? "" : "...";
+    std::for_each(line.rbegin(), line.rend(),
+                  [&](const Element* ancestor) { path += step_of(document, *ancestor); });
     return path;
 }
 
