@@ -16,16 +16,25 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-std::string general_help() {
+// The commands whose names begin with prefix, with their summaries.
+std::string command_lines(const std::string& prefix) {
     std::size_t width = 0;
-    for (const Command* command : all_commands()) width = std::max(width, command->name.size());
-    std::string text =
-        "Work on option and data trees, and on any XML file.\n"
-        "Usage: uxtree COMMAND [OPTIONS] ...\n\n"
-        "Commands:\n";
     for (const Command* command : all_commands()) {
+        if (command->name.starts_with(prefix)) width = std::max(width, command->name.size());
+    }
+    std::string text = "Commands:\n";
+    for (const Command* command : all_commands()) {
+        if (!command->name.starts_with(prefix)) continue;
         text += fmt::format("  {:<{}}  {}\n", command->name, width, command->summary);
     }
+    return text;
+}
+
+std::string general_help() {
+    std::string text =
+        "Work on option and data trees, and on any XML file.\n"
+        "Usage: uxtree COMMAND [OPTIONS] ...\n\n" +
+        command_lines("");
     text +=
         "\nOptions:\n"
         "  -h, --help      this help; uxtree COMMAND --help explains a command\n"
@@ -78,6 +87,12 @@ Words names_in_group(const std::string& group) {
         }
     }
     return names;
+}
+
+// "theme --help", where all commands of that group have one more word.
+bool asks_for_group_help(const Words& words) {
+    const bool asks = words.size() == 2 && (words[1] == "--help" || words[1] == "-h");
+    return asks && !names_in_group(words[0]).empty();
 }
 
 [[noreturn]] void throw_unknown_command(const Words& words) {
@@ -161,6 +176,11 @@ int run(Words words) {
         return kUsage;
     }
     const Command* command = find_command(words);
+    if (command == nullptr && asks_for_group_help(words)) {
+        print("Usage: uxtree " + words[0] + " COMMAND [OPTIONS] ...\n\n" +
+              command_lines(words[0] + " "));
+        return kSuccess;
+    }
     if (command == nullptr) throw_unknown_command(words);
     const auto named = static_cast<Words::difference_type>(name_length(*command));
     arguments.insert(arguments.end(), words.begin() + named, words.end());

@@ -65,6 +65,7 @@ void save_to_stream(const UXXmlWrapperBase& root, const std::string& file) {
     ::unlink(path.c_str());
     Output out(file);
     out.write(content);
+    if (is_standard_output(file) && ::isatty(STDOUT_FILENO) == 1) out.write("\n");
     out.finish();
 }
 
