@@ -41,7 +41,7 @@ std::size_t ByteArena::size_class(std::size_t units) {
     if (units <= kExactUnits) return units;
     const auto width = static_cast<unsigned>(std::bit_width(units - 1));
     const std::size_t eighth = ((units - 1) >> (width - 4)) & 7;
-    return kExactUnits + 1 + (width - 7) * 8 + eighth;
+    return kExactUnits + 1 + std::size_t{width - 7} * 8 + eighth;
 }
 
 Ref ByteArena::pop(std::size_t sizeClass) {

@@ -62,7 +62,7 @@ private:
     static constexpr Ref kUnitMask = (Ref{1} << kUnitBits) - 1;
     static constexpr std::size_t kExactUnits = 64;        // above, eight classes a doubling
     static constexpr std::size_t kSharedUnits = 1 << 15;  // larger blocks have a chunk of their own
-    static constexpr std::size_t kClasses = kExactUnits + 1 + 8 * 9;
+    static constexpr std::size_t kClasses = kExactUnits + 1 + std::size_t{8} * 9;
 
     static std::size_t rounded_units(std::size_t bytes) {
         const std::size_t units = (bytes + 7) >> 3;

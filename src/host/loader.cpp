@@ -251,12 +251,13 @@ struct ParserDeleter {
 };
 using ParserHandle = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter>;
 
+bool is_padding(char c) {
+    return c == '\0' || c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
 // NUL bytes, and nothing but them and white space, from the parser's place to the end of the input?
 bool only_padding_follows(XML_Parser parser, const char* block, long blockStart, long blockSize,
                           const ByteSource& source) {
-    const auto is_padding = [](char c) {
-        return c == '\0' || c == ' ' || c == '\t' || c == '\n' || c == '\r';
-    };
     long from = static_cast<long>(XML_GetCurrentByteIndex(parser)) - blockStart;
     from = std::clamp(from, 0L, blockSize);
     if (!std::all_of(block + from, block + blockSize, is_padding)) return false;

@@ -4,9 +4,11 @@
 #include <atomic>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "uxtree/host/utilities.h"
 
+#include "host/ascii.h"
 #include "host/document.h"
 #include "host/numbers.h"
 
@@ -40,21 +42,15 @@ std::string_view view(const CStringUTF8& text) {
     return {static_cast<const char*>(text), static_cast<std::size_t>(text.GetLength())};
 }
 
-std::string_view view_or_empty(const char* text) {
-    return text == nullptr ? "" : text;
-}
-
 // The ID of a new element: -1 and 0 mean none.
 int new_id(int id) {
     return id == 0 ? uxhost::kNoId : id;
 }
 
 bool same_text(std::string_view a, std::string_view b, bool noCase) {
-    if (a.size() != b.size()) return false;
     if (!noCase) return a == b;
-    const auto fold = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-    return std::equal(a.begin(), a.end(), b.begin(),
-                      [fold](char x, char y) { return fold(x) == fold(y); });
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return uxhost::to_lower(x) == uxhost::to_lower(y); });
 }
 
 // The first element below top, in pre-order, for which matches yields true. Not deep: among the
@@ -96,6 +92,20 @@ void split_joined(std::string_view text, CWBOStringArray& out) {
     out.Add(piece);
 }
 
+// The steps of a path "a/b/c", without empty ones; none at all when one of them is no name, so that
+// nothing is created for a path that cannot be.
+std::vector<CStringUTF8> path_steps(const char* path) {
+    CWBOStringArray tags;
+    UXGetTokens(tags, path, '/', 0);
+    std::vector<CStringUTF8> steps;
+    for (int i = 0; i < tags.GetSize(); ++i) {
+        if (tags[i].IsEmpty()) continue;
+        if (!UXIsName(view(tags[i]))) return {};
+        steps.push_back(tags[i]);
+    }
+    return steps;
+}
+
 constexpr const char* kSizeAttribute = "FileDataDimsVector";
 
 }  // namespace
@@ -117,6 +127,7 @@ UXXmlWrapperBase::~UXXmlWrapperBase() {
     if (document_ != nullptr) document_->let_go();
 }
 UXXmlWrapperBase& UXXmlWrapperBase::operator=(const UXXmlWrapperBase& other) noexcept {
+    if (this == &other) return *this;
     if (other.document_ != nullptr) other.document_->retain();
     if (document_ != nullptr) document_->let_go();
     document_ = other.document_;
@@ -231,7 +242,7 @@ int UXXmlWrapperBase::GetArrayOfChildren(CArray<UXXmlWrapperBase, UXXmlWrapperBa
     if (parent == nullptr) return 0;
     return guarded([&] {
         const UXXmlWrapperBase keepsAlive(*this);  // this handle may stand in the array
-        const bool all = view_or_empty(tag).empty();
+        const bool all = uxhost::view_of(tag).empty();
         const NameId wanted = all ? 0 : document_->find_name(tag);
         array.RemoveAll();
         if (indices != nullptr) indices->RemoveAll();
@@ -368,7 +379,7 @@ int UXXmlWrapperBase::SetString(const char* text) {
     Element* element = Live();
     if (element == nullptr) return 0;
     return guarded([&] {
-        document_->set_value(*element, view_or_empty(text));
+        document_->set_value(*element, uxhost::view_of(text));
         return 1;
     });
 }
@@ -601,7 +612,7 @@ int UXXmlWrapperBase::AddChild(const UXXmlWrapperBase* before, const char* tag, 
         if (name == 0) return 0;
         Element* child = document_->new_element(name, new_id(id));
         try {
-            document_->set_value(*child, view_or_empty(text));
+            document_->set_value(*child, uxhost::view_of(text));
         } catch (...) {
             document_->release(child);
             throw;
@@ -729,7 +740,7 @@ int UXXmlWrapperBase::CreateNew(int /*unused*/, const char* tag) {
 int UXXmlWrapperBase::FindChild(const char* tag, UXXmlWrapperBase* out, int /*unused*/) const {
     if (out == nullptr) return 0;
     const Element* parent = Live();
-    const NameId wanted = parent == nullptr ? 0 : document_->find_name(view_or_empty(tag));
+    const NameId wanted = parent == nullptr ? 0 : document_->find_name(uxhost::view_of(tag));
     if (wanted == 0) return out->ReleaseNode() - 1;
     Element* child = document_->element(parent->first);
     while (child != nullptr && child->tag != wanted) child = document_->element(child->next);
@@ -740,9 +751,9 @@ int UXXmlWrapperBase::FindNodeByAttribute(UXXmlWrapperBase* out, const char* nam
                                           const char* value, int noCase, int deep) const {
     if (out == nullptr) return 0;
     const Element* top = Live();
-    const NameId wanted = top == nullptr ? 0 : document_->find_name(view_or_empty(name));
+    const NameId wanted = top == nullptr ? 0 : document_->find_name(uxhost::view_of(name));
     if (wanted == 0) return out->ReleaseNode() - 1;
-    const std::string_view text = view_or_empty(value);
+    const std::string_view text = uxhost::view_of(value);
     return out->Bind(document_, find_below(*document_, *top, deep != 0, [&](const Element& at) {
                          const Attribute* attribute = document_->find_attribute(at, wanted);
                          return attribute != nullptr &&
@@ -755,7 +766,7 @@ int UXXmlWrapperBase::FindNodeByAttribute(UXXmlWrapperBase* out, const char* nam
                                           int deep) const {
     if (out == nullptr) return 0;
     const Element* top = Live();
-    const NameId wanted = top == nullptr ? 0 : document_->find_name(view_or_empty(name));
+    const NameId wanted = top == nullptr ? 0 : document_->find_name(uxhost::view_of(name));
     if (wanted == 0) return out->ReleaseNode() - 1;
     return out->Bind(document_, find_below(*document_, *top, deep != 0, [&](const Element& at) {
                          const Attribute* attribute = document_->find_attribute(at, wanted);
@@ -773,19 +784,14 @@ int UXXmlWrapperBase::FindCreateNode(const char* path, UXXmlWrapperBase* out, in
     const int found = Live() == nullptr ? 0 : guarded([&] {
         UXXmlWrapperBase node(*this);
         bool created = false;
-        int steps = 0;
-        CWBOStringArray tags;
-        UXGetTokens(tags, path, '/', 0);
-        for (int i = 0; i < tags.GetSize(); ++i) {
-            if (tags[i].IsEmpty()) continue;
-            ++steps;
+        for (const CStringUTF8& tag : path_steps(path)) {
             UXXmlWrapperBase child;
-            created = node.FindChild(tags[i], &child, 1) == 0;
-            if (created && !node.AddNode(&child, tags[i], id)) return 0;
+            created = node.FindChild(tag, &child, 1) == 0;
+            if (created && !node.AddNode(&child, tag, id)) return 0;
             node = std::move(child);
         }
-        if (steps == 0) return 0;
-        if (created && text != nullptr && !node.SetString(text)) return 0;
+        if (node == *this) return 0;
+        if (created && text != nullptr) node.SetString(text);
         *out = std::move(node);
         return 1;
     });

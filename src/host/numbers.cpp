@@ -8,12 +8,10 @@
 
 #include "uxtree/host/utilities.h"
 
+#include "host/ascii.h"
+
 namespace uxhost {
 namespace {
-
-bool is_space(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
 
 // The next run of characters that are not white space; empty at the end. Advances text.
 std::string_view next_token(std::string_view& text) {
@@ -151,8 +149,7 @@ bool with_array(const UXVectorDesc& vector, Action&& action) {
 }  // namespace
 
 bool parse_bool(std::string_view text, bool& value) {
-    while (!text.empty() && is_space(text.front())) text.remove_prefix(1);
-    while (!text.empty() && is_space(text.back())) text.remove_suffix(1);
+    text = trimmed(text);
     if (text == "true" || text == "false") {
         value = text == "true";
         return true;

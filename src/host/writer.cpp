@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "host/file_output.h"
-#include "host/numbers.h"
+#include "host/utf8.h"
 
 namespace uxhost {
 namespace {
@@ -65,33 +65,18 @@ std::string_view reference_for(char c) {
     }
 }
 
-// The length of a valid sequence of characters that XML allows, of two bytes or more, at text[0];
-// 0 when there is none.
-std::size_t sequence_length(std::string_view text) {
-    const auto byte = [&](std::size_t i) {
-        return i < text.size() ? static_cast<unsigned char>(text[i]) : 0u;
-    };
-    const auto follows = [&](std::size_t i) { return (byte(i) & 0xC0) == 0x80; };
-    const unsigned lead = byte(0);
-    if (lead >= 0xC2 && lead <= 0xDF) return follows(1) ? 2 : 0;
-    if (lead >= 0xE0 && lead <= 0xEF) {
-        if (!follows(1) || !follows(2)) return 0;
-        const unsigned code = (lead & 0x0F) << 12 | (byte(1) & 0x3F) << 6 | (byte(2) & 0x3F);
-        return code < 0x800 || (code >= 0xD800 && code <= 0xDFFF) || code >= 0xFFFE ? 0 : 3;
-    }
-    if (lead >= 0xF0 && lead <= 0xF4) {
-        if (!follows(1) || !follows(2) || !follows(3)) return 0;
-        const unsigned code = (lead & 0x07) << 18 | (byte(1) & 0x3F) << 12;
-        return code < 0x10000 || code > 0x10FFFF ? 0 : 4;
-    }
-    return 0;
+// Bytes of the character at text[0]; 0 when XML does not allow what stands there.
+std::size_t character_length(std::string_view text) {
+    const unsigned char bits = class_of(text[0]);
+    if ((bits & kForbidden) != 0) return 0;
+    if ((bits & kHigh) == 0) return 1;
+    const Utf8Char character = decode_utf8(text, 0);
+    return character.code == 0xFFFE || character.code == 0xFFFF ? 0 : character.length;
 }
 
 bool holds_only_characters(std::string_view text) {
     while (!text.empty()) {
-        const unsigned char bits = class_of(text[0]);
-        if ((bits & kForbidden) != 0) return false;
-        const std::size_t length = (bits & kHigh) != 0 ? sequence_length(text) : 1;
+        const std::size_t length = character_length(text);
         if (length == 0) return false;
         text.remove_prefix(length);
     }

@@ -1161,6 +1161,8 @@ TEST(FindCreateNode, CreatesWhatIsMissing) {
     EXPECT_EQ(root.FindCreateNode("//", &out, -1, nullptr, 0, 0, nullptr), 0);
     EXPECT_EQ(root.FindCreateNode(nullptr, &out, -1, nullptr, 0, 0, nullptr), 0);
     EXPECT_EQ(root.FindCreateNode("a/1", &out, -1, nullptr, 0, 0, nullptr), 0);
+    EXPECT_EQ(root.FindCreateNode("x/y/1", &out, -1, nullptr, 0, 0, nullptr), 0);
+    EXPECT_EQ(tree.text(), R"(<r><a><b>old</b><c _ux_id="5"><d _ux_id="5">text</d></c></a></r>)");
     EXPECT_EQ(root.FindCreateNode("e", &root, -1, nullptr, 0, 0, nullptr), 1);
 
     EXPECT_EQ(tag_of(root), "e");

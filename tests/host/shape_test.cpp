@@ -69,6 +69,9 @@ TEST(UXXmlWrapperBase, MillionLevelsCostNoStack) {
 
         exercise(root);
 
+        node.SetString("\x01");
+        EXPECT_EQ(root.Save("/dev/null", 0), 0);
+        EXPECT_LT(UXGetLastSaveError().GetLength(), 1000);
         int levels = 0;
         while (node.GetParent(&node)) ++levels;
         EXPECT_EQ(levels, kMany);

@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <clocale>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <stdexcept>
@@ -11,6 +12,8 @@
 #include <gtest/gtest.h>
 
 #include "uxtree/host/utilities.h"
+
+#include "support/test_tree.h"
 
 namespace {
 std::string text_of(const CStringUTF8& text) {
@@ -473,26 +476,31 @@ TEST(CStringUTF8, ANullOrEmptyFormatIsEmpty) {
 }
 #pragma GCC diagnostic pop
 
-// Formats numbers under a locale with a decimal comma, when the system has one.
+// A locale with a decimal comma, for the life of the object.
 class CommaLocale {
 public:
     CommaLocale() : previous_(std::setlocale(LC_ALL, nullptr)) {
-        for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "de_DE"}) {
-            if (std::setlocale(LC_ALL, name) != nullptr) found_ = true;
-            if (found_) return;
-        }
+        // A locale of our own, because a small machine has none but C.
+        const std::string made = folder_.path("de_DE.UTF-8");
+        const std::string command = "localedef -i de_DE -f UTF-8 " + made + " > /dev/null 2>&1";
+        static_cast<void>(std::system(command.c_str()));
+        setenv("LOCPATH", folder_.path("").c_str(), 1);
+        std::setlocale(LC_ALL, "de_DE.UTF-8");
     }
-    ~CommaLocale() { std::setlocale(LC_ALL, previous_.c_str()); }
-    bool found() const { return found_; }
+    ~CommaLocale() {
+        std::setlocale(LC_ALL, previous_.c_str());
+        unsetenv("LOCPATH");
+    }
+    static bool in_force() { return *std::localeconv()->decimal_point == ','; }
 
 private:
+    uxtest::TemporaryFolder folder_;
     std::string previous_;
-    bool found_ = false;
 };
 
 TEST(CStringUTF8, FormatsWithAPointInEveryLocale) {
     const CommaLocale locale;
-    if (!locale.found()) GTEST_SKIP() << "no locale with a decimal comma is installed";
+    ASSERT_TRUE(locale.in_force()) << "the package locales is missing";
     CStringUTF8 text;
     double value = 0;
 
