@@ -59,13 +59,13 @@ range,tag,repeat,sub-range,label,id,auto,value
 node     form      item    value
 Weight   compact   method  8 Data Power Variance
 Weight   compact   data    Col(W)
-Weight   compact   a      1
-Weight   compact   b      2.5
-Weight   compact   c      -3
+Weight   compact   a       1
+Weight   compact   b       2.5
+Weight   compact   c       -3
 Data/W2  compact   method  99 (unknown)
 Shown    expanded  method  6 Linear Variance
-Shown    expanded  a      4
-Shown    expanded  b      5
+Shown    expanded  a       4
+Shown    expanded  b       5
 Params   settings  Share   1, 0
 """),
     case("FitterGivesJson", ["fitter", "show", "-", "-f", "json"],
