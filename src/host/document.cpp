@@ -315,17 +315,21 @@ Element* Document::next_below(const Element& top, const Element& element) const 
     return nullptr;
 }
 
-NameId Document::map_name(const Document& from, NameId name, std::vector<NameId>& nameMap) {
+NameId Document::map_name(const Document& from, NameId name, NameMap& nameMap) {
     if (&from == this) return name;
-    if (nameMap.empty()) nameMap.resize(from.names_.size());
-    NameId& mapped = nameMap[name];
-    if (mapped == 0) mapped = names_.intern(from.names_.text(name), bytes_);
+    const auto look_up = [&] { return names_.intern(from.names_.text(name), bytes_); };
+    if (nameMap.ids.empty()) {
+        if (++nameMap.asked < from.names_.size() / 16) return look_up();
+        nameMap.ids.resize(from.names_.size());
+    }
+    NameId& mapped = nameMap.ids[name];
+    if (mapped == 0) mapped = look_up();
     return mapped;
 }
 
 // The target has no attributes yet.
 void Document::copy_attributes(const Document& from, const Element& source, Element& target,
-                               std::vector<NameId>& nameMap) {
+                               NameMap& nameMap) {
     reserve_attributes(target, source.attributeCount);
     for (std::uint32_t i = 0; i < source.attributeCount; ++i) {
         const Attribute attribute = from.attributes(source)[i];
@@ -340,7 +344,7 @@ void Document::copy_value(const Document& from, const Element& source, Element& 
 }
 
 Element* Document::copy(const Document& from, const Element& source, bool deep) {
-    std::vector<NameId> nameMap;
+    NameMap nameMap;
     Element* const top = new_element(map_name(from, source.tag, nameMap), source.id);
     try {
         copy_attributes(from, source, *top, nameMap);

@@ -153,10 +153,16 @@ private:
     friend struct DocumentHolder;
 
     void set_value_bytes(Element& element, const void* bytes, std::size_t size, ValueKind kind);
+    // Names of another document as names of this one, for the length of one copy. The table of all
+    // of them is made only once enough were asked for: a document may have very many names.
+    struct NameMap {
+        std::vector<NameId> ids;
+        std::size_t asked = 0;
+    };
     void copy_attributes(const Document& from, const Element& source, Element& target,
-                         std::vector<NameId>& nameMap);
+                         NameMap& nameMap);
     void copy_value(const Document& from, const Element& source, Element& target);
-    NameId map_name(const Document& from, NameId name, std::vector<NameId>& nameMap);
+    NameId map_name(const Document& from, NameId name, NameMap& nameMap);
     void free_storage(Element& element) noexcept;
 
     SlotArena<Element> elements_;
