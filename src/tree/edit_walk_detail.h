@@ -13,45 +13,44 @@ namespace ux {
 //   for (BranchCursor at(tree); at.more();) { ... at.into(), at.over() or at.remove() ... }
 class BranchCursor {
 public:
-    explicit BranchCursor(const UXXmlWrapperBase& top) { top.FirstChild(&node_); }
+    explicit BranchCursor(const UXXmlWrapperBase& top) : parent_(top) { top.FirstChild(&node_); }
     bool more() const { return node_.IsNodeValid() != 0; }
     UXXmlWrapperBase& node() { return node_; }
     bool at_first_level() const { return level_ == 0; }
 
     void into() {
-        if (step_into_first_child(node_)) {
-            ++level_;
-            return;
-        }
-        over();
+        UXXmlWrapperBase child;
+        if (!node_.FirstChild(&child)) return over();
+        parent_ = std::move(node_);
+        node_ = std::move(child);
+        ++level_;
     }
     void over() {
-        while (!step_to_next_sibling(node_)) {
-            if (level_ == 0 || !step_to_parent(node_)) {
-                node_.ReleaseNode();
-                return;
-            }
-            --level_;
-        }
+        UXXmlWrapperBase next;
+        node_.NextSibling(&next);
+        step_to(std::move(next));
     }
     // Removes the node with its branch; yields what the host's RemoveChild reports.
     int remove() {
-        UXXmlWrapperBase removed = node_;
-        UXXmlWrapperBase parent;
-        removed.GetParent(&parent);
-        if (!step_to_next_sibling(node_)) {
-            node_ = parent;
-            if (level_ == 0) {
-                node_.ReleaseNode();
-            } else {
-                --level_;
-                over();
-            }
-        }
-        return parent.RemoveChild(&removed, nullptr);
+        UXXmlWrapperBase next;
+        node_.NextSibling(&next);
+        const int code = parent_.RemoveChild(&node_, nullptr);
+        step_to(std::move(next));
+        return code;
     }
 
 private:
+    // To the next sibling, or when there is none to that of the nearest ancestor that has one.
+    void step_to(UXXmlWrapperBase&& next) {
+        node_ = std::move(next);
+        while (!node_.IsNodeValid() && level_ > 0) {
+            parent_.NextSibling(&node_);
+            step_to_parent(parent_);
+            --level_;
+        }
+    }
+
+    UXXmlWrapperBase parent_;
     UXXmlWrapperBase node_;
     long long level_ = 0;
 };

@@ -26,6 +26,7 @@ std::uint32_t key_of(int value, bool ascending) {
 
 KeyedChildren keyed_children(const UXXmlWrapperBase& parent, const char* attrName, bool ascending) {
     KeyedChildren keyed;
+    keyed.nodes.reserve(static_cast<std::size_t>(parent.GetNodeCount()));
     for (const UXXmlWrapperBase& child : children(parent)) {
         int value = 0;
         if (!child.GetPropertyValue(attrName, value, 0)) continue;
