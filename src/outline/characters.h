@@ -1,0 +1,16 @@
+// Which characters may stand in the names of an XML document.
+#pragma once
+
+#include <cstdint>
+
+namespace ux {
+
+// May a name start with the character: "_", ":" or a letter, which is any base character or
+// ideograph of XML 1.0, fourth edition.
+bool starts_name(std::uint32_t character);
+
+// May the character stand in a name behind its first character: what may start one, digits, ".",
+// "-", combining characters and extenders.
+bool continues_name(std::uint32_t character);
+
+}  // namespace ux

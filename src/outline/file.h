@@ -1,0 +1,49 @@
+// Files that the outline reads.
+#pragma once
+
+#include <cstddef>
+
+namespace ux {
+
+// A regular file opened for reading, or nothing: a missing or unreadable file, a directory, a pipe
+// and a device all count as not opened. Opening never waits.
+class RegularFile {
+public:
+    RegularFile() = default;
+    explicit RegularFile(const char* name);  // UTF-8; may be null
+    ~RegularFile();
+    RegularFile(RegularFile&& other) noexcept;
+    RegularFile(const RegularFile&) = delete;
+    RegularFile& operator=(const RegularFile&) = delete;
+
+    // Reads up to size bytes; 0 at the end of the file and on failure.
+    std::size_t read(char* out, std::size_t size);
+
+    bool is_open() const { return descriptor_ >= 0; }
+    int descriptor() const { return descriptor_; }
+    std::size_t size() const { return size_; }  // when it was opened
+
+private:
+    int descriptor_ = -1;
+    std::size_t size_ = 0;
+};
+
+// The bytes of a whole file in memory, with kReadAhead further readable bytes behind them. Empty
+// when the file cannot be opened or mapped. The file must not be shortened meanwhile.
+class MappedFile {
+public:
+    explicit MappedFile(const char* name);
+    ~MappedFile();
+    MappedFile(const MappedFile&) = delete;
+    MappedFile& operator=(const MappedFile&) = delete;
+
+    const char* begin() const { return bytes_; }
+    const char* end() const { return bytes_ + size_; }
+
+private:
+    const char* bytes_;
+    std::size_t size_ = 0;
+    std::size_t reserved_ = 0;  // 0: nothing is mapped
+};
+
+}  // namespace ux

@@ -1,0 +1,107 @@
+#include "outline/scanner.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "outline/byte_search.h"
+#include "outline/decoding.h"
+#include "outline/markup.h"
+
+namespace ux {
+namespace {
+
+constexpr std::size_t kLongestCutOff = 3;  // of a four-byte sequence
+
+// Passes the events of the grammar on to a handler.
+class HandlerSink {
+public:
+    explicit HandlerSink(SaxHandler& handler) : handler_(handler) {}
+
+    static constexpr const KnownName* expected_tag() { return nullptr; }
+    static constexpr const KnownName* expected_attribute() { return nullptr; }
+    static constexpr const KnownName* expected_end() { return nullptr; }
+    void begin_expected() {}
+    void attribute_expected() {}
+    void end_expected() {}
+
+    void begin(std::string_view name) {
+        name_ = name;
+        attributes_.clear();
+    }
+    void attribute(std::string_view name) { attributes_.emplace_back(name); }
+    void start() { handler_.startElement(name_, attributes_); }
+    void start_and_end() {
+        start();
+        handler_.endElement(name_);
+    }
+    // Intended: an end tag that does not fit is dropped and closes nothing.
+    void end(std::string_view name) {
+        const std::vector<std::string>& open = handler_.nameStack();
+        if (!open.empty() && open.back() == name) handler_.endElement(std::string(name));
+    }
+
+private:
+    SaxHandler& handler_;
+    std::string name_;
+    std::vector<std::string> attributes_;
+};
+
+}  // namespace
+
+SaxFileReader::SaxFileReader(const char* fileName, std::size_t blockSize)
+    : SaxFileReader(RegularFile(fileName), {}, blockSize) {}
+
+SaxFileReader SaxFileReader::of_bytes(std::string_view bytes, std::size_t blockSize) {
+    return {RegularFile(), bytes, blockSize};
+}
+
+SaxFileReader::SaxFileReader(RegularFile file, std::string_view bytes, std::size_t blockSize)
+    : file_(std::move(file)),
+      bytes_(bytes),
+      blockSize_(std::max<std::size_t>(blockSize, 1)),
+      block_(new char[kLongestCutOff + blockSize_ + kReadAhead]()),
+      position_(block_.get()),
+      limit_(block_.get()) {}
+
+std::size_t SaxFileReader::read(char* out) {
+    if (file_.is_open()) return file_.read(out, blockSize_);
+    const std::size_t size = bytes_.copy(out, blockSize_);
+    bytes_.remove_prefix(size);
+    return size;
+}
+
+bool SaxFileReader::refill() {
+    while (position_ == limit_ && !ended_) {
+        char* const block = block_.get();
+        std::memmove(block, cutOff_.data(), cutOff_.size());
+        const std::size_t size = read(block + cutOff_.size());
+        const char* const end = block + cutOff_.size() + size;
+        const Decoded decoded = decode_in_place(block, block + cutOff_.size() + size);
+        cutOff_ = {decoded.rest, static_cast<std::size_t>(end - decoded.rest)};
+        ended_ = size == 0 || decoded.stopped;
+        position_ = block;
+        limit_ = decoded.end;
+    }
+    return position_ != limit_;
+}
+
+std::uint32_t SaxFileReader::peek() {
+    return position_ != limit_ || refill() ? character_at(position_).value : 0;
+}
+
+std::uint32_t SaxFileReader::next() {
+    if (position_ == limit_ && !refill()) return 0;
+    const Character character = character_at(position_);
+    position_ += character.length;
+    return character.value;
+}
+
+bool SaxScanner::readName(std::string& out) { return MarkupCursor(reader_).append_name(out); }
+
+bool SaxScanner::scan(SaxHandler& handler) {
+    HandlerSink sink(handler);
+    return scan_markup(reader_, sink);
+}
+
+}  // namespace ux
