@@ -38,7 +38,11 @@ inline const char* find_byte(const char* bytes, const char* end, char wanted) {
     const __m128i pattern = _mm_set1_epi8(wanted);
     for (int i = 0; i < 4; ++i, bytes += 16) {  // most answers are near
         const unsigned mask = equal_mask(load_16(bytes), pattern);
-        if (mask != 0) return std::min(bytes + __builtin_ctz(mask), end);
+        if (mask != 0) {
+            bytes += __builtin_ctz(mask);
+            if (__builtin_expect(bytes >= end, 0)) return end;  // a branch: nothing waits for it
+            return bytes;
+        }
         if (bytes + 16 >= end) return end;
     }
     for (; bytes < end; bytes += 64) {
@@ -61,42 +65,44 @@ inline const char* find_byte(const char* bytes, const char* end, char wanted) {
 #endif
 }
 
-// A name prepared for the question whether it stands at some place.
-class KnownName {
+// A text prepared for the question whether it stands at some place.
+class KnownText {
 public:
-    KnownName() = default;
-    // Keeps a view of the name, which must live as long.
-    explicit KnownName(std::string_view name) : name_(name) {
-        std::copy_n(name.data(), std::min(name.size(), head_.size()), head_.data());
+    KnownText() = default;
+    // Keeps a view of the text, which must live as long.
+    explicit KnownText(std::string_view text) : text_(text) {
+        std::copy_n(text.data(), std::min(text.size(), head_.size()), head_.data());
 #if UXTREE_SSE2_SEARCH
-        headMask_ = name.size() >= head_.size() ? 0xFFFFu : (1u << name.size()) - 1u;
+        headMask_ = text.size() >= head_.size() ? 0xFFFFu : (1u << text.size()) - 1u;
 #endif
+        if (!text.empty()) last_ = text.back();
     }
-    std::string_view name() const { return name_; }
-    std::size_t size() const { return name_.size(); }
-    bool operator==(std::string_view other) const { return name_ == other; }
+    std::string_view text() const { return text_; }
+    std::size_t size() const { return text_.size(); }
+    char last() const { return last_; }
 
-    // True when the name and at least one further byte stand in [bytes, end).
+    // True when the text and at least one further byte stand in [bytes, end).
     bool stands_at(const char* bytes, const char* end) const {
-        if (static_cast<std::size_t>(end - bytes) <= name_.size()) return false;
+        if (static_cast<std::size_t>(end - bytes) <= text_.size()) return false;
 #if UXTREE_SSE2_SEARCH
         const unsigned mask = equal_mask(load_16(bytes), load_16(head_.data()));
         if ((mask & headMask_) != headMask_) return false;
-        return name_.size() <= head_.size() || tail_stands_at(bytes);
+        return text_.size() <= head_.size() || tail_stands_at(bytes);
 #else
-        return std::memcmp(bytes, name_.data(), name_.size()) == 0;
+        return std::memcmp(bytes, text_.data(), text_.size()) == 0;
 #endif
     }
 
 private:
     bool tail_stands_at(const char* bytes) const {
-        return std::memcmp(bytes + head_.size(), name_.data() + head_.size(),
-                           name_.size() - head_.size()) == 0;
+        return std::memcmp(bytes + head_.size(), text_.data() + head_.size(),
+                           text_.size() - head_.size()) == 0;
     }
 
     std::array<char, 16> head_{};
-    std::string_view name_;
+    std::string_view text_;
     unsigned headMask_ = 0;
+    char last_ = 0;
 };
 
 }  // namespace ux

@@ -6,9 +6,9 @@
 namespace ux {
 
 struct Decoded {
-    const char* end;   // behind the decoded characters, which start where the bytes started
-    const char* rest;  // the bytes from here on are not decoded: one sequence cut off, or bad bytes
-    bool stopped;      // rest is where the input ends, whatever follows
+    const char* end;  // behind the decoded characters, which start where the bytes started
+    char* rest;       // the bytes from here on are not decoded: one sequence cut off, or bad bytes
+    bool stopped;     // rest is where the input ends, whatever follows
 };
 
 // Decodes [bytes, end) in place. A byte below 80 is a character; lead bytes C0 to DF, E0 to EF and

@@ -11,8 +11,10 @@
 // A Sink receives events. A start tag is announced piecemeal and counts only with its last call:
 //   begin(name); attribute(name)...; then start(), or start_and_end() for "<a/>"
 //   end(name)                                  an end tag; the sink decides whether it fits
-// and may foresee what comes, which spares reading a name byte by byte:
-//   const KnownName* expected_tag(), expected_attribute(), expected_end()   null when it does not
+// and may foresee what comes, which spares reading it byte by byte:
+//   const KnownText* expected_tag()            `name` of a start tag, not empty; or null
+//   const KnownText* expected_attribute()      `name="`, with the quote it expects; or null
+//   const KnownText* expected_end()            `/name>` of an end tag; or null
 //   begin_expected(), attribute_expected(), end_expected()   the events when it was right
 #pragma once
 
@@ -133,8 +135,19 @@ public:
         }
         return true;
     }
-    // Consumes a foreseen name if it comes next, whole and not as the start of a longer one.
-    bool take_known(const KnownName& name) {
+    // What is at hand without a further piece, and consuming a part of it.
+    const char* next() const { return next_; }
+    const char* end() const { return end_; }
+    void move_to(const char* next) { next_ = next; }
+
+    // Consumes a foreseen text if it comes next and is at hand.
+    bool take_known(const KnownText& text) {
+        if (!text.stands_at(next_, end_)) return false;
+        next_ += text.size();
+        return true;
+    }
+    // The same for a name, which must not be the start of a longer one.
+    bool take_known_name(const KnownText& name) {
         if (!name.stands_at(next_, end_)) return false;
         const char behind = next_[name.size()];
         if ((role(behind) & kContinuesName) != 0 || !is_ascii_or_whole(behind)) return false;
@@ -216,6 +229,11 @@ public:
 
 private:
     bool construct() {
+        const KnownText* expected = sink_.expected_end();
+        if (expected != nullptr && cursor_.take_known(*expected)) {
+            sink_.end_expected();
+            return true;
+        }
         switch (cursor_.peek()) {
             case '/':
                 cursor_.skip_one();
@@ -234,12 +252,6 @@ private:
     }
 
     bool end_tag() {
-        const KnownName* expected = sink_.expected_end();
-        if (expected != nullptr && cursor_.take_known(*expected)) {
-            if (!cursor_.skip_past('>')) return false;
-            sink_.end_expected();
-            return true;
-        }
         std::string_view name;
         if (!cursor_.take_name(name)) return false;
         // Intended: whatever else the tag holds is read over.
@@ -286,6 +298,7 @@ private:
     bool start_tag() {
         begin_tag();
         for (;;) {
+            skip_expected_attributes();
             cursor_.skip_white();
             switch (cursor_.peek()) {
                 case '>':
@@ -305,8 +318,8 @@ private:
 
     // Intended: a tag without a name is an element with an empty name.
     void begin_tag() {
-        const KnownName* expected = sink_.expected_tag();
-        if (expected != nullptr && cursor_.take_known(*expected)) {
+        const KnownText* expected = sink_.expected_tag();
+        if (expected != nullptr && cursor_.take_known_name(*expected)) {
             sink_.begin_expected();
             return;
         }
@@ -315,15 +328,28 @@ private:
         sink_.begin(name);
     }
 
-    bool attribute() {
-        const KnownName* expected = sink_.expected_attribute();
-        if (expected != nullptr && cursor_.take_known(*expected)) {
+    // A shortcut: consumes attributes that come as foreseen and are at hand as a whole. It may stop
+    // before any attribute.
+    void skip_expected_attributes() {
+        const char* next = cursor_.next();
+        const char* const end = cursor_.end();
+        while (const KnownText* expected = sink_.expected_attribute()) {
+            const char* name = next;
+            while (name != end && is_white(*name)) ++name;
+            if (!expected->stands_at(name, end)) break;
+            const char* const value = name + expected->size();
+            const char* const quote = find_byte(value, end, expected->last());
+            if (quote == end) break;
             sink_.attribute_expected();
-        } else {
-            std::string_view name;
-            if (!cursor_.take_name(name)) return false;
-            sink_.attribute(name);
+            next = quote + 1;
         }
+        cursor_.move_to(next);
+    }
+
+    bool attribute() {
+        std::string_view name;
+        if (!cursor_.take_name(name)) return false;
+        sink_.attribute(name);
         cursor_.skip_white();
         if (!cursor_.take_if('=')) return false;
         cursor_.skip_white();

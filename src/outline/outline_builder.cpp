@@ -48,66 +48,27 @@ LayoutNode& LayoutNode::add_child(std::string_view tag) {
 
 void LayoutNode::rename(std::string_view tag) {
     name = tag;
-    knownName = KnownName(name);
+    endText = "/" + name + ">";
+    knownTag = KnownText(name);
+    knownEnd = KnownText(endText);
 }
 
 const LayoutNode* OutlineBuilder::entry_for(std::string_view name) const {
     return open_.empty() ? nullptr : open_.back().node->find_child(name);
 }
 
-// The place that remembers what follows the last child of the open element.
-LayoutNode*& OutlineBuilder::foreseen_node() {
-    const OpenElement& parent = open_.back();
-    return parent.lastChild != nullptr ? parent.lastChild->follower : parent.node->firstChild;
-}
-int& OutlineBuilder::foreseen_attribute() {
-    if (lastAttribute_ < 0) return node_->firstAttribute;
-    return node_->knownAttributes[static_cast<std::size_t>(lastAttribute_)].follower;
-}
-
-LayoutNode* OutlineBuilder::expected_node() const {
-    if (open_.empty()) return nullptr;
-    return const_cast<OutlineBuilder*>(this)->foreseen_node();
-}
-
-const KnownName* OutlineBuilder::expected_tag() const {
-    const LayoutNode* node = expected_node();
-    return node != nullptr && node->knownName.size() > 0 ? &node->knownName : nullptr;
-}
-
-const KnownName* OutlineBuilder::expected_end() const {
-    if (open_.empty() || open_.back().node->knownName.size() == 0) return nullptr;
-    return &open_.back().node->knownName;
-}
-
-const KnownName* OutlineBuilder::expected_attribute() const {
-    if (node_ == nullptr) return nullptr;
-    const int index = const_cast<OutlineBuilder*>(this)->foreseen_attribute();
-    return index < 0 ? nullptr : &node_->knownAttributes[static_cast<std::size_t>(index)].name;
-}
-
-void OutlineBuilder::begin_expected() {
-    node_ = expected_node();
-    lastAttribute_ = -1;
-}
-
-void OutlineBuilder::attribute_expected() { lastAttribute_ = foreseen_attribute(); }
-
 void OutlineBuilder::begin(std::string_view name) {
     node_ = open_.empty() ? &root_ : open_.back().node->find_child(name);
-    lastAttribute_ = -1;
+    lastAttribute_ = nullptr;
     if (node_ == nullptr || node_ == &root_) newName_ = name;
 }
 
 void OutlineBuilder::attribute(std::string_view name) {
     if (node_ != nullptr) {
-        std::vector<LayoutNode::KnownAttribute>& known = node_->knownAttributes;
+        const auto& known = node_->knownAttributes;
         const auto found = std::find_if(known.begin(), known.end(),
-                                        [&](const auto& other) { return other.name == name; });
-        if (found != known.end()) {
-            follow(static_cast<int>(found - known.begin()));
-            return;
-        }
+                                        [&](const auto& other) { return other->name() == name; });
+        if (found != known.end()) return follow(found->get());
         if (known.size() == kFewAttributes) {
             scratch_ = name;
             if (node_->attributeNames.count(scratch_) != 0) return;
@@ -116,37 +77,26 @@ void OutlineBuilder::attribute(std::string_view name) {
     newAttributes_.emplace_back(name);
 }
 
-void OutlineBuilder::follow(int attribute) {
+void OutlineBuilder::follow(LayoutNode::KnownAttribute* attribute) {
     foreseen_attribute() = attribute;
     lastAttribute_ = attribute;
 }
 
-void OutlineBuilder::start() {
-    LayoutNode& node = commit();
-    open_.push_back({&node, nullptr});
-}
-
-void OutlineBuilder::start_and_end() { commit(); }
-
-LayoutNode& OutlineBuilder::commit() {
-    if (open_.empty()) {
-        // Intended: a further top-level element renames the root, even to an empty name.
-        if (root_.name != newName_) root_.rename(newName_);
-    } else {
-        if (node_ == nullptr) node_ = &open_.back().node->add_child(newName_);
-        foreseen_node() = node_;
-        open_.back().lastChild = node_;
+void OutlineBuilder::commit_new() {
+    if (!open_.empty()) {
+        node_ = &open_.back().node->add_child(newName_);
+    } else if (root_.name != newName_) {
+        root_.rename(newName_);  // Intended: also for a further top-level element, even a nameless
     }
-    if (!newAttributes_.empty()) add_new_attributes(*node_);
-    return *node_;
 }
 
-void OutlineBuilder::add_new_attributes(LayoutNode& node) {
+void OutlineBuilder::add_new_attributes() {
     for (std::string& name : newAttributes_) {
-        const auto [place, isNew] = node.attributeNames.insert(std::move(name));
-        if (!isNew || node.knownAttributes.size() == kFewAttributes) continue;
-        node.knownAttributes.push_back({KnownName(*place), -1});
-        follow(static_cast<int>(node.knownAttributes.size()) - 1);
+        const auto [place, isNew] = node_->attributeNames.insert(std::move(name));
+        if (!isNew || node_->knownAttributes.size() == kFewAttributes) continue;
+        auto& known = node_->knownAttributes;
+        known.push_back(std::make_unique<LayoutNode::KnownAttribute>(*place));
+        follow(known.back().get());
     }
     newAttributes_.clear();
 }

@@ -21,7 +21,7 @@ struct LayoutNode {
     std::vector<std::unique_ptr<LayoutNode>> children;  // in the order of first appearance
 
     LayoutNode() = default;
-    explicit LayoutNode(std::string_view tag) : name(tag), knownName(name) {}
+    explicit LayoutNode(std::string_view tag) { rename(tag); }
     // Frees the branch without recursion, so that its depth costs no machine stack.
     ~LayoutNode();
     LayoutNode(const LayoutNode&) = delete;
@@ -32,16 +32,23 @@ struct LayoutNode {
     void rename(std::string_view tag);
 
     // What the last element of this entry looked like. Documents repeat themselves, so this
-    // foresees the next one.
+    // foresees the next one; the texts are those that the grammar asks for.
     struct KnownAttribute {
-        KnownName name;
-        int follower = -1;  // index of the attribute that came next last time
+        explicit KnownAttribute(std::string_view attribute)
+            : text(std::string(attribute) += "=\""), known(text) {}
+        std::string_view name() const { return std::string_view(text).substr(0, text.size() - 2); }
+
+        std::string text;
+        KnownText known;
+        KnownAttribute* follower = nullptr;  // the one that came next last time
     };
-    KnownName knownName;
+    std::string endText;
+    KnownText knownTag;
+    KnownText knownEnd;
     LayoutNode* firstChild = nullptr;  // the child that came first last time
     LayoutNode* follower = nullptr;    // the sibling that came next last time
-    int firstAttribute = -1;
-    std::vector<KnownAttribute> knownAttributes;  // the first few
+    KnownAttribute* firstAttribute = nullptr;
+    std::vector<std::unique_ptr<KnownAttribute>> knownAttributes;  // the first few
 
 private:
     std::unique_ptr<std::unordered_map<std::string_view, LayoutNode*>> index_;  // of many children
@@ -57,17 +64,33 @@ public:
     // The entry that an element of this name would fold into now, null when it would be new.
     const LayoutNode* entry_for(std::string_view name) const;
 
-    const KnownName* expected_tag() const;
-    const KnownName* expected_attribute() const;
-    const KnownName* expected_end() const;
-    void begin_expected();
-    void attribute_expected();
+    const KnownText* expected_tag() const {
+        const LayoutNode* node = open_.empty() ? nullptr : foreseen_node();
+        return node != nullptr && node->knownTag.size() > 0 ? &node->knownTag : nullptr;
+    }
+    const KnownText* expected_attribute() const {
+        const LayoutNode::KnownAttribute* attribute =
+            node_ == nullptr ? nullptr : foreseen_attribute();
+        return attribute != nullptr ? &attribute->known : nullptr;
+    }
+    const KnownText* expected_end() const {
+        if (open_.empty() || open_.back().node->knownTag.size() == 0) return nullptr;
+        return &open_.back().node->knownEnd;
+    }
+    void begin_expected() {
+        node_ = foreseen_node();
+        lastAttribute_ = nullptr;
+    }
+    void attribute_expected() { lastAttribute_ = foreseen_attribute(); }
     void end_expected() { open_.pop_back(); }
 
     void begin(std::string_view name);
     void attribute(std::string_view name);
-    void start();
-    void start_and_end();
+    void start() {
+        LayoutNode& node = commit();
+        open_.push_back({&node, nullptr});
+    }
+    void start_and_end() { commit(); }
     void end(std::string_view name);
 
 private:
@@ -75,19 +98,34 @@ private:
         LayoutNode* node;
         LayoutNode* lastChild;
     };
-    LayoutNode* expected_node() const;
-    LayoutNode*& foreseen_node();
-    int& foreseen_attribute();
-    void follow(int attribute);
-    LayoutNode& commit();
-    void add_new_attributes(LayoutNode& node);
+    // The places that remember what follows the last child of the open element, and the last
+    // attribute of the tag being read.
+    LayoutNode*& foreseen_node() const {
+        const OpenElement& parent = open_.back();
+        return parent.lastChild != nullptr ? parent.lastChild->follower : parent.node->firstChild;
+    }
+    LayoutNode::KnownAttribute*& foreseen_attribute() const {
+        return lastAttribute_ != nullptr ? lastAttribute_->follower : node_->firstAttribute;
+    }
+    LayoutNode& commit() {
+        if (node_ == nullptr || open_.empty()) commit_new();
+        if (!open_.empty()) {
+            foreseen_node() = node_;
+            open_.back().lastChild = node_;
+        }
+        if (!newAttributes_.empty()) add_new_attributes();
+        return *node_;
+    }
+    void commit_new();
+    void follow(LayoutNode::KnownAttribute* attribute);
+    void add_new_attributes();
 
     LayoutNode root_;
     std::vector<OpenElement> open_;
 
     // The start tag being read. It leaves no trace in the outline before it is complete.
     LayoutNode* node_ = nullptr;  // the entry that it folds into; null: a new one, or the root
-    int lastAttribute_ = -1;      // index in node_'s known attributes
+    LayoutNode::KnownAttribute* lastAttribute_ = nullptr;
     std::string newName_;
     std::vector<std::string> newAttributes_;
     std::string scratch_;

@@ -11,16 +11,18 @@
 namespace ux {
 namespace {
 
-constexpr std::size_t kLongestCutOff = 3;  // of a four-byte sequence
+// Blocks are read to a place that suits fast copying. In front of it there is room for the start of
+// a character that the block before did not hold whole.
+constexpr std::size_t kAlignment = 64;
 
 // Passes the events of the grammar on to a handler.
 class HandlerSink {
 public:
     explicit HandlerSink(SaxHandler& handler) : handler_(handler) {}
 
-    static constexpr const KnownName* expected_tag() { return nullptr; }
-    static constexpr const KnownName* expected_attribute() { return nullptr; }
-    static constexpr const KnownName* expected_end() { return nullptr; }
+    static constexpr const KnownText* expected_tag() { return nullptr; }
+    static constexpr const KnownText* expected_attribute() { return nullptr; }
+    static constexpr const KnownText* expected_end() { return nullptr; }
     void begin_expected() {}
     void attribute_expected() {}
     void end_expected() {}
@@ -60,9 +62,12 @@ SaxFileReader::SaxFileReader(RegularFile file, std::string_view bytes, std::size
     : file_(std::move(file)),
       bytes_(bytes),
       blockSize_(std::max<std::size_t>(blockSize, 1)),
-      block_(new char[kLongestCutOff + blockSize_ + kReadAhead]()),
-      position_(block_.get()),
-      limit_(block_.get()) {}
+      memory_(new char[2 * kAlignment + blockSize_ + kReadAhead]()) {
+    void* place = memory_.get() + kAlignment;
+    std::size_t space = kAlignment + blockSize_ + kReadAhead;
+    block_ = static_cast<char*>(std::align(kAlignment, blockSize_ + kReadAhead, place, space));
+    position_ = limit_ = block_;
+}
 
 std::size_t SaxFileReader::read(char* out) {
     if (file_.is_open()) return file_.read(out, blockSize_);
@@ -73,14 +78,13 @@ std::size_t SaxFileReader::read(char* out) {
 
 bool SaxFileReader::refill() {
     while (position_ == limit_ && !ended_) {
-        char* const block = block_.get();
-        std::memmove(block, cutOff_.data(), cutOff_.size());
-        const std::size_t size = read(block + cutOff_.size());
-        const char* const end = block + cutOff_.size() + size;
-        const Decoded decoded = decode_in_place(block, block + cutOff_.size() + size);
-        cutOff_ = {decoded.rest, static_cast<std::size_t>(end - decoded.rest)};
+        char* const start = block_ - cutOff_.size();
+        std::memmove(start, cutOff_.data(), cutOff_.size());
+        const std::size_t size = read(block_);
+        const Decoded decoded = decode_in_place(start, block_ + size);
+        cutOff_ = {decoded.rest, static_cast<std::size_t>(block_ + size - decoded.rest)};
         ended_ = size == 0 || decoded.stopped;
-        position_ = block;
+        position_ = start;
         limit_ = decoded.end;
     }
     return position_ != limit_;

@@ -59,7 +59,8 @@ private:
     RegularFile file_;
     std::string_view bytes_;  // what is left of the caller's bytes, when there is no file
     std::size_t blockSize_;
-    std::unique_ptr<char[]> block_;
+    std::unique_ptr<char[]> memory_;
+    char* block_;           // where blocks are read to
     const char* position_;  // the decoded piece at hand
     const char* limit_;
     std::string_view cutOff_;  // the start of a character that the last block did not hold whole
