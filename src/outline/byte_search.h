@@ -77,9 +77,15 @@ public:
 #endif
         if (!text.empty()) last_ = text.back();
     }
-    std::string_view text() const { return text_; }
-    std::size_t size() const { return text_.size(); }
-    char last() const { return last_; }
+    std::string_view text() const {
+        return text_;
+    }
+    std::size_t size() const {
+        return text_.size();
+    }
+    char last() const {
+        return last_;
+    }
 
     // True when the text and at least one further byte stand in [bytes, end).
     bool stands_at(const char* bytes, const char* end) const {

@@ -129,7 +129,11 @@ constexpr CharacterSet kNames =
 
 }  // namespace
 
-bool starts_name(std::uint32_t character) { return kNameStarts.has(character); }
-bool continues_name(std::uint32_t character) { return kNames.has(character); }
+bool starts_name(std::uint32_t character) {
+    return kNameStarts.has(character);
+}
+bool continues_name(std::uint32_t character) {
+    return kNames.has(character);
+}
 
 }  // namespace ux

@@ -61,8 +61,12 @@ constexpr int kLane = 16;
 constexpr std::ptrdiff_t kChunk = 64;
 constexpr std::ptrdiff_t kLargeChunk = 1024;
 
-__m128i all_lanes(int byte) { return _mm_set1_epi8(static_cast<char>(byte)); }
-unsigned sign_bits(__m128i lane) { return static_cast<unsigned>(_mm_movemask_epi8(lane)); }
+__m128i all_lanes(int byte) {
+    return _mm_set1_epi8(static_cast<char>(byte));
+}
+unsigned sign_bits(__m128i lane) {
+    return static_cast<unsigned>(_mm_movemask_epi8(lane));
+}
 __m128i are_below(__m128i lane, int byte) {  // both from 80 up, or both below
     return _mm_cmpgt_epi8(all_lanes(byte), lane);
 }
@@ -86,7 +90,9 @@ public:
         leastShifted_ = _mm_min_epu8(leastShifted_, _mm_add_epi8(here, all_lanes(0x10)));
     }
     // Continuation bytes stand exactly where they must, and there is neither NUL nor F0 to FF.
-    bool are_ordinary() const { return sign_bits(fits_) == 0xFFFF && !any_at_most(leastShifted_, 0x10); }
+    bool are_ordinary() const {
+        return sign_bits(fits_) == 0xFFFF && !any_at_most(leastShifted_, 0x10);
+    }
     // Was there a lead byte C0, C1, E0 or E1?
     bool may_have_long_forms() const { return any_at_most(leastAsked_, 1); }
 
@@ -101,8 +107,8 @@ bool has_no_long_forms(const char* chunk, std::ptrdiff_t size) {
     __m128i longForms = _mm_setzero_si128();
     for (; size > 0; size -= kLane, chunk += kLane) {
         const __m128i here = load_16(chunk);
-        const __m128i isC0orC1 = _mm_cmpeq_epi8(_mm_and_si128(here, all_lanes(0xFE)),
-                                                all_lanes(0xC0));
+        const __m128i isC0orC1 =
+            _mm_cmpeq_epi8(_mm_and_si128(here, all_lanes(0xFE)), all_lanes(0xC0));
         const __m128i followsE0 = _mm_cmpeq_epi8(load_16(chunk - 1), all_lanes(0xE0));
         const __m128i longBehindE0 = _mm_and_si128(followsE0, are_below(here, 0xA0));
         longForms = _mm_or_si128(longForms, _mm_or_si128(isC0orC1, longBehindE0));

@@ -50,6 +50,22 @@ constexpr std::array<unsigned char, 256> byte_roles() {
     return roles;
 }
 
+// Bytes in memory as an input of one piece. They are not decoded: every byte from 80 up is a name
+// character and a NUL is an ordinary byte.
+class BytesInput {
+public:
+    static constexpr bool kHighBytesAreNames = true;
+    BytesInput(const char* begin, const char* end) : position_(begin), limit_(end) {}
+    const char* position() const { return position_; }
+    const char* limit() const { return limit_; }
+    void move_to(const char* position) { position_ = position; }
+    static bool refill() { return false; }
+
+private:
+    const char* position_;
+    const char* limit_;
+};
+
 // Steps through an input, from piece to piece.
 template <typename Input>
 class MarkupCursor {

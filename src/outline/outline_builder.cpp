@@ -53,10 +53,6 @@ void LayoutNode::rename(std::string_view tag) {
     knownEnd = KnownText(endText);
 }
 
-const LayoutNode* OutlineBuilder::entry_for(std::string_view name) const {
-    return open_.empty() ? nullptr : open_.back().node->find_child(name);
-}
-
 void OutlineBuilder::begin(std::string_view name) {
     node_ = open_.empty() ? &root_ : open_.back().node->find_child(name);
     lastAttribute_ = nullptr;
@@ -102,7 +98,7 @@ void OutlineBuilder::add_new_attributes() {
 }
 
 void OutlineBuilder::end(std::string_view name) {
-    if (!open_.empty() && open_.back().node->name == name) open_.pop_back();
+    if (is_open(name)) open_.pop_back();
 }
 
 bool LayoutHandler::startElement(const std::string& name,

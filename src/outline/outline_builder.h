@@ -17,7 +17,7 @@ namespace ux {
 // One entry: which attributes and which children the elements of this name and place have.
 struct LayoutNode {
     std::string name;
-    std::set<std::string> attributeNames;                // in the order of their bytes
+    std::set<std::string> attributeNames;               // in the order of their bytes
     std::vector<std::unique_ptr<LayoutNode>> children;  // in the order of first appearance
 
     LayoutNode() = default;
@@ -59,10 +59,12 @@ private:
 class OutlineBuilder {
 public:
     const LayoutNode& root() const { return root_; }
-    bool has_open_element() const { return !open_.empty(); }
-    const std::string& open_name() const { return open_.back().node->name; }
-    // The entry that an element of this name would fold into now, null when it would be new.
-    const LayoutNode* entry_for(std::string_view name) const;
+    // Is this the name of the innermost open element?
+    bool is_open(std::string_view name) const {
+        return !open_.empty() && open_.back().node->name == name;
+    }
+    // Does the tag being read fold into an entry that exists?
+    bool has_entry() const { return !open_.empty() && node_ != nullptr; }
 
     const KnownText* expected_tag() const {
         const LayoutNode* node = open_.empty() ? nullptr : foreseen_node();

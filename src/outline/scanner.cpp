@@ -7,6 +7,7 @@
 #include "outline/byte_search.h"
 #include "outline/decoding.h"
 #include "outline/markup.h"
+#include "outline/scanner_detail.h"
 
 namespace ux {
 namespace {
@@ -14,40 +15,6 @@ namespace {
 // Blocks are read to a place that suits fast copying. In front of it there is room for the start of
 // a character that the block before did not hold whole.
 constexpr std::size_t kAlignment = 64;
-
-// Passes the events of the grammar on to a handler.
-class HandlerSink {
-public:
-    explicit HandlerSink(SaxHandler& handler) : handler_(handler) {}
-
-    static constexpr const KnownText* expected_tag() { return nullptr; }
-    static constexpr const KnownText* expected_attribute() { return nullptr; }
-    static constexpr const KnownText* expected_end() { return nullptr; }
-    void begin_expected() {}
-    void attribute_expected() {}
-    void end_expected() {}
-
-    void begin(std::string_view name) {
-        name_ = name;
-        attributes_.clear();
-    }
-    void attribute(std::string_view name) { attributes_.emplace_back(name); }
-    void start() { handler_.startElement(name_, attributes_); }
-    void start_and_end() {
-        start();
-        handler_.endElement(name_);
-    }
-    // Intended: an end tag that does not fit is dropped and closes nothing.
-    void end(std::string_view name) {
-        const std::vector<std::string>& open = handler_.nameStack();
-        if (!open.empty() && open.back() == name) handler_.endElement(std::string(name));
-    }
-
-private:
-    SaxHandler& handler_;
-    std::string name_;
-    std::vector<std::string> attributes_;
-};
 
 }  // namespace
 
@@ -101,7 +68,9 @@ std::uint32_t SaxFileReader::next() {
     return character.value;
 }
 
-bool SaxScanner::readName(std::string& out) { return MarkupCursor(reader_).append_name(out); }
+bool SaxScanner::readName(std::string& out) {
+    return MarkupCursor(reader_).append_name(out);
+}
 
 bool SaxScanner::scan(SaxHandler& handler) {
     HandlerSink sink(handler);

@@ -1,0 +1,159 @@
+#include "uxtree/outline/layout.h"
+
+#include <memory>
+#include <new>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "frame/guards.h"
+#include "frame/walk.h"
+#include "outline/file.h"
+#include "outline/layout_detail.h"
+#include "outline/markup.h"
+#include "outline/path_filter.h"
+#include "outline/scanner.h"
+
+using namespace ux;
+namespace {
+
+constexpr int kNothingGiven = 1;
+constexpr int kInvalidTarget = 2;
+constexpr int kInvalidSource = 3;
+constexpr int kNoMemory = 5;
+constexpr int kWritten = 0;
+constexpr DWORD kMapped = 1u;
+
+// The host tells a failure, which on valid nodes is a shortage of memory, only by its result.
+void require(int hostResult) {
+    if (hostResult == 0) throw std::bad_alloc();
+}
+
+std::string_view view(const CStringUTF8& text) {
+    return {static_cast<const char*>(text), static_cast<std::size_t>(text.GetLength())};
+}
+
+// Folds the element itself. False, with nothing folded, when it is to be skipped.
+bool fold_element(UXXmlWrapperBase& element, OutlineBuilder& outline) {
+    CStringUTF8 tag;
+    require(element.GetTagName(tag));
+    outline.begin(view(tag));
+    // Intended: only an element that repeats an entry is asked whether it is valid.
+    if (outline.has_entry() && element.IsValid() == 0) return false;
+    CWBOStringArray names;
+    require(element.GetPropertyNames(names));
+    for (int i = 0; i < names.GetSize(); ++i) outline.attribute(view(names[i]));
+    outline.start();
+    return true;
+}
+
+void add_labelled(UXXmlWrapperBase& parent, const char* tag, const std::string& label,
+                  UXXmlWrapperBase& added) {
+    require(parent.AddNode(&added, tag, -1));
+    require(added.SetPropertyValue("Label", CStringUTF8(label.c_str())));
+}
+
+// Adds the entry with its attributes, without its children.
+UXXmlWrapperBase write_entry(UXXmlWrapperBase& parent, const LayoutNode& entry) {
+    UXXmlWrapperBase node;
+    UXXmlWrapperBase attribute;
+    add_labelled(parent, "Node", entry.name, node);
+    for (const std::string& name : entry.attributeNames) {
+        add_labelled(node, "Attr", "@" + name, attribute);
+    }
+    return node;
+}
+
+void write_children(const UXXmlWrapperBase& rootNode, const LayoutNode& root) {
+    struct Place {
+        const LayoutNode* entry;
+        std::size_t nextChild;
+        UXXmlWrapperBase node;
+    };
+    std::vector<Place> path{{&root, 0, rootNode}};
+    while (!path.empty()) {
+        Place& place = path.back();
+        if (place.nextChild == place.entry->children.size()) {
+            path.pop_back();
+            continue;
+        }
+        const LayoutNode& child = *place.entry->children[place.nextChild++];
+        UXXmlWrapperBase node = write_entry(place.node, child);
+        if (!child.children.empty()) path.push_back({&child, 0, std::move(node)});
+    }
+}
+
+// Appends the outline to the target, or nothing when there is no memory for all of it.
+void write_outline(UXXmlWrapperBase& target, const LayoutNode& root) {
+    const int before = target.GetNodeCount();
+    try {
+        write_children(write_entry(target, root), root);
+    } catch (...) {
+        target.SetSizeTrimFromEnd(before);
+        throw;
+    }
+}
+
+}  // namespace
+
+void ux::outline_streamed_file(const char* fileName, OutlineBuilder& outline) {
+    SaxFileReader reader(fileName);
+    scan_markup(reader, outline);
+}
+
+void ux::outline_mapped_file(const char* fileName, OutlineBuilder& outline,
+                             const char* const* paths, int count) {
+    const MappedFile file(fileName);
+    BytesInput input(file.begin(), file.end());
+    if (paths == nullptr || count <= 0) {
+        scan_markup(input, outline);
+        return;
+    }
+    PathFilter filter(outline, paths, count);
+    scan_markup(input, filter);
+}
+
+void ux::outline_tree(UXXmlWrapperBase& source, OutlineBuilder& outline) {
+    UXXmlWrapperBase node = source;
+    bool into = fold_element(node, outline);
+    for (;;) {
+        if (into && step_into_first_child(node)) {
+            into = fold_element(node, outline);
+            continue;
+        }
+        if (into) outline.end_expected();
+        for (;;) {
+            if (node == source) return;
+            if (step_to_next_sibling(node)) break;
+            step_to_parent(node);
+            outline.end_expected();
+        }
+        into = fold_element(node, outline);
+    }
+}
+
+int SAXTreeLayout(UXXmlWrapperBase* target, UXXmlWrapperBase* source, const char* fileName,
+                  DWORD flags) {
+    return at_boundary(kNoMemory, [&] {
+        if (target == nullptr || (source == nullptr && fileName == nullptr)) return kNothingGiven;
+        if (!usable(*target)) return kInvalidTarget;
+        if (source != nullptr && !usable(*source)) return kInvalidSource;
+        OutlineBuilder outline;
+        // Intended: a source tree wins over a file name.
+        if (source != nullptr) {
+            outline_tree(*source, outline);
+        } else if ((flags & kMapped) != 0) {
+            outline_mapped_file(fileName, outline);
+        } else {
+            outline_streamed_file(fileName, outline);
+        }
+        // Intended: written also when the file could not be read, or not to its end.
+        write_outline(*target, outline.root());
+        return kWritten;
+    });
+}
+
+extern "C" int uxtree_layout(UXXmlWrapperBase* target, UXXmlWrapperBase* source,
+                             const char* fileName, DWORD flags) {
+    return SAXTreeLayout(target, source, fileName, flags);
+}
