@@ -132,6 +132,14 @@ void Output::throw_write_error() const {
     throw Failure(kRefused, name_, system_error());
 }
 
+void save_tree(const UXXmlWrapperBase& root, const std::string& output) {
+    if (is_standard_output(output) || exists_but_not_regular(output)) {
+        save_to_stream(root, output);
+    } else {
+        save_through_host(root, resolved(output), output);
+    }
+}
+
 void EditTarget::add_options(CLI::App& app) {
     CLI::Option* output = add_output(app, output_);
     CLI::Option* inPlace =
@@ -146,10 +154,8 @@ void EditTarget::add_options(CLI::App& app) {
 void EditTarget::save(const UXXmlWrapperBase& root, const std::string& inputFile) const {
     if (inPlace_) {
         save_in_place(root, inputFile);
-    } else if (is_standard_output(output_) || exists_but_not_regular(output_)) {
-        save_to_stream(root, output_);
     } else {
-        save_through_host(root, resolved(output_), output_);
+        save_tree(root, output_);
     }
 }
 

@@ -52,6 +52,9 @@ private:
     Palette palette_;
 };
 
+// Writes a tree to the file of -o, at once, or to standard output.
+void save_tree(const UXXmlWrapperBase& root, const std::string& output);
+
 // Where an edited tree goes: -o FILE, -i (back into the file it came from), else standard output.
 //
 //     EditTarget target;  target.add_options(app);        when the options are declared

@@ -1,0 +1,149 @@
+// uxtree changes: what differs between two states of a tree.
+#include <map>
+#include <optional>
+
+#include "uxtree/uxtree_Utils.h"
+
+#include "support/command.h"
+#include "support/input.h"
+#include "support/output.h"
+#include "support/table.h"
+#include "support/text.h"
+#include "support/tree.h"
+#include "support/values.h"
+
+namespace uxtool {
+namespace {
+
+struct ChangesOptions {
+    std::string tree;
+    std::string old;
+    std::string format = "text";
+    bool mark = false;
+    bool strip = false;
+    EditTarget target;
+};
+
+struct State {
+    std::optional<std::string> value;
+    std::string label;
+    std::string place;
+};
+
+std::map<int, State> states_of(const UXXmlWrapperBase& root, const std::string& file) {
+    const ValueList list = collect_values(root, file);
+    std::map<int, State> states;
+    for (int i = 0; i < list.ids.GetSize(); ++i) {
+        const auto at = static_cast<std::size_t>(i);
+        const bool known = i < list.labels.GetSize();
+        states.emplace(list.ids[i],
+                       State{to_string(list.values[i]), known ? to_string(list.labels[i]) : "",
+                             known ? list.places[at] : ""});
+    }
+    return states;
+}
+
+// One row per identifier whose value differs, or that only one of the trees has.
+Table differences(const UXXmlWrapperBase& tree, const UXXmlWrapperBase& old,
+                  const ChangesOptions& options) {
+    const std::map<int, State> now = states_of(tree, options.tree);
+    const std::map<int, State> before = states_of(old, options.old);
+    Table table({"id", "label", "old", "new", "node"});
+    const auto cell = [](const std::optional<std::string>& text) {
+        return text ? Cell(*text) : Cell();
+    };
+    const auto add = [&](int id, const State& known, const std::optional<std::string>& was,
+                         const std::optional<std::string>& is) {
+        if (was == is) return;
+        table.add({static_cast<long long>(id), known.label, cell(was), cell(is), known.place});
+    };
+    auto one = now.begin();
+    auto other = before.begin();
+    while (one != now.end() || other != before.end()) {
+        const bool onlyNow =
+            other == before.end() || (one != now.end() && one->first < other->first);
+        const bool onlyBefore = !onlyNow && (one == now.end() || other->first < one->first);
+        if (onlyNow) {
+            add(one->first, one->second, std::nullopt, one->second.value);
+        } else if (onlyBefore) {
+            add(other->first, other->second, other->second.value, std::nullopt);
+        } else {
+            add(one->first, one->second, other->second.value, one->second.value);
+        }
+        if (!onlyBefore) ++one;
+        if (!onlyNow) ++other;
+    }
+    return table;
+}
+
+std::vector<std::string> shape_of(const UXXmlWrapperBase& root) {
+    std::vector<std::string> shape;
+    walk(
+        root,
+        [&](const UXXmlWrapperBase& node, std::size_t level) {
+            shape.push_back(std::to_string(level) + ' ' + tag_of(node));
+            return true;
+        },
+        [](const UXXmlWrapperBase&, std::size_t) {});
+    return shape;
+}
+
+// Marks pair the nodes by their place, so the trees must have the same one for each.
+int mark(UXXmlWrapperBase& tree, UXXmlWrapperBase& old, const ChangesOptions& options) {
+    if (shape_of(tree) != shape_of(old)) {
+        throw Failure(kRefused, input_name(options.tree),
+                      "not the same nodes as in " + input_name(options.old),
+                      "without --mark, values are compared by identifier");
+    }
+    CWBOStringArray values;
+    VCTreeGetValues(&old, &values, false);
+    values.RemoveAt(0);  // the entry of the root itself, which is not compared
+    return VCTreeUpdateChanges(&tree, &values);
+}
+
+int strip(UXXmlWrapperBase& tree, UXXmlWrapperBase& old, const ChangesOptions& options) {
+    const int removed = uxtree_remove_unchange_nodes_by_id(&old, &tree, nullptr, nullptr);
+    if (removed < 0) {
+        throw_refusal(removed < -5 ? -4 : removed, -removed, "", options.tree);
+    }
+    return removed;
+}
+
+int run_changes(const ChangesOptions& options) {
+    UXXmlWrapperBase tree = open_tree(options.tree);
+    UXXmlWrapperBase old = open_tree(options.old);
+    if (options.mark || options.strip) {
+        const int count = options.mark ? mark(tree, old, options) : strip(tree, old, options);
+        options.target.save(tree, options.tree);
+        note(counted(static_cast<std::size_t>(count), "node") +
+             (options.mark ? " marked" : " removed"));
+        return kSuccess;
+    }
+    const Table table = differences(tree, old, options);
+    Output out("");
+    if (!table.rows.empty() || options.format != "text") write_table(out, table, options.format);
+    return out.finish(table.rows.empty() ? kNothingFound : kSuccess);
+}
+
+const Command kChanges{
+    "changes", "List what changed in a tree against an older one",
+    "uxtree changes dialog.xml --against dialog.xml.bak\n"
+    "uxtree changes dialog.xml --against old.xml --mark -o marked.xml   # as \"OldValue\"\n"
+    "uxtree changes dialog.xml --against old.xml --strip -o changed.xml   # changed nodes only",
+    [](CLI::App& app) {
+        auto options = std::make_shared<ChangesOptions>();
+        app.add_option("TREE", options->tree, "The tree as it is now")->required();
+        app.add_option("--against", options->old, "The tree as it was")
+            ->type_name("OLD")
+            ->required();
+        add_format(app, options->format, table_formats());
+        CLI::Option* mark =
+            app.add_flag("--mark", options->mark, "Write the tree with its changed nodes marked");
+        app.add_flag("--strip", options->strip, "Write the tree without its unchanged nodes")
+            ->excludes(mark);
+        options->target.add_options(app);
+        return [options] { return run_changes(*options); };
+    }};
+
+}  // namespace
+}  // namespace uxtool

@@ -1,0 +1,209 @@
+// uxtree label, kv: texts of nodes for people and for other programs.
+#include "uxtree/uxtree_Utils.h"
+
+#include "support/command.h"
+#include "support/input.h"
+#include "support/output.h"
+#include "support/table.h"
+#include "support/text.h"
+#include "support/tree.h"
+
+namespace uxtool {
+namespace {
+
+UXScriptArray<CWBOStringArray> script_list(const std::vector<std::string>& texts) {
+    UXScriptArray<CWBOStringArray> list;
+    for (const std::string& text : texts) list.array().Add(CStringUTF8(text.c_str()));
+    return list;
+}
+
+// --- label list --------------------------------------------------------------------------------
+
+struct LabelOptions {
+    std::string file;
+    std::string output;
+    std::string format = "text";
+    int mode = 1;
+};
+
+int run_label_list(const LabelOptions& options) {
+    const UXXmlWrapperBase root = open_tree(options.file);
+    Table table({"node", "label"});
+    std::vector<std::string> path;
+    walk(
+        root,
+        [&](const UXXmlWrapperBase& visited, std::size_t level) {
+            UXXmlWrapperBase node = visited;
+            path.resize(level);
+            path.push_back(tag_of(node));
+            table.add({join(path, "."), to_string(uxtree_get_node_label(&node, options.mode))});
+            return true;
+        },
+        [](const UXXmlWrapperBase&, std::size_t) {});
+    Output out(options.output);
+    write_table(out, table, options.format);
+    return out.finish();
+}
+
+const Command kLabelList{"label list", "List the labels of all nodes",
+                         "uxtree label list dialog.xml\n"
+                         "uxtree label list --mode 2 dialog.xml   # tag, label and sub-headers",
+                         [](CLI::App& app) {
+                             auto options = std::make_shared<LabelOptions>();
+                             add_file(app, options->file);
+                             app.add_option("--mode", options->mode,
+                                            "0: the tag, 1: the label or the tag, 2: all")
+                                 ->check(CLI::Range(0, 2))
+                                 ->capture_default_str();
+                             add_format(app, options->format, table_formats());
+                             add_output(app, options->output);
+                             return [options] { return run_label_list(*options); };
+                         }};
+
+// --- label combine -----------------------------------------------------------------------------
+
+struct CombineOptions {
+    std::vector<std::string> labels;
+    bool prefix = false;
+    bool always = false;
+    bool strict = false;
+};
+
+int run_combine(const CombineOptions& options) {
+    auto labels = script_list(options.labels);
+    CStringUTF8 combined;
+    uxtree_combine_data_label(&combined, &labels, options.prefix, options.always, options.strict);
+    Output out("");
+    out.write(to_string(combined) + "\n");
+    return out.finish();
+}
+
+const Command kCombine{
+    "label combine", "Combine labels into one label expression",
+    "uxtree label combine --prefix '?$OP:Time' '?$OP:Signal'", [](CLI::App& app) {
+        auto options = std::make_shared<CombineOptions>();
+        app.add_option("LABEL", options->labels, "The labels")->required();
+        app.add_flag("--prefix", options->prefix, "Begin with the mark of an expression, ?$OP:");
+        app.add_flag("--always", options->always, "Enclose a single label in parentheses, too");
+        app.add_flag("--strict", options->strict, "Join the labels plainly unless all are marked");
+        return [options] { return run_combine(*options); };
+    }};
+
+// --- label replace -----------------------------------------------------------------------------
+
+struct ReplaceOptions {
+    std::string file;
+    std::string oldText;
+    std::string newText;
+    EditTarget target;
+};
+
+int run_replace(const ReplaceOptions& options) {
+    UXXmlWrapperBase root = open_tree(options.file);
+    const int changed = uxtree_recursively_replace_label_attributes(&root, options.oldText.c_str(),
+                                                                    options.newText.c_str());
+    options.target.save(root, options.file);
+    note(counted(static_cast<std::size_t>(changed), "label") + " changed");
+    return changed > 0 ? kSuccess : kNothingFound;
+}
+
+const Command kReplace{
+    "label replace", "Replace a text in all labels of a tree",
+    "uxtree label replace dialog.xml Colour Color -i.bak", [](CLI::App& app) {
+        auto options = std::make_shared<ReplaceOptions>();
+        add_file(app, options->file);
+        app.add_option("OLD", options->oldText, "The text to replace")->required();
+        app.add_option("NEW", options->newText, "What stands in its place")->required();
+        options->target.add_options(app);
+        return [options] { return run_replace(*options); };
+    }};
+
+// --- kv ----------------------------------------------------------------------------------------
+
+struct PairOptions {
+    std::string file;
+    std::string text;
+    std::string node;
+    std::string keySeparator = "=";
+    std::string pairSeparator = ";";
+    std::string output;
+    EditTarget target;
+};
+
+// The node at a path of tags below the root, separated by "/"; the root for "".
+UXXmlWrapperBase node_at(const UXXmlWrapperBase& root, const PairOptions& options) {
+    CWBOStringArray steps;
+    UXSeparateByString(steps, options.node.c_str(), "/");
+    UXXmlWrapperBase node = root;
+    for (int i = 0; i < steps.GetSize(); ++i) {
+        if (node.FindChild(steps[i], &node, 1) == 0) {
+            throw Failure(kRefused, input_name(options.file), "no node " + visible(options.node),
+                          "\"uxtree show\" shows the nodes of a tree");
+        }
+    }
+    return node;
+}
+
+int run_to_pairs(const PairOptions& options) {
+    const UXXmlWrapperBase root = open_tree(options.file);
+    UXXmlWrapperBase node = node_at(root, options);
+    CStringUTF8 text;
+    const bool found = uxtree_branch_to_key_value_pairs_str(&node, &text, options.keySeparator[0],
+                                                            options.pairSeparator[0]) != 0;
+    Output out(options.output);
+    if (found) out.write(to_string(text) + "\n");
+    return out.finish(found ? kSuccess : kNothingFound);
+}
+
+int run_from_pairs(const PairOptions& options) {
+    const UXXmlWrapperBase root = open_tree(options.file);
+    UXXmlWrapperBase node = node_at(root, options);
+    const std::string text = options.text == "-" ? read_all("-") : options.text;
+    if (uxtree_key_value_pairs_str_to_branch(&node, text.c_str(), options.keySeparator[0],
+                                             options.pairSeparator[0]) == 0) {
+        throw Failure(kRefused, "uxtree", "no pair of a key and a value in the text",
+                      "pairs look like a" + options.keySeparator + "1" + options.pairSeparator +
+                          "b" + options.keySeparator + "2; keys are element names");
+    }
+    options.target.save(root, options.file);
+    return kSuccess;
+}
+
+void add_pair_options(CLI::App& app, PairOptions& options) {
+    const auto oneCharacter = [](const std::string& text) {
+        return text.size() == 1 ? std::string() : "one ASCII character, not '" + text + "'";
+    };
+    app.add_option("--node", options.node, "The branch, as tags below the root: a/b")
+        ->type_name("PATH");
+    app.add_option("--key-separator", options.keySeparator, "Between key and value")
+        ->check(oneCharacter)
+        ->type_name("C");
+    app.add_option("--pair-separator", options.pairSeparator, "Behind each pair")
+        ->check(oneCharacter)
+        ->type_name("C");
+}
+
+const Command kToPairs{"kv to", "Write the children of a branch as key and value text",
+                       "uxtree kv to dialog.xml --node Input/Options   # prints a=1;b=2;",
+                       [](CLI::App& app) {
+                           auto options = std::make_shared<PairOptions>();
+                           add_file(app, options->file);
+                           add_pair_options(app, *options);
+                           add_output(app, options->output);
+                           return [options] { return run_to_pairs(*options); };
+                       }};
+
+const Command kFromPairs{
+    "kv from", "Replace the children of a branch by the pairs of a key and value text",
+    "uxtree kv from dialog.xml 'a=1;b=2' --node Input/Options -o changed.xml", [](CLI::App& app) {
+        auto options = std::make_shared<PairOptions>();
+        add_file(app, options->file);
+        app.add_option("TEXT", options->text, "The pairs; - reads them from standard input")
+            ->required();
+        add_pair_options(app, *options);
+        options->target.add_options(app);
+        return [options] { return run_from_pairs(*options); };
+    }};
+
+}  // namespace
+}  // namespace uxtool

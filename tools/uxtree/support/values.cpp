@@ -1,0 +1,259 @@
+#include "support/values.h"
+
+#include <array>
+#include <limits>
+#include <set>
+
+#include <nlohmann/json.hpp>
+
+#include "uxtree/uxtree_Utils.h"
+
+#include "support/failure.h"
+#include "support/input.h"
+#include "support/text.h"
+#include "support/tree.h"
+
+namespace uxtool {
+namespace {
+
+constexpr std::array<const char*, 3> kEmbedded{"DynaUseChck", "Auto", "DynaFx"};
+
+// "Repeat ID conflict for Node with Name = Range2, Label = Second, Repeat ID = 2" as
+// "repeat ID conflict at Range2 \"Second\"".
+std::string sentence_of(const std::string& errorText) {
+    constexpr std::string_view kNode = " for Node with Name = ";
+    constexpr std::string_view kLabel = ", Label = ";
+    const std::size_t node = errorText.find(kNode);
+    const std::size_t label = errorText.find(kLabel, node);
+    if (node == std::string::npos || label == std::string::npos) return visible(errorText);
+    std::string what = errorText.substr(0, node);
+    if (what.starts_with("Repeat") || what.starts_with("Missing")) {
+        what[0] = static_cast<char>(what[0] - 'A' + 'a');
+    }
+    const std::size_t nameAt = node + kNode.size();
+    what += " at " + errorText.substr(nameAt, label - nameAt);
+    const std::size_t labelAt = label + kLabel.size();
+    const std::size_t end = errorText.rfind(", Repeat");
+    const std::string text =
+        errorText.substr(labelAt, end == std::string::npos || end < labelAt ? end : end - labelAt);
+    if (!text.empty()) what += " \"" + text + "\"";
+    return visible(what);
+}
+
+bool has_any(const UXXmlWrapperBase& node, const char* name) {
+    if (node.HasProperty(name, 0) != 0) return true;
+    for (const char* embedded : kEmbedded) {
+        if (node.HasProperty(embedded, 0) != 0) return true;
+    }
+    return false;
+}
+
+// A copy of the tree in which every value is the number of its node, so that collecting from it
+// tells which node each entry comes from.
+UXXmlWrapperBase with_numbers_for_values(const UXXmlWrapperBase& root,
+                                         std::vector<UXXmlWrapperBase>& nodes,
+                                         std::vector<std::string>& places) {
+    UXXmlWrapperBase copy;
+    root.Clone(&copy, 1);
+    std::vector<std::string> path;
+    walk(
+        copy,
+        [&](const UXXmlWrapperBase& visited, std::size_t level) {
+            UXXmlWrapperBase node = visited;
+            path.resize(level);
+            path.push_back(tag_of(node));
+            const std::string number = std::to_string(nodes.size());
+            nodes.push_back(node);
+            places.push_back(join(path, "."));
+            if (node.GetNodeCount() < 1) {
+                node.SetString(number.c_str());
+            } else {
+                for (const char* name : {"Use", "Data"}) {
+                    if (has_any(node, name)) node.SetPropertyValue(name, number.c_str());
+                }
+            }
+            for (const char* name : kEmbedded) node.RemoveProperty(name);
+            return true;
+        },
+        [](const UXXmlWrapperBase&, std::size_t) {});
+    return copy;
+}
+
+void add_labels(const UXXmlWrapperBase& root, ValueList& list) {
+    std::vector<UXXmlWrapperBase> nodes;
+    std::vector<std::string> places;
+    UXXmlWrapperBase numbered = with_numbers_for_values(root, nodes, places);
+    CArray<int, int> ids;
+    CWBOStringArray numbers;
+    vctree_get_values_with_ids(&numbered, &ids, &numbers, 1, 0, 0, nullptr, 0, nullptr);
+    if (ids.GetSize() != list.ids.GetSize()) return;
+    for (int i = 0; i < ids.GetSize(); ++i) {
+        const auto at = static_cast<std::size_t>(UXLeadingInt(numbers[i]));
+        list.labels.Add(uxtree_get_node_label(&nodes[at], 1));
+        list.places.push_back(places[at]);
+    }
+}
+
+// Splits one CSV text (RFC 4180) into rows of fields.
+std::vector<std::vector<std::string>> csv_rows(const std::string& text) {
+    std::vector<std::vector<std::string>> rows{{""}};
+    bool quoted = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        std::string& field = rows.back().back();
+        if (quoted) {
+            if (c != '"') {
+                field += c;
+            } else if (i + 1 < text.size() && text[i + 1] == '"') {
+                field += text[++i];
+            } else {
+                quoted = false;
+            }
+        } else if (c == '"') {
+            quoted = true;
+        } else if (c == ',') {
+            rows.back().emplace_back();
+        } else if (c == '\n') {
+            rows.push_back({""});
+        } else if (c != '\r') {
+            field += c;
+        }
+    }
+    if (rows.back() == std::vector<std::string>{""}) rows.pop_back();
+    return rows;
+}
+
+Failure not_values(const std::string& file, const std::string& why) {
+    return {
+        kUnreadable, input_name(file), why,
+        "values are a saved document, a CSV table or a JSON list with the columns id and value"};
+}
+
+int id_of(const std::string& file, const std::string& text) {
+    int id = 0;
+    if (!UXParseInt(text, id)) throw not_values(file, "\"" + visible(text) + "\" is no identifier");
+    return id;
+}
+
+ValueList values_of_csv(const std::string& file, const std::string& text) {
+    const auto rows = csv_rows(text);
+    std::size_t idColumn = std::numeric_limits<std::size_t>::max();
+    std::size_t valueColumn = idColumn;
+    for (std::size_t i = 0; !rows.empty() && i < rows[0].size(); ++i) {
+        if (rows[0][i] == "id") idColumn = i;
+        if (rows[0][i] == "value") valueColumn = i;
+    }
+    ValueList list;
+    for (std::size_t row = 1; row < rows.size(); ++row) {
+        if (rows[row].size() <= std::max(idColumn, valueColumn)) {
+            throw not_values(file, "row " + std::to_string(row + 1) + " lacks an id or a value");
+        }
+        list.ids.Add(id_of(file, rows[row][idColumn]));
+        list.values.Add(CStringUTF8(rows[row][valueColumn].c_str()));
+    }
+    if (list.ids.IsEmpty()) throw not_values(file, "no values in it");
+    return list;
+}
+
+ValueList values_of_json(const std::string& file, const std::string& text) {
+    const auto json = nlohmann::json::parse(text, nullptr, false);
+    if (!json.is_array()) throw not_values(file, "not a JSON list");
+    ValueList list;
+    for (const auto& row : json) {
+        if (!row.is_object() || !row.contains("id") || !row.contains("value")) {
+            throw not_values(file, "a row of the list lacks id or value");
+        }
+        const auto text_of = [](const nlohmann::json& cell) {
+            return cell.is_string() ? cell.get<std::string>() : cell.is_null() ? "" : cell.dump();
+        };
+        list.ids.Add(id_of(file, text_of(row["id"])));
+        list.values.Add(CStringUTF8(text_of(row["value"]).c_str()));
+    }
+    return list;
+}
+
+}  // namespace
+
+ValueList collect_values(const UXXmlWrapperBase& root, const std::string& file) {
+    UXXmlWrapperBase tree = root;
+    ValueList list;
+    CStringUTF8 errorText;
+    vctree_get_values_with_ids(&tree, &list.ids, &list.values, 1, 0, 0, nullptr, 0, &errorText);
+    if (!errorText.IsEmpty()) warn(input_name(file) + ": " + sentence_of(to_string(errorText)));
+    add_labels(root, list);
+    return list;
+}
+
+void throw_refusal(int code, int duplicate, const std::string& errorText, const std::string& file) {
+    const std::string name = input_name(file);
+    switch (code) {
+        case -2:
+            throw Failure(kRefused, name, "no values to set");
+        case -4:
+            throw Failure(kRefused, name, fmt::format("duplicate identifier {}", duplicate),
+                          "each identifier may stand once among the values");
+        case -5:
+            throw Failure(kRefused, name,
+                          errorText.empty() ? "repeat id conflict" : sentence_of(errorText),
+                          "nested repeated branches need RepeatIDs without common bits");
+        default:
+            throw Failure(kRefused, name, fmt::format("refused with code {}", code));
+    }
+}
+
+int set_values(const UXXmlWrapperBase& root, ValueList& list, const std::string& file) {
+    UXXmlWrapperBase tree = root;
+    int duplicate = 0;
+    CStringUTF8 errorText;
+    const int written = vctree_set_values_by_ids(&tree, &list.ids, &list.values, 0, &duplicate, 0,
+                                                 nullptr, &errorText);
+    if (written < 0) throw_refusal(written, duplicate, to_string(errorText), file);
+    return written;
+}
+
+ValueList read_saved_values(const std::string& file) {
+    UXXmlWrapperBase document = open_tree(file);
+    if (tag_of(document) != "Settings") {
+        throw Failure(kRefused, input_name(file),
+                      "not a theme: its root is <" + visible(tag_of(document)) + ">",
+                      "a theme begins with <Settings>; \"uxtree theme save\" writes one");
+    }
+    ValueList list;
+    CStringUTF8 comment;
+    vctree_get_theme(&document, &list.ids, &list.values, &comment, &list.labels);
+    list.comment = to_string(comment);
+    return list;
+}
+
+ValueList read_values(const std::string& file) {
+    const NamedInput input(file);
+    const std::string text = read_all(input.path());
+    const std::size_t first = text.find_first_not_of("\xEF\xBB\xBF \t\r\n");
+    if (first == std::string::npos) throw not_values(file, "empty");
+    if (text[first] == '[') return values_of_json(file, text.substr(first));
+    if (text.substr(first).starts_with("id")) return values_of_csv(file, text.substr(first));
+    return read_saved_values(input.path());
+}
+
+UXXmlWrapperBase saved_values(ValueList& list, const char* comment) {
+    UXXmlWrapperBase document;
+    document.CreateNew(0, nullptr);
+    CWBOStringArray* const labels = list.labels.IsEmpty() ? nullptr : &list.labels;
+    vctree_save_values_with_ids(&document, &list.ids, &list.values, comment, labels);
+    return document;
+}
+
+Table table_of(const ValueList& list) {
+    Table table({"id", "label", "value"});
+    if (!list.places.empty()) table.columns.emplace_back("node");
+    for (int i = 0; i < list.ids.GetSize(); ++i) {
+        std::vector<Cell> row{static_cast<long long>(list.ids[i])};
+        row.emplace_back(i < list.labels.GetSize() ? to_string(list.labels[i]) : std::string());
+        row.emplace_back(to_string(list.values[i]));
+        if (!list.places.empty()) row.emplace_back(list.places[static_cast<std::size_t>(i)]);
+        table.add(std::move(row));
+    }
+    return table;
+}
+
+}  // namespace uxtool

@@ -1,0 +1,42 @@
+// Values with identifiers, as the commands pass them on.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "uxtree/host/host.h"
+
+#include "support/table.h"
+
+namespace uxtool {
+
+struct ValueList {
+    CArray<int, int> ids;
+    CWBOStringArray values;
+    CWBOStringArray labels;           // as many as there are, or none
+    std::vector<std::string> places;  // the tags from the root down; as many, or none
+    std::string comment;
+};
+
+// The values of a tree with the labels and places of their nodes. Broken rules of repeated
+// identifiers are warned about.
+ValueList collect_values(const UXXmlWrapperBase& root, const std::string& file);
+
+// Sets values into a tree; yields how many were written. A refusal becomes a Failure that speaks of
+// `file`, and the tree must not be saved then.
+int set_values(const UXXmlWrapperBase& root, ValueList& list, const std::string& file);
+
+// Throws the Failure that a negative code of setting or copying stands for. errorText may be empty.
+[[noreturn]] void throw_refusal(int code, int duplicate, const std::string& errorText,
+                                const std::string& file);
+
+// A saved values document; throws Failure when it is none.
+ValueList read_saved_values(const std::string& file);
+// Saved values in any of the forms that are written: the document, CSV or JSON.
+ValueList read_values(const std::string& file);
+// The document as a tree.
+UXXmlWrapperBase saved_values(ValueList& list, const char* comment);
+
+Table table_of(const ValueList& list);
+
+}  // namespace uxtool

@@ -1,0 +1,198 @@
+// uxtree values, copy: values by identifier.
+#include <set>
+
+#include "uxtree/uxtree_Utils.h"
+
+#include "support/command.h"
+#include "support/input.h"
+#include "support/output.h"
+#include "support/table.h"
+#include "support/text.h"
+#include "support/tree.h"
+#include "support/values.h"
+
+namespace uxtool {
+namespace {
+
+// --- values list, values export ----------------------------------------------------------------
+
+struct ListOptions {
+    std::string file;
+    std::string output;
+    std::string format;
+};
+
+int write_values(const ListOptions& options) {
+    ValueList list = collect_values(open_tree(options.file), options.file);
+    if (list.ids.IsEmpty()) {
+        note(input_name(options.file) + ": no node has a value and a DataID");
+        return kNothingFound;
+    }
+    if (options.format == "xml") {
+        save_tree(saved_values(list, nullptr), options.output);
+        return kSuccess;
+    }
+    Output out(options.output);
+    write_table(out, table_of(list), options.format);
+    return out.finish();
+}
+
+Action prepare_list(CLI::App& app, const char* standardFormat) {
+    auto options = std::make_shared<ListOptions>();
+    options->format = standardFormat;
+    add_file(app, options->file);
+    std::vector<std::string> formats = table_formats();
+    formats.emplace_back("xml");
+    add_format(app, options->format, formats);
+    add_output(app, options->output);
+    return [options] { return write_values(*options); };
+}
+
+const Command kList{"values list", "List the values of a tree with their identifiers and labels",
+                    "uxtree values list dialog.xml\n"
+                    "uxtree values list -f json dialog.xml   # one object per value",
+                    [](CLI::App& app) { return prepare_list(app, "text"); }};
+
+const Command kExport{"values export",
+                      "Write the values of a tree as a document that can be set again",
+                      "uxtree values export dialog.xml -o values.xml\n"
+                      "uxtree values export -f csv dialog.xml -o values.csv   # for a spreadsheet",
+                      [](CLI::App& app) { return prepare_list(app, "xml"); }};
+
+// --- values import -----------------------------------------------------------------------------
+
+struct ImportOptions {
+    std::string file;
+    std::string values;
+    EditTarget target;
+};
+
+// Identifiers that no node of the tree carries.
+std::vector<std::string> unknown_ids(const UXXmlWrapperBase& root, const ValueList& list) {
+    UXXmlWrapperBase tree = root;
+    CArray<int, int> ids;
+    CWBOStringArray values;
+    vctree_get_values_with_ids(&tree, &ids, &values, 1, 0, 0, nullptr, 1, nullptr);
+    const std::set<int> known(ids.GetData(), ids.GetData() + ids.GetSize());
+    std::vector<std::string> unknown;
+    for (int i = 0; i < list.ids.GetSize(); ++i) {
+        if (known.count(list.ids[i]) == 0) unknown.push_back(std::to_string(list.ids[i]));
+    }
+    return unknown;
+}
+
+int run_import(const ImportOptions& options) {
+    ValueList list = read_values(options.values);
+    UXXmlWrapperBase root = open_tree(options.file);
+    const std::vector<std::string> unknown = unknown_ids(root, list);
+    const int written = set_values(root, list, options.file);
+    options.target.save(root, options.file);
+    note(counted(static_cast<std::size_t>(written), "value") + " written");
+    if (!unknown.empty()) warn("no node has the identifier " + short_list(unknown));
+    return kSuccess;
+}
+
+const Command kImport{
+    "values import", "Set values into a tree by their identifiers",
+    "uxtree values import dialog.xml values.csv -o changed.xml\n"
+    "uxtree values import -i.bak dialog.xml values.xml   # the old file stays as dialog.xml.bak",
+    [](CLI::App& app) {
+        auto options = std::make_shared<ImportOptions>();
+        add_file(app, options->file);
+        app.add_option("VALUES", options->values,
+                       "What 'values export' wrote: xml, csv or json; - is standard input")
+            ->required();
+        options->target.add_options(app);
+        return [options] { return run_import(*options); };
+    }};
+
+// --- copy --------------------------------------------------------------------------------------
+
+struct CopyOptions {
+    std::string from;
+    std::string to;
+    std::string by = "id";
+    std::string match;
+    std::string attribute;
+    bool skipEmpty = false;
+    bool all = false;
+    EditTarget target;
+};
+
+int copy_by_id(UXXmlWrapperBase& from, UXXmlWrapperBase& to, const CopyOptions& options) {
+    ValueList list = collect_values(from, options.from);
+    if (list.ids.IsEmpty()) return 0;
+    int duplicate = 0;
+    if (options.skipEmpty) {
+        const int written =
+            vctree_copy_values_by_id(&from, &to, 0, nullptr, nullptr, 0, nullptr, 0, 1, 0, 0);
+        if (written >= 0) return written;
+        if (written == -2) return 0;
+    }
+    CStringUTF8 errorText;
+    const int written = vctree_set_values_by_ids(&to, &list.ids, &list.values, 0, &duplicate, 0,
+                                                 nullptr, &errorText);
+    if (written < 0) {
+        throw_refusal(written, duplicate, to_string(errorText),
+                      written == -4 ? options.from : options.to);
+    }
+    return written;
+}
+
+int copy_by_shape(UXXmlWrapperBase& from, UXXmlWrapperBase& to, const CopyOptions& options) {
+    if (vctree_copy_values_between_homologous_trees(to, from, 0, nullptr, 0) != 0) {
+        throw Failure(kRefused, options.to, "fewer nodes than " + input_name(options.from),
+                      "--by id copies between trees of different shapes");
+    }
+    return from.GetNodeCount();
+}
+
+int copy_by_attribute(UXXmlWrapperBase& from, UXXmlWrapperBase& to, const CopyOptions& options) {
+    return uxtree_copy_values_to_attributes_by_attribute_matching(
+        &from, &to, options.attribute.c_str(), options.match.c_str(), nullptr, 1,
+        options.all ? 1 : 0, 1);
+}
+
+int run_copy(const CopyOptions& options) {
+    UXXmlWrapperBase from = open_tree(options.from);
+    UXXmlWrapperBase to = open_tree(options.to);
+    if (options.by == "id") {
+        const int written = copy_by_id(from, to, options);
+        note(counted(static_cast<std::size_t>(written), "value") + " written");
+    } else if (options.by == "shape") {
+        copy_by_shape(from, to, options);
+    } else if (options.by == "tag") {
+        const int given = uxtree_copy_ids_by_tagname(&from, &to, true);
+        note(counted(static_cast<std::size_t>(given), "identifier") + " given");
+    } else {
+        copy_by_attribute(from, to, options);
+    }
+    options.target.save(to, options.to);
+    return kSuccess;
+}
+
+const Command kCopy{
+    "copy", "Copy values from one tree into another",
+    "uxtree copy old.xml new.xml -o merged.xml        # by identifier\n"
+    "uxtree copy --by shape old.xml new.xml -o new2.xml   # node by node, whatever the ids\n"
+    "uxtree copy --by tag ids.xml plain.xml -i        # gives DataIDs to nodes of the same tag\n"
+    "uxtree copy --by attr --match DataID --to-attr Show shown.xml dialog.xml -i",
+    [](CLI::App& app) {
+        auto options = std::make_shared<CopyOptions>();
+        app.add_option("FROM", options->from, "The tree to copy from")->required();
+        app.add_option("TO", options->to, "The tree to copy into")->required();
+        app.add_option("--by", options->by,
+                       "How nodes correspond: id, shape, tag (copies DataIDs of leaves) or attr "
+                       "(writes values into attributes)")
+            ->check(CLI::IsMember({"id", "shape", "tag", "attr"}))
+            ->capture_default_str();
+        app.add_flag("--skip-empty", options->skipEmpty, "By id: leave empty values out");
+        app.add_option("--match", options->match, "By attr: the attribute to compare (DataID)");
+        app.add_option("--to-attr", options->attribute, "By attr: the attribute to write (Show)");
+        app.add_flag("--all", options->all, "By attr: write every match, not the first alone");
+        options->target.add_options(app);
+        return [options] { return run_copy(*options); };
+    }};
+
+}  // namespace
+}  // namespace uxtool
