@@ -1,0 +1,649 @@
+#include "uxtree/host/node.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <iterator>
+#include <limits>
+#include <string_view>
+#include <type_traits>
+
+#include "uxtree/host/utilities.h"
+
+#include "node_data.h"
+
+using minimal::Node;
+
+namespace minimal {
+
+// A deep branch is let go child after child, so that its depth costs no machine stack.
+Node::~Node() {
+    while (!children.empty()) {
+        const NodePtr child = std::move(children.front());
+        children.pop_front();
+        if (child.use_count() == 1) children.splice(children.end(), child->children);
+    }
+}
+
+Node& insert(Node& parent, Children::iterator before, const NodePtr& node) {
+    node->parent = &parent;
+    node->place = parent.children.insert(before, node);
+    return *node;
+}
+
+NodePtr copy_of(const Node& source, bool deep) {
+    const auto top = std::make_shared<Node>();
+    static_cast<Content&>(*top) = source;
+    if (!deep) {
+        top->text.clear();
+        return top;
+    }
+    std::vector<std::pair<const Node*, Node*>> open{{&source, top.get()}};
+    while (!open.empty()) {
+        const auto [from, to] = open.back();
+        open.pop_back();
+        for (const NodePtr& child : from->children) {
+            Node& made = insert(*to, to->children.end(), std::make_shared<Node>());
+            static_cast<Content&>(made) = *child;
+            open.emplace_back(child.get(), &made);
+        }
+    }
+    return top;
+}
+
+Node* sibling_after(const Node& node) {
+    if (node.parent == nullptr) return nullptr;
+    const auto next = std::next(node.place);
+    return next == node.parent->children.end() ? nullptr : next->get();
+}
+
+Node* next_below(const Node& top, const Node& node) {
+    if (!node.children.empty()) return node.children.front().get();
+    for (const Node* at = &node; at != &top; at = at->parent) {
+        if (Node* const next = sibling_after(*at)) return next;
+    }
+    return nullptr;
+}
+
+namespace {
+
+constexpr const char* kSizeAttribute = "FileDataDimsVector";
+
+std::string_view view(const char* text) {
+    return text == nullptr ? "" : text;
+}
+
+bool is_name(const char* text) {
+    return text != nullptr && UXIsName(text);
+}
+
+std::string* find_attribute(Node* node, const char* name) {
+    if (node == nullptr) return nullptr;
+    for (auto& attribute : node->attributes) {
+        if (attribute.first == view(name)) return &attribute.second;
+    }
+    return nullptr;
+}
+
+int set_attribute(Node* node, const char* name, std::string_view value) {
+    if (node == nullptr || !is_name(name)) return 0;
+    if (std::string* const present = find_attribute(node, name)) {
+        *present = value;
+    } else {
+        node->attributes.emplace_back(name, value);
+    }
+    return 1;
+}
+
+// Texts joined by "|", with backslash doubled and "|" behind a backslash.
+std::string joined(const CWBOStringArray& texts) {
+    std::string out;
+    for (int i = 0; i < texts.GetSize(); ++i) {
+        if (i != 0) out += '|';
+        for (const char c : texts[i].View()) {
+            if (c == '\\' || c == '|') out += '\\';
+            out += c;
+        }
+    }
+    return out;
+}
+
+void split(std::string_view text, CWBOStringArray& out) {
+    out.RemoveAll();
+    out.Add("");
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '|') {
+            out.Add("");
+            continue;
+        }
+        if (text[i] == '\\' && i + 1 < text.size()) ++i;
+        out[out.GetUpperBound()] += text[i];
+    }
+}
+
+bool parse(const char* text, bool& value) {
+    const CStringUTF8 word = CStringUTF8(text).Trim();
+    double number = 0;
+    if (word == "true" || word == "false") {
+        value = word == "true";
+        return true;
+    }
+    if (!UXParseDouble(word.View(), number)) return false;
+    value = number != 0;
+    return true;
+}
+
+template <typename T>
+bool parse(const char* text, T& value) {
+    double number = 0;
+    if constexpr (std::is_same_v<T, int>) return UXParseInt(text, value);
+    if constexpr (std::is_integral_v<T>) {
+        const char* const end = text + view(text).size();
+        if (std::from_chars(text, end, value).ptr == end) return true;
+    }
+    constexpr auto kLow = static_cast<double>(std::numeric_limits<T>::lowest());
+    constexpr auto kHigh = static_cast<double>(std::numeric_limits<T>::max());
+    if (!UXParseDouble(text, number) || std::trunc(number) < kLow || number > kHigh) return false;
+    value = static_cast<T>(number);
+    return true;
+}
+
+template <typename T>
+CStringUTF8 printed(T value) {
+    if constexpr (std::is_floating_point_v<T>) {
+        CStringUTF8 text;
+        UXFormatDouble(static_cast<double>(value), text);
+        return text;
+    } else {
+        return std::to_string(value);
+    }
+}
+
+template <typename T>
+bool read_array(const std::string& text, CArray<T, T>& array) {
+    CWBOStringArray words;
+    UXGetTokens(words, text.c_str(), ' ', 0);
+    CArray<T, T> read;
+    for (int i = 0; i < words.GetSize(); ++i) {
+        T value{};
+        if (!parse(words[i], value)) return false;
+        read.Add(value);
+    }
+    array = std::move(read);
+    return true;
+}
+bool read_array(const std::string& text, CWBOStringArray& array) {
+    split(text, array);
+    return true;
+}
+
+template <typename T>
+std::string array_text(const CArray<T, T>& array) {
+    std::string text;
+    for (int i = 0; i < array.GetSize(); ++i) text += (i == 0 ? "" : " ") + printed(array[i]);
+    return text;
+}
+std::string array_text(const CWBOStringArray& array) {
+    return joined(array);
+}
+
+// Calls action with the descriptor's array as what it is.
+template <typename Action>
+bool with_array(const UXVectorDesc& vector, Action&& action) {
+    using Element = UXVectorDesc::Element;
+    const auto as = [&](auto type) {
+        using T = decltype(type);
+        return action(*static_cast<CArray<T, T>*>(vector.array));
+    };
+    if (vector.array == nullptr) return false;
+    if (vector.element == Element::kText) {
+        return action(*static_cast<CWBOStringArray*>(vector.array));
+    }
+    if (vector.element == Element::kBool) return as(bool{});
+    if (vector.element == Element::kChar) return as(char{});
+    if (vector.element == Element::kUChar) return as(static_cast<unsigned char>(0));
+    if (vector.element == Element::kShort) return as(short{});
+    if (vector.element == Element::kUShort) return as(static_cast<unsigned short>(0));
+    if (vector.element == Element::kInt) return as(int{});
+    if (vector.element == Element::kUInt) return as(0U);
+    if (vector.element == Element::kInt64) return as(std::int64_t{});
+    if (vector.element == Element::kUInt64) return as(std::uint64_t{});
+    if (vector.element == Element::kFloat) return as(float{});
+    if (vector.element == Element::kDouble) return as(double{});
+    return false;
+}
+
+template <typename T>
+int transfer(Node* node, T& value, int get) {
+    if (node == nullptr) return 0;
+    if (get != 0) return parse(node->text.c_str(), value) ? 1 : 0;
+    node->text = printed(value).View();
+    return 1;
+}
+
+}  // namespace
+}  // namespace minimal
+
+// --- handles -----------------------------------------------------------------------------------
+
+int UXXmlWrapperBase::Bind(const std::shared_ptr<minimal::Tree>& tree, const NodePtr& node) {
+    const auto keeps = tree;  // tree may be this handle's own
+    node_ = node;
+    tree_ = node == nullptr ? nullptr : keeps;
+    return node == nullptr ? 0 : 1;
+}
+int UXXmlWrapperBase::BindRoot(const NodePtr& root) {
+    if (root == nullptr) return 0;
+    const auto tree = std::make_shared<minimal::Tree>();
+    tree->root = root;
+    return Bind(tree, root);
+}
+// Ends an operation with an output handle, which may be this one or null.
+int UXXmlWrapperBase::Give(UXXmlWrapperBase* out, const NodePtr& node) const {
+    return out == nullptr ? 0 : out->Bind(tree_, node);
+}
+int UXXmlWrapperBase::ReleaseNode() {
+    node_.reset();
+    tree_.reset();
+    return 1;
+}
+bool UXXmlWrapperBase::operator==(const UXXmlWrapperBase& other) const {
+    return node_.lock() == other.node_.lock();
+}
+
+// --- counting and navigation -------------------------------------------------------------------
+
+int UXXmlWrapperBase::GetNodeCount() const {
+    const NodePtr node = node_.lock();
+    return node == nullptr ? 0 : static_cast<int>(node->children.size());
+}
+int UXXmlWrapperBase::IsEmpty() const {
+    const NodePtr node = node_.lock();
+    return node != nullptr && node->children.empty() && node->text.empty() ? 1 : 0;
+}
+int UXXmlWrapperBase::IsRootNode(int /*unused*/) const {
+    const NodePtr node = node_.lock();
+    return node != nullptr && node->parent == nullptr ? 1 : 0;
+}
+int UXXmlWrapperBase::NextSibling(UXXmlWrapperBase* out) const {
+    const NodePtr node = node_.lock();
+    Node* const next = node == nullptr ? nullptr : minimal::sibling_after(*node);
+    return Give(out, next == nullptr ? nullptr : next->shared_from_this());
+}
+int UXXmlWrapperBase::PrevSibling(UXXmlWrapperBase* out) const {
+    const NodePtr node = node_.lock();
+    const bool none =
+        node == nullptr || node->parent == nullptr || node->place == node->parent->children.begin();
+    return Give(out, none ? nullptr : *std::prev(node->place));
+}
+int UXXmlWrapperBase::GetParent(UXXmlWrapperBase* out) const {
+    const NodePtr node = node_.lock();
+    const bool none = node == nullptr || node->parent == nullptr;
+    return Give(out, none ? nullptr : node->parent->shared_from_this());
+}
+int UXXmlWrapperBase::GetChild(UXXmlWrapperBase* out, int index, int* /*unused*/) const {
+    const NodePtr node = node_.lock();
+    const bool none = index < 0 || index >= GetNodeCount();
+    return Give(out, none ? nullptr : *std::next(node->children.begin(), index));
+}
+int UXXmlWrapperBase::GetArrayOfChildren(CArray<UXXmlWrapperBase, UXXmlWrapperBase>& array,
+                                         const char* tag, CArray<int, int>* indices,
+                                         int /*unused*/) const {
+    const UXXmlWrapperBase self(*this);  // this handle may stand in the array
+    const NodePtr node = node_.lock();
+    if (node == nullptr) return 0;
+    array.RemoveAll();
+    if (indices != nullptr) indices->RemoveAll();
+    int position = -1;
+    for (const NodePtr& child : node->children) {
+        ++position;
+        if (!minimal::view(tag).empty() && child->tag != tag) continue;
+        self.Give(&array[array.Add({})], child);
+        if (indices != nullptr) indices->Add(position);
+    }
+    return 1;
+}
+
+// --- tag and value -----------------------------------------------------------------------------
+
+int UXXmlWrapperBase::GetTagName(CStringUTF8& out) const {
+    const NodePtr node = node_.lock();
+    if (node == nullptr) return 0;
+    out = node->tag;
+    return 1;
+}
+int UXXmlWrapperBase::SetTagName(const char* tag) {
+    const NodePtr node = node_.lock();
+    if (node == nullptr || !minimal::is_name(tag)) return 0;
+    node->tag = tag;
+    return 1;
+}
+int UXXmlWrapperBase::NodeValue(CStringUTF8& text, int get, int /*unused*/,
+                                UXNodeOptions* /*options*/) {
+    const NodePtr node = node_.lock();
+    if (node == nullptr) return 0;
+    if (get == 0) {
+        node->text = text.View();
+        return 1;
+    }
+    text = node->text;
+    return text.IsEmpty() ? 0 : 1;
+}
+int UXXmlWrapperBase::NodeValue(int& value, int get) {
+    return minimal::transfer(node_.lock().get(), value, get);
+}
+int UXXmlWrapperBase::NodeValue(double& value, int get) {
+    return minimal::transfer(node_.lock().get(), value, get);
+}
+int UXXmlWrapperBase::NodeValue(bool& value, int get) {
+    return minimal::transfer(node_.lock().get(), value, get);
+}
+int UXXmlWrapperBase::NodeValue(CWBOStringArray& value, int get, int* /*unused*/) {
+    UXVectorDesc vector(value);
+    return (get != 0 ? GetVector(vector) : SetVector(vector)) == 0 ? 1 : 0;
+}
+int UXXmlWrapperBase::SetString(const char* text) {
+    const NodePtr node = node_.lock();
+    if (node == nullptr) return 0;
+    node->text = std::string(minimal::view(text));
+    return 1;
+}
+int UXXmlWrapperBase::CheckSetValue(int /*setMode*/, const CStringUTF8& value, int branch) {
+    if (branch == 0) return SetString(value);
+    const NodePtr node = node_.lock();
+    if (node == nullptr || value == "-1") return node == nullptr ? 0 : 1;
+    return minimal::set_attribute(node.get(), "Use", value.View());
+}
+int UXXmlWrapperBase::GetVector(UXVectorDesc& vector) {
+    const NodePtr node = node_.lock();
+    const bool read =
+        node != nullptr && !node->text.empty() && minimal::with_array(vector, [&](auto& array) {
+            return minimal::read_array(node->text, array);
+        });
+    return read ? 0 : 1;
+}
+int UXXmlWrapperBase::SetVector(UXVectorDesc& vector) {
+    const NodePtr node = node_.lock();
+    const bool written = node != nullptr && minimal::with_array(vector, [&](const auto& array) {
+                             node->text = minimal::array_text(array);
+                             return true;
+                         });
+    return written ? 0 : 1;
+}
+int UXXmlWrapperBase::SetSizeTrimFromEnd(int size) {
+    const NodePtr node = node_.lock();
+    if (node == nullptr || size < 0) return 0;
+    while (GetNodeCount() > size) node->children.pop_back();
+    return 1;
+}
+int UXXmlWrapperBase::LoadXDEArraySize(int* size) const {
+    CStringUTF8 text;
+    int rows = 0;
+    GetPropertyValue(minimal::kSizeAttribute, text, 0);
+    if (!UXParseInt(text.View().substr(0, text.View().find('|')), rows)) return 0;
+    if (size != nullptr) *size = rows;
+    return 1;
+}
+int UXXmlWrapperBase::SaveXDEArraySize(int size) {
+    RemoveProperty("DimLens");
+    if (size < 1) return RemoveProperty(minimal::kSizeAttribute);
+    return SetPropertyValue(minimal::kSizeAttribute, size);
+}
+int UXXmlWrapperBase::SaveXDE2DArraySize(int rows, int cols) {
+    if (rows < 1 || cols < 1) return SaveXDEArraySize(0);
+    RemoveProperty("DimLens");
+    return SetPropertyValue(minimal::kSizeAttribute,
+                            minimal::printed(rows) + "|" + minimal::printed(cols));
+}
+
+// --- attributes --------------------------------------------------------------------------------
+
+int UXXmlWrapperBase::GetPropertyValue(const char* name, CStringUTF8& out, int /*unused*/) const {
+    const NodePtr node = node_.lock();
+    const std::string* const value = minimal::find_attribute(node.get(), name);
+    if (value == nullptr) return 0;
+    out = *value;
+    return 1;
+}
+int UXXmlWrapperBase::GetPropertyValue(const char* name, int& out, int /*unused*/) const {
+    CStringUTF8 text;
+    return GetPropertyValue(name, text, 0) && UXParseInt(text.View(), out) ? 1 : 0;
+}
+int UXXmlWrapperBase::GetPropertyValue(const char* name, double& out, int /*unused*/) const {
+    CStringUTF8 text;
+    return GetPropertyValue(name, text, 0) && UXParseDouble(text.View(), out) ? 1 : 0;
+}
+int UXXmlWrapperBase::SetPropertyValue(const char* name, int value) {
+    return SetPropertyValue(name, minimal::printed(value));
+}
+int UXXmlWrapperBase::SetPropertyValue(const char* name, double value) {
+    return SetPropertyValue(name, minimal::printed(value));
+}
+int UXXmlWrapperBase::SetPropertyValue(const char* name, const CStringUTF8& value) {
+    return minimal::set_attribute(node_.lock().get(), name, value.View());
+}
+int UXXmlWrapperBase::SetPropertyValue(const char* name, const CWBOStringArray& value) {
+    return minimal::set_attribute(node_.lock().get(), name, minimal::joined(value));
+}
+int UXXmlWrapperBase::HasProperty(const char* name, int /*unused*/) const {
+    return minimal::find_attribute(node_.lock().get(), name) != nullptr ? 1 : 0;
+}
+int UXXmlWrapperBase::RemoveProperty(const char* name) {
+    const NodePtr node = node_.lock();
+    if (node == nullptr) return 0;
+    std::erase_if(node->attributes, [&](const auto& a) { return a.first == minimal::view(name); });
+    return 1;
+}
+int UXXmlWrapperBase::GetPropertyNames(CWBOStringArray& out) const {
+    if (IsNodeValid() != 0) out.RemoveAll();
+    return GetPropertyNamesAndValues(out, nullptr, nullptr);
+}
+int UXXmlWrapperBase::GetPropertyNamesAndValues(CWBOStringArray& names, CWBOStringArray* values,
+                                                const UXPropertyFilter* keep) const {
+    const NodePtr node = node_.lock();
+    if (node == nullptr) return 0;
+    for (const auto& [name, value] : node->attributes) {
+        if (keep != nullptr && *keep && !(*keep)(name.c_str())) continue;
+        names.Add(name);
+        if (values != nullptr) values->Add(value);
+    }
+    return 1;
+}
+int UXXmlWrapperBase::CopyAllAttributes(UXXmlWrapperBase& source, int /*unused*/) {
+    const NodePtr node = node_.lock();
+    const NodePtr from = source.node_.lock();
+    if (node == nullptr || from == nullptr) return 0;
+    for (const auto& [name, value] : from->attributes) {
+        minimal::set_attribute(node.get(), name.c_str(), value);
+    }
+    return 1;
+}
+
+// --- identifiers, visibility, label ------------------------------------------------------------
+
+int UXXmlWrapperBase::GetID(int& id) const {
+    const NodePtr node = node_.lock();
+    if (node == nullptr || node->id == minimal::kNoId) return 0;
+    id = node->id;
+    return 1;
+}
+int UXXmlWrapperBase::SetID(int id, bool /*unused*/) {
+    const NodePtr node = node_.lock();
+    if (node == nullptr) return 0;
+    node->id = id;
+    return 1;
+}
+int UXXmlWrapperBase::GetShow(int& show) const {
+    const int found = GetPropertyValue("Show", show, 0);
+    if (found == 0 && IsNodeValid() != 0) show = 1;
+    return found;
+}
+void UXXmlWrapperBase::SetShow(int show) {
+    show == 0 ? SetPropertyValue("Show", 0) : RemoveProperty("Show");
+}
+int UXXmlWrapperBase::SetLabel(const char* label) {
+    return label == nullptr ? RemoveProperty("Label") : SetLabel(CStringUTF8(label));
+}
+
+// --- creation, copying, removal ----------------------------------------------------------------
+
+// A null before appends.
+int UXXmlWrapperBase::AddChild(const NodePtr& before, const char* tag, const char* text, int id,
+                               UXXmlWrapperBase* out) {
+    const NodePtr parent = node_.lock();
+    const bool placed = parent != nullptr && (before == nullptr || before->parent == parent.get());
+    if (!placed || !minimal::is_name(tag)) return Give(out, nullptr);
+    const auto node = std::make_shared<Node>();
+    node->tag = tag;
+    node->text = std::string(minimal::view(text));
+    node->id = id == 0 ? minimal::kNoId : id;
+    minimal::insert(*parent, before == nullptr ? parent->children.end() : before->place, node);
+    Give(out, node);
+    return 1;
+}
+int UXXmlWrapperBase::AddNode(UXXmlWrapperBase* out, const char* tag, int id) {
+    return AddChild(nullptr, tag, nullptr, id, out);
+}
+int UXXmlWrapperBase::AddTextNode(UXXmlWrapperBase* out, const char* tag, const char* text, int id,
+                                  int /*unused*/, UXNodeOptions* /*options*/) {
+    return AddChild(nullptr, tag, text, id, out);
+}
+int UXXmlWrapperBase::AddChildNode(const char* tag, UXXmlWrapperBase* out, int id,
+                                   const char* text) {
+    return AddChild(nullptr, tag, text, id, out);
+}
+int UXXmlWrapperBase::InsertNodeBefore(const UXXmlWrapperBase& reference, const char* tag, int id,
+                                       UXXmlWrapperBase* out) {
+    const NodePtr before = reference.node_.lock();
+    return before == nullptr ? Give(out, nullptr) : AddChild(before, tag, nullptr, id, out);
+}
+int UXXmlWrapperBase::AddNodeCopy(UXXmlWrapperBase* source, int deep, UXXmlWrapperBase* out) {
+    const NodePtr parent = node_.lock();
+    const NodePtr from = source == nullptr ? nullptr : source->node_.lock();
+    if (parent == nullptr || from == nullptr) return Give(out, nullptr);
+    const NodePtr copy = minimal::copy_of(*from, deep != 0);
+    minimal::insert(*parent, parent->children.end(), copy);
+    Give(out, copy);
+    return 1;
+}
+int UXXmlWrapperBase::Clone(UXXmlWrapperBase* out, int /*unused*/) const {
+    const NodePtr node = node_.lock();
+    if (out == nullptr || node == nullptr) return Give(out, nullptr);
+    return out->BindRoot(minimal::copy_of(*node, true));
+}
+int UXXmlWrapperBase::TakeContent(const UXXmlWrapperBase* source, bool withTag) {
+    const NodePtr node = node_.lock();
+    const NodePtr from = source == nullptr ? nullptr : source->node_.lock();
+    if (node == nullptr || from == nullptr) return 0;
+    const NodePtr copy = minimal::copy_of(*from, true);  // before anything changes
+    if (!withTag) copy->tag = node->tag;
+    static_cast<minimal::Content&>(*node) = *copy;
+    node->children.clear();
+    node->children.swap(copy->children);
+    for (const NodePtr& child : node->children) child->parent = node.get();
+    return 1;
+}
+int UXXmlWrapperBase::Replace(UXXmlWrapperBase* source, int /*unused1*/, int /*unused2*/,
+                              int /*unused3*/) {
+    return TakeContent(source, false);
+}
+int UXXmlWrapperBase::ReplaceByNodeCopy(UXXmlWrapperBase* source, int /*unused1*/,
+                                        int /*unused2*/) {
+    return TakeContent(source, true);
+}
+int UXXmlWrapperBase::RemoveNode() {
+    const NodePtr node = node_.lock();
+    if (node == nullptr) return 0;
+    if (node->parent == nullptr) {
+        tree_->root.reset();
+    } else {
+        node->parent->children.erase(node->place);
+    }
+    return ReleaseNode();
+}
+int UXXmlWrapperBase::RemoveChild(UXXmlWrapperBase* child, int* index) {
+    const NodePtr parent = node_.lock();
+    if (parent == nullptr) return 0;
+    const NodePtr node = child == nullptr ? nullptr : child->node_.lock();
+    if (node == nullptr || node->parent != parent.get()) return -1;
+    if (index != nullptr) {
+        *index = static_cast<int>(std::distance(parent->children.begin(), node->place));
+    }
+    return child->RemoveNode();
+}
+int UXXmlWrapperBase::RemoveAllChildren() {
+    return SetSizeTrimFromEnd(0);
+}
+int UXXmlWrapperBase::ResetNode(int /*unused*/) {
+    return RemoveAllChildren() != 0 ? ResetValue() : 0;
+}
+int UXXmlWrapperBase::CreateNew(int /*unused*/, const char* tag) {
+    const auto root = std::make_shared<Node>();
+    root->tag = tag == nullptr ? "root" : tag;
+    return minimal::is_name(root->tag.c_str()) ? BindRoot(root) : 0;
+}
+
+// --- searching ---------------------------------------------------------------------------------
+
+int UXXmlWrapperBase::FindChild(const char* tag, UXXmlWrapperBase* out, int /*unused*/) const {
+    const NodePtr node = node_.lock();
+    if (node == nullptr) return Give(out, nullptr);
+    for (const NodePtr& child : node->children) {
+        if (child->tag == minimal::view(tag)) return Give(out, child);
+    }
+    return Give(out, nullptr);
+}
+template <typename Matches>
+int UXXmlWrapperBase::GiveBelow(UXXmlWrapperBase* out, const char* name, int deep,
+                                Matches&& matches) const {
+    const NodePtr top = node_.lock();
+    Node* node = top == nullptr || top->children.empty() ? nullptr : top->children.front().get();
+    for (; node != nullptr;
+         node = deep != 0 ? minimal::next_below(*top, *node) : minimal::sibling_after(*node)) {
+        const std::string* const value = minimal::find_attribute(node, name);
+        if (value != nullptr && matches(*value)) return Give(out, node->shared_from_this());
+    }
+    return Give(out, nullptr);
+}
+int UXXmlWrapperBase::FindNodeByAttribute(UXXmlWrapperBase* out, const char* name,
+                                          const char* value, int noCase, int deep) const {
+    const CStringUTF8 wanted(value);
+    return GiveBelow(out, name, deep, [&](const std::string& text) {
+        return noCase != 0 ? wanted.CompareNoCase(text.c_str()) == 0 : wanted == text.c_str();
+    });
+}
+int UXXmlWrapperBase::FindNodeByAttribute(UXXmlWrapperBase* out, const char* name, int value,
+                                          int deep) const {
+    return GiveBelow(out, name, deep, [&](const std::string& text) {
+        int number = 0;
+        return UXParseInt(text, number) && number == value;
+    });
+}
+int UXXmlWrapperBase::FindCreateNode(const char* path, UXXmlWrapperBase* out, int id,
+                                     const char* text, int /*unused1*/, int /*unused2*/,
+                                     UXNodeOptions* /*options*/) {
+    if (out == nullptr) return 0;
+    UXXmlWrapperBase node(*this);
+    CWBOStringArray tags;
+    UXGetTokens(tags, path, '/', 0);
+    int steps = 0;
+    bool created = false;
+    for (int i = 0; i < tags.GetSize() && node.IsNodeValid() != 0; ++i) {
+        if (tags[i].IsEmpty()) continue;
+        ++steps;
+        UXXmlWrapperBase child;
+        created = node.FindChild(tags[i], &child, 1) == 0;
+        if (created) node.AddNode(&child, tags[i], id);
+        node = child;
+    }
+    if (steps == 0) node.ReleaseNode();
+    if (created && text != nullptr) node.SetString(text);
+    *out = node;
+    return out->IsNodeValid();
+}
+int UXXmlWrapperBase::GetNodeStringWithBlobInfo(CStringUTF8& out, DWORD /*unused*/) const {
+    const NodePtr node = node_.lock();
+    if (node == nullptr) return 0;
+    out = node->text;
+    return 1;
+}
