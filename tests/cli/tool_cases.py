@@ -9,7 +9,7 @@ from harness import case
 CASES = [
     case("PrintsTheVersion", ["--version"], out="uxtree 0.1.0\n"),
     case("HelpNamesCommandsExamplesAndExitCodes", ["--help"],
-         contains=["\n  list ", "\n  show ", "Examples:\n",
+         contains=["\n  list ", "\n  outline ", "\n  query ", "\n  show ", "Examples:\n",
                    "Exit codes: 0 done, 1 nothing found"]),
     case("HelpOfACommandHasExamples", ["show", "--help"],
          contains=["Usage: uxtree show [OPTIONS] FILE", "Examples:\n  uxtree show tree.xml"]),
@@ -70,7 +70,7 @@ hint: """]),
 def test_ListsEveryCommandAsJsonWithASummary(tool):
     rows = json.loads(tool.run(["list", "-f", "json"]).out)
     assert [row["command"] for row in rows] == sorted(row["command"] for row in rows)
-    assert {"list", "show"} <= {row["command"] for row in rows}
+    assert {"list", "outline", "query", "show"} <= {row["command"] for row in rows}
     for row in rows:
         assert row["summary"] and not row["summary"].endswith("."), row
 

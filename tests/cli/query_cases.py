@@ -1,0 +1,84 @@
+from harness import case
+
+ROWS = "<r><a id='1'><x>1</x><y>2</y></a><a><x>3</x></a><n/></r>"
+FILES = {"t.xml": ROWS}
+SHOP = """<shop>
+  <item sku="A1"><name>Tea, green</name><price>3.20</price></item>
+  <item sku="B2"><name>He said "hi"</name><price>10</price></item>
+  <item><name>お茶</name></item>
+</shop>"""
+
+CASES = [
+    case("ListsTheTextsBelowAPath", ["query", "/r|a", "t.xml"], files=FILES, out="1\n2\n3\n"),
+    case("ListsAttributes", ["query", "/r|a|@id", "t.xml"], files=FILES, out="1\n"),
+    case("TheRootAloneReachesAllTexts", ["query", "/r", "t.xml"], files=FILES, out="1\n2\n3\n"),
+    case("MakesATable", ["query", "-t", "/r|a", "t.xml"], files=FILES, out="x  y\n1  2\n3\n"),
+    case("MakesATableAsCsv", ["query", "--table", "-f", "csv", "/r|a", "t.xml"], files=FILES,
+         out="x,y\n1,2\n3,\n"),
+    case("MakesATableAsJsonWithListsOfOneShape", ["query", "-t", "-f", "json", "/r|a", "t.xml"],
+         files=FILES, json=[{"file": "t.xml", "values": {"x": ["1"], "y": ["2"]}},
+                            {"file": "t.xml", "values": {"x": ["3"], "y": []}}]),
+    case("KeepsSeveralChildrenOfOneNameInJson", ["query", "-t", "-f", "json", "/r|a", "-"],
+         stdin="<r><a><x>1</x><x>2</x></a></r>",
+         json=[{"file": "stdin", "values": {"x": ["1", "2"]}}]),
+    case("ListsAsJsonOneObjectPerValue", ["query", "-f", "json", "/r|a", "t.xml"], files=FILES,
+         json=[{"file": "t.xml", "value": v} for v in "123"]),
+    case("ASingleValueIsAListInJsonToo", ["query", "-f", "json", "/r|a|@id", "t.xml"], files=FILES,
+         json=[{"file": "t.xml", "value": "1"}]),
+    case("ListsAsCsv", ["query", "-f", "csv", "/shop|item|name", "-"], stdin=SHOP,
+         out='"Tea, green"\n"He said ""hi"""\nお茶\n'),
+    case("AlignsByWidth", ["query", "-t", "/shop|item", "-"], stdin=SHOP, out="""\
+name          price
+Tea, green    3.20
+He said "hi"  10
+お茶
+"""),
+    case("TableOfAttributes", ["query", "-t", "/shop|item|@sku", "-"], stdin=SHOP,
+         out="@sku\nA1\nB2\n\n"),
+    case("NamesTheFilesWhenThereAreSeveral", ["query", "/r", "a.xml", "b.xml"],
+         files={"a.xml": "<r>1</r>", "b.xml": "<r>2</r>"}, out="a.xml: 1\nb.xml: 2\n"),
+    case("NamesTheFileOnRequest", ["query", "-H", "/r", "a.xml"], files={"a.xml": "<r>1</r>"},
+         out="a.xml: 1\n"),
+    case("LeavesNamesOutOnRequest", ["query", "--no-filename", "/r", "a.xml", "b.xml"],
+         files={"a.xml": "<r>1</r>", "b.xml": "<r>2</r>"}, out="1\n2\n"),
+    case("TablesOfSeveralFilesAreOneTable", ["query", "-t", "/r|a", "a.xml", "b.xml"],
+         files={"a.xml": "<r><a><x>1</x></a></r>", "b.xml": "<r><a><x>2</x><y>3</y></a></r>"},
+         out="file   x  y\na.xml  1\nb.xml  2  3\n"),
+    case("WritesLineBreaksVisibly", ["query", "/r", "-"], stdin="<r>a\nb</r>", out="a\\nb\n"),
+    case("KeepsLineBreaksInCsv", ["query", "-f", "csv", "/r", "-"], stdin="<r>a\nb</r>",
+         out='"a\nb"\n'),
+    case("SaysWhichStepFailed", ["query", "/r|b|x", "t.xml"], files=FILES, code=1,
+         err=["t.xml: step 2, 'b': no 'r' has a child of that name", "children there: a, n"]),
+    case("SuggestsTheNearestChild", ["query", "/shop|itme", "-"], stdin=SHOP, code=1,
+         err=["did you mean 'item'?"]),
+    case("SaysThatTheRootDiffers", ["query", "/s|a", "t.xml"], files=FILES, code=1,
+         err=["t.xml: step 1, 's': the root element is 'r'", "try '/r|a'"]),
+    case("SaysThatAnAttributeIsMissing", ["query", "/r|a|@idd", "t.xml"], files=FILES, code=1,
+         err=["step 3, '@idd': none of 2 elements has that attribute", "did you mean 'id'?"]),
+    case("SaysThatThereAreNoAttributes", ["query", "/r|n|@id", "t.xml"], files=FILES, code=1,
+         err=["none of 1 element has", "there are no attributes"]),
+    case("SaysThatNoTextIsThere", ["query", "/r|n", "t.xml"], files=FILES, code=1,
+         err=["1 element matched, but none holds a text"]),
+    case("ExplainsSlashes", ["query", "/r/a", "t.xml"], files=FILES, code=1,
+         err=["step 1, 'r/a'", "separated by |"]),
+    case("ADoubledSeparatorMatchesNothing", ["query", "/r||a", "t.xml"], files=FILES, code=1,
+         err=["step 2, '|a'"]),
+    case("ASeparatorAtTheEndAddsNothing", ["query", "/r|a|", "t.xml"], files=FILES,
+         out="1\n2\n3\n"),
+    case("RefusesAPathWithoutASlash", ["query", "r|a", "t.xml"], files=FILES, code=2,
+         err=["the path 'r|a' does not begin with /"]),
+    case("RefusesThePathThatIsOnlyASlash", ["query", "/", "t.xml"], files=FILES, code=2,
+         err=["the path '/' names no element"]),
+    case("AnEmptyJsonListWhenNothingWasFound", ["query", "-f", "json", "/r|b", "t.xml"],
+         files=FILES, json=[], code=1, err=["step 2"]),
+    case("OneFileWithoutMatchesIsNoFailureBesideOthers", ["query", "/r|x", "a.xml", "b.xml"],
+         files={"a.xml": "<r><x>1</x></r>", "b.xml": "<r/>"}, out="a.xml: 1\n",
+         err=["b.xml: step 2"]),
+    case("ABrokenFileIsAFailureBesideOthers", ["query", "/r", "a.xml", "b.xml"],
+         files={"a.xml": "<r>1</r>", "b.xml": "<r>"}, code=3, out="a.xml: 1\n", err=["b.xml:1:"]),
+    case("NeedsAPathAndAFile", ["query", "/r"], code=2, err=["FILE is required"]),
+    case("RefusesContradictoryOptions", ["query", "-H", "--no-filename", "/r", "-"], code=2,
+         err=["--no-filename"]),
+    case("DoesNotExplainAcrossAttributeSteps", ["query", "/r|@q|x", "t.xml"], files=FILES,
+         out="1\n2\n3\n"),
+]

@@ -1,0 +1,298 @@
+// uxtree outline: which elements and attributes occur where in XML files.
+#include <algorithm>
+#include <array>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "uxtree/outline/layout.h"
+
+#include "support/command.h"
+#include "support/input.h"
+#include "support/json.h"
+#include "support/output.h"
+#include "support/text.h"
+#include "support/tree.h"
+#include "support/tree_lines.h"
+
+namespace uxtool {
+namespace {
+
+struct OutlineOptions {
+    std::vector<std::string> files;
+    std::string format = "tree";
+    std::string output;
+    bool mapped = false;
+    bool check = false;
+};
+
+std::string label_of(const UXXmlWrapperBase& node) {
+    return attribute_of(node, "Label").value_or("");
+}
+
+// The labels of an entry's attributes, which come first below it; with their "@".
+std::vector<std::string> attributes_of(const UXXmlWrapperBase& entry) {
+    std::vector<std::string> labels;
+    UXXmlWrapperBase child;
+    for (int more = entry.FirstChild(&child); more != 0; more = child.NextSibling(&child)) {
+        if (tag_of(child) != "Attr") break;
+        labels.push_back(label_of(child));
+    }
+    return labels;
+}
+
+// Calls enter and leave for element entries only.
+template <typename Enter, typename Leave>
+void walk_entries(const UXXmlWrapperBase& root, Enter&& enter, Leave&& leave) {
+    walk(
+        root,
+        [&](const UXXmlWrapperBase& node, std::size_t level) {
+            if (tag_of(node) == "Node") enter(node, level);
+            return true;
+        },
+        [&](const UXXmlWrapperBase& node, std::size_t level) {
+            if (tag_of(node) == "Node") leave(node, level);
+        });
+}
+
+void write_tree(Output& out, const UXXmlWrapperBase& root) {
+    TreeLines lines;
+    const auto enter = [&](const UXXmlWrapperBase& entry, std::size_t level) {
+        UXXmlWrapperBase next;
+        const bool isLast = entry.NextSibling(&next) == 0;
+        std::string line = out.palette().paint(Role::kDim, lines.prefix(level, isLast)) +
+                           out.palette().paint(Role::kTag, visible(label_of(entry)));
+        const std::string attributes = join(attributes_of(entry), " ");
+        if (!attributes.empty()) {
+            line += "  " + out.palette().paint(Role::kAttribute, visible(attributes));
+        }
+        out.write(line + "\n");
+    };
+    walk_entries(root, enter, [](const auto&, std::size_t) {});
+}
+
+// One line per element and attribute, as uxtree query takes them.
+void write_paths(Output& out, const UXXmlWrapperBase& root, const std::string& prefix) {
+    std::string path;
+    std::vector<std::size_t> lengths;  // of the path without the open entries
+    const auto enter = [&](const UXXmlWrapperBase& entry, std::size_t) {
+        lengths.push_back(path.size());
+        path += (lengths.size() == 1 ? "/" : "|") + visible(label_of(entry));
+        out.write(prefix + path + "\n");
+        for (const std::string& attribute : attributes_of(entry)) {
+            out.write(prefix + path + "|" + visible(attribute) + "\n");
+        }
+    };
+    const auto leave = [&](const auto&, std::size_t) {
+        path.resize(lengths.back());
+        lengths.pop_back();
+    };
+    walk_entries(root, enter, leave);
+}
+
+// {"file":...,"name":...,"attributes":[...],"children":[...]}; the file stands in the root alone.
+void write_json(Output& out, const UXXmlWrapperBase& root, const std::string& file) {
+    bool first = true;  // among its siblings
+    const auto enter = [&](const UXXmlWrapperBase& entry, std::size_t level) {
+        if (!first) out.write(",");
+        first = true;
+        const std::string start = level == 0 ? "\"file\":" + json_string(file) + "," : "";
+        Json names = Json::array();
+        for (const std::string& label : attributes_of(entry)) names.push_back(label.substr(1));
+        out.write("{" + start + "\"name\":" + json_string(label_of(entry)) +
+                  ",\"attributes\":" + json_text(names) + ",\"children\":[");
+    };
+    const auto leave = [&](const auto&, std::size_t) {
+        out.write("]}");
+        first = false;
+    };
+    walk_entries(root, enter, leave);
+}
+
+std::string escaped(const std::string& text) {
+    std::string out;
+    for (const char c : text) {
+        switch (c) {
+            case '&':
+                out += "&amp;";
+                break;
+            case '<':
+                out += "&lt;";
+                break;
+            case '"':
+                out += "&quot;";
+                break;
+            case '\n':
+                out += "&#10;";
+                break;
+            case '\t':
+                out += "&#9;";
+                break;
+            case '\r':
+                out += "&#13;";
+                break;
+            default:
+                out += c;
+        }
+    }
+    return out;
+}
+
+std::string xml_indent(std::size_t level) {
+    return std::string(2 * std::min<std::size_t>(level, 40), ' ');
+}
+
+// The outline itself, with the elements that the library writes it in.
+void write_xml(Output& out, const UXXmlWrapperBase& root, const std::string& file) {
+    out.write("  <Document Name=\"" + escaped(file) + "\">\n");
+    const auto enter = [&](const UXXmlWrapperBase& entry, std::size_t level) {
+        out.write(xml_indent(level + 2) + "<" + tag_of(entry) + " Label=\"" +
+                  escaped(label_of(entry)) + "\"" + (entry.HasChildren() != 0 ? ">" : "/>") + "\n");
+        return true;
+    };
+    const auto leave = [&](const UXXmlWrapperBase& entry, std::size_t level) {
+        if (entry.HasChildren() != 0) {
+            out.write(xml_indent(level + 2) + "</" + tag_of(entry) + ">\n");
+        }
+    };
+    walk(root, enter, leave);
+    out.write("  </Document>\n");
+}
+
+// Does the file hold characters beyond U+FFFF? The streamed scan ends at the first of them.
+bool holds_long_characters(const std::string& path) {
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    std::array<char, 65536> block;
+    for (;;) {
+        const ssize_t got = ::read(file.number(), block.data(), block.size());
+        if (got <= 0) return false;
+        unsigned highest = 0;
+        for (std::size_t i = 0; i < static_cast<std::size_t>(got); ++i) {
+            highest =
+                std::max(highest, static_cast<unsigned>(static_cast<unsigned char>(block[i])));
+        }
+        if (highest >= 0xF0) return true;
+    }
+}
+
+// The end of a file.
+std::string tail_of(const std::string& path) {
+    std::array<char, 16384> block;
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    const off_t size = ::lseek(file.number(), 0, SEEK_END);
+    const off_t start = std::max<off_t>(0, size - static_cast<off_t>(block.size()));
+    const ssize_t got = ::pread(file.number(), block.data(), block.size(), start);
+    return std::string(block.data(), got > 0 ? static_cast<std::size_t>(got) : 0);
+}
+
+// Does the entry have element entries below it?
+bool has_entries(const UXXmlWrapperBase& entry) {
+    UXXmlWrapperBase last;
+    return entry.GetChild(&last, entry.GetNodeCount() - 1) != 0 && tag_of(last) == "Node";
+}
+
+// Is the root element closed near the end of the file? The scan stops quietly at a syntax error, so
+// this is how a file that was cut off is told.
+bool looks_complete(const std::string& path, const UXXmlWrapperBase& outline) {
+    const std::string tail = tail_of(path);
+    const std::size_t lastEndTag = tail.rfind("</");
+    if (lastEndTag != std::string::npos) {
+        return tail.compare(lastEndTag + 2, label_of(outline).size(), label_of(outline)) == 0;
+    }
+    // Without any end tag the root itself has to be an empty element.
+    return !has_entries(outline) && tail.find("/>") != std::string::npos;
+}
+
+class Outliner {
+public:
+    Outliner(const OutlineOptions& options, Output& out) : options_(options), out_(out) {}
+
+    ExitCode outline(const std::string& file) {
+        const NamedInput input(file);
+        if (options_.check) open_tree(input.path(), input_name(file));
+        UXXmlWrapperBase holder;
+        holder.CreateNew(0, "Outline");
+        const UXXmlWrapperBase root = outline_of(holder, input.path(), file);
+        write(root, input_name(file));
+        if (!looks_complete(input.path(), root)) open_tree(input.path(), input_name(file));
+        return kSuccess;
+    }
+
+    void begin() {
+        if (options_.format == "xml") {
+            out_.write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Outline>\n");
+        }
+    }
+
+    int finish(int exitCode) {
+        if (options_.format == "xml") out_.write("</Outline>\n");
+        if (options_.format == "json") list_.finish();
+        return out_.finish(exitCode);
+    }
+
+private:
+    UXXmlWrapperBase outline_of(UXXmlWrapperBase& holder, const std::string& path,
+                                const std::string& file) {
+        const Progress progress("outlining " + input_name(file));
+        const bool mapped = options_.mapped || holds_long_characters(path);
+        SAXTreeLayout(&holder, nullptr, path.c_str(), mapped ? 1 : 0);
+        UXXmlWrapperBase root;
+        holder.FirstChild(&root);
+        if (!label_of(root).empty()) return root;
+        // Nothing was found: the loader says why, or reads what the scanner cannot (UTF-16).
+        UXXmlWrapperBase source = open_tree(path, input_name(file));
+        holder.RemoveAllChildren();
+        SAXTreeLayout(&holder, &source, nullptr, 0);
+        holder.FirstChild(&root);
+        return root;
+    }
+
+    void write(const UXXmlWrapperBase& root, const std::string& name) {
+        const bool several = options_.files.size() > 1;
+        if (options_.format == "paths") return write_paths(out_, root, several ? name + ": " : "");
+        if (options_.format == "xml") return write_xml(out_, root, name);
+        if (options_.format == "json") {
+            list_.begin_entry();
+            return write_json(out_, root, name);
+        }
+        if (several)
+            out_.write((any_ ? "\n" : "") +
+                       out_.palette().paint(Role::kHeading, visible(name) + ":") + "\n");
+        any_ = true;
+        write_tree(out_, root);
+    }
+
+    const OutlineOptions& options_;
+    Output& out_;
+    JsonList list_{out_};
+    bool any_ = false;
+};
+
+int run_outline(const OutlineOptions& options) {
+    Output out(options.output);
+    Outliner outliner(options, out);
+    outliner.begin();
+    const int result = for_each_file(
+        options.files, [&](const std::string& file) { return outliner.outline(file); });
+    return outliner.finish(result);
+}
+
+const Command kOutline{
+    "outline", "Show which elements and attributes occur where in XML files",
+    "uxtree outline big.xml\n"
+    "uxtree outline -f paths big.xml     # one line each, ready for uxtree query\n"
+    "uxtree outline -f json *.xml        # a list with one entry per file\n"
+    "uxtree outline --check upload.xml   # say first whether it is well-formed",
+    [](CLI::App& app) {
+        auto options = std::make_shared<OutlineOptions>();
+        add_files(app, options->files);
+        add_format(app, options->format, {"tree", "paths", "xml", "json"});
+        add_output(app, options->output);
+        app.add_flag("--mmap", options->mapped, "Read through a memory mapping");
+        app.add_flag("--check", options->check,
+                     "Check first that the file is well-formed; the scan alone is forgiving");
+        return [options] { return run_outline(*options); };
+    }};
+
+}  // namespace
+}  // namespace uxtool

@@ -1,0 +1,292 @@
+// uxtree query: the values that a path reaches.
+#include <algorithm>
+#include <set>
+
+#include "uxtree/outline/xpath.h"
+
+#include "support/command.h"
+#include "support/input.h"
+#include "support/json.h"
+#include "support/output.h"
+#include "support/table.h"
+#include "support/text.h"
+#include "support/tree.h"
+
+namespace uxtool {
+namespace {
+
+struct QueryOptions {
+    std::string path;
+    std::vector<std::string> files;
+    std::string format = "text";
+    std::string output;
+    bool table = false;
+    bool withName = false;
+    bool withoutName = false;
+};
+
+struct Result {
+    CWBOStringArray values;
+    CArray<unsigned int> offsets;
+    CWBOStringArray names;
+};
+
+constexpr const char* kPathHint =
+    "a path is /root|child|@attribute: the root's tag, then child tags, separated by |";
+
+// The steps as the library splits them: behind a separator the next character always begins the
+// next step.
+std::vector<std::string> split_steps(const std::string& path) {
+    std::vector<std::string> steps;
+    std::string step;
+    for (std::size_t i = 1; i < path.size(); ++i) {
+        if (path[i] == '|') {
+            steps.push_back(std::exchange(step, ""));
+            if (++i == path.size()) return steps;
+        }
+        step += path[i];
+    }
+    steps.push_back(step);
+    return steps;
+}
+
+// Says which step of a path without results failed, and what there is in its place.
+class Diagnosis {
+public:
+    Diagnosis(const std::string& path, const std::string& file) : path_(path), file_(file) {}
+
+    Failure explain(const UXXmlWrapperBase& root) const {
+        const std::vector<std::string> steps = split_steps(path_);
+        if (steps[0] != tag_of(root)) return wrong_root(steps[0], tag_of(root));
+        std::vector<UXXmlWrapperBase> nodes{root};
+        for (std::size_t i = 1; i < steps.size() && !steps[i].starts_with("@"); ++i) {
+            std::vector<UXXmlWrapperBase> next = children_named(nodes, steps[i]);
+            if (next.empty()) return missing_child(steps, i, nodes);
+            nodes = std::move(next);
+        }
+        if (steps.back().starts_with("@")) return missing_attribute(steps, nodes);
+        return nothing(counted(nodes.size(), "element") + " matched, but none holds a text",
+                       "ask for an attribute with a last step @name, or for their children");
+    }
+
+private:
+    using Nodes = std::vector<UXXmlWrapperBase>;
+
+    static Nodes children_named(const Nodes& nodes, const std::string& tag) {
+        Nodes found;
+        for (const UXXmlWrapperBase& node : nodes) {
+            UXXmlWrapperBase child;
+            for (int more = node.FirstChild(&child); more != 0; more = child.NextSibling(&child)) {
+                if (tag_of(child) == tag) found.push_back(child);
+            }
+        }
+        return found;
+    }
+
+    // Unique, in order of first appearance.
+    template <typename NamesOf>
+    static std::vector<std::string> distinct(const Nodes& nodes, NamesOf&& names_of) {
+        std::set<std::string> seen;
+        std::vector<std::string> names;
+        for (const UXXmlWrapperBase& node : nodes) {
+            for (const std::string& name : names_of(node)) {
+                if (seen.insert(name).second) names.push_back(name);
+            }
+        }
+        return names;
+    }
+
+    static std::vector<std::string> child_tags(const UXXmlWrapperBase& node) {
+        std::vector<std::string> tags;
+        UXXmlWrapperBase child;
+        for (int more = node.FirstChild(&child); more != 0; more = child.NextSibling(&child)) {
+            tags.push_back(tag_of(child));
+        }
+        return tags;
+    }
+
+    Failure nothing(const std::string& message, const std::string& hint) const {
+        return Failure(kNothingFound, file_, message, hint);
+    }
+
+    Failure wrong_root(const std::string& step, const std::string& tag) const {
+        const bool slashes = step.find('/') != std::string::npos;
+        const std::string rest =
+            path_.find('|') == std::string::npos ? "" : path_.substr(path_.find('|'));
+        return nothing("step 1, '" + step + "': the root element is '" + tag + "'",
+                       slashes ? std::string(kPathHint) : "try '/" + tag + rest + "'");
+    }
+
+    Failure missing_child(const std::vector<std::string>& steps, std::size_t i,
+                          const Nodes& parents) const {
+        const std::string message = fmt::format("step {}, '{}': no '{}' has a child of that name",
+                                                i + 1, steps[i], steps[i - 1]);
+        if (steps[i].find('/') != std::string::npos) return nothing(message, kPathHint);
+        return nothing(message, names_hint(steps[i], distinct(parents, child_tags), "children"));
+    }
+
+    Failure missing_attribute(const std::vector<std::string>& steps, const Nodes& nodes) const {
+        const std::string wanted = steps.back().substr(1);
+        const std::string message =
+            fmt::format("step {}, '{}': none of {} has that attribute", steps.size(), steps.back(),
+                        counted(nodes.size(), "element"));
+        return nothing(message, names_hint(wanted, distinct(nodes, attribute_names), "attributes"));
+    }
+
+    static std::string names_hint(const std::string& wanted, const std::vector<std::string>& names,
+                                  const std::string& what) {
+        if (names.empty()) return "there are no " + what;
+        const std::string meant = nearest(wanted, names);
+        const std::string list = what + " there: " + short_list(names);
+        return meant.empty() ? list : "did you mean '" + meant + "'? " + list;
+    }
+
+    const std::string& path_;
+    std::string file_;
+};
+
+// Collects the results of all files and writes them at the end, or line by line where it can.
+class Querier {
+public:
+    Querier(const QueryOptions& options, Output& out)
+        : options_(options),
+          out_(out),
+          named_(options.withName || (options.files.size() > 1 && !options.withoutName)) {}
+
+    ExitCode query(const std::string& file) {
+        UXXmlWrapperBase root = open_tree(file);
+        Result result;
+        const int code = TreeEvalXPath(&result.values, &result.offsets, &result.names, &root,
+                                       nullptr, options_.path.c_str(), options_.table);
+        if (code != 0 || result.values.GetSize() == 0) {
+            report(Diagnosis(options_.path, input_name(file)).explain(root));
+            return kNothingFound;
+        }
+        if (options_.table) {
+            add_rows(result, input_name(file));
+        } else {
+            add_values(result, input_name(file));
+        }
+        return kSuccess;
+    }
+
+    int finish(int exitCode) {
+        if (options_.table) write_rows();
+        if (options_.format == "json") list_.finish();
+        return out_.finish(exitCode);
+    }
+
+private:
+    void add_values(const Result& result, const std::string& file) {
+        for (int i = 0; i < result.values.GetSize(); ++i)
+            write_value(to_string(result.values[i]), file);
+    }
+
+    void write_value(const std::string& value, const std::string& file) {
+        if (options_.format == "json") return list_.add({{"file", file}, {"value", value}});
+        if (options_.format == "csv")
+            return write_csv_line(out_, named_ ? Fields{file, value} : Fields{value});
+        if (named_) out_.write(out_.palette().paint(Role::kDim, visible(file) + ":") + " ");
+        out_.write(visible(value) + "\n");
+    }
+
+    // The table comes as columns: column k holds the k-th value of every matched element. The names
+    // are those of the element with the most values, over all files.
+    void add_rows(const Result& result, const std::string& file) {
+        const int columns = result.names.GetSize();
+        const int rows = columns == 0 ? 0 : result.values.GetSize() / columns;
+        if (static_cast<std::size_t>(columns) > columns_.size()) {
+            columns_.clear();
+            for (int k = 0; k < columns; ++k) columns_.push_back(to_string(result.names[k]));
+        }
+        for (int row = 0; row < rows; ++row) {
+            Fields fields;
+            for (int k = 0; k < columns; ++k)
+                fields.push_back(to_string(result.values[k * rows + row]));
+            rows_.push_back({file, std::move(fields)});
+        }
+    }
+
+    void write_rows() {
+        if (options_.format == "json") return write_json_rows();
+        Table table(columns_);
+        if (named_) table.columns.insert(table.columns.begin(), "file");
+        for (Row& row : rows_) {
+            std::vector<Cell> cells(row.fields.begin(), row.fields.end());
+            if (named_) cells.insert(cells.begin(), Cell(row.file));
+            table.add(std::move(cells));
+        }
+        if (!columns_.empty()) write_table(out_, table, options_.format);
+    }
+
+    // Each name holds the list of a row's values under it, so that an element with several children
+    // of one name, or none, has the same shape as the others.
+    void write_json_rows() {
+        for (const Row& row : rows_) {
+            Json values = Json::object();
+            for (const std::string& name : columns_) values[name] = Json::array();
+            for (std::size_t k = 0; k < row.fields.size(); ++k) {
+                if (!row.fields[k].empty()) values[columns_[k]].push_back(row.fields[k]);
+            }
+            list_.add({{"file", row.file}, {"values", values}});
+        }
+    }
+
+    struct Row {
+        std::string file;
+        Fields fields;
+    };
+
+    const QueryOptions& options_;
+    Output& out_;
+    bool named_;
+    JsonList list_{out_};
+    Fields columns_;
+    std::vector<Row> rows_;
+};
+
+// What the library would refuse for any tree is refused before a file is read.
+void check_path(const std::string& path) {
+    std::string problem;
+    if (!path.starts_with("/")) problem = "does not begin with /";
+    if (path == "/" || path.starts_with("/|")) problem = "names no element";
+    if (!problem.empty()) {
+        throw Failure(kUsage, "uxtree query", "the path '" + path + "' " + problem, kPathHint);
+    }
+}
+
+int run_query(const QueryOptions& options) {
+    check_path(options.path);
+    Output out(options.output);
+    Querier querier(options, out);
+    const int result =
+        for_each_file(options.files, [&](const std::string& file) { return querier.query(file); });
+    return querier.finish(result);
+}
+
+const Command kQuery{
+    "query", "Print the values that a path reaches",
+    "uxtree query '/catalog|book|@id' catalog.xml         # an attribute of each book\n"
+    "uxtree query '/catalog|book|title' *.xml             # texts, with the file names\n"
+    "uxtree query -t '/catalog|book' catalog.xml          # a table: one row for each book\n"
+    "uxtree query -t -f csv '/catalog|book' catalog.xml   # the same as CSV, or json\n"
+    "uxtree outline -f paths catalog.xml                  # the paths that there are",
+    [](CLI::App& app) {
+        auto options = std::make_shared<QueryOptions>();
+        app.add_option("PATH", options->path, "Such as '/root|child|@attribute'")
+            ->required()
+            ->type_name("");
+        add_files(app, options->files);
+        app.add_flag("-t,--table", options->table,
+                     "One row for each matched element; columns go by position below it");
+        add_format(app, options->format, table_formats());
+        CLI::Option* with = app.add_flag("-H,--with-filename", options->withName,
+                                         "Print file names (default with several files)");
+        app.add_flag("--no-filename", options->withoutName, "Never print file names")
+            ->excludes(with);
+        add_output(app, options->output);
+        return [options] { return run_query(*options); };
+    }};
+
+}  // namespace
+}  // namespace uxtool
