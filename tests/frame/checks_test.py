@@ -1,4 +1,4 @@
-"""Tests of tools/dev/check_layers.py and check_exports.py on small trees and libraries.
+"""Tests of the checks in tools/dev/ on small trees and libraries.
 
 Usage: checks_test.py TOOLS_FOLDER CXX_COMPILER
 """
@@ -97,6 +97,33 @@ class CheckLayers(Folder):
         self.assert_clean("tools/uxtree/main.cpp", '#include "uxtree/uxtree_Utils.h"')
         reason = "only public headers"
         self.assert_refused("tools/uxtree/main.cpp", '#include "tree/lookup.h"', reason)
+
+
+class CheckQuirks(Folder):
+    def check(self, test="Suite.Sentence", topic="tree/lookup"):
+        self.write("tests/tree/lookup_test.cpp", "TEST_F(Suite, Sentence) {}")
+        self.write("src/tree/lookup_detail.h", "// Intended: odd.")
+        head = f"## Lookup (`{topic}`)\n\n| What | Why | Test |\n|---|---|---|\n"
+        self.write("docs/quirks.md", f"{head}| odd | *contract* | `{test}` |\n")
+        return run("check_quirks.py", self.root)
+
+    def test_rows_with_their_tests_are_fine(self):
+        self.assertEqual(self.check(), (0, "quirks: every row has its tests\n"))
+
+    def test_tests_that_do_not_exist_are_refused(self):
+        code, output = self.check(test="Suite.Other")
+        self.assertEqual(code, 1)
+        self.assertIn("no such test: Suite.Other", output)
+
+    def test_rows_without_a_test_are_refused(self):
+        code, output = self.check(test="none")
+        self.assertEqual(code, 1)
+        self.assertIn("no test in: | odd", output)
+
+    def test_marked_sources_without_a_section_are_refused(self):
+        code, output = self.check(topic="tree/look")
+        self.assertEqual(code, 1)
+        self.assertIn("no section names tree/lookup_detail", output)
 
 
 class CheckExports(Folder):
