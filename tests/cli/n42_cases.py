@@ -1,0 +1,239 @@
+import json
+import pathlib
+import re
+import shutil
+import struct
+import subprocess
+import zlib
+
+from harness import case
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+EXAMPLE = (ROOT / "examples" / "spectrum.n42").read_text()
+
+SMALL = """<RadInstrumentData>
+<RadDetectorInformation id="D1"/><RadDetectorInformation id="N1"/>
+<EnergyCalibration id="E1"><CoefficientValues>0 2</CoefficientValues></EnergyCalibration>
+<RadMeasurement><MeasurementClassCode>Background</MeasurementClassCode>
+<Spectrum radDetectorInformationReference="D1" energyCalibrationReference="E1">
+<LiveTimeDuration>PT1M2.5S</LiveTimeDuration><ChannelData>1 2.5 3</ChannelData></Spectrum>
+<Spectrum id="raw"><ChannelData>7 8</ChannelData></Spectrum>
+<GrossCounts id="g" radDetectorInformationReference="N1"><CountData>4</CountData></GrossCounts>
+</RadMeasurement></RadInstrumentData>
+"""
+OLD = """<N42InstrumentData><Measurement><Spectrum Detector="A" ID="s"><StartTime>noon</StartTime>
+<SourceType>Item</SourceType><Calibration EnergyUnits="MeV"><Equation><Coefficients>0 1
+</Coefficients></Equation></Calibration><ChannelData>5</ChannelData></Spectrum></Measurement>
+</N42InstrumentData>
+"""
+FILES = {"s.n42": SMALL, "old.n42": OLD, "none.n42": "<RadInstrumentData/>", "x.xml": "<r/>",
+         "cut.n42": SMALL[:200]}
+
+CASES = [
+    case("TellsWhatFilesContain", ["n42", "info", "s.n42", "old.n42", "none.n42"], files=FILES,
+         out="""\
+file      form  detectors  measurements  spectra  channels  calibrations  counts  gross  gross counts
+s.n42     2011          2             1        2  2-3                  1    21.5      1             4
+old.n42   2006          1             1        1  1                    1       5      0             0
+none.n42  2011          0             0        0                       0       0      0             0
+"""),
+    case("TellsItAsJson", ["n42", "info", "-f", "json", "old.n42"], files=FILES,
+         json=[{"file": "old.n42", "form": "2006", "detectors": 1, "measurements": 1, "spectra": 1,
+                "channels": "1", "calibrations": 1, "counts": 5.0, "gross": 0,
+                "gross counts": 0.0}]),
+    case("GoesOnAfterAFileThatIsNone", ["n42", "info", "-f", "csv", "x.xml", "old.n42"],
+         files=FILES, code=3, contains=["old.n42,2006,1,1,1,1,1,5,0,0"],
+         err=['x.xml: no N42 file: the root element is "r"', "RadInstrumentData"]),
+    case("SaysWhereAFileIsBroken", ["n42", "info", "cut.n42"], files=FILES, code=3,
+         err=["cut.n42:", "ends"], contains=["file"]),
+    case("ListsDetectors", ["n42", "detectors", "s.n42"], files=FILES, out="D1\nN1\n"),
+    case("ListsDetectorsOfStandardInput", ["n42", "detectors", "-"], stdin=OLD, out="A\n"),
+    case("FindsNoDetectors", ["n42", "detectors", "none.n42"], files=FILES, code=1),
+    case("ImportsATree", ["n42", "import", "old.n42"], files=FILES, out="""\
+<?xml version="1.0" encoding="UTF-8"?><Import><n42><RadMeasurements FileDataDimsVector="1">\
+<RadMeasurement Label="RadMeasurement_1"><Spectrum Detector="A" ID="s" Label="Spectrum_0" \
+FileDataDimsVector="1"><StartTime Label="StartTime">noon</StartTime>\
+<SourceType Label="SourceType">Item</SourceType><Energy FileDataDimsVector="1" Label="Energy" \
+ColDesignation="3" Comment="0 1&#xA;" Unit="MeV">1</Energy><ChannelData_0 \
+Label="ChannelData_0" FileDataDimsVector="1">5</ChannelData_0></Spectrum></RadMeasurement>\
+</RadMeasurements></n42></Import>""".replace("&#xA;", "&#10;")),
+    case("ImportsGrossCountsOfOneDetector", ["n42", "import", "-d", "D1", "s.n42", "-o", "t.xml"],
+         files=FILES),
+    case("RefusesAnUnknownDetector", ["n42", "import", "-d", "d1", "s.n42"], files=FILES, code=2,
+         err=['s.n42: no detector "d1"', 'did you mean "D1"?']),
+    case("ImportsNothing", ["n42", "import", "none.n42", "-o", "t.xml"], files=FILES, code=1,
+         err=["none.n42 has no spectra and no gross counts"], after={"t.xml": None}),
+    case("ExportsColumnsBehindTheirEnergies", ["n42", "export", "s.n42"], files=FILES, out="""\
+channel,1.1 Background,energy E1,1.0 Background D1
+1,7,2,1
+2,8,4,2.5
+3,,6,3
+"""),
+    case("NamesTheUnitOfEnergies", ["n42", "export", "old.n42"], files=FILES,
+         out="channel,energy (MeV),1.0 Item A\n1,1,5\n"),
+    case("ExportsObjects", ["n42", "export", "-f", "json", "s.n42"], files=FILES, json=[
+        {"name": "1.0 Background D1", "measurement": 1, "spectrum": 0, "id": None,
+         "detector": "D1", "kind": "Background", "start": None, "realTime": None,
+         "liveTime": "PT1M2.5S", "unit": None, "calibration": "0 2", "energies": [2, 4, 6],
+         "counts": [1, 2.5, 3]},
+        {"name": "1.1 Background", "measurement": 1, "spectrum": 1, "id": "raw", "detector": None,
+         "kind": "Background", "start": None, "realTime": None, "liveTime": None, "unit": None,
+         "calibration": None, "energies": None, "counts": [7, 8]}]),
+    case("ExportsNothing", ["n42", "export", "none.n42"], files=FILES, code=1,
+         err=["none.n42 has no spectra"]),
+    case("RefusesAnUnknownSpectrum", ["n42", "plot", "-s", "1.2", "s.n42"], files=FILES, code=2,
+         err=['no spectrum "1.2"', "such as 1.0"]),
+    case("DrawsNothing", ["n42", "plot", "none.n42"], files=FILES, code=1, err=["no spectra"]),
+]
+
+
+def test_ImportsOnlyTheSelectedGrossCounts(tool):
+    assert "<GrossCounts" in tool.run(["n42", "import", "-d", "N1", "s.n42"], files=FILES).out
+    without = tool.run(["n42", "import", "-d", "D1", "s.n42"]).out
+    assert "<GrossCounts" not in without and "<ChannelData_0" in without
+
+
+def picture(tool, *args):
+    result = tool.run(["n42", "plot", *args])
+    assert result.code == 0, result.err
+    return result.out
+
+
+def test_DrawsChannelsWhereEnergiesAreMissing(tool):
+    tool.write("s.n42", SMALL)
+    assert ">Channel</text>" in picture(tool, "s.n42")
+    assert ">Energy (keV)</text>" in picture(tool, "-s", "1.0", "s.n42")
+    tool.write("old.n42", OLD)
+    assert ">Energy (MeV)</text>" in picture(tool, "old.n42")
+
+
+def test_PictureIsWellFormedAndHasEverySpectrum(tool):
+    tool.write("e.n42", EXAMPLE)
+    svg = picture(tool, "e.n42")
+    tool.write("e.svg", svg)
+    assert tool.run(["show", "-d", "0", "e.svg"]).code == 0
+    assert len(re.findall(r'<path class="c s\d" d="M', svg)) == 4
+    for name in ["1.0 Background NaI", "1.1 Background LaBr3", "2.0 Foreground NaI"]:
+        assert name in svg
+    assert "prefers-color-scheme:dark" in svg and "href" not in svg
+
+
+def test_ScalesAreChosen(tool):
+    tool.write("e.n42", EXAMPLE)
+    assert 'class="grid fine"' in picture(tool, "e.n42")
+    assert 'class="grid fine"' not in picture(tool, "--linear", "e.n42")
+
+
+def test_ManySpectraAreSummedUnlessChosen(tool):
+    spectrum = '<Spectrum radDetectorInformationReference="D"><LiveTimeDuration>PT2S' \
+        "</LiveTimeDuration><ChannelData>1 2 3</ChannelData></Spectrum>"
+    tool.write("m.n42", "<RadInstrumentData><RadMeasurement><MeasurementClassCode>F"
+               "</MeasurementClassCode>" + spectrum * 9 + "</RadMeasurement></RadInstrumentData>")
+    assert "F D<tspan class=\"sub\"> · 9 spectra, 18 s, 54 counts" in picture(tool, "m.n42")
+    assert "9 spectra" not in picture(tool, "-s", "1.3", "m.n42")
+    result = tool.run(["n42", "plot", "--each", "m.n42"])
+    assert "9 curves; the 8 with most counts are drawn" in result.err
+    assert "9 curves" not in tool.run(["n42", "plot", "--each", "-f", "html", "m.n42"]).err
+
+
+def test_TextsOfAFileCannotBreakOut(tool):
+    evil = '<Measurement><Spectrum Detector="&lt;/script&gt;&lt;b a=&quot;1&quot;&gt;&lt;!--">' \
+        "<ChannelData>1 2</ChannelData></Spectrum></Measurement>"
+    tool.write("e.n42", "<N42InstrumentData>" + evil + "</N42InstrumentData>")
+    page = picture(tool, "-f", "html", "e.n42")
+    assert page.count("</script>") == 2 and "<!--" not in page
+    tool.write("e.svg", picture(tool, "e.n42"))
+    assert tool.run(["show", "e.svg"]).code == 0
+
+
+def test_DrawsHugeAndOddSpectra(tool):
+    odd = "".join(f"<Measurement><Spectrum><ChannelData>{text}</ChannelData></Spectrum>"
+                  "</Measurement>" for text in ["0", "-5 -1", "1e300 1e-300", "0.001 0.002", "7"])
+    tool.write("o.n42", "<N42InstrumentData>" + odd + "</N42InstrumentData>")
+    for args in [[], ["--linear"]]:
+        svg = picture(tool, *args, "o.n42")
+        assert "nan" not in svg and "inf" not in svg
+    long = "<Measurement><Spectrum><ChannelData>" + "3 0 1 " * 20000 + \
+        "</ChannelData></Spectrum></Measurement>"
+    tool.write("l.n42", "<N42InstrumentData>" + long + "</N42InstrumentData>")
+    assert len(picture(tool, "l.n42")) < 100000
+
+
+# ---- the page in a browser -----------------------------------------------------------------------
+
+def browser(tool, *args):
+    program = shutil.which("chromium") or shutil.which("chromium-browser")
+    if not program:
+        print("no chromium: the page is not opened")
+        return None
+    done = subprocess.run(
+        [program, "--headless=new", "--no-sandbox", "--disable-gpu", "--hide-scrollbars",
+         f"--user-data-dir={tool.path('profile')}", "--enable-logging=stderr", "--v=0",
+         "--window-size=1000,600", "--virtual-time-budget=2000", *args,
+         tool.path("page.html").as_uri()],
+        capture_output=True, timeout=120, check=True, cwd=tool.folder)
+    return done.stdout.decode(), done.stderr.decode()
+
+
+def pixels(png):
+    """Rows of pixels of an 8-bit PNG without interlacing."""
+    width, height, depth, kind = struct.unpack(">IIBB", png[16:26])
+    assert depth == 8 and kind in (2, 6), (depth, kind)
+    size, at, packed = (3 if kind == 2 else 4), 8, b""
+    while at < len(png):
+        length, name = struct.unpack(">I4s", png[at:at + 8])
+        packed += png[at + 8:at + 8 + length] if name == b"IDAT" else b""
+        at += length + 12
+    raw, above, rows = zlib.decompress(packed), bytearray(width * size), []
+    for y in range(height):
+        start = y * (width * size + 1)
+        method, row = raw[start], bytearray(raw[start + 1:start + 1 + width * size])
+        for i in range(len(row)):
+            left = row[i - size] if i >= size else 0
+            corner = above[i - size] if i >= size else 0
+            if method == 1:
+                row[i] = (row[i] + left) & 255
+            elif method == 2:
+                row[i] = (row[i] + above[i]) & 255
+            elif method == 3:
+                row[i] = (row[i] + (left + above[i]) // 2) & 255
+            elif method == 4:
+                guess = left + above[i] - corner
+                near = min((abs(guess - left), 0, left), (abs(guess - above[i]), 1, above[i]),
+                           (abs(guess - corner), 2, corner))
+                row[i] = (row[i] + near[2]) & 255
+        above = row
+        rows.append([tuple(row[i:i + 3]) for i in range(0, len(row), size)])
+    return rows
+
+
+def test_PageDrawsItsCurvesInABrowserWithoutAWord(tool):
+    tool.write("e.n42", EXAMPLE)
+    tool.write("page.html", picture(tool, "-f", "html", "e.n42"))
+    page = tool.path("page.html").read_text()
+    assert not re.search(r'(src|href)="(?!data:,")', page), "the page needs something from outside"
+    opened = browser(tool, "--dump-dom")
+    if opened is None:
+        return
+    document, messages = opened
+    assert "CONSOLE" not in messages, messages
+    points = re.search(r'data-points="(\d+)"', document)
+    assert points and int(points.group(1)) > 4 * 500, document[:300]
+    assert document.count('type="checkbox"') == 4
+
+    browser(tool, f"--screenshot={tool.path('page.png')}")
+    seen = {}
+    for row in pixels(tool.path("page.png").read_bytes()):
+        for colour in row[:700]:  # the place of the curves, without the legend
+            seen[colour] = seen.get(colour, 0) + 1
+    for colour in [(0x1f, 0x6f, 0xeb), (0xd9, 0x48, 0x0f), (0x2b, 0x8a, 0x3e), (0x9c, 0x36, 0xb5)]:
+        near = sum(n for c, n in seen.items() if all(abs(a - b) < 40 for a, b in zip(c, colour)))
+        assert near > 200, (colour, near)
+
+
+def test_ExampleIsWhatItsGeneratorWrites(tool):
+    written = subprocess.run(["python3", str(ROOT / "tools" / "dev" / "make_spectrum.py")],
+                             capture_output=True, check=True)
+    assert written.stdout.decode() == EXAMPLE
+    info = json.loads(tool.run(["n42", "info", "-f", "json", "-"], stdin=EXAMPLE).out)
+    assert info[0]["spectra"] == 4 and info[0]["gross"] == 2

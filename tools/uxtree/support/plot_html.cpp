@@ -1,0 +1,81 @@
+#include <map>
+#include <string_view>
+
+#include "support/json.h"
+#include "support/plot.h"
+
+namespace uxtool {
+
+extern const std::string_view kPlotPage;  // pages/plot.html
+
+namespace {
+
+void write_numbers(Output& out, const std::vector<double>& values, bool exact) {
+    out.write("[");
+    const char* separator = "";
+    for (const double value : values) {
+        if (exact) {
+            out.print("{}{}", separator, value);
+        } else {
+            out.print("{}{:.7g}", separator, value);  // positions; a pixel is far coarser
+        }
+        separator = ",";
+    }
+    out.write("]");
+}
+
+// A quoted string that may stand in a script element.
+std::string script_string(const std::string& text) {
+    std::string out = json_string(text);
+    for (std::size_t at = 0; (at = out.find("</", at)) != std::string::npos; at += 3) {
+        out.insert(at + 1, "\\");
+    }
+    for (std::size_t at = 0; (at = out.find("<!", at)) != std::string::npos; at += 6) {
+        out.replace(at, 1, "\\u003c");
+    }
+    return out;
+}
+
+void write_data(Output& out, const Plot& plot) {
+    std::map<const std::vector<double>*, std::size_t> axes;
+    std::vector<const std::vector<double>*> inOrder;
+    for (const PlotCurve& curve : plot.curves) {
+        if (axes.emplace(curve.x.get(), inOrder.size()).second) inOrder.push_back(curve.x.get());
+    }
+    out.print("{{\"title\":{},\"subtitle\":{},\"xTitle\":{},\"yTitle\":{},\"log\":{},\n\"axes\":[",
+              script_string(plot.title), script_string(plot.subtitle), script_string(plot.xTitle),
+              script_string(plot.yTitle), plot.logarithmic);
+    const char* separator = "";
+    for (const std::vector<double>* axis : inOrder) {
+        out.write(separator);
+        write_numbers(out, *axis, false);
+        separator = ",\n";
+    }
+    out.write("],\n\"curves\":[");
+    separator = "";
+    for (const PlotCurve& curve : plot.curves) {
+        out.print("{}{{\"name\":{},\"detail\":{},\"axis\":{},\"y\":", separator,
+                  script_string(curve.name), script_string(curve.detail), axes[curve.x.get()]);
+        write_numbers(out, curve.y, true);
+        out.write("}");
+        separator = ",\n";
+    }
+    out.write("]}");
+}
+
+}  // namespace
+
+// The page has one place for its title and one for the data.
+void write_plot_html(Output& out, const Plot& plot) {
+    constexpr std::string_view kTitle = "{{title}}";
+    constexpr std::string_view kData = "{{data}}";
+    const std::size_t title = kPlotPage.find(kTitle);
+    const std::size_t data = kPlotPage.find(kData);
+    out.write(kPlotPage.substr(0, title));
+    out.write(markup(plot.title));
+    out.write(kPlotPage.substr(title + kTitle.size(), data - title - kTitle.size()));
+    write_data(out, plot);
+    out.write(kPlotPage.substr(data + kData.size()));
+}
+
+}  // namespace uxtool
