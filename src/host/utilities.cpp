@@ -201,6 +201,19 @@ char* print_double(double value, char* begin, char* end) {
     if (value < 0) *begin++ = '-';
     return print_shortest(std::abs(value), begin, end);
 }
+// The usual integer, without anything around its digits.
+bool parse_plain_digits(std::string_view text, int& value) {
+    constexpr std::size_t kSafeDigits = 9;
+    if (text.empty() || text.size() > kSafeDigits) return false;
+    int number = 0;
+    for (const char c : text) {
+        if (c < '0' || c > '9') return false;
+        number = number * 10 + (c - '0');
+    }
+    value = number;
+    return true;
+}
+
 }  // namespace
 
 int UXGetTokens(CWBOStringArray& tokens, const char* text, char separator, char quote) {
@@ -269,6 +282,7 @@ bool UXParseDouble(std::string_view text, double& value) {
 }
 
 bool UXParseInt(std::string_view text, int& value) {
+    if (parse_plain_digits(text, value)) return true;
     Decimal number;
     std::uint64_t magnitude = 0;
     if (!take_apart(text, number) || !integer_part(number, magnitude)) return false;
