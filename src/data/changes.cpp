@@ -68,13 +68,11 @@ private:
 
     // Steps to the next sibling, or else to the parent and yields false, before removing the node.
     bool step_past(UXXmlWrapperBase& node, bool remove) {
-        UXXmlWrapperBase left = node;
-        const bool more = ux::step_to_next_sibling(node);
-        if (!more) ux::step_to_parent(node);
-        if (remove) {
-            left.RemoveNode();
-            ++removed_;
-        }
+        UXXmlWrapperBase next;
+        const bool more = node.NextSibling(&next) != 0;
+        if (!more) node.GetParent(&next);
+        if (remove) removed_ += node.RemoveNode();
+        node = std::move(next);
         return more;
     }
 

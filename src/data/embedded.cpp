@@ -49,9 +49,10 @@ void apply_setting(UXXmlWrapperBase& node, const CStringUTF8& name, const Settin
 
 bool add_embedded_settings(const UXXmlWrapperBase& node, CStringUTF8& text) {
     bool found = false;
-    CStringUTF8 attribute;
     for (const char* name : kTravelling) {
-        if (!node.GetPropertyValue(name, attribute, 0)) continue;
+        if (!node.HasProperty(name, 0)) continue;
+        CStringUTF8 attribute;
+        node.GetPropertyValue(name, attribute, 0);
         CStringUTF8 setting(kOpening.data());
         setting += name;
         setting += '=';

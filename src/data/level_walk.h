@@ -1,6 +1,7 @@
 // A walk below a node that hands a state down from level to level.
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "frame/walk.h"
@@ -12,20 +13,26 @@ namespace ux {
 // the state of the node's own branch. Returns false when a visit stopped the walk.
 template <typename Level, typename Visit>
 bool visit_levels(const UXXmlWrapperBase& top, const Level& first, Visit&& visit) {
+    struct Open {
+        Level level;
+        UXXmlWrapperBase branch;  // whose children this level is
+    };
     UXXmlWrapperBase node;
     if (!top.FirstChild(&node)) return true;
-    std::vector<Level> levels{first};
+    std::vector<Open> open{{first, top}};
     for (;;) {
-        Level below = levels.back();
-        const Step step = visit(node, levels.back(), below);
+        Level below = open.back().level;
+        const Step step = visit(node, open.back().level, below);
         if (step == Step::kStop) return false;
-        if (step == Step::kIntoBranch && step_into_first_child(node)) {
-            levels.push_back(below);
+        if (step == Step::kIntoBranch && node.GetNodeCount() > 0) {
+            open.push_back({below, node});
+            node.FirstChild(&node);
             continue;
         }
-        while (!step_to_next_sibling(node)) {
-            levels.pop_back();
-            if (levels.empty() || !step_to_parent(node)) return true;
+        while (!node.NextSibling(&node)) {
+            node = std::move(open.back().branch);
+            open.pop_back();
+            if (open.empty()) return true;
         }
     }
 }

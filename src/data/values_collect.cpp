@@ -102,28 +102,36 @@ private:
     }
 
     void collect(UXXmlWrapperBase& node, int id, ValueSource source, bool themeFlag) {
-        if (record_.values != nullptr && !collect_value(node, source, themeFlag)) return;
-        CStringUTF8 first;
-        CStringUTF8 second;
-        read_attributes(node, first, second);
-        if (record_.values == nullptr && first.IsEmpty() && second.IsEmpty()) return;
+        const bool taken = record_.values != nullptr ? collect_value(node, source, themeFlag)
+                                                     : carries_attribute(node);
+        if (!taken) return;
         ids_.Add(id);
         if (record_.labels != nullptr) record_.labels->Add(label_or_tag(node));
-        if (record_.firstValues != nullptr) record_.firstValues->Add(std::move(first));
-        if (record_.secondValues != nullptr) record_.secondValues->Add(std::move(second));
+        append_attribute(node, record_.firstName, record_.firstValues);
+        append_attribute(node, record_.secondName, record_.secondValues);
     }
 
     bool collect_value(UXXmlWrapperBase& node, ValueSource source, bool themeFlag) {
-        CStringUTF8 text;
-        if (!read_node_value(node, source, themeFlag, text)) return false;
-        if (options_.onlyChanged && !refresh_change(node, text)) return false;
-        record_.values->Add(std::move(text));
+        if (!read_node_value(node, source, themeFlag, text_)) return false;
+        if (options_.onlyChanged && !refresh_change(node, text_)) return false;
+        record_.values->Add(text_);
         return true;
     }
 
-    void read_attributes(const UXXmlWrapperBase& node, CStringUTF8& first, CStringUTF8& second) {
-        if (record_.firstValues != nullptr) node.GetPropertyValue(record_.firstName, first, 0);
-        if (record_.secondValues != nullptr) node.GetPropertyValue(record_.secondName, second, 0);
+    bool carries_attribute(const UXXmlWrapperBase& node) {
+        return (record_.firstValues != nullptr && has_text(node, record_.firstName)) ||
+               (record_.secondValues != nullptr && has_text(node, record_.secondName));
+    }
+    bool has_text(const UXXmlWrapperBase& node, const char* name) {
+        return node.GetPropertyValue(name, text_, 0) != 0 && !text_.IsEmpty();
+    }
+
+    static void append_attribute(const UXXmlWrapperBase& node, const char* name,
+                                 CWBOStringArray* values) {
+        if (values == nullptr) return;
+        CStringUTF8 text;
+        node.GetPropertyValue(name, text, 0);
+        values->Add(std::move(text));
     }
 
     CArray<int, int>& ids_;
@@ -131,6 +139,7 @@ private:
     const CollectOptions& options_;
     const char* idAttribute_;
     bool defaultAttribute_;
+    CStringUTF8 text_;  // of the node at hand
 };
 
 }  // namespace

@@ -26,11 +26,12 @@ void apply_missing_settings(UXXmlWrapperBase& node, const EmbeddedNames& names, 
     }
 }
 
-// The callback may change the text that is about to be written.
-void announce(_SETVALUESBYIDS& record, CStringUTF8& value) {
+// The text that the watch leaves to be written.
+CStringUTF8 announced(_SETVALUESBYIDS& record, CStringUTF8 value) {
     record.value = &value;
     if (record.callback != nullptr) record.callback(&record);
     record.value = nullptr;
+    return value;
 }
 
 bool store(UXXmlWrapperBase& node, const CStringUTF8& value, const NodeWrite& how) {
@@ -41,6 +42,19 @@ bool store(UXXmlWrapperBase& node, const CStringUTF8& value, const NodeWrite& ho
     if (value.IsEmpty()) return false;
     node.SetPropertyValue(kData, value);
     return true;
+}
+
+// Writes a value whose settings were taken out, unless it is held back.
+bool write_text(UXXmlWrapperBase& node, const CStringUTF8& text, const EmbeddedNames& names,
+                const NodeWrite& how) {
+    apply_missing_settings(node, names, how.callFlags);
+    if ((how.flags & kThemeNoValue) != 0) return false;
+    if ((how.flags & kThemeValidate) != 0 && !how.validateOff &&
+        !UXGetHostServices().validateValue(node, text)) {
+        return false;
+    }
+    return how.callback == nullptr ? store(node, text, how)
+                                   : store(node, announced(*how.callback, text), how);
 }
 
 void write_attribute(UXXmlWrapperBase& node, const char* name, const CWBOStringArray* values,
@@ -163,21 +177,15 @@ bool length_differs(const CWBOStringArray* values, const CArray<int, int>& ids) 
 }  // namespace
 
 bool write_node_value(UXXmlWrapperBase& node, const CStringUTF8& value, const NodeWrite& how) {
-    const bool embedded = may_hold_embedded_settings(value);
-    CStringUTF8 own;  // a copy only where the text may change
-    if (embedded || how.callback != nullptr) own = value;
-    const CStringUTF8& text = embedded || how.callback != nullptr ? own : value;
-
-    EmbeddedNames names;
-    if (embedded) names = take_embedded_settings(node, own, (how.flags & kThemeNoSettings) == 0);
-    apply_missing_settings(node, names, how.callFlags);
-    if ((how.flags & kThemeNoValue) != 0) return false;
-    if ((how.flags & kThemeValidate) != 0 && !how.validateOff &&
-        !UXGetHostServices().validateValue(node, text)) {
-        return false;
+    if (!may_hold_embedded_settings(value) && how.callback == nullptr) {
+        return write_text(node, value, {}, how);
     }
-    if (how.callback != nullptr) announce(*how.callback, own);
-    return store(node, text, how);
+    CStringUTF8 own = value;
+    EmbeddedNames names;
+    if (may_hold_embedded_settings(own)) {
+        names = take_embedded_settings(node, own, (how.flags & kThemeNoSettings) == 0);
+    }
+    return write_text(node, own, names, how);
 }
 
 int check_lists(const CArray<int, int>& ids, const ValueRecord& record) {
