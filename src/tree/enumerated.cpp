@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -167,30 +167,46 @@ CStringUTF8 numbered_tag(const char* prefix, int number) {
     return tag;
 }
 
-// The first child of each tag that starts with a prefix, so that finding or creating many children
-// does not search the siblings again for each.
-class ChildrenByTag {
+// The first child of each number from first on, so that finding or creating many children does not
+// search the siblings again for each.
+class NumberedChildren {
 public:
-    ChildrenByTag(const UXXmlWrapperBase& parent, std::string_view prefix) : parent_(parent) {
+    NumberedChildren(const UXXmlWrapperBase& parent, const char* prefix, long long first, int count)
+        : parent_(parent), prefix_(prefix), first_(first), nodes_(static_cast<std::size_t>(count)) {
+        const std::string_view start = prefix_;
         CStringUTF8 tag;
         for (const UXXmlWrapperBase& child : children(parent)) {
             child.GetTagName(tag);
-            if (view_of(tag).starts_with(prefix)) nodes_.try_emplace(key(tag), child);
+            const std::string_view name = view_of(tag);
+            if (!name.starts_with(start) || !is_number(name.substr(start.size()))) continue;
+            remember(number_in(name.substr(start.size()), first + count), child);
         }
     }
-    UXXmlWrapperBase find_or_add(const CStringUTF8& tag, int id) {
-        const auto found = nodes_.find(key(tag));
-        if (found != nodes_.end()) return found->second;
-        UXXmlWrapperBase added;
-        if (parent_.AddNode(&added, tag, id)) nodes_.emplace(key(tag), added);
-        return added;
+    // The child with the number and the tag; invalid when the tag is no element name.
+    UXXmlWrapperBase find_or_add(long long number, const CStringUTF8& tag, int id) {
+        UXXmlWrapperBase& child = nodes_[static_cast<std::size_t>(number - first_)];
+        // A number that wrapped below zero has a tag that was not read as a number.
+        if (number > kLargest) parent_.FindChild(tag, &child, 1);
+        if (!usable(child)) parent_.AddNode(&child, tag, id);
+        return child;
     }
 
 private:
-    static std::string key(const CStringUTF8& tag) { return std::string(view_of(tag)); }
+    static constexpr long long kLargest = 0x7FFFFFFF;
+
+    static bool is_number(std::string_view digits) {  // as it is written, without leading zeros
+        return all_digits(digits) && (digits.front() != '0' || digits.size() == 1);
+    }
+    void remember(long long number, const UXXmlWrapperBase& child) {
+        const auto place = static_cast<std::size_t>(number - first_);
+        if (number < first_ || place >= nodes_.size()) return;
+        if (!usable(nodes_[place])) nodes_[place] = child;
+    }
 
     UXXmlWrapperBase parent_;
-    std::unordered_map<std::string, UXXmlWrapperBase> nodes_;
+    std::string prefix_;
+    long long first_;
+    std::vector<UXXmlWrapperBase> nodes_;
 };
 
 CStringUTF8 label_for(int index, const CWBOStringArray* texts, const char* label,
@@ -259,15 +275,14 @@ bool uxtree_check_add_all_enumerated_nodes(UXXmlWrapperBase* parent, const char*
         CArray<double, double>* list = double_vector(values);
         const CWBOStringArray* labels = string_array(texts);
         if (list == nullptr || !usable(parent) || refused(texts, labels)) return false;
-        ChildrenByTag family(*parent, text_or(prefix, ""));
-        const int start = existing < 0 ? parent->GetNodeCount() : existing;
+        const long long first = (existing < 0 ? parent->GetNodeCount() : existing) + 1LL;
+        NumberedChildren family(*parent, text_or(prefix, ""), first, list->GetSize());
         for (int i = 0; i < list->GetSize(); ++i) {
             if (maxChildren >= 0 && parent->GetNodeCount() >= maxChildren) break;
-            const unsigned int number =
-                static_cast<unsigned int>(start) + 1U + static_cast<unsigned int>(i);
+            const auto number = static_cast<std::uint32_t>(first + i);  // wraps like an int
             const CStringUTF8 tag = numbered_tag(prefix, static_cast<int>(number));
             const int id = uxtree_make_one_set_ID(static_cast<unsigned short>(number), set);
-            UXXmlWrapperBase child = family.find_or_add(tag, id);
+            UXXmlWrapperBase child = family.find_or_add(first + i, tag, id);
             child.SetLabel(label_for(i, labels, label, tag));
             child.NodeValue(list->ElementAt(i), 0);
         }

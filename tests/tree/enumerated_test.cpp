@@ -244,6 +244,16 @@ TEST(uxtree_check_add_all_enumerated_nodes, FindsExistingChildrenAndTakesTheText
                                "<Set3 Label='any' _ux_id='536936451'>30</Set3></r>"));
 }
 
+TEST(uxtree_check_add_all_enumerated_nodes, TagsWithLeadingZerosAreOtherNames) {
+    TestTree tree("<r><S01/><s1/><S1x/></r>");
+    UXXmlWrapperBase root = tree.root();
+    auto values = script_doubles({1});
+
+    EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&root, "S", &values, 0));
+
+    EXPECT_EQ(tree.text(), xml("<r><S01/><s1/><S1x/><S1 Label='S1' _ux_id='536870913'>1</S1></r>"));
+}
+
 TEST(uxtree_check_add_all_enumerated_nodes, StopsAtTheMaximumOfChildren) {
     TestTree tree("<r><x/></r>");
     UXXmlWrapperBase root = tree.root();
@@ -261,6 +271,16 @@ TEST(uxtree_check_add_all_enumerated_nodes, AnUnusablePrefixAddsNothing) {
     auto values = script_doubles({1});
 
     EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&root, nullptr, &values));
+
+    EXPECT_EQ(tree.text(), xml("<r/>"));
+}
+
+TEST(uxtree_check_add_all_enumerated_nodes, NumbersWrapBehindTheLargest) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    auto values = script_doubles({1});
+
+    EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&root, "S", &values, INT_MAX));
     EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&root, "S", &values, INT_MAX));
 
     EXPECT_EQ(tree.text(),
