@@ -126,6 +126,34 @@ class CheckQuirks(Folder):
         self.assertIn("no section names tree/lookup_detail", output)
 
 
+class CheckFuzzMap(Folder):
+    def check(self, *rows):
+        self.write("docs/entry_points.txt", "native\tf\ttopic\nscript\tg\ttopic\n")
+        self.write("fuzz/texts_fuzz.cpp", "void run() { f(1); }")
+        self.write("fuzz/README.md", "".join(row + "\n" for row in rows))
+        return run("check_fuzz_map.py", self.root)
+
+    def assert_refused(self, reason, *rows):
+        code, output = self.check(*rows)
+        self.assertEqual(code, 1)
+        self.assertIn(reason, output)
+
+    def test_called_through_and_none_are_fine(self):
+        fine = (0, "fuzz map: every entry point has its row\n")
+        called = "| texts | called | `f` |"
+        self.assertEqual(self.check(called, "| texts | through `f` | `g` |"), fine)
+        self.assertEqual(self.check(called, "| none | numbers | `g` |"), fine)
+
+    def test_rows_that_are_not_true_are_refused(self):
+        called = "| texts | called | `f` |"
+        self.assert_refused("no row for g", called)
+        self.assert_refused("never mentions g", "| texts | called | `f`, `g` |")
+        self.assert_refused("never mentions h", called, "| texts | through `h` | `g` |")
+        self.assert_refused("no such target: other", called, "| other | called | `g` |")
+        self.assert_refused("more than one row for f", called, "| none | why | `f`, `g` |")
+        self.assert_refused("no entry point: h", called, "| none | why | `g`, `h` |")
+
+
 class CheckExports(Folder):
     def check(self, code, listed, *options):
         source = self.write("library.cpp", code)
