@@ -352,14 +352,17 @@ int main(int argc, char** argv) {
             table[i].push_back({times.ours / leaves, times.peer / leaves});
         }
     }
-    std::printf("%-20s %24s %24s %8s %8s\n", "nanoseconds per leaf", "ours 1e4/1e5/1e6",
-                "pugixml + unordered_map", "growth", "ratio");
+    std::printf(
+        "| nanoseconds a leaf at 1e4 / 1e5 / 1e6 | ours | pugixml + unordered_map | growth | ours "
+        "/ "
+        "peer |\n|---|---|---|---|---|\n");
     for (std::size_t i = 0; i < std::size(jobs); ++i) {
         const auto& t = table[i];
-        std::printf("%-20s %7.0f %7.0f %8.0f %7.0f %7.0f %8.0f %8.2f  %.2f %.2f %.2f\n",
-                    jobs[i].name, t[0].ours, t[1].ours, t[2].ours, t[0].peer, t[1].peer, t[2].peer,
-                    t[2].ours / t[0].ours, t[0].ours / t[0].peer, t[1].ours / t[1].peer,
-                    t[2].ours / t[2].peer);
+        std::printf(
+            "| %s | %.0f / %.0f / %.0f | %.0f / %.0f / %.0f | %.2f | %.2f / %.2f / %.2f |\n",
+            jobs[i].name, t[0].ours, t[1].ours, t[2].ours, t[0].peer, t[1].peer, t[2].peer,
+            t[2].ours / t[0].ours, t[0].ours / t[0].peer, t[1].ours / t[1].peer,
+            t[2].ours / t[2].peer);
     }
     time_theme_file(runs);
     return 0;
