@@ -154,6 +154,35 @@ class CheckFuzzMap(Folder):
         self.assert_refused("no entry point: h", called, "| none | why | `g`, `h` |")
 
 
+class NewTopic(Folder):
+    def make(self, *arguments):
+        self.write("docs/layers.txt", LAYERS)
+        self.write("docs/entry_points.txt", "native\tb\tOther\nscript\ta\tOther\n")
+        return run("new_topic", *arguments, "--root", self.root)
+
+    def test_makes_files_that_the_other_checks_accept(self):
+        code, output = self.make("tree/rotate", "VCTreeRotate", "Turning")
+        self.assertEqual(code, 0, output)
+        self.assertEqual(run("check_layers.py", self.root)[0], 0)
+        listed = (self.root / "docs/entry_points.txt").read_text()
+        self.assertEqual(
+            listed, "native\tVCTreeRotate\tTurning\nnative\tb\tOther\nscript\ta\tOther\n"
+        )
+        for name in ("include/uxtree/tree/rotate.h", "tests/tree/rotate_test.cpp"):
+            self.assertIn("VCTreeRotate", (self.root / name).read_text())
+
+    def test_overwrites_nothing(self):
+        self.write("src/tree/rotate.cpp", "mine")
+        code, output = self.make("tree/rotate", "VCTreeRotate")
+        self.assertEqual(code, 1)
+        self.assertIn("src/tree/rotate.cpp: is there already", output)
+        self.assertFalse((self.root / "include/uxtree/tree/rotate.h").exists())
+
+    def test_refuses_names_that_are_taken_and_other_rooms(self):
+        self.assertIn("entry point already", self.make("tree/rotate", "b")[1])
+        self.assertIn("expected ROOM/TOPIC", self.make("host/rotate", "c")[1])
+
+
 class CheckExports(Folder):
     def check(self, code, listed, *options):
         source = self.write("library.cpp", code)
