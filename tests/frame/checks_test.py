@@ -15,7 +15,7 @@ COMPILER = sys.argv[2]
 LAYERS = """
 # from the bottom up
 host/*
-frame/guards
+frame/export frame/guards frame/results
 data/ids
 tree/lookup < tree/vectors
 outline/scanner
