@@ -152,19 +152,12 @@ void compare(const char* path, int rounds) {
 
 // --- inputs ------------------------------------------------------------------------------------
 
-constexpr const char* kWords[] = {"signal",
-                                  "baseline",
-                                  "peak",
-                                  "width",
-                                  "channel",
-                                  "Gr\xC3\xB6\xC3\x9F"
-                                  "e",
-                                  "error",
-                                  "weight",
-                                  "column",
-                                  "\xE6\xB8\xA9\xE5\xBA\xA6",
-                                  "scale",
-                                  "residual"};
+constexpr const char* kWords[] = {"signal",  "baseline",
+                                  "peak",    "width",
+                                  "channel", "Gr\xC3\xB6\xC3\x9F\x65",
+                                  "error",   "weight",
+                                  "column",  "\xE6\xB8\xA9\xE5\xBA\xA6",
+                                  "scale",   "residual"};
 
 class Writer {
 public:

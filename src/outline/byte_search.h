@@ -107,7 +107,7 @@ private:
 
     std::array<char, 16> head_{};
     std::string_view text_;
-    unsigned headMask_ = 0;
+    [[maybe_unused]] unsigned headMask_ = 0;  // of the vector form
     char last_ = 0;
 };
 
