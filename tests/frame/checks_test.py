@@ -183,6 +183,57 @@ class NewTopic(Folder):
         self.assertIn("expected ROOM/TOPIC", self.make("host/rotate", "c")[1])
 
 
+class DerivedFiles(Folder):
+    """Files that are made of the public headers."""
+
+    def setUp(self):
+        super().setUp()
+        self.header = "// Things.\n#pragma once\n\n"
+        self.header += "// Counts things. 0 when there are none.\n"
+        self.header += "UXTREE_API int vc_count(Tree& tree,\n                        int kind);\n"
+        self.header += 'extern "C" {\n// Script form.\nUXTREE_API int ux_count(int kind = 0);\n}\n'
+        self.write("docs/entry_points.txt", "native\tvc_count\tT\nscript\tux_count\tT\n")
+        command = 'int count() {\n    return ux_count();\n}\n'
+        command += 'const Command kCount{"count all", "Count",\n    [] { return count(); }};\n'
+        self.write("tools/uxtree/count_commands.cpp", command)
+
+    def make(self, script, header=None):
+        self.write("include/uxtree/tree/things.h", header or self.header)
+        self.assertEqual(run(script, self.root)[0], 0)
+
+    def read(self, name):
+        return (self.root / name).read_text(encoding="utf-8")
+
+    def test_reference_has_declarations_comments_and_commands(self):
+        self.make("make_reference.py")
+        text = self.read("docs/reference.md")
+        self.assertIn("int vc_count(Tree& tree,\n             int kind);\n", text)
+        self.assertIn("Counts things. 0 when there are none.", text)
+        self.assertIn("Commands: `uxtree count all`", text)
+
+    def test_reference_wants_every_comment(self):
+        bare = self.header.replace("// Script form.\n", "")
+        self.write("include/uxtree/tree/things.h", bare)
+        code, output = run("make_reference.py", self.root)
+        self.assertEqual(code, 1)
+        self.assertIn("without a comment: ux_count", output)
+
+    def test_c_header_has_the_script_forms_without_defaults(self):
+        self.make("make_c_header.py")
+        text = self.read("include/uxtree/uxtree_c.h")
+        self.assertIn("int ux_count(int kind);", text)
+        self.assertNotIn("vc_count", text)
+
+    def test_stale_files_are_refused(self):
+        for script in ("make_reference.py", "make_c_header.py"):
+            self.make(script)
+            self.assertEqual(run(script, "--check", self.root)[0], 0)
+            self.write("include/uxtree/tree/things.h", self.header.replace("kind", "sort"))
+            code, output = run(script, "--check", self.root)
+            self.assertEqual(code, 1)
+            self.assertIn("is stale", output)
+
+
 class CheckExports(Folder):
     def check(self, code, listed, *options):
         source = self.write("library.cpp", code)

@@ -1,5 +1,5 @@
 // Bad arguments of the lookups and of finding or creating a child.
-#include "bad_arguments.h"
+#include "frame/calls/calls.h"
 
 namespace uxtest {
 

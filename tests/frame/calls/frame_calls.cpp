@@ -1,5 +1,5 @@
 // Bad arguments of the path lookups, and of what has no argument that can be bad.
-#include "bad_arguments.h"
+#include "frame/calls/calls.h"
 
 namespace uxtest {
 namespace {

@@ -1,5 +1,5 @@
 // Bad arguments of attributes, structural edits, enumerated nodes and lists of values.
-#include "bad_arguments.h"
+#include "frame/calls/calls.h"
 
 namespace uxtest {
 namespace {
@@ -12,6 +12,7 @@ int get_attributes(UXXmlWrapperBase* tree, CWBOStringArray* out, const char* nam
 void add_attribute_rows(Sweep& sweep) {
     const Row done{.good = 1, .bad = 0};
     const Row counted{.good = 1, .bad = -1};
+    const Row moved{.good = 1, .bad = -1, .shortage = {0}};
     const Row always{.good = 0, .bad = 0};
     const Row nothing{};
 
@@ -29,9 +30,10 @@ void add_attribute_rows(Sweep& sweep) {
 
     sweep.add(UX_ENTRY(uxtree_modify_attribute), done, node("a"), text("n"), 2u, 1u);
     sweep.add(UX_ENTRY(uxtree_remove_attribute), counted, node(), text("n"), 1);
-    sweep.add(UX_ENTRY(uxtree_store_attribute), counted, node(), text("n"));
+    sweep.add(UX_ENTRY(uxtree_store_attribute), moved, node(), text("n"));
     sweep.add(UX_ENTRY(uxtree_restore_attribute),
-              {.good = 1, .bad = -1, .tree = "<r><a StorePrefixn='5'/></r>"}, node(), text("n"));
+              {.good = 1, .bad = -1, .tree = "<r><a StorePrefixn='5'/></r>", .shortage = {0}},
+              node(), text("n"));
     sweep.add(UX_ENTRY(uxtree_node_copy_attribute), done, node("a"), other("b"), text("n"));
     sweep.add(UX_ENTRY(uxtree_copy_atts), {.good = 4, .bad = -1}, node(), other(), text("Label"),
               0);
@@ -61,10 +63,11 @@ void add_structure_rows(Sweep& sweep) {
     const Row done{.good = 1, .bad = 0};
     const Row counted{.good = 1, .bad = -1};
     const Row two{.good = 2, .bad = -1};
+    const Row copied{.good = 2, .bad = -1, .shortage = {-2}};
 
-    sweep.add(UX_ENTRY(VCTreeCopyWithSkipping), two, other("a"), node(),
+    sweep.add(UX_ENTRY(VCTreeCopyWithSkipping), copied, other("a"), node(),
               strings({"none"}).optional(), DWORD{0});
-    sweep.add(UX_ENTRY(uxtree_copy_with_skipping), two, other("a"), node(),
+    sweep.add(UX_ENTRY(uxtree_copy_with_skipping), copied, other("a"), node(),
               strings({"none"}).optional(), DWORD{0});
     sweep.add(UX_ENTRY(VCTreeSetTagName), done, node("a"), text("z"));
     sweep.add(UX_ENTRY(uxtree_delete_nodes_by_attribute), counted, node(), text("n"), 5, 1,
@@ -79,8 +82,8 @@ void add_structure_rows(Sweep& sweep) {
     sweep.add(UX_ENTRY(uxtree_sort_children_by_int_attribute),
               {.good = 1, .bad = 0, .tree = "<r><a n='2'/><b n='1'/></r>"}, node(), text("n"), 1);
     sweep.add(UX_ENTRY(uxtree_append_children),
-              {.good = 6, .bad = 0, .tree = "<r><a _ux_id='4'/></r>"}, node(), other(),
-              text("a").optional());
+              {.good = 6, .bad = 0, .tree = "<r><a _ux_id='4'/></r>", .shortage = {5}}, node(),
+              other(), text("a").optional());
     sweep.add(UX_ENTRY(uxtree_filter), counted, node(), 12, 1, 13, strings({"2"}), 1, 13,
               strings());
     sweep.add(UX_ENTRY(uxtree_filter_by_attrib_find), done, node(), 12, text("Label"), text("x"), 0,
@@ -112,8 +115,8 @@ void add_vector_rows(Sweep& sweep) {
     const Row read{.good = 2, .bad = -1, .tree = "<r DataID='100'><a>1</a><b>0</b></r>"};
 
     sweep.add(UX_ENTRY(vctree_get_all_children_values_as_string_array), nothing, node(), strings());
-    sweep.add(UX_ENTRY(VCTokenizedStringToArrayOfDoubles), {.good = 2, .bad = -1}, doubles(),
-              string("1 2"), 1);
+    sweep.add(UX_ENTRY(VCTokenizedStringToArrayOfDoubles), {.good = 2, .bad = -1, .shortage = {0}},
+              doubles(), string("1 2"), 1);
     sweep.add(UX_ENTRY(uxtree_value_from_vec_int_to_tree_sub_nodes), nothing, ints({4, 5}), node());
     sweep.add(UX_ENTRY(uxtree_value_from_vec_double_to_tree_sub_nodes), nothing,
               doubles({4.5, 5.5}), node());

@@ -1,5 +1,5 @@
 // Bad arguments of settings and results of statistics, in both directions.
-#include "bad_arguments.h"
+#include "frame/calls/calls.h"
 
 namespace uxtest {
 namespace {

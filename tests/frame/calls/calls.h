@@ -1,4 +1,4 @@
-// Calls an entry point with good arguments, and then with one of them spoilt at a time.
+// Calls of entry points with good arguments, and with one of them spoilt at a time.
 //
 // A row names the entry point, its results, and a good argument for every parameter. Each argument
 // knows how it can be bad: a pointer may be null, a handle invalid or its node removed, a script
@@ -79,6 +79,7 @@ public:
         outputs_.push_back([kept] { return show(*kept); });
         return *kept;
     }
+    UXXmlWrapperBase root(std::size_t tree) const { return trees_[tree].root(); }
     std::string trees() const { return trees_[0].text() + "\n" + trees_[1].text(); }
     std::string outputs() const;
 
@@ -97,7 +98,8 @@ struct Row {
     const char* tree =
         "<r DataID='1' Label='R'><a DataID='11' Label='A' n='5'>1</a>"
         "<b DataID='12' Label='B'><c DataID='13' Label='C'>2</c></b></r>";
-    bool clearsOutputs = false;  // a failure empties outputs, or releases output handles
+    bool clearsOutputs = false;          // a failure empties outputs, or releases output handles
+    std::vector<Outcome> shortage = {};  // further results when memory runs short
 };
 
 // One way to fill a parameter. acts: the call works all the same, and may change the trees.
@@ -322,27 +324,43 @@ Trials<Param> trials_of(const Argument& argument, const Row& row) {
     }
 }
 
-// --- the sweep --------------------------------------------------------------------------------
+// --- calls ------------------------------------------------------------------------------------
 
-// Entry points by name, with the calls that test them.
+// Looks at a call with good arguments: before() and after() stand right around the call alone.
+class Probe {
+public:
+    virtual ~Probe() = default;
+    virtual void before() = 0;
+    virtual void after() = 0;
+    virtual void done(const Scene& scene, const Outcome& result, const Row& row) = 0;
+};
+
+// A row: what tries all bad arguments, and what makes one good call under a probe.
+struct Call {
+    std::function<void()> try_bad_arguments;
+    std::function<void(Probe&)> probe;
+};
+
+// Entry points by name, with their rows.
 class Sweep {
 public:
     template <typename Result, typename... Params, typename... Arguments>
     void add(const char* name, Result (*entry)(Params...), const Row& row,
              const Arguments&... arguments) {
         static_assert(sizeof...(Params) == sizeof...(Arguments), "one argument per parameter");
-        rows_[name].push_back(
-            [=] { run(entry, row, std::tuple(trials_of<Params>(arguments, row)...)); });
+        const auto all = [=] { return std::tuple(trials_of<Params>(arguments, row)...); };
+        calls_[name].push_back({[=] { try_all(entry, row, all()); },
+                                [=](Probe& probe) { call_good(entry, row, all(), probe); }});
     }
-    const std::map<std::string, std::vector<std::function<void()>>>& rows() const { return rows_; }
+    const std::map<std::string, std::vector<Call>>& calls() const { return calls_; }
 
 private:
     template <std::size_t count>
     using Choice = std::array<std::size_t, count>;
 
     template <typename Result, typename... Params>
-    static void run(Result (*entry)(Params...), const Row& row,
-                    const std::tuple<Trials<Params>...>& all) {
+    static void try_all(Result (*entry)(Params...), const Row& row,
+                        const std::tuple<Trials<Params>...>& all) {
         Choice<sizeof...(Params)> choice{};
         {
             SCOPED_TRACE("with good arguments");
@@ -387,9 +405,31 @@ private:
             EXPECT_EQ(scene.outputs(), outputs);
         }
     }
+    template <typename Result, typename... Params>
+    static void call_good(Result (*entry)(Params...), const Row& row,
+                          const std::tuple<Trials<Params>...>& all, Probe& probe) {
+        Scene scene(row.tree);
+        auto arguments = std::apply(
+            [&](const auto&... trials) { return std::tuple<Params...>{trials[0].make(scene)...}; },
+            all);
+        if constexpr (std::is_void_v<Result>) {
+            probe.before();
+            std::apply(entry, std::move(arguments));
+            probe.after();
+            probe.done(scene, {}, row);
+        } else {
+            probe.before();
+            const Result result = std::apply(entry, std::move(arguments));
+            probe.after();
+            probe.done(scene, result, row);
+        }
+    }
 
-    std::map<std::string, std::vector<std::function<void()>>> rows_;
+    std::map<std::string, std::vector<Call>> calls_;
 };
+
+// All of them.
+const Sweep& all_calls();
 
 // The name and the address of an entry point, for Sweep::add.
 #define UX_ENTRY(name) #name, &name

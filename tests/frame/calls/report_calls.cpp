@@ -1,5 +1,5 @@
 // Bad arguments of reference strings and input-data tables.
-#include "bad_arguments.h"
+#include "frame/calls/calls.h"
 
 namespace uxtest {
 

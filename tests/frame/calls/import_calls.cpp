@@ -1,5 +1,5 @@
 // Bad arguments of outlines, path queries and imports.
-#include "bad_arguments.h"
+#include "frame/calls/calls.h"
 
 namespace uxtest {
 namespace {
@@ -64,14 +64,32 @@ void add_path_rows(Sweep& sweep) {
 
 }  // namespace
 
+void add_outline_rows(Sweep& sweep) {
+    // A tree is outlined without looking at the file name, and a file when there is no tree.
+    const Row outlined{.good = 0, .bad = 1, .shortage = {5}};
+    for (const char* name : {"SAXTreeLayout", "uxtree_layout"}) {
+        const auto entry = name[0] == 'S' ? &SAXTreeLayout : &uxtree_layout;
+        sweep.add(name, entry, outlined, node().invalid(2), other().optional().invalid(3),
+                  text(plain_file()).optional(), DWORD{0});
+        sweep.add(name, entry, outlined, node().invalid(2), nullptr, text(plain_file()), DWORD{0});
+        sweep.add(name, entry, outlined, node().invalid(2), nullptr, text(plain_file()), DWORD{1});
+    }
+    sweep.add(UX_ENTRY(TreeEvalXPath), {.good = 0, .bad = 1}, strings(),
+              value(CArray<unsigned int>()), strings(), node().invalid(5),
+              text("unused").optional(), text("/r|a"), false);
+    sweep.add(UX_ENTRY(uxtree_xpath), {.good = 0, .bad = 1}, strings(), ints(), strings(),
+              node().invalid(5), text("unused").optional(), text("/r|a"), true);
+}
+
 void add_import_rows(Sweep& sweep) {
     add_path_rows(sweep);
 
-    sweep.add(UX_ENTRY(uxtree_XDE_prepare_XML), {.good = 0, .bad = -2017}, node(),
+    sweep.add(UX_ENTRY(uxtree_XDE_prepare_XML),
+              {.good = 0, .bad = -2017, .shortage = {-2018, -2016}}, node(),
               text(plain_file()).null(-2019), DWORD{0});
 
-    const Row imported{.good = 0, .bad = -9096};
-    const Row preview{.good = 0, .bad = -1};
+    const Row imported{.good = 0, .bad = -9096, .shortage = {-9093}};
+    const Row preview{.good = 0, .bad = -1, .shortage = {-9093, -9096}};
     constexpr DWORD kPreview = 0x10000;
     sweep.add(UX_ENTRY(VCTree_n42_), imported, node(), text(spectrum_file()).null(-9093),
               strings().optional(), other().optional().may_be_invalid(), DWORD{0});

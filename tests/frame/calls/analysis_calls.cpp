@@ -1,5 +1,5 @@
 // Bad arguments of ranges, fitter trees and dialog options.
-#include "bad_arguments.h"
+#include "frame/calls/calls.h"
 
 namespace uxtest {
 namespace {

@@ -1,5 +1,5 @@
 // Bad arguments of identifiers, values, saved documents, copies, changes and themes.
-#include "bad_arguments.h"
+#include "frame/calls/calls.h"
 
 namespace uxtest {
 namespace {

@@ -1,0 +1,138 @@
+// Every entry point with every one of its allocations failing in turn.
+#include <cstdlib>
+#include <new>
+
+#include "frame/calls/calls.h"
+
+namespace {
+
+// The allocation that fails next: 0 is the one now, below 0 none.
+long untilFailure = -1;
+bool failed = false;
+
+void* allocate(std::size_t size) {
+    if (untilFailure >= 0 && untilFailure-- == 0) {
+        failed = true;
+        throw std::bad_alloc();
+    }
+    if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
+    throw std::bad_alloc();
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+    return allocate(size);
+}
+void* operator new[](std::size_t size) {
+    return allocate(size);
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace uxtest {
+namespace {
+
+// Parents, siblings and counts of a branch agree with one another.
+void expect_sound_links(const UXXmlWrapperBase& top) {
+    std::vector<UXXmlWrapperBase> waiting{top};
+    while (!waiting.empty()) {
+        const UXXmlWrapperBase node = waiting.back();
+        waiting.pop_back();
+        int count = 0;
+        UXXmlWrapperBase previous, child;
+        for (node.FirstChild(&child); child.IsNodeValid(); child.NextSibling(&child)) {
+            UXXmlWrapperBase parent, before;
+            child.GetParent(&parent);
+            child.PrevSibling(&before);
+            ASSERT_TRUE(parent == node);
+            ASSERT_TRUE(before == previous);
+            previous = child;
+            waiting.push_back(child);
+            ++count;
+        }
+        ASSERT_EQ(node.GetNodeCount(), count);
+    }
+}
+
+// A tree that can be walked, written, read and edited.
+void expect_sound(UXXmlWrapperBase root) {
+    if (!root.IsNodeValid()) return;
+    expect_sound_links(root);
+    const std::string text = to_text(root);
+    EXPECT_EQ(TestTree(text.c_str()).text(), text);
+    UXXmlWrapperBase added;
+    EXPECT_EQ(root.AddNode(&added, "added", 0), 1);
+    EXPECT_EQ(added.RemoveNode(), 1);
+    EXPECT_EQ(to_text(root), text);
+}
+
+class FailingAllocation : public Probe {
+public:
+    explicit FailingAllocation(long index) : index_(index) {}
+    void before() override {
+        failed = false;
+        untilFailure = index_;
+    }
+    void after() override { untilFailure = -1; }
+    void done(const Scene& scene, const Outcome& result, const Row& row) override {
+        for (const std::size_t tree : {0U, 1U}) expect_sound(scene.root(tree));
+        std::vector<std::string> allowed{row.bad.text(), row.good.text()};
+        for (const Outcome& shortage : row.shortage) allowed.push_back(shortage.text());
+        EXPECT_THAT(allowed, testing::Contains(result.text()));
+    }
+
+private:
+    long index_;
+};
+
+void fail_each_allocation(const Call& call) {
+    long index = 0;
+    do {
+        SCOPED_TRACE("allocation " + std::to_string(index));
+        FailingAllocation probe(index++);
+        try {
+            call.probe(probe);
+        } catch (...) {
+            probe.after();
+            ADD_FAILURE() << "an exception left the library";
+        }
+    } while (failed && !testing::Test::HasFailure());
+}
+
+std::vector<std::string> names() {
+    std::vector<std::string> all;
+    for (const auto& [name, calls] : all_calls().calls()) all.push_back(name);
+    return all;
+}
+
+class AllocationFailure : public testing::TestWithParam<std::string> {};
+
+}  // namespace
+
+TEST_P(AllocationFailure, LeavesSoundTrees) {
+    for (const Call& call : all_calls().calls().at(GetParam())) fail_each_allocation(call);
+}
+INSTANTIATE_TEST_SUITE_P(Each, AllocationFailure, testing::ValuesIn(names()),
+                         [](const auto& row) { return row.param; });
+
+TEST(AllocationFailureProbe, FailsTheAllocationThatItNames) {
+    failed = false;
+    untilFailure = 1;
+    const std::unique_ptr<int> first(new int(1));
+    EXPECT_THROW(static_cast<void>(std::make_unique<int>(2)), std::bad_alloc);
+    EXPECT_TRUE(failed);
+    EXPECT_EQ(untilFailure, -1);
+}
+
+}  // namespace uxtest
