@@ -37,25 +37,30 @@ KeyedChildren keyed_children(const UXXmlWrapperBase& parent, const char* attrNam
 }
 
 // Gives every node the content of the node at order[place]. Each content that changes place is
-// copied once along its cycle; the first of a cycle waits as a copy on a tree of its own.
-void exchange_contents(std::vector<UXXmlWrapperBase>& nodes, std::vector<std::uint32_t> order) {
+// copied once along its cycle; the first of a cycle waits as a copy on a tree of its own. When a
+// copy cannot be made, the cycle is closed where it stands and the rest keeps its places, so that
+// at most the content in waiting is lost; false then.
+bool exchange_contents(std::vector<UXXmlWrapperBase>& nodes, std::vector<std::uint32_t> order) {
     UXXmlWrapperBase waitingRoom;
     waitingRoom.CreateNew(0, nullptr);
     for (std::uint32_t first = 0; first < order.size(); ++first) {
         if (order[first] == first) continue;
         UXXmlWrapperBase waiting;
-        waitingRoom.AddNodeCopy(&nodes[first], 1, &waiting);
+        if (!waitingRoom.AddNodeCopy(&nodes[first], 1, &waiting)) return false;
         std::uint32_t place = first;
+        bool copied = true;
         while (order[place] != first) {
             const std::uint32_t source = order[place];
-            nodes[place].ReplaceByNodeCopy(&nodes[source], 1, 0);
+            copied = nodes[place].ReplaceByNodeCopy(&nodes[source], 1, 0) != 0;
+            if (!copied) break;
             order[place] = place;
             place = source;
         }
-        nodes[place].ReplaceByNodeCopy(&waiting, 1, 0);
+        if (!nodes[place].ReplaceByNodeCopy(&waiting, 1, 0) || !copied) return false;
         order[place] = place;
         waiting.RemoveNode();
     }
+    return true;
 }
 
 }  // namespace
@@ -67,7 +72,6 @@ extern "C" bool uxtree_sort_children_by_int_attribute(UXXmlWrapperBase* node, co
         KeyedChildren keyed = keyed_children(*node, attrName, ascending != 0);
         // Intended: the order is that of an exchange sort, which is not stable, and children
         // without the attribute keep their places.
-        exchange_contents(keyed.nodes, exchange_sort_order(keyed.keys));
-        return true;
+        return exchange_contents(keyed.nodes, exchange_sort_order(keyed.keys));
     });
 }

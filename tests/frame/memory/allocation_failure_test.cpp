@@ -126,6 +126,22 @@ TEST_P(AllocationFailure, LeavesSoundTrees) {
 INSTANTIATE_TEST_SUITE_P(Each, AllocationFailure, testing::ValuesIn(names()),
                          [](const auto& row) { return row.param; });
 
+TEST(uxtree_sort_children_by_int_attribute, SaysWhenMemoryRanShort) {
+    long index = 0;
+    do {
+        TestTree tree("<r><a n='3'><x/></a><b n='1'/><c n='2'/></r>");
+        UXXmlWrapperBase root = tree.root();
+        failed = false;
+        untilFailure = index++;
+        const bool sorted = uxtree_sort_children_by_int_attribute(&root, "n", 1);
+        untilFailure = -1;
+
+        EXPECT_EQ(sorted, !failed);
+        expect_sound(root);
+        EXPECT_EQ(root.GetNodeCount(), 3);
+    } while (failed && !HasFailure());
+}
+
 TEST(AllocationFailureProbe, FailsTheAllocationThatItNames) {
     failed = false;
     untilFailure = 1;
