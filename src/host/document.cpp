@@ -9,6 +9,12 @@
 #include "uxtree/host/utilities.h"
 
 namespace uxhost {
+namespace {
+
+// Shorter values are cheaper to copy than to share.
+constexpr std::uint32_t kSharedValueBytes = 1024;
+
+}  // namespace
 
 // --- names -------------------------------------------------------------------------------------
 
@@ -209,7 +215,7 @@ void Document::set_value_bytes(Element& element, const void* bytes, std::size_t 
         clear_value(element);
         return;
     }
-    const bool fits = element.valueBytes != 0 &&
+    const bool fits = element.valueBytes != 0 && !shares_value(element) &&
                       ByteArena::capacity(element.valueBytes) == ByteArena::capacity(size);
     if (fits) {
         std::memmove(bytes_.at(element.value), bytes, size);
@@ -233,9 +239,19 @@ void Document::set_doubles(Element& element, const double* values, std::size_t c
     }
 }
 
+bool Document::shares_value(const Element& element) const {
+    return element.valueBytes >= kSharedValueBytes && !sharedValues_.empty() &&
+           sharedValues_.count(element.value) != 0;
+}
+
 void Document::clear_value(Element& element) noexcept {
     if (element.valueBytes == 0) return;
-    bytes_.release(element.value, element.valueBytes);
+    if (shares_value(element)) {
+        const auto owners = sharedValues_.find(element.value);
+        if (--owners->second == 0) sharedValues_.erase(owners);
+    } else {
+        bytes_.release(element.value, element.valueBytes);
+    }
     element.value = 0;
     element.valueBytes = 0;
     element.valueKind = ValueKind::kText;
@@ -349,6 +365,14 @@ void Document::copy_attributes(const Document& from, const Element& source, Elem
 
 void Document::copy_value(const Document& from, const Element& source, Element& target) {
     if (source.valueBytes == 0) return;
+    if (&from == this && source.valueBytes >= kSharedValueBytes) {
+        ++sharedValues_[source.value];
+        clear_value(target);
+        target.value = source.value;
+        target.valueBytes = source.valueBytes;
+        target.valueKind = source.valueKind;
+        return;
+    }
     set_value_bytes(target, from.bytes_.at(source.value), source.valueBytes, source.valueKind);
 }
 
@@ -417,6 +441,7 @@ int Document::clone(const Document& from, const Element& source, UXXmlWrapperBas
         made->elements_.copy_from(from.elements_);
         made->bytes_.copy_from(from.bytes_);
         made->names_.copy_from(from.names_, made->bytes_);
+        made->sharedValues_ = from.sharedValues_;
         made->root_ = from.root_;
     } else {
         made->set_root(made->copy(from, source, true));

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "uxtree/host/node.h"
@@ -164,10 +165,14 @@ private:
     void copy_value(const Document& from, const Element& source, Element& target);
     NameId map_name(const Document& from, NameId name, NameMap& nameMap);
     void free_storage(Element& element) noexcept;
+    bool shares_value(const Element& element) const;
 
     SlotArena<Element> elements_;
     ByteArena bytes_;
     NameTable names_;
+    // Long values that copies within the document share, and how many elements beyond the first
+    // have each. A shared value is never written into.
+    std::unordered_map<Ref, std::uint32_t> sharedValues_;
     Ref root_ = 0;
     std::uint32_t references_ = 0;
 };

@@ -917,6 +917,55 @@ TEST(AddNodeCopy, CopyingAnAncestorIntoItsBranchTakesTheStateBefore) {
     EXPECT_EQ(tag_of(b), "r");
 }
 
+// Long values may be kept once for several elements, which must never show.
+TEST(AddNodeCopy, CopiesWithLongValuesLiveTheirOwnLives) {
+    const std::string text(3000, 'x');
+    const std::string other(3000, 'y');
+    TestTree tree(("<r><a>" + text + "</a></r>").c_str());
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase a = tree.at("a");
+    UXXmlWrapperBase copy;
+    UXXmlWrapperBase second;
+    root.AddNodeCopy(&a, 1, &copy);
+    root.AddNodeCopy(&copy, 1, &second);
+    UXXmlWrapperBase clone;
+    root.Clone(&clone, 1);
+
+    copy.SetString(other.c_str());
+    EXPECT_EQ(tree.text(), "<r><a>" + text + "</a><a>" + other + "</a><a>" + text + "</a></r>");
+    a.RemoveNode();
+    EXPECT_EQ(tree.text(), "<r><a>" + other + "</a><a>" + text + "</a></r>");
+    second.SetString(other.c_str());
+    second.ResetValue();
+    EXPECT_EQ(tree.text(), "<r><a>" + other + "</a><a></a></r>");
+    UXXmlWrapperBase first;
+    clone.FirstChild(&first);
+    first.RemoveNode();
+    EXPECT_EQ(to_text(clone), "<r><a>" + text + "</a><a>" + text + "</a></r>");
+    clone.RemoveAllChildren();
+    EXPECT_EQ(to_text(clone), "<r></r>");
+}
+
+TEST(AddNodeCopy, CopiesOfLongVectorsLiveTheirOwnLives) {
+    TestTree tree("<r><a/></r>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase a = tree.at("a");
+    CArray<double, double> values;
+    values.SetSize(500);
+    a.NodeValue(values, 0);
+    UXXmlWrapperBase copy;
+    root.AddNodeCopy(&a, 1, &copy);
+
+    values[0] = 7;
+    copy.NodeValue(values, 0);
+
+    CArray<double, double> read;
+    ASSERT_EQ(a.NodeValue(read, 1), 1);
+    EXPECT_EQ(read[0], 0);
+    ASSERT_EQ(copy.NodeValue(read, 1), 1);
+    EXPECT_EQ(read[0], 7);
+}
+
 TEST(Clone, MakesADocumentOfItsOwn) {
     TestTree tree("<r><a x='1' _ux_id='8'>t<b/></a></r>");
     UXXmlWrapperBase clone;
