@@ -132,37 +132,36 @@ private:
     std::vector<CStringUTF8> longestLabels_;
 };
 
-bool step_to_first_match(UXXmlWrapperBase& node, const std::string& tag) {
-    return node.FindChild(tag.c_str(), &node, 1) != 0;
-}
-bool step_to_next_match(UXXmlWrapperBase& node, const std::string& tag, CStringUTF8& scratch) {
-    while (step_to_next_sibling(node)) {
-        if (node.GetTagName(scratch) != 0 && scratch.Compare(tag.c_str()) == 0) return true;
-    }
-    return false;
+// The children that a step leads to. An empty step is a tag that no node has.
+CArray<UXXmlWrapperBase, UXXmlWrapperBase> matching_children(const UXXmlWrapperBase& node,
+                                                             const std::string& tag) {
+    CArray<UXXmlWrapperBase, UXXmlWrapperBase> matches;
+    if (!tag.empty()) node.GetArrayOfChildren(matches, tag.c_str(), nullptr, 1);
+    return matches;
 }
 
 // Hands the nodes that the steps lead to, in document order, to visit. Steps are child tags.
 template <typename Visit>
-void visit_matches(const UXXmlWrapperBase& root, const std::vector<std::string>& steps,
-                   Visit&& visit) {
-    std::vector<UXXmlWrapperBase> path{root};
-    CStringUTF8 scratch;
-    for (;;) {
-        if (path.size() <= steps.size()) {
-            UXXmlWrapperBase child = path.back();
-            if (step_to_first_match(child, steps[path.size() - 1])) {
-                path.push_back(std::move(child));
-                continue;
-            }
+void visit_matches(UXXmlWrapperBase& root, const std::vector<std::string>& steps, Visit&& visit) {
+    if (steps.empty()) return visit(root);
+    struct Level {
+        CArray<UXXmlWrapperBase, UXXmlWrapperBase> nodes;
+        int next;
+    };
+    std::vector<Level> levels;
+    levels.push_back({matching_children(root, steps[0]), 0});
+    while (!levels.empty()) {
+        Level& level = levels.back();
+        if (level.next == level.nodes.GetSize()) {
+            levels.pop_back();
+            continue;
+        }
+        UXXmlWrapperBase& node = level.nodes[level.next++];
+        if (levels.size() == steps.size()) {
+            visit(node);
         } else {
-            visit(path.back());
+            levels.push_back({matching_children(node, steps[levels.size()]), 0});
         }
-        while (path.size() > 1 &&
-               !step_to_next_match(path.back(), steps[path.size() - 2], scratch)) {
-            path.pop_back();
-        }
-        if (path.size() == 1) return;
     }
 }
 
