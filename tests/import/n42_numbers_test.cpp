@@ -1,0 +1,201 @@
+// The numbers in spectrum files: channels, counts, live times.
+#include <string>
+
+#include <gmock/gmock.h>
+
+#include "uxtree/import/n42.h"
+
+#include "import/n42_support.h"
+
+using namespace uxtest;
+using testing::HasSubstr;
+
+namespace {
+
+// The channels of a single spectrum as text.
+std::string read_channels(const std::string& channels, const std::string& attributes = "") {
+    const Import import(in_2011(measured(spectrum_of(channels, attributes))));
+    EXPECT_EQ(import.result, 0);
+    return import.channels("RadMeasurement/Spectrum/ChannelData_0");
+}
+
+struct ChannelCase {
+    const char* text;
+    const char* counted;
+    const char* plain;
+};
+class ChannelLists : public testing::TestWithParam<ChannelCase> {};
+INSTANTIATE_TEST_SUITE_P(
+    VCTree_n42_, ChannelLists,
+    testing::Values(
+        ChannelCase{"5 0 3 7", "5 0 0 0 7", "5 0 3 7"}, ChannelCase{"4 0", "4", "4 0"},
+        ChannelCase{"1 0 0 2", "1 2", "1 0 0 2"}, ChannelCase{"1 0 2.4 3", "1 0 0 3", "1 0 2.4 3"},
+        ChannelCase{"1 0 2.5 3", "1 0 0 0 3", "1 0 2.5 3"},
+        ChannelCase{"1 0 0.4 3", "1 3", "1 0 0.4 3"}, ChannelCase{"1 0 -4 3", "1 3", "1 0 -4 3"},
+        ChannelCase{"1 0.0 2 3", "1 0 0 3", "1 0 2 3"},
+        ChannelCase{"1 x 2 3", "1 0 0 3", "1 0 2 3"},
+        ChannelCase{"1 nan 1 inf 1 0x10 1", "1 0 0 0", "1 0 1 0 1 0 1"},
+        ChannelCase{"2.38062e+06 -1.5 1e999 2", "2380620 -1.5 0 0", "2380620 -1.5 0 2"},
+        ChannelCase{"+7 .5 5. 12345678901234567890", "7 0.5 5 12345678901234567000",
+                    "7 0.5 5 12345678901234567000"},
+        ChannelCase{" \t1\r\n\r\n2  ", "1 2", "1 2"},
+        ChannelCase{"123456789012345 0.000001 1234.5678", "123456789012345 1e-06 1234.5678",
+                    "123456789012345 1e-06 1234.5678"}));
+TEST_P(ChannelLists, PlainAndCompressed) {
+    const auto as_numbers = [](const std::string& text) {
+        TestTree tree(("<n>" + text + "</n>").c_str());
+        CArray<double, double> values;
+        UXXmlWrapperBase node = tree.root();
+        node.NodeValue(values, 1);
+        return numbers(values);
+    };
+    EXPECT_EQ(as_numbers(read_channels(GetParam().text, kCounted)), as_numbers(GetParam().counted));
+    EXPECT_EQ(as_numbers(read_channels(GetParam().text)), as_numbers(GetParam().plain));
+}
+
+TEST(VCTree_n42_, CompressionIsKnownUnderBothAttributeNames) {
+    EXPECT_EQ(read_channels("0 3", " Compression='CountedZeroes'"), "0 0 0");
+    EXPECT_EQ(read_channels("0 3", " compressionCode='CountedZeroes'"), "0 0 0");
+    EXPECT_EQ(read_channels("0 3", " compressionCode='None' Compression='CountedZeroes'"), "0 0 0");
+    EXPECT_EQ(read_channels("0 3", " compressionCode='None'"), "0 3");
+    EXPECT_EQ(read_channels("0 3", " compressionCode='countedzeroes'"), "0 3");
+    EXPECT_EQ(read_channels("0 3", " Code='CountedZeroes'"), "0 3");
+}
+
+TEST(VCTree_n42_, RunsStopAtTheLongestListAndEndIt) {
+    const Import import(in_2011(measured(spectrum_of("7 0 2000000000 8", kCounted))));
+    UXXmlWrapperBase column = import.node("RadMeasurement/Spectrum/ChannelData_0");
+    CArray<double, double> counts;
+
+    ASSERT_EQ(column.NodeValue(counts, 1), 1);
+
+    EXPECT_EQ(counts.GetSize(), 1 << 20);
+    EXPECT_EQ(counts[0], 7);
+    EXPECT_EQ(counts[counts.GetSize() - 1], 0);
+}
+
+TEST(VCTree_n42_, WrittenValuesAreKeptBeyondTheLongestList) {
+    const std::string many = repeated("1 ", (1 << 20) + 5);
+    const Import import(in_2011(measured(spectrum_of(many + "0 1 9", kCounted))));
+    UXXmlWrapperBase column = import.node("RadMeasurement/Spectrum/ChannelData_0");
+    CArray<double, double> counts;
+
+    ASSERT_EQ(column.NodeValue(counts, 1), 1);
+
+    EXPECT_EQ(counts.GetSize(), (1 << 20) + 5);
+}
+
+TEST(VCTree_n42_, RunsOfAFileShareOneAllowance) {
+    // Seventeen runs of a million zeros; the allowance covers sixteen and what the bytes add.
+    const std::string file = in_2011(measured(repeated(spectrum_of("0 1048576", kCounted), 17) +
+                                              spectrum_of("0 2 3 0 5 4", kCounted)));
+    const Import import(file);
+    const auto size_of = [&](int place) {
+        UXXmlWrapperBase column =
+            import.node("RadMeasurement/Spectrum[" + std::to_string(place) + "]/ChannelData_0");
+        int size = 0;
+        column.LoadXDEArraySize(&size);
+        return size;
+    };
+
+    for (int i = 0; i < 16; ++i) EXPECT_EQ(size_of(i), 1 << 20);
+    // Each full run added 1,048,574 values, two less than the allowance holds per run.
+    EXPECT_EQ(size_of(16), 16 * 2 + 16 * static_cast<int>(file.size()) + 2);
+    // A run of two adds nothing and still fits; the next one is cut and ends its list.
+    EXPECT_EQ(import.channels("RadMeasurement/Spectrum[17]/ChannelData_0"), "0 0 3 0 0");
+}
+
+TEST(VCTree_n42_, RunsOfSpectraThatAreNotWrittenCountToo) {
+    const std::string unwritten =
+        "<RadMeasurement>" + repeated(spectrum_of("0 1048576", kCounted), 16) + "</RadMeasurement>";
+    const std::string file = in_2011(unwritten + measured(spectrum_of("0 1048576", kCounted)));
+    const Import import(file);
+    UXXmlWrapperBase column = import.node("RadMeasurement/Spectrum/ChannelData_0");
+    int size = 0;
+
+    column.LoadXDEArraySize(&size);
+
+    EXPECT_EQ(size, 16 * 2 + 16 * static_cast<int>(file.size()) + 2);
+}
+
+TEST(VCTree_n42_, SeveralChannelListsOfASpectrumAreColumns) {
+    const Import import(in_2011(measured(
+        "<Spectrum><ChannelData>1 2</ChannelData><ChannelData/><ChannelData>3</ChannelData>"
+        "</Spectrum>")));
+
+    EXPECT_THAT(import.spectrum(),
+                HasSubstr("<ChannelData_0 Label=\"ChannelData_0\" FileDataDimsVector=\"2\">1 2"
+                          "</ChannelData_0><ChannelData_1 Label=\"ChannelData_1\""
+                          " FileDataDimsVector=\"1\">3</ChannelData_1></Spectrum>"));
+    EXPECT_THAT(import.spectrum(), HasSubstr("FileDataDimsVector=\"2\"><MeasurementClassCode"));
+}
+
+struct CountCase {
+    const char* text;
+    const char* count;
+};
+class CountTexts : public testing::TestWithParam<CountCase> {};
+INSTANTIATE_TEST_SUITE_P(VCTree_n42_, CountTexts,
+                         testing::Values(CountCase{"5 22 200", "5"}, CountCase{" \n 3.5x", "3.5"},
+                                         CountCase{"", "0"}, CountCase{"x5", "0"},
+                                         CountCase{"-2e2", "-200"}, CountCase{"+4", "4"},
+                                         CountCase{"+-4", "0"}, CountCase{"0x10", "0"},
+                                         CountCase{"nan", "0"}, CountCase{"-inf", "0"},
+                                         CountCase{"1e999", "0"}, CountCase{".5", "0.5"},
+                                         CountCase{".", "0"}, CountCase{"5e", "5"}));
+TEST_P(CountTexts, GiveTheirLeadingNumber) {
+    const Import import(in_2011(
+        measured(gross("", std::string("<CountData>") + GetParam().text + "</CountData>"))));
+
+    EXPECT_EQ(import.channels("GrossCounts/RadMeasurement"), GetParam().count);
+}
+
+// Sets the option for the life of the object.
+class LiveTimeOption {
+public:
+    explicit LiveTimeOption(int mode) : previous_(VCTree_n42_parse_LiveTimeDuration(mode)) {}
+    ~LiveTimeOption() { VCTree_n42_parse_LiveTimeDuration(previous_); }
+    LiveTimeOption(const LiveTimeOption&) = delete;
+    LiveTimeOption& operator=(const LiveTimeOption&) = delete;
+
+private:
+    int previous_;
+};
+
+TEST(VCTree_n42_parse_LiveTimeDuration, YieldsThePreviousValueAndNegativeModesOnlyRead) {
+    EXPECT_EQ(VCTree_n42_parse_LiveTimeDuration(-1), 3);
+    EXPECT_EQ(VCTree_n42_parse_LiveTimeDuration(0), 3);
+    EXPECT_EQ(VCTree_n42_parse_LiveTimeDuration(-7), 0);
+    EXPECT_EQ(VCTree_n42_parse_LiveTimeDuration(3), 0);
+    EXPECT_EQ(VCTree_n42_parse_LiveTimeDuration(-1), 3);
+}
+
+struct LiveTimeCase {
+    int option;
+    const char* text;
+    const char* cleaned;
+};
+class LiveTimes : public testing::TestWithParam<LiveTimeCase> {};
+INSTANTIATE_TEST_SUITE_P(
+    VCTree_n42_parse_LiveTimeDuration, LiveTimes,
+    testing::Values(LiveTimeCase{3, "PT300S", "300 S"}, LiveTimeCase{3, "PT300s", "300 s"},
+                    LiveTimeCase{3, "PT", "PT"}, LiveTimeCase{3, "PT1", "1"},
+                    LiveTimeCase{3, "12.5 s", "12.5  s"}, LiveTimeCase{3, "12.5 S", "12.5 S"},
+                    LiveTimeCase{3, "S", "S"}, LiveTimeCase{3, "PTS", "S"},
+                    LiveTimeCase{3, "pt5S", "pt5 S"}, LiveTimeCase{3, "5PTS", "5PT S"},
+                    LiveTimeCase{3, "PT0H0M49.710S", "0H0M49.710 S"},
+                    LiveTimeCase{3, " PT5S ", " PT5S "}, LiveTimeCase{1, "PT5S", "5S"},
+                    LiveTimeCase{1, "PT5s", "5s"}, LiveTimeCase{2, "PT5S", "PT5 S"},
+                    LiveTimeCase{2, "PT5 s", "PT5  s"}, LiveTimeCase{0, "PT5S", "PT5S"},
+                    LiveTimeCase{4, "PT5S", "PT5S"}, LiveTimeCase{7, "PT5S", "5 S"}));
+TEST_P(LiveTimes, OfGrossCountsAreCleaned) {
+    const LiveTimeOption option(GetParam().option);
+    const Import import(in_2011(measured(
+        gross("", std::string("<LiveTimeDuration>") + GetParam().text + "</LiveTimeDuration>"))));
+
+    EXPECT_THAT(import.measurements(),
+                HasSubstr("<LiveTimeDuration Label=\"LiveTimeDuration\">" +
+                          std::string(GetParam().cleaned) + "</LiveTimeDuration>"));
+}
+
+}  // namespace
