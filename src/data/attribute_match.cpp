@@ -10,6 +10,8 @@
 #include "frame/results.h"
 #include "frame/walk.h"
 
+using namespace ux;
+
 namespace {
 
 struct Options {
@@ -34,8 +36,8 @@ void write(UXXmlWrapperBase& target, const Transfer& transfer, const Options& op
     target.SetPropertyValue(options.extraAttribute, transfer.extra);
 }
 
-ux::Step into_branches(const UXXmlWrapperBase& node, const Options& options) {
-    return options.recursive && !ux::is_leaf(node) ? ux::Step::kIntoBranch : ux::Step::kOverBranch;
+Step into_branches(const UXXmlWrapperBase& node, const Options& options) {
+    return options.recursive && !is_leaf(node) ? Step::kIntoBranch : Step::kOverBranch;
 }
 
 bool same(const CStringUTF8& a, const CStringUTF8& b, bool caseSensitive) {
@@ -46,17 +48,17 @@ bool same(const CStringUTF8& a, const CStringUTF8& b, bool caseSensitive) {
 // result tells only about the nodes behind the last branch.
 int search_by_walk(const UXXmlWrapperBase& target, const Transfer& transfer,
                    const Options& options) {
-    int matched = ux::kFail;
+    int matched = kFail;
     CStringUTF8 text;
-    ux::visit_below(target, [&](UXXmlWrapperBase& node) {
+    visit_below(target, [&](UXXmlWrapperBase& node) {
         if (node.GetPropertyValue(options.matchAttribute, text, 0) &&
             same(text, transfer.match, options.caseSensitive)) {
             write(node, transfer, options);
-            matched = ux::kOk;
-            if (!options.all) return ux::Step::kStop;
+            matched = kOk;
+            if (!options.all) return Step::kStop;
         }
-        const ux::Step step = into_branches(node, options);
-        if (step == ux::Step::kIntoBranch) matched = ux::kFail;
+        const Step step = into_branches(node, options);
+        if (step == Step::kIntoBranch) matched = kFail;
         return step;
     });
     return matched;
@@ -69,13 +71,13 @@ public:
     TargetIndex(const UXXmlWrapperBase& target, const Options& options) : options_(options) {
         std::size_t position = 0;
         CStringUTF8 text;
-        ux::visit_below(target, [&](UXXmlWrapperBase& node) {
+        visit_below(target, [&](UXXmlWrapperBase& node) {
             ++position;
             if (node.GetPropertyValue(options.matchAttribute, text, 0)) {
                 nodes_[key(text)].push_back({node, position});
             }
-            const ux::Step step = into_branches(node, options);
-            if (step == ux::Step::kIntoBranch) lastBranch_ = position;
+            const Step step = into_branches(node, options);
+            if (step == Step::kIntoBranch) lastBranch_ = position;
             return step;
         });
     }
@@ -83,14 +85,14 @@ public:
     // The same outcome as search_by_walk.
     int search(const Transfer& transfer) {
         const auto found = nodes_.find(key(transfer.match));
-        if (found == nodes_.end()) return ux::kFail;
+        if (found == nodes_.end()) return kFail;
         std::vector<Match>& matches = found->second;
         if (!options_.all) {
             write(matches.front().node, transfer, options_);
-            return ux::kOk;
+            return kOk;
         }
         for (Match& match : matches) write(match.node, transfer, options_);
-        return matches.back().position > lastBranch_ ? ux::kOk : ux::kFail;
+        return matches.back().position > lastBranch_ ? kOk : kFail;
     }
 
 private:
@@ -114,16 +116,16 @@ private:
 // Offers every leaf of the source that carries the match attribute; the last result counts.
 template <typename Search>
 int transfer_leaves(const UXXmlWrapperBase& source, const Options& options, Search&& search) {
-    int result = ux::kFail;
+    int result = kFail;
     Transfer transfer;
-    ux::visit_below(source, [&](UXXmlWrapperBase& node) {
-        if (!ux::is_leaf(node)) {
+    visit_below(source, [&](UXXmlWrapperBase& node) {
+        if (!is_leaf(node)) {
             // Intended: a source branch that finds nothing takes an earlier match back.
-            if (options.recursive) result = ux::kFail;
+            if (options.recursive) result = kFail;
             return into_branches(node, options);
         }
         if (!node.GetPropertyValue(options.matchAttribute, transfer.match, 0)) {
-            return ux::Step::kOverBranch;
+            return Step::kOverBranch;
         }
         node.NodeValue(transfer.value, 1, 1, nullptr);
         transfer.extra.Empty();
@@ -131,7 +133,7 @@ int transfer_leaves(const UXXmlWrapperBase& source, const Options& options, Sear
             node.GetPropertyValue(options.extraAttribute, transfer.extra, 0);
         }
         result = search(transfer);
-        return ux::Step::kOverBranch;
+        return Step::kOverBranch;
     });
     return result;
 }
@@ -148,11 +150,11 @@ extern "C" int uxtree_copy_values_to_attributes_by_attribute_matching(
     UXXmlWrapperBase* source, UXXmlWrapperBase* target, const char* targetAttribute,
     const char* matchAttribute, const char* extraAttribute, int recursive, int all,
     int caseSensitive) {
-    return ux::at_boundary(ux::kFail, [&] {
-        if (!ux::usable(source) || !ux::usable(target)) return ux::kFail;
-        const Options options{ux::text_or(targetAttribute, ux::kShow),
-                              ux::text_or(matchAttribute, ux::kDataId),
-                              ux::given(extraAttribute) ? extraAttribute : nullptr,
+    return at_boundary(kFail, [&] {
+        if (!usable(source) || !usable(target)) return kFail;
+        const Options options{text_or(targetAttribute, kShow),
+                              text_or(matchAttribute, kDataId),
+                              given(extraAttribute) ? extraAttribute : nullptr,
                               recursive != 0,
                               all != 0,
                               caseSensitive != 0};

@@ -11,6 +11,8 @@
 #include "frame/script_args.h"
 #include "frame/walk.h"
 
+using namespace ux;
+
 namespace {
 
 constexpr __int64 kEqualLists = -1;
@@ -22,28 +24,28 @@ bool differ(const CStringUTF8& a, const CStringUTF8& b, bool caseSensitive) {
 }
 
 bool comparable(const CWBOStringArray* first, const CWBOStringArray* second) {
-    return !ux::any_null(first, second) && first->GetSize() == second->GetSize();
+    return !any_null(first, second) && first->GetSize() == second->GetSize();
 }
 
 // Takes out of a tree what a reference holds unchanged: leaves first, then the branches that have
 // lost all their children.
 class UnchangedRemover {
 public:
-    UnchangedRemover(ux::IdIndex& index, const CWBOStringArray& values, const char* idAttribute)
-        : index_(index), values_(values), idAttribute_(ux::text_or(idAttribute, ux::kDataId)) {}
+    UnchangedRemover(IdIndex& index, const CWBOStringArray& values, const char* idAttribute)
+        : index_(index), values_(values), idAttribute_(text_or(idAttribute, kDataId)) {}
 
     // The number of removed nodes, or kRepeatError.
     int run(const UXXmlWrapperBase& target) {
         UXXmlWrapperBase node = target;
-        if (!ux::step_into_first_child(node)) return 0;
+        if (!step_into_first_child(node)) return 0;
         std::vector<int> inheritedRepeats{0};
         for (;;) {
-            ux::TransportId id = ux::read_id(node, idAttribute_, inheritedRepeats.back());
-            if (!ux::combine_with_repeat(node, inheritedRepeats.back(), id, nullptr) ||
-                !ux::combine_with_repeat_node(node, id, nullptr)) {
-                return ux::kRepeatError;
+            TransportId id = read_id(node, idAttribute_, inheritedRepeats.back());
+            if (!combine_with_repeat(node, inheritedRepeats.back(), id, nullptr) ||
+                !combine_with_repeat_node(node, id, nullptr)) {
+                return kRepeatError;
             }
-            if (ux::step_into_first_child(node)) {
+            if (step_into_first_child(node)) {
                 inheritedRepeats.push_back(id.repeat);
                 continue;
             }
@@ -52,7 +54,7 @@ public:
                 inheritedRepeats.pop_back();
                 if (inheritedRepeats.empty()) return removed_;
                 // Intended: whatever the branch itself carries, it goes with its last child.
-                more = step_past(node, ux::is_leaf(node));
+                more = step_past(node, is_leaf(node));
             }
         }
     }
@@ -62,7 +64,7 @@ private:
         if (id < 0) return false;
         const int found = index_.find(id);
         if (found < 0) return false;
-        ux::read_node_value(leaf, ux::ValueSource::kOwnText, true, value_);
+        read_node_value(leaf, ValueSource::kOwnText, true, value_);
         return !differ(value_, values_[found], false);
     }
 
@@ -76,7 +78,7 @@ private:
         return more;
     }
 
-    ux::IdIndex& index_;
+    IdIndex& index_;
     const CWBOStringArray& values_;
     const char* idAttribute_;
     CStringUTF8 value_;
@@ -86,28 +88,28 @@ private:
 }  // namespace
 
 void VCTreeNodeGetValue(UXXmlWrapperBase& node, CStringUTF8& out) {
-    ux::at_boundary([&] {
+    at_boundary([&] {
         out.Empty();
-        if (ux::usable(node) && ux::is_leaf(node)) node.NodeValue(out, 1, 1, nullptr);
+        if (usable(node) && is_leaf(node)) node.NodeValue(out, 1, 1, nullptr);
     });
 }
 
 int VCTreeUpdateChanges(UXXmlWrapperBase* tree, CWBOStringArray* oldValues) {
-    return ux::at_boundary(ux::kBadArgument, [&] {
-        if (!ux::usable(tree) || ux::any_null(oldValues)) return ux::kBadArgument;
+    return at_boundary(kBadArgument, [&] {
+        if (!usable(tree) || any_null(oldValues)) return kBadArgument;
         int position = 0;
         int marked = 0;
         CStringUTF8 value;
-        ux::visit_below(*tree, [&](UXXmlWrapperBase& node) {
+        visit_below(*tree, [&](UXXmlWrapperBase& node) {
             VCTreeNodeGetValue(node, value);
             if (position < oldValues->GetSize() && (*oldValues)[position] != value) {
-                ux::mark_changed(node, (*oldValues)[position]);
+                mark_changed(node, (*oldValues)[position]);
                 ++marked;
             } else {
-                ux::clear_change_mark(node);
+                clear_change_mark(node);
             }
             ++position;
-            return ux::Step::kIntoBranch;
+            return Step::kIntoBranch;
         });
         return marked;
     });
@@ -115,7 +117,7 @@ int VCTreeUpdateChanges(UXXmlWrapperBase* tree, CWBOStringArray* oldValues) {
 
 __int64 VCTreeGetChanged(CArray<__int64, __int64>& indices, CWBOStringArray* first,
                          CWBOStringArray* second, bool caseSensitive) {
-    return ux::at_boundary(kUnequalToList, [&]() -> __int64 {
+    return at_boundary(kUnequalToList, [&]() -> __int64 {
         if (!comparable(first, second)) return kUnequalToList;
         for (int i = 0; i < first->GetSize(); ++i) {
             if (differ((*first)[i], (*second)[i], caseSensitive)) indices.Add(i);
@@ -126,7 +128,7 @@ __int64 VCTreeGetChanged(CArray<__int64, __int64>& indices, CWBOStringArray* fir
 }
 
 __int64 VCTreeGetChanged(CWBOStringArray* first, CWBOStringArray* second, bool caseSensitive) {
-    return ux::at_boundary(kUnequalLists, [&]() -> __int64 {
+    return at_boundary(kUnequalLists, [&]() -> __int64 {
         if (!comparable(first, second)) return kUnequalLists;
         for (int i = 0; i < first->GetSize(); ++i) {
             if (differ((*first)[i], (*second)[i], caseSensitive)) return i;
@@ -136,25 +138,25 @@ __int64 VCTreeGetChanged(CWBOStringArray* first, CWBOStringArray* second, bool c
 }
 
 int VCTreeIsSame(CArray<int, int>* a, CArray<int, int>* b) {
-    return ux::at_boundary(ux::kFail, [&] {
-        if (ux::any_null(a, b) || a->GetSize() != b->GetSize()) return ux::kFail;
+    return at_boundary(kFail, [&] {
+        if (any_null(a, b) || a->GetSize() != b->GetSize()) return kFail;
         for (int i = 0; i < a->GetSize(); ++i) {
-            if ((*a)[i] != (*b)[i]) return ux::kFail;
+            if ((*a)[i] != (*b)[i]) return kFail;
         }
-        return ux::kOk;
+        return kOk;
     });
 }
 
 extern "C" int uxtree_node_changed(UXXmlWrapperBase* node, int set, const char* oldValue) {
-    return ux::at_boundary(ux::kFail, [&] {
-        if (!ux::usable(node)) return ux::kFail;
-        if (set == 0) return ux::is_marked_changed(*node) ? ux::kOk : ux::kFail;
+    return at_boundary(kFail, [&] {
+        if (!usable(node)) return kFail;
+        if (set == 0) return is_marked_changed(*node) ? kOk : kFail;
         if (oldValue == nullptr) {
-            ux::clear_change_mark(*node);
+            clear_change_mark(*node);
         } else {
-            ux::mark_changed(*node, oldValue);
+            mark_changed(*node, oldValue);
         }
-        return ux::kOk;
+        return kOk;
     });
 }
 
@@ -162,39 +164,38 @@ extern "C" int uxtree_remove_unchange_nodes_by_id(UXXmlWrapperBase* reference,
                                                   UXXmlWrapperBase* target,
                                                   const char* referenceIdAttribute,
                                                   const char* targetIdAttribute) {
-    return ux::at_boundary(ux::kBadArgument, [&] {
-        if (!ux::usable(reference) || !ux::usable(target)) return ux::kBadArgument;
+    return at_boundary(kBadArgument, [&] {
+        if (!usable(reference) || !usable(target)) return kBadArgument;
         CArray<int, int> ids;
         CWBOStringArray values;
-        ux::ValueRecord record;
+        ValueRecord record;
         record.values = &values;
-        ux::CollectOptions from;
+        CollectOptions from;
         from.idAttribute = referenceIdAttribute;
         from.themeFlag = true;
-        if (ux::_tree_get_values_by_ids(*reference, ids, record, from) == 0) return 0;
+        if (_tree_get_values_by_ids(*reference, ids, record, from) == 0) return 0;
 
-        ux::IdIndex index(ids);
+        IdIndex index(ids);
         int duplicate = 0;
-        if (ux::refuses_duplicate(ids, index, 0, &duplicate, nullptr)) {
-            return duplicate >= 1 ? -duplicate : int{ux::kDuplicateId};
+        if (refuses_duplicate(ids, index, 0, &duplicate, nullptr)) {
+            return duplicate >= 1 ? -duplicate : int{kDuplicateId};
         }
         return UnchangedRemover(index, values, targetIdAttribute).run(*target);
     });
 }
 
 extern "C" int uxtree_update_changes(UXXmlWrapperBase* tree, UXScriptObject* oldValues) {
-    return ux::at_boundary(ux::kBadArgument,
-                           [&] { return VCTreeUpdateChanges(tree, ux::string_array(oldValues)); });
+    return at_boundary(kBadArgument,
+                       [&] { return VCTreeUpdateChanges(tree, string_array(oldValues)); });
 }
 
 extern "C" int ux_is_same(UXScriptObject* a, UXScriptObject* b) {
-    return ux::at_boundary(ux::kFail,
-                           [&] { return VCTreeIsSame(ux::int_vector(a), ux::int_vector(b)); });
+    return at_boundary(kFail, [&] { return VCTreeIsSame(int_vector(a), int_vector(b)); });
 }
 
 extern "C" int uxget_changed(UXScriptObject* first, UXScriptObject* second, bool caseSensitive) {
-    return ux::at_boundary(static_cast<int>(kUnequalLists), [&] {
+    return at_boundary(static_cast<int>(kUnequalLists), [&] {
         return static_cast<int>(
-            VCTreeGetChanged(ux::string_array(first), ux::string_array(second), caseSensitive));
+            VCTreeGetChanged(string_array(first), string_array(second), caseSensitive));
     });
 }

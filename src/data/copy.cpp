@@ -11,6 +11,8 @@
 #include "frame/results.h"
 #include "frame/walk.h"
 
+using namespace ux;
+
 namespace {
 
 // --- homologous trees --------------------------------------------------------------------------
@@ -32,14 +34,13 @@ void copy_attributes(UXXmlWrapperBase& destination, UXXmlWrapperBase& source,
 }
 
 void copy_value(UXXmlWrapperBase& destination, const UXXmlWrapperBase& source, bool dynamicChecks) {
-    ux::NodeWrite how;
-    how.branch = !ux::is_leaf(source);
-    if (dynamicChecks) how.callFlags = ux::kResetAutomatic | ux::kCheckDynaUse;
+    NodeWrite how;
+    how.branch = !is_leaf(source);
+    if (dynamicChecks) how.callFlags = kResetAutomatic | kCheckDynaUse;
     CStringUTF8 value;
-    ux::read_node_value(source,
-                        how.branch ? ux::ValueSource::kUseAttribute : ux::ValueSource::kOwnText,
-                        true, value);
-    ux::write_node_value(destination, value, how);
+    read_node_value(source, how.branch ? ValueSource::kUseAttribute : ValueSource::kOwnText, true,
+                    value);
+    write_node_value(destination, value, how);
 }
 
 // Two nodes at the same place of two trees, stepping together.
@@ -54,20 +55,20 @@ public:
 
     Arrival to_first_children() {
         ++depth_;
-        const bool more = ux::step_into_first_child(source_);
-        const bool room = ux::step_into_first_child(destination_);
+        const bool more = step_into_first_child(source_);
+        const bool room = step_into_first_child(destination_);
         return arrival(more, room);
     }
     Arrival to_next_siblings() {
-        const bool more = ux::step_to_next_sibling(source_);
-        const bool room = ux::step_to_next_sibling(destination_);
+        const bool more = step_to_next_sibling(source_);
+        const bool room = step_to_next_sibling(destination_);
         return arrival(more, room);
     }
     // False at the level on which the pair began.
     bool to_parents() {
         if (depth_ == 0) return false;
         --depth_;
-        return ux::step_to_parent(source_) && ux::step_to_parent(destination_);
+        return step_to_parent(source_) && step_to_parent(destination_);
     }
 
 private:
@@ -86,7 +87,7 @@ int visit_pairs(Pair& pair, Visit&& visit) {
     for (;;) {
         visit(pair.destination(), pair.source());
         Pair::Arrival arrival =
-            ux::is_leaf(pair.source()) ? pair.to_next_siblings() : pair.to_first_children();
+            is_leaf(pair.source()) ? pair.to_next_siblings() : pair.to_first_children();
         while (arrival == Pair::Arrival::kLevelEnd) {
             if (!pair.to_parents()) return kSameShape;
             arrival = pair.to_next_siblings();
@@ -114,11 +115,11 @@ void remove_empty_entries(CArray<int, int>& ids, CWBOStringArray& values) {
 // Identifiers by which a lookup below a tree finds a node.
 std::unordered_set<int> identifiers_below(const UXXmlWrapperBase& tree) {
     std::unordered_set<int> known;
-    ux::visit_below(tree, [&](const UXXmlWrapperBase& node) {
+    visit_below(tree, [&](const UXXmlWrapperBase& node) {
         int id = 0;
         if (node.GetID(id)) known.insert(id);
         if (node.GetDataID(id)) known.insert(id);
-        return ux::Step::kIntoBranch;
+        return Step::kIntoBranch;
     });
     return known;
 }
@@ -136,7 +137,7 @@ public:
         node.GetTagName(text);
         UXXmlWrapperBase added;
         if (!destination_.AddNode(&added, text, -1)) return;
-        if (node.GetPropertyValue(ux::kLabel, text, 0)) added.SetLabel(text);
+        if (node.GetPropertyValue(kLabel, text, 0)) added.SetLabel(text);
         added.SetDataID(id);
         known_.insert(id);
     }
@@ -160,11 +161,11 @@ std::unordered_map<std::string, UXXmlWrapperBase> first_nodes_by_tag(const UXXml
                                                                      bool leavesOnly) {
     std::unordered_map<std::string, UXXmlWrapperBase> nodes;
     const auto note = [&](const UXXmlWrapperBase& node) {
-        if (!leavesOnly || ux::is_leaf(node)) nodes.emplace(folded_tag(node), node);
-        return ux::Step::kIntoBranch;
+        if (!leavesOnly || is_leaf(node)) nodes.emplace(folded_tag(node), node);
+        return Step::kIntoBranch;
     };
     note(tree);
-    ux::visit_below(tree, note);
+    visit_below(tree, note);
     return nodes;
 }
 
@@ -174,9 +175,9 @@ int vctree_copy_values_between_homologous_trees(UXXmlWrapperBase& destination,
                                                 UXXmlWrapperBase& source, int copyAttributes,
                                                 CWBOStringArray* keptAttributes,
                                                 int dynamicChecks) {
-    return ux::at_boundary(kSameShape, [&] {
-        if (!ux::usable(source)) return kSameShape;
-        if (!ux::usable(destination)) return kDestinationRanOut;
+    return at_boundary(kSameShape, [&] {
+        if (!usable(source)) return kSameShape;
+        if (!usable(destination)) return kDestinationRanOut;
         Pair pair(destination, source);
         // Intended: the checks apply to the first pair only, the node that the caller edits.
         bool checks = dynamicChecks != 0;
@@ -192,30 +193,30 @@ int vctree_copy_values_by_id(UXXmlWrapperBase* source, UXXmlWrapperBase* destina
                              const char* sourceIdAttribute, const char* destinationIdAttribute,
                              int themeFlag, _SETVALUESBYIDS* callback, int validateOff,
                              int skipEmpty, int useFlag, int themeOff) {
-    return ux::at_boundary(ux::kBadArgument, [&] {
-        if (!ux::usable(source) || !ux::usable(destination)) return ux::kBadArgument;
+    return at_boundary(kBadArgument, [&] {
+        if (!usable(source) || !usable(destination)) return kBadArgument;
         CArray<int, int> ids;
         CWBOStringArray values;
-        ux::ValueRecord record;
+        ValueRecord record;
         record.values = &values;
-        ux::CollectOptions from;
+        CollectOptions from;
         from.idAttribute = sourceIdAttribute;
         from.themeFlag = themeFlag != 0;
         from.useFlag = useFlag != 0;
-        if (ux::_tree_get_values_by_ids(*source, ids, record, from) == 0) return 0;
+        if (_tree_get_values_by_ids(*source, ids, record, from) == 0) return 0;
 
         if (callback != nullptr) callback->inProgress = 0;
         // Intended: before the duplicate test, so that an empty second value is no duplicate.
         if (skipEmpty != 0) remove_empty_entries(ids, values);
         int duplicate = 0;
-        ux::SetOptions to;
+        SetOptions to;
         to.duplicate = &duplicate;
         to.setMode = setMode;
         to.idAttribute = destinationIdAttribute;
         to.callback = callback;
-        to.callFlags = themeOff != 0 ? DWORD{ux::kThemeOff} : DWORD{0};
+        to.callFlags = themeOff != 0 ? DWORD{kThemeOff} : DWORD{0};
         to.validateOff = validateOff != 0;
-        const int result = ux::_tree_set_values_by_ids(*destination, ids, record, to);
+        const int result = _tree_set_values_by_ids(*destination, ids, record, to);
         // Intended: a duplicated 5 reads as the code -5. Callers live with it.
         return duplicate >= 1 ? -duplicate : result;
     });
@@ -232,13 +233,13 @@ extern "C" int uxtree_copy_values_by_id(UXXmlWrapperBase* source, UXXmlWrapperBa
 
 extern "C" int uxtree_whole_copy_values_by_id(UXXmlWrapperBase* source,
                                               UXXmlWrapperBase* destination) {
-    return ux::at_boundary(ux::kBadArgument, [&] {
-        if (!ux::usable(source) || !ux::usable(destination)) return ux::kBadArgument;
+    return at_boundary(kBadArgument, [&] {
+        if (!usable(source) || !usable(destination)) return kBadArgument;
         StructureCompleter completer(*destination);
         completer.add_if_missing(*source);
-        ux::visit_below(*source, [&](const UXXmlWrapperBase& node) {
+        visit_below(*source, [&](const UXXmlWrapperBase& node) {
             completer.add_if_missing(node);
-            return ux::Step::kIntoBranch;
+            return Step::kIntoBranch;
         });
         return vctree_copy_values_by_id(source, destination, 0, nullptr, nullptr, 1, nullptr, 0, 0,
                                         0, 0);
@@ -249,54 +250,54 @@ extern "C" int uxtree_copy_atts_by_id(UXXmlWrapperBase* source, UXXmlWrapperBase
                                       const char* attribute, const char* sourceIdAttribute,
                                       const char* destinationIdAttribute,
                                       const char* secondAttribute, int rename) {
-    return ux::at_boundary(ux::kBadArgument, [&] {
-        if (!ux::usable(source) || !ux::usable(destination)) return ux::kBadArgument;
+    return at_boundary(kBadArgument, [&] {
+        if (!usable(source) || !usable(destination)) return kBadArgument;
         CWBOStringArray first;
         CWBOStringArray second;
-        ux::ValueRecord record;
-        if (ux::given(attribute)) {
+        ValueRecord record;
+        if (given(attribute)) {
             record.firstName = attribute;
             record.firstValues = &first;
         }
-        if (ux::given(secondAttribute) && rename == 0) {
+        if (given(secondAttribute) && rename == 0) {
             record.secondName = secondAttribute;
             record.secondValues = &second;
         }
         CArray<int, int> ids;
-        ux::CollectOptions from;
+        CollectOptions from;
         from.idAttribute = sourceIdAttribute;
         from.themeFlag = true;
-        if (ux::_tree_get_values_by_ids(*source, ids, record, from) == 0) return 0;
+        if (_tree_get_values_by_ids(*source, ids, record, from) == 0) return 0;
 
         if (rename != 0) record.firstName = secondAttribute;
         int duplicate = 0;
-        ux::SetOptions to;
+        SetOptions to;
         to.duplicate = &duplicate;
         to.idAttribute = destinationIdAttribute;
-        ux::_tree_set_values_by_ids(*destination, ids, record, to);
+        _tree_set_values_by_ids(*destination, ids, record, to);
         // Intended: no count, and a duplicated 0 reads as success.
-        return ux::negated(duplicate);
+        return negated(duplicate);
     });
 }
 
 extern "C" int uxtree_copy_ids_by_tagname(UXXmlWrapperBase* source, UXXmlWrapperBase* destination,
                                           bool leavesOnly) {
-    return ux::at_boundary(0, [&] {
-        if (!ux::usable(source) || !ux::usable(destination)) return 0;
+    return at_boundary(0, [&] {
+        if (!usable(source) || !usable(destination)) return 0;
         const auto nodes = first_nodes_by_tag(*destination, leavesOnly);
         int copied = 0;
         CArray<int, int> ids;
         CArray<UXXmlWrapperBase, UXXmlWrapperBase> targets;
         // All identifiers are read before any is written: the trees may share nodes.
-        ux::visit_below(*source, [&](const UXXmlWrapperBase& node) {
-            if (leavesOnly && !ux::is_leaf(node)) return ux::Step::kIntoBranch;
+        visit_below(*source, [&](const UXXmlWrapperBase& node) {
+            if (leavesOnly && !is_leaf(node)) return Step::kIntoBranch;
             const auto found = nodes.find(folded_tag(node));
-            if (found == nodes.end()) return ux::Step::kIntoBranch;
+            if (found == nodes.end()) return Step::kIntoBranch;
             int id = 0;
             node.GetDataID(id);
             ids.Add(id);
             targets.Add(found->second);
-            return ux::Step::kIntoBranch;
+            return Step::kIntoBranch;
         });
         for (int i = 0; i < ids.GetSize(); ++i) copied += targets[i].SetDataID(ids[i]);
         return copied;

@@ -6,6 +6,8 @@
 #include "frame/guards.h"
 #include "frame/results.h"
 
+using namespace ux;
+
 namespace {
 
 constexpr char kRepeatId[] = "RepeatID";
@@ -21,7 +23,7 @@ constexpr unsigned kOneSetBit = 0x2000;
 int read_marker(const UXXmlWrapperBase& node, const char* name, int lowest, int& out) {
     out = -1;
     node.GetPropertyValue(name, out, 0);
-    return out >= lowest && out <= kLargestRepeat ? ux::kOk : ux::kFail;
+    return out >= lowest && out <= kLargestRepeat ? kOk : kFail;
 }
 
 int write_marker(UXXmlWrapperBase& node, const char* name, int id) {
@@ -163,19 +165,19 @@ bool combine_with_repeat_node(UXXmlWrapperBase& node, TransportId& out, CStringU
 }  // namespace ux
 
 int VCTreeGetRepeatId(UXXmlWrapperBase& node, int& out) {
-    return ux::at_boundary(ux::kFail, [&] { return read_marker(node, kRepeatId, 0, out); });
+    return at_boundary(kFail, [&] { return read_marker(node, kRepeatId, 0, out); });
 }
 
 int VCTreeSetRepeatId(UXXmlWrapperBase& node, int id) {
-    return ux::at_boundary(ux::kFail, [&] { return write_marker(node, kRepeatId, id); });
+    return at_boundary(kFail, [&] { return write_marker(node, kRepeatId, id); });
 }
 
 int VCTreeGetRepeatNodeId(UXXmlWrapperBase& node, int& out) {
-    return ux::at_boundary(ux::kFail, [&] { return read_marker(node, kRepeatNodeId, 1, out); });
+    return at_boundary(kFail, [&] { return read_marker(node, kRepeatNodeId, 1, out); });
 }
 
 int VCTreeSetRepeatNodeId(UXXmlWrapperBase& node, int id) {
-    return ux::at_boundary(ux::kFail, [&] { return write_marker(node, kRepeatNodeId, id); });
+    return at_boundary(kFail, [&] { return write_marker(node, kRepeatNodeId, id); });
 }
 
 extern "C" int uxtree_make_one_set_ID(unsigned short index, unsigned short set) {
@@ -183,25 +185,25 @@ extern "C" int uxtree_make_one_set_ID(unsigned short index, unsigned short set) 
 }
 
 extern "C" int uxtree_is_ID_in_one_set(int id, unsigned short set) {
-    return static_cast<unsigned>(id) >> 16 == one_set_high_word(set) ? ux::kOk : ux::kFail;
+    return static_cast<unsigned>(id) >> 16 == one_set_high_word(set) ? kOk : kFail;
 }
 
 extern "C" int uxtree_is_in_ids_range(UXXmlWrapperBase* node, int low, int high, int extra) {
-    return ux::at_boundary(ux::kFail, [&] {
-        if (!ux::usable(node) || low > high || low < 0 || high < 0) return ux::kFail;
+    return at_boundary(kFail, [&] {
+        if (!usable(node) || low > high || low < 0 || high < 0) return kFail;
         int id = 0;
         node->GetID(id);
         // Intended: the upper end wraps at 32 bits, so an extra beyond them admits nothing.
         const int end =
             static_cast<int>(static_cast<unsigned>(high) + static_cast<unsigned>(extra));
-        return low <= id && id <= end ? ux::kOk : ux::kFail;
+        return low <= id && id <= end ? kOk : kFail;
     });
 }
 
 extern "C" int uxtree_combine_treenode_id_with_repeat_id(UXXmlWrapperBase* node, int* dataId,
                                                          int* repeatOut, int inheritedRepeat) {
-    return ux::at_boundary(ux::kFail, [&] {
-        if (ux::any_null(dataId, repeatOut) || !ux::usable(node)) return ux::kFail;
-        return ux::_tree_combine_id_with_repeat_id(*node, *dataId, *repeatOut, inheritedRepeat);
+    return at_boundary(kFail, [&] {
+        if (any_null(dataId, repeatOut) || !usable(node)) return kFail;
+        return _tree_combine_id_with_repeat_id(*node, *dataId, *repeatOut, inheritedRepeat);
     });
 }

@@ -8,6 +8,8 @@
 #include "frame/results.h"
 #include "frame/walk.h"
 
+using namespace ux;
+
 namespace {
 
 constexpr char kQuote = '"';
@@ -45,8 +47,8 @@ void write_path(UXXmlWrapperBase& node, const char* attribute, const std::string
 }  // namespace
 
 bool VCTreeGetPathStr(CStringUTF8& out, UXXmlWrapperBase* node) {
-    return ux::at_boundary(false, [&] {
-        if (!ux::usable(node)) {
+    return at_boundary(false, [&] {
+        if (!usable(node)) {
             out.Empty();
             return false;
         }
@@ -56,7 +58,7 @@ bool VCTreeGetPathStr(CStringUTF8& out, UXXmlWrapperBase* node) {
         do {
             tags.push_back(tag_of(step));
             length += tags.back().size() + 1;
-        } while (ux::step_to_parent(step));
+        } while (step_to_parent(step));
         std::string path;
         path.reserve(length);
         for (auto tag = tags.rbegin(); tag != tags.rend(); ++tag) {
@@ -69,7 +71,7 @@ bool VCTreeGetPathStr(CStringUTF8& out, UXXmlWrapperBase* node) {
 }
 
 void vctree_convert_escape_character(CWBOStringArray& tokens, char separator, bool keepEscapes) {
-    ux::at_boundary([&] {
+    at_boundary([&] {
         if (tokens.IsEmpty()) return;
         // Intended: the last token is unescaped only when the one before it takes it up, and a
         // text that was taken up is unescaped for the second time with its new owner.
@@ -91,15 +93,15 @@ void vctree_convert_escape_character(CWBOStringArray& tokens, char separator, bo
 
 extern "C" int uxtree_branch_to_key_value_pairs_str(UXXmlWrapperBase* branch, CStringUTF8* out,
                                                     char keySeparator, char pairSeparator) {
-    return ux::at_boundary(ux::kFail, [&] {
-        if (ux::any_null(out)) return ux::kFail;
-        if (!ux::usable(branch) || ux::is_leaf(*branch)) {
+    return at_boundary(kFail, [&] {
+        if (any_null(out)) return kFail;
+        if (!usable(branch) || is_leaf(*branch)) {
             out->Empty();
-            return ux::kFail;
+            return kFail;
         }
         CStringUTF8 text;
         CStringUTF8 part;
-        for (UXXmlWrapperBase& child : ux::children(*branch)) {
+        for (UXXmlWrapperBase& child : children(*branch)) {
             child.GetTagName(part);
             text += part;
             text += keySeparator;
@@ -108,43 +110,43 @@ extern "C" int uxtree_branch_to_key_value_pairs_str(UXXmlWrapperBase* branch, CS
             text += pairSeparator;
         }
         *out = std::move(text);
-        return ux::kOk;
+        return kOk;
     });
 }
 
 extern "C" int uxtree_key_value_pairs_str_to_branch(UXXmlWrapperBase* branch, const char* text,
                                                     char keySeparator, char pairSeparator) {
-    return ux::at_boundary(ux::kFail, [&] {
-        if (!ux::usable(branch) || text == nullptr) return ux::kFail;
+    return at_boundary(kFail, [&] {
+        if (!usable(branch) || text == nullptr) return kFail;
         CWBOStringArray pairs;
         UXGetTokens(pairs, text, pairSeparator, kQuote);
         branch->RemoveAllChildren();
         for (int i = 0; i < pairs.GetSize(); ++i) append_pair(*branch, pairs[i], keySeparator);
-        return ux::is_leaf(*branch) ? ux::kFail : ux::kOk;
+        return is_leaf(*branch) ? kFail : kOk;
     });
 }
 
 extern "C" int uxtree_add_path_str(UXXmlWrapperBase* branch, const char* attribute, int recursive,
                                    int includeSelf) {
-    return ux::at_boundary(ux::kFail, [&] {
-        if (!ux::given(attribute) || !ux::usable(branch)) return ux::kFail;
+    return at_boundary(kFail, [&] {
+        if (!given(attribute) || !usable(branch)) return kFail;
         std::string path;
         if (includeSelf != 0) {
             path = tag_of(*branch);
             write_path(*branch, attribute, path);
             path += '.';
         }
-        if (recursive == 0) return ux::kOk;
+        if (recursive == 0) return kOk;
         // Each level knows the length of its parent's path, the dot behind it included.
-        ux::visit_levels(*branch, path.size(),
-                         [&](UXXmlWrapperBase& node, std::size_t& parent, std::size_t& below) {
-                             path.resize(parent);
-                             path += tag_of(node);
-                             write_path(node, attribute, path);
-                             path += '.';
-                             below = path.size();
-                             return ux::Step::kIntoBranch;
-                         });
-        return ux::kOk;
+        visit_levels(*branch, path.size(),
+                     [&](UXXmlWrapperBase& node, std::size_t& parent, std::size_t& below) {
+                         path.resize(parent);
+                         path += tag_of(node);
+                         write_path(node, attribute, path);
+                         path += '.';
+                         below = path.size();
+                         return Step::kIntoBranch;
+                     });
+        return kOk;
     });
 }

@@ -14,6 +14,8 @@
 #include "frame/script_args.h"
 #include "frame/walk.h"
 
+using namespace ux;
+
 namespace {
 
 constexpr char kExpression[] = "?$OP:";
@@ -51,7 +53,7 @@ CStringUTF8 node_label(const UXXmlWrapperBase& node, int mode) {
     node.GetTagName(tag);
     if (mode == kModeTag) return tag;
     CStringUTF8 label;
-    node.GetPropertyValue(ux::kLabel, label, 0);
+    node.GetPropertyValue(kLabel, label, 0);
     if (label.IsEmpty()) return tag;
     return mode == kModeLabel ? label : tag_with_headers(node, tag, label);
 }
@@ -103,7 +105,7 @@ CStringUTF8 combined_replacements(const CWBOStringArray& replacements, std::stri
     CWBOStringArray parts;
     for (int i = 0; i < replacements.GetSize(); ++i) parts.Add(replacements[i] + kept);
     CStringUTF8 combined;
-    ux::_tree_combine_data_label(&combined, &parts, false, false, false);
+    _tree_combine_data_label(&combined, &parts, false, false, false);
     return combined;
 }
 
@@ -142,7 +144,7 @@ bool replace_part(CStringUTF8& out, const CStringUTF8& label, const CWBOStringAr
     const std::string_view whole = text;
     std::vector<Rewritten> occurrences;
     std::size_t start = 0;
-    if (!ux::given(prefix) || whole.rfind(prefix, 0) == 0) {
+    if (!given(prefix) || whole.rfind(prefix, 0) == 0) {
         Locator locator(whole, find);
         Locator::Place place{};
         while (start < whole.size() || occurrences.empty()) {
@@ -165,14 +167,14 @@ int rewrite_labels(UXXmlWrapperBase& top, Rewrite&& rewrite) {
     int changed = 0;
     CStringUTF8 label;
     const auto visit = [&](UXXmlWrapperBase& node) {
-        if (node.GetPropertyValue(ux::kLabel, label, 0) && rewrite(label)) {
-            node.SetPropertyValue(ux::kLabel, label);
+        if (node.GetPropertyValue(kLabel, label, 0) && rewrite(label)) {
+            node.SetPropertyValue(kLabel, label);
             ++changed;
         }
-        return ux::Step::kIntoBranch;
+        return Step::kIntoBranch;
     };
     visit(top);
-    ux::visit_below(top, visit);
+    visit_below(top, visit);
     return changed;
 }
 
@@ -221,34 +223,32 @@ int _tree_combine_data_label(CStringUTF8* out, const CWBOStringArray* labels, bo
 
 extern "C" int uxtree_combine_data_label(CStringUTF8* out, UXScriptObject* labels, bool addPrefix,
                                          bool parenthesizeAlways, bool strict) {
-    return ux::at_boundary(ux::kFail, [&] {
-        const CWBOStringArray* const array = ux::string_array(labels);
+    return at_boundary(kFail, [&] {
+        const CWBOStringArray* const array = string_array(labels);
         const int result =
-            ux::_tree_combine_data_label(out, array, addPrefix, parenthesizeAlways, strict);
-        if (result == ux::kNoLabels) return ux::kFail;
-        if (result == ux::kLabelWithoutPrefix) UXJoinTokens(*out, *array, kPlainSeparator);
-        return ux::kOk;
+            _tree_combine_data_label(out, array, addPrefix, parenthesizeAlways, strict);
+        if (result == kNoLabels) return kFail;
+        if (result == kLabelWithoutPrefix) UXJoinTokens(*out, *array, kPlainSeparator);
+        return kOk;
     });
 }
 
 extern "C" CStringUTF8 uxtree_get_node_label(UXXmlWrapperBase* node, int mode) {
-    return ux::at_boundary(
-        CStringUTF8(), [&] { return ux::usable(node) ? node_label(*node, mode) : CStringUTF8(); });
+    return at_boundary(CStringUTF8(),
+                       [&] { return usable(node) ? node_label(*node, mode) : CStringUTF8(); });
 }
 
 extern "C" int uxtree_get_localization_node(UXXmlWrapperBase* out, UXXmlWrapperBase* tree, int id,
                                             int fallbackId, int parentId, int checkEmpty,
                                             int category) {
-    return ux::at_boundary(ux::kFail, [&] {
-        if (ux::any_null(out) || !ux::usable(tree)) return ux::kFail;
+    return at_boundary(kFail, [&] {
+        if (any_null(out) || !usable(tree)) return kFail;
         UXXmlWrapperBase top = *tree;  // out may be the handle of the tree
-        if (category < 1) {
-            category = UXGetHostServices().helpCategory(*out, top, id, category);
-        }
+        if (category < 1) category = UXGetHostServices().helpCategory(*out, top, id, category);
         const bool found =
             uxtree_find_node_by_dataID(out, &top, id, parentId, category, 0, -1) != 0;
-        if (found && (checkEmpty == 0 || !is_blank(*out))) return ux::kOk;
-        return uxtree_find_node(&top, out, ux::kDataId, fallbackId, false, 0, -1);
+        if (found && (checkEmpty == 0 || !is_blank(*out))) return kOk;
+        return uxtree_find_node(&top, out, kDataId, fallbackId, false, 0, -1);
     });
 }
 
@@ -256,10 +256,10 @@ extern "C" bool uxtree_get_replaced_combined_label(CStringUTF8* out, CStringUTF8
                                                    UXScriptObject* find,
                                                    UXScriptObject* replacements,
                                                    const char* prefix) {
-    return ux::at_boundary(false, [&] {
-        const CWBOStringArray* const finds = ux::string_array(find);
-        const CWBOStringArray* const texts = ux::string_array(replacements);
-        if (ux::any_null(out, label) || ux::any_null(finds, texts)) return false;
+    return at_boundary(false, [&] {
+        const CWBOStringArray* const finds = string_array(find);
+        const CWBOStringArray* const texts = string_array(replacements);
+        if (any_null(out, label) || any_null(finds, texts)) return false;
         return replace_part(*out, *label, *finds, *texts, prefix);
     });
 }
@@ -267,10 +267,10 @@ extern "C" bool uxtree_get_replaced_combined_label(CStringUTF8* out, CStringUTF8
 extern "C" int uxtree_recursively_replace_label_attributes(UXXmlWrapperBase* node,
                                                            const char* oldText,
                                                            const char* newText) {
-    return ux::at_boundary(0, [&] {
-        if (!ux::usable(node) || !ux::given(oldText)) return 0;
+    return at_boundary(0, [&] {
+        if (!usable(node) || !given(oldText)) return 0;
         return rewrite_labels(*node, [&](CStringUTF8& label) {
-            return label.Replace(oldText, ux::text_or(newText, "")) > 0;
+            return label.Replace(oldText, text_or(newText, "")) > 0;
         });
     });
 }
@@ -279,10 +279,10 @@ extern "C" int uxtree_recursively_replace_combined_label_attributes(UXXmlWrapper
                                                                     UXScriptObject* find,
                                                                     UXScriptObject* replacements,
                                                                     const char* prefix) {
-    return ux::at_boundary(0, [&] {
-        const CWBOStringArray* const finds = ux::string_array(find);
-        const CWBOStringArray* const texts = ux::string_array(replacements);
-        if (!ux::usable(node) || ux::any_null(finds, texts)) return 0;
+    return at_boundary(0, [&] {
+        const CWBOStringArray* const finds = string_array(find);
+        const CWBOStringArray* const texts = string_array(replacements);
+        if (!usable(node) || any_null(finds, texts)) return 0;
         CStringUTF8 rewritten;
         return rewrite_labels(*node, [&](CStringUTF8& label) {
             if (!replace_part(rewritten, label, *finds, *texts, prefix) || rewritten == label) {

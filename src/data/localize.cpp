@@ -5,6 +5,8 @@
 #include "frame/guards.h"
 #include "frame/runtime_module.h"
 
+using namespace ux;
+
 namespace {
 
 using LocalizeFunction = int(CStringUTF8* result, const char* text, int category);
@@ -47,10 +49,10 @@ private:
     Function* find(Function*& known, const char* name) {
         if (known != nullptr || failed_) return known;
         if (module_ == nullptr) {
-            module_ = ux::open_runtime_module({UXGetHostServices().messageModule,
-                                               "UXTREE_HOST_MESSAGE_MODULE", "libuxhostmsg.so"});
+            module_ = open_runtime_module({UXGetHostServices().messageModule,
+                                           "UXTREE_HOST_MESSAGE_MODULE", "libuxhostmsg.so"});
         }
-        if (module_ != nullptr) known = ux::find_runtime_function<Function>(module_, name);
+        if (module_ != nullptr) known = find_runtime_function<Function>(module_, name);
         if (known == nullptr) give_up();
         return known;
     }
@@ -59,7 +61,7 @@ private:
     void give_up() {
         failed_ = true;
         if (localize_ != nullptr || setCategory_ != nullptr) return;
-        ux::close_runtime_module(module_);
+        close_runtime_module(module_);
         module_ = nullptr;
     }
 

@@ -11,6 +11,8 @@
 #include "frame/script_args.h"
 #include "frame/walk.h"
 
+using namespace ux;
+
 namespace {
 
 constexpr char kSettings[] = "Settings";
@@ -65,7 +67,7 @@ bool build(UXXmlWrapperBase& target, const CArray<int, int>& ids, const CWBOStri
 void read(UXXmlWrapperBase& document, CArray<int, int>& ids, CWBOStringArray& values,
           CStringUTF8* comment, CWBOStringArray* labels) {
     CStringUTF8 tag;
-    for (UXXmlWrapperBase& entry : ux::children(document)) {
+    for (UXXmlWrapperBase& entry : children(document)) {
         entry.GetTagName(tag);
         CStringUTF8 value;
         entry.NodeValue(value, 1, 1, nullptr);
@@ -73,14 +75,14 @@ void read(UXXmlWrapperBase& document, CArray<int, int>& ids, CWBOStringArray& va
         values.Add(std::move(value));
         if (labels == nullptr) continue;
         CStringUTF8 label;
-        entry.GetPropertyValue(ux::kLabel, label, 0);
+        entry.GetPropertyValue(kLabel, label, 0);
         labels->Add(std::move(label));
     }
     if (comment != nullptr) document.GetPropertyValue(kComment, *comment, 0);
 }
 
 int as_result(bool done) {
-    return done ? ux::kOk : ux::kFail;
+    return done ? kOk : kFail;
 }
 
 }  // namespace
@@ -88,16 +90,16 @@ int as_result(bool done) {
 bool vctree_save_values_with_ids(UXXmlWrapperBase* target, CArray<int, int>* ids,
                                  CWBOStringArray* values, const char* comment,
                                  CWBOStringArray* labels) {
-    return ux::at_boundary(false, [&] {
-        if (!ux::usable(target) || ux::any_null(ids, values)) return false;
+    return at_boundary(false, [&] {
+        if (!usable(target) || any_null(ids, values)) return false;
         return build(*target, *ids, *values, comment, labels);
     });
 }
 
 int vctree_save_values_with_ids(const char* path, CArray<int, int>* ids, CWBOStringArray* values,
                                 const char* comment, CWBOStringArray* labels) {
-    return ux::at_boundary(ux::kFail, [&] {
-        if (!ux::given(path) || ux::any_null(ids, values)) return ux::kFail;
+    return at_boundary(kFail, [&] {
+        if (!given(path) || any_null(ids, values)) return kFail;
         UXXmlWrapperBase document;
         return as_result(build(document, *ids, *values, comment, labels) &&
                          document.Save(path, 0) != 0);
@@ -106,10 +108,10 @@ int vctree_save_values_with_ids(const char* path, CArray<int, int>* ids, CWBOStr
 
 bool vctree_read_values_with_ids(const char* path, CArray<int, int>* ids, CWBOStringArray* values,
                                  CStringUTF8* comment) {
-    return ux::at_boundary(false, [&] {
+    return at_boundary(false, [&] {
         if (ids != nullptr) ids->RemoveAll();
         if (values != nullptr) values->RemoveAll();
-        if (!ux::given(path) || ux::any_null(ids, values)) return false;
+        if (!given(path) || any_null(ids, values)) return false;
         UXXmlWrapperBase document;
         if (!document.load(path, 0, false)) return false;
         read(document, *ids, *values, comment, nullptr);
@@ -119,16 +121,16 @@ bool vctree_read_values_with_ids(const char* path, CArray<int, int>* ids, CWBOSt
 
 bool vctree_set_theme(UXXmlWrapperBase* target, CArray<int, int>* ids, CWBOStringArray* values,
                       const char* comment) {
-    return ux::at_boundary(false, [&] {
-        if (ux::any_null(target) || ux::any_null(ids, values)) return false;
+    return at_boundary(false, [&] {
+        if (any_null(target) || any_null(ids, values)) return false;
         return build(*target, *ids, *values, comment, nullptr);
     });
 }
 
 void vctree_get_theme(UXXmlWrapperBase* document, CArray<int, int>* ids, CWBOStringArray* values,
                       CStringUTF8* comment, CWBOStringArray* labels) {
-    ux::at_boundary([&] {
-        if (!ux::usable(document) || ux::any_null(ids, values)) return;
+    at_boundary([&] {
+        if (!usable(document) || any_null(ids, values)) return;
         read(*document, *ids, *values, comment, labels);
     });
 }
@@ -136,29 +138,29 @@ void vctree_get_theme(UXXmlWrapperBase* document, CArray<int, int>* ids, CWBOStr
 extern "C" int uxtree_save_values_with_ids(UXXmlWrapperBase* target, UXScriptObject* ids,
                                            UXScriptObject* values, const char* comment,
                                            UXScriptObject* labels) {
-    return ux::at_boundary(ux::kFail, [&] {
-        CWBOStringArray* const labelArray = ux::string_array(labels);
-        if (ux::refused(labels, labelArray)) return ux::kFail;
-        return as_result(vctree_save_values_with_ids(
-            target, ux::int_vector(ids), ux::string_array(values), comment, labelArray));
+    return at_boundary(kFail, [&] {
+        CWBOStringArray* const labelArray = string_array(labels);
+        if (refused(labels, labelArray)) return kFail;
+        return as_result(vctree_save_values_with_ids(target, int_vector(ids), string_array(values),
+                                                     comment, labelArray));
     });
 }
 
 extern "C" int uxtree_tree_save_values_with_ids(const char* path, UXScriptObject* ids,
                                                 UXScriptObject* values, const char* comment,
                                                 UXScriptObject* labels) {
-    return ux::at_boundary(ux::kFail, [&] {
-        CWBOStringArray* const labelArray = ux::string_array(labels);
-        if (ux::refused(labels, labelArray)) return ux::kFail;
-        return vctree_save_values_with_ids(path, ux::int_vector(ids), ux::string_array(values),
-                                           comment, labelArray);
+    return at_boundary(kFail, [&] {
+        CWBOStringArray* const labelArray = string_array(labels);
+        if (refused(labels, labelArray)) return kFail;
+        return vctree_save_values_with_ids(path, int_vector(ids), string_array(values), comment,
+                                           labelArray);
     });
 }
 
 extern "C" int uxtree_tree_read_values_with_ids(const char* path, UXScriptObject* ids,
                                                 UXScriptObject* values, CStringUTF8* comment) {
-    return ux::at_boundary(ux::kFail, [&] {
-        return as_result(vctree_read_values_with_ids(path, ux::int_vector(ids),
-                                                     ux::string_array(values), comment));
+    return at_boundary(kFail, [&] {
+        return as_result(
+            vctree_read_values_with_ids(path, int_vector(ids), string_array(values), comment));
     });
 }

@@ -10,6 +10,8 @@
 #include "frame/script_args.h"
 #include "frame/walk.h"
 
+using namespace ux;
+
 namespace {
 
 constexpr char kThemeFile[] = "ThemeFile";
@@ -42,31 +44,31 @@ bool has_low_id(const UXXmlWrapperBase& node, int id) {
 bool find_by_low_id(const UXXmlWrapperBase& tree, int id, int depth, bool recursive,
                     UXXmlWrapperBase& found) {
     if (depth < 0) return false;
-    return !ux::visit_levels(tree, depth, [&](UXXmlWrapperBase& node, int& left, int& below) {
+    return !visit_levels(tree, depth, [&](UXXmlWrapperBase& node, int& left, int& below) {
         if (has_low_id(node, id)) {
             found = node;
-            return ux::Step::kStop;
+            return Step::kStop;
         }
-        if (!recursive || ux::is_leaf(node)) return ux::Step::kOverBranch;
+        if (!recursive || is_leaf(node)) return Step::kOverBranch;
         // Intended: not given back, so the branches further on are searched less deep.
         below = --left;
-        return below < 0 ? ux::Step::kOverBranch : ux::Step::kIntoBranch;
+        return below < 0 ? Step::kOverBranch : Step::kIntoBranch;
     });
 }
 
 }  // namespace
 
 extern "C" bool uxtree_tree_get_theme_file_name(UXXmlWrapperBase* tree, CStringUTF8* out) {
-    return ux::at_boundary(false, [&] {
-        if (!ux::usable(tree) || ux::any_null(out)) return false;
+    return at_boundary(false, [&] {
+        if (!usable(tree) || any_null(out)) return false;
         out->Empty();
         return tree->GetPropertyValue(kThemeFile, *out, 0) != 0;
     });
 }
 
 extern "C" bool uxtree_tree_set_theme_file_name(UXXmlWrapperBase* tree, const char* name) {
-    return ux::at_boundary(false, [&] {
-        if (!ux::usable(tree)) return false;
+    return at_boundary(false, [&] {
+        if (!usable(tree)) return false;
         if (name == nullptr) {
             tree->RemoveProperty(kThemeFile);
         } else {
@@ -77,14 +79,14 @@ extern "C" bool uxtree_tree_set_theme_file_name(UXXmlWrapperBase* tree, const ch
 }
 
 extern "C" int uxtree_tree_get_theme_type(UXXmlWrapperBase* tree) {
-    return ux::at_boundary(ux::kFail, [&] {
-        return ux::usable(tree) ? int_attribute(*tree, kThemeType, kDefaultThemeType) : ux::kFail;
+    return at_boundary(kFail, [&] {
+        return usable(tree) ? int_attribute(*tree, kThemeType, kDefaultThemeType) : kFail;
     });
 }
 
 extern "C" bool uxtree_is_inclist_theme(UXXmlWrapperBase* node) {
-    return ux::at_boundary(false, [&] {
-        if (!ux::usable(node) || int_attribute(*node, "Count", 0) != 1 ||
+    return at_boundary(false, [&] {
+        if (!usable(node) || int_attribute(*node, "Count", 0) != 1 ||
             int_attribute(*node, "Objects", 0) != kIncludeListObjects) {
             return false;
         }
@@ -100,37 +102,37 @@ extern "C" bool uxtree_is_inclist_theme(UXXmlWrapperBase* node) {
 
 extern "C" int uxtree_theme_tree_get_node_by_id(UXXmlWrapperBase* out, UXXmlWrapperBase* themeTree,
                                                 int id, int depth, bool recursive) {
-    return ux::at_boundary(ux::kFail, [&] {
+    return at_boundary(kFail, [&] {
         UXXmlWrapperBase found;
-        if (ux::any_null(out) || !ux::usable(themeTree) ||
+        if (any_null(out) || !usable(themeTree) ||
             !find_by_low_id(*themeTree, id, depth, recursive, found)) {
-            return ux::kFail;
+            return kFail;
         }
         *out = found;
-        return ux::kOk;
+        return kOk;
     });
 }
 
 extern "C" int uxtree_theme_tree_get_node_by_index(UXXmlWrapperBase* out,
                                                    UXXmlWrapperBase* themeTree, int id, int index,
                                                    int depth, bool recursive) {
-    return ux::at_boundary(ux::kFail, [&] {
+    return at_boundary(kFail, [&] {
         UXXmlWrapperBase node;
-        if (ux::any_null(out) || index < 1 ||
+        if (any_null(out) || index < 1 ||
             !uxtree_theme_tree_get_node_by_id(&node, themeTree, id, depth, recursive) ||
             node.GetNodeCount() < index) {
-            return ux::kFail;
+            return kFail;
         }
         node.GetChild(&node, index - 1);
         *out = node;
-        return ux::kOk;
+        return kOk;
     });
 }
 
 extern "C" int uxtree_theme_tree_get_range_from_range_style(UXXmlWrapperBase* style, int* left,
                                                             int* top, int* right, int* bottom) {
-    return ux::at_boundary(ux::kFail, [&] {
-        if (!ux::usable(style)) return ux::kFail;
+    return at_boundary(kFail, [&] {
+        if (!usable(style)) return kFail;
         struct Side {
             const char* tag;
             int* out;
@@ -139,7 +141,7 @@ extern "C" int uxtree_theme_tree_get_range_from_range_style(UXXmlWrapperBase* st
             {{"Left", left}, {"Right", right}, {"Top", top}, {"Bottom", bottom}}};
         int read = 0;
         CStringUTF8 tag;
-        for (UXXmlWrapperBase& child : ux::children(*style)) {
+        for (UXXmlWrapperBase& child : children(*style)) {
             child.GetTagName(tag);
             for (const Side& side : sides) {
                 if (tag.CompareNoCase(side.tag) != 0) continue;
@@ -147,26 +149,24 @@ extern "C" int uxtree_theme_tree_get_range_from_range_style(UXXmlWrapperBase* st
                 read += child.NodeValue(side.out == nullptr ? passedOver : *side.out, 1);
             }
         }
-        return read == static_cast<int>(sides.size()) ? ux::kOk : ux::kFail;
+        return read == static_cast<int>(sides.size()) ? kOk : kFail;
     });
 }
 
 extern "C" int uxtree_set_theme(UXXmlWrapperBase* target, UXScriptObject* ids,
                                 UXScriptObject* values, const char* comment) {
-    return ux::at_boundary(ux::kFail, [&] {
-        const bool done =
-            vctree_set_theme(target, ux::int_vector(ids), ux::string_array(values), comment);
-        return done ? ux::kOk : ux::kFail;
+    return at_boundary(kFail, [&] {
+        const bool done = vctree_set_theme(target, int_vector(ids), string_array(values), comment);
+        return done ? kOk : kFail;
     });
 }
 
 extern "C" void uxtree_get_theme(UXXmlWrapperBase* document, UXScriptObject* ids,
                                  UXScriptObject* values, CStringUTF8* comment,
                                  UXScriptObject* labels) {
-    ux::at_boundary([&] {
-        CWBOStringArray* const labelArray = ux::string_array(labels);
-        if (ux::refused(labels, labelArray)) return;
-        vctree_get_theme(document, ux::int_vector(ids), ux::string_array(values), comment,
-                         labelArray);
+    at_boundary([&] {
+        CWBOStringArray* const labelArray = string_array(labels);
+        if (refused(labels, labelArray)) return;
+        vctree_get_theme(document, int_vector(ids), string_array(values), comment, labelArray);
     });
 }

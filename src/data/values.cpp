@@ -8,6 +8,8 @@
 #include "frame/script_args.h"
 #include "frame/walk.h"
 
+using namespace ux;
+
 namespace {
 
 constexpr char kNodeId[] = "NodeID";
@@ -24,10 +26,10 @@ void write_text(UXXmlWrapperBase& node, CStringUTF8& text) {
 
 template <typename Visit>
 void visit_leaves_below(const UXXmlWrapperBase& top, Visit&& visit) {
-    ux::visit_below(top, [&](UXXmlWrapperBase& node) {
-        if (!ux::is_leaf(node)) return ux::Step::kIntoBranch;
+    visit_below(top, [&](UXXmlWrapperBase& node) {
+        if (!is_leaf(node)) return Step::kIntoBranch;
         visit(node);
-        return ux::Step::kOverBranch;
+        return Step::kOverBranch;
     });
 }
 
@@ -43,45 +45,41 @@ int vctree_get_values_with_ids(UXXmlWrapperBase* tree, CArray<int, int>* ids,
                                CWBOStringArray* values, int recursive, int onlyChanged,
                                int inheritedRepeat, const char* idAttribute, int themeFlag,
                                CStringUTF8* errorText) {
-    return ux::at_boundary(ux::kBadArgument, [&] {
-        if (!ux::usable(tree) || ux::any_null(ids, values)) {
-            return ux::kBadArgument;
-        }
-        ux::ValueRecord record;
+    return at_boundary(kBadArgument, [&] {
+        if (!usable(tree) || any_null(ids, values)) return kBadArgument;
+        ValueRecord record;
         record.values = values;
-        ux::CollectOptions options;
+        CollectOptions options;
         options.recursive = recursive != 0;
         options.onlyChanged = onlyChanged != 0;
         options.inheritedRepeat = inheritedRepeat;
         options.idAttribute = idAttribute;
         options.themeFlag = themeFlag != 0;
         options.errorText = errorText;
-        return ux::_tree_get_values_by_ids(*tree, *ids, record, options);
+        return _tree_get_values_by_ids(*tree, *ids, record, options);
     });
 }
 
 int vctree_set_values_by_ids(UXXmlWrapperBase* tree, CArray<int, int>* ids, CWBOStringArray* values,
                              int inheritedRepeat, int* duplicate, int setMode,
                              const char* idAttribute, CStringUTF8* errorText) {
-    return ux::at_boundary(ux::kBadArgument, [&] {
-        if (!ux::usable(tree) || ux::any_null(ids, values)) {
-            return ux::kBadArgument;
-        }
-        ux::ValueRecord record;
+    return at_boundary(kBadArgument, [&] {
+        if (!usable(tree) || any_null(ids, values)) return kBadArgument;
+        ValueRecord record;
         record.values = values;
-        ux::SetOptions options;
+        SetOptions options;
         options.inheritedRepeat = inheritedRepeat;
         options.duplicate = duplicate;
         options.setMode = setMode;
         options.idAttribute = idAttribute;
         options.errorText = errorText;
-        return ux::_tree_set_values_by_ids(*tree, *ids, record, options);
+        return _tree_set_values_by_ids(*tree, *ids, record, options);
     });
 }
 
 int vctree_empty_values_with_ids(UXXmlWrapperBase* tree) {
-    return ux::at_boundary(ux::kBadArgument, [&] {
-        if (!ux::usable(tree)) return ux::kBadArgument;
+    return at_boundary(kBadArgument, [&] {
+        if (!usable(tree)) return kBadArgument;
         int emptied = 0;
         CStringUTF8 nothing;
         // Intended: only -1 is spared; any other negative DataID is an identifier here.
@@ -98,15 +96,13 @@ int vctree_empty_values_with_ids(UXXmlWrapperBase* tree) {
 
 int vctree_set_values_by_nodeids(UXXmlWrapperBase* tree, CArray<int, int>* ids,
                                  CWBOStringArray* values) {
-    return ux::at_boundary(ux::kBadArgument, [&] {
-        if (!ux::usable(tree) || ux::any_null(ids, values)) {
-            return ux::kBadArgument;
-        }
-        ux::ValueRecord record;
+    return at_boundary(kBadArgument, [&] {
+        if (!usable(tree) || any_null(ids, values)) return kBadArgument;
+        ValueRecord record;
         record.values = values;
-        const int checked = ux::check_lists(*ids, record);
-        if (checked != ux::kOk) return checked;
-        ux::IdIndex index(*ids);
+        const int checked = check_lists(*ids, record);
+        if (checked != kOk) return checked;
+        IdIndex index(*ids);
         int written = 0;
         visit_leaves_below(*tree, [&](UXXmlWrapperBase& node) {
             int id = 0;
@@ -122,20 +118,20 @@ int vctree_set_values_by_nodeids(UXXmlWrapperBase* tree, CArray<int, int>* ids,
 
 int VCTreeGetValues(UXXmlWrapperBase* node, CWBOStringArray* values, bool childrenOnly) {
     constexpr int kAlways = 0;
-    return ux::at_boundary(kAlways, [&] {
-        if (!ux::usable(node) || ux::any_null(values)) return kAlways;
-        if (ux::is_leaf(*node)) {
+    return at_boundary(kAlways, [&] {
+        if (!usable(node) || any_null(values)) return kAlways;
+        if (is_leaf(*node)) {
             append_text(*node, *values);
             return kAlways;
         }
         values->Add(CStringUTF8());
-        ux::visit_below(*node, [&](UXXmlWrapperBase& below) {
-            if (childrenOnly || ux::is_leaf(below)) {
+        visit_below(*node, [&](UXXmlWrapperBase& below) {
+            if (childrenOnly || is_leaf(below)) {
                 append_text(below, *values);
-                return ux::Step::kOverBranch;
+                return Step::kOverBranch;
             }
             values->Add(CStringUTF8());
-            return ux::Step::kIntoBranch;
+            return Step::kIntoBranch;
         });
         return kAlways;
     });
@@ -145,10 +141,10 @@ extern "C" int uxtree_get_values_with_ids(UXXmlWrapperBase* tree, UXScriptObject
                                           UXScriptObject* values, int recursive, int onlyChanged,
                                           int inheritedRepeat, const char* idAttribute,
                                           int themeFlag, CStringUTF8* errorText) {
-    return ux::at_boundary(ux::kBadArgument, [&] {
-        return vctree_get_values_with_ids(tree, ux::int_vector(ids), ux::string_array(values),
-                                          recursive, onlyChanged, inheritedRepeat, idAttribute,
-                                          themeFlag, errorText);
+    return at_boundary(kBadArgument, [&] {
+        return vctree_get_values_with_ids(tree, int_vector(ids), string_array(values), recursive,
+                                          onlyChanged, inheritedRepeat, idAttribute, themeFlag,
+                                          errorText);
     });
 }
 
@@ -156,8 +152,8 @@ extern "C" int uxtree_set_values_by_ids(UXXmlWrapperBase* tree, UXScriptObject* 
                                         UXScriptObject* values, int inheritedRepeat, int* duplicate,
                                         int setMode, const char* idAttribute,
                                         CStringUTF8* errorText) {
-    return ux::at_boundary(ux::kBadArgument, [&] {
-        return vctree_set_values_by_ids(tree, ux::int_vector(ids), ux::string_array(values),
+    return at_boundary(kBadArgument, [&] {
+        return vctree_set_values_by_ids(tree, int_vector(ids), string_array(values),
                                         inheritedRepeat, duplicate, setMode, idAttribute,
                                         errorText);
     });
@@ -165,22 +161,22 @@ extern "C" int uxtree_set_values_by_ids(UXXmlWrapperBase* tree, UXScriptObject* 
 
 extern "C" int uxtree_set_values_by_nodeids(UXXmlWrapperBase* tree, UXScriptObject* ids,
                                             UXScriptObject* values) {
-    return ux::at_boundary(ux::kBadArgument, [&] {
-        return vctree_set_values_by_nodeids(tree, ux::int_vector(ids), ux::string_array(values));
+    return at_boundary(kBadArgument, [&] {
+        return vctree_set_values_by_nodeids(tree, int_vector(ids), string_array(values));
     });
 }
 
 extern "C" int uxtree_get_values(UXXmlWrapperBase* node, UXScriptObject* values,
                                  bool childrenOnly) {
-    return ux::at_boundary(ux::kBadArgument, [&] {
-        CWBOStringArray* const array = ux::string_array(values);
-        return array == nullptr ? ux::kBadArgument : VCTreeGetValues(node, array, childrenOnly);
+    return at_boundary(kBadArgument, [&] {
+        CWBOStringArray* const array = string_array(values);
+        return array == nullptr ? kBadArgument : VCTreeGetValues(node, array, childrenOnly);
     });
 }
 
 extern "C" void uxtree_clear_all_value(UXXmlWrapperBase* tree) {
-    ux::at_boundary([&] {
-        if (!ux::usable(tree)) return;
+    at_boundary([&] {
+        if (!usable(tree)) return;
         CStringUTF8 nothing;
         visit_leaves_below(*tree, [&](UXXmlWrapperBase& node) { write_text(node, nothing); });
     });
@@ -188,10 +184,10 @@ extern "C" void uxtree_clear_all_value(UXXmlWrapperBase* tree) {
 
 extern "C" void uxtree_recursively_replace_values(UXXmlWrapperBase* node, const char* oldText,
                                                   const char* newText) {
-    ux::at_boundary([&] {
-        if (!ux::usable(node) || !ux::given(oldText)) return;
-        const char* const replacement = ux::text_or(newText, "");
-        if (ux::is_leaf(*node)) replace_in_leaf(*node, oldText, replacement);
+    at_boundary([&] {
+        if (!usable(node) || !given(oldText)) return;
+        const char* const replacement = text_or(newText, "");
+        if (is_leaf(*node)) replace_in_leaf(*node, oldText, replacement);
         visit_leaves_below(
             *node, [&](UXXmlWrapperBase& leaf) { replace_in_leaf(leaf, oldText, replacement); });
     });
