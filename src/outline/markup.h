@@ -66,6 +66,16 @@ private:
     const char* limit_;
 };
 
+// The base of sinks that foresee nothing.
+struct PlainSink {
+    static constexpr const KnownText* expected_tag() { return nullptr; }
+    static constexpr const KnownText* expected_attribute() { return nullptr; }
+    static constexpr const KnownText* expected_end() { return nullptr; }
+    void begin_expected() {}
+    void attribute_expected() {}
+    void end_expected() {}
+};
+
 // Steps through an input, from piece to piece.
 template <typename Input>
 class MarkupCursor {

@@ -6,23 +6,16 @@
 #include <string_view>
 #include <vector>
 
-#include "outline/byte_search.h"
+#include "outline/markup.h"
 #include "outline/outline_builder.h"
 
 namespace ux {
 
 // A sink of the grammar (see markup.h) in front of an outline. Paths are tags separated by "|",
 // the first being that of the top-level element.
-class PathFilter {
+class PathFilter : public PlainSink {
 public:
     PathFilter(OutlineBuilder& outline, const char* const* paths, int count);
-
-    static constexpr const KnownText* expected_tag() { return nullptr; }
-    static constexpr const KnownText* expected_attribute() { return nullptr; }
-    static constexpr const KnownText* expected_end() { return nullptr; }
-    void begin_expected() {}
-    void attribute_expected() {}
-    void end_expected() {}
 
     void begin(std::string_view name);
     void attribute(std::string_view name) { attributes_.emplace_back(name); }

@@ -5,22 +5,15 @@
 #include <string_view>
 #include <vector>
 
-#include "outline/byte_search.h"
+#include "outline/markup.h"
 #include "outline/scanner.h"
 
 namespace ux {
 
-// A sink of the grammar (see markup.h) that foresees nothing.
-class HandlerSink {
+// A sink of the grammar; see markup.h.
+class HandlerSink : public PlainSink {
 public:
     explicit HandlerSink(SaxHandler& handler) : handler_(handler) {}
-
-    static constexpr const KnownText* expected_tag() { return nullptr; }
-    static constexpr const KnownText* expected_attribute() { return nullptr; }
-    static constexpr const KnownText* expected_end() { return nullptr; }
-    void begin_expected() {}
-    void attribute_expected() {}
-    void end_expected() {}
 
     void begin(std::string_view name) {
         name_ = name;
