@@ -20,7 +20,7 @@ constexpr int kInconsistentIds = -2;  // result of the chain of identifiers
 
 // visit_below with the level of each node, the children of top being at firstLevel.
 template <typename Visit>
-bool visit_levels(const UXXmlWrapperBase& top, long long firstLevel, Visit&& visit) {
+bool visit_with_level(const UXXmlWrapperBase& top, long long firstLevel, Visit&& visit) {
     UXXmlWrapperBase node;
     if (!top.FirstChild(&node)) return true;
     for (long long level = firstLevel;;) {
@@ -64,7 +64,7 @@ bool number_nodes(const UXXmlWrapperBase& tree, const Numbering& rule, int level
     const bool limited = rule.maxLevel >= 0;
     if (rule.index < 0 || (limited && level > rule.maxLevel)) return false;
     const bool marked = given(rule.attrName);
-    return !visit_levels(tree, level, [&](UXXmlWrapperBase& node, long long nodeLevel) {
+    return !visit_with_level(tree, level, [&](UXXmlWrapperBase& node, long long nodeLevel) {
         const bool hasMark = marked && node.HasProperty(rule.attrName, 0) != 0;
         if (marked && !rule.skipSubtreeOfMarked && !hasMark) return Step::kOverBranch;
         if (rule.branchesOnly && is_leaf(node)) return Step::kOverBranch;
@@ -161,7 +161,7 @@ struct IdSearch {
 };
 
 bool find_by_id(const UXXmlWrapperBase& tree, const IdSearch& search, UXXmlWrapperBase& found) {
-    return !visit_levels(tree, 0, [&](UXXmlWrapperBase& node, long long level) {
+    return !visit_with_level(tree, 0, [&](UXXmlWrapperBase& node, long long level) {
         // Intended: the repeat identifier constrains the first level only. A node found deeper
         // matches with any repeat identifier.
         const bool repeatIdCounts = level == 0 && search.repeatId >= 1;
