@@ -11,6 +11,7 @@
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
+#include "frame/wrapping.h"
 
 using namespace ux;
 
@@ -65,7 +66,7 @@ UXXmlWrapperBase find_or_append_range(UXXmlWrapperBase& tree, int addFlags, int 
     if (index == 0) return tree;
     // Intended: the child at the position counts, whatever its tag; a negative index always adds.
     if (index > 0 && tree.GetChild(&range, index - 1, nullptr)) return range;
-    const int number = index > 0 ? index : static_cast<int>(0U - static_cast<unsigned>(index));
+    const int number = index > 0 ? index : negated(index);
     append_numbered_range(tree, range, number, addFlags);
     return range;
 }

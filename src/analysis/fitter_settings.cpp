@@ -13,6 +13,7 @@
 #include "frame/guards.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
+#include "frame/wrapping.h"
 
 using namespace ux;
 
@@ -51,10 +52,6 @@ constexpr std::array<List, 13> kLists{{{"Share", 5000},
 constexpr std::array<List, 3> kForeignLists{
     {{"Functions", 19100}, {"FuncFileNames", 19200}, {"FuncCategories", 19300}}};
 
-int entry_id(int base, int number) {
-    return static_cast<int>(static_cast<unsigned>(base) + static_cast<unsigned>(number));
-}
-
 std::unordered_set<int> child_ids(const UXXmlWrapperBase& node) {
     std::unordered_set<int> ids;
     for (UXXmlWrapperBase& child : children(node)) {
@@ -67,7 +64,7 @@ std::unordered_set<int> child_ids(const UXXmlWrapperBase& node) {
 void append_missing_entries(UXXmlWrapperBase& list, int base, int count) {
     const std::unordered_set<int> present = child_ids(list);
     for (int number = 1; number <= count; ++number) {
-        const int id = entry_id(base, number);
+        const int id = wrapping_sum(base, number);
         UXXmlWrapperBase entry;
         if (present.count(id) != 0) continue;
         if (!list.AddNode(&entry, numbered("Value", number), -1)) return;

@@ -9,6 +9,7 @@
 #include "frame/guards.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
+#include "frame/wrapping.h"
 
 using namespace ux;
 
@@ -163,14 +164,11 @@ int transfer_fields(UXXmlWrapperBase& node, const Fields& fields, Record& record
 
 // --- names of result nodes -----------------------------------------------------------------------
 
-int shifted(int number, unsigned by) {
-    return static_cast<int>(static_cast<unsigned>(number) + by);
-}
 int from_zero_based(int index) {
-    return shifted(index, 1U);
+    return wrapping_sum(index, 1);
 }
 int to_zero_based(const CStringUTF8& text) {
-    return shifted(UXLeadingInt(text), ~0U);
+    return wrapping_sum(UXLeadingInt(text), -1);
 }
 
 CStringUTF8 result_name(const tagPOINT& pos) {

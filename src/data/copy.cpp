@@ -10,6 +10,7 @@
 #include "frame/guards.h"
 #include "frame/results.h"
 #include "frame/walk.h"
+#include "frame/wrapping.h"
 
 using namespace ux;
 

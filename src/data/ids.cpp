@@ -5,6 +5,7 @@
 #include "data/names.h"
 #include "frame/guards.h"
 #include "frame/results.h"
+#include "frame/wrapping.h"
 
 using namespace ux;
 
@@ -194,9 +195,7 @@ extern "C" int uxtree_is_in_ids_range(UXXmlWrapperBase* node, int low, int high,
         int id = 0;
         node->GetID(id);
         // Intended: the upper end wraps at 32 bits, so an extra beyond them admits nothing.
-        const int end =
-            static_cast<int>(static_cast<unsigned>(high) + static_cast<unsigned>(extra));
-        return low <= id && id <= end ? kOk : kFail;
+        return low <= id && id <= wrapping_sum(high, extra) ? kOk : kFail;
     });
 }
 

@@ -49,9 +49,4 @@ bool combine_with_repeat(UXXmlWrapperBase& node, int inheritedRepeat, TransportI
                          CStringUTF8* errorText);
 bool combine_with_repeat_node(UXXmlWrapperBase& node, TransportId& out, CStringUTF8* errorText);
 
-// The same value in the other sign; the lowest number stays itself.
-inline int negated(int id) {
-    return static_cast<int>(0U - static_cast<unsigned>(id));
-}
-
 }  // namespace ux

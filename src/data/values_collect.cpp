@@ -5,6 +5,7 @@
 #include "data/range_text.h"
 #include "data/values_detail.h"
 #include "frame/guards.h"
+#include "frame/wrapping.h"
 
 namespace ux {
 namespace {

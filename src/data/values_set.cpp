@@ -9,6 +9,7 @@
 #include "data/values_detail.h"
 #include "frame/guards.h"
 #include "frame/results.h"
+#include "frame/wrapping.h"
 
 namespace ux {
 namespace {

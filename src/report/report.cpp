@@ -3,6 +3,7 @@
 #include "frame/guards.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
+#include "frame/wrapping.h"
 
 using namespace ux;
 
@@ -124,10 +125,6 @@ char as_char(int value) {
     return static_cast<char>(static_cast<unsigned char>(value));
 }
 
-int next(int index) {
-    return static_cast<int>(static_cast<unsigned>(index) + 1U);
-}
-
 }  // namespace
 
 extern "C" {
@@ -163,7 +160,7 @@ int report_get_set_data_string(UXScriptObject* out, int index, int /*reserved*/,
         data.typeChar = 'F';
         LabelForm label;
         label.rowName = labelName;
-        append_strings(*texts, next(index), labelRows, as_char('X' + set), data, label);
+        append_strings(*texts, wrapping_sum(index, 1), labelRows, as_char('X' + set), data, label);
         return kOk;
     });
 }

@@ -13,6 +13,7 @@
 #include "frame/guards.h"
 #include "frame/results.h"
 #include "frame/walk.h"
+#include "frame/wrapping.h"
 
 using namespace ux;
 
@@ -48,13 +49,10 @@ constexpr const Column& parameter_column(std::size_t parameter) {
     return kColumns[5 + parameter];
 }
 
-// perSet * set + variable; sums and products of positions wrap.
+// perSet * set + variable; the product wraps, as the sum does.
 int place_of(int perSet, int set, int variable) {
     const unsigned first = static_cast<unsigned>(perSet) * static_cast<unsigned>(set);
-    return static_cast<int>(first + static_cast<unsigned>(variable));
-}
-int plus(int number, int offset) {
-    return static_cast<int>(static_cast<unsigned>(number) + static_cast<unsigned>(offset));
+    return wrapping_sum(static_cast<int>(first), variable);
 }
 
 // The host keeps the localized text in one shared string, hence the copy.
@@ -133,11 +131,11 @@ void write_reference(UXXmlWrapperBase& row, const Column& column, int dataIndex,
 void write_parameters(UXXmlWrapperBase& row, const Weighting& weighting,
                       const UXXmlWrapperBase* paramTree, int variablePlace) {
     const int first = first_parameter(variablePlace);
-    NumberedNodes nodes(paramTree, plus(first, static_cast<int>(kParameterCount)));
+    NumberedNodes nodes(paramTree, wrapping_sum(first, static_cast<int>(kParameterCount)));
     for (std::size_t k = 0; k < kParameterCount; ++k) {
         if (!weighting.uses[k]) continue;
         UXXmlWrapperBase cell = cell_of(row, parameter_column(k));
-        copy_value(nodes.at(plus(first, static_cast<int>(k))), cell);
+        copy_value(nodes.at(wrapping_sum(first, static_cast<int>(k))), cell);
     }
 }
 
@@ -161,7 +159,7 @@ void refresh_row(UXXmlWrapperBase& row, NumberedNodes& nodes, int variablePlace)
         if (!row.FindChild(numbered("C", column.number), &cell, 1)) continue;
         cell.SetLabel(localized(column.label));
         const int k = column.number - parameter_column(0).number;
-        if (k >= 0) copy_value(nodes.at(plus(first_parameter(variablePlace), k)), cell);
+        if (k >= 0) copy_value(nodes.at(wrapping_sum(first_parameter(variablePlace), k)), cell);
     }
 }
 
@@ -176,11 +174,11 @@ int report_make_input_data_table_var_row(UXXmlWrapperBase* row, UXXmlWrapperBase
                                          int weightColumn, const char* rowLabel, int paramIndex) {
     return at_boundary(kFail, [&] {
         if (!usable(table)) return kFail;
-        const int number = plus(place_of(variablesPerSet, set, variable), 1);
+        const int number = wrapping_sum(place_of(variablesPerSet, set, variable), 1);
         // Intended: the number counts on through the sets, the ID names set and variable.
-        const int id =
-            uxtree_make_one_set_ID(static_cast<unsigned short>(plus(variable, kVariableBase)),
-                                   static_cast<unsigned short>(set));
+        const int id = uxtree_make_one_set_ID(
+            static_cast<unsigned short>(wrapping_sum(variable, kVariableBase)),
+            static_cast<unsigned short>(set));
         UXXmlWrapperBase place = labelled_child(*table, numbered("R", number), id, rowLabel);
         if (!usable(place)) return kFail;
 
@@ -191,7 +189,7 @@ int report_make_input_data_table_var_row(UXXmlWrapperBase* row, UXXmlWrapperBase
         cell_of(place, kWeightType).SetString(weighting.name);
         if (weighting.usesData) {
             write_reference(place, kWeightData, dataIndex, 'P', dependent ? 'W' : 'T',
-                            plus(weightColumn, 1));
+                            wrapping_sum(weightColumn, 1));
         }
         const int variablePlace =
             paramIndex >= 0 ? paramIndex : place_of(variablesPerSet, paramSet, variable);

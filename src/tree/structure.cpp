@@ -11,6 +11,7 @@
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
+#include "frame/wrapping.h"
 #include "tree/edit_walk_detail.h"
 #include "tree/text_set_detail.h"
 
@@ -59,10 +60,6 @@ int largest_id(const std::vector<UXXmlWrapperBase>& nodes) {
         if (node.GetID(id)) largest = std::max(largest, id);
     }
     return largest;
-}
-
-int next_id(int id) {
-    return static_cast<int>(static_cast<unsigned int>(id) + 1U);
 }
 
 // ---- stripping --------------------------------------------------------------------------------
@@ -225,13 +222,13 @@ int uxtree_append_children(UXXmlWrapperBase* target, UXXmlWrapperBase* source,
         const char* prefix = text_or(tagPrefix, "");
         // Intended: without a matching child in target, identifiers start at 0, which is given to
         // no copy; the copies then keep their own and the result is 0.
-        int id = next_id(largest_id(children_with_prefix(*target, prefix)));
+        int id = wrapping_sum(largest_id(children_with_prefix(*target, prefix)), 1);
         UXXmlWrapperBase place = *target;
         for (UXXmlWrapperBase& child : children_with_prefix(*source, prefix)) {
             UXXmlWrapperBase copy;
             if (!place.AddNodeCopy(&child, 1, &copy) || id <= 0) continue;
             copy.SetID(id, false);
-            id = next_id(id);
+            id = wrapping_sum(id, 1);
         }
         return id;
     });

@@ -11,6 +11,7 @@
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
+#include "frame/wrapping.h"
 #include "tree/text_set_detail.h"
 
 using namespace ux;
@@ -72,9 +73,7 @@ template <typename Array>
 void write_by_id(UXXmlWrapperBase& node, int base, Array& values, int count) {
     ListChildren list(node);
     for (int k = 1; k <= count; ++k) {
-        const int id =
-            static_cast<int>(static_cast<unsigned int>(base) + static_cast<unsigned int>(k));
-        UXXmlWrapperBase child = list.find_or_add(k, id);
+        UXXmlWrapperBase child = list.find_or_add(k, wrapping_sum(base, k));
         write_value(child, values.ElementAt(k - 1));
     }
 }
