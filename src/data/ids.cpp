@@ -19,7 +19,6 @@ constexpr int kLargestCombinedRepeat = 32766;  // what can be combined
 constexpr int kLargestCombinedId = 0xFFFF;
 
 constexpr unsigned kLow16 = 0xFFFF;
-constexpr unsigned kOneSetBit = 0x2000;
 
 int read_marker(const UXXmlWrapperBase& node, const char* name, int lowest, int& out) {
     out = -1;

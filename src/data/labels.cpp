@@ -18,8 +18,6 @@ using namespace ux;
 
 namespace {
 
-constexpr char kExpression[] = "?$OP:";
-constexpr int kExpressionLength = 5;
 constexpr char kPartSeparator[] = " (\" - \") ";
 constexpr char kPlainSeparator[] = " - ";
 
@@ -201,8 +199,8 @@ int _tree_combine_data_label(CStringUTF8* out, const CWBOStringArray* labels, bo
     for (int i = 0; i < count && result == kLabelsCombined; ++i) {
         CStringUTF8 part = (*labels)[i];
         // Intended: the first five characters go wherever the marker stands; it is expected there.
-        const bool marked = part.Find(kExpression) >= 0;
-        if (marked) part = part.Mid(kExpressionLength);
+        const bool marked = part.Find(kExpressionMarker) >= 0;
+        if (marked) part = part.Mid(kExpressionMarkerLength);
         if (!marked && strict) {
             result = kLabelWithoutPrefix;
             break;
@@ -210,7 +208,7 @@ int _tree_combine_data_label(CStringUTF8* out, const CWBOStringArray* labels, bo
         if (i > 0) {
             combined += kPartSeparator;
         } else if (addPrefix) {
-            combined = kExpression;
+            combined = kExpressionMarker;
         }
         const bool enclose = part.Find('(') < 0 && (parenthesizeAlways || count >= 2);
         combined += enclose ? enclosed(part) : part;

@@ -6,6 +6,10 @@
 
 namespace ux {
 
+// What a label begins with that is an expression, worked out before it is shown.
+inline constexpr char kExpressionMarker[] = "?$OP:";
+inline constexpr int kExpressionMarkerLength = sizeof kExpressionMarker - 1;
+
 enum : int {
     kLabelsCombined = 0,
     kNoLabels = -1,

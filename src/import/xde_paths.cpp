@@ -8,6 +8,7 @@
 
 #include "uxtree/data/key_values.h"
 
+#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
@@ -26,9 +27,9 @@ struct Bookkeeping {
     std::string_view name;
     DWORD filter;  // the bit that leaves it out; 0: always
 };
-constexpr std::array<Bookkeeping, 16> kBookkeeping{{{"Label", 0},
+constexpr std::array<Bookkeeping, 16> kBookkeeping{{{kLabel, 0},
                                                     {"FileSourcePath", 0},
-                                                    {"DataID", 0},
+                                                    {kDataId, 0},
                                                     {"FileDataDimsVector", 0},
                                                     {"DataTreeNodeType", 0x20000},
                                                     {"DataTreeObjFinder", 0x20000},
@@ -59,7 +60,7 @@ CStringUTF8 tag_of(const UXXmlWrapperBase& node) {
 
 CStringUTF8 path_name(const UXXmlWrapperBase& node) {
     CStringUTF8 label;
-    node.GetPropertyValue("Label", label, 0);
+    node.GetPropertyValue(kLabel, label, 0);
     return label.IsEmpty() ? tag_of(node) : label;
 }
 
@@ -91,7 +92,7 @@ bool find_child_by_label(const UXXmlWrapperBase& parent, const CStringUTF8& labe
                          UXXmlWrapperBase& found) {
     CStringUTF8 text;
     for (UXXmlWrapperBase& child : children(parent)) {
-        if (child.GetPropertyValue("Label", text, 0) && text == label) {
+        if (child.GetPropertyValue(kLabel, text, 0) && text == label) {
             found = child;
             return true;
         }
@@ -164,7 +165,7 @@ CStringUTF8 display_value(UXXmlWrapperBase& node) {
 
 void label_if_unlabelled(UXXmlWrapperBase& node) {
     CStringUTF8 label;
-    node.GetPropertyValue("Label", label, 0);
+    node.GetPropertyValue(kLabel, label, 0);
     if (label.IsEmpty()) node.SetLabel(tag_of(node));
 }
 
@@ -388,6 +389,6 @@ extern "C" int uxtree_save_XDE_array_info(UXXmlWrapperBase* node, int rows, int 
 extern "C" int uxtree_set_XDE_file_info_data_id(UXXmlWrapperBase* node, int dataId) {
     return at_boundary(kFail, [&] {
         if (!usable(node)) return kFail;
-        return dataId < 0 ? node->RemoveProperty("DataID") : node->SetDataID(dataId);
+        return dataId < 0 ? node->RemoveProperty(kDataId) : node->SetDataID(dataId);
     });
 }

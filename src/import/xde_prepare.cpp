@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/walk.h"
 
@@ -294,7 +295,7 @@ void CQXDEXMLPreparer::AfterChild(STRECURSE& record, UXXmlWrapperBase& copy) {
     if (record.detector != nullptr) {
         CStringUTF8 label = record.elementTag;
         label.AppendFormat("_%u", static_cast<unsigned int>(record.position));
-        copy.SetPropertyValue("Label", label);
+        copy.SetPropertyValue(kLabel, label);
     }
     ++record.position;
 }

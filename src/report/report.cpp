@@ -1,5 +1,6 @@
 #include "uxtree/report/report.h"
 
+#include "data/labels_detail.h"
 #include "frame/guards.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
@@ -9,8 +10,6 @@ using namespace ux;
 
 namespace {
 
-constexpr char kMarker[] = "?$OP:";
-constexpr int kMarkerLength = 5;
 constexpr char kDefaultType = 'A';
 constexpr char kLabelSeparator = 'E';
 
@@ -60,7 +59,7 @@ void append_type_flags(CStringUTF8& text, int typeFlags) {
 }
 
 CStringUTF8 data_string(int index, const DataForm& form, char suffix) {
-    CStringUTF8 text = kMarker;
+    CStringUTF8 text = kExpressionMarker;
     text.AppendChar(form.typeChar != 0 ? form.typeChar : kDefaultType);
     append_type_flags(text, form.typeFlags);
     text.AppendChar('=');
@@ -73,7 +72,7 @@ CStringUTF8 data_string(int index, const DataForm& form, char suffix) {
 }
 
 CStringUTF8 label_string(int index, int row, const LabelForm& form, char suffix) {
-    CStringUTF8 text = kMarker;
+    CStringUTF8 text = kExpressionMarker;
     append_char(text, form.separator);
     if (row == kNamedRow && given(form.rowName)) {
         text.AppendFormat("\"%s\"", form.rowName);
@@ -111,13 +110,14 @@ bool is_letter(char c) {
 }
 
 int retype(CStringUTF8& text, char type) {
-    if (text.Find(kMarker) < 0) return kFail;
+    if (text.Find(kExpressionMarker) < 0) return kFail;
     // Intended: the type is expected behind a marker at the very start, wherever it was found.
-    if (text.GetLength() <= kMarkerLength || !is_letter(text[kMarkerLength])) return kFail;
-    const int end = text.Find('=', kMarkerLength);
+    if (text.GetLength() <= kExpressionMarkerLength) return kFail;
+    if (!is_letter(text[kExpressionMarkerLength])) return kFail;
+    const int end = text.Find('=', kExpressionMarkerLength);
     if (end < 0) return kFail;
-    text.Delete(kMarkerLength, end - kMarkerLength);
-    if (type != 0) text.Insert(kMarkerLength, type);
+    text.Delete(kExpressionMarkerLength, end - kExpressionMarkerLength);
+    if (type != 0) text.Insert(kExpressionMarkerLength, type);
     return kOk;
 }
 

@@ -7,6 +7,7 @@
 #include "uxtree/report/report.h"
 #include "uxtree/tree/lookup.h"
 
+#include "data/ids_detail.h"
 #include "data/labels_detail.h"
 #include "data/names.h"
 #include "frame/format.h"
@@ -21,7 +22,6 @@ namespace {
 
 // A row's ID is a one-set identifier: the data set, and an index of 1900 plus the variable.
 constexpr int kVariableBase = 1900;
-constexpr unsigned kOneSetBit = 0x2000;
 constexpr unsigned kIndexMask = 0xFFFF;
 constexpr unsigned kSetShift = 16;
 

@@ -6,6 +6,7 @@
 #include "uxtree/analysis/auto_support.h"
 #include "uxtree/data/attribute_match.h"
 
+#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
@@ -102,7 +103,7 @@ bool step_to_next_pair(UXXmlWrapperBase& a, UXXmlWrapperBase& b, long long& dept
 class AttributeSetter {
 public:
     AttributeSetter(const char* name, const char* value)
-        : name_(name), value_(value), switchesAuto_(std::string_view(name) == "Auto") {}
+        : name_(name), value_(value), switchesAuto_(std::string_view(name) == kAuto) {}
     void operator()(UXXmlWrapperBase& node) const {
         // Intended: "Auto" switches the automatic support on, whatever the value says.
         if (switchesAuto_) {
@@ -212,7 +213,7 @@ bool VCTreeSetAttributes(UXXmlWrapperBase* tree, const CArray<int, int>* ids, co
                          const char* attribute, const char* keyAttr, bool flag) {
     return at_boundary(false, [&] {
         if (ids == nullptr || !usable(tree)) return false;
-        const char* key = text_or(keyAttr, "DataID");
+        const char* key = text_or(keyAttr, kDataId);
         UXXmlWrapperBase source = tree_of_ids(*ids, value, key);
         // Intended: the result is that of the last identifier searched for, so it may be false
         // although nodes were set.

@@ -4,6 +4,7 @@
 
 #include "uxtree/data/ids.h"
 
+#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
@@ -13,7 +14,6 @@ using namespace ux;
 
 namespace {
 
-constexpr const char* kDataId = "DataID";
 constexpr int kAnyValue = -39999;     // matches every value of the attribute
 constexpr int kNoRepeatId = -1;       // any repeat identifier
 constexpr int kInconsistentIds = -2;  // result of the chain of identifiers

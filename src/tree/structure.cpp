@@ -7,6 +7,7 @@
 
 #include "uxtree/tree/lookup.h"
 
+#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
@@ -67,7 +68,7 @@ int largest_id(const std::vector<UXXmlWrapperBase>& nodes) {
 void strip_attributes(UXXmlWrapperBase& node, CWBOStringArray& names) {
     node.GetPropertyNames(names);
     for (int i = names.GetSize() - 1; i >= 0; --i) {
-        if (names[i] != "DataID") node.RemoveProperty(names[i]);
+        if (names[i] != kDataId) node.RemoveProperty(names[i]);
     }
 }
 

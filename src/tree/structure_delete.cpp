@@ -1,6 +1,7 @@
 // Removing and hiding nodes chosen by an attribute or by being empty.
 #include "uxtree/tree/structure.h"
 
+#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/results.h"
 #include "frame/walk.h"
@@ -143,7 +144,7 @@ int uxtree_hide_empty_nodes(UXXmlWrapperBase* tree, bool recursive, bool showNon
                 node.SetShow(0);
                 ++hidden;
             } else if (showNonEmpty) {
-                node.RemoveProperty("Show");
+                node.RemoveProperty(kShow);
             }
             return Step::kOverBranch;
         });
