@@ -8,6 +8,7 @@
 #include "analysis/ranges_detail.h"
 #include "data/names.h"
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
@@ -41,12 +42,6 @@ bool has_role(UXXmlWrapperBase& node, Role role, bool strict) {
     io.NodeValue(value, 1);
     if (value == kInput || value == kOutput) return value == role;
     return !strict;
-}
-
-DWORD bits_of(const UXXmlWrapperBase& node, const char* name) {
-    int bits = 0;
-    node.GetPropertyValue(name, bits, 0);
-    return static_cast<DWORD>(bits);
 }
 
 int kind_of(const UXXmlWrapperBase& node) {

@@ -8,6 +8,7 @@
 #include "data/names.h"
 #include "frame/guards.h"
 #include "frame/messages.h"
+#include "frame/node_values.h"
 #include "frame/results.h"
 
 using namespace ux;
@@ -63,12 +64,6 @@ void assign_if_given(int* out, bool value) {
     if (out != nullptr) *out = value ? 1 : 0;
 }
 
-int attribute_or_zero(const UXXmlWrapperBase& node, const char* name) {
-    int value = 0;
-    node.GetPropertyValue(name, value, 0);
-    return value;
-}
-
 // --- the expanded form ---------------------------------------------------------------------------
 
 struct Weight {
@@ -81,8 +76,8 @@ struct Weight {
 Weight read_compact(UXXmlWrapperBase& compact) {
     Weight weight;
     compact.NodeValue(weight.data, 1, 1, nullptr);
-    weight.method = attribute_or_zero(compact, kWeightMethod);
-    weight.disable = attribute_or_zero(compact, kDisableMethod);
+    weight.method = int_attribute_of(compact, kWeightMethod);
+    weight.disable = int_attribute_of(compact, kDisableMethod);
     for (std::size_t i = 0; i < kParameters.size(); ++i) {
         compact.GetPropertyValue(kParameters[i].attribute, weight.parameters[i], 0);
     }

@@ -9,9 +9,9 @@
 
 #include "analysis/fitter_detail.h"
 #include "data/names.h"
-#include "frame/format.h"
 #include "frame/guards.h"
 #include "frame/script_args.h"
+#include "frame/text.h"
 #include "frame/walk.h"
 #include "frame/wrapping.h"
 

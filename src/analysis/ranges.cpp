@@ -4,10 +4,11 @@
 
 #include "analysis/ranges_detail.h"
 #include "data/names.h"
-#include "frame/format.h"
 #include "frame/guards.h"
 #include "frame/messages.h"
+#include "frame/node_values.h"
 #include "frame/results.h"
+#include "frame/text.h"
 #include "frame/walk.h"
 
 using namespace ux;
@@ -106,7 +107,7 @@ const char* third_slot_tag(int rangeType) {
 
 bool read_text(UXXmlWrapperBase& node, CStringUTF8& text) {
     if (!usable(node)) return false;
-    node.NodeValue(text, 1, 1, nullptr);
+    text = text_of(node);
     return true;
 }
 
@@ -275,9 +276,7 @@ int vctree_set_composite_subrange_values(UXXmlWrapperBase& range, const char* x,
 int vctree_composite_range_get_entire_worksheet_support(UXXmlWrapperBase& node) {
     return at_boundary(kFail, [&] {
         if (!node.HasProperty(kEntireWorksheet, 0)) return 0;
-        int value = 0;
-        node.GetPropertyValue(kEntireWorksheet, value, 0);
-        return value == 1 ? 1 : -1;
+        return int_attribute_of(node, kEntireWorksheet) == 1 ? 1 : -1;
     });
 }
 

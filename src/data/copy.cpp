@@ -8,6 +8,7 @@
 #include "data/names.h"
 #include "data/values_detail.h"
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/walk.h"
 #include "frame/wrapping.h"
@@ -151,8 +152,7 @@ private:
 // --- identifiers by tag name -------------------------------------------------------------------
 
 std::string folded_tag(const UXXmlWrapperBase& node) {
-    CStringUTF8 tag;
-    node.GetTagName(tag);
+    CStringUTF8 tag = tag_of(node);
     tag.MakeLower();
     return static_cast<const char*>(tag);
 }

@@ -4,6 +4,7 @@
 #include "data/ids_detail.h"
 #include "data/names.h"
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/wrapping.h"
 
@@ -21,8 +22,7 @@ constexpr int kLargestCombinedId = 0xFFFF;
 constexpr unsigned kLow16 = 0xFFFF;
 
 int read_marker(const UXXmlWrapperBase& node, const char* name, int lowest, int& out) {
-    out = -1;
-    node.GetPropertyValue(name, out, 0);
+    out = int_attribute_of(node, name, -1);
     return out >= lowest && out <= kLargestRepeat ? kOk : kFail;
 }
 
@@ -32,18 +32,6 @@ int write_marker(UXXmlWrapperBase& node, const char* name, int id) {
 
 unsigned one_set_high_word(unsigned short set) {
     return (set | kOneSetBit) & kLow16;
-}
-
-CStringUTF8 attribute_or_empty(const UXXmlWrapperBase& node, const char* name) {
-    CStringUTF8 text;
-    node.GetPropertyValue(name, text, 0);
-    return text;
-}
-
-CStringUTF8 tag_of(const UXXmlWrapperBase& node) {
-    CStringUTF8 tag;
-    node.GetTagName(tag);
-    return tag;
 }
 
 }  // namespace
@@ -102,7 +90,7 @@ void _tree_format_repeat_id_error(const UXXmlWrapperBase& node, int code, int da
     if (code == kIdTooLarge) what = "DataID conflict with RepeatID";
     if (what == nullptr) return;
     const CStringUTF8 tag = tag_of(node);
-    const CStringUTF8 label = attribute_or_empty(node, kLabel);
+    const CStringUTF8 label = attribute_of(node, kLabel);
     // Intended: an identifier that is too large stands where the others print the inherited
     // RepeatID. Authors of trees search for these texts.
     errorText->Format("%s for Node with Name = %s, Label = %s, Repeat ID = %d", what,
@@ -114,7 +102,7 @@ void _tree_format_repeat_node_id_error(const UXXmlWrapperBase& node, int code, i
                                        CStringUTF8* errorText) {
     if (errorText == nullptr || code >= kIdUnchanged) return;
     const CStringUTF8 tag = tag_of(node);
-    const CStringUTF8 label = attribute_or_empty(node, kLabel);
+    const CStringUTF8 label = attribute_of(node, kLabel);
     // Intended: the RepeatNodeID itself is not known here and prints as -1.
     if (code == kRepeatConflict) {
         errorText->Format(
@@ -130,8 +118,8 @@ void _tree_format_repeat_node_id_error(const UXXmlWrapperBase& node, int code, i
 
 void format_missing_data_id(const UXXmlWrapperBase& node, CStringUTF8& errorText) {
     // Intended: "Name" is the attribute here and the tag in the messages above.
-    const CStringUTF8 name = attribute_or_empty(node, kName);
-    const CStringUTF8 label = attribute_or_empty(node, kLabel);
+    const CStringUTF8 name = attribute_of(node, kName);
+    const CStringUTF8 label = attribute_of(node, kLabel);
     errorText.Format("Missing DataID for Node with Name = %s, Label = %s",
                      static_cast<const char*>(name), static_cast<const char*>(label));
 }
@@ -142,9 +130,7 @@ void format_duplicate_id(int id, int inheritedRepeat, CStringUTF8& errorText) {
 }
 
 TransportId read_id(const UXXmlWrapperBase& node, const char* idAttribute, int inheritedRepeat) {
-    TransportId out{-1, inheritedRepeat};
-    node.GetPropertyValue(idAttribute, out.id, 0);
-    return out;
+    return {int_attribute_of(node, idAttribute, -1), inheritedRepeat};
 }
 
 bool combine_with_repeat(UXXmlWrapperBase& node, int inheritedRepeat, TransportId& out,

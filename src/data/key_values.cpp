@@ -5,7 +5,9 @@
 
 #include "data/level_walk.h"
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/results.h"
+#include "frame/text.h"
 #include "frame/walk.h"
 
 using namespace ux;
@@ -15,12 +17,6 @@ namespace {
 constexpr char kQuote = '"';
 constexpr const char* kDoubledBackslash = "\\\\";
 constexpr const char* kBackslash = "\\";
-
-std::string tag_of(const UXXmlWrapperBase& node) {
-    CStringUTF8 tag;
-    node.GetTagName(tag);
-    return static_cast<const char*>(tag);
-}
 
 void append_pair(UXXmlWrapperBase& branch, const CStringUTF8& pair, char keySeparator) {
     const int separator = pair.Find(keySeparator);
@@ -52,18 +48,18 @@ bool VCTreeGetPathStr(CStringUTF8& out, UXXmlWrapperBase* node) {
             out.Empty();
             return false;
         }
-        std::vector<std::string> tags;
+        std::vector<CStringUTF8> tags;
         std::size_t length = 0;
         UXXmlWrapperBase step = *node;
         do {
             tags.push_back(tag_of(step));
-            length += tags.back().size() + 1;
+            length += view_of(tags.back()).size() + 1;
         } while (step_to_parent(step));
         std::string path;
         path.reserve(length);
         for (auto tag = tags.rbegin(); tag != tags.rend(); ++tag) {
             if (!path.empty()) path += '.';
-            path += *tag;
+            path += view_of(*tag);
         }
         out = path.c_str();
         return true;
@@ -132,7 +128,7 @@ extern "C" int uxtree_add_path_str(UXXmlWrapperBase* branch, const char* attribu
         if (!given(attribute) || !usable(branch)) return kFail;
         std::string path;
         if (includeSelf != 0) {
-            path = tag_of(*branch);
+            path = view_of(tag_of(*branch));
             write_path(*branch, attribute, path);
             path += '.';
         }
@@ -141,7 +137,7 @@ extern "C" int uxtree_add_path_str(UXXmlWrapperBase* branch, const char* attribu
         visit_levels(*branch, path.size(),
                      [&](UXXmlWrapperBase& node, std::size_t& parent, std::size_t& below) {
                          path.resize(parent);
-                         path += tag_of(node);
+                         path += view_of(tag_of(node));
                          write_path(node, attribute, path);
                          path += '.';
                          below = path.size();

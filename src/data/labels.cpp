@@ -10,8 +10,10 @@
 #include "data/labels_detail.h"
 #include "data/names.h"
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
+#include "frame/text.h"
 #include "frame/walk.h"
 
 using namespace ux;
@@ -25,10 +27,6 @@ enum : int { kModeTag = 0, kModeLabel = 1, kModeFull = 2 };
 
 CStringUTF8 enclosed(const CStringUTF8& text) {
     return "(" + text + ")";
-}
-
-std::string_view view(const CStringUTF8& text) {
-    return {text, static_cast<std::size_t>(text.GetLength())};
 }
 
 // --- node labels -------------------------------------------------------------------------------
@@ -47,11 +45,9 @@ CStringUTF8 tag_with_headers(const UXXmlWrapperBase& node, const CStringUTF8& ta
 
 CStringUTF8 node_label(const UXXmlWrapperBase& node, int mode) {
     if (mode < kModeTag || mode > kModeFull) return {};
-    CStringUTF8 tag;
-    node.GetTagName(tag);
+    CStringUTF8 tag = tag_of(node);
     if (mode == kModeTag) return tag;
-    CStringUTF8 label;
-    node.GetPropertyValue(kLabel, label, 0);
+    const CStringUTF8 label = attribute_of(node, kLabel);
     if (label.IsEmpty()) return tag;
     return mode == kModeLabel ? label : tag_with_headers(node, tag, label);
 }
@@ -62,7 +58,7 @@ CStringUTF8 node_label(const UXXmlWrapperBase& node, int mode) {
 class Locator {
 public:
     Locator(std::string_view label, const CWBOStringArray& find) : label_(label) {
-        for (int i = 0; i < find.GetSize(); ++i) finds_.push_back({view(find[i]), kUnknown});
+        for (int i = 0; i < find.GetSize(); ++i) finds_.push_back({view_of(find[i]), kUnknown});
     }
 
     struct Place {
@@ -125,7 +121,7 @@ std::string join(std::vector<Rewritten>& occurrences, std::string_view rest) {
     std::string text;
     for (const Rewritten& one : occurrences) {
         text += one.head;
-        text += view(one.combined);
+        text += view_of(one.combined);
     }
     text += rest;
     return text;
@@ -138,7 +134,7 @@ bool replace_part(CStringUTF8& out, const CStringUTF8& label, const CWBOStringAr
         out = combined_replacements(replacements, {});
         return true;
     }
-    const std::string text(view(label));
+    const std::string text(view_of(label));
     const std::string_view whole = text;
     std::vector<Rewritten> occurrences;
     std::size_t start = 0;
@@ -177,9 +173,7 @@ int rewrite_labels(UXXmlWrapperBase& top, Rewrite&& rewrite) {
 }
 
 bool is_blank(UXXmlWrapperBase& node) {
-    CStringUTF8 text;
-    node.NodeValue(text, 1, 1, nullptr);
-    return text.Trim(' ').IsEmpty();
+    return text_of(node).Trim(' ').IsEmpty();
 }
 
 }  // namespace

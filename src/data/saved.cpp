@@ -7,6 +7,7 @@
 
 #include "data/names.h"
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
@@ -69,14 +70,9 @@ void read(UXXmlWrapperBase& document, CArray<int, int>& ids, CWBOStringArray& va
     CStringUTF8 tag;
     for (UXXmlWrapperBase& entry : children(document)) {
         entry.GetTagName(tag);
-        CStringUTF8 value;
-        entry.NodeValue(value, 1, 1, nullptr);
         ids.Add(id_of_tag(tag));
-        values.Add(std::move(value));
-        if (labels == nullptr) continue;
-        CStringUTF8 label;
-        entry.GetPropertyValue(kLabel, label, 0);
-        labels->Add(std::move(label));
+        values.Add(text_of(entry));
+        if (labels != nullptr) labels->Add(attribute_of(entry, kLabel));
     }
     if (comment != nullptr) document.GetPropertyValue(kComment, *comment, 0);
 }

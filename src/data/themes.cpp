@@ -6,6 +6,7 @@
 
 #include "data/level_walk.h"
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
@@ -23,12 +24,6 @@ constexpr unsigned kPropertiesMask = 0x1F000;
 constexpr unsigned kProperties2Mask = 0xF000;
 
 constexpr unsigned kLow16 = 0xFFFF;
-
-int int_attribute(const UXXmlWrapperBase& node, const char* name, int fallback) {
-    int value = fallback;
-    node.GetPropertyValue(name, value, 0);
-    return value;
-}
 
 bool has_low_id(const UXXmlWrapperBase& node, int id) {
     int own = 0;
@@ -80,19 +75,19 @@ extern "C" bool uxtree_tree_set_theme_file_name(UXXmlWrapperBase* tree, const ch
 
 extern "C" int uxtree_tree_get_theme_type(UXXmlWrapperBase* tree) {
     return at_boundary(kFail, [&] {
-        return usable(tree) ? int_attribute(*tree, kThemeType, kDefaultThemeType) : kFail;
+        return usable(tree) ? int_attribute_of(*tree, kThemeType, kDefaultThemeType) : kFail;
     });
 }
 
 extern "C" bool uxtree_is_inclist_theme(UXXmlWrapperBase* node) {
     return at_boundary(false, [&] {
-        if (!usable(node) || int_attribute(*node, "Count", 0) != 1 ||
-            int_attribute(*node, "Objects", 0) != kIncludeListObjects) {
+        if (!usable(node) || int_attribute_of(*node, "Count") != 1 ||
+            int_attribute_of(*node, "Objects") != kIncludeListObjects) {
             return false;
         }
         // Intended: both names are spelt so in every theme that exists.
-        const auto properties = static_cast<unsigned>(int_attribute(*node, "Properies", 0));
-        const auto properties2 = static_cast<unsigned>(int_attribute(*node, "Properies2", 0));
+        const unsigned properties = bits_of(*node, "Properies");
+        const unsigned properties2 = bits_of(*node, "Properies2");
         if ((properties & ~kPropertiesMask) != 0 || (properties2 & ~kProperties2Mask) != 0) {
             return false;
         }

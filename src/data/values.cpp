@@ -4,6 +4,7 @@
 #include "data/names.h"
 #include "data/values_detail.h"
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
@@ -13,12 +14,6 @@ using namespace ux;
 namespace {
 
 constexpr char kNodeId[] = "NodeID";
-
-void append_text(UXXmlWrapperBase& node, CWBOStringArray& values) {
-    CStringUTF8 text;
-    node.NodeValue(text, 1, 1, nullptr);
-    values.Add(std::move(text));
-}
 
 void write_text(UXXmlWrapperBase& node, CStringUTF8& text) {
     node.NodeValue(text, 0, 1, nullptr);
@@ -34,8 +29,7 @@ void visit_leaves_below(const UXXmlWrapperBase& top, Visit&& visit) {
 }
 
 void replace_in_leaf(UXXmlWrapperBase& node, const char* oldText, const char* newText) {
-    CStringUTF8 text;
-    node.NodeValue(text, 1, 1, nullptr);
+    CStringUTF8 text = text_of(node);
     if (text.Replace(oldText, newText) > 0) write_text(node, text);
 }
 
@@ -121,13 +115,13 @@ int VCTreeGetValues(UXXmlWrapperBase* node, CWBOStringArray* values, bool childr
     return at_boundary(kAlways, [&] {
         if (!usable(node) || any_null(values)) return kAlways;
         if (is_leaf(*node)) {
-            append_text(*node, *values);
+            values->Add(text_of(*node));
             return kAlways;
         }
         values->Add(CStringUTF8());
         visit_below(*node, [&](UXXmlWrapperBase& below) {
             if (childrenOnly || is_leaf(below)) {
-                append_text(below, *values);
+                values->Add(text_of(below));
                 return Step::kOverBranch;
             }
             values->Add(CStringUTF8());

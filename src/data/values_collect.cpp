@@ -5,6 +5,7 @@
 #include "data/range_text.h"
 #include "data/values_detail.h"
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/wrapping.h"
 
 namespace ux {
@@ -84,9 +85,7 @@ private:
     // Intended: what clears the theme flag here clears it for the rest of the level, so that a
     // theme ends where the first themed branch of a level begins.
     bool collect_branch(UXXmlWrapperBase& node, int id, Level& level) {
-        int flags = 0;
-        node.GetPropertyValue(kThemeApplicability, flags, 0);
-        const bool themed = (static_cast<DWORD>(flags) & kThemeData) != 0;
+        const bool themed = (bits_of(node, kThemeApplicability) & kThemeData) != 0;
         if (themed) level.themeFlag = false;
         if (id == -1) return themed;
         collect(node, id, themed ? ValueSource::kDataAttribute : ValueSource::kUseAttribute,
@@ -129,10 +128,7 @@ private:
 
     static void append_attribute(const UXXmlWrapperBase& node, const char* name,
                                  CWBOStringArray* values) {
-        if (values == nullptr) return;
-        CStringUTF8 text;
-        node.GetPropertyValue(name, text, 0);
-        values->Add(std::move(text));
+        if (values != nullptr) values->Add(attribute_of(node, name));
     }
 
     CArray<int, int>& ids_;

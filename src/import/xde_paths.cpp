@@ -10,6 +10,7 @@
 
 #include "data/names.h"
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
@@ -52,15 +53,8 @@ bool is_listed(std::string_view name, DWORD filter) {
 
 // ---- names and paths --------------------------------------------------------------------------
 
-CStringUTF8 tag_of(const UXXmlWrapperBase& node) {
-    CStringUTF8 tag;
-    node.GetTagName(tag);
-    return tag;
-}
-
 CStringUTF8 path_name(const UXXmlWrapperBase& node) {
-    CStringUTF8 label;
-    node.GetPropertyValue(kLabel, label, 0);
+    const CStringUTF8 label = attribute_of(node, kLabel);
     return label.IsEmpty() ? tag_of(node) : label;
 }
 
@@ -143,12 +137,6 @@ bool descend(const UXXmlWrapperBase& tree, const CWBOStringArray& path, int from
 
 // ---- values and source trees ------------------------------------------------------------------
 
-CStringUTF8 text_of(UXXmlWrapperBase& node) {
-    CStringUTF8 text;
-    node.NodeValue(text, 1, 1, nullptr);
-    return text;
-}
-
 CStringUTF8 display_value(UXXmlWrapperBase& node) {
     if (is_leaf(node)) return text_of(node);
     CStringUTF8 out;
@@ -164,9 +152,7 @@ CStringUTF8 display_value(UXXmlWrapperBase& node) {
 }
 
 void label_if_unlabelled(UXXmlWrapperBase& node) {
-    CStringUTF8 label;
-    node.GetPropertyValue(kLabel, label, 0);
-    if (label.IsEmpty()) node.SetLabel(tag_of(node));
+    if (attribute_of(node, kLabel).IsEmpty()) node.SetLabel(tag_of(node));
 }
 
 // The path of the node that a walk has reached, kept as text.

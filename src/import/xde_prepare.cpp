@@ -11,6 +11,7 @@
 
 #include "data/names.h"
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/walk.h"
 
 using namespace ux;
@@ -28,12 +29,6 @@ constexpr int kNoLimit = 0;
 constexpr int kPreviewElements = 5;    // of an array
 constexpr int kPreviewChildren = 200;  // of any other element
 constexpr int kReadPermission = 4;
-
-CStringUTF8 tag_of(const UXXmlWrapperBase& node) {
-    CStringUTF8 tag;
-    node.GetTagName(tag);
-    return tag;
-}
 
 // Copies a description below a node of the caller's tree. It keeps the elements that are being
 // copied on a list of its own, so that the nesting of a file costs no machine stack.

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "frame/guards.h"
+#include "frame/text.h"
 #include "frame/walk.h"
 #include "outline/file.h"
 #include "outline/layout_detail.h"
@@ -29,20 +30,16 @@ void require(int hostResult) {
     if (hostResult == 0) throw std::bad_alloc();
 }
 
-std::string_view view(const CStringUTF8& text) {
-    return {static_cast<const char*>(text), static_cast<std::size_t>(text.GetLength())};
-}
-
 // Folds the element itself. False, with nothing folded, when it is to be skipped.
 bool fold_element(UXXmlWrapperBase& element, OutlineBuilder& outline) {
     CStringUTF8 tag;
     require(element.GetTagName(tag));
-    outline.begin(view(tag));
+    outline.begin(view_of(tag));
     // Intended: only an element that repeats an entry is asked whether it is valid.
     if (outline.has_entry() && element.IsValid() == 0) return false;
     CWBOStringArray names;
     require(element.GetPropertyNames(names));
-    for (int i = 0; i < names.GetSize(); ++i) outline.attribute(view(names[i]));
+    for (int i = 0; i < names.GetSize(); ++i) outline.attribute(view_of(names[i]));
     outline.start();
     return true;
 }

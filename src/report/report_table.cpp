@@ -10,9 +10,10 @@
 #include "data/ids_detail.h"
 #include "data/labels_detail.h"
 #include "data/names.h"
-#include "frame/format.h"
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/results.h"
+#include "frame/text.h"
 #include "frame/walk.h"
 #include "frame/wrapping.h"
 
@@ -103,9 +104,8 @@ int first_parameter(int variablePlace) {
 
 // A missing node leaves the cell's value.
 void copy_value(UXXmlWrapperBase* from, UXXmlWrapperBase& cell) {
-    CStringUTF8 text;
     if (from == nullptr) return;
-    from->NodeValue(text, 1, 1, nullptr);
+    CStringUTF8 text = text_of(*from);
     cell.NodeValue(text, 0, 1, nullptr);
 }
 

@@ -8,6 +8,7 @@
 
 #include "data/names.h"
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
@@ -18,18 +19,6 @@ using namespace ux;
 namespace {
 
 // ---- one attribute of one node ----------------------------------------------------------------
-
-CStringUTF8 attribute_or_empty(const UXXmlWrapperBase& node, const char* name) {
-    CStringUTF8 text;  // stays empty: the host leaves it alone when the attribute is missing
-    node.GetPropertyValue(name, text, 0);
-    return text;
-}
-
-unsigned int bits_of(const UXXmlWrapperBase& node, const char* name) {
-    int bits = 0;
-    node.GetPropertyValue(name, bits, 0);
-    return static_cast<unsigned int>(bits);
-}
 
 bool set_bits(UXXmlWrapperBase& node, const char* name, unsigned int bits) {
     return node.SetPropertyValue(name, static_cast<int>(bits)) != 0;
@@ -49,8 +38,7 @@ bool copy_attribute(const UXXmlWrapperBase& source, UXXmlWrapperBase& target, co
 bool move_int_attribute(UXXmlWrapperBase& node, const char* from, const char* to) {
     if (!node.HasProperty(from, 0)) return false;
     // Intended: only integers survive. A text that is no integer counts as 0, and comes back so.
-    int value = 0;
-    node.GetPropertyValue(from, value, 0);
+    const int value = int_attribute_of(node, from);
     return node.SetPropertyValue(to, value) && node.RemoveProperty(from);
 }
 
@@ -123,7 +111,7 @@ private:
 
 void append_below(const UXXmlWrapperBase& top, CWBOStringArray& out, const char* name) {
     visit_below(top, [&](const UXXmlWrapperBase& node) {
-        out.Add(attribute_or_empty(node, name));
+        out.Add(attribute_of(node, name));
         return Step::kIntoBranch;
     });
 }
@@ -161,9 +149,7 @@ int VCTreeAttributeValues(UXXmlWrapperBase* tree, const char* name, int value,
         const bool removes = removeIfNegative != 0 && value < 0;
         const auto step = [&](UXXmlWrapperBase& node) {
             if (values != nullptr) {
-                int current = -1;
-                node.GetPropertyValue(name, current, 0);
-                values->Add(current);
+                values->Add(int_attribute_of(node, name, -1));
             } else if (removes) {
                 node.RemoveProperty(name);
             } else {
@@ -183,7 +169,7 @@ int VCTreeGetAttributes(UXXmlWrapperBase* tree, CWBOStringArray* out, const char
         if (any_null(out, name) || !usable(tree)) return 0;
         for (UXXmlWrapperBase& child : children(*tree)) {
             if (skip && skip(child)) continue;
-            out->Add(attribute_or_empty(child, name));
+            out->Add(attribute_of(child, name));
             // Intended: skip does not reach below the first level. It leaves out whole
             // top-level branches; every deeper node of a kept branch has its entry.
             if (!directOnly) append_below(child, *out, name);

@@ -6,6 +6,7 @@
 
 #include "data/names.h"
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
@@ -34,12 +35,6 @@ bool visit_with_level(const UXXmlWrapperBase& top, long long firstLevel, Visit&&
             if (level-- == firstLevel || !step_to_parent(node)) return true;
         }
     }
-}
-
-CStringUTF8 tag_of(const UXXmlWrapperBase& node) {
-    CStringUTF8 tag;
-    node.GetTagName(tag);
-    return tag;
 }
 
 // ---- numbering --------------------------------------------------------------------------------
@@ -87,8 +82,7 @@ LevelStop test_level_stop(const UXXmlWrapperBase& node, const UXXmlWrapperBase* 
                           bool useEventRoot) {
     if (top == nullptr) return LevelStop::kGoOn;
     if (useEventRoot) {
-        int option = 0;
-        node.GetPropertyValue("EventRootOption", option, 0);
+        const int option = int_attribute_of(node, "EventRootOption");
         if (option == -1) return LevelStop::kRefused;
         if (option > 0) return LevelStop::kFound;
         // Intended: a value below -1 neither stops the walk nor lets the node be compared with
@@ -255,9 +249,7 @@ bool passes_attribute(const UXXmlWrapperBase& node, const char* name, const char
 bool has_leaf_child(const UXXmlWrapperBase& node, const char* tag, const char* value) {
     for (UXXmlWrapperBase& child : children(node)) {
         if (tag_of(child) != tag || !is_leaf(child)) continue;
-        CStringUTF8 text;
-        child.NodeValue(text, 1, 1, nullptr);
-        if (text.CompareNoCase(value) == 0) return true;
+        if (text_of(child).CompareNoCase(value) == 0) return true;
     }
     return false;
 }

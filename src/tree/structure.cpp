@@ -9,8 +9,10 @@
 
 #include "data/names.h"
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
+#include "frame/text.h"
 #include "frame/walk.h"
 #include "frame/wrapping.h"
 #include "tree/edit_walk_detail.h"
@@ -19,12 +21,6 @@
 using namespace ux;
 
 namespace {
-
-CStringUTF8 tag_of(const UXXmlWrapperBase& node) {
-    CStringUTF8 tag;
-    node.GetTagName(tag);
-    return tag;
-}
 
 // ---- moving -----------------------------------------------------------------------------------
 

@@ -8,6 +8,7 @@
 #include "frame/guards.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
+#include "frame/text.h"
 #include "frame/walk.h"
 #include "tree/edit_walk_detail.h"
 #include "tree/text_set_detail.h"

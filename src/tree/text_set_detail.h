@@ -8,11 +8,9 @@
 #include "uxtree/host/array.h"
 #include "uxtree/host/string.h"
 
-namespace ux {
+#include "frame/text.h"
 
-inline std::string_view view_of(const CStringUTF8& text) {
-    return {static_cast<const char*>(text), static_cast<std::size_t>(text.GetLength())};
-}
+namespace ux {
 
 inline char fold(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;

@@ -3,16 +3,16 @@
 #include <algorithm>
 #include <type_traits>
 #include <unordered_map>
-#include <utility>
 
 #include "uxtree/tree/lookup.h"
 
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
+#include "frame/text.h"
 #include "frame/walk.h"
 #include "frame/wrapping.h"
-#include "tree/text_set_detail.h"
 
 using namespace ux;
 
@@ -120,11 +120,7 @@ int children_to_vector(UXXmlWrapperBase* node, Array* values) {
 
 void vctree_get_all_children_values_as_string_array(UXXmlWrapperBase& node, CWBOStringArray& out) {
     at_boundary([&] {
-        for (UXXmlWrapperBase& child : children(node)) {
-            CStringUTF8 text;
-            child.NodeValue(text, 1, 1, nullptr);
-            out.Add(std::move(text));
-        }
+        for (UXXmlWrapperBase& child : children(node)) out.Add(text_of(child));
     });
 }
 

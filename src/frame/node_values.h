@@ -1,0 +1,38 @@
+// What a node holds, as a value.
+#pragma once
+
+#include "uxtree/host/node.h"
+
+namespace ux {
+
+inline CStringUTF8 tag_of(const UXXmlWrapperBase& node) {
+    CStringUTF8 tag;
+    node.GetTagName(tag);
+    return tag;
+}
+
+// "" for a node without a text.
+inline CStringUTF8 text_of(UXXmlWrapperBase& node) {
+    CStringUTF8 text;
+    node.NodeValue(text, 1, 1, nullptr);
+    return text;
+}
+
+// "" for a node without the attribute.
+inline CStringUTF8 attribute_of(const UXXmlWrapperBase& node, const char* name) {
+    CStringUTF8 text;
+    node.GetPropertyValue(name, text, 0);
+    return text;
+}
+
+// The attribute's integer; the fallback for a node that has none.
+inline int int_attribute_of(const UXXmlWrapperBase& node, const char* name, int fallback = 0) {
+    int value = fallback;
+    node.GetPropertyValue(name, value, 0);
+    return value;
+}
+inline unsigned bits_of(const UXXmlWrapperBase& node, const char* name) {
+    return static_cast<unsigned>(int_attribute_of(node, name));
+}
+
+}  // namespace ux
