@@ -21,6 +21,9 @@ does not say enough:
     def test_something(tool):                     # tool.run(args, ...) takes what case() takes
         result = tool.run(["list"])               # result.out, result.err, result.code
         assert "show" in result.out
+
+A case that cannot be tried here raises Skip with the reason. The exit code is 1 when a case failed,
+else 77 when one was skipped, else 0.
 """
 import difflib
 import importlib
@@ -33,6 +36,11 @@ import tempfile
 import traceback
 
 ANY = object()  # out=ANY, err=ANY: whatever
+SKIPPED = 77  # the exit code that CMakeLists.txt tells ctest about
+
+
+class Skip(Exception):
+    """What a case raises that cannot be tried here."""
 
 
 class Result:
@@ -129,18 +137,21 @@ def main():
     twice = {name for name in names if names.count(name) > 1}
     if twice or not checks:
         sys.exit(f"no cases, or names used twice: {sorted(twice)}")
-    failed = 0
+    failed = skipped = 0
     for check in checks:
         with tempfile.TemporaryDirectory(prefix="uxtree-case-") as folder:
             try:
                 check(Tool(program, folder))
+            except Skip as reason:
+                skipped += 1
+                print(f"SKIPPED {topic}: {check.__name__}: {reason}")
             except Exception as error:  # a failing case does not keep the others from running
                 failed += 1
                 told = str(error) if isinstance(error, AssertionError) and str(error) else \
                     traceback.format_exc()
                 print(f"FAILED {topic}: {check.__name__}\n{told}\n")
-    print(f"{len(checks) - failed} of {len(checks)} cases passed")
-    sys.exit(1 if failed else 0)
+    print(f"{len(checks) - failed - skipped} of {len(checks)} cases passed, {skipped} skipped")
+    sys.exit(1 if failed else SKIPPED if skipped else 0)
 
 
 if __name__ == "__main__":
