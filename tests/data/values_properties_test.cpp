@@ -1,4 +1,4 @@
-// Properties over random trees: the engines against a plain model, and what must read back.
+// Properties over random trees: what must read back.
 #include <algorithm>
 #include <array>
 #include <set>
@@ -10,13 +10,13 @@
 #include "uxtree/data/key_values.h"
 #include "uxtree/data/saved.h"
 
-#include "data/values_model.h"
 #include "data/values_support.h"
+#include "support/model_tree.h"
 
 namespace {
 
-using uxmodel::Entries;
 using uxmodel::Node;
+using uxtest::Entries;
 using uxtest::TestTree;
 
 int below(int limit) {
@@ -69,67 +69,6 @@ Node random_tree(int depth, int repeatOneIn) {
         node.children.push_back(random_tree(depth - 1, repeatOneIn));
     }
     return node;
-}
-
-int random_repeat() {
-    return *rc::gen::element(0, 0, 1, 8, 32);
-}
-
-std::string text_of(const Node& model) {
-    return TestTree(uxmodel::to_xml(model).c_str()).text();
-}
-
-// --- the engines and the model -----------------------------------------------------------------
-
-RC_GTEST_PROP(_tree_get_values_by_ids, CollectsWhatTheModelCollects, ()) {
-    Node model = random_tree(4, 8);
-    TestTree tree(uxmodel::to_xml(model).c_str());
-    ux::CollectOptions options;
-    options.recursive = below(5) > 0;
-    options.onlyChanged = below(4) == 0;
-    options.inheritedRepeat = random_repeat();
-    options.themeFlag = below(2) == 0;
-    options.useFlag = below(2) == 0;
-    Entries expected;
-
-    uxmodel::collect(model, options.inheritedRepeat, options.themeFlag,
-                     {options.recursive, options.onlyChanged, options.useFlag}, expected);
-
-    RC_ASSERT(uxtest::collected(tree.root(), options) == expected);
-    RC_ASSERT(tree.text() == text_of(model));
-}
-
-Entries random_entries() {
-    Entries entries;
-    const int count = 1 + below(12);
-    for (int i = 0; i < count; ++i) {
-        const int id =
-            static_cast<int>(static_cast<unsigned>(*rc::gen::element(0, 0, 1, 32)) << 16) |
-            below(5);
-        entries.emplace_back(id, one_of(kTexts));
-        if (below(3) == 0) entries.emplace_back(-id, one_of(kTexts));
-    }
-    return entries;
-}
-
-RC_GTEST_PROP(_tree_set_values_by_ids, WritesWhatTheModelWrites, ()) {
-    Node model = random_tree(4, 20);
-    TestTree tree(uxmodel::to_xml(model).c_str());
-    const Entries given = random_entries();
-    ux::SetOptions options;
-    options.inheritedRepeat = random_repeat();
-    options.defaultFlags = *rc::gen::element<DWORD>(0, 0, 0x10000, 0x20000, 0x100000);
-    uxmodel::SetRules rules;
-    rules.themeOff = below(3) == 0;
-    rules.checkDynaUse = below(3) == 0;
-    if (rules.themeOff) options.callFlags |= ux::kThemeOff;
-    if (rules.checkDynaUse) options.callFlags |= ux::kCheckDynaUse;
-
-    const int expected =
-        uxmodel::set(model, given, options.inheritedRepeat, options.defaultFlags, rules);
-
-    RC_ASSERT(uxtest::set_values(tree.root(), given, options) == expected);
-    RC_ASSERT(tree.text() == text_of(model));
 }
 
 // --- what reads back ---------------------------------------------------------------------------
