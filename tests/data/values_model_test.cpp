@@ -24,7 +24,7 @@ using uxmodel::to_xml;
 using uxmodel::Words;
 using uxtest::TestTree;
 
-constexpr unsigned kTrees = 3000;
+constexpr unsigned kTrees = 2000;
 
 // A tree in which the rules of repeated identifiers are broken seldom enough for most walks to get
 // to the end, and often enough for some to stop anywhere.
