@@ -4,6 +4,7 @@
 #include "uxtree/import/n42.h"
 
 #include <charconv>
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -102,10 +103,14 @@ void measure(const char* file) {
     constexpr int kRuns = 3;
     const double ourPeak = peak_of("--import", file);
     const double peerPeak = peak_of("--peer", file);
+    const auto memory = static_cast<std::size_t>(std::max(ourPeak, peerPeak) * (1 << 20));
     std::size_t channels = 0;
-    const double peer = uxbench::best_of(kRuns, [&] { channels = read_with_peer(file); });
-    const double ours = uxbench::best_of(kRuns, [&] { import_file(file); });
-    const double preview = uxbench::best_of(kRuns, [&] { preview_file(file); });
+    const double peer = uxbench::best_of(
+        kRuns, [&] { channels = read_with_peer(file); }, memory);
+    const double ours = uxbench::best_of(
+        kRuns, [&] { import_file(file); }, memory);
+    const double preview = uxbench::best_of(
+        kRuns, [&] { preview_file(file); }, memory);
     const double megabytes = static_cast<double>(std::filesystem::file_size(file)) / (1 << 20);
     const double doubles = static_cast<double>(channels) * sizeof(double) / (1 << 20);
     const std::string name = std::filesystem::path(file).filename().string();
@@ -120,6 +125,7 @@ void measure(const char* file) {
 int main(int argc, char** argv) {
     const std::string_view what = argc == 3 ? argv[1] : "";
     if (what == "--import") return import_file(argv[2]), 0;
+    if (what == "--preview") return preview_file(argv[2]), 0;
     if (what == "--peer") return read_with_peer(argv[2]) > 0 ? 0 : 1;
     if (argc < 2) {
         std::fprintf(stderr, "usage: n42_bench FILE.n42...\n");

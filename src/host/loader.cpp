@@ -14,6 +14,7 @@
 #include "uxtree/host/utilities.h"
 
 #include "host/encodings.h"
+#include "host/text_runs.h"
 
 namespace uxhost {
 namespace {
@@ -33,7 +34,7 @@ public:
         XML_SetUserData(parser, this);
         XML_SetElementHandler(parser, start_element, end_element);
         XML_SetCharacterDataHandler(parser, character_data);
-        XML_SetCdataSectionHandler(parser, start_cdata, nullptr);
+        XML_SetCdataSectionHandler(parser, start_cdata, end_cdata);
         XML_SetXmlDeclHandler(parser, xml_declaration);
         XML_SetStartDoctypeDeclHandler(parser, start_doctype);
         XML_SetSkippedEntityHandler(parser, skipped_entity);
@@ -43,6 +44,10 @@ public:
     const std::string& refusal() const { return refusal_; }
     bool root_closed() const { return open_.empty() && document_.root() != nullptr; }
     bool declared_encoding() const { return declaredEncoding_; }
+    // Is what follows the content of an element, read as markup and text?
+    bool in_content() const { return !open_.empty() && !inCdata_; }
+    // Takes a piece of such content that has no markup, as if the parser had reported it.
+    void add_plain_text(std::string_view text) { text_.append(text); }
     // The tag of the innermost open element.
     std::string_view open_tag() const {
         return open_.empty() ? std::string_view() : document_.name_view(open_.back().element->tag);
@@ -83,7 +88,11 @@ private:
             self(data).characters({text, static_cast<std::size_t>(length)});
         });
     }
-    static void XMLCALL start_cdata(void* data) { self(data).pieceIsKept_ = true; }
+    static void XMLCALL start_cdata(void* data) {
+        self(data).pieceIsKept_ = true;
+        self(data).inCdata_ = true;
+    }
+    static void XMLCALL end_cdata(void* data) { self(data).inCdata_ = false; }
     static void XMLCALL xml_declaration(void* data, const XML_Char* /*version*/,
                                         const XML_Char* encoding, int /*standalone*/) {
         self(data).declaredEncoding_ = encoding != nullptr;
@@ -241,6 +250,7 @@ private:
     std::string text_;  // of the open elements, one behind the other
     std::array<NameId, 8> lastNames_{};
     bool pieceIsKept_ = false;
+    bool inCdata_ = false;
     bool hasDoctype_ = false;
     bool declaredEncoding_ = false;
     std::string refusal_;
@@ -251,30 +261,109 @@ struct ParserDeleter {
 };
 using ParserHandle = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter>;
 
-bool is_padding(char c) {
-    return c == '\0' || c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
+// Gives an input to the parser, block by block. Long runs of plain text, as of arrays of numbers,
+// go straight to the builder: the parser looks at every byte more often than they need.
+class Feeder {
+public:
+    Feeder(XML_Parser parser, Builder& builder, const ByteSource& source)
+        : parser_(parser), builder_(builder), source_(source), block_(kBlockBytes) {}
 
-// NUL bytes, and nothing but them and white space, from the parser's place to the end of the input?
-bool only_padding_follows(XML_Parser parser, const char* block, long blockStart, long blockSize,
-                          const ByteSource& source) {
-    long from = static_cast<long>(XML_GetCurrentByteIndex(parser)) - blockStart;
-    from = std::clamp(from, 0L, blockSize);
-    if (!std::all_of(block + from, block + blockSize, is_padding)) return false;
-    std::array<char, 4096> rest{};
-    for (;;) {
-        const long got = source.read(rest.data(), rest.size());
-        if (got <= 0) return got == 0;
-        if (!std::all_of(rest.begin(), rest.begin() + got, is_padding)) return false;
+    // Reads the next block. The number of its bytes, 0 at the end and -1 for a failure.
+    long next_block() {
+        const long got = source_.read(block_.data(), block_.size());
+        rest_ = {block_.data(), static_cast<std::size_t>(std::max(got, 0L))};
+        return got;
     }
-}
+    XML_Status feed_block() {
+        while (!rest_.empty()) {
+            if (feed(long_run_start(rest_)) != XML_STATUS_OK) return XML_STATUS_ERROR;
+            // Inside a comment or the like, of which the parser has not seen the end: one piece
+            // more, because it begins such a token again with each.
+            if (rest_.empty() || !at_content()) return feed(rest_.size());
+            const std::size_t length = std::min(rest_.find('<'), rest_.size());
+            if (is_plain_text(rest_.substr(0, length))) {
+                pass_by(length);
+            } else if (feed(length) != XML_STATUS_OK) {
+                return XML_STATUS_ERROR;
+            }
+        }
+        return XML_STATUS_OK;
+    }
+    XML_Status feed_end() { return XML_Parse(parser_, nullptr, 0, XML_TRUE); }
+
+    // Is all that follows the place of an error, to the end of the input, NUL bytes and white
+    // space?
+    bool only_padding_follows() {
+        const XML_Index from =
+            std::max<XML_Index>(XML_GetCurrentByteIndex(parser_) - pieceStart_, 0);
+        if (!is_padding(piece_.substr(std::min(static_cast<std::size_t>(from), piece_.size()))) ||
+            !is_padding(rest_))
+            return false;
+        for (long got = next_block(); got != 0; got = next_block()) {
+            if (got < 0 || !is_padding(rest_)) return false;
+        }
+        return true;
+    }
+
+    // Where the parser stands in the input, from 1.
+    long long line() const {
+        return static_cast<long long>(XML_GetCurrentLineNumber(parser_)) + passed_.lines;
+    }
+    long long column() const {
+        const auto column = static_cast<long long>(XML_GetCurrentColumnNumber(parser_)) + 1;
+        const bool sameLine = XML_GetCurrentLineNumber(parser_) == passed_.parserLine;
+        return sameLine ? column + passed_.columns : column;
+    }
+
+private:
+    // Gives the first bytes of the rest to the parser.
+    XML_Status feed(std::size_t size) {
+        pieceStart_ += static_cast<XML_Index>(piece_.size());
+        piece_ = rest_.substr(0, size);
+        rest_.remove_prefix(size);
+        return XML_Parse(parser_, piece_.data(), static_cast<int>(size), XML_FALSE);
+    }
+    // Has the parser dealt with all that it was given, and does content follow?
+    bool at_content() const {
+        const XML_Index fed = pieceStart_ + static_cast<XML_Index>(piece_.size());
+        return builder_.in_content() && XML_GetCurrentByteIndex(parser_) == fed;
+    }
+    void pass_by(std::size_t size) {
+        const std::string_view text = rest_.substr(0, size);
+        rest_.remove_prefix(size);
+        builder_.add_plain_text(text);
+        const auto lines = std::count(text.begin(), text.end(), '\n');
+        const std::size_t behind = lines == 0 ? size : size - text.rfind('\n') - 1;
+        const long long columnAfter = (lines == 0 ? column() : 1) + static_cast<long long>(behind);
+        passed_.lines += lines;
+        passed_.parserLine = XML_GetCurrentLineNumber(parser_);
+        passed_.columns =
+            columnAfter - static_cast<long long>(XML_GetCurrentColumnNumber(parser_)) - 1;
+    }
+
+    // What the parser's line and column numbers leave out.
+    struct Passed {
+        long long lines = 0;
+        XML_Size parserLine = 0;  // the line, as the parser counts, of the last run
+        long long columns = 0;    // to add on that line
+    };
+
+    XML_Parser parser_;
+    Builder& builder_;
+    const ByteSource& source_;
+    std::vector<char> block_;
+    std::string_view rest_;     // of the block
+    std::string_view piece_;    // last given to the parser
+    XML_Index pieceStart_ = 0;  // as the parser counts
+    Passed passed_;
+};
 
 enum class Outcome { kParsed, kRefused, kRetryInCodePage };
 
-void report(UXFileError& error, XML_Parser parser, const std::string& message) {
+void report(UXFileError& error, const Feeder& feeder, const std::string& message) {
     error.message = message.c_str();
-    error.line = static_cast<long long>(XML_GetCurrentLineNumber(parser));
-    error.column = static_cast<long long>(XML_GetCurrentColumnNumber(parser)) + 1;
+    error.line = feeder.line();
+    error.column = feeder.column();
 }
 
 std::string describe(XML_Parser parser, const Builder& builder) {
@@ -297,30 +386,27 @@ Outcome parse_as(Document& document, const ByteSource& source, const char* encod
         return Outcome::kRefused;
     }
     Builder builder(document, parser.get());
-    long blockStart = 0;
+    Feeder feeder(parser.get(), builder, source);
     for (;;) {
-        char* block = static_cast<char*>(XML_GetBuffer(parser.get(), kBlockBytes));
-        const long got = block == nullptr ? -1 : source.read(block, kBlockBytes);
+        const long got = feeder.next_block();
         if (got < 0) {
-            report(error, parser.get(), block == nullptr ? "out of memory" : "cannot be read");
+            report(error, feeder, "cannot be read");
             return Outcome::kRefused;
         }
-        const XML_Status status = XML_ParseBuffer(parser.get(), static_cast<int>(got), got == 0);
+        const XML_Status status = got == 0 ? feeder.feed_end() : feeder.feed_block();
         if (status == XML_STATUS_OK) {
             if (got == 0) return Outcome::kParsed;
-            blockStart += got;
             continue;
         }
         const bool invalid = XML_GetErrorCode(parser.get()) == XML_ERROR_INVALID_TOKEN;
-        if (invalid && builder.root_closed() &&
-            only_padding_follows(parser.get(), block, blockStart, got, source)) {
+        if (invalid && builder.root_closed() && feeder.only_padding_follows()) {
             return Outcome::kParsed;
         }
         if (invalid && encoding == nullptr && !builder.declared_encoding() &&
             code_page_encoding(default_code_page()) != nullptr) {
             return Outcome::kRetryInCodePage;
         }
-        report(error, parser.get(), describe(parser.get(), builder));
+        report(error, feeder, describe(parser.get(), builder));
         return Outcome::kRefused;
     }
 }

@@ -1,3 +1,4 @@
+#include <array>
 #include <random>
 
 #include <gmock/gmock.h>
@@ -296,6 +297,70 @@ TEST(load, RandomBytesNeverCrash) {
         ASSERT_EQ(result, tree.IsNodeValid());
         ASSERT_EQ(result == 0, !UXGetLastLoadFailure().message.IsEmpty());
     }
+}
+
+// Long runs of plain text pass the parser by. In UTF-16 none does, so both ways must tell the same.
+std::string long_text(std::mt19937& random) {
+    static constexpr std::array<const char*, 16> kMarks{
+        "&amp;", "&#10;", "]",  "]]", ">",         "\n",         "\r\n",         "\t",
+        "~",     "\x7F",  "\"", "",   "<![CDATA[", "<!-- a > b", "<?p a > b ?>", "<b c='>'/>"};
+    std::string text;
+    for (auto pieces = random() % 4; pieces > 0; --pieces) {
+        const std::size_t length = random() % 8 == 0 ? 65536 + random() % 600 : random() % 1400;
+        const bool lines = random() % 2 == 0;
+        for (std::size_t i = 0; i < length; ++i)
+            text += lines && i % 70 == 0 ? '\n' : "0123 "[i % 5];
+        const std::string mark = kMarks[random() % kMarks.size()];
+        text += mark;
+        if (mark[0] == '<' && mark[1] == '!') {
+            text += std::string(random() % 1500, ' ') + '>' + std::string(random() % 1500, 'x');
+            text += mark[2] == '[' ? "]]>" : "-->";
+        }
+    }
+    return text;
+}
+
+TEST(load, LongTextsAreReadAsShortOnes) {
+    std::mt19937 random(6);
+    int accepted = 0;
+    constexpr int kRounds = 400;
+    for (int round = 0; round < kRounds; ++round) {
+        std::string xml = "<?xml version='1.0'?>\n<r>";
+        for (auto i = random() % 5; i > 0; --i) {
+            xml += long_text(random) + "<a x='" + std::string(random() % 900, '>') + "'>";
+            xml += long_text(random) + "</a>";
+        }
+        xml += "</r>";
+        const std::size_t firstLine = 22;  // its columns count the byte order mark
+        if (random() % 4 == 0)
+            xml[firstLine + random() % (xml.size() - firstLine)] = "<&]\x01>"[random() % 5];
+        const std::string told = parsed(xml);
+        const std::string inUtf16 = parsed(utf16({xml.begin(), xml.end()}, true));
+        ASSERT_TRUE(told == inUtf16) << told.substr(0, 200) << "\n" << inUtf16.substr(0, 200);
+        if (told[0] == '<') ++accepted;
+    }
+    EXPECT_GT(accepted, kRounds / 2);
+    EXPECT_LT(accepted, kRounds);
+}
+
+TEST(load, LongTextsStandInTheCodePageToo) {
+    const std::string run(700, '7');
+
+    EXPECT_EQ(
+        loaded("<?xml version='1.0' encoding='windows-1252'?><r>" + run + "\x80" + run + "</r>"),
+        "<r>" + run + "\u20AC" + run + "</r>");
+    EXPECT_EQ(loaded("<?xml version='1.0' encoding='us-ascii'?><r>" + run + "</r>"),
+              "<r>" + run + "</r>");
+}
+
+TEST(load, PlacesBehindLongTextsAreRight) {
+    const std::string run(600, '7');
+
+    EXPECT_THAT(parsed("<r>" + run + "<a/>" + run + "<1/></r>"),
+                StartsWith("!(memory):1:1209: not well-formed"));
+    EXPECT_THAT(parsed("<r>\n" + run + "\n 8<a/>" + run + "\n\n9<1/></r>"),
+                StartsWith("!(memory):5:3: not well-formed"));
+    EXPECT_THAT(parsed("<r>" + run), StartsWith("!(memory):1:604: "));
 }
 
 TEST(load, ManyAttributesAndNames) {
