@@ -1,4 +1,5 @@
 // Every entry point with every one of its allocations failing in turn.
+#include <cstddef>
 #include <cstdlib>
 #include <new>
 
@@ -10,12 +11,13 @@ namespace {
 long untilFailure = -1;
 bool failed = false;
 
-void* allocate(std::size_t size) {
+void* allocate(std::size_t size, std::size_t alignment = alignof(std::max_align_t)) {
     if (untilFailure >= 0 && untilFailure-- == 0) {
         failed = true;
         throw std::bad_alloc();
     }
-    if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
+    const std::size_t whole = (size / alignment + 1) * alignment;
+    if (void* memory = std::aligned_alloc(alignment, whole)) return memory;
     throw std::bad_alloc();
 }
 
@@ -27,6 +29,9 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
     return allocate(size);
 }
+void* operator new(std::size_t size, std::align_val_t alignment) {
+    return allocate(size, static_cast<std::size_t>(alignment));
+}
 void operator delete(void* memory) noexcept {
     std::free(memory);
 }
@@ -34,6 +39,12 @@ void operator delete[](void* memory) noexcept {
     std::free(memory);
 }
 void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::align_val_t) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept {
     std::free(memory);
 }
 void operator delete[](void* memory, std::size_t) noexcept {
@@ -140,6 +151,55 @@ TEST(uxtree_sort_children_by_int_attribute, SaysWhenMemoryRanShort) {
         expect_sound(root);
         EXPECT_EQ(root.GetNodeCount(), 3);
     } while (failed && !HasFailure());
+}
+
+namespace {
+
+// Calls the action, which yields a host's result, with one after another of its allocations
+// failing; the action sets its stage first.
+template <typename Stage, typename Action, typename Check>
+void fail_each_of_host(Stage stage, Action action, Check check) {
+    long index = 0;
+    do {
+        auto scene = stage();
+        failed = false;
+        untilFailure = index++;
+        const int result = action(scene);
+        untilFailure = -1;
+        EXPECT_EQ(result, failed ? 0 : 1) << "allocation " << index - 1;
+        check(scene, result);
+    } while (failed && !testing::Test::HasFailure());
+    EXPECT_GT(index, 1) << "nothing was allocated";
+}
+
+const std::string kLongText(100000, 'x');
+
+}  // namespace
+
+TEST(UXXmlWrapperBase, AddsNoNodeWithoutItsText) {
+    fail_each_of_host(
+        [] { return TestTree("<r><a/></r>"); },
+        [](const TestTree& tree) {
+            return tree.root().AddTextNode(nullptr, "b", kLongText.c_str(), 0, 0, nullptr);
+        },
+        [](const TestTree& tree, int result) {
+            expect_sound(tree.root());
+            const std::string added = "<b>" + kLongText + "</b>";
+            EXPECT_EQ(tree.text(), "<r><a></a>" + (result == 0 ? "" : added) + "</r>");
+        });
+}
+
+TEST(UXXmlWrapperBase, WritesItsTextWholeOrNotAtAll) {
+    struct Written {
+        TestTree tree{("<r>" + kLongText + "</r>").c_str()};
+        CStringUTF8 text{"kept"};
+    };
+    fail_each_of_host([] { return Written(); },
+                      [](Written& scene) { return scene.tree.root().GetString(scene.text); },
+                      [](const Written& scene, int result) {
+                          EXPECT_EQ(std::string(scene.text),
+                                    result == 0 ? "kept" : "<r>" + kLongText + "</r>");
+                      });
 }
 
 TEST(AllocationFailureProbe, FailsTheAllocationThatItNames) {
