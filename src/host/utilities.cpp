@@ -269,13 +269,11 @@ bool UXParseDouble(std::string_view text, double& value) {
     double number = 0;
     const std::from_chars_result result =
         std::from_chars(text.data(), text.data() + text.size(), number);
-    if (result.ptr != text.data() + text.size()) return false;
+    if (result.ptr != text.data() + text.size()) return false;  // also when it is no number
     if (result.ec == std::errc::result_out_of_range) {
         Decimal parts;
         if (!take_apart(text, parts) || !nearest_is_zero(parts)) return false;
         number = parts.negative ? -0.0 : 0.0;
-    } else if (result.ec != std::errc()) {
-        return false;
     }
     value = number;
     return true;
