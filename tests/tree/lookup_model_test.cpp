@@ -2,6 +2,7 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -10,11 +11,14 @@
 
 #include "support/model_tree.h"
 #include "support/test_tree.h"
+#include "tree/numbering_model.h"
 
 namespace {
 
 using uxmodel::lower;
 using uxmodel::Node;
+using uxmodel::numbered_node;
+using uxmodel::Numbering;
 using uxmodel::Random;
 using uxmodel::same_text;
 using uxmodel::to_xml;
@@ -133,32 +137,6 @@ std::vector<const Node*> line_to(const Node& root, const Node& node) {
 
 // --- numbers ------------------------------------------------------------------------------------
 
-namespace {
-
-struct Numbering {
-    int index;
-    int maxLevel;
-    std::string attribute;  // empty: none
-    bool skipsMarked;
-    bool branchesOnly;
-};
-
-const Node* number(const Node& top, const Numbering& rule, int level, int& counter) {
-    if (rule.index < 0 || (rule.maxLevel >= 0 && level > rule.maxLevel)) return nullptr;
-    for (const Node& child : top.children) {
-        const bool marked = !rule.attribute.empty() && child.has(rule.attribute);
-        if (!rule.skipsMarked && !rule.attribute.empty() && !marked) continue;
-        if (rule.branchesOnly && child.leaf()) continue;
-        if (counter == rule.index) return &child;
-        ++counter;
-        if (child.leaf() || (rule.skipsMarked && marked)) continue;
-        if (const Node* found = number(child, rule, level + 1, counter)) return found;
-    }
-    return nullptr;
-}
-
-}  // namespace
-
 TEST(uxtree_get_node, NumbersAndCountsAsThePlainDefinitionDoes) {
     for_every_tree([](Random& random, Trees& trees) {
         const Numbering rule{random.below(18) - 1, random.below(4) - 1,
@@ -168,7 +146,7 @@ TEST(uxtree_get_node, NumbersAndCountsAsThePlainDefinitionDoes) {
         const int start = random.pick({0, 0, 0, 2, -1});
         int counted = start;
         int counter = start;
-        const Node* node = number(trees.model, rule, level, counted);
+        const Node* node = numbered_node(std::as_const(trees.model), rule, level, counted);
 
         EXPECT_EQ(trees.found_by([&](auto* tree, auto* out) {
             return uxtree_get_node(tree, out, rule.index, &counter, rule.maxLevel,
@@ -182,16 +160,11 @@ TEST(uxtree_get_node, NumbersAndCountsAsThePlainDefinitionDoes) {
 
 TEST(uxtree_get_node_ex, NumbersAsThePlainDefinitionDoes) {
     for_every_tree([](Random& random, Trees& trees) {
-        unsigned flags = random.pick({0U, 0U, 1U, 2U, 255U});
-        for (const unsigned bit : {0x10000U, 0x20000U, 0x40000U}) {
-            if (random.one_in(2)) flags |= bit;
-        }
-        const Numbering rule{random.below(18) - 1,
-                             (flags & 0x40000U) != 0 ? static_cast<int>(flags & 0xFFU) : -1,
-                             random.pick<std::string>({"", "x", "y", "none"}),
-                             (flags & 0x10000U) == 0, (flags & 0x20000U) != 0};
+        const unsigned flags = uxmodel::random_numbering_flags(random);
+        const Numbering rule = Numbering::of_flags(
+            random.below(18) - 1, flags, random.pick<std::string>({"", "x", "y", "none"}));
         int counter = 0;
-        const Node* node = number(trees.model, rule, 0, counter);
+        const Node* node = numbered_node(std::as_const(trees.model), rule, 0, counter);
 
         EXPECT_EQ(trees.found_by([&](auto* tree, auto* out) {
             return uxtree_get_node_ex(tree, out, rule.index, flags, rule.attribute.c_str());
