@@ -127,6 +127,11 @@ int CVCn42FileBase::IdOf(const UXXmlWrapperBase& element) {
     return GetID(tag_, id) ? id : 0;
 }
 
+bool CVCn42FileBase::HasLocalName(const UXXmlWrapperBase& element, const char* name) {
+    element.GetTagName(tag_);
+    return tag_ == name || (NormalizeTag(tag_) && tag_ == name);
+}
+
 const char* CVCn42FileBase::Text(const UXXmlWrapperBase& element) {
     element.GetNodeStringWithBlobInfo(text_, 0);
     return text_;

@@ -76,7 +76,7 @@ protected:
     // A spectrum with at least one channel value.
     struct Spectrum {
         UXXmlWrapperBase element;
-        CStringUTF8 liveTime;
+        UXXmlWrapperBase liveTime;  // the element that tells it
         std::vector<ChannelList> channels;
         int calibration = -1;  // its own in the file; -1: found by reference
     };
@@ -112,6 +112,8 @@ protected:
 
     // The identifier of an element's tag; 0 when it is none of the format's names.
     int IdOf(const UXXmlWrapperBase& element);
+    // Is the tag, without a prefix of the format, the name? For names that the table lacks.
+    bool HasLocalName(const UXXmlWrapperBase& element, const char* name);
     const char* Text(const UXXmlWrapperBase& element);  // until the next call
     CStringUTF8 Attribute(const UXXmlWrapperBase& element, Q_n42_ID name);
     // The first child with the name; invalid when there is none.

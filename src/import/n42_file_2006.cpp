@@ -1,14 +1,12 @@
 #include "import/n42_file_2006.h"
 
-#include <string_view>
-
 #include "frame/guards.h"
 #include "frame/walk.h"
 
 namespace ux {
 namespace {
 
-constexpr std::string_view kRealTime = "RealTime";  // no name of the table
+constexpr const char* kRealTime = "RealTime";  // no name of the table
 
 // Levels from the outside in; 0 for an element that is no level. A level may be left out, as many
 // instruments do, but never stands inside one further in.
@@ -55,52 +53,44 @@ int CVCn42File2006::Read(CWBOStringArray* detectors) {
 // three others at most, so this does not nest any deeper.
 void CVCn42File2006::ReadLevel(const UXXmlWrapperBase& element, Q_n42_ID id, int outer) {
     const std::size_t before = spectra_.size();
-    const int level = AddLevel(element, outer);
-    for (UXXmlWrapperBase& child : children(element)) {
-        const int childId = IdOf(child);
-        if (childId == kN42Spectrum) {
-            Preview() ? PreviewSpectrum(child, level) : ReadSpectrum(child, level);
-        } else if (rank_of(childId) > rank_of(id)) {
-            ReadLevel(child, static_cast<Q_n42_ID>(childId), level);
-        }
-    }
+    const int level = static_cast<int>(levels_.size());
+    levels_.push_back({outer, element, {}, {}, {}});
+    for (UXXmlWrapperBase& child : children(element)) ReadChildOfLevel(child, id, level);
     // Nothing refers to a level without spectra, and a file may have a million of them.
     if (spectra_.size() == before) levels_.resize(static_cast<std::size_t>(level));
 }
 
-int CVCn42File2006::AddLevel(const UXXmlWrapperBase& element, int outer) {
-    DataAtLevel level;
-    level.outer = outer;
-    level.detector = Attribute(element, kN42Detector);
-    level.detectorType = Attribute(element, kN42DetectorType);
-    for (UXXmlWrapperBase& child : children(element)) {
-        switch (Preview() ? 0 : IdOf(child)) {
-            case kN42StartTime:
-                if (!level.startTime) level.startTime = Text(child);
-                break;
-            case kN42SampleRealTime:
-                if (!level.sampleRealTime) level.sampleRealTime = Text(child);
-                break;
-            case kN42MeasuredItemInformation:
-                if (!level.coordinates) level.coordinates = ReadCoordinates(child);
-                break;
-            default:
-                break;
-        }
+void CVCn42File2006::ReadChildOfLevel(const UXXmlWrapperBase& child, Q_n42_ID levelId, int level) {
+    DataAtLevel& data = levels_[static_cast<std::size_t>(level)];
+    const auto note = [&](Word& word) {
+        if (!usable(word)) word = child;
+    };
+    switch (const int id = IdOf(child)) {
+        case kN42StartTime:
+            note(data.startTime);
+            break;
+        case kN42SampleRealTime:
+            note(data.sampleRealTime);
+            break;
+        case kN42MeasuredItemInformation:
+            note(data.itemInformation);
+            break;
+        case kN42Spectrum:
+            Preview() ? PreviewSpectrum(child, level) : ReadSpectrum(child, level);
+            break;
+        default:
+            if (rank_of(id) > rank_of(levelId)) ReadLevel(child, static_cast<Q_n42_ID>(id), level);
     }
-    levels_.push_back(std::move(level));
-    return static_cast<int>(levels_.size()) - 1;
-}
-
-CStringUTF8 CVCn42File2006::ReadCoordinates(const UXXmlWrapperBase& itemInformation) {
-    const UXXmlWrapperBase location = Child(itemInformation, kN42MeasurementLocation);
-    return usable(location) ? ChildText(location, kN42Coordinates) : CStringUTF8();
 }
 
 // The form has no list of detectors; they are known by their spectra.
 void CVCn42File2006::PreviewSpectrum(const UXXmlWrapperBase& element, int level) {
-    const CStringUTF8 detector =
-        Nearest(Attribute(element, kN42Detector), level, &DataAtLevel::detector);
+    CStringUTF8 detector = Attribute(element, kN42Detector);
+    if (detector.IsEmpty()) {
+        detector = Nearest(level, [&](const DataAtLevel& around) {
+            return Attribute(around.element, kN42Detector);
+        });
+    }
     if (!detector.IsEmpty() && previewedNames_.insert(static_cast<const char*>(detector)).second) {
         previewed_->Add(detector);
     }
@@ -112,16 +102,17 @@ void CVCn42File2006::ReadSpectrum(const UXXmlWrapperBase& element, int level) {
     for (UXXmlWrapperBase& child : children(element)) ReadChildOfSpectrum(child, spectrum, data);
     if (spectrum.channels.empty()) return;
     data.level = level;
-    if (!data.detectorType) data.detectorType = Attribute(element, kN42DetectorType);
     spectrum.element = element;
-    spectrum.liveTime = data.liveTime.value_or("");
     spectra_.push_back(std::move(spectrum));
     data_.push_back(std::move(data));
 }
 
 void CVCn42File2006::ReadChildOfSpectrum(const UXXmlWrapperBase& child, Spectrum& spectrum,
                                          ONEDATA& data) {
-    switch (IdOf(child)) {  // the first of repeated texts counts
+    const auto note = [&](Word& word) {  // the first of repeated texts counts
+        if (!usable(word)) word = child;
+    };
+    switch (IdOf(child)) {
         case kN42ChannelData:
             ReadChannels(child, spectrum);
             break;
@@ -129,26 +120,22 @@ void CVCn42File2006::ReadChildOfSpectrum(const UXXmlWrapperBase& child, Spectrum
             if (spectrum.calibration < 0) spectrum.calibration = OwnCalibration(child);
             break;
         case kN42LiveTime:
-            if (!data.liveTime) data.liveTime = Text(child);
+            note(spectrum.liveTime);
             break;
         case kN42StartTime:
-            if (!data.startTime) data.startTime = Text(child);
+            note(data.startTime);
             break;
         case kN42SampleRealTime:
-            if (!data.sampleRealTime) data.sampleRealTime = Text(child);
+            note(data.sampleRealTime);
             break;
         case kN42SourceType:
-            if (!data.sourceType) data.sourceType = Text(child);
+            note(data.sourceType);
             break;
         case kN42DetectorType:
-            if (!data.detectorType) data.detectorType = Text(child);
+            note(data.detectorType);
             break;
-        default: {
-            CStringUTF8 tag;
-            child.GetTagName(tag);
-            if (tag != kRealTime.data()) NormalizeTag(tag);
-            if (tag == kRealTime.data() && !data.realTime) data.realTime = Text(child);
-        }
+        default:
+            if (HasLocalName(child, kRealTime)) note(data.realTime);
     }
 }
 
@@ -201,39 +188,60 @@ CVCn42FileBase::EnergyCalibration* CVCn42File2006::CalibrationOf(const Spectrum&
     return nullptr;
 }
 
-// The spectrum's own word, else the one of the nearest level that has any.
-CStringUTF8 CVCn42File2006::Nearest(const Word& own, int level, Word DataAtLevel::*word) const {
-    if (own && !own->IsEmpty()) return *own;
+template <typename Reads>
+CStringUTF8 CVCn42File2006::Nearest(int level, Reads&& reads) {
     while (level >= 0) {
         const DataAtLevel& around = levels_[static_cast<std::size_t>(level)];
-        if (around.*word && !(around.*word)->IsEmpty()) return *(around.*word);
+        CStringUTF8 text = reads(around);
+        if (!text.IsEmpty()) return text;
         level = around.outer;
     }
     return {};
 }
 
-CVCn42File2006::Words CVCn42File2006::WordsOf(const ONEDATA& data) const {
-    Words words;
-    words.startTime = Nearest(data.startTime, data.level, &DataAtLevel::startTime);
-    words.sampleRealTime = Nearest(data.sampleRealTime, data.level, &DataAtLevel::sampleRealTime);
+CStringUTF8 CVCn42File2006::TextOf(const Word& word) {
+    return usable(word) ? CStringUTF8(Text(word)) : CStringUTF8();
+}
+
+CStringUTF8 CVCn42File2006::CoordinatesOf(const Word& itemInformation) {
+    if (!usable(itemInformation)) return {};
+    const UXXmlWrapperBase location = Child(itemInformation, kN42MeasurementLocation);
+    return usable(location) ? ChildText(location, kN42Coordinates) : CStringUTF8();
+}
+
+// The spectrum's own words count before those of the nearest level that has any.
+void CVCn42File2006::CollectWords(std::size_t spectrum) {
+    const ONEDATA& data = data_[spectrum];
+    const UXXmlWrapperBase& element = spectra_[spectrum].element;
+    const auto pick = [&](CStringUTF8&& own, auto&& reads) {
+        return own.IsEmpty() ? Nearest(data.level, reads) : std::move(own);
+    };
+    words_.startTime = pick(TextOf(data.startTime),
+                            [&](const DataAtLevel& level) { return TextOf(level.startTime); });
+    words_.sampleRealTime = pick(TextOf(data.sampleRealTime), [&](const DataAtLevel& level) {
+        return TextOf(level.sampleRealTime);
+    });
     // Files without levels have no other time than the spectrum's own.
-    if (words.sampleRealTime.IsEmpty()) words.sampleRealTime = data.realTime.value_or("");
-    words.sourceType = data.sourceType.value_or("");
-    words.detectorType = Nearest(data.detectorType, data.level, &DataAtLevel::detectorType);
-    words.coordinates = Nearest({}, data.level, &DataAtLevel::coordinates);
-    return words;
+    if (words_.sampleRealTime.IsEmpty()) words_.sampleRealTime = TextOf(data.realTime);
+    words_.liveTime = TextOf(spectra_[spectrum].liveTime);
+    words_.sourceType = TextOf(data.sourceType);
+    words_.detectorType =
+        pick(usable(data.detectorType) ? TextOf(data.detectorType)
+                                       : Attribute(element, kN42DetectorType),
+             [&](const DataAtLevel& level) { return Attribute(level.element, kN42DetectorType); });
+    words_.coordinates = Nearest(
+        data.level, [&](const DataAtLevel& level) { return CoordinatesOf(level.itemInformation); });
 }
 
 int CVCn42File2006::Build(UXXmlWrapperBase& parent) {
     UXXmlWrapperBase measurements;
     if (!AddMeasurements(parent, measurements)) return kN42CannotAdd;
-    Words words;
     const auto valuesOf = [&](std::size_t index, Values& values) {
-        words = WordsOf(data_[index]);
+        CollectWords(index);
         const std::pair<Q_n42_ID, const CStringUTF8*> candidates[] = {
-            {kN42StartTime, &words.startTime},         {kN42SampleRealTime, &words.sampleRealTime},
-            {kN42LiveTime, &spectra_[index].liveTime}, {kN42SourceType, &words.sourceType},
-            {kN42DetectorType, &words.detectorType},   {kN42Coordinates, &words.coordinates}};
+            {kN42StartTime, &words_.startTime},       {kN42SampleRealTime, &words_.sampleRealTime},
+            {kN42LiveTime, &words_.liveTime},         {kN42SourceType, &words_.sourceType},
+            {kN42DetectorType, &words_.detectorType}, {kN42Coordinates, &words_.coordinates}};
         for (const auto& [name, text] : candidates) {
             if (!text->IsEmpty()) values.push_back({GetName(name), text});
         }

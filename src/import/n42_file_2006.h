@@ -1,8 +1,6 @@
 // The reader of the 2006 form.
 #pragma once
 
-#include <optional>
-
 #include "import/n42_file.h"
 
 namespace ux {
@@ -14,18 +12,19 @@ public:
     int Build(UXXmlWrapperBase& parent) override;
 
 private:
-    using Word = std::optional<CStringUTF8>;
+    // The first element of the file that says something; invalid when none does. Its text is first
+    // read when it is written.
+    using Word = UXXmlWrapperBase;
 
     // What one level of a measurement says of the spectra below it: the measurement, its detector
     // data, a detector's measurement, a spectrum measurement. A level knows only its own words;
     // whoever asks goes outwards until one has any.
     struct DataAtLevel {
         int outer = -1;  // index of the level around it
+        UXXmlWrapperBase element;
         Word startTime;
         Word sampleRealTime;
-        Word detector;
-        Word detectorType;
-        Word coordinates;
+        Word itemInformation;
     };
     // What a spectrum itself says, and where it stands. Entry i belongs to spectrum i.
     struct ONEDATA {
@@ -33,7 +32,6 @@ private:
         Word startTime;
         Word sampleRealTime;
         Word realTime;
-        Word liveTime;
         Word sourceType;
         Word detectorType;
     };
@@ -41,6 +39,7 @@ private:
     struct Words {
         CStringUTF8 startTime;
         CStringUTF8 sampleRealTime;
+        CStringUTF8 liveTime;
         CStringUTF8 sourceType;
         CStringUTF8 detectorType;
         CStringUTF8 coordinates;
@@ -49,18 +48,22 @@ private:
     int CheckRoot(bool known, Q_n42_ID root) const override;
     EnergyCalibration* CalibrationOf(const Spectrum& spectrum) override;
     void ReadLevel(const UXXmlWrapperBase& element, Q_n42_ID id, int outer);
-    int AddLevel(const UXXmlWrapperBase& element, int outer);
-    CStringUTF8 ReadCoordinates(const UXXmlWrapperBase& itemInformation);
+    void ReadChildOfLevel(const UXXmlWrapperBase& child, Q_n42_ID levelId, int level);
     void ReadSpectrum(const UXXmlWrapperBase& element, int level);
     void ReadChildOfSpectrum(const UXXmlWrapperBase& child, Spectrum& spectrum, ONEDATA& data);
     void PreviewSpectrum(const UXXmlWrapperBase& element, int level);
     bool ReadCalibration(const UXXmlWrapperBase& element, EnergyCalibration& calibration);
     int OwnCalibration(const UXXmlWrapperBase& element);
-    CStringUTF8 Nearest(const Word& own, int level, Word DataAtLevel::*word) const;
-    Words WordsOf(const ONEDATA& data) const;
+    CStringUTF8 TextOf(const Word& word);
+    CStringUTF8 CoordinatesOf(const Word& itemInformation);
+    // The text that a level says, with reads telling how to get it; else one further out.
+    template <typename Reads>
+    CStringUTF8 Nearest(int level, Reads&& reads);
+    void CollectWords(std::size_t spectrum);
 
     std::vector<DataAtLevel> levels_;
     std::vector<ONEDATA> data_;
+    Words words_;                              // of the spectrum that is being written
     std::vector<SpectrumRange> measurements_;  // those with a spectrum
     std::unordered_map<std::string, int> ownCalibrations_;
     CWBOStringArray* previewed_ = nullptr;  // receives the detectors in preview

@@ -134,15 +134,13 @@ void CVCn42File::ReadMeasurement(const UXXmlWrapperBase& element, const Selectio
 
 void CVCn42File::ReadSpectrum(const UXXmlWrapperBase& element) {
     Spectrum spectrum;
-    std::optional<CStringUTF8> liveTime;
     for (UXXmlWrapperBase& child : children(element)) {
         const int id = IdOf(child);
         if (id == kN42ChannelData) ReadChannels(child, spectrum);
-        if (id == kN42LiveTimeDuration && !liveTime) liveTime = Text(child);
+        if (id == kN42LiveTimeDuration && !usable(spectrum.liveTime)) spectrum.liveTime = child;
     }
     if (spectrum.channels.empty()) return;
     spectrum.element = element;
-    spectrum.liveTime = liveTime.value_or(CStringUTF8());
     spectra_.push_back(std::move(spectrum));
 }
 
@@ -173,6 +171,7 @@ int CVCn42File::Build(UXXmlWrapperBase& parent) {
 
 int CVCn42File::BuildSpectra(UXXmlWrapperBase& measurements) {
     int written = 0;
+    CStringUTF8 liveTime;
     for (const RadMeasurement& measurement : measurements_) {
         if (measurement.spectra.empty()) continue;
         // Intended: spectra need a class code to be written.
@@ -184,7 +183,7 @@ int CVCn42File::BuildSpectra(UXXmlWrapperBase& measurements) {
             values = {{GetName(kN42MeasurementClassCode), &measurement.classCode},
                       {GetName(kN42StartDateTime), &measurement.startDateTime},
                       {GetName(kN42RealTimeDuration), &measurement.realTime}};
-            const CStringUTF8& liveTime = spectra_[index].liveTime;
+            liveTime = usable(spectra_[index].liveTime) ? Text(spectra_[index].liveTime) : "";
             if (!liveTime.IsEmpty()) values.push_back({GetName(kN42LiveTimeDuration), &liveTime});
         };
         const int result =

@@ -42,19 +42,14 @@ public:
         }
         return "";
     }
-    // The identifier of a tag; false when it is none of the format's names. Of two identifiers
-    // with one name the first in the table wins. Case counts.
+    // The identifier (above 0) of a tag; false when it is none of the format's names. Of two
+    // identifiers with one name the first in the table wins. Case counts.
     bool GetID(const CStringUTF8& tag, Id& id) {
-        const auto known = ids_.find(std::string_view(static_cast<const char*>(tag)));
-        if (known != ids_.end()) {
-            id = known->second;
-            return true;
-        }
-        CStringUTF8 normal = tag;
-        if (!FindInTable(tag, id) && !(NormalizeTag(normal) && FindInTable(normal, id))) {
-            return false;
-        }
-        ids_.emplace(static_cast<const char*>(tag), id);
+        auto known = ids_.find(std::string_view(static_cast<const char*>(tag)));
+        if (known == ids_.end())
+            known = ids_.emplace(static_cast<const char*>(tag), Find(tag)).first;
+        if (known->second == kUnknown) return false;
+        id = known->second;
         return true;
     }
 
@@ -66,16 +61,21 @@ private:
         }
     };
 
-    bool FindInTable(const CStringUTF8& tag, Id& id) const {
+    static constexpr Id kUnknown = Id{};
+
+    Id Find(CStringUTF8 tag) {
+        const Id id = FindInTable(tag);
+        return id == kUnknown && NormalizeTag(tag) ? FindInTable(tag) : id;
+    }
+    Id FindInTable(const CStringUTF8& tag) const {
         for (const IDNAME* row = GetIDsNames(); row->name != nullptr; ++row) {
-            if (tag != row->name) continue;
-            id = static_cast<Id>(row->id);
-            return true;
+            if (tag == row->name) return static_cast<Id>(row->id);
         }
-        return false;
+        return kUnknown;
     }
 
     std::unordered_map<int, const IDNAME*> rows_;
+    // Of every tag that was asked for, those of other names too: a file repeats them.
     std::unordered_map<std::string, Id, TextHash, std::equal_to<>> ids_;
 };
 
