@@ -44,24 +44,46 @@ std::size_t ByteArena::size_class(std::size_t units) {
     return kExactUnits + 1 + std::size_t{width - 7} * 8 + eighth;
 }
 
-Ref ByteArena::pop(std::size_t sizeClass) {
-    const Ref ref = free_[sizeClass];
-    std::memcpy(&free_[sizeClass], at(ref), sizeof(Ref));
+Ref ByteArena::pop(std::size_t units) {
+    const Ref ref = free_[units];
+    std::memcpy(&free_[units], at(ref), sizeof(Ref));
     return ref;
 }
 
-Ref ByteArena::allocate_slow(std::size_t units) {
+Ref ByteArena::allocate_short(std::size_t units) {
+    open_chunk(short_);
+    return short_.take(units);
+}
+
+Ref ByteArena::allocate_long(std::size_t units) {
     if (units > kSharedUnits) return add_chunk(units << 3);
-    const std::size_t sizeClass = size_class(units);
-    if (free_[sizeClass] != 0) return pop(sizeClass);
-    if (units > unitsLeft_) {
-        // A block larger than half of the document's next chunk gets one of its own.
-        if (units << 3 > nextChunkBytes_ / 2) return add_chunk(units << 3);
-        next_ = add_chunk(nextChunkBytes_);
-        unitsLeft_ = nextChunkBytes_ >> 3;
-        nextChunkBytes_ = std::min(nextChunkBytes_ * 8, kFullChunkBytes);
+    if (const Ref ref = free_[size_class(units)]; ref != 0) {
+        unlink(ref);
+        ++longUse_[ref >> kUnitBits].blocks;
+        return ref;
     }
-    return take(units);
+    if (units > long_.unitsLeft) {
+        if (units << 3 > long_.nextChunkBytes / 2) {
+            // A chunk of its own, but only for the first few of such blocks.
+            const Ref ref = add_chunk(units << 3);
+            long_.grow();
+            return ref;
+        }
+        const Ref filled = long_.chunk;
+        open_chunk(long_);
+        if (filled != 0 && longUse_[filled].blocks == 0) drop_blocks(filled);
+    }
+    LongUse& use = longUse_[long_.chunk];
+    ++use.blocks;
+    use.units += static_cast<std::uint32_t>(units);
+    return long_.take(units);
+}
+
+void ByteArena::open_chunk(Fill& fill) {
+    fill.next = add_chunk(fill.nextChunkBytes);
+    fill.chunk = fill.next >> kUnitBits;
+    fill.unitsLeft = fill.nextChunkBytes >> 3;
+    fill.grow();
 }
 
 Ref ByteArena::add_chunk(std::size_t bytes) {
@@ -77,30 +99,68 @@ Ref ByteArena::add_chunk(std::size_t bytes) {
     if (chunks_.size() == chunks_.capacity()) {
         const std::size_t room = std::max<std::size_t>(8, 2 * chunks_.size());
         bases_.reserve(room);
+        longUse_.reserve(room);
         freeChunks_.reserve(room);  // so that giving a chunk back cannot fail
         chunks_.reserve(room);
     }
     if (chunks_.empty()) {
         chunks_.emplace_back();
+        longUse_.emplace_back();
         bases_.push_back(nullptr);
     }
     bases_.push_back(chunk.data());
+    longUse_.emplace_back();
     chunks_.push_back(std::move(chunk));
     return static_cast<Ref>(chunks_.size() - 1) << kUnitBits;
 }
 
 void ByteArena::release(Ref ref, std::size_t bytes) {
     const std::size_t units = rounded_units(bytes);
-    const Ref number = ref >> kUnitBits;
-    if (chunks_[number].size() == units << 3) {
-        chunks_[number] = Chunk();
-        bases_[number] = nullptr;
-        freeChunks_.push_back(number);
+    if (units > kExactUnits) {
+        release_long(ref, units);
         return;
     }
-    const std::size_t sizeClass = size_class(units);
-    std::memcpy(at(ref), &free_[sizeClass], sizeof(Ref));
-    free_[sizeClass] = ref;
+    std::memcpy(at(ref), &free_[units], sizeof(Ref));
+    free_[units] = ref;
+}
+
+void ByteArena::release_long(Ref ref, std::size_t units) {
+    const Ref chunk = ref >> kUnitBits;
+    if (chunks_[chunk].size() == units << 3) {
+        drop_chunk(chunk);
+        return;
+    }
+    Ref& first = free_[size_class(units)];
+    *free_block(ref) = {first, 0, static_cast<std::uint32_t>(units)};
+    if (first != 0) free_block(first)->previous = ref;
+    first = ref;
+    if (--longUse_[chunk].blocks == 0 && chunk != long_.chunk) drop_blocks(chunk);
+}
+
+// Takes a free long block out of its list.
+void ByteArena::unlink(Ref ref) {
+    const FreeBlock block = *free_block(ref);
+    (block.previous == 0 ? free_[size_class(block.units)] : free_block(block.previous)->next) =
+        block.next;
+    if (block.next != 0) free_block(block.next)->previous = block.previous;
+}
+
+// Gives back a chunk of long blocks that are all free.
+void ByteArena::drop_blocks(Ref chunk) {
+    const Ref start = chunk << kUnitBits;
+    for (std::uint32_t unit = 0; unit < longUse_[chunk].units;) {
+        const std::uint32_t units = free_block(start + unit)->units;
+        unlink(start + unit);
+        unit += units;
+    }
+    drop_chunk(chunk);
+}
+
+void ByteArena::drop_chunk(Ref chunk) {
+    chunks_[chunk] = Chunk();
+    bases_[chunk] = nullptr;
+    longUse_[chunk] = {};
+    freeChunks_.push_back(chunk);
 }
 
 void ByteArena::copy_from(const ByteArena& other) {
@@ -108,23 +168,26 @@ void ByteArena::copy_from(const ByteArena& other) {
     std::vector<char*> bases;
     chunks.reserve(other.chunks_.capacity());
     bases.reserve(other.chunks_.capacity());
+    longUse_.reserve(other.chunks_.capacity());
     freeChunks_.reserve(other.chunks_.capacity());
     for (std::size_t i = 0; i < other.chunks_.size(); ++i) {
         const std::size_t size = other.chunks_[i].size();
         chunks.push_back(size == 0 ? Chunk() : Chunk(size));
         bases.push_back(chunks.back().data());
         if (size == 0) continue;
-        const bool filling = other.unitsLeft_ > 0 && i == other.next_ >> kUnitBits;
-        const std::size_t used = filling ? std::size_t{other.next_ & kUnitMask} << 3 : size;
+        std::size_t used = size;
+        for (const Fill& fill : {other.short_, other.long_}) {
+            if (i == fill.chunk) used = size - (fill.unitsLeft << 3);
+        }
         std::memcpy(bases.back(), other.bases_[i], used);
     }
     freeChunks_.assign(other.freeChunks_.begin(), other.freeChunks_.end());
+    longUse_.assign(other.longUse_.begin(), other.longUse_.end());
     chunks_ = std::move(chunks);
     bases_ = std::move(bases);
     free_ = other.free_;
-    next_ = other.next_;
-    unitsLeft_ = other.unitsLeft_;
-    nextChunkBytes_ = other.nextChunkBytes_;
+    short_ = other.short_;
+    long_ = other.long_;
 }
 
 }  // namespace uxhost

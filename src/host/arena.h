@@ -35,18 +35,18 @@ private:
 };
 
 // Blocks of bytes in units of 8. A reference is a chunk's number and a unit in it; chunk 0 stays
-// empty. A released block is handed out again to a request of the same size class.
+// empty. A released block is handed out again to a request of the same size class. Long blocks
+// have chunks apart from short ones, and such a chunk is given back when none of its blocks is in
+// use: a document that drops its large values gets smaller.
 class ByteArena {
 public:
     char* at(Ref ref) const { return bases_[ref >> kUnitBits] + ((ref & kUnitMask) << 3); }
 
     Ref allocate(std::size_t bytes) {
         const std::size_t units = rounded_units(bytes);
-        if (units <= kExactUnits) {
-            if (free_[units] != 0) return pop(units);
-            if (units <= unitsLeft_) return take(units);
-        }
-        return allocate_slow(units);
+        if (units > kExactUnits) return allocate_long(units);
+        if (free_[units] != 0) return pop(units);
+        return units <= short_.unitsLeft ? short_.take(units) : allocate_short(units);
     }
     // bytes as requested
     void release(Ref ref, std::size_t bytes);
@@ -60,9 +60,37 @@ public:
 private:
     static constexpr unsigned kUnitBits = 18;  // 2 MiB of 8-byte units
     static constexpr Ref kUnitMask = (Ref{1} << kUnitBits) - 1;
-    static constexpr std::size_t kExactUnits = 64;        // above, eight classes a doubling
+    static constexpr std::size_t kExactUnits = 64;  // short blocks; above, eight classes a doubling
     static constexpr std::size_t kSharedUnits = 1 << 15;  // larger blocks have a chunk of their own
     static constexpr std::size_t kClasses = kExactUnits + 1 + std::size_t{8} * 9;
+    static constexpr std::size_t kFirstLongChunkBytes = std::size_t{1} << 14;
+
+    // The part of a chunk that is not handed out yet.
+    struct Fill {
+        Ref chunk = 0;
+        Ref next = 0;
+        std::size_t unitsLeft = 0;
+        std::size_t nextChunkBytes = 0;
+
+        Ref take(std::size_t units) {
+            const Ref ref = next;
+            next += static_cast<Ref>(units);
+            unitsLeft -= units;
+            return ref;
+        }
+        void grow() { nextChunkBytes = std::min(nextChunkBytes * 8, kFullChunkBytes); }
+    };
+    // What a free long block holds.
+    struct FreeBlock {
+        Ref next;
+        Ref previous;
+        std::uint32_t units;
+    };
+    // Of a chunk of long blocks.
+    struct LongUse {
+        std::uint32_t blocks = 0;  // in use
+        std::uint32_t units = 0;   // handed out at least once
+    };
 
     static std::size_t rounded_units(std::size_t bytes) {
         const std::size_t units = (bytes + 7) >> 3;
@@ -70,23 +98,24 @@ private:
     }
     static std::size_t rounded_large(std::size_t units);
     static std::size_t size_class(std::size_t units);
-    Ref pop(std::size_t sizeClass);
-    Ref take(std::size_t units) {
-        const Ref ref = next_;
-        next_ += static_cast<Ref>(units);
-        unitsLeft_ -= units;
-        return ref;
-    }
-    Ref allocate_slow(std::size_t units);
+    FreeBlock* free_block(Ref ref) const { return reinterpret_cast<FreeBlock*>(at(ref)); }
+    Ref pop(std::size_t units);
+    Ref allocate_short(std::size_t units);
+    Ref allocate_long(std::size_t units);
+    void release_long(Ref ref, std::size_t units);
+    void unlink(Ref ref);
+    void drop_blocks(Ref chunk);
+    void drop_chunk(Ref chunk);
+    void open_chunk(Fill& fill);
     Ref add_chunk(std::size_t bytes);
 
     std::vector<char*> bases_;
     std::vector<Chunk> chunks_;
-    std::vector<Ref> freeChunks_;  // numbers of chunks that were given back whole
+    std::vector<LongUse> longUse_;  // by chunk
+    std::vector<Ref> freeChunks_;   // numbers of chunks that were given back
     std::array<Ref, kClasses> free_{};
-    Ref next_ = 0;
-    std::size_t unitsLeft_ = 0;
-    std::size_t nextChunkBytes_ = kFirstChunkBytes;
+    Fill short_{0, 0, 0, kFirstChunkBytes};
+    Fill long_{0, 0, 0, kFirstLongChunkBytes};
 };
 
 // Slots of one type, addressed by their number from 1. A released slot keeps its content, so that

@@ -220,7 +220,7 @@ int CVCn42FileBase::WriteMeasurement(
 
 void CVCn42FileBase::PassOver(SpectrumRange spectra) {
     for (std::size_t i = spectra.first; i < spectra.last; ++i) {
-        for (const ChannelList& list : spectra_[i].channels) {
+        for (ChannelList& list : spectra_[i].channels) {
             if (list.compressed) Expand(list);
         }
     }
@@ -233,17 +233,19 @@ int CVCn42FileBase::AddValue(UXXmlWrapperBase& parent, const Value& value) {
     return kN42Ok;
 }
 
-void CVCn42FileBase::Expand(const ChannelList& list) {
+// The text of the channels is not needed any more and makes room for their numbers.
+void CVCn42FileBase::Expand(ChannelList& list) {
     const char* text = Text(list.element);
     if (list.compressed) {
         read_counted_zeroes(text, allowance_, numbers_);
     } else {
         read_numbers(text, numbers_);
     }
+    list.element.ResetValue();
 }
 
-int CVCn42FileBase::WriteSpectrum(UXXmlWrapperBase& measurement, const Spectrum& spectrum,
-                                  int place, bool alone, const Values& values) {
+int CVCn42FileBase::WriteSpectrum(UXXmlWrapperBase& measurement, Spectrum& spectrum, int place,
+                                  bool alone, const Values& values) {
     UXXmlWrapperBase group;
     if (!measurement.AddNode(&group, GetName(kN42Spectrum), -1)) return kN42CannotAdd;
     UXXmlWrapperBase element = spectrum.element;
@@ -255,10 +257,9 @@ int CVCn42FileBase::WriteSpectrum(UXXmlWrapperBase& measurement, const Spectrum&
     return WriteColumns(group, spectrum, alone ? -1 : place);
 }
 
-int CVCn42FileBase::WriteColumns(UXXmlWrapperBase& group, const Spectrum& spectrum,
-                                 int energyIndex) {
+int CVCn42FileBase::WriteColumns(UXXmlWrapperBase& group, Spectrum& spectrum, int energyIndex) {
     int written = 0;
-    for (const ChannelList& list : spectrum.channels) {
+    for (ChannelList& list : spectrum.channels) {
         Expand(list);
         if (written == 0) {
             const int result = WriteEnergies(group, spectrum, energyIndex);

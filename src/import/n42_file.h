@@ -143,10 +143,10 @@ protected:
 private:
     int OpenDocument();
     void CollectPrefixes();
-    void Expand(const ChannelList& list);
-    int WriteSpectrum(UXXmlWrapperBase& measurement, const Spectrum& spectrum, int place,
-                      bool alone, const Values& values);
-    int WriteColumns(UXXmlWrapperBase& group, const Spectrum& spectrum, int energyIndex);
+    void Expand(ChannelList& list);
+    int WriteSpectrum(UXXmlWrapperBase& measurement, Spectrum& spectrum, int place, bool alone,
+                      const Values& values);
+    int WriteColumns(UXXmlWrapperBase& group, Spectrum& spectrum, int energyIndex);
     int WriteEnergies(UXXmlWrapperBase& group, const Spectrum& spectrum, int index);
     int CopyEnergies(UXXmlWrapperBase& group, EnergyCalibration& calibration,
                      const CStringUTF8& name, int channels);
