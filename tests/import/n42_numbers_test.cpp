@@ -1,5 +1,11 @@
 // The numbers in spectrum files: channels, counts, live times.
+#include "import/n42_numbers.h"
+
+#include <array>
+#include <cstdlib>
+#include <random>
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 
@@ -17,6 +23,27 @@ std::string read_channels(const std::string& channels, const std::string& attrib
     const Import import(in_2011(measured(spectrum_of(channels, attributes))));
     EXPECT_EQ(import.result, 0);
     return import.channels("RadMeasurement/Spectrum/ChannelData_0");
+}
+
+// Lists of every length, with tokens on both sides of any boundary, against reading one by one.
+TEST(read_numbers, ReadsEveryTokenWhereverItStands) {
+    std::mt19937 random(3);
+    static constexpr std::array<const char*, 12> kTokens{
+        "0", "7", "42", "999", "12345678", "123456789", "1.5", "-3", "1e3", "x", "99999999", ".25"};
+    static constexpr std::array<const char*, 5> kBlanks{" ", "\n", "  ", "\t\r\n", "      "};
+    ux::NumberList list;
+    for (int round = 0; round < 3000; ++round) {
+        std::string text = random() % 2 == 0 ? "" : kBlanks[random() % kBlanks.size()];
+        std::vector<double> expected;
+        for (auto i = random() % 60; i > 0; --i) {
+            const char* const token = kTokens[random() % kTokens.size()];
+            text += std::string(token) + (i > 1 || random() % 2 == 0 ? kBlanks[random() % 5] : "");
+            expected.push_back(std::strtod(token, nullptr));
+        }
+        ux::read_numbers(text.c_str(), list);
+        ASSERT_EQ(std::vector<double>(list.data(), list.data() + list.size()), expected) << text;
+        ASSERT_EQ(ux::has_numbers(text.c_str()), !expected.empty()) << text;
+    }
 }
 
 struct ChannelCase {
