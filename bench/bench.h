@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <string>
 
 #include <sys/mman.h>
@@ -20,8 +21,14 @@ inline void touch_memory(std::size_t bytes) {
     void* const memory =
         mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (memory == MAP_FAILED) return;
+    madvise(memory, bytes, MADV_HUGEPAGE);  // kept whole, it serves small and large pages alike
     std::memset(memory, 1, bytes);
     munmap(memory, bytes);
+}
+
+// The path of the running program, to start it again.
+inline std::string this_program() {
+    return std::filesystem::read_symlink("/proc/self/exe").string();
 }
 
 // Seconds of the fastest of several runs: the others were disturbed. Memory of the given size is

@@ -1,21 +1,19 @@
 // Importing radiation spectrum files, against reading them with a plain DOM: pugixml loads the
 // file and from_chars reads every channel into vectors that are kept. Arguments: spectrum files.
-// The memory columns are the peaks of processes of their own, each doing one thing once.
+// Times and peak memory are those of processes of their own, each doing one thing once.
 #include "uxtree/import/n42.h"
 
 #include <charconv>
-#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include <pugixml.hpp>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "bench.h"
 
@@ -85,38 +83,56 @@ void preview_file(const char* file) {
     if (VCTree_n42_(nullptr, file, &detectors, nullptr, kPreview) != 0) std::exit(1);
 }
 
-// The peak memory, in MB, of a fresh process that does nothing else: this program again, told what
-// to do. A fork of this one would begin with its memory.
-double peak_of(const char* what, const char* file) {
-    const pid_t child = fork();
-    if (child == 0) {
-        execl("/proc/self/exe", "n42_bench", what, file, static_cast<char*>(nullptr));
-        _exit(1);
+struct Cost {
+    double seconds = 1e300;
+    double peakMegabytes = 0;
+    std::size_t channels = 0;
+};
+
+// What a child prints: the seconds its work took, its peak memory in MB and the channels it read.
+void print_cost(double seconds, std::size_t channels) {
+    long kilobytes = 0;
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.rfind("VmHWM:", 0) == 0) kilobytes = std::stol(line.substr(6));
     }
-    int status = 0;
-    struct rusage usage {};
-    if (wait4(child, &status, 0, &usage) != child || status != 0) std::exit(1);
-    return static_cast<double>(usage.ru_maxrss) / 1024;
+    std::printf("%.6f %.1f %zu\n", seconds, static_cast<double>(kilobytes) / 1024, channels);
 }
 
+// Does one thing once, in a process that has done nothing else: what an allocator keeps of one run
+// would make the next one look cheaper than the work is.
+Cost cost_of(const std::string& what, const char* file, double megabytes) {
+    uxbench::touch_memory(static_cast<std::size_t>(megabytes * (1 << 20)));
+    const std::string command = uxbench::this_program() + " " + what + " '" + file + "'";
+    FILE* const output = popen(command.c_str(), "r");
+    Cost cost;
+    const bool told = output != nullptr && std::fscanf(output, "%lf %lf %zu", &cost.seconds,
+                                                       &cost.peakMegabytes, &cost.channels) == 3;
+    if (!told || pclose(output) != 0) std::exit(1);
+    return cost;
+}
+
+// The fastest of several runs that take turns, so that whatever else goes on meets all alike.
 void measure(const char* file) {
-    constexpr int kRuns = 3;
-    const double ourPeak = peak_of("--import", file);
-    const double peerPeak = peak_of("--peer", file);
-    const auto memory = static_cast<std::size_t>(std::max(ourPeak, peerPeak) * (1 << 20));
-    std::size_t channels = 0;
-    const double peer = uxbench::best_of(
-        kRuns, [&] { channels = read_with_peer(file); }, memory);
-    const double ours = uxbench::best_of(
-        kRuns, [&] { import_file(file); }, memory);
-    const double preview = uxbench::best_of(
-        kRuns, [&] { preview_file(file); }, memory);
+    constexpr int kRuns = 5;
+    Cost ours;
+    Cost peer;
+    Cost preview;
+    const auto keep_best = [](Cost& best, const Cost& run) {
+        if (run.seconds < best.seconds) best = run;
+    };
+    for (int i = 0; i < kRuns; ++i) {
+        keep_best(peer, cost_of("--peer", file, peer.peakMegabytes));
+        keep_best(ours, cost_of("--import", file, peer.peakMegabytes));
+        keep_best(preview, cost_of("--preview", file, preview.peakMegabytes));
+    }
     const double megabytes = static_cast<double>(std::filesystem::file_size(file)) / (1 << 20);
-    const double doubles = static_cast<double>(channels) * sizeof(double) / (1 << 20);
+    const double doubles = static_cast<double>(peer.channels) * sizeof(double) / (1 << 20);
     const std::string name = std::filesystem::path(file).filename().string();
     std::printf("| %-10s | %7.0f | %7.0f | %7.2f | %7.0f | %7.0f | %7.0f | %7.0f | %7.0f |\n",
-                name.c_str(), ours * 1e3, peer * 1e3, ours / peer, preview * 1e3, ourPeak,
-                doubles + 2 * megabytes, peerPeak, doubles);
+                name.c_str(), ours.seconds * 1e3, peer.seconds * 1e3, ours.seconds / peer.seconds,
+                preview.seconds * 1e3, ours.peakMegabytes, doubles + 2 * megabytes,
+                peer.peakMegabytes, doubles);
     std::fflush(stdout);
 }
 
@@ -124,9 +140,16 @@ void measure(const char* file) {
 
 int main(int argc, char** argv) {
     const std::string_view what = argc == 3 ? argv[1] : "";
-    if (what == "--import") return import_file(argv[2]), 0;
-    if (what == "--preview") return preview_file(argv[2]), 0;
-    if (what == "--peer") return read_with_peer(argv[2]) > 0 ? 0 : 1;
+    if (what.substr(0, 2) == "--") {
+        std::size_t channels = 0;
+        const double seconds = uxbench::best_of(1, [&] {
+            if (what == "--import") import_file(argv[2]);
+            if (what == "--peer") channels = read_with_peer(argv[2]);
+            if (what == "--preview") preview_file(argv[2]);
+        });
+        print_cost(seconds, channels);
+        return 0;
+    }
     if (argc < 2) {
         std::fprintf(stderr, "usage: n42_bench FILE.n42...\n");
         return 2;
