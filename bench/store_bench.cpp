@@ -1,19 +1,20 @@
 // The embedded host's node store against bare expat and pugixml: loading, saving, copying,
 // searching and querying an option tree. Arguments: numbers of leaves (default 100000 1000000).
-#include <expat.h>
-#include <fcntl.h>
-#include <malloc.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
-#include <pugixml.hpp>
 #include <string>
 
-#include "bench.h"
+#include <expat.h>
+#include <fcntl.h>
+#include <malloc.h>
+#include <pugixml.hpp>
+#include <unistd.h>
+
 #include "uxtree/host/host.h"
 #include "uxtree/outline/xpath.h"
+
+#include "bench.h"
 
 namespace {
 
@@ -64,12 +65,16 @@ void run(int leaves) {
     std::printf("\n%d leaves\n\n", leaves);
     std::ofstream(kInput, std::ios::binary) << uxbench::option_tree(leaves);
     const int runs = leaves > 300000 ? 5 : 15;
+    const std::size_t memory = static_cast<std::size_t>(leaves) * 256;
 
-    const double expat = best_of(runs, bare_expat_pass);
-    const double load = best_of(runs, [] {
-        UXXmlWrapperBase tree;
-        check(tree.load(kInput, 0, false) == 1, "load");
-    });
+    const double expat = best_of(runs, bare_expat_pass, memory);
+    const double load = best_of(
+        runs,
+        [] {
+            UXXmlWrapperBase tree;
+            check(tree.load(kInput, 0, false) == 1, "load");
+        },
+        memory);
     const std::size_t before = heap_in_use();
     UXXmlWrapperBase tree;
     tree.load(kInput, 0, false);
@@ -79,31 +84,48 @@ void run(int leaves) {
 
     uxbench::report_header();
     report("load", load, "expat, empty handlers", expat);
-    const double pugiLoad = best_of(runs, [] {
-        pugi::xml_document other;
-        check(static_cast<bool>(other.load_file(kInput)), "pugixml load");
-    });
+    const double pugiLoad = best_of(
+        runs,
+        [] {
+            pugi::xml_document other;
+            check(static_cast<bool>(other.load_file(kInput)), "pugixml load");
+        },
+        memory);
     report("load", load, "pugixml load_file", pugiLoad);
     const double save = best_of(runs, [&] { check(tree.Save(kOutput, 0) == 1, "save"); });
     report("save", save, "pugixml save_file, fsync, rename",
            best_of(runs, [&] { save_pugixml(document); }));
-    const double clone = best_of(runs, [&] {
-        UXXmlWrapperBase copy;
-        check(tree.Clone(&copy, 1) == 1, "clone");
-    });
-    report("clone of the document", clone, "pugixml reset(other)", best_of(runs, [&] {
-               pugi::xml_document copy;
-               copy.reset(document);
-           }));
+    const double clone = best_of(
+        runs,
+        [&] {
+            UXXmlWrapperBase copy;
+            check(tree.Clone(&copy, 1) == 1, "clone");
+        },
+        memory);
+    report("clone of the document", clone, "pugixml reset(other)",
+           best_of(
+               runs,
+               [&] {
+                   pugi::xml_document copy;
+                   copy.reset(document);
+               },
+               memory));
     UXXmlWrapperBase target;
-    const double copy = best_of(runs, [&] {
-        target.CreateNew(0, "r");
-        check(target.AddNodeCopy(&tree, 1, nullptr) == 1, "copy");
-    });
-    report("copy into another document", copy, "pugixml append_copy", best_of(runs, [&] {
-               pugi::xml_document other;
-               other.append_copy(document.document_element());
-           }));
+    const double copy = best_of(
+        runs,
+        [&] {
+            target.CreateNew(0, "r");
+            check(target.AddNodeCopy(&tree, 1, nullptr) == 1, "copy");
+        },
+        memory);
+    report("copy into another document", copy, "pugixml append_copy",
+           best_of(
+               runs,
+               [&] {
+                   pugi::xml_document other;
+                   other.append_copy(document.document_element());
+               },
+               memory));
     const std::string last = std::to_string(leaves);
     const double find = best_of(runs, [&] {
         UXXmlWrapperBase found;
