@@ -26,7 +26,8 @@ int import_spectra(CVCn42FileBase& reader, const Import& what) {
     if (!usable(what.tree)) return kN42CannotAdd;
     reader.SetInfoTree(what.infoTree);
     const int result = reader.Read(what.detectors);
-    if (result != kN42Ok || !reader.HasData()) return result;
+    if (result != kN42Ok || reader.Records() == 0) return result;
+    if (!reader.TextsFit()) return kN42CannotAdd;
     what.tree->RemoveAllChildren();
     UXXmlWrapperBase top;
     if (!what.tree->AddNode(&top, reader.GetName(kN42Output), -1)) return kN42CannotAdd;

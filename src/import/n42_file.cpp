@@ -1,5 +1,6 @@
 #include "import/n42_file.h"
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <string_view>
@@ -73,7 +74,7 @@ bool CVCn42FileBase::Selection::Has(const CStringUTF8& name) const {
 }
 
 CVCn42FileBase::CVCn42FileBase(const char* path, DWORD flags)
-    : path_(path), flags_(flags), allowance_(file_size(path_)) {}
+    : path_(path), flags_(flags), fileBytes_(file_size(path_)), allowance_(fileBytes_) {}
 
 // ---- opening ----------------------------------------------------------------------------------
 
@@ -160,12 +161,21 @@ std::vector<double> CVCn42FileBase::NumbersOf(const UXXmlWrapperBase& element) {
     return {numbers_.data(), numbers_.data() + numbers_.size()};
 }
 
+void CVCn42FileBase::NoteShared(const CStringUTF8& text) {
+    longestShared_ = std::max(longestShared_, static_cast<std::uint64_t>(text.GetLength()));
+}
+
+bool CVCn42FileBase::TextsFit() const {
+    return longestShared_ <= output_allowance(fileBytes_) / std::max<std::size_t>(Records(), 1);
+}
+
 // Coefficients that are only white space count as none. Leading zeros of the polynomial change
 // nothing and are left out.
 void CVCn42FileBase::SetCoefficients(EnergyCalibration& calibration, const CStringUTF8& text) {
     read_numbers(text, numbers_);
     if (numbers_.size() == 0) return;
     calibration.coefficientText = text;
+    NoteShared(text);
     calibration.coefficients.assign(numbers_.data(), numbers_.data() + numbers_.size());
     while (calibration.coefficients.size() > 1 && calibration.coefficients.back() == 0) {
         calibration.coefficients.pop_back();

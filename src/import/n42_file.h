@@ -56,8 +56,11 @@ public:
     virtual int Read(CWBOStringArray* detectors) = 0;
     // Writes the output tree under parent.
     virtual int Build(UXXmlWrapperBase& parent) = 0;
-    // Was anything read that can be imported?
-    virtual bool HasData() const { return !spectra_.empty(); }
+    // How many spectra and counts were read that can be imported.
+    virtual std::size_t Records() const { return spectra_.size(); }
+    // Can the texts that records share be written for each of them? A megabyte of class code
+    // before a million spectra is no recording.
+    bool TextsFit() const;
 
 protected:
     struct EnergyCalibration {
@@ -120,6 +123,8 @@ protected:
     UXXmlWrapperBase Child(const UXXmlWrapperBase& element, Q_n42_ID name);
     CStringUTF8 ChildText(const UXXmlWrapperBase& element, Q_n42_ID name);
 
+    // Notes a text that is written for more than one record.
+    void NoteShared(const CStringUTF8& text);
     void SetCoefficients(EnergyCalibration& calibration, const CStringUTF8& text);
     std::vector<double> NumbersOf(const UXXmlWrapperBase& element);
     // Notes an element of channel data, when it has a value.
@@ -157,7 +162,9 @@ private:
     DWORD flags_;
     UXXmlWrapperBase document_;
     UXXmlWrapperBase* infoTree_ = nullptr;
+    std::uint64_t fileBytes_;
     RunAllowance allowance_;
+    std::uint64_t longestShared_ = 0;  // of the texts
     std::unordered_set<std::string> prefixes_;
     std::unordered_map<std::string, std::size_t> calibrationsById_;
     std::size_t calibrationsIndexed_ = 0;

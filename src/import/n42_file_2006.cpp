@@ -55,6 +55,7 @@ void CVCn42File2006::ReadLevel(const UXXmlWrapperBase& element, Q_n42_ID id, int
     const std::size_t before = spectra_.size();
     const int level = static_cast<int>(levels_.size());
     levels_.push_back({outer, element, {}, {}, {}});
+    NoteShared(Attribute(element, kN42DetectorType));
     for (UXXmlWrapperBase& child : children(element)) ReadChildOfLevel(child, id, level);
     // Nothing refers to a level without spectra, and a file may have a million of them.
     if (spectra_.size() == before) levels_.resize(static_cast<std::size_t>(level));
@@ -62,18 +63,20 @@ void CVCn42File2006::ReadLevel(const UXXmlWrapperBase& element, Q_n42_ID id, int
 
 void CVCn42File2006::ReadChildOfLevel(const UXXmlWrapperBase& child, Q_n42_ID levelId, int level) {
     DataAtLevel& data = levels_[static_cast<std::size_t>(level)];
-    const auto note = [&](Word& word) {
-        if (!usable(word)) word = child;
+    const auto note = [&](Word& word, const CStringUTF8& text) {
+        if (usable(word)) return;
+        word = child;
+        NoteShared(text);
     };
     switch (const int id = IdOf(child)) {
         case kN42StartTime:
-            note(data.startTime);
+            note(data.startTime, TextOf(child));
             break;
         case kN42SampleRealTime:
-            note(data.sampleRealTime);
+            note(data.sampleRealTime, TextOf(child));
             break;
         case kN42MeasuredItemInformation:
-            note(data.itemInformation);
+            note(data.itemInformation, CoordinatesOf(child));
             break;
         case kN42Spectrum:
             Preview() ? PreviewSpectrum(child, level) : ReadSpectrum(child, level);
@@ -147,6 +150,8 @@ bool CVCn42File2006::ReadCalibration(const UXXmlWrapperBase& element,
     if (type != GetName(kN42Energy)) return false;
     calibration.id = Attribute(element, kN42Id2006);
     calibration.unit = Attribute(element, kN42EnergyUnits);
+    NoteShared(calibration.id);
+    NoteShared(calibration.unit);
     for (UXXmlWrapperBase& child : children(element)) {
         if (IdOf(child) != kN42Equation) continue;
         CStringUTF8 model = GetName(kN42Polynomial);

@@ -91,6 +91,7 @@ bool CVCn42File::ReadCalibration(const UXXmlWrapperBase& element) {
         calibration.boundaries = NumbersOf(Child(element, kN42EnergyBoundaryValues));
     }
     const bool hasId = element.GetPropertyValue(GetName(kN42Id), calibration.id, 0) != 0;
+    NoteShared(calibration.id);
     calibrations_.push_back(std::move(calibration));
     return hasId;
 }
@@ -129,6 +130,9 @@ void CVCn42File::ReadMeasurement(const UXXmlWrapperBase& element, const Selectio
     measurement.classCode = classCode.value_or(CStringUTF8());
     measurement.startDateTime = start.value_or(CStringUTF8());
     measurement.realTime = realTime.value_or(CStringUTF8());
+    NoteShared(measurement.classCode);
+    NoteShared(measurement.startDateTime);
+    NoteShared(measurement.realTime);
     measurements_.push_back(std::move(measurement));
 }
 

@@ -10,7 +10,7 @@ public:
     using CVCn42FileBase::CVCn42FileBase;
     int Read(CWBOStringArray* detectors) override;
     int Build(UXXmlWrapperBase& parent) override;
-    bool HasData() const override { return CVCn42FileBase::HasData() || !grossCounts_.empty(); }
+    std::size_t Records() const override { return spectra_.size() + grossCounts_.size(); }
 
 private:
     struct GrossCounts {

@@ -30,13 +30,18 @@ private:
     int capacity_ = 0;
 };
 
-// How many zeros the runs of one file may still add, so that a file of a few bytes cannot ask for
-// gigabytes. Recordings of any real size fit.
+// How much more than it holds a file may write, in bytes or in numbers, so that a few bytes cannot
+// ask for gigabytes. Recordings of any real size fit.
+constexpr std::uint64_t output_allowance(std::uint64_t fileBytes) {
+    return (1U << 24) + 16 * fileBytes;
+}
+
+// How many zeros the runs of one file may still add.
 class RunAllowance {
 public:
     static constexpr int kLongestList = 1 << 20;
 
-    explicit RunAllowance(std::uint64_t fileBytes) : left_((1U << 24) + 16 * fileBytes) {}
+    explicit RunAllowance(std::uint64_t fileBytes) : left_(output_allowance(fileBytes)) {}
     // The part of a run of count zeros that a list of listSize values may take.
     int take(int listSize, int count);
 

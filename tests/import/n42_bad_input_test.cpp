@@ -47,6 +47,57 @@ TEST(VCTree_n42_, TruncatedFilesAreRefusedAtEveryByte) {
     EXPECT_EQ(tree.text(), kNothing);
 }
 
+// A text that stands once in the file and in the tree with every spectrum.
+class SharedTexts : public testing::TestWithParam<const char*> {};
+INSTANTIATE_TEST_SUITE_P(
+    VCTree_n42_, SharedTexts,
+    testing::Values(
+        "1<RadMeasurement><MeasurementClassCode>LONG</MeasurementClassCode>SPECTRA</"
+        "RadMeasurement>",
+        "1<RadMeasurement><MeasurementClassCode>c</MeasurementClassCode>"
+        "<StartDateTime>LONG</StartDateTime>SPECTRA</RadMeasurement>",
+        "1<RadMeasurement><MeasurementClassCode>c</MeasurementClassCode>"
+        "<RealTimeDuration>LONG</RealTimeDuration>SPECTRA</RadMeasurement>",
+        "1<RadMeasurement><MeasurementClassCode>LONG</MeasurementClassCode>COUNTS</RadMeasurement>",
+        "1<EnergyCalibration id='e'><CoefficientValues>0 LONG</CoefficientValues>"
+        "</EnergyCalibration><RadMeasurement><MeasurementClassCode>c</MeasurementClassCode>SPECTRA"
+        "</RadMeasurement>",
+        "1<EnergyCalibration id='LONG'><CoefficientValues>0 1</CoefficientValues>"
+        "</EnergyCalibration><RadMeasurement><MeasurementClassCode>c</MeasurementClassCode>SPECTRA"
+        "</RadMeasurement>",
+        "2<Measurement><StartTime>LONG</StartTime>SPECTRA</Measurement>",
+        "2<Measurement><SampleRealTime>LONG</SampleRealTime>SPECTRA</Measurement>",
+        "2<Measurement><DetectorData DetectorType='LONG'>SPECTRA</DetectorData></Measurement>",
+        "2<Measurement><MeasuredItemInformation><MeasurementLocation><Coordinates>LONG"
+        "</Coordinates></MeasurementLocation></MeasuredItemInformation>SPECTRA</Measurement>",
+        "2<Calibration Type='Energy' ID='e' EnergyUnits='LONG'><Equation Model='Polynomial'>"
+        "<Coefficients>0 1</Coefficients></Equation></Calibration><Measurement>SPECTRA"
+        "</Measurement>"));
+TEST_P(SharedTexts, AreNotRepeatedWithoutEnd) {
+    const auto file_with = [](int spectra) {
+        std::string content = GetParam();
+        const bool is2011 = content[0] == '1';
+        content.erase(0, 1);
+        const auto put = [&](const std::string& mark, const std::string& text) {
+            const std::size_t at = content.find(mark);
+            if (at != std::string::npos) content.replace(at, mark.size(), text);
+        };
+        put("LONG", std::string(1 << 20, '7'));
+        put("SPECTRA", repeated("<Spectrum energyCalibrationReference='e' CalibrationIDs='e'>"
+                                "<ChannelData>1</ChannelData></Spectrum>",
+                                spectra));
+        put("COUNTS", repeated("<GrossCounts><CountData>1</CountData></GrossCounts>", spectra));
+        return is2011 ? in_2011(content) : in_2006(content);
+    };
+    const Import few(file_with(3));
+    const Import many(file_with(60));
+
+    EXPECT_EQ(few.result, 0);
+    EXPECT_THAT(few.tree.text(), HasSubstr("<n42"));
+    EXPECT_EQ(many.result, -9096);
+    EXPECT_EQ(many.tree.text(), kNothing);
+}
+
 TEST(VCTree_n42_, MegabytesOfAttributeAndMillionsOfNothingArePassedOver) {
     const std::string huge(1 << 20, 'x');
     const Import attribute(

@@ -31,7 +31,8 @@
 //   -1     preview without a detector array
 //   -9093  path is null or empty, cannot be read, is no XML, or of neither form
 //   -9095  an attribute could not be set
-//   -9096  tree is null or invalid, or a node could not be added, or no memory is left
+//   -9096  tree is null or invalid, or a node could not be added, or no memory is left, or a text
+//          that every spectrum repeats would make the tree many times as large as the file
 UXTREE_API int VCTree_n42_(UXXmlWrapperBase* tree, const char* path, CWBOStringArray* detectors,
                            UXXmlWrapperBase* infoTree, DWORD flags);
 
