@@ -28,7 +28,7 @@ std::uint32_t NameTable::hash_of(std::string_view name) {
 std::size_t NameTable::probe(std::string_view name, std::uint32_t hash) const {
     std::size_t slot = hash & (slots_.size() - 1);
     while (slots_[slot] != 0) {
-        const Entry& entry = names_[slots_[slot]];
+        const Entry& entry = names_[place_of(slots_[slot])];
         if (entry.hash == hash && entry.text.size() == name.size() &&
             std::equal(name.begin(), name.end(), entry.text.begin())) {
             break;
@@ -51,6 +51,7 @@ NameId NameTable::intern(std::string_view name, ByteArena& bytes) {
         rehash(2 * slots_.size());
         slot = probe(name, hash);
     }
+    if (names_.size() >= kMostNames) throw std::length_error("names of a document");
     Entry entry;
     entry.ref = bytes.allocate(name.size() + 1);
     char* text = bytes.at(entry.ref);
@@ -59,16 +60,16 @@ NameId NameTable::intern(std::string_view name, ByteArena& bytes) {
     entry.text = {text, name.size()};
     entry.hash = hash;
     names_.push_back(entry);
-    slots_[slot] = static_cast<NameId>(names_.size() - 1);
+    slots_[slot] = id_at(names_.size() - 1);
     return slots_[slot];
 }
 
 void NameTable::rehash(std::size_t slots) {
     std::vector<NameId> table(slots);
-    for (NameId id = 1; id < names_.size(); ++id) {
-        std::size_t slot = names_[id].hash & (slots - 1);
+    for (std::size_t place = 1; place < names_.size(); ++place) {
+        std::size_t slot = names_[place].hash & (slots - 1);
         while (table[slot] != 0) slot = (slot + 1) & (slots - 1);
-        table[slot] = id;
+        table[slot] = id_at(place);
     }
     slots_ = std::move(table);
 }
@@ -90,21 +91,13 @@ NameId Document::valid_name(const char* name) {
 
 // --- attributes --------------------------------------------------------------------------------
 
-namespace {
-
-// Names that an element carries together often begin alike, so two characters are looked at first.
-bool same_name(const char* stored, const char* wanted) {
-    return stored[0] == wanted[0] && stored[1] == wanted[1] && std::strcmp(stored, wanted) == 0;
-}
-
-}  // namespace
-
 const Attribute* Document::find_attribute(const Element& element, const char* name) const {
     if (element.attributeCount == 0 || name == nullptr || *name == '\0') return nullptr;
+    const NameId mark = NameTable::mark_of(name);
     const Attribute* attribute = attributes(element);
     for (std::uint32_t i = 0; i < element.attributeCount; ++i, ++attribute) {
-        const char* text = this->name(attribute->name);
-        if (same_name(text, name)) return attribute;
+        if (NameTable::mark_in(attribute->name) != mark) continue;
+        if (std::strcmp(this->name(attribute->name), name) == 0) return attribute;
     }
     return nullptr;
 }
@@ -347,7 +340,7 @@ NameId Document::map_name(const Document& from, NameId name, NameMap& nameMap) {
         if (++nameMap.asked < from.names_.size() / 16) return look_up();
         nameMap.ids.resize(from.names_.size());
     }
-    NameId& mapped = nameMap.ids[name];
+    NameId& mapped = nameMap.ids[NameTable::place_of(name)];
     if (mapped == 0) mapped = look_up();
     return mapped;
 }

@@ -12,7 +12,9 @@
 
 namespace uxhost {
 
-using NameId = std::uint32_t;  // number of an interned tag or attribute name; 0 is none
+// An interned tag or attribute name: its place in the document's table above a mark of its first
+// two characters. Most other names have another mark, which tells them apart without their texts.
+using NameId = std::uint32_t;  // 0 is none
 
 inline constexpr int kNoId = -1;
 inline constexpr const char* kIdAttribute = "_ux_id";  // carries the ID in files
@@ -49,11 +51,21 @@ struct Attribute {
 // The tag and attribute names of a document, each stored once.
 class NameTable {
 public:
-    std::string_view text(NameId id) const { return names_[id].text; }
+    // The mark that identifiers of a name carry.
+    static NameId mark_of(const char* name) {
+        const auto first = static_cast<unsigned char>(name[0]);
+        const auto second = static_cast<unsigned char>(name[1]);
+        return (first * 31U + second) & kMarkMask;
+    }
+    static NameId mark_in(NameId id) { return id & kMarkMask; }
+    static std::size_t place_of(NameId id) { return id >> kMarkBits; }
+
+    std::string_view text(NameId id) const { return names_[place_of(id)].text; }
     // The number of a name, 0 when the document has none such.
     NameId find(std::string_view name) const;
     // Adds the name when it is new; the caller has made sure that it is valid.
     NameId intern(std::string_view name, ByteArena& bytes);
+    // One more than the names, and than any place.
     std::size_t size() const { return names_.size(); }
     void copy_from(const NameTable& other, const ByteArena& bytes);
 
@@ -63,7 +75,14 @@ private:
         Ref ref = 0;
         std::uint32_t hash = 0;
     };
+    static constexpr unsigned kMarkBits = 6;
+    static constexpr NameId kMarkMask = (NameId{1} << kMarkBits) - 1;
+    static constexpr std::size_t kMostNames = std::size_t{1} << (32 - kMarkBits);
+
     static std::uint32_t hash_of(std::string_view name);
+    NameId id_at(std::size_t place) const {
+        return static_cast<NameId>(place << kMarkBits) | mark_of(names_[place].text.data());
+    }
     std::size_t probe(std::string_view name, std::uint32_t hash) const;
     void rehash(std::size_t slots);
 
