@@ -143,9 +143,7 @@ TEST(uxtree_nlf_set_int_param_from_user_params_setting, FillsTheListWithTheDataI
 TEST(uxtree_nlf_set_bool_param_from_user_params_setting, FillsTheListWithTheDataId) {
     TestTree tree("<p><Fixed DataID='6000'/></p>");
     UXXmlWrapperBase params = tree.root();
-    UXScriptArray<CArray<bool, bool>> values;
-    values.array().Add(true);
-    values.array().Add(false);
+    auto values = uxtest::script_bools({true, false});
     EXPECT_TRUE(uxtree_nlf_set_bool_param_from_user_params_setting(&params, &values, 6000));
     EXPECT_EQ(tree.text(),
               "<p><Fixed DataID=\"6000\"><Value1 DataID=\"6001\">1</Value1>"
@@ -178,8 +176,7 @@ TEST(uxtree_nlf_set_int_param_from_user_params_setting, RefusesWhatItCannotUse) 
     expect_refusals(uxtree_nlf_set_int_param_from_user_params_setting, values);
 }
 TEST(uxtree_nlf_set_bool_param_from_user_params_setting, RefusesWhatItCannotUse) {
-    UXScriptArray<CArray<bool, bool>> values;
-    values.array().Add(true);
+    auto values = uxtest::script_bools({true});
     expect_refusals(uxtree_nlf_set_bool_param_from_user_params_setting, values);
 }
 

@@ -1,160 +1,24 @@
+// Settings of statistics: box chart, bins, numbers and lists.
 #include "uxtree/analysis/stats.h"
 
-#include <cstdint>
-#include <cstring>
 #include <limits>
+#include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
+#include "analysis/stats_support.h"
 #include "support/test_tree.h"
 
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
+using uxtest::bits;
+using uxtest::child;
+using uxtest::kMissingBits;
 using uxtest::numbers;
 using uxtest::TestTree;
 using uxtest::to_text;
-
-constexpr std::uint64_t kMissingBits = 0x81AA74FE1C132C0E;
-
-std::uint64_t bits(double value) {
-    std::uint64_t out = 0;
-    std::memcpy(&out, &value, sizeof out);
-    return out;
-}
-
-std::string child(const std::string& tag, const std::string& value) {
-    return "<" + tag + ">" + value + "</" + tag + ">";
-}
-
-// --- result nodes --------------------------------------------------------------------------------
-
-std::string created_name(int x, int y) {
-    TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase out;
-    EXPECT_EQ(vctree_stats_create_result_node(root, out, {x, y}), 1);
-    CStringUTF8 tag;
-    out.GetTagName(tag);
-    EXPECT_EQ(tree.text(), std::string("<r><") + static_cast<const char*>(tag) + "></" +
-                               static_cast<const char*>(tag) + "></r>");
-    return static_cast<const char*>(tag);
-}
-
-TEST(vctree_stats_create_result_node, NamesCountFromOne) {
-    EXPECT_EQ(created_name(0, 0), "Result_1_1");
-    EXPECT_EQ(created_name(2, 11), "Result_3_12");
-}
-
-TEST(vctree_stats_create_result_node, ANegativeCoordinateMeansTheSingleResult) {
-    EXPECT_EQ(created_name(-1, 5), "Result");
-    EXPECT_EQ(created_name(5, -1), "Result");
-    EXPECT_EQ(created_name(-1, -1), "Result");
-}
-
-TEST(vctree_stats_create_result_node, TheLargestPositionWraps) {
-    EXPECT_EQ(created_name(std::numeric_limits<int>::max(), 0), "Result_-2147483648_1");
-}
-
-TEST(vctree_stats_create_result_node, FindsTheOneThatIsThere) {
-    TestTree tree("<r><a/><Result_1_2 k='1'/></r>");
-    UXXmlWrapperBase node = tree.root();
-    const std::string before = tree.text();
-    EXPECT_EQ(vctree_stats_create_result_node(node, node, {0, 1}), 1);
-    EXPECT_TRUE(node == tree.at("Result_1_2"));
-    EXPECT_EQ(tree.text(), before);
-}
-
-TEST(vctree_stats_create_result_node, AnInvalidNodeGivesZeroAndLeavesTheOutput) {
-    TestTree tree("<r/>");
-    UXXmlWrapperBase out = tree.root();
-    UXXmlWrapperBase invalid;
-    EXPECT_EQ(vctree_stats_create_result_node(invalid, out, {0, 0}), 0);
-    EXPECT_TRUE(out == tree.root());
-}
-
-// All results of a tree as "tag x y".
-std::vector<std::string> results_of(const char* xml) {
-    TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase cur;
-    tagPOINT pos{-7, -7};
-    std::vector<std::string> out;
-    while (vctree_stats_enum_result_node(root, cur, &pos)) {
-        CStringUTF8 tag;
-        cur.GetTagName(tag);
-        out.push_back(std::string(static_cast<const char*>(tag)) + " " + std::to_string(pos.x) +
-                      " " + std::to_string(pos.y));
-    }
-    return out;
-}
-
-TEST(vctree_stats_enum_result_node, PassesOverOtherChildren) {
-    EXPECT_THAT(results_of("<r><a/><Result_1_1/><b/><Result_2_3/><Resul/></r>"),
-                ElementsAre("Result_1_1 0 0", "Result_2_3 1 2"));
-    EXPECT_THAT(results_of("<r/>"), IsEmpty());
-    EXPECT_THAT(results_of("<r><a><Result/></a></r>"), IsEmpty());
-}
-
-TEST(vctree_stats_enum_result_node, AcceptsEveryTagThatBeginsSoInAnyCase) {
-    EXPECT_THAT(results_of("<r><result_2_3/><RESULTS/><Results/><Result/><ResultX_4_5/></r>"),
-                ElementsAre("result_2_3 1 2", "RESULTS -1 -1", "Results -1 -1", "Result -1 -1",
-                            "ResultX_4_5 3 4"));
-}
-
-TEST(vctree_stats_enum_result_node, ReadsNumbersAsFarAsTheyGo) {
-    EXPECT_THAT(results_of("<r><Result_5/><Result_5_/><Result__6/><Result_2x_3y/><Result_a_b/>"
-                           "<Result_1_2_3/></r>"),
-                ElementsAre("Result_5 4 -1", "Result_5_ 4 -1", "Result__6 -1 5", "Result_2x_3y 1 2",
-                            "Result_a_b -1 -1", "Result_1_2_3 0 1"));
-}
-
-TEST(vctree_stats_enum_result_node, HugeNumbersDoNotOverflow) {
-    EXPECT_THAT(results_of("<r><Result_99999999999_-99999999999/></r>"),
-                ElementsAre("Result_99999999999_-99999999999 2147483646 2147483647"));
-}
-
-TEST(vctree_stats_enum_result_node, AtTheEndTheHandleStaysOnTheLastChild) {
-    TestTree tree("<r><Result/><b/><c/></r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase cur;
-    EXPECT_EQ(vctree_stats_enum_result_node(root, cur, nullptr), 1);
-    for (int i = 0; i < 3; ++i) {
-        tagPOINT pos{7, 7};
-        EXPECT_EQ(vctree_stats_enum_result_node(root, cur, &pos), 0);
-        EXPECT_TRUE(cur == tree.at("c"));
-        EXPECT_EQ(pos.x, 7);
-    }
-}
-
-TEST(vctree_stats_enum_result_node, AnInvalidParentGivesZero) {
-    TestTree tree("<r><a/><Result/></r>");
-    UXXmlWrapperBase cur = tree.at("a");
-    UXXmlWrapperBase invalid;
-    EXPECT_EQ(vctree_stats_enum_result_node(invalid, cur, nullptr), 0);
-    EXPECT_TRUE(cur == tree.at("a"));
-}
-
-TEST(uxtree_stats_enum_result_node, GivesRowAndColumnOnlyWhenFound) {
-    TestTree tree("<r><Result_3_4/></r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase cur;
-    int row = 7;
-    int col = 8;
-    EXPECT_EQ(uxtree_stats_enum_result_node(&root, &cur, &row, &col), 1);
-    EXPECT_EQ(row, 2);
-    EXPECT_EQ(col, 3);
-    row = 7;
-    EXPECT_EQ(uxtree_stats_enum_result_node(&root, &cur, &row, &col), 0);
-    EXPECT_EQ(row, 7);
-    EXPECT_EQ(col, 3);
-    UXXmlWrapperBase again;
-    EXPECT_EQ(uxtree_stats_enum_result_node(&root, &again, nullptr, nullptr), 1);
-    EXPECT_EQ(uxtree_stats_enum_result_node(nullptr, &again, &row, &col), 0);
-    EXPECT_EQ(uxtree_stats_enum_result_node(&root, nullptr, &row, &col), 0);
-}
 
 // --- box chart -----------------------------------------------------------------------------------
 
@@ -181,21 +45,19 @@ TEST(vctree_stats_get_boxchart_whisker_node, FindsOrAppends) {
     EXPECT_EQ(vctree_stats_get_boxchart_whisker_node(invalid, node), 0);
 }
 
-TEST(uxtree_stats_get_boxchart_box_node, GivesTheNativeAnswer) {
+void expect_part_found(int (*find)(UXXmlWrapperBase*, UXXmlWrapperBase*)) {
     TestTree tree("<r/>");
     UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
-    EXPECT_EQ(uxtree_stats_get_boxchart_box_node(&root, &out), 1);
-    EXPECT_EQ(uxtree_stats_get_boxchart_box_node(nullptr, &out), 0);
-    EXPECT_EQ(uxtree_stats_get_boxchart_box_node(&root, nullptr), 0);
+    EXPECT_EQ(find(&root, &out), 1);
+    EXPECT_EQ(find(nullptr, &out), 0);
+    EXPECT_EQ(find(&root, nullptr), 0);
+}
+TEST(uxtree_stats_get_boxchart_box_node, GivesTheNativeAnswer) {
+    expect_part_found(uxtree_stats_get_boxchart_box_node);
 }
 TEST(uxtree_stats_get_boxchart_whisker_node, GivesTheNativeAnswer) {
-    TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase out;
-    EXPECT_EQ(uxtree_stats_get_boxchart_whisker_node(&root, &out), 1);
-    EXPECT_EQ(uxtree_stats_get_boxchart_whisker_node(nullptr, &out), 0);
-    EXPECT_EQ(uxtree_stats_get_boxchart_whisker_node(&root, nullptr), 0);
+    expect_part_found(uxtree_stats_get_boxchart_whisker_node);
 }
 
 TEST(vctree_stats_get_set_box_info, StoresInAnotherOrderThanItIsPassed) {
@@ -418,33 +280,36 @@ TEST(uxtree_stats_is_by_intervals, GivesTheNativeAnswer) {
     EXPECT_EQ(uxtree_stats_is_by_intervals(nullptr), 0);
 }
 
-TEST(vctree_stats_set_bin_auto, WritesTheValue) {
+// An empty tree after a setting was written, and tried on a node that is none.
+std::string after_native(void (*set)(UXXmlWrapperBase&, int), int value) {
     TestTree tree("<r/>");
     UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
-    vctree_stats_set_bin_auto(root, 0);
-    vctree_stats_set_bin_auto(invalid, 1);
-    EXPECT_EQ(tree.text(), "<r><Bin><Auto>0</Auto></Bin></r>");
+    set(root, value);
+    set(invalid, value + 1);
+    return tree.text();
+}
+std::string after_script(void (*set)(UXXmlWrapperBase*, int), int value) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    set(&root, value);
+    set(nullptr, value);
+    return tree.text();
+}
+
+TEST(vctree_stats_set_bin_auto, WritesTheValue) {
+    EXPECT_EQ(after_native(vctree_stats_set_bin_auto, 0), "<r><Bin><Auto>0</Auto></Bin></r>");
 }
 TEST(uxtree_stats_set_bin_auto, GivesTheNativeAnswer) {
-    TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    uxtree_stats_set_bin_auto(&root, 3);
-    uxtree_stats_set_bin_auto(nullptr, 3);
-    EXPECT_EQ(tree.text(), "<r><Bin><Auto>3</Auto></Bin></r>");
+    EXPECT_EQ(after_script(uxtree_stats_set_bin_auto, 3), "<r><Bin><Auto>3</Auto></Bin></r>");
 }
 TEST(vctree_stats_set_by_intervals, WritesTheValue) {
-    TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    vctree_stats_set_by_intervals(root, 1);
-    EXPECT_EQ(tree.text(), "<r><Bin><StepBy>1</StepBy></Bin></r>");
+    EXPECT_EQ(after_native(vctree_stats_set_by_intervals, 1),
+              "<r><Bin><StepBy>1</StepBy></Bin></r>");
 }
 TEST(uxtree_stats_set_by_intervals, GivesTheNativeAnswer) {
-    TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    uxtree_stats_set_by_intervals(&root, 1);
-    uxtree_stats_set_by_intervals(nullptr, 1);
-    EXPECT_EQ(tree.text(), "<r><Bin><StepBy>1</StepBy></Bin></r>");
+    EXPECT_EQ(after_script(uxtree_stats_set_by_intervals, 1),
+              "<r><Bin><StepBy>1</StepBy></Bin></r>");
 }
 
 // --- single numbers ------------------------------------------------------------------------------
@@ -711,210 +576,6 @@ TEST(vctree_stats_result_get_set_panel_name, GoesBothWays) {
     name.Empty();
     EXPECT_EQ(vctree_stats_result_get_set_panel_name(root, name, 1), 1);
     EXPECT_STREQ(name, "Panel <1>");
-}
-
-// --- descriptive results -------------------------------------------------------------------------
-
-// A record in which every field has a value of its own: 1, 2 and then 3.5, 4.5, ...
-tagDescStatResults numbered_results() {
-    tagDescStatResults out{};
-    out.N = 1;
-    out.Missing = 2;
-    double value = 2.5;
-    for (double* field = &out.Mean; field <= &out.WeightSum; ++field) *field = (value += 1);
-    return out;
-}
-constexpr const char* kResultNames[] = {"Mean",     "SD",    "SEM",      "LCL",      "UCL",
-                                        "Variance", "Sum",   "Skewness", "Kurtosis", "UncorSumSq",
-                                        "CorSumSq", "COV",   "MAD",      "SDx2",     "SDx3",
-                                        "GeoMean",  "GeoSD", "Mode",     "WeightSum"};
-
-std::string results_text() {
-    std::string text = "<r><Results>" + child("N", "1") + child("Missing", "2");
-    int value = 3;
-    for (const char* name : kResultNames) text += child(name, std::to_string(value++) + ".5");
-    return text + child("Min", "-1") + child("Max", "99") + "</Results></r>";
-}
-
-TEST(vctree_stats_get_set_stats_results, WritesEveryFieldInOrderAndReadsItBack) {
-    TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    tagDescStatResults results = numbered_results();
-    double min = -1;
-    double max = 99;
-    vctree_stats_get_set_stats_results(root, results, min, max, 0);
-    EXPECT_EQ(tree.text(), results_text());
-
-    tagDescStatResults back{};
-    min = max = 0;
-    vctree_stats_get_set_stats_results(root, back, min, max, 1);
-    EXPECT_EQ(std::memcmp(&back, &results, sizeof back), 0);
-    EXPECT_EQ(min, -1);
-    EXPECT_EQ(max, 99);
-}
-
-TEST(vctree_stats_get_set_stats_results, ReadingNothingGivesDefaultsAndCreatesResults) {
-    for (const char* xml : {"<r/>", "<r><Results/></r>"}) {
-        TestTree tree(xml);
-        UXXmlWrapperBase root = tree.root();
-        tagDescStatResults results = numbered_results();
-        double min = 5;
-        double max = 6;
-        vctree_stats_get_set_stats_results(root, results, min, max, 1);
-        EXPECT_EQ(tree.text(), "<r><Results></Results></r>");
-        EXPECT_EQ(results.N, 0);
-        EXPECT_EQ(results.Missing, 0);
-        for (const double* field = &results.Mean; field <= &results.WeightSum; ++field) {
-            EXPECT_EQ(bits(*field), kMissingBits);
-        }
-        EXPECT_EQ(min, 5);  // these two have no default
-        EXPECT_EQ(max, 6);
-    }
-}
-
-TEST(vctree_stats_get_set_stats_results, AFieldThatCannotBeReadKeepsWhatItHeld) {
-    TestTree tree("<r><Results><N>x</N><SD/><Mean>4</Mean></Results></r>");
-    UXXmlWrapperBase root = tree.root();
-    tagDescStatResults results = numbered_results();
-    double min = 0;
-    double max = 0;
-    vctree_stats_get_set_stats_results(root, results, min, max, 1);
-    EXPECT_EQ(results.N, 1);
-    EXPECT_EQ(results.Mean, 4);
-    EXPECT_EQ(results.SD, 4.5);
-    EXPECT_EQ(bits(results.SEM), kMissingBits);
-}
-
-TEST(vctree_stats_get_set_stats_results, AnInvalidNodeChangesNothing) {
-    UXXmlWrapperBase invalid;
-    tagDescStatResults results = numbered_results();
-    const tagDescStatResults before = results;
-    double v = 5;
-    vctree_stats_get_set_stats_results(invalid, results, v, v, 1);
-    vctree_stats_get_set_stats_results(invalid, results, v, v, 0);
-    EXPECT_EQ(std::memcmp(&before, &results, sizeof before), 0);
-    EXPECT_EQ(v, 5);
-}
-
-TEST(uxtree_stats_get_set_stats_results, NeedsEveryPointer) {
-    TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    tagDescStatResults results = numbered_results();
-    double min = -1;
-    double max = 99;
-    uxtree_stats_get_set_stats_results(nullptr, &results, &min, &max, 0);
-    uxtree_stats_get_set_stats_results(&root, nullptr, &min, &max, 0);
-    uxtree_stats_get_set_stats_results(&root, &results, nullptr, &max, 0);
-    uxtree_stats_get_set_stats_results(&root, &results, &min, nullptr, 0);
-    EXPECT_EQ(tree.text(), "<r></r>");
-    uxtree_stats_get_set_stats_results(&root, &results, &min, &max, 0);
-    EXPECT_EQ(tree.text(), results_text());
-}
-
-// --- histogram details ---------------------------------------------------------------------------
-
-tagHistogramStatsResult numbered_details() {
-    tagHistogramStatsResult out{};
-    out.N = 1;
-    out.Missing = 2;
-    double value = 2.5;
-    for (double* field = &out.Min; field <= &out.Scale; ++field) *field = (value += 1);
-    out.Bandwidth = 19;
-    out.Width = 20.5;
-    out.Gamalpha = 21.5;
-    out.Gamtheta = 22.5;
-    return out;
-}
-constexpr const char* kDetailNames[] = {"Min",  "Max",     "Sum",   "Mean",   "SD", "SEM",
-                                        "LCL",  "UCL",     "Q1",    "Median", "Q3", "LnMean",
-                                        "LnSD", "WblMean", "WblSD", "Scale"};
-
-std::string details_text() {
-    std::string text = "<r><Details>" + child("N", "1") + child("Missing", "2");
-    int value = 3;
-    for (const char* name : kDetailNames) text += child(name, std::to_string(value++) + ".5");
-    return text + child("Bandwidth", "19") + child("Width", "20.5") + child("Gamalpha", "21.5") +
-           child("Gamtheta", "22.5") + "</Details></r>";
-}
-
-bool same(const tagHistogramStatsResult& a, const tagHistogramStatsResult& b) {
-    TestTree ta("<r/>");
-    TestTree tb("<r/>");
-    UXXmlWrapperBase ra = ta.root();
-    UXXmlWrapperBase rb = tb.root();
-    tagHistogramStatsResult ca = a;
-    tagHistogramStatsResult cb = b;
-    vctree_stats_result_get_set_details(ra, ca, 0);
-    vctree_stats_result_get_set_details(rb, cb, 0);
-    return ta.text() == tb.text();
-}
-
-TEST(vctree_stats_result_get_set_details, WritesEveryFieldInOrderAndReadsItBack) {
-    TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    tagHistogramStatsResult details = numbered_details();
-    EXPECT_EQ(vctree_stats_result_get_set_details(root, details, 0), 1);
-    EXPECT_EQ(tree.text(), details_text());
-
-    tagHistogramStatsResult back{};
-    EXPECT_EQ(vctree_stats_result_get_set_details(root, back, 1), 1);
-    EXPECT_TRUE(same(back, details));
-    EXPECT_EQ(back.Gamtheta, 22.5);
-}
-
-TEST(vctree_stats_result_get_set_details, WithoutDetailsTheRecordIsUntouched) {
-    TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-    tagHistogramStatsResult details = numbered_details();
-    EXPECT_EQ(vctree_stats_result_get_set_details(root, details, 1), 0);
-    EXPECT_EQ(vctree_stats_result_get_set_details(invalid, details, 1), 0);
-    EXPECT_EQ(vctree_stats_result_get_set_details(invalid, details, 0), 0);
-    EXPECT_TRUE(same(details, numbered_details()));
-    EXPECT_EQ(tree.text(), "<r></r>");
-}
-
-TEST(vctree_stats_result_get_set_details, EmptyDetailsGiveDefaultsAndZero) {
-    TestTree tree("<r><Details/></r>");
-    UXXmlWrapperBase root = tree.root();
-    tagHistogramStatsResult details = numbered_details();
-    EXPECT_EQ(vctree_stats_result_get_set_details(root, details, 1), 0);
-    EXPECT_EQ(tree.text(), "<r><Details></Details></r>");
-    EXPECT_EQ(details.N, 0);
-    EXPECT_EQ(details.Missing, 0);
-    EXPECT_EQ(details.Bandwidth, 0);
-    for (const double* field = &details.Min; field <= &details.Scale; ++field) {
-        EXPECT_EQ(bits(*field), kMissingBits);
-    }
-    for (double field : {details.Width, details.Gamalpha, details.Gamtheta}) {
-        EXPECT_EQ(bits(field), kMissingBits);
-    }
-}
-
-TEST(vctree_stats_result_get_set_details, AFieldThatIsThereCountsEvenWhenUnreadable) {
-    TestTree tree("<r><Details><Q1>?</Q1></Details></r>");
-    UXXmlWrapperBase root = tree.root();
-    tagHistogramStatsResult details = numbered_details();
-    EXPECT_EQ(vctree_stats_result_get_set_details(root, details, 1), 1);
-    EXPECT_EQ(details.Q1, numbered_details().Q1);
-    EXPECT_EQ(bits(details.Q3), kMissingBits);
-}
-
-TEST(uxtree_stats_result_get_set_details, NeedsBothPointers) {
-    TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    tagHistogramStatsResult details = numbered_details();
-    EXPECT_EQ(uxtree_stats_result_get_set_details(nullptr, &details, 0), 0);
-    EXPECT_EQ(uxtree_stats_result_get_set_details(&root, nullptr, 0), 0);
-    EXPECT_EQ(tree.text(), "<r></r>");
-    EXPECT_EQ(uxtree_stats_result_get_set_details(&root, &details, 0), 1);
-    EXPECT_EQ(tree.text(), details_text());
-}
-
-TEST(vctree_stats_result_get_set_details, TheRecordsHaveNaturalPacking) {
-    EXPECT_EQ(sizeof(tagDescStatResults), 2 * sizeof(int) + 19 * sizeof(double));
-    EXPECT_EQ(sizeof(tagHistogramStatsResult), 2 * sizeof(int) + 20 * sizeof(double));
-    EXPECT_EQ(sizeof(tagPOINT), 2 * sizeof(int));
 }
 
 }  // namespace

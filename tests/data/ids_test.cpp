@@ -28,7 +28,7 @@ Combined combine(const char* xml, int dataId, int inheritedRepeat) {
     int repeat = kUntouched;
     const int code =
         uxtree_combine_treenode_id_with_repeat_id(&node, &dataId, &repeat, inheritedRepeat);
-    EXPECT_EQ(tree.text(), uxtest::to_text(TestTree(xml).root()));
+    EXPECT_EQ(tree.text(), uxtest::tree_text(xml));
     return {code, dataId, repeat};
 }
 

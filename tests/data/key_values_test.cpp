@@ -12,10 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using uxtest::TestTree;
-
-std::string tree_text(const char* xml) {
-    return TestTree(xml).text();
-}
+using uxtest::tree_text;
 
 // --- branch to text ----------------------------------------------------------------------------
 

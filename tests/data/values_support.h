@@ -58,9 +58,4 @@ inline std::string after_setting(const char* xml, const Entries& given,
     return tree.text();
 }
 
-// The serialised form of a literal, for comparing with to_text.
-inline std::string tree_text(const char* xml) {
-    return TestTree(xml).text();
-}
-
 }  // namespace uxtest

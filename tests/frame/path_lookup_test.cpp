@@ -30,7 +30,7 @@ TEST(wbxfu_tree_get_node, TakesTheFirstChildOfEachTagAndDoesNotGoBack) {
     EXPECT_EQ(wbxfu_tree_get_node(out, tree.root(), "a", "b", nullptr), 0);
 
     EXPECT_TRUE(out == tree.root());
-    EXPECT_EQ(tree.text(), to_text(TestTree(kTree).root()));
+    EXPECT_EQ(tree.text(), tree_text(kTree));
 }
 
 TEST(wbxfu_tree_get_node, AnEmptyTagIsNeverFound) {

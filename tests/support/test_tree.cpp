@@ -78,6 +78,15 @@ std::string to_text(const UXXmlWrapperBase& node) {
     return static_cast<const char*>(text);
 }
 
+std::string tree_text(const char* xml) {
+    return TestTree(xml).text();
+}
+
+std::string tag_text(const UXXmlWrapperBase& node) {
+    CStringUTF8 tag;
+    return node.GetTagName(tag) ? static_cast<const char*>(tag) : "(invalid)";
+}
+
 std::vector<std::string> texts(const CWBOStringArray& array) {
     std::vector<std::string> out;
     for (int i = 0; i < array.GetSize(); ++i) out.emplace_back(static_cast<const char*>(array[i]));
@@ -98,6 +107,11 @@ UXScriptArray<CArray<int, int>> script_ints(const std::vector<int>& values) {
 }
 UXScriptArray<CArray<double, double>> script_doubles(const std::vector<double>& values) {
     return UXScriptArray<CArray<double, double>>(number_list(values));
+}
+UXScriptArray<CArray<bool, bool>> script_bools(const std::vector<bool>& values) {
+    UXScriptArray<CArray<bool, bool>> out;
+    for (const bool value : values) out.array().Add(value);
+    return out;
 }
 
 TemporaryFolder::TemporaryFolder() {
@@ -120,7 +134,11 @@ std::string read_file(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-std::string source_path(const std::string& name) { return UXTREE_SOURCE_DIR "/" + name; }
-std::string binary_path(const std::string& name) { return UXTREE_BINARY_DIR "/" + name; }
+std::string source_path(const std::string& name) {
+    return UXTREE_SOURCE_DIR "/" + name;
+}
+std::string binary_path(const std::string& name) {
+    return UXTREE_BINARY_DIR "/" + name;
+}
 
 }  // namespace uxtest

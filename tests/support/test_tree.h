@@ -29,6 +29,10 @@ private:
 // The serialised element with its branch; an ID stands as the attribute _ux_id, "(invalid)" for an
 // invalid handle.
 std::string to_text(const UXXmlWrapperBase& node);
+// The same of a whole document in XML, which is how results are compared with literals.
+std::string tree_text(const char* xml);
+// The element's tag; "(invalid)" for an invalid handle.
+std::string tag_text(const UXXmlWrapperBase& node);
 
 std::vector<std::string> texts(const CWBOStringArray& array);
 CWBOStringArray string_list(const std::vector<std::string>& values);
@@ -48,6 +52,7 @@ CArray<T, T> number_list(const std::vector<T>& values) {
 UXScriptArray<CWBOStringArray> script_texts(const std::vector<std::string>& values);
 UXScriptArray<CArray<int, int>> script_ints(const std::vector<int>& values);
 UXScriptArray<CArray<double, double>> script_doubles(const std::vector<double>& values);
+UXScriptArray<CArray<bool, bool>> script_bools(const std::vector<bool>& values);
 
 // Replaces the host's services for the life of the object.
 class FakeHostServices {

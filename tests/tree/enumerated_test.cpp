@@ -12,10 +12,6 @@ using namespace uxtest;
 
 namespace {
 
-std::string xml(const char* text) {
-    return TestTree(text).text();
-}
-
 std::string str(const CStringUTF8& text) {
     return static_cast<const char*>(text);
 }
@@ -201,7 +197,7 @@ TEST(uxtree_check_add_enumerated_node, FindsOrCreatesTheNumberedChild) {
     uxtree_check_add_enumerated_node(&out, &root, "Set", 2, 7, nullptr, nullptr);
     EXPECT_TRUE(out == tree.at("Set2"));
 
-    EXPECT_EQ(tree.text(), xml("<r><Set1 k='v'/><Set2 _ux_id='7'/></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r><Set1 k='v'/><Set2 _ux_id='7'/></r>"));
 }
 
 TEST(uxtree_check_add_enumerated_node, DoesNothingWithBadArguments) {
@@ -216,7 +212,7 @@ TEST(uxtree_check_add_enumerated_node, DoesNothingWithBadArguments) {
     EXPECT_TRUE(out == root);
     uxtree_check_add_enumerated_node(&out, &root, nullptr, 1, 0, nullptr, nullptr);
 
-    EXPECT_EQ(tree.text(), xml("<r/>"));
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
 }
 
 TEST(uxtree_check_add_all_enumerated_nodes, AddsOneNumberedChildPerValue) {
@@ -226,8 +222,8 @@ TEST(uxtree_check_add_all_enumerated_nodes, AddsOneNumberedChildPerValue) {
 
     EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&root, "Set", &values));
 
-    EXPECT_EQ(tree.text(), xml("<r><Set1/><Set2 Label='Set2' _ux_id='536870914'>1.5</Set2>"
-                               "<Set3 Label='Set3' _ux_id='536870915'>2</Set3></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r><Set1/><Set2 Label='Set2' _ux_id='536870914'>1.5</Set2>"
+                                     "<Set3 Label='Set3' _ux_id='536870915'>2</Set3></r>"));
 }
 
 TEST(uxtree_check_add_all_enumerated_nodes, FindsExistingChildrenAndTakesTheTexts) {
@@ -239,9 +235,9 @@ TEST(uxtree_check_add_all_enumerated_nodes, FindsExistingChildrenAndTakesTheText
     EXPECT_TRUE(
         uxtree_check_add_all_enumerated_nodes(&root, "Set", &values, 0, -1, 1, "any", &labels));
 
-    EXPECT_EQ(tree.text(), xml("<r><Set2 k='1' Label='any'>20</Set2><Set2/>"
-                               "<Set1 Label='first' _ux_id='536936449'>10</Set1>"
-                               "<Set3 Label='any' _ux_id='536936451'>30</Set3></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r><Set2 k='1' Label='any'>20</Set2><Set2/>"
+                                     "<Set1 Label='first' _ux_id='536936449'>10</Set1>"
+                                     "<Set3 Label='any' _ux_id='536936451'>30</Set3></r>"));
 }
 
 TEST(uxtree_check_add_all_enumerated_nodes, TagsWithLeadingZerosAreOtherNames) {
@@ -251,7 +247,8 @@ TEST(uxtree_check_add_all_enumerated_nodes, TagsWithLeadingZerosAreOtherNames) {
 
     EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&root, "S", &values, 0));
 
-    EXPECT_EQ(tree.text(), xml("<r><S01/><s1/><S1x/><S1 Label='S1' _ux_id='536870913'>1</S1></r>"));
+    EXPECT_EQ(tree.text(),
+              tree_text("<r><S01/><s1/><S1x/><S1 Label='S1' _ux_id='536870913'>1</S1></r>"));
 }
 
 TEST(uxtree_check_add_all_enumerated_nodes, StopsAtTheMaximumOfChildren) {
@@ -261,8 +258,8 @@ TEST(uxtree_check_add_all_enumerated_nodes, StopsAtTheMaximumOfChildren) {
 
     EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&root, "S", &values, 0, 3, 0));
 
-    EXPECT_EQ(tree.text(), xml("<r><x/><S1 Label='S1' _ux_id='536870913'>1</S1>"
-                               "<S2 Label='S2' _ux_id='536870914'>2</S2></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r><x/><S1 Label='S1' _ux_id='536870913'>1</S1>"
+                                     "<S2 Label='S2' _ux_id='536870914'>2</S2></r>"));
 }
 
 TEST(uxtree_check_add_all_enumerated_nodes, AnUnusablePrefixAddsNothing) {
@@ -272,7 +269,7 @@ TEST(uxtree_check_add_all_enumerated_nodes, AnUnusablePrefixAddsNothing) {
 
     EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&root, nullptr, &values));
 
-    EXPECT_EQ(tree.text(), xml("<r/>"));
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
 }
 
 TEST(uxtree_check_add_all_enumerated_nodes, NumbersWrapBehindTheLargest) {
@@ -283,8 +280,9 @@ TEST(uxtree_check_add_all_enumerated_nodes, NumbersWrapBehindTheLargest) {
     EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&root, "S", &values, INT_MAX));
     EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&root, "S", &values, INT_MAX));
 
-    EXPECT_EQ(tree.text(),
-              xml("<r><S-2147483648 Label='S-2147483648' _ux_id='536870912'>1</S-2147483648></r>"));
+    EXPECT_EQ(
+        tree.text(),
+        tree_text("<r><S-2147483648 Label='S-2147483648' _ux_id='536870912'>1</S-2147483648></r>"));
 }
 
 TEST(uxtree_check_add_all_enumerated_nodes, FailsWithBadArguments) {
@@ -301,7 +299,7 @@ TEST(uxtree_check_add_all_enumerated_nodes, FailsWithBadArguments) {
     EXPECT_FALSE(
         uxtree_check_add_all_enumerated_nodes(&root, "S", &values, -1, -1, 0, nullptr, &ints));
 
-    EXPECT_EQ(tree.text(), xml("<r/>"));
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
 }
 
 }  // namespace

@@ -13,10 +13,6 @@ using namespace uxtest;
 
 namespace {
 
-std::string xml(const char* text) {
-    return TestTree(text).text();
-}
-
 // Filters nodes with DataID 9 by the values of DataID 1 and 2 below them.
 struct Filter {
     int modeA = 1;
@@ -33,7 +29,7 @@ bool keeps(const Filter& filter, const std::string& content) {
     auto listB = script_texts(filter.listB);
     EXPECT_EQ(uxtree_filter(&root, 9, filter.modeA, 1, &listA, filter.modeB, 2, &listB), 1);
     const bool kept = root.GetNodeCount() == 1;
-    EXPECT_EQ(parsed.text(), kept ? xml(tree.c_str()) : "<r></r>");
+    EXPECT_EQ(parsed.text(), kept ? tree_text(tree.c_str()) : "<r></r>");
     return kept;
 }
 
@@ -102,7 +98,7 @@ TEST(uxtree_filter, TheNodesOwnValueDoesNotCount) {
 
     EXPECT_EQ(uxtree_filter(&root, 9, 1, 9, &list, 1, 2, &none), 1);
 
-    EXPECT_EQ(tree.text(), xml("<r/>"));
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
 }
 
 TEST(uxtree_filter, TestsTheTopmostNodesEverywhere) {
@@ -115,8 +111,9 @@ TEST(uxtree_filter, TestsTheTopmostNodesEverywhere) {
 
     EXPECT_EQ(uxtree_filter(&root, 9, 1, 1, &list, 1, 2, &none), 1);
 
-    EXPECT_EQ(tree.text(), xml("<r><n DataID='9'><n DataID='9'/><v DataID='1'>a</v></n><g><m/>"
-                               "<n DataID='9'><v DataID='1'>a</v></n></g></r>"));
+    EXPECT_EQ(tree.text(),
+              tree_text("<r><n DataID='9'><n DataID='9'/><v DataID='1'>a</v></n><g><m/>"
+                        "<n DataID='9'><v DataID='1'>a</v></n></g></r>"));
 }
 
 TEST(uxtree_filter, TheTreeMayRemoveItself) {
@@ -130,7 +127,7 @@ TEST(uxtree_filter, TheTreeMayRemoveItself) {
 
     EXPECT_FALSE(node.IsNodeValid());
     EXPECT_FALSE(inner.IsNodeValid());
-    EXPECT_EQ(tree.text(), xml("<r/>"));
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
 }
 
 TEST(uxtree_filter, ARootMayRemoveItself) {
@@ -153,7 +150,7 @@ TEST(uxtree_filter, ANodeWithoutDataIdNeverMatches) {
     EXPECT_EQ(uxtree_filter(&root, -1, 0, 1, &none, 3, 2, &none), 1);
     EXPECT_EQ(uxtree_filter(&root, 0, 0, 1, &none, 3, 2, &none), 1);
 
-    EXPECT_EQ(tree.text(), xml("<r><a/><b DataID='x'/></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r><a/><b DataID='x'/></r>"));
 }
 
 TEST(uxtree_filter, FailsWithBadArguments) {
@@ -170,7 +167,7 @@ TEST(uxtree_filter, FailsWithBadArguments) {
     EXPECT_EQ(uxtree_filter(nullptr, 9, 1, 1, &list, 1, 2, &list), -1);
     EXPECT_EQ(uxtree_filter(&invalid, 9, 1, 1, &list, 1, 2, &list), -1);
 
-    EXPECT_EQ(tree.text(), xml("<r><n DataID='9'/></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r><n DataID='9'/></r>"));
 }
 
 // The values of k that a find filter keeps.
@@ -209,7 +206,7 @@ TEST(uxtree_filter_by_attrib_find, DoesNotEnterTestedNodes) {
 
     EXPECT_EQ(uxtree_filter_by_attrib_find(&root, 9, "k", "x", 1, 0), 1);
 
-    EXPECT_EQ(tree.text(), xml("<r><n DataID='9' k='x'><n DataID='9' k='y'/></n><g/></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r><n DataID='9' k='x'><n DataID='9' k='y'/></n><g/></r>"));
 }
 
 TEST(uxtree_filter_by_attrib_find, TheTreeMayRemoveItself) {
@@ -219,7 +216,7 @@ TEST(uxtree_filter_by_attrib_find, TheTreeMayRemoveItself) {
     EXPECT_EQ(uxtree_filter_by_attrib_find(&node, 9, "k", "x", 1, 0), 1);
 
     EXPECT_FALSE(node.IsNodeValid());
-    EXPECT_EQ(tree.text(), xml("<r/>"));
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
 }
 
 TEST(uxtree_filter_by_attrib_find, ALeafThatIsNotTestedYieldsOne) {
@@ -239,7 +236,7 @@ TEST(uxtree_filter_by_attrib_find, FailsWithBadArguments) {
     EXPECT_EQ(uxtree_filter_by_attrib_find(&root, 9, nullptr, "x", 1, 0), 0);
     EXPECT_EQ(uxtree_filter_by_attrib_find(&root, 9, "k", nullptr, 1, 0), 0);
 
-    EXPECT_EQ(tree.text(), xml("<r><n DataID='9'/></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r><n DataID='9'/></r>"));
 }
 
 TEST(uxtree_filter_by_attrib_match, KeepsWhatMatchesThePattern) {
@@ -251,9 +248,10 @@ TEST(uxtree_filter_by_attrib_match, KeepsWhatMatchesThePattern) {
     EXPECT_EQ(uxtree_filter_by_attrib_match(&root, 9, "k", "fit*", 0), 1);
     EXPECT_EQ(
         tree.text(),
-        xml("<r><n DataID='9' k='Fit1'/><g><n DataID='9' k='fit22'/></g><n DataID='8'/></r>"));
+        tree_text(
+            "<r><n DataID='9' k='Fit1'/><g><n DataID='9' k='fit22'/></g><n DataID='8'/></r>"));
     EXPECT_EQ(uxtree_filter_by_attrib_match(&root, 9, "k", "fit??", 1), 1);
-    EXPECT_EQ(tree.text(), xml("<r><g><n DataID='9' k='fit22'/></g><n DataID='8'/></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r><g><n DataID='9' k='fit22'/></g><n DataID='8'/></r>"));
 }
 
 TEST(uxtree_filter_by_attrib_match, HandsTheFlagToTheHost) {
@@ -269,7 +267,7 @@ TEST(uxtree_filter_by_attrib_match, HandsTheFlagToTheHost) {
     EXPECT_EQ(uxtree_filter_by_attrib_match(&root, 9, "k", "p", 42), 1);
 
     EXPECT_EQ(asked, "v/p/42");
-    EXPECT_EQ(tree.text(), xml("<r/>"));
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
 }
 
 TEST(uxtree_filter_by_attrib_match, FailsWithBadArguments) {
@@ -282,7 +280,7 @@ TEST(uxtree_filter_by_attrib_match, FailsWithBadArguments) {
     EXPECT_EQ(uxtree_filter_by_attrib_match(&root, 9, nullptr, "x", 1), 0);
     EXPECT_EQ(uxtree_filter_by_attrib_match(&root, 9, "k", nullptr, 1), 0);
 
-    EXPECT_EQ(tree.text(), xml("<r><n DataID='9'/></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r><n DataID='9'/></r>"));
 }
 
 }  // namespace

@@ -18,10 +18,6 @@ using namespace uxtest;
 
 namespace {
 
-std::string xml(const char* text) {
-    return TestTree(text).text();
-}
-
 std::string sorted(const char* tree, int ascending) {
     TestTree parsed(tree);
     UXXmlWrapperBase root = parsed.root();
@@ -55,27 +51,27 @@ void exchange_sort(UXXmlWrapperBase& parent, const char* name, bool ascending) {
 
 TEST(uxtree_sort_children_by_int_attribute, DescendingPutsTheLargestFirst) {
     EXPECT_EQ(sorted("<r><a k='1'/><b k='3'/><c k='2'/></r>", 0),
-              xml("<r><b k='3'/><c k='2'/><a k='1'/></r>"));
+              tree_text("<r><b k='3'/><c k='2'/><a k='1'/></r>"));
 }
 
 TEST(uxtree_sort_children_by_int_attribute, AscendingPutsTheSmallestFirst) {
     EXPECT_EQ(sorted("<r><a k='2147483647'/><b k='-2147483648'/><c k='0'/><d k='-1'/></r>", 1),
-              xml("<r><b k='-2147483648'/><d k='-1'/><c k='0'/><a k='2147483647'/></r>"));
+              tree_text("<r><b k='-2147483648'/><d k='-1'/><c k='0'/><a k='2147483647'/></r>"));
 }
 
 TEST(uxtree_sort_children_by_int_attribute, IsNotStable) {
     EXPECT_EQ(sorted("<r><a k='2'/><b k='2'/><c k='1'/></r>", 1),
-              xml("<r><c k='1'/><b k='2'/><a k='2'/></r>"));
+              tree_text("<r><c k='1'/><b k='2'/><a k='2'/></r>"));
 }
 
 TEST(uxtree_sort_children_by_int_attribute, ChildrenWithoutTheIntegerKeepTheirPlaces) {
     EXPECT_EQ(sorted("<r><a k='3'/><x/><b k='2'/><y k='text'/><c k='1'/></r>", 1),
-              xml("<r><c k='1'/><x/><b k='2'/><y k='text'/><a k='3'/></r>"));
+              tree_text("<r><c k='1'/><x/><b k='2'/><y k='text'/><a k='3'/></r>"));
 }
 
 TEST(uxtree_sort_children_by_int_attribute, WholeContentsGoAlong) {
     EXPECT_EQ(sorted("<r><a k='2' _ux_id='5'>t<x><y/></x></a><b k='1'/></r>", 1),
-              xml("<r><b k='1'/><a k='2' _ux_id='5'>t<x><y/></x></a></r>"));
+              tree_text("<r><b k='1'/><a k='2' _ux_id='5'>t<x><y/></x></a></r>"));
 }
 
 TEST(uxtree_sort_children_by_int_attribute, HandlesKeepTheirPlacesAndSeeWhatStandsThere) {
@@ -87,14 +83,14 @@ TEST(uxtree_sort_children_by_int_attribute, HandlesKeepTheirPlacesAndSeeWhatStan
 
     EXPECT_TRUE(uxtree_sort_children_by_int_attribute(&root, "k", 1));
 
-    EXPECT_EQ(to_text(first), xml("<b k='1'/>"));
+    EXPECT_EQ(to_text(first), tree_text("<b k='1'/>"));
     EXPECT_TRUE(first == tree.at("b"));
     EXPECT_FALSE(moved.IsNodeValid());
     EXPECT_TRUE(stayed == tree.at("c/z"));
 }
 
 TEST(uxtree_sort_children_by_int_attribute, TwoChildrenWithoutTheAttributeAreEnough) {
-    EXPECT_EQ(sorted("<r><a/><b/></r>", 1), xml("<r><a/><b/></r>"));
+    EXPECT_EQ(sorted("<r><a/><b/></r>", 1), tree_text("<r><a/><b/></r>"));
 }
 
 TEST(uxtree_sort_children_by_int_attribute, FailsWithBadArguments) {
@@ -109,7 +105,7 @@ TEST(uxtree_sort_children_by_int_attribute, FailsWithBadArguments) {
     EXPECT_FALSE(uxtree_sort_children_by_int_attribute(&root, nullptr, 1));
     EXPECT_FALSE(uxtree_sort_children_by_int_attribute(&root, "", 1));
 
-    EXPECT_EQ(tree.text(), xml("<r><a k='2'><x k='1'/></a><b k='1'/></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r><a k='2'><x k='1'/></a><b k='1'/></r>"));
 }
 
 TEST(uxtree_sort_children_by_int_attribute, EqualsTheExchangeSortOnRandomTrees) {

@@ -11,10 +11,6 @@ using namespace uxtest;
 
 namespace {
 
-std::string xml(const char* text) {
-    return TestTree(text).text();
-}
-
 std::string moved(const char* tree, int from, int to, unsigned int flags = 0,
                   const char* attrName = nullptr) {
     TestTree parsed(tree);
@@ -26,40 +22,40 @@ std::string moved(const char* tree, int from, int to, unsigned int flags = 0,
 const char* const kThree = "<r><a/><b/><c/></r>";
 
 TEST(uxtree_move_node, FromAtOrBelowToStandsAfterTheTarget) {
-    EXPECT_EQ(moved(kThree, 0, 1), "1 " + xml("<r><b/><a/><c/></r>"));
-    EXPECT_EQ(moved(kThree, 0, 2), "1 " + xml("<r><b/><c/><a/></r>"));
-    EXPECT_EQ(moved(kThree, 1, 1), "1 " + xml(kThree));
+    EXPECT_EQ(moved(kThree, 0, 1), "1 " + tree_text("<r><b/><a/><c/></r>"));
+    EXPECT_EQ(moved(kThree, 0, 2), "1 " + tree_text("<r><b/><c/><a/></r>"));
+    EXPECT_EQ(moved(kThree, 1, 1), "1 " + tree_text(kThree));
 }
 
 TEST(uxtree_move_node, FromAboveToStandsBeforeTheTarget) {
-    EXPECT_EQ(moved(kThree, 2, 0), "1 " + xml("<r><c/><a/><b/></r>"));
-    EXPECT_EQ(moved(kThree, 2, 1), "1 " + xml("<r><a/><c/><b/></r>"));
+    EXPECT_EQ(moved(kThree, 2, 0), "1 " + tree_text("<r><c/><a/><b/></r>"));
+    EXPECT_EQ(moved(kThree, 2, 1), "1 " + tree_text("<r><a/><c/><b/></r>"));
 }
 
 TEST(uxtree_move_node, ANegativeTargetMeansTheEndOfTheTree) {
-    EXPECT_EQ(moved("<r><a><x/></a><b/></r>", 1, -1), "1 " + xml("<r><a/><b/><x/></r>"));
+    EXPECT_EQ(moved("<r><a><x/></a><b/></r>", 1, -1), "1 " + tree_text("<r><a/><b/><x/></r>"));
 }
 
 TEST(uxtree_move_node, AnUnreachableTargetOrSourceChangesNothing) {
-    EXPECT_EQ(moved(kThree, 0, 3), "0 " + xml(kThree));
-    EXPECT_EQ(moved(kThree, 3, 0), "0 " + xml(kThree));
-    EXPECT_EQ(moved(kThree, -1, 0), "0 " + xml(kThree));
+    EXPECT_EQ(moved(kThree, 0, 3), "0 " + tree_text(kThree));
+    EXPECT_EQ(moved(kThree, 3, 0), "0 " + tree_text(kThree));
+    EXPECT_EQ(moved(kThree, -1, 0), "0 " + tree_text(kThree));
 }
 
 TEST(uxtree_move_node, TheWholeContentGoesAlong) {
     EXPECT_EQ(moved("<r><a k='1' _ux_id='7'>text<x><y/></x></a><b><c/></b></r>", 0, 4),
-              "1 " + xml("<r><b><c/><a k='1' _ux_id='7'>text<x><y/></x></a></b></r>"));
+              "1 " + tree_text("<r><b><c/><a k='1' _ux_id='7'>text<x><y/></x></a></b></r>"));
 }
 
 TEST(uxtree_move_node, FlagsAndAttributeChooseTheNumbering) {
     const char* const tree = "<r><a m='1'/><b/><c m='1'/><d m='1'/></r>";
 
     EXPECT_EQ(moved(tree, 2, 1, 0x10000, "m"),
-              "1 " + xml("<r><a m='1'/><b/><d m='1'/><c m='1'/></r>"));
+              "1 " + tree_text("<r><a m='1'/><b/><d m='1'/><c m='1'/></r>"));
 }
 
 TEST(uxtree_move_node, IntoItsOwnBranchLosesTheNode) {
-    EXPECT_EQ(moved("<r><a><x/></a><b/></r>", 0, 1), "1 " + xml("<r><b/></r>"));
+    EXPECT_EQ(moved("<r><a><x/></a><b/></r>", 0, 1), "1 " + tree_text("<r><b/></r>"));
 }
 
 TEST(uxtree_move_node, HandlesToTheSourceBecomeInvalid) {
@@ -92,9 +88,10 @@ TEST(uxtree_append_children, NumbersTheCopiesBehindTheLargestId) {
     EXPECT_EQ(uxtree_append_children(&to, &from, "Set"), 10);
 
     EXPECT_EQ(target.text(),
-              xml("<t><Set1 _ux_id='4'/><set2 _ux_id='7'/><Other _ux_id='99'/><Set3/>"
-                  "<Set1 _ux_id='8'><x _ux_id='2'/></Set1><SETa _ux_id='9'/></t>"));
-    EXPECT_EQ(source.text(), xml("<s><Set1 _ux_id='1'><x _ux_id='2'/></Set1><y/><SETa/></s>"));
+              tree_text("<t><Set1 _ux_id='4'/><set2 _ux_id='7'/><Other _ux_id='99'/><Set3/>"
+                        "<Set1 _ux_id='8'><x _ux_id='2'/></Set1><SETa _ux_id='9'/></t>"));
+    EXPECT_EQ(source.text(),
+              tree_text("<s><Set1 _ux_id='1'><x _ux_id='2'/></Set1><y/><SETa/></s>"));
 }
 
 TEST(uxtree_append_children, WithoutMatchingChildrenTheCopiesKeepTheirIds) {
@@ -105,7 +102,8 @@ TEST(uxtree_append_children, WithoutMatchingChildrenTheCopiesKeepTheirIds) {
 
     EXPECT_EQ(uxtree_append_children(&to, &from, "Set"), 0);
 
-    EXPECT_EQ(target.text(), xml("<t><Other _ux_id='99'/><Set/><Set1 _ux_id='5'/><Set2/></t>"));
+    EXPECT_EQ(target.text(),
+              tree_text("<t><Other _ux_id='99'/><Set/><Set1 _ux_id='5'/><Set2/></t>"));
 }
 
 TEST(uxtree_append_children, AnIdOfZeroStartsAtOne) {
@@ -117,7 +115,7 @@ TEST(uxtree_append_children, AnIdOfZeroStartsAtOne) {
 
     EXPECT_EQ(uxtree_append_children(&to, &from, nullptr), 3);
 
-    EXPECT_EQ(target.text(), xml("<t><a _ux_id='0'/><b _ux_id='1'/><c _ux_id='2'/></t>"));
+    EXPECT_EQ(target.text(), tree_text("<t><a _ux_id='0'/><b _ux_id='1'/><c _ux_id='2'/></t>"));
 }
 
 TEST(uxtree_append_children, TheSourceMayBeTheTarget) {
@@ -126,7 +124,7 @@ TEST(uxtree_append_children, TheSourceMayBeTheTarget) {
 
     EXPECT_EQ(uxtree_append_children(&root, &root, ""), 4);
 
-    EXPECT_EQ(tree.text(), xml("<r><a _ux_id='1'/><b/><a _ux_id='2'/><b _ux_id='3'/></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r><a _ux_id='1'/><b/><a _ux_id='2'/><b _ux_id='3'/></r>"));
 }
 
 TEST(uxtree_append_children, TheTargetMayStandInsideTheSource) {
@@ -135,9 +133,9 @@ TEST(uxtree_append_children, TheTargetMayStandInsideTheSource) {
     UXXmlWrapperBase inner = tree.at("a");
 
     EXPECT_EQ(uxtree_append_children(&inner, &root, ""), 0);
-    EXPECT_EQ(tree.text(), xml("<r><a><x/><a><x/></a><b/></a><b/></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r><a><x/><a><x/></a><b/></a><b/></r>"));
     EXPECT_EQ(uxtree_append_children(&root, &inner, "x"), 0);
-    EXPECT_EQ(tree.text(), xml("<r><a><x/><a><x/></a><b/></a><b/><x/></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r><a><x/><a><x/></a><b/></a><b/><x/></r>"));
 }
 
 TEST(uxtree_append_children, FailsWithBadArguments) {
@@ -150,7 +148,7 @@ TEST(uxtree_append_children, FailsWithBadArguments) {
     EXPECT_EQ(uxtree_append_children(&invalid, &root, ""), 0);
     EXPECT_EQ(uxtree_append_children(&root, &invalid, ""), 0);
 
-    EXPECT_EQ(tree.text(), xml("<r><a/></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r><a/></r>"));
 }
 
 TEST(uxtree_polish_tree_keep_DataID, KeepsOnlyTheExactName) {
@@ -164,7 +162,7 @@ TEST(uxtree_polish_tree_keep_DataID, KeepsOnlyTheExactName) {
     uxtree_polish_tree_keep_DataID(nullptr);
     uxtree_polish_tree_keep_DataID(&invalid);
 
-    EXPECT_EQ(tree.text(), xml("<r DataID='1'><a _ux_id='5'><b DataID='3'/></a>text</r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r DataID='1'><a _ux_id='5'><b DataID='3'/></a>text</r>"));
 }
 
 std::string adapted(const std::string& name) {
@@ -203,43 +201,43 @@ std::string copied(const char* source, const char* target,
     UXXmlWrapperBase targetRoot = to.root();
     CWBOStringArray names = string_list(skip);
     const int result = VCTreeCopyWithSkipping(&targetRoot, &sourceRoot, &names, 0);
-    EXPECT_EQ(from.text(), xml(source));
+    EXPECT_EQ(from.text(), tree_text(source));
     return std::to_string(result) + " " + to.text();
 }
 
 TEST(VCTreeCopyWithSkipping, CopiesBranchesWithValues) {
     EXPECT_EQ(copied("<s k='1'><a j='2' _ux_id='3'><b>x</b></a><c>y</c></s>", "<t/>"),
-              "2 " + xml("<t k='1'><a j='2' _ux_id='3'><b>x</b></a><c>y</c></t>"));
+              "2 " + tree_text("<t k='1'><a j='2' _ux_id='3'><b>x</b></a><c>y</c></t>"));
 }
 
 TEST(VCTreeCopyWithSkipping, DropsWhatHasNoValue) {
     EXPECT_EQ(copied("<s><a k='1'/><b>own<c/><d><e/></d></b><f><g/><h>x</h></f></s>", "<t/>"),
-              "1 " + xml("<t><f><h>x</h></f></t>"));
+              "1 " + tree_text("<t><f><h>x</h></f></t>"));
 }
 
 TEST(VCTreeCopyWithSkipping, ABranchLosesItsOwnText) {
     EXPECT_EQ(copied("<s>own<a>also<b>x</b></a></s>", "<t/>"),
-              "1 " + xml("<t><a><b>x</b></a></t>"));
+              "1 " + tree_text("<t><a><b>x</b></a></t>"));
 }
 
 TEST(VCTreeCopyWithSkipping, LeavesMarkedBranchesOut) {
     EXPECT_EQ(copied("<s><a no=''><b>x</b></a><c><d never='1'>y</d><e>z</e></c></s>", "<t/>",
                      {"no", "never"}),
-              "1 " + xml("<t><c><e>z</e></c></t>"));
+              "1 " + tree_text("<t><c><e>z</e></c></t>"));
 }
 
 TEST(VCTreeCopyWithSkipping, AMarkedSourceCopiesNothing) {
-    EXPECT_EQ(copied("<s k='1' no=''><a>x</a></s>", "<t/>", {"no"}), "0 " + xml("<t/>"));
+    EXPECT_EQ(copied("<s k='1' no=''><a>x</a></s>", "<t/>", {"no"}), "0 " + tree_text("<t/>"));
 }
 
 TEST(VCTreeCopyWithSkipping, ALeafGivesItsValueAndCountsNoChildren) {
-    EXPECT_EQ(copied("<s k='1'>x</s>", "<t>old<a/></t>"), "0 " + xml("<t k='1'>x<a/></t>"));
-    EXPECT_EQ(copied("<s k='1'/>", "<t>old</t>"), "0 " + xml("<t k='1'>old</t>"));
+    EXPECT_EQ(copied("<s k='1'>x</s>", "<t>old<a/></t>"), "0 " + tree_text("<t k='1'>x<a/></t>"));
+    EXPECT_EQ(copied("<s k='1'/>", "<t>old</t>"), "0 " + tree_text("<t k='1'>old</t>"));
 }
 
 TEST(VCTreeCopyWithSkipping, TheTargetsOwnChildrenStay) {
     EXPECT_EQ(copied("<s><a>x</a></s>", "<t j='1'><a>old</a></t>"),
-              "1 " + xml("<t j='1'><a>old</a><a>x</a></t>"));
+              "1 " + tree_text("<t j='1'><a>old</a><a>x</a></t>"));
 }
 
 TEST(VCTreeCopyWithSkipping, TheSkipListIsOptional) {
@@ -250,7 +248,7 @@ TEST(VCTreeCopyWithSkipping, TheSkipListIsOptional) {
 
     EXPECT_EQ(VCTreeCopyWithSkipping(&to, &from, nullptr, 0xFFFFFFFF), 1);
 
-    EXPECT_EQ(target.text(), xml("<t><a>x</a></t>"));
+    EXPECT_EQ(target.text(), tree_text("<t><a>x</a></t>"));
 }
 
 TEST(VCTreeCopyWithSkipping, TheTreesMayOverlap) {
@@ -259,10 +257,12 @@ TEST(VCTreeCopyWithSkipping, TheTreesMayOverlap) {
     UXXmlWrapperBase inner = tree.at("b");
 
     EXPECT_EQ(VCTreeCopyWithSkipping(&root, &root, nullptr, 0), 2);
-    EXPECT_EQ(tree.text(), xml("<r k='1'><a>x</a><b><c>y</c></b><a>x</a><b><c>y</c></b></r>"));
+    EXPECT_EQ(tree.text(),
+              tree_text("<r k='1'><a>x</a><b><c>y</c></b><a>x</a><b><c>y</c></b></r>"));
     EXPECT_EQ(VCTreeCopyWithSkipping(&inner, &root, nullptr, 0), 4);
-    EXPECT_EQ(tree.text(), xml("<r k='1'><a>x</a><b k='1'><c>y</c><a>x</a><b><c>y</c></b><a>x</a>"
-                               "<b><c>y</c></b></b><a>x</a><b><c>y</c></b></r>"));
+    EXPECT_EQ(tree.text(),
+              tree_text("<r k='1'><a>x</a><b k='1'><c>y</c><a>x</a><b><c>y</c></b><a>x</a>"
+                        "<b><c>y</c></b></b><a>x</a><b><c>y</c></b></r>"));
 }
 
 TEST(VCTreeCopyWithSkipping, TheSourceMayStandInsideTheTarget) {
@@ -272,7 +272,7 @@ TEST(VCTreeCopyWithSkipping, TheSourceMayStandInsideTheTarget) {
 
     EXPECT_EQ(VCTreeCopyWithSkipping(&root, &inner, nullptr, 0), 1);
 
-    EXPECT_EQ(tree.text(), xml("<r k='1'><a k='1'><b>x</b></a><b>x</b></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r k='1'><a k='1'><b>x</b></a><b>x</b></r>"));
 }
 
 TEST(VCTreeCopyWithSkipping, FailsWithBadArguments) {
@@ -285,7 +285,7 @@ TEST(VCTreeCopyWithSkipping, FailsWithBadArguments) {
     EXPECT_EQ(VCTreeCopyWithSkipping(&invalid, &root, nullptr, 0), -1);
     EXPECT_EQ(VCTreeCopyWithSkipping(&root, &invalid, nullptr, 0), -1);
 
-    EXPECT_EQ(tree.text(), xml("<r><a>x</a></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r><a>x</a></r>"));
 }
 
 TEST(uxtree_copy_with_skipping, ForwardsTheStringArray) {
@@ -297,11 +297,11 @@ TEST(uxtree_copy_with_skipping, ForwardsTheStringArray) {
     auto ints = script_ints({1});
 
     EXPECT_EQ(uxtree_copy_with_skipping(&to, &from, &ints, 0), -1);
-    EXPECT_EQ(target.text(), xml("<t/>"));
+    EXPECT_EQ(target.text(), tree_text("<t/>"));
     EXPECT_EQ(uxtree_copy_with_skipping(&to, &from, &skip, 0), 1);
-    EXPECT_EQ(target.text(), xml("<t><b>y</b></t>"));
+    EXPECT_EQ(target.text(), tree_text("<t><b>y</b></t>"));
     EXPECT_EQ(uxtree_copy_with_skipping(&to, &from, nullptr, 0), 2);
-    EXPECT_EQ(target.text(), xml("<t><b>y</b><a no=''>x</a><b>y</b></t>"));
+    EXPECT_EQ(target.text(), tree_text("<t><b>y</b><a no=''>x</a><b>y</b></t>"));
 }
 
 TEST(VCTreeSetTagName, RenamesInPlace) {
@@ -310,7 +310,7 @@ TEST(VCTreeSetTagName, RenamesInPlace) {
 
     EXPECT_EQ(VCTreeSetTagName(&node, "new"), 1);
 
-    EXPECT_EQ(tree.text(), xml("<r><new k='1' _ux_id='2'>text<b/></new><c/></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r><new k='1' _ux_id='2'>text<b/></new><c/></r>"));
     EXPECT_TRUE(node == tree.at("new"));
 }
 
@@ -326,7 +326,7 @@ TEST(VCTreeSetTagName, RefusesWhatIsNoName) {
     EXPECT_EQ(VCTreeSetTagName(nullptr, "b"), 0);
     EXPECT_EQ(VCTreeSetTagName(&invalid, "b"), 0);
 
-    EXPECT_EQ(tree.text(), xml("<r><a/></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r><a/></r>"));
 }
 
 }  // namespace

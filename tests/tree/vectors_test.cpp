@@ -14,67 +14,40 @@ using testing::IsEmpty;
 
 namespace {
 
-std::string xml(const char* text) {
-    return TestTree(text).text();
-}
-
-UXScriptArray<CArray<bool, bool>> script_bools(const std::vector<bool>& values) {
-    UXScriptArray<CArray<bool, bool>> out;
-    for (const bool value : values) out.array().Add(value);
-    return out;
+std::string with_values(const char* xml, const std::vector<int>& values) {
+    TestTree tree(xml);
+    UXXmlWrapperBase root = tree.root();
+    auto list = script_ints(values);
+    uxtree_value_from_vec_int_to_tree_sub_nodes(&list, &root);
+    return tree.text();
 }
 
 TEST(uxtree_value_from_vec_int_to_tree_sub_nodes, CreatesOneChildPerElement) {
-    TestTree tree("<r DataID='1000'/>");
-    UXXmlWrapperBase root = tree.root();
-    auto values = script_ints({7, -8});
-
-    uxtree_value_from_vec_int_to_tree_sub_nodes(&values, &root);
-
-    EXPECT_EQ(tree.text(), xml("<r DataID='1000'><Value1 DataID='1001'>7</Value1>"
-                               "<Value2 DataID='1002'>-8</Value2></r>"));
+    EXPECT_EQ(with_values("<r DataID='1000'/>", {7, -8}),
+              tree_text("<r DataID='1000'><Value1 DataID='1001'>7</Value1>"
+                        "<Value2 DataID='1002'>-8</Value2></r>"));
 }
 
 TEST(uxtree_value_from_vec_int_to_tree_sub_nodes, FindsChildrenByTheirDataIdAlone) {
-    TestTree tree("<r DataID='10'><x DataID='12'>old</x><y/></r>");
-    UXXmlWrapperBase root = tree.root();
-    auto values = script_ints({1, 2});
-
-    uxtree_value_from_vec_int_to_tree_sub_nodes(&values, &root);
-
-    EXPECT_EQ(tree.text(), xml("<r DataID='10'><x DataID='12'>2</x><y/>"
-                               "<Value1 DataID='11'>1</Value1></r>"));
+    EXPECT_EQ(with_values("<r DataID='10'><x DataID='12'>old</x><y/></r>", {1, 2}),
+              tree_text("<r DataID='10'><x DataID='12'>2</x><y/>"
+                        "<Value1 DataID='11'>1</Value1></r>"));
 }
 
 TEST(uxtree_value_from_vec_int_to_tree_sub_nodes, TheFirstOfEqualDataIdsIsWritten) {
-    TestTree tree("<r DataID='10'><x DataID='11'/><y DataID='11'/></r>");
-    UXXmlWrapperBase root = tree.root();
-    auto values = script_ints({1, 2, 3});
-
-    uxtree_value_from_vec_int_to_tree_sub_nodes(&values, &root);
-
-    EXPECT_EQ(tree.text(), xml("<r DataID='10'><x DataID='11'>1</x><y DataID='11'/>"
-                               "<Value2 DataID='12'>2</Value2><Value3 DataID='13'>3</Value3></r>"));
+    EXPECT_EQ(with_values("<r DataID='10'><x DataID='11'/><y DataID='11'/></r>", {1, 2, 3}),
+              tree_text("<r DataID='10'><x DataID='11'>1</x><y DataID='11'/>"
+                        "<Value2 DataID='12'>2</Value2><Value3 DataID='13'>3</Value3></r>"));
 }
 
 TEST(uxtree_value_from_vec_int_to_tree_sub_nodes, CutsSurplusChildrenAndWritesByPosition) {
-    TestTree tree("<r DataID='10'><a DataID='99'/><b/><c/><d DataID='11'/><e/></r>");
-    UXXmlWrapperBase root = tree.root();
-    auto values = script_ints({1, 2, 3});
-
-    uxtree_value_from_vec_int_to_tree_sub_nodes(&values, &root);
-
-    EXPECT_EQ(tree.text(), xml("<r DataID='10'><a DataID='99'>1</a><b>2</b><c>3</c></r>"));
+    EXPECT_EQ(
+        with_values("<r DataID='10'><a DataID='99'/><b/><c/><d DataID='11'/><e/></r>", {1, 2, 3}),
+        tree_text("<r DataID='10'><a DataID='99'>1</a><b>2</b><c>3</c></r>"));
 }
 
 TEST(uxtree_value_from_vec_int_to_tree_sub_nodes, AnEmptyVectorRemovesAllChildren) {
-    TestTree tree("<r DataID='10'><a/><b/></r>");
-    UXXmlWrapperBase root = tree.root();
-    auto values = script_ints({});
-
-    uxtree_value_from_vec_int_to_tree_sub_nodes(&values, &root);
-
-    EXPECT_EQ(tree.text(), xml("<r DataID='10'/>"));
+    EXPECT_EQ(with_values("<r DataID='10'><a/><b/></r>", {}), tree_text("<r DataID='10'/>"));
 }
 
 TEST(uxtree_value_from_vec_int_to_tree_sub_nodes, WritesAtMost999Elements) {
@@ -87,18 +60,13 @@ TEST(uxtree_value_from_vec_int_to_tree_sub_nodes, WritesAtMost999Elements) {
     EXPECT_EQ(root.GetNodeCount(), 999);
     UXXmlWrapperBase last;
     root.GetChild(&last, 998);
-    EXPECT_EQ(to_text(last), xml("<Value999 DataID='1999'>5</Value999>"));
+    EXPECT_EQ(to_text(last), tree_text("<Value999 DataID='1999'>5</Value999>"));
 }
 
 TEST(uxtree_value_from_vec_int_to_tree_sub_nodes, IdentifiersBelowOneAreNotWritten) {
-    TestTree tree("<r DataID='-2'/>");
-    UXXmlWrapperBase root = tree.root();
-    auto values = script_ints({1, 2, 3});
-
-    uxtree_value_from_vec_int_to_tree_sub_nodes(&values, &root);
-
-    EXPECT_EQ(tree.text(), xml("<r DataID='-2'><Value1>1</Value1><Value2>2</Value2>"
-                               "<Value3 DataID='1'>3</Value3></r>"));
+    EXPECT_EQ(with_values("<r DataID='-2'/>", {1, 2, 3}),
+              tree_text("<r DataID='-2'><Value1>1</Value1><Value2>2</Value2>"
+                        "<Value3 DataID='1'>3</Value3></r>"));
 }
 
 TEST(uxtree_value_from_vec_int_to_tree_sub_nodes, DoesNothingWithBadArguments) {
@@ -115,7 +83,7 @@ TEST(uxtree_value_from_vec_int_to_tree_sub_nodes, DoesNothingWithBadArguments) {
     uxtree_value_from_vec_int_to_tree_sub_nodes(&values, &invalid);
     uxtree_value_from_vec_int_to_tree_sub_nodes(&values, &bare);
 
-    EXPECT_EQ(tree.text(), xml("<r DataID='10'><n/></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r DataID='10'><n/></r>"));
 }
 
 TEST(uxtree_value_from_vec_double_to_tree_sub_nodes, WritesNumbersThatReadBackEqual) {
@@ -128,8 +96,8 @@ TEST(uxtree_value_from_vec_double_to_tree_sub_nodes, WritesNumbersThatReadBackEq
     uxtree_value_from_vec_double_to_tree_sub_nodes(&ints, &root);
     uxtree_value_from_vec_double_to_tree_sub_nodes(&values, nullptr);
 
-    EXPECT_EQ(tree.text(), xml("<r DataID='10'><Value1 DataID='11'>0.1</Value1>"
-                               "<Value2 DataID='12'>1e+300</Value2></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r DataID='10'><Value1 DataID='11'>0.1</Value1>"
+                                     "<Value2 DataID='12'>1e+300</Value2></r>"));
 }
 
 TEST(uxtree_value_from_vec_bool_to_tree_sub_nodes, WritesOneAndZero) {
@@ -142,8 +110,8 @@ TEST(uxtree_value_from_vec_bool_to_tree_sub_nodes, WritesOneAndZero) {
     uxtree_value_from_vec_bool_to_tree_sub_nodes(&ints, &root);
     uxtree_value_from_vec_bool_to_tree_sub_nodes(&values, nullptr);
 
-    EXPECT_EQ(tree.text(), xml("<r DataID='10'><Value1 DataID='11'>1</Value1>"
-                               "<Value2 DataID='12'>0</Value2></r>"));
+    EXPECT_EQ(tree.text(), tree_text("<r DataID='10'><Value1 DataID='11'>1</Value1>"
+                                     "<Value2 DataID='12'>0</Value2></r>"));
 }
 
 TEST(uxtree_value_from_vec_string_to_tree_sub_nodes, WritesTextsAsTheyAre) {
@@ -156,8 +124,9 @@ TEST(uxtree_value_from_vec_string_to_tree_sub_nodes, WritesTextsAsTheyAre) {
     uxtree_value_from_vec_string_to_tree_sub_nodes(&ints, &root);
     uxtree_value_from_vec_string_to_tree_sub_nodes(&values, nullptr);
 
-    EXPECT_EQ(tree.text(), xml("<r DataID='10'><Value1 DataID='11'>a|b</Value1>"
-                               "<Value2 DataID='12'/><Value3 DataID='13'>&lt;c></Value3></r>"));
+    EXPECT_EQ(tree.text(),
+              tree_text("<r DataID='10'><Value1 DataID='11'>a|b</Value1>"
+                        "<Value2 DataID='12'/><Value3 DataID='13'>&lt;c></Value3></r>"));
 }
 
 TEST(uxtree_value_from_tree_sub_nodes_to_vector_int, FillsTheSlotsAndKeepsTheSize) {

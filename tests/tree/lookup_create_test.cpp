@@ -1,0 +1,169 @@
+// Finding nodes that are made when they are missing.
+#include <gtest/gtest.h>
+
+#include "uxtree/tree/lookup.h"
+
+#include "support/test_tree.h"
+
+using namespace uxtest;
+
+namespace {
+
+TEST(uxtree_tree_check_get_node, FindsTheFirstChildAndSetsTheAttributeOnIt) {
+    TestTree tree("<r><a/><a/></r>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase out;
+
+    EXPECT_EQ(uxtree_tree_check_get_node(&out, &root, "a", 5, "k", "v"), 1);
+
+    EXPECT_TRUE(out == tree.at("a"));
+    EXPECT_EQ(tree.text(), tree_text("<r><a k='v'/><a/></r>"));
+}
+
+TEST(uxtree_tree_check_get_node, AppendsAMissingChildWithTheId) {
+    TestTree tree("<r><a/></r>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase out;
+
+    EXPECT_EQ(uxtree_tree_check_get_node(&out, &root, "b", 5), 1);
+    EXPECT_EQ(uxtree_tree_check_get_node(&out, &root, "c", 0, "k", ""), 1);
+
+    EXPECT_EQ(tag_text(out), "c");
+    EXPECT_EQ(tree.text(), tree_text("<r><a/><b _ux_id='5'/><c/></r>"));
+}
+
+TEST(uxtree_tree_check_get_node, ATotalFailureLeavesTheOutputInvalid) {
+    TestTree tree("<r><a/></r>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase out = root;
+
+    EXPECT_EQ(uxtree_tree_check_get_node(&out, &root, "no name", 0), 0);
+
+    EXPECT_FALSE(out.IsNodeValid());
+    EXPECT_EQ(tree.text(), "<r><a></a></r>");
+}
+
+TEST(uxtree_tree_check_get_node, FailsWithBadArgumentsWithoutTouchingTheOutput) {
+    TestTree tree("<r><a/></r>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase invalid;
+    UXXmlWrapperBase out = root;
+
+    EXPECT_EQ(uxtree_tree_check_get_node(nullptr, &root, "b", 0), 0);
+    EXPECT_EQ(uxtree_tree_check_get_node(&out, nullptr, "b", 0), 0);
+    EXPECT_EQ(uxtree_tree_check_get_node(&out, &invalid, "b", 0), 0);
+    EXPECT_TRUE(out == root);
+    EXPECT_EQ(uxtree_tree_check_get_node(&out, &root, nullptr, 0), 0);
+    EXPECT_EQ(uxtree_tree_check_get_node(&out, &root, "", 0), 0);
+
+    EXPECT_EQ(tree.text(), "<r><a></a></r>");
+}
+
+TEST(uxtree_tree_check_get_node, TheOutputMayBeTheParent) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase node = tree.root();
+
+    EXPECT_EQ(uxtree_tree_check_get_node(&node, &node, "a", 0), 1);
+    EXPECT_EQ(uxtree_tree_check_get_node(&node, &node, "b", 0), 1);
+
+    EXPECT_EQ(tree.text(), "<r><a><b></b></a></r>");
+}
+
+TEST(uxtree_tree_check_get_node_by_attribute, FindsWithOrWithoutDepth) {
+    TestTree tree("<r><a><b k='v'/></a></r>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase out;
+
+    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &root, "k", "v", 1, nullptr), 1);
+    EXPECT_EQ(tag_text(out), "b");
+    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &root, "k", "v", 0, "n"), 1);
+    EXPECT_EQ(tag_text(out), "n");
+    EXPECT_EQ(tree.text(), "<r><a><b k=\"v\"></b></a><n k=\"v\"></n></r>");
+}
+
+TEST(uxtree_tree_check_get_node_by_attribute, TheValueIsTheTagWhenNoneIsGiven) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase out;
+
+    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &root, "k", "1 a:b", 1, nullptr), 1);
+
+    EXPECT_EQ(tree.text(), "<r><_1_a_b k=\"1 a:b\"></_1_a_b></r>");
+}
+
+TEST(uxtree_tree_check_get_node_by_attribute, TheTagZeroCreatesNothing) {
+    TestTree tree("<r><a/></r>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase out = root;
+
+    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &root, "k", "v", 1, "0"), 0);
+    EXPECT_FALSE(out.IsNodeValid());
+    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &root, "k", "0", 1, nullptr), 0);
+    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &root, "k", "v", 1, ""), 0);
+
+    EXPECT_EQ(tree.text(), "<r><a></a></r>");
+}
+
+TEST(uxtree_tree_check_get_node_by_attribute, FailsWithBadArguments) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase invalid;
+    UXXmlWrapperBase out;
+
+    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(nullptr, &root, "k", "v", 1, "n"), 0);
+    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, nullptr, "k", "v", 1, "n"), 0);
+    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &invalid, "k", "v", 1, "n"), 0);
+    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &root, nullptr, "v", 1, "n"), 0);
+    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &root, "k", nullptr, 1, "n"), 0);
+
+    EXPECT_EQ(tree.text(), "<r></r>");
+}
+
+TEST(uxtree_check_get_node_by_dataid, FindsAmongTheDirectChildrenOnly) {
+    TestTree tree("<r><a><b DataID='5'/></a><c DataID='5'/></r>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase out;
+
+    EXPECT_EQ(uxtree_check_get_node_by_dataid(&root, &out, "n", 5, "k", "v"), 1);
+
+    EXPECT_EQ(tag_text(out), "c");
+    EXPECT_EQ(tree.text(), tree_text("<r><a><b DataID='5'/></a><c DataID='5'/></r>"));
+}
+
+TEST(uxtree_check_get_node_by_dataid, CreatesWhatIsMissing) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase out = root;
+
+    EXPECT_EQ(uxtree_check_get_node_by_dataid(&root, &out, "n", 5, "k", "v"), 1);
+    EXPECT_EQ(tag_text(out), "n");
+    EXPECT_EQ(uxtree_check_get_node_by_dataid(&root, &out, "m", 0, "k", ""), 1);
+
+    EXPECT_EQ(tree.text(), "<r><n k=\"v\" DataID=\"5\"></n><m></m></r>");
+}
+
+TEST(uxtree_check_get_node_by_dataid, ATagThatCannotBeCreatedLeavesTheOutput) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase out = root;
+
+    EXPECT_EQ(uxtree_check_get_node_by_dataid(&root, &out, "no name", 5, nullptr, nullptr), 1);
+
+    EXPECT_TRUE(out == root);
+    EXPECT_EQ(tree.text(), "<r></r>");
+}
+
+TEST(uxtree_check_get_node_by_dataid, FailsWithBadArguments) {
+    TestTree tree("<r/>");
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase invalid;
+    UXXmlWrapperBase out;
+
+    EXPECT_EQ(uxtree_check_get_node_by_dataid(nullptr, &out, "n", 5, nullptr, nullptr), 0);
+    EXPECT_EQ(uxtree_check_get_node_by_dataid(&invalid, &out, "n", 5, nullptr, nullptr), 0);
+    EXPECT_EQ(uxtree_check_get_node_by_dataid(&root, nullptr, "n", 5, nullptr, nullptr), 0);
+
+    EXPECT_EQ(tree.text(), "<r></r>");
+}
+
+}  // namespace
