@@ -3,9 +3,8 @@
 
 Usage: tools/dev/check_exports.py [--complete] LIBRARY LIST
 
-LIST has lines of kind, name and topic, separated by TAB; kind is "script" (C linkage) or "native"
-(C++ linkage; a function with its overloads, or a class with its members). Fails on an export that
-is not listed or of the other kind; with --complete also on a listed name that is not exported.
+LIST is docs/entry_points.txt. Fails on an export that is not listed or of the other kind; with
+--complete also on a listed name that is not exported.
 """
 
 import argparse
@@ -13,15 +12,11 @@ import re
 import subprocess
 import sys
 
+from entry_points import read_entry_points
+
 ABOUT_A_CLASS = re.compile(
     r"^(vtable|VTT|typeinfo|typeinfo name|guard variable|non-virtual thunk|virtual thunk) (for|to) "
 )
-
-
-def read_list(path):
-    with open(path, encoding="utf-8") as rows:
-        fields = (row.rstrip("\n").split("\t") for row in rows if row.strip())
-        return {row[1]: row[0] for row in fields}
 
 
 def exported_symbols(library):
@@ -48,7 +43,7 @@ def main():
     parser.add_argument("list")
     options = parser.parse_args()
 
-    listed = read_list(options.list)
+    listed = read_entry_points(options.list)
     exported = {}
     wrong = []
     for symbol in exported_symbols(options.library):

@@ -12,13 +12,10 @@ import pathlib
 import re
 import sys
 
+from entry_points import read_entry_points
+
 ROW = re.compile(r"^\| (\w+) \| (.+?) \| (`.*`) \|$", re.MULTILINE)
 THROUGH = re.compile(r"^through `(\w+)`$")
-
-
-def entry_points(root):
-    rows = (root / "docs/entry_points.txt").read_text().splitlines()
-    return {row.split("\t")[1] for row in rows if "\t" in row and not row.startswith("#")}
 
 
 def check_row(root, target, how, names):
@@ -44,7 +41,7 @@ def check(root):
         names = re.findall(r"`(\w+)`", cell)
         seen.update(names)
         yield from check_row(root, target, how, names)
-    known = entry_points(root)
+    known = set(read_entry_points(root / "docs/entry_points.txt"))
     yield from (f"no row for {name}" for name in sorted(known - set(seen)))
     yield from (f"no entry point: {name}" for name in sorted(set(seen) - known))
     yield from (f"more than one row for {name}" for name in sorted(seen) if seen[name] > 1)

@@ -76,7 +76,7 @@ def check(root):
                 name = path.relative_to(root / base).as_posix()
                 source = path.relative_to(root)
                 yield from check_library_file(source, name, path.read_text(), ranks)
-    for base in ("tools", "examples", "bindings"):
+    for base in ("tools", "examples"):
         for path in sorted((root / base).rglob("*")):
             if path.suffix in (".cpp", ".h"):
                 yield from check_outside_file(path.relative_to(root), path.read_text())

@@ -13,6 +13,7 @@ import pathlib
 import re
 import sys
 
+from entry_points import read_entry_points
 from public_headers import EXPORT, read_headers, write_or_compare
 
 HEAD = """\
@@ -25,11 +26,6 @@ commands of `uxtree` that call it. Written by `tools/dev/make_reference.py` from
 Entry points in `extern "C"` are the script forms. Conventions that all entry points share (bad
 arguments, outputs, script objects) stand in [conventions.md](conventions.md).
 """
-
-
-def listed_names(source):
-    rows = (source / "docs" / "entry_points.txt").read_text(encoding="utf-8").splitlines()
-    return [row.split("\t")[1] for row in rows if row.strip()]
 
 
 # --- which command calls what -----------------------------------------------------------------
@@ -167,7 +163,7 @@ def main():
 
     headers = read_headers(options.source / "include")
     declared = [each.name for header in headers for each in header.declarations()]
-    names = listed_names(options.source)
+    names = read_entry_points(options.source / "docs" / "entry_points.txt")
     problems = [f"not declared: {name}" for name in names if name not in declared]
     problems += [f"not listed: {name}" for name in declared if name not in names]
     problems += [
