@@ -137,17 +137,12 @@ void add_expanded_weight(Table& table, const std::string& path, UXXmlWrapperBase
 }
 
 void add_parameter_lists(Table& table, const std::string& path, const UXXmlWrapperBase& params) {
-    UXXmlWrapperBase list;
-    for (params.FirstChild(&list); list.IsNodeValid() != 0; list.NextSibling(&list)) {
-        if (list.GetNodeCount() == 0) continue;
+    for_each_child(params, [&](UXXmlWrapperBase& list) {
+        if (list.GetNodeCount() == 0) return;
         CWBOStringArray values;
         vctree_get_all_children_values_as_string_array(list, values);
-        std::string text;
-        for (int i = 0; i < values.GetSize(); ++i) {
-            text += (i == 0 ? "" : ", ") + to_string(values[i]);
-        }
-        table.add({path, "settings", tag_of(list), text});
-    }
+        table.add({path, "settings", tag_of(list), join(to_strings(values), ", ")});
+    });
 }
 
 void fill_fitter_node(const UXXmlWrapperBase& root, UXXmlWrapperBase node, Table& table) {
@@ -167,13 +162,8 @@ void fill_fitter_node(const UXXmlWrapperBase& root, UXXmlWrapperBase node, Table
 }
 
 void fill_fitter(UXXmlWrapperBase& root, Table& table) {
-    walk(
-        root,
-        [&](const UXXmlWrapperBase& node, std::size_t) {
-            fill_fitter_node(root, node, table);
-            return true;
-        },
-        [](const UXXmlWrapperBase&, std::size_t) {});
+    walk(root,
+         [&](const UXXmlWrapperBase& node, std::size_t) { fill_fitter_node(root, node, table); });
 }
 
 const Command kFitter =
@@ -187,14 +177,10 @@ const Command kFitter =
 // Every value of a branch, by its path below top.
 void add_values(Table& table, const std::string& where, const UXXmlWrapperBase& top,
                 const UXXmlWrapperBase& branch) {
-    walk(
-        branch,
-        [&](const UXXmlWrapperBase& node, std::size_t) {
-            const std::string value = value_of(node);
-            if (!value.empty()) table.add({where, path_below(top, node), value});
-            return true;
-        },
-        [](const UXXmlWrapperBase&, std::size_t) {});
+    walk(branch, [&](const UXXmlWrapperBase& node, std::size_t) {
+        const std::string value = value_of(node);
+        if (!value.empty()) table.add({where, path_below(top, node), value});
+    });
 }
 
 void add_bin_choices(Table& table, UXXmlWrapperBase& root) {
@@ -213,10 +199,9 @@ bool is_result(const UXXmlWrapperBase& node) {
 
 void add_settings(Table& table, UXXmlWrapperBase& root) {
     add_bin_choices(table, root);
-    UXXmlWrapperBase child;
-    for (root.FirstChild(&child); child.IsNodeValid() != 0; child.NextSibling(&child)) {
+    for_each_child(root, [&](const UXXmlWrapperBase& child) {
         if (!is_result(child)) add_values(table, "settings", root, child);
-    }
+    });
 }
 
 std::string result_place(const UXXmlWrapperBase& result, const tagPOINT& pos) {

@@ -78,13 +78,9 @@ Table differences(const UXXmlWrapperBase& tree, const UXXmlWrapperBase& old,
 
 std::vector<std::string> shape_of(const UXXmlWrapperBase& root) {
     std::vector<std::string> shape;
-    walk(
-        root,
-        [&](const UXXmlWrapperBase& node, std::size_t level) {
-            shape.push_back(std::to_string(level) + ' ' + tag_of(node));
-            return true;
-        },
-        [](const UXXmlWrapperBase&, std::size_t) {});
+    walk(root, [&](const UXXmlWrapperBase& node, std::size_t level) {
+        shape.push_back(std::to_string(level) + ' ' + tag_of(node));
+    });
     return shape;
 }
 
@@ -104,7 +100,9 @@ int mark(UXXmlWrapperBase& tree, UXXmlWrapperBase& old, const ChangesOptions& op
 int strip(UXXmlWrapperBase& tree, UXXmlWrapperBase& old, const ChangesOptions& options) {
     const int removed = uxtree_remove_unchange_nodes_by_id(&old, &tree, nullptr, nullptr);
     if (removed < 0) {
-        throw_refusal(removed < -5 ? -4 : removed, -removed, "", options.tree);
+        // Below the codes there are the identifiers that stand twice, negated.
+        const int code = removed < kRepeatConflict ? kDuplicateIdentifier : removed;
+        throw_refusal(code, -removed, "", options.tree);
     }
     return removed;
 }
@@ -115,8 +113,7 @@ int run_changes(const ChangesOptions& options) {
     if (options.mark || options.strip) {
         const int count = options.mark ? mark(tree, old, options) : strip(tree, old, options);
         options.target.save(tree, options.tree);
-        note(counted(static_cast<std::size_t>(count), "node") +
-             (options.mark ? " marked" : " removed"));
+        note(counted(count, "node") + (options.mark ? " marked" : " removed"));
         return kSuccess;
     }
     const Table table = differences(tree, old, options);

@@ -73,17 +73,11 @@ void add_edit(CLI::App& app, const Edit& options, const char* name, const char* 
 
 std::string removed(int count) {
     if (count < 0) throw Failure(kRefused, "uxtree", "a node could not be removed");
-    return counted(static_cast<std::size_t>(count), "node") + " removed";
+    return counted(count, "node") + " removed";
 }
 
 CLI::Option* add_attribute(CLI::App& app, std::string& name) {
     return app.add_option("-a,--attr", name, "The attribute")->type_name("NAME")->required();
-}
-
-UXScriptArray<CWBOStringArray> script_texts(const std::vector<std::string>& values) {
-    UXScriptArray<CWBOStringArray> texts;
-    for (const std::string& value : values) texts.array().Add(value.c_str());
-    return texts;
 }
 
 // ---- edit: removing ---------------------------------------------------------------------------
@@ -150,7 +144,7 @@ void add_prune_and_hide(CLI::App& app, const Edit& edit) {
         sub.add_flag("-r,--recursive", *recursive, "In branches too, and branches left empty");
         return [recursive](UXXmlWrapperBase& node) {
             const int kept = uxtree_remove_empty_child_nodes(&node, *recursive);
-            return fmt::format("{} kept", counted(static_cast<std::size_t>(kept), "node"));
+            return fmt::format("{} kept", counted(kept, "node"));
         };
     });
     add_edit(app, edit, "hide", "Hide empty leaves", [](CLI::App& sub) {
@@ -160,7 +154,7 @@ void add_prune_and_hide(CLI::App& app, const Edit& edit) {
         sub.add_flag("--show-filled", *showFilled, "Show leaves that have a value");
         return [recursive, showFilled](UXXmlWrapperBase& node) {
             const int hidden = uxtree_hide_empty_nodes(&node, *recursive, *showFilled);
-            return fmt::format("{} hidden", counted(static_cast<std::size_t>(hidden), "node"));
+            return fmt::format("{} hidden", counted(hidden, "node"));
         };
     });
 }
@@ -237,12 +231,12 @@ void add_filter(CLI::App& app, const Edit& edit) {
             sub.add_option("--except-id", o->exceptId, "Exclude by values of this DataID")
                 ->type_name("N")
                 ->excludes(attribute);
-            CLI::Option* not_any =
+            CLI::Option* notAny =
                 sub.add_option("--except-any", o->exceptAny, "None of them may be there")
                     ->type_name("TEXT");
             sub.add_option("--except-all", o->exceptAll, "Not all of them may be there")
                 ->type_name("TEXT")
-                ->excludes(not_any);
+                ->excludes(notAny);
             return [o, find, match](UXXmlWrapperBase& node) {
                 return run_filter(node, *o, find->count() > 0, match->count() > 0);
             };
@@ -309,7 +303,7 @@ void add_append_and_copy(CLI::App& app, const Edit& edit) {
             auto names = script_texts(*skip);
             const int kept = uxtree_copy_with_skipping(&node, &other, &names, 0);
             if (kept < 0) throw Failure(kRefused, "copy", "the tree could not be copied");
-            return fmt::format("{} copied", counted(static_cast<std::size_t>(kept), "branch"));
+            return fmt::format("{} copied", counted(kept, "branch"));
         };
     });
 }
@@ -394,7 +388,7 @@ int print_attributes(const EditOptions& options, const std::string& name, bool d
 
 std::string changed(int count) {
     if (count < 0) throw Failure(kRefused, "uxtree", "the attribute could not be changed");
-    return counted(static_cast<std::size_t>(count), "attribute") + " changed";
+    return counted(count, "attribute") + " changed";
 }
 
 CLI::Option* add_name(CLI::App& app, std::string& name) {
@@ -426,7 +420,7 @@ std::string run_set(UXXmlWrapperBase& node, const SetOptions& o) {
         return std::find(o.ids.begin(), o.ids.end(), id) != o.ids.end();
     });
     VCTreeSetAttributes(&node, &ids, o.value.c_str(), o.name.c_str(), key.c_str(), true);
-    return counted(static_cast<std::size_t>(set), "node") + " set";
+    return counted(set, "node") + " set";
 }
 
 void add_attr_set(CLI::App& app, const Edit& edit) {
@@ -547,7 +541,7 @@ int run_names(const NamesOptions& options) {
     }
     CWBOStringArray names;
     vctree_get_node_names(&node, &names, options.direct);
-    for (int i = 0; i < names.GetSize(); ++i) out.print("{}\n", visible(to_string(names[i])));
+    for (const std::string& tag : to_strings(names)) out.print("{}\n", visible(tag));
     return out.finish(names.IsEmpty() ? kNothingFound : kSuccess);
 }
 

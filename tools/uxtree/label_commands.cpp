@@ -11,12 +11,6 @@
 namespace uxtool {
 namespace {
 
-UXScriptArray<CWBOStringArray> script_list(const std::vector<std::string>& texts) {
-    UXScriptArray<CWBOStringArray> list;
-    for (const std::string& text : texts) list.array().Add(CStringUTF8(text.c_str()));
-    return list;
-}
-
 // --- label list --------------------------------------------------------------------------------
 
 struct LabelOptions {
@@ -30,16 +24,11 @@ int run_label_list(const LabelOptions& options) {
     const UXXmlWrapperBase root = open_tree(options.file);
     Table table({"node", "label"});
     std::vector<std::string> path;
-    walk(
-        root,
-        [&](const UXXmlWrapperBase& visited, std::size_t level) {
-            UXXmlWrapperBase node = visited;
-            path.resize(level);
-            path.push_back(tag_of(node));
-            table.add({join(path, "."), to_string(uxtree_get_node_label(&node, options.mode))});
-            return true;
-        },
-        [](const UXXmlWrapperBase&, std::size_t) {});
+    walk(root, [&](UXXmlWrapperBase node, std::size_t level) {
+        path.resize(level);
+        path.push_back(tag_of(node));
+        table.add({join(path, "."), to_string(uxtree_get_node_label(&node, options.mode))});
+    });
     Output out(options.output);
     write_table(out, table, options.format);
     return out.finish();
@@ -70,7 +59,7 @@ struct CombineOptions {
 };
 
 int run_combine(const CombineOptions& options) {
-    auto labels = script_list(options.labels);
+    auto labels = script_texts(options.labels);
     CStringUTF8 combined;
     uxtree_combine_data_label(&combined, &labels, options.prefix, options.always, options.strict);
     Output out("");
@@ -103,7 +92,7 @@ int run_replace(const ReplaceOptions& options) {
     const int changed = uxtree_recursively_replace_label_attributes(&root, options.oldText.c_str(),
                                                                     options.newText.c_str());
     options.target.save(root, options.file);
-    note(counted(static_cast<std::size_t>(changed), "label") + " changed");
+    note(counted(changed, "label") + " changed");
     return changed > 0 ? kSuccess : kNothingFound;
 }
 

@@ -255,9 +255,10 @@ private:
             list_.begin_entry();
             return write_json(out_, root, name);
         }
-        if (several)
+        if (several) {
             out_.write((any_ ? "\n" : "") +
                        out_.palette().paint(Role::kHeading, visible(name) + ":") + "\n");
+        }
         any_ = true;
         write_tree(out_, root);
     }

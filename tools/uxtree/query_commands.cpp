@@ -75,10 +75,9 @@ private:
     static Nodes children_named(const Nodes& nodes, const std::string& tag) {
         Nodes found;
         for (const UXXmlWrapperBase& node : nodes) {
-            UXXmlWrapperBase child;
-            for (int more = node.FirstChild(&child); more != 0; more = child.NextSibling(&child)) {
+            for_each_child(node, [&](const UXXmlWrapperBase& child) {
                 if (tag_of(child) == tag) found.push_back(child);
-            }
+            });
         }
         return found;
     }
@@ -98,10 +97,7 @@ private:
 
     static std::vector<std::string> child_tags(const UXXmlWrapperBase& node) {
         std::vector<std::string> tags;
-        UXXmlWrapperBase child;
-        for (int more = node.FirstChild(&child); more != 0; more = child.NextSibling(&child)) {
-            tags.push_back(tag_of(child));
-        }
+        for_each_child(node, [&](const UXXmlWrapperBase& child) { tags.push_back(tag_of(child)); });
         return tags;
     }
 
@@ -178,14 +174,14 @@ public:
 
 private:
     void add_values(const Result& result, const std::string& file) {
-        for (int i = 0; i < result.values.GetSize(); ++i)
-            write_value(to_string(result.values[i]), file);
+        for (const std::string& value : to_strings(result.values)) write_value(value, file);
     }
 
     void write_value(const std::string& value, const std::string& file) {
         if (options_.format == "json") return list_.add({{"file", file}, {"value", value}});
-        if (options_.format == "csv")
+        if (options_.format == "csv") {
             return write_csv_line(out_, named_ ? Fields{file, value} : Fields{value});
+        }
         if (named_) out_.write(out_.palette().paint(Role::kDim, visible(file) + ":") + " ");
         out_.write(visible(value) + "\n");
     }

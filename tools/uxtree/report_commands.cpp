@@ -206,15 +206,13 @@ int run_table(const TableOptions& options) {
     TableBuilder builder;
     builder.add_ranges(root);
     Table table({"variable", "role", "data", "range", "weight", "weight data", "a", "b", "c"});
-    UXXmlWrapperBase row;
-    const UXXmlWrapperBase rows = builder.table();
-    for (rows.FirstChild(&row); row.IsNodeValid() != 0; row.NextSibling(&row)) {
+    for_each_child(builder.table(), [&](const UXXmlWrapperBase& row) {
         std::vector<Cell> cells{attribute_of(row, "Label").value_or("")};
         for (int column = 1; column <= kColumns; ++column) {
             cells.push_back(cell_value(row, column));
         }
         table.add(std::move(cells));
-    }
+    });
     Output out(options.output);
     write_table(out, table, options.format);
     return out.finish(table.rows.empty() ? kNothingFound : kSuccess);

@@ -38,7 +38,7 @@ int run_save(const SaveOptions& options) {
     const UXXmlWrapperBase theme =
         saved_values(list, options.comment.empty() ? nullptr : options.comment.c_str());
     save_tree(theme, options.output);
-    note(counted(static_cast<std::size_t>(list.ids.GetSize()), "value") + " saved");
+    note(counted(list.ids.GetSize(), "value") + " saved");
     return kSuccess;
 }
 
@@ -92,7 +92,7 @@ int run_apply(const ApplyOptions& options) {
     const UXXmlWrapperBase root = open_tree(options.tree);
     const int written = set_values(root, list, options.tree);
     options.target.save(root, options.tree);
-    note(counted(static_cast<std::size_t>(written), "value") + " written");
+    note(counted(written, "value") + " written");
     return kSuccess;
 }
 

@@ -87,7 +87,7 @@ int run_import(const ImportOptions& options) {
     const std::vector<std::string> unknown = unknown_ids(root, list);
     const int written = set_values(root, list, options.file);
     options.target.save(root, options.file);
-    note(counted(static_cast<std::size_t>(written), "value") + " written");
+    note(counted(written, "value") + " written");
     if (!unknown.empty()) warn("no node has the identifier " + short_list(unknown));
     return kSuccess;
 }
@@ -158,12 +158,12 @@ int run_copy(const CopyOptions& options) {
     UXXmlWrapperBase to = open_tree(options.to);
     if (options.by == "id") {
         const int written = copy_by_id(from, to, options);
-        note(counted(static_cast<std::size_t>(written), "value") + " written");
+        note(counted(written, "value") + " written");
     } else if (options.by == "shape") {
         copy_by_shape(from, to, options);
     } else if (options.by == "tag") {
         const int given = uxtree_copy_ids_by_tagname(&from, &to, true);
-        note(counted(static_cast<std::size_t>(given), "identifier") + " given");
+        note(counted(given, "identifier") + " given");
     } else {
         copy_by_attribute(from, to, options);
     }

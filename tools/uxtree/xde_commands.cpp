@@ -66,7 +66,7 @@ int run_paths(const PathsOptions& options) {
     CWBOStringArray paths;
     VCTreeXDEDatNavPrepareStandardSourceTree(root, &paths, 0);
     Output out(options.output);
-    for (int i = 0; i < paths.GetSize(); ++i) out.print("{}\n", to_string(paths[i]));
+    for (const std::string& path : to_strings(paths)) out.print("{}\n", path);
     return out.finish();
 }
 

@@ -79,14 +79,6 @@ public:
     }
 
 private:
-    template <typename Visit>
-    static void for_each_child(const UXXmlWrapperBase& parent, Visit&& visit) {
-        UXXmlWrapperBase child;
-        for (parent.FirstChild(&child); child.IsNodeValid() != 0; child.NextSibling(&child)) {
-            visit(child);
-        }
-    }
-
     void add_gross(UXXmlWrapperBase node) {
         GrossCount count;
         count.id = attribute_of(node, "id").value_or("");
@@ -167,9 +159,7 @@ std::vector<std::string> detectors_of_file(const SpectrumInput& file) {
     CWBOStringArray names;
     const int result = VCTree_n42_(nullptr, file.input.path().c_str(), &names, nullptr, kPreview);
     check_result(result, file);
-    std::vector<std::string> out;
-    for (int i = 0; i < names.GetSize(); ++i) out.push_back(to_string(names[i]));
-    return out;
+    return to_strings(names);
 }
 
 std::string form_of_file(const SpectrumInput& file) {

@@ -5,8 +5,6 @@
 #include <cstdint>
 #include <numeric>
 
-#include <fmt/format.h>
-
 namespace uxtool {
 namespace {
 
@@ -201,10 +199,6 @@ std::string excerpt(std::string_view text, long long line, long long column) {
     const std::string after = visible(text.substr(place, shownTo - place));
     if (before.empty() && after.empty()) return "";
     return "  " + before + after + "\n  " + std::string(display_width(before), ' ') + "^";
-}
-
-std::string counted(std::size_t count, std::string_view noun) {
-    return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
 }
 
 }  // namespace uxtool

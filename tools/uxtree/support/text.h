@@ -1,10 +1,13 @@
 // Text for people: widths, clipping, nearest names.
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include <fmt/format.h>
 
 namespace uxtool {
 
@@ -32,6 +35,9 @@ std::string short_list(const std::vector<std::string>& names);
 std::string excerpt(std::string_view text, long long line, long long column);
 
 // "1 file", "2 files".
-std::string counted(std::size_t count, std::string_view noun);
+template <std::integral Number>
+std::string counted(Number count, std::string_view noun) {
+    return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
+}
 
 }  // namespace uxtool

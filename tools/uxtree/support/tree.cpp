@@ -6,6 +6,18 @@ std::string to_string(const CStringUTF8& text) {
     return std::string(static_cast<const char*>(text), static_cast<std::size_t>(text.GetLength()));
 }
 
+std::vector<std::string> to_strings(const CWBOStringArray& texts) {
+    std::vector<std::string> out;
+    for (int i = 0; i < texts.GetSize(); ++i) out.push_back(to_string(texts[i]));
+    return out;
+}
+
+UXScriptArray<CWBOStringArray> script_texts(const std::vector<std::string>& texts) {
+    UXScriptArray<CWBOStringArray> out;
+    for (const std::string& text : texts) out.array().Add(CStringUTF8(text.c_str()));
+    return out;
+}
+
 std::string tag_of(const UXXmlWrapperBase& node) {
     CStringUTF8 tag;
     node.GetTagName(tag);
@@ -21,9 +33,7 @@ std::optional<std::string> attribute_of(const UXXmlWrapperBase& node, const char
 std::vector<std::string> attribute_names(const UXXmlWrapperBase& node) {
     CWBOStringArray names;
     node.GetPropertyNames(names);
-    std::vector<std::string> out;
-    for (int i = 0; i < names.GetSize(); ++i) out.push_back(to_string(names[i]));
-    return out;
+    return to_strings(names);
 }
 
 std::string value_of(const UXXmlWrapperBase& node) {

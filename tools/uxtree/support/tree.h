@@ -11,6 +11,8 @@
 namespace uxtool {
 
 std::string to_string(const CStringUTF8& text);
+std::vector<std::string> to_strings(const CWBOStringArray& texts);
+UXScriptArray<CWBOStringArray> script_texts(const std::vector<std::string>& texts);
 std::string tag_of(const UXXmlWrapperBase& node);
 // Nothing when the node lacks the attribute.
 std::optional<std::string> attribute_of(const UXXmlWrapperBase& node, const char* name);
@@ -42,6 +44,27 @@ void walk(const UXXmlWrapperBase& top, Enter&& enter, Leave&& leave) {
         }
         if (level == 0) return;
         node = next;
+    }
+}
+
+// Calls visit(node, level) for top and everything below it in document order.
+template <typename Visit>
+void walk(const UXXmlWrapperBase& top, Visit&& visit) {
+    walk(
+        top,
+        [&](const UXXmlWrapperBase& node, std::size_t level) {
+            visit(node, level);
+            return true;
+        },
+        [](const UXXmlWrapperBase&, std::size_t) {});
+}
+
+// Calls visit(child) for the direct children. It must not remove them.
+template <typename Visit>
+void for_each_child(const UXXmlWrapperBase& parent, Visit&& visit) {
+    UXXmlWrapperBase child;
+    for (parent.FirstChild(&child); child.IsNodeValid() != 0; child.NextSibling(&child)) {
+        visit(child);
     }
 }
 

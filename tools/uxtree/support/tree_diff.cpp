@@ -252,7 +252,7 @@ private:
             if (comes()) write_line("+ ", after_[j_++], Role::kValue);
         }
         shown_ = i_;
-        after_change_ = kAround;
+        afterChange_ = kAround;
     }
 
     void begin_place() {
@@ -267,9 +267,9 @@ private:
     }
 
     void write_same() {
-        if (after_change_ > 0) {
+        if (afterChange_ > 0) {
             write_line("  ", before_[i_], Role::kDim);
-            --after_change_;
+            --afterChange_;
             shown_ = i_ + 1;
         }
         ++i_;
@@ -290,7 +290,7 @@ private:
     std::size_t i_ = 0;
     std::size_t j_ = 0;
     std::size_t shown_ = 0;  // lines of before that are written, or were left out
-    std::size_t after_change_ = 0;
+    std::size_t afterChange_ = 0;
     bool any_ = false;
 };
 
@@ -299,25 +299,21 @@ private:
 std::vector<TreeLine> lines_of(const UXXmlWrapperBase& root) {
     std::vector<TreeLine> lines;
     std::vector<std::size_t> open;  // the line of each level
-    walk(
-        root,
-        [&](const UXXmlWrapperBase& node, std::size_t level) {
-            TreeLine line{visible(tag_of(node)), tag_of(node), level, lines.size()};
-            if (level > 0) line.parent = open[level - 1];
-            int id = 0;
-            if (node.GetID(id) != 0) line.text += fmt::format("  #{}", id);
-            for (const std::string& name : attribute_names(node)) {
-                const std::string value = attribute_of(node, name.c_str()).value_or("");
-                line.text += fmt::format("  @{}=\"{}\"", visible(name), visible(value));
-            }
-            const std::string value = value_of(node);
-            if (!value.empty()) line.text += "  = " + visible(value);
-            open.resize(level + 1);
-            open[level] = lines.size();
-            lines.push_back(std::move(line));
-            return true;
-        },
-        [](const auto&, std::size_t) {});
+    walk(root, [&](const UXXmlWrapperBase& node, std::size_t level) {
+        TreeLine line{visible(tag_of(node)), tag_of(node), level, lines.size()};
+        if (level > 0) line.parent = open[level - 1];
+        int id = 0;
+        if (node.GetID(id) != 0) line.text += fmt::format("  #{}", id);
+        for (const std::string& name : attribute_names(node)) {
+            const std::string value = attribute_of(node, name.c_str()).value_or("");
+            line.text += fmt::format("  @{}=\"{}\"", visible(name), visible(value));
+        }
+        const std::string value = value_of(node);
+        if (!value.empty()) line.text += "  = " + visible(value);
+        open.resize(level + 1);
+        open[level] = lines.size();
+        lines.push_back(std::move(line));
+    });
     return lines;
 }
 

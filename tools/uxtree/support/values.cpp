@@ -56,26 +56,21 @@ UXXmlWrapperBase with_numbers_for_values(const UXXmlWrapperBase& root,
     UXXmlWrapperBase copy;
     root.Clone(&copy, 1);
     std::vector<std::string> path;
-    walk(
-        copy,
-        [&](const UXXmlWrapperBase& visited, std::size_t level) {
-            UXXmlWrapperBase node = visited;
-            path.resize(level);
-            path.push_back(tag_of(node));
-            const std::string number = std::to_string(nodes.size());
-            nodes.push_back(node);
-            places.push_back(join(path, "."));
-            if (node.GetNodeCount() < 1) {
-                node.SetString(number.c_str());
-            } else {
-                for (const char* name : {"Use", "Data"}) {
-                    if (has_any(node, name)) node.SetPropertyValue(name, number.c_str());
-                }
+    walk(copy, [&](UXXmlWrapperBase node, std::size_t level) {
+        path.resize(level);
+        path.push_back(tag_of(node));
+        const std::string number = std::to_string(nodes.size());
+        nodes.push_back(node);
+        places.push_back(join(path, "."));
+        if (node.GetNodeCount() < 1) {
+            node.SetString(number.c_str());
+        } else {
+            for (const char* name : {"Use", "Data"}) {
+                if (has_any(node, name)) node.SetPropertyValue(name, number.c_str());
             }
-            for (const char* name : kEmbedded) node.RemoveProperty(name);
-            return true;
-        },
-        [](const UXXmlWrapperBase&, std::size_t) {});
+        }
+        for (const char* name : kEmbedded) node.RemoveProperty(name);
+    });
     return copy;
 }
 
@@ -187,12 +182,12 @@ ValueList collect_values(const UXXmlWrapperBase& root, const std::string& file) 
 void throw_refusal(int code, int duplicate, const std::string& errorText, const std::string& file) {
     const std::string name = input_name(file);
     switch (code) {
-        case -2:
+        case kNoValues:
             throw Failure(kRefused, name, "no values to set");
-        case -4:
+        case kDuplicateIdentifier:
             throw Failure(kRefused, name, fmt::format("duplicate identifier {}", duplicate),
                           "each identifier may stand once among the values");
-        case -5:
+        case kRepeatConflict:
             throw Failure(kRefused, name,
                           errorText.empty() ? "repeat id conflict" : sentence_of(errorText),
                           "nested repeated branches need RepeatIDs without common bits");

@@ -26,7 +26,9 @@ ValueList collect_values(const UXXmlWrapperBase& root, const std::string& file);
 // `file`, and the tree must not be saved then.
 int set_values(const UXXmlWrapperBase& root, ValueList& list, const std::string& file);
 
-// Throws the Failure that a negative code of setting or copying stands for. errorText may be empty.
+// The negative results of setting and copying.
+enum : int { kNoValues = -2, kDuplicateIdentifier = -4, kRepeatConflict = -5 };
+// Throws the Failure that such a result stands for. errorText may be empty.
 [[noreturn]] void throw_refusal(int code, int duplicate, const std::string& errorText,
                                 const std::string& file);
 
