@@ -9,33 +9,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/test_tree.h"
+
 namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
+using uxtest::number_list;
+using uxtest::numbers;
+using uxtest::string_list;
+using uxtest::texts;
 using Ints = CArray<int, int>;
-
-std::vector<std::string> all(const CWBOStringArray& array) {
-    std::vector<std::string> items;
-    for (int i = 0; i < array.GetSize(); ++i) items.emplace_back(array[i]);
-    return items;
-}
-template <typename T>
-std::vector<T> all(const CArray<T, T>& array) {
-    std::vector<T> items;
-    for (int i = 0; i < array.GetSize(); ++i) items.push_back(array[i]);
-    return items;
-}
-
-CWBOStringArray strings(std::initializer_list<const char*> items) {
-    CWBOStringArray array;
-    for (const char* item : items) array.Add(item);
-    return array;
-}
-Ints ints(std::initializer_list<int> items) {
-    Ints array;
-    for (const int item : items) array.Add(item);
-    return array;
-}
 
 TEST(CWBOStringArray, StartsEmpty) {
     const CWBOStringArray array;
@@ -53,7 +36,7 @@ TEST(CWBOStringArray, AddYieldsTheIndex) {
     EXPECT_EQ(array.Add("a"), 0);
     EXPECT_EQ(array.Add(kept), 1);
 
-    EXPECT_THAT(all(array), ElementsAre("a", "b"));
+    EXPECT_THAT(texts(array), ElementsAre("a", "b"));
     EXPECT_EQ(array.GetSize(), 2);
     EXPECT_EQ(array.GetCount(), 2);
     EXPECT_EQ(array.GetUpperBound(), 1);
@@ -61,7 +44,7 @@ TEST(CWBOStringArray, AddYieldsTheIndex) {
 }
 
 TEST(CWBOStringArray, AddsItsOwnElements) {
-    CWBOStringArray array = strings({"a text too long for any small buffer inside"});
+    CWBOStringArray array = string_list({"a text too long for any small buffer inside"});
 
     for (int i = 0; i < 100; ++i) array.Add(array[0]);
 
@@ -71,20 +54,20 @@ TEST(CWBOStringArray, AddsItsOwnElements) {
 }
 
 TEST(CWBOStringArray, SetSizeAddsEmptyTextsAndCuts) {
-    CWBOStringArray array = strings({"a", "b"});
+    CWBOStringArray array = string_list({"a", "b"});
 
     array.SetSize(3);
-    EXPECT_THAT(all(array), ElementsAre("a", "b", ""));
+    EXPECT_THAT(texts(array), ElementsAre("a", "b", ""));
     array.SetSize(1);
-    EXPECT_THAT(all(array), ElementsAre("a"));
+    EXPECT_THAT(texts(array), ElementsAre("a"));
     array.SetSize(2);
-    EXPECT_THAT(all(array), ElementsAre("a", ""));
+    EXPECT_THAT(texts(array), ElementsAre("a", ""));
     array.SetSize(0);
     EXPECT_TRUE(array.IsEmpty());
 }
 
 TEST(CWBOStringArray, ReadsAndWritesElements) {
-    CWBOStringArray array = strings({"a", "b", "c"});
+    CWBOStringArray array = string_list({"a", "b", "c"});
     const CWBOStringArray& constant = array;
 
     array.SetAt(0, "A");
@@ -97,72 +80,72 @@ TEST(CWBOStringArray, ReadsAndWritesElements) {
 }
 
 TEST(CWBOStringArray, SetAtGrowFillsWithEmptyTexts) {
-    CWBOStringArray array = strings({"a"});
+    CWBOStringArray array = string_list({"a"});
 
     array.SetAtGrow(3, "d");
     array.SetAtGrow(0, "A");
     array.SetAtGrow(4, array[3]);
 
-    EXPECT_THAT(all(array), ElementsAre("A", "", "", "d", "d"));
+    EXPECT_THAT(texts(array), ElementsAre("A", "", "", "d", "d"));
 }
 
 TEST(CWBOStringArray, AppendYieldsTheFirstNewIndex) {
-    CWBOStringArray array = strings({"a"});
+    CWBOStringArray array = string_list({"a"});
 
-    EXPECT_EQ(array.Append(strings({"b", "c"})), 1);
+    EXPECT_EQ(array.Append(string_list({"b", "c"})), 1);
     EXPECT_EQ(array.Append(CWBOStringArray()), 3);
 
-    EXPECT_THAT(all(array), ElementsAre("a", "b", "c"));
+    EXPECT_THAT(texts(array), ElementsAre("a", "b", "c"));
 }
 
 TEST(CWBOStringArray, AppendsAndCopiesItself) {
-    CWBOStringArray array = strings({"a", "b"});
+    CWBOStringArray array = string_list({"a", "b"});
 
     EXPECT_EQ(array.Append(array), 2);
-    EXPECT_THAT(all(array), ElementsAre("a", "b", "a", "b"));
+    EXPECT_THAT(texts(array), ElementsAre("a", "b", "a", "b"));
     array.Copy(array);
-    EXPECT_THAT(all(array), ElementsAre("a", "b", "a", "b"));
+    EXPECT_THAT(texts(array), ElementsAre("a", "b", "a", "b"));
 }
 
 TEST(CWBOStringArray, CopiesAreIndependent) {
-    CWBOStringArray array = strings({"a", "b"});
-    CWBOStringArray copied = strings({"x", "y", "z"});
+    CWBOStringArray array = string_list({"a", "b"});
+    CWBOStringArray copied = string_list({"x", "y", "z"});
     const CWBOStringArray constructed(array);
     copied.Copy(array);
 
     array[0] = "changed";
 
-    EXPECT_THAT(all(copied), ElementsAre("a", "b"));
-    EXPECT_THAT(all(constructed), ElementsAre("a", "b"));
+    EXPECT_THAT(texts(copied), ElementsAre("a", "b"));
+    EXPECT_THAT(texts(constructed), ElementsAre("a", "b"));
 }
 
 TEST(CWBOStringArray, InsertsSeveralAndPastTheEnd) {
-    CWBOStringArray array = strings({"a", "b"});
+    CWBOStringArray array = string_list({"a", "b"});
 
     array.InsertAt(1, "x", 2);
-    EXPECT_THAT(all(array), ElementsAre("a", "x", "x", "b"));
+    EXPECT_THAT(texts(array), ElementsAre("a", "x", "x", "b"));
     array.InsertAt(0, array[3]);
-    EXPECT_THAT(all(array), ElementsAre("b", "a", "x", "x", "b"));
+    EXPECT_THAT(texts(array), ElementsAre("b", "a", "x", "x", "b"));
     array.InsertAt(7, "end");
-    EXPECT_THAT(all(array), ElementsAre("b", "a", "x", "x", "b", "", "", "end"));
+    EXPECT_THAT(texts(array), ElementsAre("b", "a", "x", "x", "b", "", "", "end"));
     array.InsertAt(0, "none", 0);
     EXPECT_EQ(array.GetSize(), 8);
 }
 
 TEST(CWBOStringArray, RemovesSeveralAndNone) {
-    CWBOStringArray array = strings({"a", "b", "c", "d"});
+    CWBOStringArray array = string_list({"a", "b", "c", "d"});
 
     array.RemoveAt(1, 2);
-    EXPECT_THAT(all(array), ElementsAre("a", "d"));
+    EXPECT_THAT(texts(array), ElementsAre("a", "d"));
     array.RemoveAt(2, 0);
     array.RemoveAt(0);
-    EXPECT_THAT(all(array), ElementsAre("d"));
+    EXPECT_THAT(texts(array), ElementsAre("d"));
     array.RemoveAll();
-    EXPECT_THAT(all(array), IsEmpty());
+    EXPECT_THAT(texts(array), IsEmpty());
 }
 
 TEST(CWBOStringArray, ThrowsForEveryIndexOutside) {
-    CWBOStringArray array = strings({"a", "b"});
+    CWBOStringArray array = string_list({"a", "b"});
     const CWBOStringArray& constant = array;
 
     for (const int index : {-1, 2, 3, INT_MIN, INT_MAX}) {
@@ -180,7 +163,7 @@ TEST(CWBOStringArray, ThrowsForEveryIndexOutside) {
     EXPECT_THROW(array.RemoveAt(0, -1), std::invalid_argument);
     EXPECT_THROW(array.RemoveAt(0, 3), std::invalid_argument);
     EXPECT_THROW(array.RemoveAt(1, INT_MAX), std::invalid_argument);
-    EXPECT_THAT(all(array), ElementsAre("a", "b"));
+    EXPECT_THAT(texts(array), ElementsAre("a", "b"));
 }
 
 TEST(CArray, StartsEmpty) {
@@ -213,12 +196,12 @@ TEST(CArray, AddsItsOwnElementsWhileGrowing) {
 }
 
 TEST(CArray, NewElementsAreZero) {
-    Ints array = ints({1, 2, 3, 4});
+    Ints array = number_list<int>({1, 2, 3, 4});
 
     array.SetSize(1);
     array.SetSize(6);
 
-    EXPECT_THAT(all(array), ElementsAre(1, 0, 0, 0, 0, 0));
+    EXPECT_THAT(numbers(array), ElementsAre(1, 0, 0, 0, 0, 0));
 }
 
 TEST(CArray, BoolsHaveAddresses) {
@@ -228,12 +211,12 @@ TEST(CArray, BoolsHaveAddresses) {
     bool* const second = &array[1];
     *second = true;
 
-    EXPECT_THAT(all(array), ElementsAre(false, true));
+    EXPECT_THAT(numbers(array), ElementsAre(false, true));
     EXPECT_EQ(array.GetData() + 1, second);
 }
 
 TEST(CArray, GivesItsData) {
-    Ints array = ints({1, 2, 3});
+    Ints array = number_list<int>({1, 2, 3});
     const Ints& constant = array;
 
     array.GetData()[1] = 20;
@@ -243,7 +226,7 @@ TEST(CArray, GivesItsData) {
 }
 
 TEST(CArray, ReadsAndWritesElements) {
-    Ints array = ints({1, 2, 3});
+    Ints array = number_list<int>({1, 2, 3});
     const Ints& constant = array;
 
     array.SetAt(0, 10);
@@ -256,82 +239,82 @@ TEST(CArray, ReadsAndWritesElements) {
 }
 
 TEST(CArray, SetAtGrowFillsWithZeros) {
-    Ints array = ints({1});
+    Ints array = number_list<int>({1});
 
     array.SetAtGrow(3, 4);
     array.SetAtGrow(0, 9);
     array.SetAtGrow(4, array[3]);
 
-    EXPECT_THAT(all(array), ElementsAre(9, 0, 0, 4, 4));
+    EXPECT_THAT(numbers(array), ElementsAre(9, 0, 0, 4, 4));
 }
 
 TEST(CArray, AppendYieldsTheFirstNewIndex) {
-    Ints array = ints({1});
+    Ints array = number_list<int>({1});
 
-    EXPECT_EQ(array.Append(ints({2, 3})), 1);
+    EXPECT_EQ(array.Append(number_list<int>({2, 3})), 1);
     EXPECT_EQ(array.Append(Ints()), 3);
     EXPECT_EQ(array.Append(array), 3);
 
-    EXPECT_THAT(all(array), ElementsAre(1, 2, 3, 1, 2, 3));
+    EXPECT_THAT(numbers(array), ElementsAre(1, 2, 3, 1, 2, 3));
 }
 
 TEST(CArray, CopiesAreIndependent) {
-    Ints array = ints({1, 2});
+    Ints array = number_list<int>({1, 2});
     const Ints constructed(array);
-    Ints assigned = ints({7, 8, 9});
+    Ints assigned = number_list<int>({7, 8, 9});
     Ints copied;
     assigned = array;
     copied.Copy(array);
 
     array[0] = 100;
 
-    EXPECT_THAT(all(constructed), ElementsAre(1, 2));
-    EXPECT_THAT(all(assigned), ElementsAre(1, 2));
-    EXPECT_THAT(all(copied), ElementsAre(1, 2));
+    EXPECT_THAT(numbers(constructed), ElementsAre(1, 2));
+    EXPECT_THAT(numbers(assigned), ElementsAre(1, 2));
+    EXPECT_THAT(numbers(copied), ElementsAre(1, 2));
 }
 
 TEST(CArray, CopiesItself) {
-    Ints array = ints({1, 2});
+    Ints array = number_list<int>({1, 2});
     const Ints& same = array;
 
     array = same;
     array.Copy(same);
 
-    EXPECT_THAT(all(array), ElementsAre(1, 2));
+    EXPECT_THAT(numbers(array), ElementsAre(1, 2));
 }
 
 TEST(CArray, Moves) {
-    Ints array = ints({1, 2});
+    Ints array = number_list<int>({1, 2});
     Ints constructed(std::move(array));
     Ints assigned;
     assigned = std::move(constructed);
 
-    EXPECT_THAT(all(assigned), ElementsAre(1, 2));
+    EXPECT_THAT(numbers(assigned), ElementsAre(1, 2));
 }
 
 TEST(CArray, InsertsSeveralAndPastTheEnd) {
-    Ints array = ints({1, 2});
+    Ints array = number_list<int>({1, 2});
 
     array.InsertAt(1, 5, 2);
-    EXPECT_THAT(all(array), ElementsAre(1, 5, 5, 2));
+    EXPECT_THAT(numbers(array), ElementsAre(1, 5, 5, 2));
     array.InsertAt(0, array[3]);
-    EXPECT_THAT(all(array), ElementsAre(2, 1, 5, 5, 2));
+    EXPECT_THAT(numbers(array), ElementsAre(2, 1, 5, 5, 2));
     array.InsertAt(7, 9);
-    EXPECT_THAT(all(array), ElementsAre(2, 1, 5, 5, 2, 0, 0, 9));
+    EXPECT_THAT(numbers(array), ElementsAre(2, 1, 5, 5, 2, 0, 0, 9));
     array.InsertAt(0, 1, 0);
     EXPECT_EQ(array.GetSize(), 8);
 }
 
 TEST(CArray, RemovesSeveralAndNone) {
-    Ints array = ints({1, 2, 3, 4});
+    Ints array = number_list<int>({1, 2, 3, 4});
 
     array.RemoveAt(1, 2);
-    EXPECT_THAT(all(array), ElementsAre(1, 4));
+    EXPECT_THAT(numbers(array), ElementsAre(1, 4));
     array.RemoveAt(2, 0);
     array.RemoveAt(0);
-    EXPECT_THAT(all(array), ElementsAre(4));
+    EXPECT_THAT(numbers(array), ElementsAre(4));
     array.RemoveAll();
-    EXPECT_THAT(all(array), IsEmpty());
+    EXPECT_THAT(numbers(array), IsEmpty());
     EXPECT_EQ(array.Add(5), 0);
 }
 
@@ -351,7 +334,7 @@ TEST(CArray, GivesUpWhatRemovedElementsHold) {
 }
 
 TEST(CArray, ThrowsForEveryIndexOutside) {
-    Ints array = ints({1, 2});
+    Ints array = number_list<int>({1, 2});
     const Ints& constant = array;
 
     for (const int index : {-1, 2, 3, INT_MIN, INT_MAX}) {
@@ -369,15 +352,15 @@ TEST(CArray, ThrowsForEveryIndexOutside) {
     EXPECT_THROW(array.RemoveAt(0, -1), std::invalid_argument);
     EXPECT_THROW(array.RemoveAt(0, 3), std::invalid_argument);
     EXPECT_THROW(array.RemoveAt(1, INT_MAX), std::invalid_argument);
-    EXPECT_THAT(all(array), ElementsAre(1, 2));
+    EXPECT_THAT(numbers(array), ElementsAre(1, 2));
 }
 
 TEST(CArray, RefusesSizesBeyondItsIndices) {
-    Ints array = ints({1, 2});
+    Ints array = number_list<int>({1, 2});
 
     EXPECT_THROW(array.SetAtGrow(INT_MAX, 9), std::length_error);
     EXPECT_THROW(array.InsertAt(1, 9, INT_MAX), std::length_error);
     EXPECT_THROW(array.InsertAt(INT_MAX, 9), std::length_error);
-    EXPECT_THAT(all(array), ElementsAre(1, 2));
+    EXPECT_THAT(numbers(array), ElementsAre(1, 2));
 }
 }  // namespace
