@@ -52,6 +52,8 @@ CASES = [
          err=["note: the next ID is 6"]),
     edit("CopiesWhatHasValues", ["copy", "new.xml"], "<r/>", "<r><Plot9>new</Plot9></r>",
          files=FILES, err=["note: 1 branch copied"]),
+    edit("CopiesSeveralBranches", ["copy", "two.xml"], "<r/>", "<r><a>1</a><b>2</b></r>",
+         files={"two.xml": "<s><a>1</a><b>2</b></s>"}, err=["note: 2 branches copied"]),
     edit("FiltersByAText", ["filter", "--id", "9", "-a", "k", "--find", "X"],
          "<r><a DataID='9' k='ax'/><b DataID='9' k='y'/></r>", '<r><a DataID="9" k="ax"/></r>'),
     edit("FiltersByAPattern", ["filter", "--id", "9", "-a", "k", "--match", "?y"],
@@ -171,7 +173,7 @@ CASES = [
 ]
 
 
-def test_large_dry_runs_are_quick(tool):
+def test_LargeDryRunsAreQuick(tool):
     rows = "".join(f"<n DataID='{i}' k='{i % 2}'/>" for i in range(20000))
     tool.write("big.xml", f"<r>{rows}</r>")
     result = tool.run(["edit", "big.xml", "delete", "-a", "k", "-v", "1", "-n"], timeout=60)

@@ -34,10 +34,10 @@ std::string short_list(const std::vector<std::string>& names);
 // count from 1, columns in characters. "" when there is no such place.
 std::string excerpt(std::string_view text, long long line, long long column);
 
-// "1 file", "2 files".
+// "1 file", "2 files", "2 branches".
 template <std::integral Number>
 std::string counted(Number count, std::string_view noun) {
-    return fmt::format("{} {}{}", count, noun, count == 1 ? "" : "s");
+    return fmt::format("{} {}{}", count, noun, count == 1 ? "" : noun.ends_with("ch") ? "es" : "s");
 }
 
 }  // namespace uxtool
