@@ -10,14 +10,9 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using uxtest::FakeHostServices;
+using uxtest::tag_text;
 using uxtest::TestTree;
 using uxtest::to_text;
-
-std::string tag_of(const UXXmlWrapperBase& node) {
-    CStringUTF8 tag;
-    node.GetTagName(tag);
-    return static_cast<const char*>(tag);
-}
 
 // The ranges of a tree, each as the tags of its sub-ranges joined by blanks.
 std::vector<std::string> ranges_of(const char* xml) {
@@ -30,7 +25,7 @@ std::vector<std::string> ranges_of(const char* xml) {
         VCSubRangeTreeIterator subRanges(first);
         UXXmlWrapperBase subRange;
         std::string text;
-        while (subRanges.Get(subRange)) text += (text.empty() ? "" : " ") + tag_of(subRange);
+        while (subRanges.Get(subRange)) text += (text.empty() ? "" : " ") + tag_text(subRange);
         out.push_back(text);
     }
     EXPECT_EQ(ranges.Get(first), 0);
@@ -82,7 +77,7 @@ TEST(VCRangeTreeIterator, AChildlessRangeGivesZeroAndIsPassed) {
     EXPECT_EQ(ranges.Get(first), 0);
     EXPECT_FALSE(first.IsNodeValid());
     EXPECT_EQ(ranges.Get(first), 1);
-    EXPECT_EQ(tag_of(first), "Y");
+    EXPECT_EQ(tag_text(first), "Y");
     EXPECT_EQ(ranges.Get(first), 0);
 }
 
@@ -93,7 +88,7 @@ TEST(VCRangeTreeIterator, AtTheEndTheOutputStays) {
     UXXmlWrapperBase first;
     ASSERT_EQ(ranges.Get(first), 1);
     EXPECT_EQ(ranges.Get(first), 0);
-    EXPECT_EQ(tag_of(first), "X");
+    EXPECT_EQ(tag_text(first), "X");
     EXPECT_EQ(ranges.Get(first), 0);
 }
 
@@ -107,12 +102,12 @@ TEST(VCRangeTreeIterator, CopiesGoOnOnTheirOwn) {
     VCRangeTreeIterator copy(ranges);
     ranges.Get(first);
     ranges.Get(first);
-    EXPECT_EQ(tag_of(first), "Z");
+    EXPECT_EQ(tag_text(first), "Z");
     copy.Get(first);
-    EXPECT_EQ(tag_of(first), "Y");
+    EXPECT_EQ(tag_text(first), "Y");
     VCRangeTreeIterator moved(std::move(copy));
     moved.Get(first);
-    EXPECT_EQ(tag_of(first), "Z");
+    EXPECT_EQ(tag_text(first), "Z");
 
     TestTree other("<r><a><P/></a></r>");
     UXXmlWrapperBase otherRoot = other.root();
@@ -120,11 +115,11 @@ TEST(VCRangeTreeIterator, CopiesGoOnOnTheirOwn) {
     moved = start;
     EXPECT_EQ(moved.IsHierarchical(), 1);
     moved.Get(first);
-    EXPECT_EQ(tag_of(first), "P");
+    EXPECT_EQ(tag_text(first), "P");
     moved = VCRangeTreeIterator(root);
     EXPECT_EQ(moved.IsHierarchical(), 0);
     moved.Get(first);
-    EXPECT_EQ(tag_of(first), "X");
+    EXPECT_EQ(tag_text(first), "X");
 }
 
 TEST(VCRangeTreeIterator, AnInvalidTreeHasNoRange) {
@@ -141,11 +136,11 @@ TEST(VCSubRangeTreeIterator, BeginsWithTheGivenNodeAndStaysOnASeparator) {
     UXXmlWrapperBase node = tree.at("X");
     VCSubRangeTreeIterator subRanges(node);
     EXPECT_EQ(subRanges.Get(node), 1);
-    EXPECT_EQ(tag_of(node), "X");
+    EXPECT_EQ(tag_text(node), "X");
     EXPECT_EQ(subRanges.Get(node), 1);
-    EXPECT_EQ(tag_of(node), "Y");
+    EXPECT_EQ(tag_text(node), "Y");
     for (int i = 0; i < 3; ++i) EXPECT_EQ(subRanges.Get(node), 0);
-    EXPECT_EQ(tag_of(node), "Y");
+    EXPECT_EQ(tag_text(node), "Y");
 }
 
 TEST(VCSubRangeTreeIterator, StopsAtASeparatorInAHierarchicalTreeToo) {
@@ -159,7 +154,7 @@ TEST(VCSubRangeTreeIterator, YieldsNothingFromASeparatorOrAnInvalidNode) {
     EXPECT_EQ(VCSubRangeTreeIterator(separator).Get(out), 0);
     UXXmlWrapperBase invalid;
     EXPECT_EQ(VCSubRangeTreeIterator(invalid).Get(out), 0);
-    EXPECT_EQ(tag_of(out), "r");
+    EXPECT_EQ(tag_text(out), "r");
 }
 
 TEST(VCSubRangeTreeIterator, CopiesGoOnOnTheirOwn) {
@@ -170,13 +165,13 @@ TEST(VCSubRangeTreeIterator, CopiesGoOnOnTheirOwn) {
     VCSubRangeTreeIterator copy(subRanges);
     subRanges.Get(node);
     subRanges.Get(node);
-    EXPECT_EQ(tag_of(node), "Z");
+    EXPECT_EQ(tag_text(node), "Z");
     VCSubRangeTreeIterator moved(std::move(copy));
     moved.Get(node);
-    EXPECT_EQ(tag_of(node), "Y");
+    EXPECT_EQ(tag_text(node), "Y");
     subRanges = moved;
     subRanges.Get(node);
-    EXPECT_EQ(tag_of(node), "Z");
+    EXPECT_EQ(tag_text(node), "Z");
     subRanges = VCSubRangeTreeIterator(node);
     EXPECT_EQ(subRanges.Get(node), 1);
     EXPECT_EQ(subRanges.Get(node), 0);
@@ -216,7 +211,7 @@ TEST(vctree_add_subrange_to_composite_range, CountsOnFromTheRangesThatAreThere) 
     UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase range;
     EXPECT_EQ(vctree_add_subrange_to_composite_range(range, root, -1, 0, 0), 1);
-    EXPECT_EQ(tag_of(range), "Range3");
+    EXPECT_EQ(tag_text(range), "Range3");
     int id = 0;
     range.GetPropertyValue("RepeatID", id, 0);
     EXPECT_EQ(id, 160);
@@ -251,7 +246,7 @@ TEST(vctree_add_subrange_to_composite_range, TheNumberIsTheChildCountEvenWhenThe
     UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase range;
     vctree_add_subrange_to_composite_range(range, root, -1, 0, 0);
-    EXPECT_EQ(tag_of(range), "Range2");
+    EXPECT_EQ(tag_text(range), "Range2");
     EXPECT_EQ(root.GetNodeCount(), 2);
 }
 
@@ -294,7 +289,7 @@ TEST(vctree_add_subrange_to_composite_range, TheHostSuppliesSlotsAndTheFinishing
     };
     std::string finished;
     services->finishRange = [&](UXXmlWrapperBase& tree, int type) {
-        finished = tag_of(tree) + std::to_string(type);
+        finished = tag_text(tree) + std::to_string(type);
     };
     TestTree tree("<r/>");
     UXXmlWrapperBase root = tree.root();
@@ -394,7 +389,7 @@ TEST(vctree_reenum_subranges_in_range_tree, ManyRangesTakeLinearTime) {
     vctree_reenum_subranges_in_range_tree(root, 1);
     UXXmlWrapperBase last;
     root.GetChild(&last, kMany - 1);
-    EXPECT_EQ(tag_of(last), "Range100000");
+    EXPECT_EQ(tag_text(last), "Range100000");
 }
 
 // --- vctree_get_composite_subrange_values --------------------------------------------------------
@@ -465,7 +460,7 @@ std::string slots_after_set(const char* xml, const char* x, const char* y, const
     for (root.FirstChild(&child); child.IsNodeValid(); child.NextSibling(&child)) {
         CStringUTF8 text;
         child.NodeValue(text, 1, 1, nullptr);
-        out += tag_of(child) + "=" + static_cast<const char*>(text) + ";";
+        out += tag_text(child) + "=" + static_cast<const char*>(text) + ";";
     }
     return out;
 }

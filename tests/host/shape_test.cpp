@@ -1,35 +1,23 @@
 // Very wide and very deep trees, on a thread with a stack of 256 KiB: nothing may recurse with the
 // tree's depth, and nothing may search among siblings.
-#include <functional>
+
+#include <string>
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include "uxtree/host/node.h"
 #include "uxtree/host/services.h"
 
+#include "support/small_stack.h"
 #include "support/test_tree.h"
 
 namespace {
 
 using uxtest::FakeHostServices;
+using uxtest::on_small_stack;
 using uxtest::TemporaryFolder;
 
 constexpr int kMany = 1000000;
-
-void on_small_stack(std::function<void()> body) {
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, 256 * 1024);
-    pthread_t thread{};
-    const auto run = [](void* data) -> void* {
-        (*static_cast<std::function<void()>*>(data))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, run, &body), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
-}
 
 void exercise(UXXmlWrapperBase& root) {
     const TemporaryFolder folder;

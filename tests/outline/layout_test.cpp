@@ -1,15 +1,14 @@
 #include "uxtree/outline/layout.h"
 
-#include <functional>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 #include <sys/stat.h>
 
 #include "outline/layout_detail.h"
 #include "outline/scan_support.h"
+#include "support/small_stack.h"
 #include "support/test_tree.h"
 
 using namespace std::string_literals;
@@ -55,20 +54,6 @@ std::string filtered_outline(const std::string& text, std::vector<const char*> p
     outline_mapped_file(folder.write("f.xml", text).c_str(), outline, paths.data(),
                         static_cast<int>(paths.size()));
     return outline_text(outline.root());
-}
-
-void on_small_stack(std::function<void()> body) {
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, 256 * 1024);
-    pthread_t thread;
-    const auto run = [](void* task) -> void* {
-        (*static_cast<std::function<void()>*>(task))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, run, &body), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
 }
 
 constexpr const char* kEmpty = "<Node Label=\"\"></Node>";

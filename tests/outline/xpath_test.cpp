@@ -1,13 +1,12 @@
 #include "uxtree/outline/xpath.h"
 
-#include <functional>
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <pthread.h>
 
+#include "support/small_stack.h"
 #include "support/test_tree.h"
 
 using namespace uxtest;
@@ -38,20 +37,6 @@ std::vector<std::string> listed(const char* xml, const char* path) {
     Evaluated evaluated(xml, path, false);
     EXPECT_EQ(evaluated.result, 0);
     return texts(evaluated.values);
-}
-
-void on_small_stack(std::function<void()> body) {
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, 256 * 1024);
-    pthread_t thread;
-    const auto run = [](void* task) -> void* {
-        (*static_cast<std::function<void()>*>(task))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, run, &body), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
 }
 
 }  // namespace

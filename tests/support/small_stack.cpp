@@ -1,0 +1,26 @@
+#include "support/small_stack.h"
+
+#include <stdexcept>
+
+#include <pthread.h>
+
+namespace uxtest {
+
+void on_small_stack(const std::function<void()>& body) {
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstacksize(&attributes, 256 * 1024);
+    pthread_t thread{};
+    const auto run = [](void* task) -> void* {
+        (**static_cast<const std::function<void()>**>(task))();
+        return nullptr;
+    };
+    const std::function<void()>* task = &body;
+    if (pthread_create(&thread, &attributes, run, &task) != 0) {
+        throw std::runtime_error("no thread with a small stack");
+    }
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
+}
+
+}  // namespace uxtest
