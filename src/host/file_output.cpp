@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -86,15 +87,10 @@ void FileOutput::write(std::string_view bytes) {
 
 bool FileOutput::commit() {
     if (failed()) return false;
-    if (temporary_.empty()) {
-        const int descriptor = descriptor_;
-        descriptor_ = -1;
-        return check(close(descriptor), "cannot close");
-    }
-    if (!check(fsync(descriptor_), "cannot write")) return false;
-    const int descriptor = descriptor_;
-    descriptor_ = -1;
-    if (!check(close(descriptor), "cannot close")) return false;
+    const bool replaces = !temporary_.empty();
+    if (replaces && !check(fsync(descriptor_), "cannot write")) return false;
+    if (!check(close(std::exchange(descriptor_, -1)), "cannot close")) return false;
+    if (!replaces) return true;
     if (!check(std::rename(temporary_.c_str(), target_.c_str()), "cannot replace")) return false;
     temporary_.clear();
     // The new name reaches the disk with the folder; a folder that cannot be opened is no failure.

@@ -207,7 +207,7 @@ bool parse_plain_digits(std::string_view text, int& value) {
     if (text.empty() || text.size() > kSafeDigits) return false;
     int number = 0;
     for (const char c : text) {
-        if (c < '0' || c > '9') return false;
+        if (!is_digit(c)) return false;
         number = number * 10 + (c - '0');
     }
     value = number;
