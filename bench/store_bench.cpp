@@ -1,5 +1,6 @@
 // The embedded host's node store against bare expat and pugixml: loading, saving, copying,
 // searching and querying an option tree. Arguments: numbers of leaves (default 100000 1000000).
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -75,10 +76,14 @@ void run(int leaves) {
             check(tree.load(kInput, 0, false) == 1, "load");
         },
         memory);
+    // Two documents hold what memory the host keeps spare, so that what is measured is new.
+    std::array<UXXmlWrapperBase, 2> others;
+    for (UXXmlWrapperBase& other : others) check(other.load(kInput, 0, false) == 1, "load");
     const std::size_t before = heap_in_use();
     UXXmlWrapperBase tree;
     tree.load(kInput, 0, false);
     const std::size_t bytes = heap_in_use() - before;
+    others = {};
     pugi::xml_document document;
     check(static_cast<bool>(document.load_file(kInput)), "pugixml load");
 

@@ -1,5 +1,7 @@
 #include "host/arena.h"
 
+#include <array>
+#include <atomic>
 #include <bit>
 #include <cstring>
 #include <new>
@@ -14,10 +16,36 @@ std::align_val_t alignment_of(std::size_t bytes) {
     return std::align_val_t{bytes >= kFullChunkBytes ? kFullChunkBytes : 64};
 }
 
+// A few full chunks that no document uses, for the next that needs one: the first touch of new
+// memory costs more than most of what is then done with it. Any thread may ask.
+class SpareChunks {
+public:
+    char* take() noexcept {
+        for (std::atomic<char*>& slot : slots_) {
+            if (char* const data = slot.exchange(nullptr); data != nullptr) return data;
+        }
+        return nullptr;
+    }
+    // False when there are enough already.
+    bool keep(char* data) noexcept {
+        for (std::atomic<char*>& slot : slots_) {
+            char* none = nullptr;
+            if (slot.compare_exchange_strong(none, data)) return true;
+        }
+        return false;
+    }
+
+private:
+    std::array<std::atomic<char*>, 8> slots_{};
+};
+SpareChunks spareChunks;
+
 }  // namespace
 
 Chunk::Chunk(std::size_t bytes)
-    : data_(static_cast<char*>(::operator new(bytes, alignment_of(bytes)))), size_(bytes) {
+    : data_(bytes == kFullChunkBytes ? spareChunks.take() : nullptr), size_(bytes) {
+    if (data_ != nullptr) return;
+    data_ = static_cast<char*>(::operator new(bytes, alignment_of(bytes)));
     if (bytes >= kFullChunkBytes) madvise(data_, bytes, MADV_HUGEPAGE);
 }
 Chunk::Chunk(Chunk&& other) noexcept
@@ -28,7 +56,8 @@ Chunk& Chunk::operator=(Chunk&& other) noexcept {
     return *this;
 }
 Chunk::~Chunk() {
-    if (data_ != nullptr) ::operator delete(data_, alignment_of(size_));
+    if (data_ == nullptr || (size_ == kFullChunkBytes && spareChunks.keep(data_))) return;
+    ::operator delete(data_, alignment_of(size_));
 }
 
 std::size_t ByteArena::rounded_large(std::size_t units) {
