@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "uxtree/uxtree_Utils.h"
@@ -212,7 +213,7 @@ using Operation = void (*)(World&);
 
 // ---- moving handles and node operations -------------------------------------------------------
 
-constexpr std::array<Operation, 34> kNodeOperations = {
+constexpr std::array<Operation, 35> kNodeOperations = {
     [](World& w) { w.node().FirstChild(&w.out()); },
     [](World& w) { w.node().NextSibling(&w.out()); },
     [](World& w) { w.node().GetParent(&w.out()); },
@@ -245,6 +246,17 @@ constexpr std::array<Operation, 34> kNodeOperations = {
     },
     [](World& w) {
         if (w.may_grow()) w.node().ReplaceByNodeCopy(&w.node(), 1, 0);
+    },
+    [](World& w) {
+        UXXmlWrapperBase& parent = w.node();
+        CArray<int, int> order;
+        for (int i = 0; i < parent.GetNodeCount(); ++i) order.Add(i);
+        for (int i = order.GetSize() - 1; i > 0; --i) {
+            std::swap(order[i], order[static_cast<int>(w.in.below(static_cast<unsigned>(i + 1)))]);
+        }
+        require(parent.ArrangeChildContents(order) == parent.IsNodeValid(), "arranging children");
+        order.Add(order.GetSize() / 2);
+        require(!parent.ArrangeChildContents(order), "too many numbers");
     },
     [](World& w) { w.node().RemoveNode(); },
     [](World& w) { w.node().RemoveChild(&w.node(), nullptr); },

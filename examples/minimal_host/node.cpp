@@ -5,6 +5,7 @@
 #include <cmath>
 #include <iterator>
 #include <limits>
+#include <numeric>
 #include <string_view>
 #include <type_traits>
 
@@ -51,6 +52,13 @@ NodePtr copy_of(const Node& source, bool deep) {
     return top;
 }
 
+void take_content(Node& node, Node& copy) {
+    static_cast<Content&>(node) = std::move(copy);
+    node.children.clear();
+    node.children.swap(copy.children);
+    for (const NodePtr& child : node.children) child->parent = &node;
+}
+
 Node* sibling_after(const Node& node) {
     if (node.parent == nullptr) return nullptr;
     const auto next = std::next(node.place);
@@ -75,6 +83,14 @@ std::string_view view(const char* text) {
 
 bool is_name(const char* text) {
     return text != nullptr && UXIsName(text);
+}
+
+bool is_permutation(const CArray<int, int>& order, std::size_t count) {
+    std::vector<int> numbers(order.GetData(), order.GetData() + order.GetSize());
+    std::vector<int> rising(count);
+    std::sort(numbers.begin(), numbers.end());
+    std::iota(rising.begin(), rising.end(), 0);
+    return numbers == rising;
 }
 
 std::string* find_attribute(Node* node, const char* name) {
@@ -537,10 +553,7 @@ int UXXmlWrapperBase::TakeContent(const UXXmlWrapperBase* source, bool withTag) 
     if (node == nullptr || from == nullptr) return 0;
     const NodePtr copy = minimal::copy_of(*from, true);  // before anything changes
     if (!withTag) copy->tag = node->tag;
-    static_cast<minimal::Content&>(*node) = *copy;
-    node->children.clear();
-    node->children.swap(copy->children);
-    for (const NodePtr& child : node->children) child->parent = node.get();
+    minimal::take_content(*node, *copy);
     return 1;
 }
 int UXXmlWrapperBase::Replace(UXXmlWrapperBase* source, int /*unused1*/, int /*unused2*/,
@@ -550,6 +563,21 @@ int UXXmlWrapperBase::Replace(UXXmlWrapperBase* source, int /*unused1*/, int /*u
 int UXXmlWrapperBase::ReplaceByNodeCopy(UXXmlWrapperBase* source, int /*unused1*/,
                                         int /*unused2*/) {
     return TakeContent(source, true);
+}
+int UXXmlWrapperBase::ArrangeChildContents(const CArray<int, int>& order) {
+    const NodePtr node = node_.lock();
+    if (node == nullptr) return 0;
+    const std::vector<NodePtr> children(node->children.begin(), node->children.end());
+    if (!minimal::is_permutation(order, children.size())) return 0;
+    const auto source = [&](std::size_t i) { return static_cast<std::size_t>(order.GetData()[i]); };
+    std::vector<NodePtr> copies(children.size());  // all made before anything changes
+    for (std::size_t i = 0; i < children.size(); ++i) {
+        if (source(i) != i) copies[i] = minimal::copy_of(*children[source(i)], true);
+    }
+    for (std::size_t i = 0; i < children.size(); ++i) {
+        if (copies[i] != nullptr) minimal::take_content(*children[i], *copies[i]);
+    }
+    return 1;
 }
 int UXXmlWrapperBase::RemoveNode() {
     const NodePtr node = node_.lock();

@@ -37,6 +37,7 @@ struct Tree {
 
 Node& insert(Node& parent, Children::iterator before, const NodePtr& node);
 NodePtr copy_of(const Node& source, bool deep);
+void take_content(Node& node, Node& copy);  // of a copy that goes
 Node* sibling_after(const Node& node);
 Node* next_below(const Node& top, const Node& node);  // in pre-order
 

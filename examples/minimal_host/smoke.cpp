@@ -84,6 +84,22 @@ void transfer_values(UXXmlWrapperBase& tree, const std::string& folder) {
     print("tree", tree);
 }
 
+void sort_children(UXXmlWrapperBase tree) {
+    UXXmlWrapperBase first;
+    UXXmlWrapperBase inner;
+    tree.FirstChild(&first);
+    first.FirstChild(&inner);
+    CArray<int, int> order;
+    for (const int number : {2, 0, 1, 3}) order.Add(number);
+    print("arranged", tree.ArrangeChildContents(order));
+    print("first", first);
+    print("still valid", inner.IsNodeValid());
+    order[3] = 1;
+    print("refused", tree.ArrangeChildContents(order));
+    print("sorted", uxtree_sort_children_by_int_attribute(&tree, "RepeatID", 0));
+    print("tree", tree);
+}
+
 void edit(UXXmlWrapperBase tree) {
     UXXmlWrapperBase curve;
     tree.GetChild(&curve, 1);
@@ -136,6 +152,9 @@ int main(int argc, char** argv) {
     look_up(tree);
     transfer_values(tree, folder);
     outline_and_query(tree, folder);
+    UXXmlWrapperBase copy;
+    tree.Clone(&copy, 1);
+    sort_children(copy);
     edit(tree);
     return 0;
 }

@@ -422,6 +422,41 @@ void Document::adopt(Element& element, Element& copy) {
     free_storage(copy);
 }
 
+void Document::arrange_children(Element& parent, const int* order) {
+    constexpr std::size_t kAhead = 16;  // random places: they are fetched before their turn
+    const std::size_t count = parent.childCount;
+    const Chunk memory(count * sizeof(Element));
+    auto* const before = reinterpret_cast<Element*>(memory.data());
+    Element* copied = before;
+    for (const Element* child = element(parent.first); child != nullptr;
+         child = element(child->next)) {
+        *copied++ = *child;
+    }
+    std::size_t place = 0;
+    for (Element* child = element(parent.first); child != nullptr; child = element(child->next)) {
+        if (place + kAhead < count) __builtin_prefetch(&before[order[place + kAhead]]);
+        const Element& source = before[order[place++]];
+        if (source.self != child->self) move_content(source, *child);
+    }
+}
+
+// The source is a copy of a sibling that gets another content itself.
+void Document::move_content(const Element& source, Element& target) {
+    const Element old = target;
+    target = source;
+    target.self = old.self;
+    target.previous = old.previous;
+    target.next = old.next;
+    target.generation = old.generation;
+    if (target.first == 0) return;
+    for (Element* child = element(target.first); child != nullptr; child = element(child->next)) {
+        child->parent = target.self;
+    }
+    for (Element* at = next_below(target, target); at != nullptr; at = next_below(target, *at)) {
+        ++at->generation;
+    }
+}
+
 int Document::bind_root(Document* document, UXXmlWrapperBase* out) {
     return out->Bind(document, document->root());
 }

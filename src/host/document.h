@@ -31,7 +31,7 @@ struct Element {
     Ref previous;
     Ref next;
     std::uint32_t childCount;
-    std::uint32_t generation;  // grows when the element is removed
+    std::uint32_t generation;  // grows when handles to the element become invalid
     NameId tag;
     int id;
     Ref attributes;  // block of attributeCapacity attributes
@@ -161,6 +161,9 @@ public:
     Element* copy(const Document& from, const Element& source, bool deep);
     // Gives the element the attributes, ID, value and children of an unlinked copy, which goes.
     void adopt(Element& element, Element& copy);
+    // Gives each child, from the first on, the content of the child that order names: a permutation
+    // of the children's numbers from 0. Handles into the branches of moved contents become invalid.
+    void arrange_children(Element& parent, const int* order);
     // The next element in pre-order below top, null at the end.
     Element* next_below(const Element& top, const Element& element) const;
 
@@ -185,6 +188,7 @@ private:
     NameId map_name(const Document& from, NameId name, NameMap& nameMap);
     void free_storage(Element& element) noexcept;
     bool shares_value(const Element& element) const;
+    void move_content(const Element& source, Element& target);
 
     SlotArena<Element> elements_;
     ByteArena bytes_;

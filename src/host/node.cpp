@@ -106,6 +106,19 @@ std::vector<CStringUTF8> path_steps(const char* path) {
     return steps;
 }
 
+// Each number from 0 to below count stands in order once.
+bool is_permutation(const CArray<int, int>& order, std::uint32_t count) {
+    if (static_cast<std::uint32_t>(order.GetSize()) != count) return false;
+    std::vector<bool> met(count);
+    const int* const numbers = order.GetData();
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const auto number = static_cast<std::uint32_t>(numbers[i]);  // large when below 0
+        if (number >= count || met[number]) return false;
+        met[number] = true;
+    }
+    return true;
+}
+
 constexpr const char* kSizeAttribute = "FileDataDimsVector";
 
 }  // namespace
@@ -683,6 +696,16 @@ int UXXmlWrapperBase::Replace(UXXmlWrapperBase* source, int /*unused1*/, int /*u
 int UXXmlWrapperBase::ReplaceByNodeCopy(UXXmlWrapperBase* source, int /*unused1*/,
                                         int /*unused2*/) {
     return TakeContent(source, true);
+}
+
+int UXXmlWrapperBase::ArrangeChildContents(const CArray<int, int>& order) {
+    Element* parent = Live();
+    if (parent == nullptr) return 0;
+    return guarded([&] {
+        if (!is_permutation(order, parent->childCount)) return 0;
+        document_->arrange_children(*parent, order.GetData());
+        return 1;
+    });
 }
 
 int UXXmlWrapperBase::RemoveNode() {

@@ -1,7 +1,9 @@
 #include "uxtree/host/node.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
+#include <numeric>
 #include <random>
 
 #include <gmock/gmock.h>
@@ -154,6 +156,7 @@ TEST(UXXmlWrapperBase, EveryOperationOnAnInvalidHandleYieldsZeroAndChangesNothin
                   none.ResetNode(1) + none.Save("/nowhere/x.xml", 0) + none.SetTagName("x"),
               0);
     EXPECT_EQ(none.GetArrayOfChildren(handles, nullptr, &ints, 1), 0);
+    EXPECT_EQ(none.ArrangeChildContents(CArray<int, int>()), 0);
     UXVectorDesc vector(ints);
     EXPECT_EQ(none.GetVector(vector) + none.SetVector(vector), 2);  // here 0 is success
     none.SetShow(0);
@@ -1065,6 +1068,136 @@ TEST(Replace, FailsForAnInvalidSource) {
     EXPECT_EQ(tree.text(), "<r><a></a></r>");
 }
 
+TEST(ArrangeChildContents, GivesEachChildTheContentOfTheNamedOne) {
+    TestTree tree(
+        "<r _ux_id='1'>own<a x='1' y='2' _ux_id='5'>t<aa z='3'><aaa/></aa><ab/></a>"
+        "<b/><c w='4'>text</c><d _ux_id='9'/></r>");
+
+    EXPECT_EQ(tree.root().ArrangeChildContents(number_list<int>({2, 0, 3, 1})), 1);
+
+    EXPECT_EQ(tree.text(), TestTree("<r _ux_id='1'>own<c w='4'>text</c>"
+                                    "<a x='1' y='2' _ux_id='5'>t<aa z='3'><aaa/></aa><ab/></a>"
+                                    "<d _ux_id='9'/><b/></r>")
+                               .text());
+}
+
+TEST(ArrangeChildContents, RefusesWhatIsNoPermutation) {
+    TestTree tree("<r><a><x/></a><b/><c>t</c></r>");
+    UXXmlWrapperBase x = tree.at("a/x");
+    const std::string before = tree.text();
+    constexpr int kLowest = std::numeric_limits<int>::min();
+    for (const std::vector<int>& order : {std::vector<int>{},
+                                          {1, 0},
+                                          {1, 0, 2, 3},
+                                          {1, 0, 1},
+                                          {2, 2, 2},
+                                          {1, 3, 0},
+                                          {1, -1, 0},
+                                          {1, kLowest, 0},
+                                          {1, 1 << 30, 0}}) {
+        EXPECT_EQ(tree.root().ArrangeChildContents(number_list(order)), 0);
+        EXPECT_EQ(tree.text(), before);
+    }
+    EXPECT_EQ(tree.at("b").ArrangeChildContents(number_list<int>({0})), 0);
+    EXPECT_EQ(tree.text(), before);
+    EXPECT_EQ(x.IsNodeValid(), 1);
+}
+
+TEST(ArrangeChildContents, NothingToArrangeIsDone) {
+    TestTree tree("<r><a><x/></a><b/></r>");
+    UXXmlWrapperBase x = tree.at("a/x");
+    const std::string before = tree.text();
+
+    EXPECT_EQ(tree.at("b").ArrangeChildContents(CArray<int, int>()), 1);
+    EXPECT_EQ(tree.at("a").ArrangeChildContents(number_list<int>({0})), 1);
+    EXPECT_EQ(tree.root().ArrangeChildContents(number_list<int>({0, 1})), 1);
+
+    EXPECT_EQ(tree.text(), before);
+    EXPECT_TRUE(x == tree.at("a/x"));
+}
+
+TEST(ArrangeChildContents, ChildrenKeepIdentityAndPlace) {
+    TestTree tree("<r><a>1</a><b>2</b><c>3</c></r>");
+    UXXmlWrapperBase first = tree.at("a");
+    UXXmlWrapperBase second = tree.at("b");
+    UXXmlWrapperBase third = tree.at("c");
+
+    EXPECT_EQ(tree.root().ArrangeChildContents(number_list<int>({2, 0, 1})), 1);
+
+    EXPECT_EQ(to_text(first), "<c>3</c>");
+    EXPECT_TRUE(first == tree.at("c") && second == tree.at("a") && third == tree.at("b"));
+    EXPECT_EQ(first.SetString("changed"), 1);
+    EXPECT_EQ(second.RemoveNode(), 1);
+    EXPECT_EQ(tree.text(), "<r><c>changed</c><b>2</b></r>");
+}
+
+TEST(ArrangeChildContents, HandlesIntoMovedBranchesBecomeInvalidForGood) {
+    TestTree tree("<r><a><x><y/></x><z/></a><b><x><y/></x></b><c><x><y/></x></c></r>");
+    std::vector<UXXmlWrapperBase> moved{tree.at("a/x"), tree.at("a/x/y"), tree.at("a/z"),
+                                        tree.at("b/x"), tree.at("b/x/y")};
+    UXXmlWrapperBase kept = tree.at("c/x/y");
+
+    EXPECT_EQ(tree.root().ArrangeChildContents(number_list<int>({1, 0, 2})), 1);
+    EXPECT_TRUE(kept == tree.at("c/x/y"));
+    const std::string arranged = tree.text();
+    EXPECT_EQ(arranged, TestTree("<r><b><x><y/></x></b><a><x><y/></x><z/></a>"
+                                 "<c><x><y/></x></c></r>")
+                            .text());
+    for (UXXmlWrapperBase& handle : moved) {
+        EXPECT_EQ(handle.IsNodeValid() + handle.SetString("t"), 0);
+    }
+    EXPECT_EQ(tree.root().ArrangeChildContents(number_list<int>({1, 0, 2})), 1);
+    tree.root().RemoveAllChildren();
+    for (int i = 0; i < 12; ++i) tree.root().AddNode(nullptr, "n", -1);
+    for (UXXmlWrapperBase& handle : moved) EXPECT_EQ(handle.IsNodeValid(), 0);
+}
+
+TEST(ArrangeChildContents, LongValuesGoAlongWithTheirCopies) {
+    TestTree tree("<r><a/><b/></r>");
+    const std::string text(5000, 'x');
+    tree.at("a").SetString(text.c_str());
+    UXXmlWrapperBase root = tree.root();
+    UXXmlWrapperBase a = tree.at("a");
+    root.AddNodeCopy(&a, 1, nullptr);
+
+    EXPECT_EQ(root.ArrangeChildContents(number_list<int>({1, 2, 0})), 1);
+    EXPECT_EQ(tree.at("a[0]").RemoveNode(), 1);
+
+    EXPECT_EQ(tree.text(), "<r><b></b><a>" + text + "</a></r>");
+}
+
+TEST(ArrangeChildContents, EqualsTheReplacementByCopiesOnRandomOrders) {
+    std::mt19937 random(3);
+    for (int round = 0; round < 60; ++round) {
+        const auto count = static_cast<int>(random() % 60);
+        std::string text = "<r>";
+        std::vector<int> order;
+        for (int i = 0; i < count; ++i) {
+            const std::string number = std::to_string(i);
+            text += "<n" + number + " k='" + number + "'>";
+            for (auto more = random() % 3; more > 0; --more) text += "<m><o/>t</m>";
+            text += "</n" + number + ">";
+            order.push_back(i);
+        }
+        text += "</r>";
+        if (random() % 3 != 0) std::shuffle(order.begin(), order.end(), random);
+        TestTree tree(text.c_str());
+        TestTree model(text.c_str());
+        const TestTree source(text.c_str());
+        for (int i = 0; i < count; ++i) {
+            UXXmlWrapperBase from;
+            UXXmlWrapperBase to;
+            source.root().GetChild(&from, order[static_cast<std::size_t>(i)]);
+            model.root().GetChild(&to, i);
+            to.ReplaceByNodeCopy(&from, 1, 0);
+        }
+
+        ASSERT_EQ(tree.root().ArrangeChildContents(number_list(order)), 1);
+
+        ASSERT_EQ(tree.text(), model.text());
+    }
+}
+
 TEST(RemoveNode, MakesEveryHandleIntoTheBranchInvalid) {
     TestTree tree("<r><a><b><c/></b></a><d/></r>");
     UXXmlWrapperBase a = tree.at("a");
@@ -1261,7 +1394,14 @@ TEST(UXXmlWrapperBase, RandomEditsKeepLinksCountsAndHandlesConsistent) {
     for (int i = 0; i < 3000; ++i) {
         UXXmlWrapperBase made;
         UXXmlWrapperBase& node = pick();
-        switch (random() % 8) {
+        switch (random() % 9) {
+            case 8: {
+                std::vector<int> order(static_cast<std::size_t>(node.GetNodeCount()));
+                std::iota(order.begin(), order.end(), 0);
+                std::shuffle(order.begin(), order.end(), random);
+                ASSERT_EQ(node.ArrangeChildContents(number_list(order)), node.IsNodeValid());
+                break;
+            }
             case 0:
             case 1:
             case 2:

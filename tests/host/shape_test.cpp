@@ -63,6 +63,8 @@ TEST(UXXmlWrapperBase, MillionLevelsCostNoStack) {
         int levels = 0;
         while (node.GetParent(&node)) ++levels;
         EXPECT_EQ(levels, kMany);
+        root.AddNode(nullptr, "s", -1);
+        EXPECT_EQ(root.ArrangeChildContents(uxtest::number_list<int>({1, 0})), 1);
     });
 }
 

@@ -152,6 +152,11 @@ public:
     // form; keeps identity and place. The source may be an ancestor, a descendant or the element.
     int Replace(UXXmlWrapperBase* source, int unused1, int unused2, int unused3);
     int ReplaceByNodeCopy(UXXmlWrapperBase* source, int unused1, int unused2);
+    // Child i, from 0, gets the content (tag, attributes, ID, text, children) that child order[i]
+    // has before; order holds each number from 0 to below GetNodeCount once. The children keep
+    // identity and place. A handle into a branch whose content moved becomes invalid, while a child
+    // that keeps its content keeps its branch. 0 for any other order, and when memory runs out.
+    int ArrangeChildContents(const CArray<int, int>& order);
     // Removes the element with its branch; the handle becomes invalid.
     int RemoveNode();
     // Removes a direct child and yields its former position in index (may be null). -1 when child

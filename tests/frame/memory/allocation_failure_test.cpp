@@ -137,10 +137,11 @@ TEST_P(AllocationFailure, LeavesSoundTrees) {
 INSTANTIATE_TEST_SUITE_P(Each, AllocationFailure, testing::ValuesIn(names()),
                          [](const auto& row) { return row.param; });
 
-TEST(uxtree_sort_children_by_int_attribute, SaysWhenMemoryRanShort) {
+TEST(uxtree_sort_children_by_int_attribute, LeavesTheTreeAsItWasWhenMemoryRunsShort) {
     long index = 0;
     do {
-        TestTree tree("<r><a n='3'><x/></a><b n='1'/><c n='2'/></r>");
+        TestTree tree("<r><a n='3'><x/></a><b n='1'/><c n='2'/><d n='1'/></r>");
+        const std::string before = tree.text();
         UXXmlWrapperBase root = tree.root();
         failed = false;
         untilFailure = index++;
@@ -148,9 +149,31 @@ TEST(uxtree_sort_children_by_int_attribute, SaysWhenMemoryRanShort) {
         untilFailure = -1;
 
         EXPECT_EQ(sorted, !failed);
+        EXPECT_EQ(tree.text() == before, failed);
         expect_sound(root);
-        EXPECT_EQ(root.GetNodeCount(), 3);
     } while (failed && !HasFailure());
+    EXPECT_GT(index, 4);
+}
+
+TEST(ArrangeChildContents, LeavesTheTreeAsItWasWhenMemoryRunsShort) {
+    CArray<int, int> order;
+    for (const int number : {2, 0, 1}) order.Add(number);
+    long index = 0;
+    do {
+        TestTree tree("<r><a n='3'>t<x/></a><b n='1'/><c n='2'/></r>");
+        const std::string before = tree.text();
+        UXXmlWrapperBase x = tree.at("a/x");
+        failed = false;
+        untilFailure = index++;
+        const int arranged = tree.root().ArrangeChildContents(order);
+        untilFailure = -1;
+
+        EXPECT_EQ(arranged, failed ? 0 : 1);
+        EXPECT_EQ(tree.text() == before, failed);
+        EXPECT_EQ(x.IsNodeValid(), failed ? 1 : 0);
+        expect_sound(tree.root());
+    } while (failed && !HasFailure());
+    EXPECT_EQ(index, 3);  // two allocations
 }
 
 namespace {

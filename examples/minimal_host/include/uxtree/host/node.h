@@ -110,6 +110,7 @@ public:
     int Clone(UXXmlWrapperBase* out, int unused) const;
     int Replace(UXXmlWrapperBase* source, int unused1, int unused2, int unused3);
     int ReplaceByNodeCopy(UXXmlWrapperBase* source, int unused1, int unused2);
+    int ArrangeChildContents(const CArray<int, int>& order);
     int RemoveNode();
     int RemoveChild(UXXmlWrapperBase* child, int* index);
     int RemoveAllChildren();
