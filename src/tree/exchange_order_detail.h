@@ -6,11 +6,18 @@
 
 namespace ux {
 
-// For keys k[0], k[1], ... the exchange sort compares every item i with every later item j and
-// exchanges the two when k[i] > k[j]. Yields, for each place, the item that ends up there. The sort
-// is not stable; this is exactly its order.
+struct KeyedItem {
+    std::uint32_t key;
+    std::uint32_t number;
+};
+
+// The exchange sort compares every item i with every later item j and exchanges the two when the
+// key of i is larger than that of j. Leaves the items, whose numbers must rise, in the order that
+// it ends with. The sort is not stable; this is exactly its order.
 //
-// O(n log n) comparisons for any keys, equal ones included, instead of n * n / 2.
-std::vector<std::uint32_t> exchange_sort_order(const std::vector<std::uint32_t>& keys);
+// Different keys take linear time. With equal ones each item also costs the logarithm of the number
+// of different keys, and at most sqrt(n) / 32 steps over a table of counts; both are far from the
+// n * n / 2 exchanges.
+void exchange_sort(std::vector<KeyedItem>& items);
 
 }  // namespace ux

@@ -144,21 +144,47 @@ std::vector<std::uint32_t> exchanged(const std::vector<std::uint32_t>& keys) {
     return items;
 }
 
-TEST(exchange_sort_order, EqualsTheExchangesForEveryShortSequence) {
+// The numbers of the items in the order of exchange_sort; the items are numbered with a gap of two.
+std::vector<std::uint32_t> exchange_sorted(const std::vector<std::uint32_t>& keys) {
+    std::vector<ux::KeyedItem> items;
+    for (const std::uint32_t key : keys) {
+        items.push_back({key, static_cast<std::uint32_t>(3 * items.size() + 1)});
+    }
+    ux::exchange_sort(items);
+    std::vector<std::uint32_t> order;
+    for (const ux::KeyedItem& item : items) {
+        EXPECT_EQ(keys[item.number / 3], item.key);
+        order.push_back(item.number / 3);
+    }
+    return order;
+}
+
+TEST(exchange_sort, EqualsTheExchangesForEveryShortSequence) {
     for (std::uint32_t number = 0; number < 5 * 5 * 5 * 5 * 5 * 5; ++number) {
         std::vector<std::uint32_t> keys;
         for (std::uint32_t rest = number; keys.size() < 6; rest /= 5) keys.push_back(rest % 5);
-        ASSERT_EQ(ux::exchange_sort_order(keys), exchanged(keys)) << number;
+        ASSERT_EQ(exchange_sorted(keys), exchanged(keys)) << number;
     }
 }
 
-TEST(exchange_sort_order, EqualsTheExchangesForRandomSequences) {
+TEST(exchange_sort, EqualsTheExchangesForRandomSequences) {
     std::mt19937 random(7);
     for (int round = 0; round < 1500; ++round) {
         std::vector<std::uint32_t> keys(random() % 90);
         const auto different = static_cast<std::uint32_t>(1 + random() % 30);
         for (std::uint32_t& key : keys) key = static_cast<std::uint32_t>(random() % different);
-        ASSERT_EQ(ux::exchange_sort_order(keys), exchanged(keys));
+        ASSERT_EQ(exchange_sorted(keys), exchanged(keys));
+    }
+}
+
+TEST(exchange_sort, EqualsTheExchangesForLongSequences) {
+    std::mt19937 random(8);
+    for (const std::uint32_t different : {1U, 2U, 3U, 10U, 40U, 300U, 3000U, 1U << 31}) {
+        for (const std::size_t size : {255U, 256U, 257U, 2000U}) {
+            std::vector<std::uint32_t> keys(size);
+            for (std::uint32_t& key : keys) key = static_cast<std::uint32_t>(random()) % different;
+            ASSERT_EQ(exchange_sorted(keys), exchanged(keys)) << different;
+        }
     }
 }
 

@@ -61,9 +61,9 @@ UXTREE_API int uxtree_move_node(UXXmlWrapperBase* tree, int fromIndex, int toInd
 // Sorts the children by an integer attribute; ascending 0 puts the largest first. Children without
 // it keep their places. Children change their contents, not their identity: a handle to a child
 // sees what stands at its place, and a handle into the branch of a child that moved becomes
-// invalid. The order of equal values is not kept: it is that of an exchange sort, reached with
-// O(n log n) comparisons of keys and one copy of each child that moves. True, or false for fewer
-// than two children, an empty name or an unusable node.
+// invalid. The order of equal values is not kept: it is that of an exchange sort, reached without
+// the exchanges: each content moves once. True, or false with nothing changed for fewer than two
+// children, an empty name, an unusable node or when memory runs out.
 UXTREE_API bool uxtree_sort_children_by_int_attribute(UXXmlWrapperBase* node, const char* attrName,
                                                       int ascending);
 // Appends copies of the children of source whose tags begin with the prefix, in any case (null or
