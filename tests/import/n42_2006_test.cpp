@@ -92,6 +92,19 @@ TEST(VCTree_n42_, OwnRealTimeStandsInForAMissingSampleRealTime) {
                 HasSubstr("<SampleRealTime Label=\"SampleRealTime\">PT8S</SampleRealTime>"));
 }
 
+TEST(VCTree_n42_, OwnSampleRealTimeWinsOverTheOthers) {
+    const Import import(
+        in_2006("<Measurement><SampleRealTime>PT1S</SampleRealTime><Spectrum>"
+                "<RealTime>PT8S</RealTime><SampleRealTime>PT3S</SampleRealTime>"
+                "<SampleRealTime>no</SampleRealTime><ChannelData>2</ChannelData></Spectrum>"
+                "</Measurement>"));
+
+    EXPECT_THAT(import.spectrum(),
+                HasSubstr("<SampleRealTime Label=\"SampleRealTime\">PT3S</SampleRealTime>"));
+    EXPECT_THAT(import.spectrum(), Not(HasSubstr("PT1S")));
+    EXPECT_THAT(import.spectrum(), Not(HasSubstr("PT8S")));
+}
+
 TEST(VCTree_n42_, MeasurementsOf2006WithoutSpectraAreLeftOut) {
     const Import import(in_2006("<Measurement/><Measurement>" + spectrum_of("") +
                                 "</Measurement><Measurement>" + spectrum_of("1") +
