@@ -48,12 +48,12 @@ double best_of(int runs, Body&& body, std::size_t memory = 0) {
 
 // One row: how many times as fast as the peer.
 inline void report(const char* what, double seconds, const char* peer, double peerSeconds) {
-    std::printf("| %-36s | %9.2f ms | %-28s | %9.2f ms | %6.2f |\n", what, seconds * 1e3, peer,
+    std::printf("| %-30s | %10.3f ms | %-32s | %10.3f ms | %6.2f |\n", what, seconds * 1e3, peer,
                 peerSeconds * 1e3, peerSeconds / seconds);
     std::fflush(stdout);
 }
 inline void report_header() {
-    std::printf("| %-36s | %12s | %-28s | %12s | %6s |\n", "operation", "ours", "peer", "peer's",
+    std::printf("| %-30s | %13s | %-32s | %13s | %6s |\n", "operation", "ours", "peer", "peer's",
                 "ratio");
     std::printf("|---|---|---|---|---|\n");
 }

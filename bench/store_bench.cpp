@@ -1,13 +1,17 @@
-// The embedded host's node store against bare expat and pugixml: loading, saving, copying,
-// searching and querying an option tree. Arguments: numbers of leaves (default 100000 1000000).
+// The embedded host's node store against bare expat, pugixml and libxml2: loading, saving, copying,
+// searching and querying an option tree. Arguments: numbers of leaves (default 10000 100000
+// 1000000).
 #include <array>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <memory>
 #include <string>
 
 #include <expat.h>
 #include <fcntl.h>
+#include <libxml/parser.h>
+#include <libxml/xpath.h>
 #include <malloc.h>
 #include <pugixml.hpp>
 #include <unistd.h>
@@ -62,6 +66,32 @@ std::size_t heap_in_use() {
     return info.uordblks + info.hblkhd;
 }
 
+struct FreeDocument {
+    void operator()(xmlDoc* document) const { xmlFreeDoc(document); }
+};
+using XmlDocument = std::unique_ptr<xmlDoc, FreeDocument>;
+
+XmlDocument read_with_libxml2() {
+    XmlDocument document(xmlReadFile(kInput, nullptr, XML_PARSE_NOBLANKS | XML_PARSE_HUGE));
+    check(document != nullptr, "libxml2 load");
+    return document;
+}
+
+std::vector<std::string> libxml2_texts(xmlDoc& document, const char* path) {
+    xmlXPathContext* const context = xmlXPathNewContext(&document);
+    xmlXPathObject* const found =
+        xmlXPathEvalExpression(reinterpret_cast<const xmlChar*>(path), context);
+    std::vector<std::string> texts;
+    for (int i = 0; i < found->nodesetval->nodeNr; ++i) {
+        xmlChar* const text = xmlNodeGetContent(found->nodesetval->nodeTab[i]);
+        texts.emplace_back(reinterpret_cast<const char*>(text));
+        xmlFree(text);
+    }
+    xmlXPathFreeObject(found);
+    xmlXPathFreeContext(context);
+    return texts;
+}
+
 void run(int leaves) {
     std::printf("\n%d leaves\n\n", leaves);
     std::ofstream(kInput, std::ios::binary) << uxbench::option_tree(leaves);
@@ -97,6 +127,9 @@ void run(int leaves) {
         },
         memory);
     report("load", load, "pugixml load_file", pugiLoad);
+    report("load", load, "libxml2 xmlReadFile",
+           best_of(
+               runs, [] { read_with_libxml2(); }, memory));
     const double save = best_of(runs, [&] { check(tree.Save(kOutput, 0) == 1, "save"); });
     report("save", save, "pugixml save_file, fsync, rename",
            best_of(runs, [&] { save_pugixml(document); }));
@@ -158,6 +191,11 @@ void run(int leaves) {
                }
                check(!values.empty(), "pugixml query");
            }));
+    const XmlDocument libxmlTree = read_with_libxml2();
+    report("path query", query, "libxml2 xmlXPathEvalExpression", best_of(runs, [&] {
+               check(!libxml2_texts(*libxmlTree, "/OptionTree/Branch3/peak/@Label").empty(),
+                     "libxml2 query");
+           }));
     std::printf("\nmemory: %.1f bytes a leaf\n", static_cast<double>(bytes) / leaves);
     std::remove(kInput);
     std::remove(kOutput);
@@ -167,8 +205,7 @@ void run(int leaves) {
 
 int main(int argc, char** argv) {
     if (argc < 2) {
-        run(100000);
-        run(1000000);
+        for (const int leaves : {10000, 100000, 1000000}) run(leaves);
     }
     for (int i = 1; i < argc; ++i) run(std::atoi(argv[i]));
 }
