@@ -12,6 +12,7 @@
 
 #include "host/document.h"
 #include "host/loader.h"
+#include "host/node_detail.h"
 #include "host/writer.h"
 
 using uxhost::ByteSource;

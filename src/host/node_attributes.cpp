@@ -1,0 +1,169 @@
+// Attributes through the node handle, and what is kept in them.
+#include <string_view>
+
+#include "uxtree/host/node.h"
+#include "uxtree/host/utilities.h"
+
+#include "host/document.h"
+#include "host/node_detail.h"
+
+using uxhost::assign;
+using uxhost::Attribute;
+using uxhost::Document;
+using uxhost::Element;
+using uxhost::guarded;
+using uxhost::joined;
+using uxhost::NameId;
+using uxhost::view;
+
+// --- attributes --------------------------------------------------------------------------------
+
+const Attribute* UXXmlWrapperBase::FindAttribute(const char* name) const {
+    const Element* element = Live();
+    return element == nullptr ? nullptr : document_->find_attribute(*element, name);
+}
+
+int UXXmlWrapperBase::SetAttribute(const char* name, const CStringUTF8& value) {
+    Element* element = Live();
+    if (element == nullptr) return 0;
+    return guarded([&] {
+        const NameId id = document_->valid_name(name);
+        if (id == 0) return 0;
+        document_->set_attribute(*element, id, view(value));
+        return 1;
+    });
+}
+
+int UXXmlWrapperBase::GetPropertyValue(const char* name, CStringUTF8& out, int /*unused*/) const {
+    const Attribute* attribute = FindAttribute(name);
+    if (attribute == nullptr) return 0;
+    return guarded([&] { return assign(out, document_->attribute_value(*attribute)); });
+}
+int UXXmlWrapperBase::GetPropertyValue(const char* name, int& out, int /*unused*/) const {
+    const Attribute* attribute = FindAttribute(name);
+    return attribute != nullptr && UXParseInt(document_->attribute_value(*attribute), out) ? 1 : 0;
+}
+int UXXmlWrapperBase::GetPropertyValue(const char* name, double& out, int /*unused*/) const {
+    const Attribute* attribute = FindAttribute(name);
+    return attribute != nullptr && UXParseDouble(document_->attribute_value(*attribute), out) ? 1
+                                                                                              : 0;
+}
+
+int UXXmlWrapperBase::SetPropertyValue(const char* name, int value) {
+    return guarded([&] {
+        CStringUTF8 text;
+        text.Format("%d", value);
+        return SetAttribute(name, text);
+    });
+}
+int UXXmlWrapperBase::SetPropertyValue(const char* name, double value) {
+    return guarded([&] {
+        CStringUTF8 text;
+        UXFormatDouble(value, text);
+        return SetAttribute(name, text);
+    });
+}
+int UXXmlWrapperBase::SetPropertyValue(const char* name, const CStringUTF8& value) {
+    return SetAttribute(name, value);
+}
+int UXXmlWrapperBase::SetPropertyValue(const char* name, const CWBOStringArray& value) {
+    return guarded([&] { return SetAttribute(name, joined(value)); });
+}
+
+int UXXmlWrapperBase::HasProperty(const char* name, int /*unused*/) const {
+    return FindAttribute(name) != nullptr ? 1 : 0;
+}
+int UXXmlWrapperBase::RemoveProperty(const char* name) {
+    Element* element = Live();
+    if (element == nullptr) return 0;
+    document_->remove_attribute(*element, name);
+    return 1;
+}
+int UXXmlWrapperBase::RemoveAttr(const char* name, int /*unused*/) {
+    return RemoveProperty(name);
+}
+
+int UXXmlWrapperBase::GetPropertyNames(CWBOStringArray& out) const {
+    if (Live() == nullptr) return 0;
+    out.RemoveAll();
+    return GetPropertyNamesAndValues(out, nullptr, nullptr);
+}
+
+int UXXmlWrapperBase::GetPropertyNamesAndValues(CWBOStringArray& names, CWBOStringArray* values,
+                                                const UXPropertyFilter* keep) const {
+    const Element* element = Live();
+    if (element == nullptr) return 0;
+    return guarded([&] {
+        CStringUTF8 value;
+        for (std::uint32_t i = 0; i < element->attributeCount; ++i) {
+            const Attribute attribute = document_->attributes(*element)[i];
+            const char* name = document_->name(attribute.name);
+            if (keep != nullptr && *keep && !(*keep)(name)) continue;
+            names.Add(CStringUTF8(name));
+            if (values == nullptr) continue;
+            assign(value, document_->attribute_value(attribute));
+            values->Add(value);
+        }
+        return 1;
+    });
+}
+
+int UXXmlWrapperBase::CopyAllAttributes(UXXmlWrapperBase& source, int /*unused*/) {
+    Element* element = Live();
+    const Element* from = source.Live();
+    if (element == nullptr || from == nullptr) return 0;
+    if (element == from) return 1;
+    return guarded([&] {
+        const Document& other = *source.document_;
+        for (std::uint32_t i = 0; i < from->attributeCount; ++i) {
+            const Attribute attribute = other.attributes(*from)[i];
+            document_->set_attribute(*element, document_->intern(other.name_view(attribute.name)),
+                                     other.attribute_value(attribute));
+        }
+        return 1;
+    });
+}
+
+// --- identifiers, visibility, label ------------------------------------------------------------
+
+int UXXmlWrapperBase::GetDataID(int& id) const {
+    return GetPropertyValue("DataID", id, 0);
+}
+int UXXmlWrapperBase::SetDataID(int id) {
+    return SetPropertyValue("DataID", id);
+}
+
+int UXXmlWrapperBase::GetID(int& id) const {
+    const Element* element = Live();
+    if (element == nullptr || element->id == uxhost::kNoId) return 0;
+    id = element->id;
+    return 1;
+}
+int UXXmlWrapperBase::SetID(int id, bool /*unused*/) {
+    Element* element = Live();
+    if (element == nullptr) return 0;
+    element->id = id;
+    return 1;
+}
+
+int UXXmlWrapperBase::GetShow(int& show) const {
+    if (Live() == nullptr) return 0;
+    const int found = GetPropertyValue("Show", show, 0);
+    if (found == 0) show = 1;
+    return found;
+}
+void UXXmlWrapperBase::SetShow(int show) {
+    if (show == 0) {
+        SetPropertyValue("Show", 0);
+    } else {
+        RemoveProperty("Show");
+    }
+}
+
+int UXXmlWrapperBase::SetLabel(const char* label) {
+    if (label == nullptr) return RemoveProperty("Label");
+    return guarded([&] { return SetAttribute("Label", CStringUTF8(label)); });
+}
+int UXXmlWrapperBase::SetLabel(const CStringUTF8& label) {
+    return SetAttribute("Label", label);
+}

@@ -1,0 +1,243 @@
+// Tags and values through the node handle.
+#include <string_view>
+
+#include "uxtree/host/node.h"
+#include "uxtree/host/utilities.h"
+
+#include "host/ascii.h"
+#include "host/document.h"
+#include "host/node_detail.h"
+#include "host/numbers.h"
+
+using uxhost::assign;
+using uxhost::Attribute;
+using uxhost::Element;
+using uxhost::guarded;
+using uxhost::joined;
+using uxhost::NameId;
+using uxhost::view;
+
+namespace {
+
+void split_joined(std::string_view text, CWBOStringArray& out) {
+    CStringUTF8 piece;
+    out.RemoveAll();
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '|') {
+            out.Add(piece);
+            piece.Empty();
+            continue;
+        }
+        if (text[i] == '\\' && i + 1 < text.size()) ++i;
+        piece += text[i];
+    }
+    out.Add(piece);
+}
+
+constexpr const char* kSizeAttribute = "FileDataDimsVector";
+
+}  // namespace
+
+CStringUTF8 uxhost::joined(const CWBOStringArray& texts) {
+    CStringUTF8 out;
+    for (int i = 0; i < texts.GetSize(); ++i) {
+        if (i != 0) out += '|';
+        for (const char c : view(texts[i])) {
+            if (c == '\\' || c == '|') out += '\\';
+            out += c;
+        }
+    }
+    return out;
+}
+
+int UXXmlWrapperBase::GetTagName(CStringUTF8& out) const {
+    const Element* element = Live();
+    if (element == nullptr) return 0;
+    return guarded([&] { return assign(out, document_->name_view(element->tag)); });
+}
+
+int UXXmlWrapperBase::SetTagName(const char* tag) {
+    Element* element = Live();
+    if (element == nullptr) return 0;
+    return guarded([&] {
+        const NameId name = document_->valid_name(tag);
+        if (name == 0) return 0;
+        element->tag = name;
+        return 1;
+    });
+}
+
+int UXXmlWrapperBase::NodeValue(CStringUTF8& text, int get, int /*unused*/,
+                                UXNodeOptions* /*options*/) {
+    Element* element = Live();
+    if (element == nullptr) return 0;
+    return guarded([&] {
+        if (get == 0) {
+            document_->set_value(*element, view(text));
+            return 1;
+        }
+        CStringUTF8 scratch;
+        assign(text, document_->value_text(*element, scratch));
+        return document_->has_value(*element) ? 1 : 0;
+    });
+}
+
+int UXXmlWrapperBase::NodeValue(int& value, int get) {
+    Element* element = Live();
+    if (element == nullptr) return 0;
+    return guarded([&] {
+        CStringUTF8 scratch;
+        if (get != 0) {
+            return UXParseInt(document_->value_text(*element, scratch), value) ? 1 : 0;
+        }
+        scratch.Format("%d", value);
+        document_->set_value(*element, view(scratch));
+        return 1;
+    });
+}
+
+int UXXmlWrapperBase::NodeValue(double& value, int get) {
+    Element* element = Live();
+    if (element == nullptr) return 0;
+    return guarded([&] {
+        CStringUTF8 scratch;
+        if (get != 0) {
+            return UXParseDouble(document_->value_text(*element, scratch), value) ? 1 : 0;
+        }
+        UXFormatDouble(value, scratch);
+        document_->set_value(*element, view(scratch));
+        return 1;
+    });
+}
+
+int UXXmlWrapperBase::NodeValue(bool& value, int get) {
+    Element* element = Live();
+    if (element == nullptr) return 0;
+    return guarded([&] {
+        if (get == 0) {
+            document_->set_value(*element, value ? "1" : "0");
+            return 1;
+        }
+        CStringUTF8 scratch;
+        return uxhost::parse_bool(document_->value_text(*element, scratch), value) ? 1 : 0;
+    });
+}
+
+int UXXmlWrapperBase::NodeValue(CWBOStringArray& value, int get, int* /*unused*/) {
+    UXVectorDesc vector(value);
+    return get != 0 ? ReadVector(vector) : WriteVector(vector);
+}
+
+int UXXmlWrapperBase::ReadVector(UXVectorDesc& vector) const {
+    const Element* element = Live();
+    if (element == nullptr || vector.array == nullptr || !document_->has_value(*element)) return 0;
+    return guarded([&] {
+        if (vector.element == UXVectorDesc::Element::kText) {
+            CStringUTF8 scratch;
+            split_joined(document_->value_text(*element, scratch),
+                         *static_cast<CWBOStringArray*>(vector.array));
+            return 1;
+        }
+        return uxhost::read_numbers(*document_, *element, vector) ? 1 : 0;
+    });
+}
+
+int UXXmlWrapperBase::WriteVector(const UXVectorDesc& vector) {
+    Element* element = Live();
+    if (element == nullptr || vector.array == nullptr) return 0;
+    return guarded([&] {
+        if (vector.element == UXVectorDesc::Element::kText) {
+            document_->set_value(*element,
+                                 view(joined(*static_cast<const CWBOStringArray*>(vector.array))));
+            return 1;
+        }
+        return uxhost::write_numbers(*document_, *element, vector) ? 1 : 0;
+    });
+}
+
+int UXXmlWrapperBase::GetVector(UXVectorDesc& vector) {
+    return ReadVector(vector) != 0 ? 0 : 1;
+}
+int UXXmlWrapperBase::SetVector(UXVectorDesc& vector) {
+    return WriteVector(vector) != 0 ? 0 : 1;
+}
+
+int UXXmlWrapperBase::SetString(const char* text) {
+    Element* element = Live();
+    if (element == nullptr) return 0;
+    return guarded([&] {
+        document_->set_value(*element, uxhost::view_of(text));
+        return 1;
+    });
+}
+
+int UXXmlWrapperBase::ResetValue() {
+    return SetString(nullptr);
+}
+
+int UXXmlWrapperBase::CheckSetValue(int /*setMode*/, const CStringUTF8& value, int branch) {
+    Element* element = Live();
+    if (element == nullptr) return 0;
+    return guarded([&] {
+        if (branch == 0) {
+            document_->set_value(*element, view(value));
+        } else if (value != "-1") {
+            // Intended: a branch collected without "Use" gives "-1", which must change nothing
+            // when it comes back.
+            document_->set_attribute(*element, document_->intern("Use"), view(value));
+        }
+        return 1;
+    });
+}
+
+int UXXmlWrapperBase::GetNodeArrayType(int /*unused*/) const {
+    return 0;
+}
+
+int UXXmlWrapperBase::SetSizeTrimFromEnd(int size) {
+    Element* element = Live();
+    if (element == nullptr || size < 0) return 0;
+    while (element->childCount > static_cast<std::uint32_t>(size)) {
+        Element* child = document_->element(element->last);
+        document_->unlink(*child);
+        document_->release(child);
+    }
+    return 1;
+}
+
+int UXXmlWrapperBase::LoadXDEArraySize(int* size) const {
+    const Element* element = Live();
+    if (element == nullptr) return 0;
+    const Attribute* attribute = document_->find_attribute(*element, kSizeAttribute);
+    if (attribute == nullptr) return 0;
+    std::string_view text = document_->attribute_value(*attribute);
+    text = text.substr(0, text.find('|'));
+    int stored = 0;
+    if (!UXParseInt(text, stored)) return 0;
+    if (size != nullptr) *size = stored;
+    return 1;
+}
+
+int UXXmlWrapperBase::SaveXDEArraySize(int size) {
+    RemoveAttr("DimLens", 0);
+    return size < 1 ? RemoveAttr(kSizeAttribute, 0) : SetPropertyValue(kSizeAttribute, size);
+}
+
+int UXXmlWrapperBase::SaveXDE2DArraySize(int rows, int cols) {
+    RemoveAttr("DimLens", 0);
+    if (rows < 1 || cols < 1) return RemoveAttr(kSizeAttribute, 0);
+    return guarded([&] {
+        CStringUTF8 text;
+        text.Format("%d|%d", rows, cols);
+        return SetPropertyValue(kSizeAttribute, text);
+    });
+}
+
+int UXXmlWrapperBase::GetNodeStringWithBlobInfo(CStringUTF8& out, DWORD /*unused*/) const {
+    const Element* element = Live();
+    if (element == nullptr) return 0;
+    return guarded([&] {
+        CStringUTF8 scratch;
+        return assign(out, document_->value_text(*element, scratch));
+    });
+}
