@@ -21,7 +21,7 @@ namespace {
 using uxbench::Random;
 
 constexpr int kNodes = 1000000;
-constexpr int kRuns = 5;
+constexpr int kRuns = 11;
 constexpr std::size_t kMemory = std::size_t{256} << 20;  // more than any run needs
 
 using Trees = std::vector<UXXmlWrapperBase>;
