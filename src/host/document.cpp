@@ -223,13 +223,14 @@ void Document::set_value_bytes(Element& element, const void* bytes, std::size_t 
 }
 
 void Document::set_doubles(Element& element, const double* values, std::size_t count) {
+    const bool finite =
+        std::all_of(values, values + count, [](double x) { return std::isfinite(x); });
     set_value_bytes(element, values, count * sizeof(double), ValueKind::kDoubles);
-    if (count == 0) return;
+    if (finite) return;
     // A value that is not finite has no decimal text; it is kept as the missing value.
-    double* kept = reinterpret_cast<double*>(bytes_.at(element.value));
-    for (std::size_t i = 0; i < count; ++i) {
-        if (!std::isfinite(kept[i])) kept[i] = UXMissingValue();
-    }
+    double* const kept = reinterpret_cast<double*>(bytes_.at(element.value));
+    std::replace_if(
+        kept, kept + count, [](double x) { return !std::isfinite(x); }, UXMissingValue());
 }
 
 bool Document::shares_value(const Element& element) const {

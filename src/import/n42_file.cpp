@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <string>
 #include <string_view>
 #include <system_error>
 
@@ -40,8 +41,9 @@ bool is_n42_namespace(std::string_view address) {
 }
 
 CStringUTF8 indexed(const char* name, int index) {
-    CStringUTF8 out;
-    out.Format("%s_%d", name, index);
+    CStringUTF8 out = name;
+    out += '_';
+    out += std::to_string(index).c_str();
     return out;
 }
 
@@ -169,13 +171,15 @@ bool CVCn42FileBase::TextsFit() const {
     return longestShared_ <= output_allowance(fileBytes_) / std::max<std::size_t>(Records(), 1);
 }
 
-// Coefficients that are only white space count as none. Leading zeros of the polynomial change
-// nothing and are left out.
-void CVCn42FileBase::SetCoefficients(EnergyCalibration& calibration, const CStringUTF8& text) {
-    read_numbers(text, numbers_);
-    if (numbers_.size() == 0) return;
-    calibration.coefficientText = text;
-    NoteShared(text);
+// A text that is only white space counts as none. Leading zeros of the polynomial change nothing
+// and are left out.
+void CVCn42FileBase::ReadCoefficients(EnergyCalibration& calibration) {
+    read_numbers(calibration.coefficientText, numbers_);
+    if (numbers_.size() == 0) {
+        calibration.coefficientText.Empty();
+        return;
+    }
+    NoteShared(calibration.coefficientText);
     calibration.coefficients.assign(numbers_.data(), numbers_.data() + numbers_.size());
     while (calibration.coefficients.size() > 1 && calibration.coefficients.back() == 0) {
         calibration.coefficients.pop_back();

@@ -125,7 +125,8 @@ protected:
 
     // Notes a text that is written for more than one record.
     void NoteShared(const CStringUTF8& text);
-    void SetCoefficients(EnergyCalibration& calibration, const CStringUTF8& text);
+    // Fills in the coefficients that the calibration's text lists.
+    void ReadCoefficients(EnergyCalibration& calibration);
     std::vector<double> NumbersOf(const UXXmlWrapperBase& element);
     // Notes an element of channel data, when it has a value.
     void ReadChannels(const UXXmlWrapperBase& element, Spectrum& spectrum);

@@ -42,6 +42,7 @@ int CVCn42File2006::Read(CWBOStringArray* detectors) {
         } else if (id == kN42Calibration && !Preview()) {
             EnergyCalibration calibration;
             if (ReadCalibration(child, calibration)) {
+                ReadCoefficients(calibration);
                 calibrations_.push_back(std::move(calibration));
             }
         }
@@ -142,7 +143,8 @@ void CVCn42File2006::ReadChildOfSpectrum(const UXXmlWrapperBase& child, Spectrum
     }
 }
 
-// Reads a calibration of energies; false for one of another kind, as of peak widths.
+// Reads a calibration of energies, its coefficients as text alone; false for one of another kind,
+// as of peak widths.
 bool CVCn42File2006::ReadCalibration(const UXXmlWrapperBase& element,
                                      EnergyCalibration& calibration) {
     CStringUTF8 type = GetName(kN42Energy);
@@ -157,7 +159,7 @@ bool CVCn42File2006::ReadCalibration(const UXXmlWrapperBase& element,
         CStringUTF8 model = GetName(kN42Polynomial);
         child.GetPropertyValue(GetName(kN42Model), model, 0);
         if (model != GetName(kN42Polynomial)) continue;
-        SetCoefficients(calibration, ChildText(child, kN42Coefficients));
+        calibration.coefficientText = ChildText(child, kN42Coefficients);
         break;
     }
     return true;
@@ -173,7 +175,10 @@ int CVCn42File2006::OwnCalibration(const UXXmlWrapperBase& element) {
         calibration.id + separator + calibration.unit + separator + calibration.coefficientText;
     const auto [known, isNew] = ownCalibrations_.emplace(static_cast<const char*>(words),
                                                          static_cast<int>(calibrations_.size()));
-    if (isNew) calibrations_.push_back(std::move(calibration));
+    if (isNew) {
+        ReadCoefficients(calibration);
+        calibrations_.push_back(std::move(calibration));
+    }
     return known->second;
 }
 

@@ -86,7 +86,8 @@ void CVCn42File::ReadDetector(UXXmlWrapperBase& element, const Selection& select
 // False when the calibration has no id.
 bool CVCn42File::ReadCalibration(const UXXmlWrapperBase& element) {
     EnergyCalibration calibration;
-    SetCoefficients(calibration, ChildText(element, kN42CoefficientValues));
+    calibration.coefficientText = ChildText(element, kN42CoefficientValues);
+    ReadCoefficients(calibration);
     if (calibration.coefficients.empty()) {
         calibration.boundaries = NumbersOf(Child(element, kN42EnergyBoundaryValues));
     }

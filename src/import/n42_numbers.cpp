@@ -69,7 +69,7 @@ private:
 
 int run_length(double count) {
     if (!(count >= 0.5)) return 0;
-    return static_cast<int>(std::round(std::min(count, kMostZeros)));
+    return static_cast<int>(std::min(count, kMostZeros) + 0.5);  // rounded
 }
 
 }  // namespace
