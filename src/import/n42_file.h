@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <string>
 #include <unordered_map>
@@ -144,7 +145,7 @@ protected:
     virtual EnergyCalibration* CalibrationOf(const Spectrum& spectrum) = 0;
 
     std::vector<EnergyCalibration> calibrations_;
-    std::vector<Spectrum> spectra_;
+    std::deque<Spectrum> spectra_;  // grows without moving what it holds
 
 private:
     int OpenDocument();

@@ -1,6 +1,8 @@
 // The reader of the 2006 form.
 #pragma once
 
+#include <deque>
+
 #include "import/n42_file.h"
 
 namespace ux {
@@ -61,8 +63,8 @@ private:
     CStringUTF8 Nearest(int level, Reads&& reads);
     void CollectWords(std::size_t spectrum);
 
-    std::vector<DataAtLevel> levels_;
-    std::vector<ONEDATA> data_;
+    std::deque<DataAtLevel> levels_;
+    std::deque<ONEDATA> data_;
     Words words_;                              // of the spectrum that is being written
     std::vector<SpectrumRange> measurements_;  // those with a spectrum
     std::unordered_map<std::string, int> ownCalibrations_;
