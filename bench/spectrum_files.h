@@ -14,20 +14,21 @@ namespace uxbench {
 struct SpectrumFileKind {
     const char* name;
     bool form2011;
-    bool compressed;    // counted zeroes
-    bool boundaries;    // energies by channel instead of a polynomial
-    int grossCounters;  // neutron counters beside the detectors
+    bool compressed;       // counted zeroes
+    bool boundaries;       // energies by channel instead of a polynomial
+    bool ownCalibrations;  // 2006: in every spectrum instead of once for each detector
+    int grossCounters;     // neutron counters beside the detectors
     int detectors;
     int channels;
     int counts;  // of one spectrum
 };
 
 inline constexpr std::array<SpectrumFileKind, 5> kSpectrumFileKinds{{
-    {"2011, counted zeroes, 1024 channels", true, true, false, 2, 8, 1024, 4000},
-    {"2011, plain, 1024 channels, boundaries", true, false, true, 0, 4, 1024, 4000},
-    {"2006, counted zeroes, 1024 channels", false, true, false, 0, 4, 1024, 4000},
-    {"2006, counted zeroes, 16384 sparse channels", false, true, false, 0, 8, 16384, 600},
-    {"2011, plain, 8192 dense channels", true, false, false, 0, 4, 8192, 60000},
+    {"2011, counted zeroes, 1024 channels", true, true, false, false, 2, 8, 1024, 4000},
+    {"2011, plain, 1024 channels, boundaries", true, false, true, false, 0, 4, 1024, 4000},
+    {"2006, counted zeroes, 1024 channels", false, true, false, false, 0, 4, 1024, 4000},
+    {"2006, counted zeroes, 16384 sparse channels", false, true, false, true, 0, 8, 16384, 600},
+    {"2011, plain, 8192 dense channels", true, false, false, false, 0, 4, 8192, 60000},
 }};
 
 // Writes measurements until the file has the size.
@@ -89,6 +90,9 @@ private:
         put("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n");
         if (!kind_.form2011) {
             put("<N42InstrumentData>\n");
+            for (int d = 1; d <= kind_.detectors && !kind_.ownCalibrations; ++d) {
+                put(calibration_2006(" ID=\"E" + std::to_string(d) + "\""));
+            }
             return;
         }
         put("<RadInstrumentData xmlns=\"http://physics.nist.gov/N42/2011/N42\">\n");
@@ -128,21 +132,28 @@ private:
         }
         put(text + "</RadMeasurement>\n");
     }
+    static std::string calibration_2006(const std::string& id) {
+        return "<Calibration Type=\"Energy\"" + id +
+               " EnergyUnits=\"keV\"><Equation Model=\"Polynomial\"><Coefficients>-1.5 2.9 1.2e-06"
+               "</Coefficients></Equation></Calibration>\n";
+    }
     void write_measurement_2006(int number) {
         std::string text = "<Measurement UUID=\"" + std::to_string(number) +
                            "\">\n<DetectorData>\n<StartTime>2024-01-01T00:00:00Z</StartTime>\n"
                            "<SampleRealTime>PT1.000S</SampleRealTime>\n";
         for (int d = 1; d <= kind_.detectors; ++d) {
-            text += "<DetectorMeasurement Detector=\"D" + std::to_string(d) +
-                    "\" DetectorType=\"Gamma\">\n<SpectrumMeasurement>\n<SpectrumAvailable>true"
-                    "</SpectrumAvailable>\n<Spectrum>\n<RealTime>PT1.000S</RealTime>\n<LiveTime>"
-                    "PT0.985S</LiveTime>\n<SourceType>Item</SourceType>\n<DetectorType>NaI"
-                    "</DetectorType>\n<Calibration Type=\"Energy\" EnergyUnits=\"keV\">"
-                    "<Equation Model=\"Polynomial\"><Coefficients>-1.5 2.9 1.2e-06</Coefficients>"
-                    "</Equation></Calibration>\n<ChannelData Compression=\"CountedZeroes\">\n" +
-                    next_spectrum() +
-                    "</ChannelData>\n</Spectrum>\n</SpectrumMeasurement>\n"
-                    "</DetectorMeasurement>\n";
+            text +=
+                "<DetectorMeasurement Detector=\"D" + std::to_string(d) +
+                "\" DetectorType=\"Gamma\">\n<SpectrumMeasurement>\n<SpectrumAvailable>true"
+                "</SpectrumAvailable>\n<Spectrum" +
+                (kind_.ownCalibrations ? "" : " CalibrationIDs=\"E" + std::to_string(d) + "\"") +
+                ">\n<RealTime>PT1.000S</RealTime>\n<LiveTime>"
+                "PT0.985S</LiveTime>\n<SourceType>Item</SourceType>\n<DetectorType>NaI"
+                "</DetectorType>\n" +
+                (kind_.ownCalibrations ? calibration_2006("") : "") +
+                "<ChannelData Compression=\"CountedZeroes\">\n" + next_spectrum() +
+                "</ChannelData>\n</Spectrum>\n</SpectrumMeasurement>\n"
+                "</DetectorMeasurement>\n";
         }
         put(text + "</DetectorData>\n</Measurement>\n");
     }
