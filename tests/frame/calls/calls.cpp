@@ -14,6 +14,97 @@ std::string Scene::outputs() const {
     return all + to_text(aside_.root());
 }
 
+Trials NodeArgument::trials(Parameter parameter, const Row& row) const {
+    const auto good = [where = tree, what = path](Scene& s) { return s.at(where, what); };
+    const Outcome failure = onInvalid.value_or(invalidActs ? row.good : row.bad);
+    Trials out{kept_trial("good", parameter, good, row.good, true)};
+    add_null(out, parameter, row);
+    out.push_back(kept_trial(
+        "an invalid handle", parameter, [](Scene&) { return UXXmlWrapperBase(); }, failure,
+        invalidActs));
+    out.push_back(kept_trial(
+        "a handle to a removed node", parameter, [](Scene& s) { return s.removed(); }, failure,
+        invalidActs));
+    return out;
+}
+
+Trials OutNodeArgument::trials(Parameter parameter, const Row& row) const {
+    Trials out{kept_trial(
+        "good", parameter, [](Scene& s) { return s.bystander(); }, row.good, true)};
+    add_null(out, parameter, row);
+    out.push_back(kept_trial(
+        "an invalid output", parameter, [](Scene&) { return UXXmlWrapperBase(); }, row.good, true));
+    out.push_back(kept_trial(
+        "an output of a removed node", parameter, [](Scene& s) { return s.removed(); }, row.good,
+        true));
+    return out;
+}
+
+Trials TextArgument::trials(Parameter parameter, const Row& row) const {
+    const auto kept = std::make_shared<const std::string>(text);
+    const auto address = [kept](Scene&) -> const void* { return kept->c_str(); };
+    Trials out{{"good", address, row.good, true}};
+    add_null(out, parameter, row);
+    return out;
+}
+
+std::vector<Trials> Call::all_trials() const {
+    std::vector<Trials> all;
+    for (const TrialMaker& trials : parameters_) all.push_back(trials(row_));
+    return all;
+}
+
+std::vector<const void*> Call::make(const std::vector<const Trial*>& chosen, Scene& scene) const {
+    std::vector<const void*> arguments;
+    for (const Trial* trial : chosen) arguments.push_back(trial->make(scene));
+    return arguments;
+}
+
+void Call::try_once(const std::vector<const Trial*>& chosen, const Outcome& expected,
+                    bool acts) const {
+    Scene scene(row_.tree);
+    const std::vector<const void*> arguments = make(chosen, scene);
+    const std::string trees = scene.trees();
+    const std::string outputs = scene.outputs();
+
+    const Outcome result = invoke_(arguments.data(), nullptr);
+
+    EXPECT_EQ(result.text(), expected.text());
+    if (acts) return;
+    EXPECT_EQ(scene.trees(), trees);
+    if (!row_.clearsOutputs) {
+        EXPECT_EQ(scene.outputs(), outputs);
+    }
+}
+
+void Call::try_bad_arguments() const {
+    const std::vector<Trials> all = all_trials();
+    std::vector<const Trial*> chosen;
+    for (const Trials& trials : all) chosen.push_back(&trials.front());
+    {
+        SCOPED_TRACE("with good arguments");
+        try_once(chosen, row_.good, true);
+    }
+    for (std::size_t place = 0; place < all.size(); ++place) {
+        for (std::size_t k = 1; k < all[place].size(); ++k) {
+            const Trial& trial = all[place][k];
+            SCOPED_TRACE("argument " + std::to_string(place + 1) + " is " + trial.how);
+            chosen[place] = &trial;
+            try_once(chosen, trial.expected, trial.acts);
+        }
+        chosen[place] = &all[place].front();
+    }
+}
+
+void Call::probe(Probe& probe) const {
+    const std::vector<Trials> all = all_trials();
+    std::vector<const Trial*> chosen;
+    for (const Trials& trials : all) chosen.push_back(&trials.front());
+    Scene scene(row_.tree);
+    const Outcome result = invoke_(make(chosen, scene).data(), &probe);
+    probe.done(scene, result, row_);
+}
+
 const Sweep& all_calls() {
     static const Sweep whole = [] {
         Sweep rows;

@@ -11,9 +11,7 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <sstream>
 #include <string>
-#include <tuple>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -102,30 +100,37 @@ struct Row {
     std::vector<Outcome> shortage = {};  // further results when memory runs short
 };
 
-// One way to fill a parameter. acts: the call works all the same, and may change the trees.
+// What an argument must know of the parameter that it fills.
+struct Parameter {
+    bool isPointer = false;
+    bool isScriptObject = false;
+};
 template <typename Param>
+constexpr Parameter parameter_of() {
+    return {std::is_pointer_v<Param>, std::is_same_v<Param, UXScriptObject*>};
+}
+
+// One way to fill a parameter. make: where the object is that a pointer or reference refers to, or
+// that is copied into the parameter. acts: the call works all the same, and may change the trees.
 struct Trial {
     std::string how;
-    std::function<Param(Scene&)> make;
+    std::function<const void*(Scene&)> make;
     Outcome expected;
     bool acts;
 };
-template <typename Param>
-using Trials = std::vector<Trial<Param>>;
+using Trials = std::vector<Trial>;  // the good one comes first
 
-// Passes a kept value on, as a pointer or as a reference.
-template <typename Param, typename Kept>
-Param pass(Kept& kept) {
-    if constexpr (std::is_pointer_v<Param>) {
+template <typename Make>
+Trial kept_trial(std::string how, Parameter parameter, Make make, const Outcome& expected,
+                 bool acts) {
+    const auto keep = [=](Scene& scene) -> const void* {
+        auto& kept = scene.keep(make(scene));
+        if constexpr (std::is_base_of_v<UXScriptObject, std::decay_t<decltype(kept)>>) {
+            if (parameter.isScriptObject) return static_cast<UXScriptObject*>(&kept);
+        }
         return &kept;
-    } else {
-        return kept;
-    }
-}
-template <typename Param, typename Make>
-Trial<Param> kept_trial(std::string how, Make make, const Outcome& expected, bool acts) {
-    return {std::move(how), [make](Scene& s) -> Param { return pass<Param>(s.keep(make(s))); },
-            expected, acts};
+    };
+    return {std::move(how), keep, expected, acts};
 }
 
 // What an argument says about its bad forms; unsaid, they give the row's failure value.
@@ -164,12 +169,10 @@ struct Spoilable {
         return copy;
     }
 
-    template <typename Param>
-    void add_null(Trials<Param>& trials, const Row& row) const {
-        if constexpr (std::is_pointer_v<Param>) {
-            trials.push_back({"null", [](Scene&) -> Param { return nullptr; },
-                              onNull.value_or(nullActs ? row.good : row.bad), nullActs});
-        }
+    void add_null(Trials& trials, Parameter parameter, const Row& row) const {
+        if (!parameter.isPointer) return;
+        trials.push_back({"null", [](Scene&) -> const void* { return nullptr; },
+                          onNull.value_or(nullActs ? row.good : row.bad), nullActs});
     }
 
 private:
@@ -178,23 +181,11 @@ private:
 
 // A handle to a node of one of the two trees.
 struct NodeArgument : Spoilable<NodeArgument> {
+    using Object = UXXmlWrapperBase;
     std::size_t tree;
     const char* path;
 
-    template <typename Param>
-    Trials<Param> trials(const Row& row) const {
-        const NodeArgument self = *this;
-        const Outcome failure = onInvalid.value_or(invalidActs ? row.good : row.bad);
-        Trials<Param> out{kept_trial<Param>(
-            "good", [self](Scene& s) { return s.at(self.tree, self.path); }, row.good, true)};
-        add_null(out, row);
-        out.push_back(kept_trial<Param>(
-            "an invalid handle", [](Scene&) { return UXXmlWrapperBase(); }, failure, invalidActs));
-        out.push_back(kept_trial<Param>(
-            "a handle to a removed node", [](Scene& s) { return s.removed(); }, failure,
-            invalidActs));
-        return out;
-    }
+    Trials trials(Parameter parameter, const Row& row) const;
 };
 inline NodeArgument node(const char* path = "") {
     return {{}, 0, path};
@@ -205,35 +196,18 @@ inline NodeArgument other(const char* path = "") {
 
 // A handle that only receives a node, so that what it holds before the call does not matter.
 struct OutNodeArgument : Spoilable<OutNodeArgument> {
-    template <typename Param>
-    Trials<Param> trials(const Row& row) const {
-        Trials<Param> out{kept_trial<Param>(
-            "good", [](Scene& s) { return s.bystander(); }, row.good, true)};
-        add_null(out, row);
-        out.push_back(kept_trial<Param>(
-            "an invalid output", [](Scene&) { return UXXmlWrapperBase(); }, row.good, true));
-        out.push_back(kept_trial<Param>(
-            "an output of a removed node", [](Scene& s) { return s.removed(); }, row.good, true));
-        return out;
-    }
+    using Object = UXXmlWrapperBase;
+    Trials trials(Parameter parameter, const Row& row) const;
 };
 inline OutNodeArgument out() {
     return {};
 }
 
 struct TextArgument : Spoilable<TextArgument> {
+    using Object = char;
     std::string text;
 
-    template <typename Param>
-    Trials<Param> trials(const Row& row) const {
-        Trials<Param> out{{"good",
-                           [kept = std::make_shared<std::string>(text)](Scene&) -> Param {
-                               return kept->c_str();
-                           },
-                           row.good, true}};
-        add_null(out, row);
-        return out;
-    }
+    Trials trials(Parameter parameter, const Row& row) const;
 };
 inline TextArgument text(const std::string& value) {
     return {{}, value};
@@ -242,13 +216,13 @@ inline TextArgument text(const std::string& value) {
 // A string, number, record or native array, in or out.
 template <typename T>
 struct ValueArgument : Spoilable<ValueArgument<T>> {
+    using Object = T;
     T initial;
 
-    template <typename Param>
-    Trials<Param> trials(const Row& row) const {
-        Trials<Param> out{kept_trial<Param>(
-            "good", [v = initial](Scene&) { return v; }, row.good, true)};
-        this->add_null(out, row);
+    Trials trials(Parameter parameter, const Row& row) const {
+        Trials out{kept_trial(
+            "good", parameter, [v = initial](Scene&) { return v; }, row.good, true)};
+        this->add_null(out, parameter, row);
         return out;
     }
 };
@@ -263,39 +237,38 @@ inline ValueArgument<CStringUTF8> string(const char* initial = "kept") {
 // An array, in or out: itself, or behind a script object as the parameter asks.
 template <typename Array>
 struct ArrayArgument : Spoilable<ArrayArgument<Array>> {
+    using Object = Array;
     Array initial;
 
-    template <typename Param>
-    Trials<Param> trials(const Row& row) const {
-        if constexpr (std::is_same_v<Param, UXScriptObject*>) {
-            Trials<Param> out{good<Param>(UXScriptArray<Array>(initial), row)};
-            this->add_null(out, row);
-            add_wrong<CArray<bool, bool>>(out, row, "a vector of booleans");
-            add_wrong<CArray<int, int>>(out, row, "a vector of integers");
-            add_wrong<CArray<double, double>>(out, row, "a vector of doubles");
-            add_wrong<CWBOStringArray>(out, row, "an array of texts");
-            out.push_back(kept_trial<Param>(
-                "a node handle", [](Scene& s) { return s.bystander(); }, wrong(row), false));
-            return out;
-        } else {
-            Trials<Param> out{good<Param>(initial, row)};
-            this->add_null(out, row);
+    Trials trials(Parameter parameter, const Row& row) const {
+        if (!parameter.isScriptObject) {
+            Trials out{good(parameter, initial, row)};
+            this->add_null(out, parameter, row);
             return out;
         }
+        Trials out{good(parameter, UXScriptArray<Array>(initial), row)};
+        this->add_null(out, parameter, row);
+        add_wrong<CArray<bool, bool>>(out, parameter, row, "a vector of booleans");
+        add_wrong<CArray<int, int>>(out, parameter, row, "a vector of integers");
+        add_wrong<CArray<double, double>>(out, parameter, row, "a vector of doubles");
+        add_wrong<CWBOStringArray>(out, parameter, row, "an array of texts");
+        out.push_back(kept_trial(
+            "a node handle", parameter, [](Scene& s) { return s.bystander(); }, wrong(row), false));
+        return out;
     }
 
 private:
-    template <typename Param, typename Kept>
-    static Trial<Param> good(const Kept& kept, const Row& row) {
-        return kept_trial<Param>(
-            "good", [kept](Scene&) { return kept; }, row.good, true);
+    template <typename Kept>
+    static Trial good(Parameter parameter, const Kept& kept, const Row& row) {
+        return kept_trial(
+            "good", parameter, [kept](Scene&) { return kept; }, row.good, true);
     }
     Outcome wrong(const Row& row) const { return this->onWrongType.value_or(row.bad); }
     template <typename Other>
-    void add_wrong(Trials<UXScriptObject*>& out, const Row& row, const char* how) const {
+    void add_wrong(Trials& out, Parameter parameter, const Row& row, const char* how) const {
         if constexpr (!std::is_same_v<Array, Other>) {
-            out.push_back(kept_trial<UXScriptObject*>(
-                how, [](Scene&) { return UXScriptArray<Other>(); }, wrong(row), false));
+            out.push_back(kept_trial(
+                how, parameter, [](Scene&) { return UXScriptArray<Other>(); }, wrong(row), false));
         }
     }
 };
@@ -314,19 +287,33 @@ inline ArrayArgument<CArray<bool, bool>> bools(const std::vector<bool>& values =
     return {{}, array};
 }
 
+// All ways to fill a parameter with an argument; a plain value has a good one alone.
+using TrialMaker = std::function<Trials(const Row&)>;
 template <typename Param, typename Argument>
-Trials<Param> trials_of(const Argument& argument, const Row& row) {
-    if constexpr (requires { argument.template trials<Param>(row); }) {
-        return argument.template trials<Param>(row);
+TrialMaker trials_of(const Argument& argument) {
+    if constexpr (requires { typename Argument::Object; }) {
+        using Referred = std::remove_cv_t<std::remove_pointer_t<std::remove_reference_t<Param>>>;
+        static_assert(std::is_same_v<Referred, typename Argument::Object> ||
+                          std::is_same_v<Referred, UXScriptObject>,
+                      "the argument does not fit the parameter");
+        return [argument](const Row& row) { return argument.trials(parameter_of<Param>(), row); };
+    } else if constexpr (std::is_pointer_v<Param>) {
+        const void* const address = static_cast<Param>(argument);
+        return [address](const Row& row) {
+            return Trials{{"good", [address](Scene&) { return address; }, row.good, true}};
+        };
     } else {
-        return {{"good", [argument](Scene&) -> Param { return static_cast<Param>(argument); },
-                 row.good, true}};
+        const auto kept = std::make_shared<const Param>(static_cast<Param>(argument));
+        return [kept](const Row& row) {
+            const auto address = [kept](Scene&) -> const void* { return kept.get(); };
+            return Trials{{"good", address, row.good, true}};
+        };
     }
 }
 
 // --- calls ------------------------------------------------------------------------------------
 
-// Looks at a call with good arguments: before() and after() stand right around the call alone.
+// Looks at a call: before() and after() stand right around the call alone.
 class Probe {
 public:
     virtual ~Probe() = default;
@@ -335,11 +322,40 @@ public:
     virtual void done(const Scene& scene, const Outcome& result, const Row& row) = 0;
 };
 
-// A row: what tries all bad arguments, and what makes one good call under a probe.
-struct Call {
-    std::function<void()> try_bad_arguments;
-    std::function<void(Probe&)> probe;
+// A row: an entry point with all that may be passed to it.
+class Call {
+public:
+    using Invoke = std::function<Outcome(const void* const* arguments, Probe* probe)>;
+
+    Call(Row row, Invoke invoke, std::vector<TrialMaker> parameters)
+        : row_(std::move(row)), invoke_(std::move(invoke)), parameters_(std::move(parameters)) {}
+
+    // Calls with good arguments, then with each of them spoilt in each of its ways.
+    void try_bad_arguments() const;
+    // One good call under a probe.
+    void probe(Probe& probe) const;
+
+private:
+    std::vector<Trials> all_trials() const;
+    std::vector<const void*> make(const std::vector<const Trial*>& chosen, Scene& scene) const;
+    void try_once(const std::vector<const Trial*>& chosen, const Outcome& expected,
+                  bool acts) const;
+
+    Row row_;
+    Invoke invoke_;
+    std::vector<TrialMaker> parameters_;
 };
+
+// Reads an argument out of where a trial has put it.
+template <typename Param>
+Param argument_at(const void* place) {
+    if constexpr (std::is_pointer_v<Param>) {
+        return static_cast<Param>(const_cast<void*>(place));
+    } else {
+        using Object = std::remove_reference_t<Param>;
+        return *static_cast<Object*>(const_cast<void*>(place));
+    }
+}
 
 // Entry points by name, with their rows.
 class Sweep {
@@ -348,81 +364,27 @@ public:
     void add(const char* name, Result (*entry)(Params...), const Row& row,
              const Arguments&... arguments) {
         static_assert(sizeof...(Params) == sizeof...(Arguments), "one argument per parameter");
-        const auto all = [=] { return std::tuple(trials_of<Params>(arguments, row)...); };
-        calls_[name].push_back({[=] { try_all(entry, row, all()); },
-                                [=](Probe& probe) { call_good(entry, row, all(), probe); }});
+        calls_[name].push_back(
+            Call(row, invoker(entry, std::index_sequence_for<Params...>()),
+                 {trials_of<Params>(arguments)...}));
     }
     const std::map<std::string, std::vector<Call>>& calls() const { return calls_; }
 
 private:
-    template <std::size_t count>
-    using Choice = std::array<std::size_t, count>;
-
-    template <typename Result, typename... Params>
-    static void try_all(Result (*entry)(Params...), const Row& row,
-                        const std::tuple<Trials<Params>...>& all) {
-        Choice<sizeof...(Params)> choice{};
-        {
-            SCOPED_TRACE("with good arguments");
-            call(entry, row, all, choice, row.good, true, std::index_sequence_for<Params...>());
-        }
-        spoil(entry, row, all, choice, std::index_sequence_for<Params...>());
-    }
-    template <typename Entry, typename All, typename Places, std::size_t... I>
-    static void spoil(Entry entry, const Row& row, const All& all, Places choice,
-                      std::index_sequence<I...> places) {
-        const auto spoil_one = [&](auto place) {
-            const auto& trials = std::get<place>(all);
-            for (std::size_t k = 1; k < trials.size(); ++k) {
-                SCOPED_TRACE("argument " + std::to_string(place + 1) + " is " + trials[k].how);
-                Places spoilt = choice;
-                spoilt[place] = k;
-                call(entry, row, all, spoilt, trials[k].expected, trials[k].acts, places);
+    template <typename Result, typename... Params, std::size_t... I>
+    static Call::Invoke invoker(Result (*entry)(Params...), std::index_sequence<I...>) {
+        return [entry]([[maybe_unused]] const void* const* arguments, Probe* probe) -> Outcome {
+            if (probe != nullptr) probe->before();
+            if constexpr (std::is_void_v<Result>) {
+                entry(argument_at<Params>(arguments[I])...);
+                if (probe != nullptr) probe->after();
+                return {};
+            } else {
+                const Result result = entry(argument_at<Params>(arguments[I])...);
+                if (probe != nullptr) probe->after();
+                return result;
             }
         };
-        (spoil_one(std::integral_constant<std::size_t, I>()), ...);
-    }
-    template <typename Result, typename... Params, typename All, typename Places, std::size_t... I>
-    static void call(Result (*entry)(Params...), const Row& row, const All& all,
-                     const Places& choice, const Outcome& expected, bool acts,
-                     std::index_sequence<I...>) {
-        Scene scene(row.tree);
-        std::tuple<Params...> arguments{std::get<I>(all)[choice[I]].make(scene)...};
-        const std::string trees = scene.trees();
-        const std::string outputs = scene.outputs();
-
-        Outcome result;
-        if constexpr (std::is_void_v<Result>) {
-            std::apply(entry, std::move(arguments));
-        } else {
-            result = std::apply(entry, std::move(arguments));
-        }
-
-        EXPECT_EQ(result.text(), expected.text());
-        if (acts) return;
-        EXPECT_EQ(scene.trees(), trees);
-        if (!row.clearsOutputs) {
-            EXPECT_EQ(scene.outputs(), outputs);
-        }
-    }
-    template <typename Result, typename... Params>
-    static void call_good(Result (*entry)(Params...), const Row& row,
-                          const std::tuple<Trials<Params>...>& all, Probe& probe) {
-        Scene scene(row.tree);
-        auto arguments = std::apply(
-            [&](const auto&... trials) { return std::tuple<Params...>{trials[0].make(scene)...}; },
-            all);
-        if constexpr (std::is_void_v<Result>) {
-            probe.before();
-            std::apply(entry, std::move(arguments));
-            probe.after();
-            probe.done(scene, {}, row);
-        } else {
-            probe.before();
-            const Result result = std::apply(entry, std::move(arguments));
-            probe.after();
-            probe.done(scene, result, row);
-        }
     }
 
     std::map<std::string, std::vector<Call>> calls_;

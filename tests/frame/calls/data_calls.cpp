@@ -4,13 +4,13 @@
 namespace uxtest {
 namespace {
 
-const TemporaryFolder& folder() {
+const TemporaryFolder& data_folder() {
     static const TemporaryFolder whole;
     return whole;
 }
 std::string saved_file() {
-    static const std::string path =
-        folder().write("saved.xml", "<Settings Comment='c'>Settings<node5>a</node5></Settings>");
+    static const std::string path = data_folder().write(
+        "saved.xml", "<Settings Comment='c'>Settings<node5>a</node5></Settings>");
     return path;
 }
 
@@ -63,7 +63,7 @@ void add_value_rows(Sweep& sweep) {
 void add_saved_rows(Sweep& sweep) {
     const Row done{.good = 1, .bad = 0};
     const Row emptied{.good = 1, .bad = 0, .clearsOutputs = true};
-    const std::string target = folder().path("target.xml");
+    const std::string target = data_folder().path("target.xml");
 
     sweep.add("vctree_save_values_with_ids",
               static_cast<bool (*)(UXXmlWrapperBase*, CArray<int, int>*, CWBOStringArray*,

@@ -4,16 +4,16 @@
 namespace uxtest {
 namespace {
 
-const TemporaryFolder& folder() {
+const TemporaryFolder& import_folder() {
     static const TemporaryFolder whole;
     return whole;
 }
 std::string plain_file() {
-    static const std::string path = folder().write("plain.xml", "<r><a>1</a><a>2</a></r>");
+    static const std::string path = import_folder().write("plain.xml", "<r><a>1</a><a>2</a></r>");
     return path;
 }
 std::string spectrum_file() {
-    static const std::string path = folder().write(
+    static const std::string path = import_folder().write(
         "spectrum.n42",
         "<RadInstrumentData><RadDetectorInformation id='D1'/>"
         "<RadMeasurement id='M1'><MeasurementClassCode>Foreground</MeasurementClassCode>"
