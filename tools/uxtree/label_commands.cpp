@@ -3,6 +3,7 @@
 
 #include "support/command.h"
 #include "support/input.h"
+#include "support/node_path.h"
 #include "support/output.h"
 #include "support/table.h"
 #include "support/text.h"
@@ -112,30 +113,15 @@ const Command kReplace{
 struct PairOptions {
     std::string file;
     std::string text;
-    std::string node;
+    std::string at;
     std::string keySeparator = "=";
     std::string pairSeparator = ";";
     std::string output;
     EditTarget target;
 };
 
-// The node at a path of tags below the root, separated by "/"; the root for "".
-UXXmlWrapperBase node_at(const UXXmlWrapperBase& root, const PairOptions& options) {
-    CWBOStringArray steps;
-    UXSeparateByString(steps, options.node.c_str(), "/");
-    UXXmlWrapperBase node = root;
-    for (int i = 0; i < steps.GetSize(); ++i) {
-        if (node.FindChild(steps[i], &node, 1) == 0) {
-            throw Failure(kRefused, input_name(options.file), "no node " + visible(options.node),
-                          "\"uxtree show\" shows the nodes of a tree");
-        }
-    }
-    return node;
-}
-
 int run_to_pairs(const PairOptions& options) {
-    const UXXmlWrapperBase root = open_tree(options.file);
-    UXXmlWrapperBase node = node_at(root, options);
+    UXXmlWrapperBase node = open_node(options.file, options.at);
     CStringUTF8 text;
     const bool found = uxtree_branch_to_key_value_pairs_str(&node, &text, options.keySeparator[0],
                                                             options.pairSeparator[0]) != 0;
@@ -145,8 +131,9 @@ int run_to_pairs(const PairOptions& options) {
 }
 
 int run_from_pairs(const PairOptions& options) {
-    const UXXmlWrapperBase root = open_tree(options.file);
-    UXXmlWrapperBase node = node_at(root, options);
+    UXXmlWrapperBase node = open_node(options.file, options.at);
+    UXXmlWrapperBase root;
+    uxtree_get_root_node(&node, &root);
     const std::string text = options.text == "-" ? read_all("-") : options.text;
     if (uxtree_key_value_pairs_str_to_branch(&node, text.c_str(), options.keySeparator[0],
                                              options.pairSeparator[0]) == 0) {
@@ -162,8 +149,7 @@ void add_pair_options(CLI::App& app, PairOptions& options) {
     const auto oneCharacter = [](const std::string& text) {
         return text.size() == 1 ? std::string() : "one ASCII character, not '" + text + "'";
     };
-    app.add_option("--node", options.node, "The branch, as tags below the root: a/b")
-        ->type_name("PATH");
+    add_at(app, options.at);
     app.add_option("--key-separator", options.keySeparator, "Between key and value")
         ->check(oneCharacter)
         ->type_name("C");
@@ -173,7 +159,7 @@ void add_pair_options(CLI::App& app, PairOptions& options) {
 }
 
 const Command kToPairs{"kv to", "Write the children of a branch as key and value text",
-                       "uxtree kv to dialog.xml --node Input/Options   # prints a=1;b=2;",
+                       "uxtree kv to dialog.xml --at Input/Options   # prints a=1;b=2;",
                        [](CLI::App& app) {
                            auto options = std::make_shared<PairOptions>();
                            add_file(app, options->file);
@@ -184,7 +170,7 @@ const Command kToPairs{"kv to", "Write the children of a branch as key and value
 
 const Command kFromPairs{
     "kv from", "Replace the children of a branch by the pairs of a key and value text",
-    "uxtree kv from dialog.xml 'a=1;b=2' --node Input/Options -o changed.xml", [](CLI::App& app) {
+    "uxtree kv from dialog.xml 'a=1;b=2' --at Input/Options -o changed.xml", [](CLI::App& app) {
         auto options = std::make_shared<PairOptions>();
         add_file(app, options->file);
         app.add_option("TEXT", options->text, "The pairs; - reads them from standard input")
