@@ -233,7 +233,7 @@ Outcome stripped(const char* reference, const char* target, const char* referenc
     const int result = uxtree_remove_unchange_nodes_by_id(&r, &t, referenceId, targetId);
     return {result, to.text()};
 }
-Outcome outcome(int result, const char* xml) {
+Outcome strip_outcome(int result, const char* xml) {
     return {result, tree_text(xml)};
 }
 
@@ -241,21 +241,21 @@ TEST(uxtree_remove_unchange_nodes_by_id, RemovesEqualLeavesIgnoringCase) {
     EXPECT_EQ(stripped("<r><a DataID='1'>abc</a><a DataID='2'>x</a><a DataID='3'/></r>",
                        "<r><a DataID='1'>ABC</a><a DataID='2'>y</a><a DataID='3'/>"
                        "<a DataID='4'>new</a><a>none</a><a DataID='-1'/></r>"),
-              outcome(2,
-                      "<r><a DataID='2'>y</a><a DataID='4'>new</a><a>none</a>"
-                      "<a DataID='-1'/></r>"));
+              strip_outcome(2,
+                            "<r><a DataID='2'>y</a><a DataID='4'>new</a><a>none</a>"
+                            "<a DataID='-1'/></r>"));
 }
 
 TEST(uxtree_remove_unchange_nodes_by_id, RemovesBranchesThatLoseAllTheirChildren) {
     EXPECT_EQ(stripped("<r><a DataID='1'>x</a><a DataID='2'>y</a></r>",
                        "<r><g DataID='8' Use='changed'><h><a DataID='1'>x</a></h></g>"
                        "<k><a DataID='1'>x</a><a DataID='2'>new</a></k><a DataID='1'>x</a></r>"),
-              outcome(5, "<r><k><a DataID='2'>new</a></k></r>"));
+              strip_outcome(5, "<r><k><a DataID='2'>new</a></k></r>"));
 }
 
 TEST(uxtree_remove_unchange_nodes_by_id, MayEmptyTheTargetButKeepsItsRoot) {
     EXPECT_EQ(stripped("<r><a DataID='1'>x</a></r>", "<r><g><a DataID='1'>x</a></g></r>"),
-              outcome(2, "<r/>"));
+              strip_outcome(2, "<r/>"));
 }
 
 TEST(uxtree_remove_unchange_nodes_by_id, CombinesRepeatIdsOnBothSides) {
@@ -263,29 +263,29 @@ TEST(uxtree_remove_unchange_nodes_by_id, CombinesRepeatIdsOnBothSides) {
                        "<a DataID='1'>y</a></g></r>",
                        "<r><g RepeatID='1'><a DataID='1'>x</a></g><g RepeatID='2'>"
                        "<a DataID='1'>x</a></g></r>"),
-              outcome(2, "<r><g RepeatID='2'><a DataID='1'>x</a></g></r>"));
+              strip_outcome(2, "<r><g RepeatID='2'><a DataID='1'>x</a></g></r>"));
 }
 
 TEST(uxtree_remove_unchange_nodes_by_id, ComparesEmbeddedSettingsWithTheValue) {
     EXPECT_EQ(stripped("<r><a DataID='1' Auto='1'>x</a><a DataID='2' Auto='1'>x</a></r>",
                        "<r><a DataID='1' Auto='1'>x</a><a DataID='2' Auto='2'>x</a></r>"),
-              outcome(1, "<r><a DataID='2' Auto='2'>x</a></r>"));
+              strip_outcome(1, "<r><a DataID='2' Auto='2'>x</a></r>"));
 }
 
 TEST(uxtree_remove_unchange_nodes_by_id, UsesTheNamedIdentifierAttributes) {
     EXPECT_EQ(stripped("<r><a F='1' DataID='9'>x</a></r>",
                        "<r><a T='1'>x</a><a DataID='1'>x</a></r>", "F", "T"),
-              outcome(1, "<r><a DataID='1'>x</a></r>"));
+              strip_outcome(1, "<r><a DataID='1'>x</a></r>"));
 }
 
 TEST(uxtree_remove_unchange_nodes_by_id, YieldsTheCodesOfSetting) {
     const char* const target = "<r><a DataID='1'>x</a><g RepeatID='32767'/><a DataID='1'>x</a></r>";
 
-    EXPECT_EQ(stripped("<r><a>x</a></r>", target), outcome(0, target));
-    EXPECT_EQ(stripped("<r><a DataID='7'/><a DataID='7'/></r>", target), outcome(-7, target));
-    EXPECT_EQ(stripped("<r><a DataID='0'/><a DataID='0'/></r>", target), outcome(-4, target));
+    EXPECT_EQ(stripped("<r><a>x</a></r>", target), strip_outcome(0, target));
+    EXPECT_EQ(stripped("<r><a DataID='7'/><a DataID='7'/></r>", target), strip_outcome(-7, target));
+    EXPECT_EQ(stripped("<r><a DataID='0'/><a DataID='0'/></r>", target), strip_outcome(-4, target));
     EXPECT_EQ(stripped("<r><a DataID='1'>x</a></r>", target),
-              outcome(-5, "<r><g RepeatID='32767'/><a DataID='1'>x</a></r>"));
+              strip_outcome(-5, "<r><g RepeatID='32767'/><a DataID='1'>x</a></r>"));
 }
 
 TEST(uxtree_remove_unchange_nodes_by_id, StripsATreeAgainstItself) {

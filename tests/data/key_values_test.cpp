@@ -40,42 +40,43 @@ TEST(uxtree_branch_to_key_value_pairs_str, EmptiesOutWhenThereIsNothing) {
 
 // --- text to branch ----------------------------------------------------------------------------
 
-using Outcome = std::pair<int, std::string>;
-Outcome read(const char* text) {
+using PairsOutcome = std::pair<int, std::string>;
+PairsOutcome read(const char* text) {
     TestTree tree("<r k='1'>own<old/></r>");
     UXXmlWrapperBase root = tree.root();
     const int result = uxtree_key_value_pairs_str_to_branch(&root, text, '=', ';');
     return {result, tree.text()};
 }
-Outcome outcome(int result, const char* children) {
+PairsOutcome read_outcome(int result, const char* children) {
     return {result, tree_text((std::string("<r k='1'>own") + children + "</r>").c_str())};
 }
 
 TEST(uxtree_key_value_pairs_str_to_branch, ReplacesTheChildrenByTrimmedPairs) {
-    EXPECT_EQ(read("a = 1 ; =x; b=2"), outcome(1, "<a>1</a><b>2</b>"));
-    EXPECT_EQ(read("a=1;b=2;"), outcome(1, "<a>1</a><b>2</b>"));
-    EXPECT_EQ(read("\t\n\r\v\fa\v\f=\t x y \r\n"), outcome(1, "<a>x y</a>"));
-    EXPECT_EQ(read("a=b=c;d="), outcome(1, "<a>b=c</a><d/>"));
+    EXPECT_EQ(read("a = 1 ; =x; b=2"), read_outcome(1, "<a>1</a><b>2</b>"));
+    EXPECT_EQ(read("a=1;b=2;"), read_outcome(1, "<a>1</a><b>2</b>"));
+    EXPECT_EQ(read("\t\n\r\v\fa\v\f=\t x y \r\n"), read_outcome(1, "<a>x y</a>"));
+    EXPECT_EQ(read("a=b=c;d="), read_outcome(1, "<a>b=c</a><d/>"));
 }
 
 TEST(uxtree_key_value_pairs_str_to_branch, KeepsThePairSeparatorInQuotes) {
-    EXPECT_EQ(read("a=\"1;2\";b=\"say \"\"hi\"\"\""), outcome(1, "<a>1;2</a><b>say \"hi\"</b>"));
-    EXPECT_EQ(read("a=\"1;2"), outcome(1, "<a>1;2</a>"));
+    EXPECT_EQ(read("a=\"1;2\";b=\"say \"\"hi\"\"\""),
+              read_outcome(1, "<a>1;2</a><b>say \"hi\"</b>"));
+    EXPECT_EQ(read("a=\"1;2"), read_outcome(1, "<a>1;2</a>"));
 }
 
 TEST(uxtree_key_value_pairs_str_to_branch, IgnoresPairsWithoutAKeyThatCanBeATag) {
-    EXPECT_EQ(read("plain; =x;=y;1a=z;a b=w;;c=1"), outcome(1, "<c>1</c>"));
+    EXPECT_EQ(read("plain; =x;=y;1a=z;a b=w;;c=1"), read_outcome(1, "<c>1</c>"));
 }
 
 TEST(uxtree_key_value_pairs_str_to_branch, RemovesTheChildrenForATextWithoutPairs) {
-    EXPECT_EQ(read(""), outcome(0, ""));
-    EXPECT_EQ(read("no pairs"), outcome(0, ""));
+    EXPECT_EQ(read(""), read_outcome(0, ""));
+    EXPECT_EQ(read("no pairs"), read_outcome(0, ""));
 }
 
 TEST(uxtree_key_value_pairs_str_to_branch, LeavesTheBranchAloneForBadArguments) {
     UXXmlWrapperBase invalid;
 
-    EXPECT_EQ(read(nullptr), outcome(0, "<old/>"));
+    EXPECT_EQ(read(nullptr), read_outcome(0, "<old/>"));
     EXPECT_EQ(uxtree_key_value_pairs_str_to_branch(nullptr, "a=1", '=', ';'), 0);
     EXPECT_EQ(uxtree_key_value_pairs_str_to_branch(&invalid, "a=1", '=', ';'), 0);
 }

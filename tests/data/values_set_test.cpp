@@ -16,22 +16,22 @@ using uxtest::set_values;
 using uxtest::TestTree;
 using uxtest::tree_text;
 
-constexpr int kUntouched = -777;
+constexpr int kUntouchedCount = -777;
 
 // Sets through the entry point, with a duplicate output and an error text.
-struct Outcome {
+struct SetOutcome {
     int result;
     int duplicate;
     std::string error;
     std::string tree;
 };
-Outcome set_checked(const char* xml, const std::vector<int>& ids,
-                    const std::vector<std::string>& values, int inheritedRepeat = 0) {
+SetOutcome set_checked(const char* xml, const std::vector<int>& ids,
+                       const std::vector<std::string>& values, int inheritedRepeat = 0) {
     TestTree tree(xml);
     UXXmlWrapperBase root = tree.root();
     CArray<int, int> idArray = uxtest::number_list(ids);
     CWBOStringArray valueArray = uxtest::string_list(values);
-    Outcome outcome{0, kUntouched, {}, {}};
+    SetOutcome outcome{0, kUntouchedCount, {}, {}};
     CStringUTF8 error;
     outcome.result = vctree_set_values_by_ids(&root, &idArray, &valueArray, inheritedRepeat,
                                               &outcome.duplicate, 0, nullptr, &error);
@@ -122,7 +122,7 @@ TEST(vctree_set_values_by_ids, RefusesEmptyAndUnequalArrays) {
 
 TEST(vctree_set_values_by_ids, RefusesADuplicateBeforeWritingAnything) {
     const char* const xml = "<r><a DataID='1'>o</a></r>";
-    const Outcome outcome = set_checked(xml, {1, 30, 2, 2, 30}, {"a", "b", "c", "d", "e"}, 4);
+    const SetOutcome outcome = set_checked(xml, {1, 30, 2, 2, 30}, {"a", "b", "c", "d", "e"}, 4);
 
     EXPECT_EQ(outcome.result, -4);
     EXPECT_EQ(outcome.duplicate, 30);
@@ -133,7 +133,7 @@ TEST(vctree_set_values_by_ids, RefusesADuplicateBeforeWritingAnything) {
 
 TEST(vctree_set_values_by_ids, RefusesADuplicateWithoutAMessageWhenNoTextIsGiven) {
     TestTree tree("<r><a DataID='1'>o</a></r>");
-    int duplicate = kUntouched;
+    int duplicate = kUntouchedCount;
     ux::SetOptions options;
     options.duplicate = &duplicate;
 
@@ -143,15 +143,15 @@ TEST(vctree_set_values_by_ids, RefusesADuplicateWithoutAMessageWhenNoTextIsGiven
 }
 
 TEST(vctree_set_values_by_ids, LeavesTheDuplicateOutputAloneWhenThereIsNone) {
-    const Outcome outcome = set_checked("<r><a DataID='1'/></r>", {1, 2}, {"x", "y"});
+    const SetOutcome outcome = set_checked("<r><a DataID='1'/></r>", {1, 2}, {"x", "y"});
 
     EXPECT_EQ(outcome.result, 1);
-    EXPECT_EQ(outcome.duplicate, kUntouched);
+    EXPECT_EQ(outcome.duplicate, kUntouchedCount);
     EXPECT_EQ(outcome.error, "");
 }
 
 TEST(vctree_set_values_by_ids, StopsAtARepeatConflictAndKeepsWhatWasWritten) {
-    const Outcome outcome = set_checked(
+    const SetOutcome outcome = set_checked(
         "<r><a DataID='1'/><g RepeatID='2'><h RepeatID='2' Label='in'/></g>"
         "<a DataID='1'/></r>",
         {1}, {"x"});

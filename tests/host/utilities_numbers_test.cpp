@@ -17,7 +17,7 @@
 
 namespace {
 
-const char* const kNoText = nullptr;
+const char* const kNoNumber = nullptr;
 
 // --- reading numbers ---------------------------------------------------------------------------
 
@@ -214,7 +214,7 @@ TEST(UXLeadingInt, ReadsTheNumberAtTheStart) {
 }
 
 TEST(UXLeadingInt, IsZeroWithoutANumber) {
-    EXPECT_EQ(UXLeadingInt(kNoText), 0);
+    EXPECT_EQ(UXLeadingInt(kNoNumber), 0);
     EXPECT_EQ(UXLeadingInt(""), 0);
     EXPECT_EQ(UXLeadingInt("  "), 0);
     EXPECT_EQ(UXLeadingInt("abc"), 0);

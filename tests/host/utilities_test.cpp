@@ -17,7 +17,7 @@ using testing::IsEmpty;
 
 namespace {
 
-const char* const kNoText = nullptr;
+const char* const kMissing = nullptr;
 
 std::vector<std::string> tokens(const char* text, char separator, char quote = '"') {
     CWBOStringArray array = string_list({"old"});
@@ -40,9 +40,9 @@ TEST(UXGetTokens, KeepsEmptyTokens) {
 
 TEST(UXGetTokens, FindsNoneInAnEmptyOrNullText) {
     EXPECT_THAT(tokens("", '.'), IsEmpty());
-    EXPECT_THAT(tokens(kNoText, '.'), IsEmpty());
+    EXPECT_THAT(tokens(kMissing, '.'), IsEmpty());
     EXPECT_THAT(tokens("", ' '), IsEmpty());
-    EXPECT_THAT(tokens(kNoText, ' '), IsEmpty());
+    EXPECT_THAT(tokens(kMissing, ' '), IsEmpty());
 }
 
 TEST(UXGetTokens, QuotesTurnSeparatorsIntoText) {
@@ -130,7 +130,7 @@ TEST(UXSeparateByString, AnEmptyTextHasNoPieces) {
     EXPECT_EQ(UXSeparateByString(pieces, "", "|"), 0);
     EXPECT_THAT(texts(pieces), IsEmpty());
     pieces = string_list({"old"});
-    EXPECT_EQ(UXSeparateByString(pieces, kNoText, "|"), 0);
+    EXPECT_EQ(UXSeparateByString(pieces, kMissing, "|"), 0);
     EXPECT_THAT(texts(pieces), IsEmpty());
 }
 
@@ -139,7 +139,7 @@ TEST(UXSeparateByString, WithoutSeparatorThereIsOnePiece) {
 
     EXPECT_EQ(UXSeparateByString(pieces, "abc", ""), 1);
     EXPECT_THAT(texts(pieces), ElementsAre("abc"));
-    EXPECT_EQ(UXSeparateByString(pieces, "abc", kNoText), 1);
+    EXPECT_EQ(UXSeparateByString(pieces, "abc", kMissing), 1);
     EXPECT_THAT(texts(pieces), ElementsAre("abc"));
 }
 
@@ -158,7 +158,7 @@ TEST(UXJoinTokens, PutsTheSeparatorBetween) {
     EXPECT_STREQ(out, "a, , c");
     EXPECT_EQ(UXJoinTokens(out, string_list({"a"}), ", "), 1);
     EXPECT_STREQ(out, "a");
-    EXPECT_EQ(UXJoinTokens(out, string_list({"a", "b"}), kNoText), 2);
+    EXPECT_EQ(UXJoinTokens(out, string_list({"a", "b"}), kMissing), 2);
     EXPECT_STREQ(out, "ab");
     EXPECT_EQ(UXJoinTokens(out, CWBOStringArray(), ", "), 0);
     EXPECT_STREQ(out, "");
@@ -192,7 +192,7 @@ TEST(UXAccess, IsMinusOneForEverythingElse) {
     folderItself.pop_back();
     ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
 
-    EXPECT_EQ(UXAccess(kNoText, 0), -1);
+    EXPECT_EQ(UXAccess(kMissing, 0), -1);
     EXPECT_EQ(UXAccess("", 0), -1);
     EXPECT_EQ(UXAccess(folder.path("missing").c_str(), 0), -1);
     EXPECT_EQ(UXAccess(folderItself.c_str(), 0), -1);

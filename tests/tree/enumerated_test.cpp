@@ -12,17 +12,13 @@ using namespace uxtest;
 
 namespace {
 
-std::string str(const CStringUTF8& text) {
-    return static_cast<const char*>(text);
-}
-
 // Result and name as "3 Set3".
 std::string next_name(const char* tree, int numbered) {
     TestTree parsed(tree);
     UXXmlWrapperBase root = parsed.root();
     CStringUTF8 name = "(as it was)";
     const int result = uxtree_get_next_enum_tag_name(&root, &name, numbered);
-    return std::to_string(result) + " " + str(name);
+    return std::to_string(result) + " " + std::string(name);
 }
 
 std::string column_names(int count) {
@@ -95,7 +91,7 @@ TEST(uxtree_get_next_enum_tag_name, FailsWithBadArguments) {
     EXPECT_EQ(uxtree_get_next_enum_tag_name(nullptr, &name, 0), -1);
     EXPECT_EQ(uxtree_get_next_enum_tag_name(&invalid, &name, 1), -1);
 
-    EXPECT_EQ(str(name), "before");
+    EXPECT_EQ(std::string(name), "before");
 }
 
 std::string node_name(const char* tree, const char* prefix) {
@@ -103,7 +99,7 @@ std::string node_name(const char* tree, const char* prefix) {
     UXXmlWrapperBase root = parsed.root();
     CStringUTF8 name = "before";
     uxtree_get_enum_node_name(&root, &name, prefix);
-    return str(name);
+    return std::string(name);
 }
 
 TEST(uxtree_get_enum_node_name, TakesTheFirstFreeNumber) {
@@ -134,7 +130,7 @@ TEST(uxtree_get_enum_node_name, DoesNothingWithBadArguments) {
     uxtree_get_enum_node_name(&invalid, &name, "Range");
     uxtree_get_enum_node_name(&root, nullptr, "Range");
 
-    EXPECT_EQ(str(name), "before");
+    EXPECT_EQ(std::string(name), "before");
 }
 
 TEST(uxtree_get_enum_node_name, ThePrefixMayBeTheOutput) {
@@ -144,7 +140,7 @@ TEST(uxtree_get_enum_node_name, ThePrefixMayBeTheOutput) {
 
     uxtree_get_enum_node_name(&root, &name, name);
 
-    EXPECT_EQ(str(name), "Range1");
+    EXPECT_EQ(std::string(name), "Range1");
 }
 
 std::string attribute_name(const char* tree, const char* prefix, const char* suffix) {
@@ -152,7 +148,7 @@ std::string attribute_name(const char* tree, const char* prefix, const char* suf
     UXXmlWrapperBase root = parsed.root();
     CStringUTF8 name = "before";
     uxtree_get_enum_attribute_value(&root, &name, "k", prefix, suffix);
-    return str(name);
+    return std::string(name);
 }
 
 TEST(uxtree_get_enum_attribute_value, TheSuffixIsSearchedButNotReturned) {
@@ -184,7 +180,7 @@ TEST(uxtree_get_enum_attribute_value, DoesNothingWithBadArguments) {
     uxtree_get_enum_attribute_value(&root, nullptr, "k", "Set", "");
     uxtree_get_enum_attribute_value(&root, &name, nullptr, "Set", "");
 
-    EXPECT_EQ(str(name), "before");
+    EXPECT_EQ(std::string(name), "before");
 }
 
 TEST(uxtree_check_add_enumerated_node, FindsOrCreatesTheNumberedChild) {

@@ -11,10 +11,6 @@ using namespace uxtest;
 
 namespace {
 
-std::string str(const CStringUTF8& text) {
-    return static_cast<const char*>(text);
-}
-
 constexpr unsigned int kMarkedOnly = 0x10000;
 constexpr unsigned int kBranchesOnly = 0x20000;
 constexpr unsigned int kLimit = 0x40000;
@@ -207,7 +203,7 @@ std::string level_of(const char* xml, const char* place, int useEventRoot) {
     UXXmlWrapperBase node = tree.at(place);
     CStringUTF8 path;
     const int level = uxtree_get_level(&path, &node, nullptr, useEventRoot);
-    return std::to_string(level) + " " + str(path);
+    return std::to_string(level) + " " + std::string(path);
 }
 
 TEST(uxtree_get_level, CountsTheStepsUpToTheRoot) {
@@ -221,7 +217,7 @@ TEST(uxtree_get_level, ARootHasLevelZeroAndItsTagAsPath) {
 
     EXPECT_EQ(uxtree_get_level(&path, &root, nullptr, 1), 0);
 
-    EXPECT_EQ(str(path), "r");
+    EXPECT_EQ(std::string(path), "r");
 }
 
 TEST(uxtree_get_level, StopsAtTheTopAndNamesItInThePath) {
@@ -232,7 +228,7 @@ TEST(uxtree_get_level, StopsAtTheTopAndNamesItInThePath) {
 
     EXPECT_EQ(uxtree_get_level(&path, &node, &top, 0), 2);
 
-    EXPECT_EQ(str(path), "a.b.c");
+    EXPECT_EQ(std::string(path), "a.b.c");
 }
 
 TEST(uxtree_get_level, ANodeIsItsOwnTopAtLevelZero) {
@@ -242,7 +238,7 @@ TEST(uxtree_get_level, ANodeIsItsOwnTopAtLevelZero) {
 
     EXPECT_EQ(uxtree_get_level(&path, &node, &node, 0), 0);
 
-    EXPECT_EQ(str(path), "b");
+    EXPECT_EQ(std::string(path), "b");
 }
 
 TEST(uxtree_get_level, FailsWhenTheTopIsNeverMet) {
@@ -253,7 +249,7 @@ TEST(uxtree_get_level, FailsWhenTheTopIsNeverMet) {
 
     EXPECT_EQ(uxtree_get_level(&path, &node, &top, 0), -1);
 
-    EXPECT_EQ(str(path), "before");
+    EXPECT_EQ(std::string(path), "before");
     EXPECT_EQ(tag_text(top), "e");
 }
 
@@ -265,7 +261,7 @@ TEST(uxtree_get_level, StopsAtAnEventRootAndReturnsIt) {
 
     EXPECT_EQ(uxtree_get_level(&path, &node, &top, 1), 2);
 
-    EXPECT_EQ(str(path), "a.b.c");
+    EXPECT_EQ(std::string(path), "a.b.c");
     EXPECT_TRUE(top == tree.at("a"));
 }
 
@@ -277,7 +273,7 @@ TEST(uxtree_get_level, MinusOneRefusesAndLeavesEverything) {
 
     EXPECT_EQ(uxtree_get_level(&path, &node, &top, 1), -1);
 
-    EXPECT_EQ(str(path), "before");
+    EXPECT_EQ(std::string(path), "before");
     EXPECT_TRUE(top == tree.root());
 }
 
@@ -314,7 +310,7 @@ TEST(uxtree_get_level, FailsWithBadArguments) {
     EXPECT_EQ(uxtree_get_level(&path, &invalid, nullptr, 0), -1);
     EXPECT_EQ(uxtree_get_level(&path, &root, &invalid, 0), -1);
 
-    EXPECT_EQ(str(path), "before");
+    EXPECT_EQ(std::string(path), "before");
 }
 
 TEST(uxtree_get_row_number, TheTreeIsRowOne) {

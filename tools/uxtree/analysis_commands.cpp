@@ -11,7 +11,7 @@
 namespace uxtool {
 namespace {
 
-struct ShowOptions {
+struct ResultOptions {
     std::string file;
     std::string at;
     std::string format = "text";
@@ -24,7 +24,7 @@ using Fill = void (*)(UXXmlWrapperBase& root, Table& table);
 Command show_command(const char* name, const char* summary, const char* examples,
                      std::vector<std::string> columns, Fill fill) {
     return Command(name, summary, examples, [columns, fill](CLI::App& app) {
-        auto options = std::make_shared<ShowOptions>();
+        auto options = std::make_shared<ResultOptions>();
         add_file(app, options->file);
         add_at(app, options->at);
         add_format(app, options->format, table_formats());

@@ -53,13 +53,13 @@ const Command kSave{"theme save", "Save the values of a tree as a theme",
                         return [options] { return run_save(*options); };
                     }};
 
-struct ShowOptions {
+struct ThemeShowOptions {
     std::string theme;
     std::string output;
     std::string format = "text";
 };
 
-int run_show(const ShowOptions& options) {
+int run_show_theme(const ThemeShowOptions& options) {
     const ValueList list = read_saved_values(options.theme);
     Output out(options.output);
     if (options.format == "text" && !list.comment.empty()) {
@@ -69,16 +69,16 @@ int run_show(const ShowOptions& options) {
     return out.finish(list.ids.IsEmpty() ? kNothingFound : kSuccess);
 }
 
-const Command kShow{
+const Command kShowTheme{
     "theme show", "Show what a theme holds",
     "uxtree theme show mine.xml\n"
     "uxtree theme show -f csv mine.xml",
     [](CLI::App& app) {
-        auto options = std::make_shared<ShowOptions>();
+        auto options = std::make_shared<ThemeShowOptions>();
         app.add_option("THEME", options->theme, "The theme; - is standard input")->required();
         add_format(app, options->format, table_formats());
         add_output(app, options->output);
-        return [options] { return run_show(*options); };
+        return [options] { return run_show_theme(*options); };
     }};
 
 struct ApplyOptions {

@@ -16,13 +16,13 @@ namespace {
 
 // --- values list, values export ----------------------------------------------------------------
 
-struct ListOptions {
+struct ValueListOptions {
     std::string file;
     std::string output;
     std::string format;
 };
 
-int write_values(const ListOptions& options) {
+int write_values(const ValueListOptions& options) {
     ValueList list = collect_values(open_tree(options.file), options.file);
     if (list.ids.IsEmpty()) {
         note(input_name(options.file) + ": no node has a value and a DataID");
@@ -38,7 +38,7 @@ int write_values(const ListOptions& options) {
 }
 
 Action prepare_list(CLI::App& app, const char* standardFormat) {
-    auto options = std::make_shared<ListOptions>();
+    auto options = std::make_shared<ValueListOptions>();
     options->format = standardFormat;
     add_file(app, options->file);
     std::vector<std::string> formats = table_formats();
@@ -48,16 +48,17 @@ Action prepare_list(CLI::App& app, const char* standardFormat) {
     return [options] { return write_values(*options); };
 }
 
-const Command kList{"values list", "List the values of a tree with their identifiers and labels",
-                    "uxtree values list dialog.xml\n"
-                    "uxtree values list -f json dialog.xml   # one object per value",
-                    [](CLI::App& app) { return prepare_list(app, "text"); }};
+const Command kListValues{"values list",
+                          "List the values of a tree with their identifiers and labels",
+                          "uxtree values list dialog.xml\n"
+                          "uxtree values list -f json dialog.xml   # one object per value",
+                          [](CLI::App& app) { return prepare_list(app, "text"); }};
 
-const Command kExport{"values export",
-                      "Write the values of a tree as a document that can be set again",
-                      "uxtree values export dialog.xml -o values.xml\n"
-                      "uxtree values export -f csv dialog.xml -o values.csv   # for a spreadsheet",
-                      [](CLI::App& app) { return prepare_list(app, "xml"); }};
+const Command kExportValues{
+    "values export", "Write the values of a tree as a document that can be set again",
+    "uxtree values export dialog.xml -o values.xml\n"
+    "uxtree values export -f csv dialog.xml -o values.csv   # for a spreadsheet",
+    [](CLI::App& app) { return prepare_list(app, "xml"); }};
 
 // --- values import -----------------------------------------------------------------------------
 
@@ -92,7 +93,7 @@ int run_import(const ImportOptions& options) {
     return kSuccess;
 }
 
-const Command kImport{
+const Command kImportValues{
     "values import", "Set values into a tree by their identifiers",
     "uxtree values import dialog.xml values.csv -o changed.xml\n"
     "uxtree values import -i.bak dialog.xml values.xml   # the old file stays as dialog.xml.bak",

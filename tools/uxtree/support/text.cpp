@@ -26,34 +26,34 @@ CodePoint decode(std::string_view text) {
     return {value, length};
 }
 
-struct Range {
+struct CharacterRange {
     std::uint32_t first;
     std::uint32_t last;
 };
 
 template <std::size_t Size>
-bool in_ranges(std::uint32_t value, const std::array<Range, Size>& ranges) {
-    return std::any_of(ranges.begin(), ranges.end(), [value](const Range& range) {
+bool in_ranges(std::uint32_t value, const std::array<CharacterRange, Size>& ranges) {
+    return std::any_of(ranges.begin(), ranges.end(), [value](const CharacterRange& range) {
         return value >= range.first && value <= range.last;
     });
 }
 
-constexpr std::array<Range, 8> kZeroWidth{{{0x300, 0x36F},
-                                           {0x483, 0x489},
-                                           {0x591, 0x5BD},
-                                           {0x610, 0x61A},
-                                           {0x64B, 0x65F},
-                                           {0x200B, 0x200F},
-                                           {0xFE00, 0xFE0F},
-                                           {0xE0100, 0xE01EF}}};
-constexpr std::array<Range, 8> kWide{{{0x1100, 0x115F},
-                                      {0x2E80, 0x303E},
-                                      {0x3041, 0xA4CF},
-                                      {0xAC00, 0xD7A3},
-                                      {0xF900, 0xFAFF},
-                                      {0xFE30, 0xFE6F},
-                                      {0xFF00, 0xFF60},
-                                      {0x1F300, 0x3FFFD}}};
+constexpr std::array<CharacterRange, 8> kZeroWidth{{{0x300, 0x36F},
+                                                    {0x483, 0x489},
+                                                    {0x591, 0x5BD},
+                                                    {0x610, 0x61A},
+                                                    {0x64B, 0x65F},
+                                                    {0x200B, 0x200F},
+                                                    {0xFE00, 0xFE0F},
+                                                    {0xE0100, 0xE01EF}}};
+constexpr std::array<CharacterRange, 8> kWide{{{0x1100, 0x115F},
+                                               {0x2E80, 0x303E},
+                                               {0x3041, 0xA4CF},
+                                               {0xAC00, 0xD7A3},
+                                               {0xF900, 0xFAFF},
+                                               {0xFE30, 0xFE6F},
+                                               {0xFF00, 0xFF60},
+                                               {0x1F300, 0x3FFFD}}};
 
 std::size_t width_of(std::uint32_t value) {
     if (value < 0x300) return 1;

@@ -12,14 +12,14 @@ namespace {
 using Ids = std::vector<std::size_t>;  // equal lines have equal numbers
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-struct Range {
+struct LineRange {
     std::size_t begin;
     std::size_t end;
     std::size_t size() const { return end - begin; }
 };
 struct Block {  // what is still to be compared
-    Range a;
-    Range b;
+    LineRange a;
+    LineRange b;
 };
 
 // Finds which lines of the one text stay in the other. Small differences are found exactly; where
@@ -47,8 +47,8 @@ private:
     }
 
     void compare(Block block) {
-        Range& a = block.a;
-        Range& b = block.b;
+        LineRange& a = block.a;
+        LineRange& b = block.b;
         while (a.size() > 0 && b.size() > 0 && a_[a.begin] == b_[b.begin]) {
             keep(a.begin++, b.begin++);
         }
@@ -125,10 +125,10 @@ private:
     // Keeps the longest rising run of the lines that occur once on both sides, and leaves the gaps
     // between them to be compared.
     void divide(const Block& block) {
-        const std::vector<Range> anchors = rising(common_lines(block));
+        const std::vector<LineRange> anchors = rising(common_lines(block));
         if (anchors.empty()) return;
         Block gap = block;
-        for (const Range& anchor : anchors) {  // begin: place in a, end: place in b
+        for (const LineRange& anchor : anchors) {  // begin: place in a, end: place in b
             keep(anchor.begin, anchor.end);
             gap.a.end = anchor.begin;
             gap.b.end = anchor.end;
@@ -138,7 +138,7 @@ private:
         todo_.push_back(gap);
     }
 
-    std::vector<Range> common_lines(const Block& block) const {
+    std::vector<LineRange> common_lines(const Block& block) const {
         struct Places {
             std::size_t inA = kNone;
             std::size_t inB = kNone;
@@ -157,7 +157,7 @@ private:
             Places& line = places[b_[j]];
             note(line.inB, line.once, j);
         }
-        std::vector<Range> common;
+        std::vector<LineRange> common;
         for (std::size_t i = block.a.begin; i < block.a.end; ++i) {
             const Places& line = places[a_[i]];
             if (line.once && line.inB != kNone) common.push_back({i, line.inB});
@@ -166,7 +166,7 @@ private:
     }
 
     // The longest run of pairs that rises in b as it does in a.
-    static std::vector<Range> rising(const std::vector<Range>& pairs) {
+    static std::vector<LineRange> rising(const std::vector<LineRange>& pairs) {
         std::vector<std::size_t> ends;  // of the best runs of each length
         std::vector<std::size_t> before(pairs.size(), kNone);
         for (std::size_t i = 0; i < pairs.size(); ++i) {
@@ -180,7 +180,7 @@ private:
                 *place = i;
             }
         }
-        std::vector<Range> run;
+        std::vector<LineRange> run;
         for (std::size_t i = ends.empty() ? kNone : ends.back(); i != kNone; i = before[i]) {
             run.push_back(pairs[i]);
         }
