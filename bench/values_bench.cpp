@@ -218,7 +218,11 @@ Times collect(Setting& s, int runs) {
     CWBOStringArray values;
     Values peerValues;
     return {fastest(
-                runs, [] {},
+                runs,
+                [&] {
+                    ids.RemoveAll();
+                    values.RemoveAll();
+                },
                 [&] {
                     vctree_get_values_with_ids(&s.tree, &ids, &values, 1, 0, 0, nullptr, 0,
                                                nullptr);

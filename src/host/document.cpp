@@ -61,6 +61,7 @@ NameId NameTable::intern(std::string_view name, ByteArena& bytes) {
     entry.hash = hash;
     names_.push_back(entry);
     slots_[slot] = id_at(names_.size() - 1);
+    marks_ |= std::uint64_t{1} << mark_in(slots_[slot]);
     return slots_[slot];
 }
 
@@ -77,6 +78,7 @@ void NameTable::rehash(std::size_t slots) {
 void NameTable::copy_from(const NameTable& other, const ByteArena& bytes) {
     names_ = other.names_;
     slots_ = other.slots_;
+    marks_ = other.marks_;
     for (Entry& entry : names_) {
         if (entry.ref != 0) entry.text = {bytes.at(entry.ref), entry.text.size()};
     }
@@ -91,8 +93,8 @@ NameId Document::valid_name(const char* name) {
 
 // --- attributes --------------------------------------------------------------------------------
 
-const Attribute* Document::find_attribute(const Element& element, const char* name) const {
-    if (element.attributeCount == 0 || name == nullptr || *name == '\0') return nullptr;
+const Attribute* Document::find_marked(const Element& element, const char* name) const {
+    if (element.attributeCount == 0) return nullptr;
     const NameId mark = NameTable::mark_of(name);
     const Attribute* attribute = attributes(element);
     for (std::uint32_t i = 0; i < element.attributeCount; ++i, ++attribute) {

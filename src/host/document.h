@@ -59,6 +59,8 @@ public:
     }
     static NameId mark_in(NameId id) { return id & kMarkMask; }
     static std::size_t place_of(NameId id) { return id >> kMarkBits; }
+    // False when no name has the mark: most documents have few of the names that are asked for.
+    bool has_mark(NameId mark) const { return (marks_ >> mark & 1U) != 0; }
 
     std::string_view text(NameId id) const { return names_[place_of(id)].text; }
     // The number of a name, 0 when the document has none such.
@@ -88,6 +90,8 @@ private:
 
     std::vector<Entry> names_{Entry{}};
     std::vector<NameId> slots_;  // open addressing, a power of two; 0 is free
+    std::uint64_t marks_ = 0;    // a bit for the mark of every name
+    static_assert(kMarkBits == 6, "a mark is a place in marks_");
 };
 
 // A document: elements, their texts and names. Lives as long as a handle refers to it.
@@ -125,7 +129,12 @@ public:
         if (attribute.size == 0) return {};  // an empty value has no storage
         return {bytes_.at(attribute.value), attribute.size};
     }
-    const Attribute* find_attribute(const Element& element, const char* name) const;
+    const Attribute* find_attribute(const Element& element, const char* name) const {
+        if (name == nullptr || *name == '\0' || !names_.has_mark(NameTable::mark_of(name))) {
+            return nullptr;
+        }
+        return find_marked(element, name);
+    }
     const Attribute* find_attribute(const Element& element, NameId name) const;
     void set_attribute(Element& element, NameId name, std::string_view value);
     void remove_attribute(Element& element, const char* name);
@@ -188,6 +197,7 @@ private:
     NameId map_name(const Document& from, NameId name, NameMap& nameMap);
     void free_storage(Element& element) noexcept;
     bool shares_value(const Element& element) const;
+    const Attribute* find_marked(const Element& element, const char* name) const;
     void move_content(const Element& source, Element& target);
 
     SlotArena<Element> elements_;
