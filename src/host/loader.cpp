@@ -133,7 +133,9 @@ private:
         }
         if (hasDoctype_ && !references_are_predefined()) return;
         finish_piece();
-        Element* element = document_.new_element(document_.intern(name), kNoId);
+        const NameId tag = known_name(name);
+        if (tag == 0) return;
+        Element* element = document_.new_element(tag, kNoId);
         if (open_.empty()) {
             document_.set_root(element);
         } else {
@@ -157,16 +159,26 @@ private:
                 element.id = id;
                 continue;
             }
-            document_.append_attribute(element, attribute_name(atts[i], i / 2), value);
+            const NameId name = attribute_name(atts[i], i / 2);
+            if (name == 0) return;
+            document_.append_attribute(element, name, value);
         }
+    }
+
+    // Outside UTF-8 the parser takes a few letters for parts of names that are none; such a
+    // document could not be read again once it is saved.
+    NameId known_name(const char* name) {
+        const NameId known = document_.valid_name(name);
+        if (known == 0) refuse(XML_ErrorString(XML_ERROR_INVALID_TOKEN));
+        return known;
     }
 
     // Elements of one kind follow each other: the name at a place is mostly the one that stood
     // there last.
     NameId attribute_name(const char* name, std::size_t place) {
-        if (place >= lastNames_.size()) return document_.intern(name);
+        if (place >= lastNames_.size()) return known_name(name);
         NameId& last = lastNames_[place];
-        if (last == 0 || !equals(name, document_.name(last))) last = document_.intern(name);
+        if (last == 0 || !equals(name, document_.name(last))) last = known_name(name);
         return last;
     }
     static bool equals(const char* a, const char* b) {
@@ -272,9 +284,11 @@ public:
     long next_block() {
         const long got = source_.read(block_.data(), block_.size());
         rest_ = {block_.data(), static_cast<std::size_t>(std::max(got, 0L))};
+        if (start_.size() < 2) start_ += rest_.substr(0, 2 - start_.size());
         return got;
     }
     XML_Status feed_block() {
+        if (!has_ascii_bytes()) return feed(rest_.size());
         while (!rest_.empty()) {
             if (feed(long_run_start(rest_)) != XML_STATUS_OK) return XML_STATUS_ERROR;
             // Inside a comment or the like, of which the parser has not seen the end: one piece
@@ -316,6 +330,12 @@ public:
     }
 
 private:
+    // Does a byte below 0x80 stand for its ASCII character? In UTF-16 it may be half of another
+    // one; such an input starts with a byte order mark, or with "<" and a NUL byte.
+    bool has_ascii_bytes() const {
+        return start_.size() == 2 && start_ != "\xFE\xFF" && start_ != "\xFF\xFE" &&
+               start_.find('\0') == std::string::npos;
+    }
     // Gives the first bytes of the rest to the parser.
     XML_Status feed(std::size_t size) {
         pieceStart_ += static_cast<XML_Index>(piece_.size());
@@ -352,6 +372,7 @@ private:
     Builder& builder_;
     const ByteSource& source_;
     std::vector<char> block_;
+    std::string start_;         // the first two bytes of the input
     std::string_view rest_;     // of the block
     std::string_view piece_;    // last given to the parser
     XML_Index pieceStart_ = 0;  // as the parser counts

@@ -343,6 +343,38 @@ TEST(load, LongTextsAreReadAsShortOnes) {
     EXPECT_LT(accepted, kRounds);
 }
 
+// Every character's bytes are those of two ASCII characters.
+TEST(load, LongTextsOfUtf16AreNotTakenForAscii) {
+    const std::string character = "\u4E2D";
+    std::u16string inUtf16 = u"<r>";
+    std::string inUtf8 = "<r>";
+    for (int i = 0; i < 100000; ++i) {
+        inUtf16 += u'\u4E2D';
+        inUtf8 += character;
+    }
+    inUtf16 += u"</r>";
+    inUtf8 += "</r>";
+
+    for (const bool bigEndian : {false, true}) {
+        EXPECT_TRUE(parsed(utf16(inUtf16, bigEndian)) == inUtf8) << bigEndian;
+        EXPECT_TRUE(parsed(utf16(inUtf16, bigEndian).substr(2)) == inUtf8) << "without mark";
+    }
+}
+
+TEST(load, NamesHaveTheSameCharactersInEveryEncoding) {
+    for (const char16_t letter : {u'\u00AA', u'\u00B5', u'\u00BA'}) {
+        const std::string latin1(1, static_cast<char>(letter));
+        const std::string declared = "<?xml version='1.0' encoding='ISO-8859-1'?>";
+        EXPECT_THAT(parsed(utf16(std::u16string(u"<a") + letter + u"/>", true)),
+                    HasSubstr("not well-formed"));
+        EXPECT_THAT(parsed(utf16(std::u16string(u"<r ") + letter + u"=''/>", false)),
+                    HasSubstr("not well-formed"));
+        EXPECT_THAT(parsed(declared + "<" + latin1 + "/>"), HasSubstr("not well-formed"));
+        EXPECT_EQ(parsed(declared + "<r>" + latin1 + "</r>").size(), 9U);
+    }
+    EXPECT_EQ(parsed(utf16(u"<\u00E9 \u00E8=''/>", true)), "<\u00E9 \u00E8=\"\"></\u00E9>");
+}
+
 TEST(load, LongTextsStandInTheCodePageToo) {
     const std::string run(700, '7');
 
