@@ -212,6 +212,25 @@ TEST(UXXmlWrapperBase, AddsNoNodeWithoutItsText) {
         });
 }
 
+TEST(UXXmlWrapperBase, CopiesABranchWholeOrNotAtAll) {
+    const std::string branch = "<b x=\"" + kLongText + "\"><c>" + kLongText + "</c><d></d></b>";
+    struct Copied {
+        TestTree from;
+        TestTree to{"<r><a></a></r>"};
+    };
+    fail_each_of_host(
+        [&] { return Copied{TestTree(branch.c_str())}; },
+        [](const Copied& scene) {
+            UXXmlWrapperBase from = scene.from.root();
+            return scene.to.root().AddNodeCopy(&from, 1, nullptr);
+        },
+        [&](const Copied& scene, int result) {
+            expect_sound(scene.to.root());
+            EXPECT_TRUE(scene.to.text() == "<r><a></a>" + (result == 0 ? "" : branch) + "</r>");
+            EXPECT_TRUE(scene.from.text() == branch);
+        });
+}
+
 TEST(UXXmlWrapperBase, WritesItsTextWholeOrNotAtAll) {
     struct Written {
         TestTree tree{("<r>" + kLongText + "</r>").c_str()};
