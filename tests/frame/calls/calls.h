@@ -292,10 +292,13 @@ using TrialMaker = std::function<Trials(const Row&)>;
 template <typename Param, typename Argument>
 TrialMaker trials_of(const Argument& argument) {
     if constexpr (requires { typename Argument::Object; }) {
+        using Object = typename Argument::Object;
         using Referred = std::remove_cv_t<std::remove_pointer_t<std::remove_reference_t<Param>>>;
-        static_assert(std::is_same_v<Referred, typename Argument::Object> ||
-                          std::is_same_v<Referred, UXScriptObject>,
-                      "the argument does not fit the parameter");
+        static_assert(
+            std::is_same_v<Referred, Object> || (std::is_same_v<Referred, UXScriptObject> &&
+                                                 (std::is_base_of_v<UXScriptObject, Object> ||
+                                                  std::is_same_v<Argument, ArrayArgument<Object>>)),
+            "the argument does not fit the parameter");
         return [argument](const Row& row) { return argument.trials(parameter_of<Param>(), row); };
     } else if constexpr (std::is_pointer_v<Param>) {
         const void* const address = static_cast<Param>(argument);
@@ -364,9 +367,8 @@ public:
     void add(const char* name, Result (*entry)(Params...), const Row& row,
              const Arguments&... arguments) {
         static_assert(sizeof...(Params) == sizeof...(Arguments), "one argument per parameter");
-        calls_[name].push_back(
-            Call(row, invoker(entry, std::index_sequence_for<Params...>()),
-                 {trials_of<Params>(arguments)...}));
+        calls_[name].push_back(Call(row, invoker(entry, std::index_sequence_for<Params...>()),
+                                    {trials_of<Params>(arguments)...}));
     }
     const std::map<std::string, std::vector<Call>>& calls() const { return calls_; }
 
