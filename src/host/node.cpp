@@ -4,7 +4,7 @@
 #include <atomic>
 #include <utility>
 
-#include "host/ascii.h"
+#include "base/text_view.h"
 #include "host/document.h"
 #include "host/node_detail.h"
 
@@ -148,7 +148,7 @@ int UXXmlWrapperBase::GetArrayOfChildren(CArray<UXXmlWrapperBase, UXXmlWrapperBa
     if (parent == nullptr) return 0;
     return guarded([&] {
         const UXXmlWrapperBase keepsAlive(*this);  // this handle may stand in the array
-        const bool all = uxhost::view_of(tag).empty();
+        const bool all = ux::view_of(tag).empty();
         const NameId wanted = all ? 0 : document_->find_name(tag);
         array.RemoveAll();
         if (indices != nullptr) indices->RemoveAll();

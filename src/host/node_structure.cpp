@@ -7,7 +7,8 @@
 #include "uxtree/host/node.h"
 #include "uxtree/host/utilities.h"
 
-#include "host/ascii.h"
+#include "base/ascii.h"
+#include "base/text_view.h"
 #include "host/document.h"
 #include "host/node_detail.h"
 
@@ -30,7 +31,7 @@ int new_id(int id) {
 bool same_text(std::string_view a, std::string_view b, bool noCase) {
     if (!noCase) return a == b;
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return uxhost::to_lower(x) == uxhost::to_lower(y); });
+                      [](char x, char y) { return ux::to_lower(x) == ux::to_lower(y); });
 }
 
 // The first element below top, in pre-order, for which matches yields true. Not deep: among the
@@ -87,7 +88,7 @@ int UXXmlWrapperBase::AddChild(const UXXmlWrapperBase* before, const char* tag, 
         if (name == 0) return 0;
         Element* child = document_->new_element(name, new_id(id));
         try {
-            document_->set_value(*child, uxhost::view_of(text));
+            document_->set_value(*child, ux::view_of(text));
         } catch (...) {
             document_->release(child);
             throw;
@@ -225,7 +226,7 @@ int UXXmlWrapperBase::CreateNew(int /*unused*/, const char* tag) {
 int UXXmlWrapperBase::FindChild(const char* tag, UXXmlWrapperBase* out, int /*unused*/) const {
     if (out == nullptr) return 0;
     const Element* parent = Live();
-    const NameId wanted = parent == nullptr ? 0 : document_->find_name(uxhost::view_of(tag));
+    const NameId wanted = parent == nullptr ? 0 : document_->find_name(ux::view_of(tag));
     if (wanted == 0) return out->ReleaseNode() - 1;
     Element* child = document_->element(parent->first);
     while (child != nullptr && child->tag != wanted) child = document_->element(child->next);
@@ -236,9 +237,9 @@ int UXXmlWrapperBase::FindNodeByAttribute(UXXmlWrapperBase* out, const char* nam
                                           const char* value, int noCase, int deep) const {
     if (out == nullptr) return 0;
     const Element* top = Live();
-    const NameId wanted = top == nullptr ? 0 : document_->find_name(uxhost::view_of(name));
+    const NameId wanted = top == nullptr ? 0 : document_->find_name(ux::view_of(name));
     if (wanted == 0) return out->ReleaseNode() - 1;
-    const std::string_view text = uxhost::view_of(value);
+    const std::string_view text = ux::view_of(value);
     return out->Bind(document_, find_below(*document_, *top, deep != 0, [&](const Element& at) {
                          const Attribute* attribute = document_->find_attribute(at, wanted);
                          return attribute != nullptr &&
@@ -251,7 +252,7 @@ int UXXmlWrapperBase::FindNodeByAttribute(UXXmlWrapperBase* out, const char* nam
                                           int deep) const {
     if (out == nullptr) return 0;
     const Element* top = Live();
-    const NameId wanted = top == nullptr ? 0 : document_->find_name(uxhost::view_of(name));
+    const NameId wanted = top == nullptr ? 0 : document_->find_name(ux::view_of(name));
     if (wanted == 0) return out->ReleaseNode() - 1;
     return out->Bind(document_, find_below(*document_, *top, deep != 0, [&](const Element& at) {
                          const Attribute* attribute = document_->find_attribute(at, wanted);

@@ -4,7 +4,7 @@
 #include "uxtree/host/node.h"
 #include "uxtree/host/utilities.h"
 
-#include "host/ascii.h"
+#include "base/text_view.h"
 #include "host/document.h"
 #include "host/node_detail.h"
 #include "host/numbers.h"
@@ -166,7 +166,7 @@ int UXXmlWrapperBase::SetString(const char* text) {
     Element* element = Live();
     if (element == nullptr) return 0;
     return guarded([&] {
-        document_->set_value(*element, uxhost::view_of(text));
+        document_->set_value(*element, ux::view_of(text));
         return 1;
     });
 }

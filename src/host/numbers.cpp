@@ -8,10 +8,12 @@
 
 #include "uxtree/host/utilities.h"
 
-#include "host/ascii.h"
+#include "base/ascii.h"
 
 namespace uxhost {
 namespace {
+using ux::is_space;
+using ux::trimmed;
 
 // The next run of characters that are not white space; empty at the end. Advances text.
 std::string_view next_token(std::string_view& text) {

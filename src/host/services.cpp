@@ -6,12 +6,12 @@
 
 #include "uxtree/host/node.h"
 
-#include "host/ascii.h"
-#include "host/names.h"
-#include "host/utf8.h"
+#include "base/ascii.h"
+#include "base/utf8.h"
+#include "base/xml_names.h"
 
 namespace {
-using uxhost::to_lower;
+using ux::to_lower;
 
 struct Message {
     int number;
@@ -60,13 +60,13 @@ bool matches(std::string_view text, std::string_view pattern, bool caseSensitive
             afterStar = ++p;
             retry = t;
         } else if (p < pattern.size() && pattern[p] == '?') {
-            t += uxhost::utf8_step(text, t);
+            t += ux::utf8_step(text, t);
             ++p;
         } else if (p < pattern.size() && same(pattern[p], text[t])) {
             ++t;
             ++p;
         } else if (afterStar != std::string_view::npos) {
-            retry += uxhost::utf8_step(text, retry);
+            retry += ux::utf8_step(text, retry);
             t = retry;
             p = afterStar;
         } else {
@@ -101,9 +101,9 @@ std::string cleaned(std::string_view text) {
     std::string name;
     name.reserve(text.size() + 1);
     for (std::size_t at = 0; at < text.size();) {
-        const uxhost::Utf8Char c = uxhost::decode_utf8(text, at);
-        const bool kept = c.length != 0 && c.code != ':' && uxhost::is_name_char(c.code);
-        if (at == 0 && kept && !uxhost::is_name_start(c.code)) name += '_';
+        const ux::Utf8Char c = ux::decode_utf8(text, at);
+        const bool kept = c.length != 0 && c.code != ':' && ux::continues_name(c.code);
+        if (at == 0 && kept && !ux::starts_name(c.code)) name += '_';
         if (kept) {
             name.append(text, at, c.length);
         } else {

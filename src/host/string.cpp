@@ -10,14 +10,11 @@
 
 #include <locale.h>
 
-#include "host/ascii.h"
+#include "base/ascii.h"
+#include "base/text_view.h"
 
 namespace {
-using uxhost::view_of;
-
-std::string_view view_of(const CStringUTF8& text) {
-    return {static_cast<const char*>(text), static_cast<std::size_t>(text.GetLength())};
-}
+using ux::view_of;
 
 int to_position(std::size_t found) {
     return found == std::string::npos ? -1 : static_cast<int>(found);
@@ -160,8 +157,8 @@ int CStringUTF8::CompareNoCase(const char* text) const {
     const std::string_view other = view_of(text);
     const std::size_t common = std::min(text_.size(), other.size());
     for (std::size_t i = 0; i < common; ++i) {
-        const auto mine = static_cast<unsigned char>(uxhost::to_lower(text_[i]));
-        const auto theirs = static_cast<unsigned char>(uxhost::to_lower(other[i]));
+        const auto mine = static_cast<unsigned char>(ux::to_lower(text_[i]));
+        const auto theirs = static_cast<unsigned char>(ux::to_lower(other[i]));
         if (mine != theirs) return mine < theirs ? -1 : 1;
     }
     if (text_.size() == other.size()) return 0;
@@ -244,7 +241,7 @@ void CStringUTF8::AppendChar(char c) {
 }
 
 CStringUTF8& CStringUTF8::TrimLeft() {
-    const auto kept = std::find_if_not(text_.begin(), text_.end(), uxhost::is_space);
+    const auto kept = std::find_if_not(text_.begin(), text_.end(), ux::is_space);
     text_.erase(text_.begin(), kept);
     return *this;
 }
@@ -255,7 +252,7 @@ CStringUTF8& CStringUTF8::TrimLeft(char c) {
 }
 
 CStringUTF8& CStringUTF8::TrimRight() {
-    const auto kept = std::find_if_not(text_.rbegin(), text_.rend(), uxhost::is_space);
+    const auto kept = std::find_if_not(text_.rbegin(), text_.rend(), ux::is_space);
     text_.erase(kept.base(), text_.end());
     return *this;
 }
@@ -274,11 +271,11 @@ CStringUTF8& CStringUTF8::Trim(char c) {
 }
 
 void CStringUTF8::MakeUpper() {
-    std::transform(text_.begin(), text_.end(), text_.begin(), uxhost::to_upper);
+    std::transform(text_.begin(), text_.end(), text_.begin(), ux::to_upper);
 }
 
 void CStringUTF8::MakeLower() {
-    std::transform(text_.begin(), text_.end(), text_.begin(), uxhost::to_lower);
+    std::transform(text_.begin(), text_.end(), text_.begin(), ux::to_lower);
 }
 
 void CStringUTF8::Format(const char* format, ...) {

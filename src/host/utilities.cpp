@@ -15,12 +15,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "host/ascii.h"
+#include "base/ascii.h"
+#include "base/text_view.h"
+#include "base/xml_names.h"
 
 namespace {
-using uxhost::is_digit;
-using uxhost::trimmed;
-using uxhost::view_of;
+using ux::is_digit;
+using ux::trimmed;
+using ux::view_of;
 
 void add_text(CWBOStringArray& array, std::string_view text) {
     CStringUTF8 item;
@@ -216,6 +218,10 @@ bool parse_plain_digits(std::string_view text, int& value) {
 
 }  // namespace
 
+bool UXIsName(std::string_view text) {
+    return ux::is_name(text);
+}
+
 int UXGetTokens(CWBOStringArray& tokens, const char* text, char separator, char quote) {
     const std::string_view rest = view_of(text);
     const bool keepEmpty = separator != ' ';
@@ -294,7 +300,7 @@ bool UXParseInt(std::string_view text, int& value) {
 
 int UXLeadingInt(const char* text) {
     std::string_view rest = view_of(text);
-    while (!rest.empty() && uxhost::is_space(rest.front())) rest.remove_prefix(1);
+    while (!rest.empty() && ux::is_space(rest.front())) rest.remove_prefix(1);
     const bool negative = take_sign(rest);
     constexpr std::int64_t kLargest = std::int64_t{std::numeric_limits<int>::max()};
     const std::int64_t limit = negative ? kLargest + 1 : kLargest;

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/utf8.h"
 #include "host/file_output.h"
-#include "host/utf8.h"
 
 namespace uxhost {
 namespace {
@@ -70,7 +70,7 @@ std::size_t character_length(std::string_view text) {
     const unsigned char bits = class_of(text[0]);
     if ((bits & kForbidden) != 0) return 0;
     if ((bits & kHigh) == 0) return 1;
-    const Utf8Char character = decode_utf8(text, 0);
+    const ux::Utf8Char character = ux::decode_utf8(text, 0);
     return character.code == 0xFFFE || character.code == 0xFFFF ? 0 : character.length;
 }
 

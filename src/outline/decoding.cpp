@@ -4,7 +4,8 @@
 #include <cstdint>
 #include <cstring>
 
-#include "outline/byte_search.h"
+#include "base/byte_search.h"
+#include "base/utf8.h"
 
 namespace ux {
 namespace {
@@ -33,27 +34,6 @@ std::uint32_t payload(const char* lead, int length) {
         character = character << 6 | (static_cast<unsigned char>(lead[i]) & 0x3Fu);
     }
     return character;
-}
-
-// Writes the shortest form, never longer than the form read. Yields the place behind it.
-char* encode(std::uint32_t character, char* out) {
-    const auto put = [&out](std::uint32_t byte) { *out++ = static_cast<char>(byte); };
-    if (character < 0x80) {
-        put(character);
-    } else if (character < 0x800) {
-        put(0xC0 | character >> 6);
-        put(0x80 | (character & 0x3F));
-    } else if (character < 0x10000) {
-        put(0xE0 | character >> 12);
-        put(0x80 | (character >> 6 & 0x3F));
-        put(0x80 | (character & 0x3F));
-    } else {
-        put(0xF0 | character >> 18);
-        put(0x80 | (character >> 12 & 0x3F));
-        put(0x80 | (character >> 6 & 0x3F));
-        put(0x80 | (character & 0x3F));
-    }
-    return out;
 }
 
 #if UXTREE_SSE2_SEARCH
@@ -198,7 +178,8 @@ Decoded decode_in_place(char* bytes, char* end) {
         if (!continuations_follow(next, length)) return {out, next, true};
         const std::uint32_t character = payload(next, length);
         if (character == 0) return {out, next, true};
-        out = encode(character, out);
+        // Never longer than the form read.
+        out = encode_utf8(character, out);
         next += length;
     }
     return {out, next, false};

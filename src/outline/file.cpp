@@ -8,7 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "outline/byte_search.h"
+#include "base/byte_search.h"
 
 namespace ux {
 namespace {

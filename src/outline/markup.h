@@ -24,8 +24,8 @@
 #include <string>
 #include <string_view>
 
-#include "outline/byte_search.h"
-#include "outline/characters.h"
+#include "base/byte_search.h"
+#include "base/xml_names.h"
 #include "outline/decoding.h"
 
 namespace ux {

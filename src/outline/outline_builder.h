@@ -9,7 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "outline/byte_search.h"
+#include "base/byte_search.h"
 #include "outline/scanner.h"
 
 namespace ux {

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <utility>
 
-#include "outline/byte_search.h"
+#include "base/byte_search.h"
 #include "outline/decoding.h"
 #include "outline/markup.h"
 #include "outline/scanner_detail.h"

@@ -10,7 +10,7 @@
 
 #include "uxtree/host/utilities.h"
 
-#include "host/utf8.h"
+#include "base/utf8.h"
 
 namespace {
 
@@ -153,7 +153,7 @@ TEST(UXIsName, RefusesBytesThatAreNotUtf8) {
 TEST(DecodeUtf8, ReadsEveryCharacterAndNothingElse) {
     for (char32_t code = 0; code < 0x110000; ++code) {
         const std::string text = utf8_of(code);
-        const uxhost::Utf8Char c = uxhost::decode_utf8(text, 0);
+        const ux::Utf8Char c = ux::decode_utf8(text, 0);
         if (surrogate(code)) {
             ASSERT_EQ(c.length, 0U);
         } else {

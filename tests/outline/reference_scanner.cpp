@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "outline/characters.h"
+#include "base/xml_names.h"
 #include "outline/scan_support.h"
 
 namespace uxtest {

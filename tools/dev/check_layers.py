@@ -11,7 +11,9 @@ import pathlib
 import re
 import sys
 
-ROOMS = ("frame", "host", "tree", "data", "outline", "import", "analysis", "report")
+ROOMS = ("base", "xml", "host", "frame", "marks", "tree", "data", "outline", "import", "analysis",
+         "report", "kit")
+WHOLE = ("base", "xml", "host", "kit")  # rooms that the list names as a whole
 FORBIDDEN = (("outline", "tree"), ("outline", "data"), ("import", "analysis"))
 STORE = re.compile(r"\buxhost\s*::\s*(Document|Element)\b")
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
@@ -29,8 +31,9 @@ def read_layers(path):
 
 def component(stem, ranks):
     """The component of a file stem: a/b_detail and a/b_c belong to a/b unless they are listed."""
-    if stem.startswith("host/"):
-        return "host/*"
+    room = stem.split("/")[0]
+    if room in WHOLE:
+        return f"{room}/*"
     while stem not in ranks:
         stem, underscore, _ = stem.rpartition("_")
         if not underscore:

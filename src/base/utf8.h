@@ -1,10 +1,11 @@
-// Reading UTF-8 one character at a time.
+// UTF-8, one character at a time.
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
-namespace uxhost {
+namespace ux {
 
 struct Utf8Char {
     char32_t code = 0;
@@ -42,4 +43,25 @@ inline std::size_t utf8_step(std::string_view text, std::size_t at) {
     return length == 0 ? 1 : length;
 }
 
-}  // namespace uxhost
+// Writes the shortest form, at most four bytes. Yields the place behind it.
+inline char* encode_utf8(std::uint32_t character, char* out) {
+    const auto put = [&out](std::uint32_t byte) { *out++ = static_cast<char>(byte); };
+    if (character < 0x80) {
+        put(character);
+    } else if (character < 0x800) {
+        put(0xC0 | character >> 6);
+        put(0x80 | (character & 0x3F));
+    } else if (character < 0x10000) {
+        put(0xE0 | character >> 12);
+        put(0x80 | (character >> 6 & 0x3F));
+        put(0x80 | (character & 0x3F));
+    } else {
+        put(0xF0 | character >> 18);
+        put(0x80 | (character >> 12 & 0x3F));
+        put(0x80 | (character >> 6 & 0x3F));
+        put(0x80 | (character & 0x3F));
+    }
+    return out;
+}
+
+}  // namespace ux

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-namespace uxhost {
+namespace ux {
 
 inline bool is_space(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
@@ -18,13 +18,10 @@ inline char to_upper(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
 }
 
-inline std::string_view view_of(const char* text) {
-    return text == nullptr ? std::string_view() : std::string_view(text);
-}
 inline std::string_view trimmed(std::string_view text) {
     while (!text.empty() && is_space(text.front())) text.remove_prefix(1);
     while (!text.empty() && is_space(text.back())) text.remove_suffix(1);
     return text;
 }
 
-}  // namespace uxhost
+}  // namespace ux

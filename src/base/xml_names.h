@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 namespace ux {
 
@@ -12,5 +13,8 @@ bool starts_name(std::uint32_t character);
 // May the character stand in a name behind its first character: what may start one, digits, ".",
 // "-", combining characters and extenders.
 bool continues_name(std::uint32_t character);
+
+// Is the whole text, in UTF-8, a name?
+bool is_name(std::string_view text);
 
 }  // namespace ux

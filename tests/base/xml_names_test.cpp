@@ -1,5 +1,5 @@
 // The character classes against another implementation of the same edition.
-#include "outline/characters.h"
+#include "base/xml_names.h"
 
 #include <string>
 

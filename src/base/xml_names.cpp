@@ -1,7 +1,9 @@
-#include "outline/characters.h"
+#include "base/xml_names.h"
 
 #include <array>
 #include <cstddef>
+
+#include "base/utf8.h"
 
 namespace ux {
 namespace {
@@ -12,6 +14,8 @@ struct Range {
 };
 
 // The classes of the recommendation's character-class appendix (fourth edition), in its order.
+// Parsers of that generation apply them: a name that passes here can be saved and read back by all
+// of them, while the later, wider classes would let a document out that some readers refuse.
 // Nothing above U+FFFF is in any of them.
 constexpr Range kBaseChar[] = {
     {0x0041, 0x005A}, {0x0061, 0x007A}, {0x00C0, 0x00D6}, {0x00D8, 0x00F6}, {0x00F8, 0x00FF},
@@ -134,6 +138,18 @@ bool starts_name(std::uint32_t character) {
 }
 bool continues_name(std::uint32_t character) {
     return kNames.has(character);
+}
+
+bool is_name(std::string_view text) {
+    if (text.empty()) return false;
+    const Utf8Char first = decode_utf8(text, 0);
+    if (first.length == 0 || !starts_name(first.code)) return false;
+    for (std::size_t at = first.length; at < text.size();) {
+        const Utf8Char c = decode_utf8(text, at);
+        if (c.length == 0 || !continues_name(c.code)) return false;
+        at += c.length;
+    }
+    return true;
 }
 
 }  // namespace ux
