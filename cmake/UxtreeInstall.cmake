@@ -3,10 +3,10 @@
 include(CMakePackageConfigHelpers)
 
 # The libraries stand side by side, whatever the folder is called.
-set_target_properties(uxtree_host uxtree_Utils PROPERTIES INSTALL_RPATH "$ORIGIN")
+set_target_properties(uxtree_host uxtree_Utils uxtree_kit PROPERTIES INSTALL_RPATH "$ORIGIN")
 target_compile_features(uxtree_host INTERFACE cxx_std_17)
 
-install(TARGETS uxtree_host uxtree_Utils EXPORT uxtree_UtilsTargets
+install(TARGETS uxtree_host uxtree_Utils uxtree_kit EXPORT uxtree_UtilsTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT dev
   FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/uxtree_Utils)
@@ -29,7 +29,7 @@ foreach(folder LIBDIR INCLUDEDIR)
   set(${variable} ${CMAKE_INSTALL_${folder}})
   cmake_path(ABSOLUTE_PATH ${variable} BASE_DIRECTORY "\${prefix}")
 endforeach()
-foreach(name uxtree_host uxtree_Utils)
+foreach(name uxtree_host uxtree_Utils uxtree_kit)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/${name}.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)

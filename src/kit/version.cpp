@@ -1,0 +1,5 @@
+#include "uxtree/kit/version.h"
+
+const char* ux_version(void) {
+    return UXTREE_VERSION;
+}
