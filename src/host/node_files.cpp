@@ -1,15 +1,10 @@
 // Loading, saving and serialising through the node handle.
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <string>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "uxtree/host/node.h"
 
+#include "base/input_file.h"
 #include "host/document.h"
 #include "host/loader.h"
 #include "host/node_detail.h"
@@ -26,45 +21,10 @@ thread_local UXFileError lastLoadFailure;
 thread_local CStringUTF8 lastLoadPath;
 thread_local std::string lastSaveError;
 
-class InputFile {
-public:
-    // Neither a pipe nor a device is opened for good: reading one could wait forever.
-    explicit InputFile(const char* path)
-        : descriptor_(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)) {
-        struct stat status {};
-        if (descriptor_ < 0 || fstat(descriptor_, &status) != 0) {
-            reason_ = std::strerror(errno);
-        } else if (S_ISDIR(status.st_mode)) {
-            reason_ = std::strerror(EISDIR);
-        } else if (!S_ISREG(status.st_mode)) {
-            reason_ = "not a regular file";
-        } else {
-            posix_fadvise(descriptor_, 0, 0, POSIX_FADV_SEQUENTIAL);
-        }
-    }
-    ~InputFile() {
-        if (descriptor_ >= 0) close(descriptor_);
-    }
-    InputFile(const InputFile&) = delete;
-    InputFile& operator=(const InputFile&) = delete;
-
-    const std::string& reason() const { return reason_; }
-    ByteSource source() const {
-        const int descriptor = descriptor_;
-        return {[descriptor](char* buffer, std::size_t size) {
-                    ssize_t got = 0;
-                    do {
-                        got = read(descriptor, buffer, size);
-                    } while (got < 0 && errno == EINTR);
-                    return static_cast<long>(got);
-                },
-                [descriptor] { lseek(descriptor, 0, SEEK_SET); }};
-    }
-
-private:
-    int descriptor_;
-    std::string reason_;
-};
+ByteSource file_source(const ux::RegularFile& file) {
+    return {[&file](char* buffer, std::size_t size) { return file.read(buffer, size); },
+            [&file] { file.rewind(); }};
+}
 
 ByteSource memory_source(const char* bytes, std::size_t length, std::size_t& position) {
     return {[bytes, length, &position](char* buffer, std::size_t size) {
@@ -103,12 +63,12 @@ int UXXmlWrapperBase::load(const char* path, int /*unused*/, bool /*unusedFlag*/
             lastLoadFailure.message = "no file name";
             return 0;
         }
-        const InputFile file(path);
-        if (!file.reason().empty()) {
+        const ux::RegularFile file(path);
+        if (!file.is_open()) {
             lastLoadFailure.message = file.reason().c_str();
             return 0;
         }
-        return parse_into(*this, file.source());
+        return parse_into(*this, file_source(file));
     });
 }
 

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/file_output.h"
 #include "base/utf8.h"
-#include "host/file_output.h"
 
 namespace uxhost {
 namespace {
@@ -116,7 +116,7 @@ std::string path_of(const Document& document, const Element& element) {
 // Output being collected; with a file it goes there whenever it is long enough.
 class Output {
 public:
-    explicit Output(FileOutput* file) : file_(file) {}
+    explicit Output(ux::FileOutput* file) : file_(file) {}
 
     void put(char c) {
         if (size_ == capacity_) grow(1);
@@ -170,7 +170,7 @@ private:
         capacity_ = capacity;
     }
 
-    FileOutput* file_;
+    ux::FileOutput* file_;
     std::unique_ptr<char[]> bytes_;
     std::size_t capacity_ = 0;
     std::size_t size_ = 0;
@@ -178,7 +178,7 @@ private:
 
 class Writer {
 public:
-    Writer(const Document& document, FileOutput* file)
+    Writer(const Document& document, ux::FileOutput* file)
         : document_(document), toFile_(file != nullptr), out_(file) {}
 
     Output& out() { return out_; }
@@ -299,7 +299,7 @@ void serialise(const Document& document, const Element& element, CStringUTF8& te
 
 bool save_file(const Document& document, const Element& element, const char* path,
                std::string& reason) {
-    FileOutput file(path);
+    ux::FileOutput file(path);
     if (!file.failed()) {
         try {
             Writer writer(document, &file);

@@ -6,10 +6,10 @@
 #include <utility>
 #include <vector>
 
+#include "base/input_file.h"
 #include "frame/guards.h"
 #include "frame/text.h"
 #include "frame/walk.h"
-#include "outline/file.h"
 #include "outline/layout_detail.h"
 #include "outline/markup.h"
 #include "outline/path_filter.h"

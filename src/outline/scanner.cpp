@@ -38,7 +38,8 @@ SaxFileReader::SaxFileReader(RegularFile file, std::string_view bytes, std::size
 }
 
 std::size_t SaxFileReader::read(char* out) {
-    if (file_.is_open()) return file_.read(out, blockSize_);
+    // What cannot be read ends the input.
+    if (file_.is_open()) return static_cast<std::size_t>(std::max(file_.read(out, blockSize_), 0L));
     const std::size_t size = bytes_.copy(out, blockSize_);
     bytes_.remove_prefix(size);
     return size;

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "outline/file.h"
+#include "base/input_file.h"
 
 namespace ux {
 

@@ -6,13 +6,13 @@
 #include <expat.h>
 #include <gtest/gtest.h>
 
+#include "base/utf8.h"
+
 namespace {
 
 std::string utf8(std::uint32_t c) {
-    if (c < 0x80) return {static_cast<char>(c)};
-    if (c < 0x800) return {static_cast<char>(0xC0 | c >> 6), static_cast<char>(0x80 | (c & 0x3F))};
-    return {static_cast<char>(0xE0 | c >> 12), static_cast<char>(0x80 | (c >> 6 & 0x3F)),
-            static_cast<char>(0x80 | (c & 0x3F))};
+    char bytes[4];
+    return {bytes, ux::encode_utf8(c, bytes)};
 }
 
 class Parser {

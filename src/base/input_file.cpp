@@ -1,6 +1,7 @@
-#include "outline/file.h"
+#include "base/input_file.h"
 
 #include <cerrno>
+#include <cstring>
 #include <utility>
 
 #include <fcntl.h>
@@ -14,6 +15,7 @@ namespace ux {
 namespace {
 
 constexpr char kNothing[kReadAhead] = {};
+constexpr int kNotRegular = -1;  // no number of a system error
 
 }  // namespace
 
@@ -21,12 +23,19 @@ constexpr char kNothing[kReadAhead] = {};
 RegularFile::RegularFile(const char* name) {
     if (name == nullptr) return;
     const int descriptor = ::open(name, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
-    if (descriptor < 0) return;
     struct stat facts {};
-    if (::fstat(descriptor, &facts) != 0 || !S_ISREG(facts.st_mode)) {
-        ::close(descriptor);
+    int error = 0;
+    if (descriptor < 0 || ::fstat(descriptor, &facts) != 0) {
+        error = errno;
+    } else if (!S_ISREG(facts.st_mode)) {
+        error = S_ISDIR(facts.st_mode) ? EISDIR : kNotRegular;
+    }
+    if (error != 0) {
+        if (descriptor >= 0) ::close(descriptor);
+        reason_ = error == kNotRegular ? "not a regular file" : std::strerror(error);
         return;
     }
+    ::posix_fadvise(descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
     descriptor_ = descriptor;
     size_ = static_cast<std::size_t>(facts.st_size);
 }
@@ -36,15 +45,20 @@ RegularFile::~RegularFile() {
 }
 
 RegularFile::RegularFile(RegularFile&& other) noexcept
-    : descriptor_(std::exchange(other.descriptor_, -1)), size_(other.size_) {}
+    : descriptor_(std::exchange(other.descriptor_, -1)),
+      size_(other.size_),
+      reason_(std::move(other.reason_)) {}
 
-std::size_t RegularFile::read(char* out, std::size_t size) {
+long RegularFile::read(char* out, std::size_t size) const {
     if (!is_open()) return 0;
     for (;;) {
         const ssize_t got = ::read(descriptor_, out, size);
-        if (got >= 0) return static_cast<std::size_t>(got);
-        if (errno != EINTR) return 0;
+        if (got >= 0 || errno != EINTR) return static_cast<long>(got);
     }
+}
+
+void RegularFile::rewind() const {
+    ::lseek(descriptor_, 0, SEEK_SET);
 }
 
 // The file is mapped over the start of a larger reservation, so that reading ahead of its end stays

@@ -1,12 +1,13 @@
-// Files that the outline reads.
+// Files as inputs.
 #pragma once
 
 #include <cstddef>
+#include <string>
 
 namespace ux {
 
 // A regular file opened for reading, or nothing: a missing or unreadable file, a directory, a pipe
-// and a device all count as not opened. Opening never waits.
+// and a device all count as not opened, since reading one could wait forever. Opening never waits.
 class RegularFile {
 public:
     RegularFile() = default;
@@ -16,16 +17,22 @@ public:
     RegularFile(const RegularFile&) = delete;
     RegularFile& operator=(const RegularFile&) = delete;
 
-    // Reads up to size bytes; 0 at the end of the file and on failure.
-    std::size_t read(char* out, std::size_t size);
+    // Reads up to size bytes and yields their number; 0 at the end of the file and when nothing is
+    // open, -1 on failure.
+    long read(char* out, std::size_t size) const;
+    // Back to the start.
+    void rewind() const;
 
     bool is_open() const { return descriptor_ >= 0; }
+    // Why a file that was named is not open, in the system's words.
+    const std::string& reason() const { return reason_; }
     int descriptor() const { return descriptor_; }
     std::size_t size() const { return size_; }  // when it was opened
 
 private:
     int descriptor_ = -1;
     std::size_t size_ = 0;
+    std::string reason_;
 };
 
 // The bytes of a whole file in memory, with kReadAhead further readable bytes behind them. Empty

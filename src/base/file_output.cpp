@@ -1,4 +1,4 @@
-#include "host/file_output.h"
+#include "base/file_output.h"
 
 #include <atomic>
 #include <cerrno>
@@ -12,7 +12,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace uxhost {
+namespace ux {
 namespace {
 constexpr std::size_t kEarlyBytes = std::size_t{1} << 20;
 }
@@ -103,4 +103,4 @@ bool FileOutput::commit() {
     return true;
 }
 
-}  // namespace uxhost
+}  // namespace ux

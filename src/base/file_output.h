@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace uxhost {
+namespace ux {
 
 // Writes beside the target and renames over it on commit, after everything reached the disk. A
 // device, which cannot be replaced, is written directly. Without commit nothing remains.
@@ -32,4 +32,4 @@ private:
     int descriptor_ = -1;
 };
 
-}  // namespace uxhost
+}  // namespace ux
