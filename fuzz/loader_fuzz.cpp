@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "uxtree/host/embedded.h"
 #include "uxtree/host/node.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -8,6 +8,8 @@
 
 #include "uxtree/host/utilities.h"
 
+#include "host/node_detail.h"
+
 namespace uxhost {
 namespace {
 
@@ -461,7 +463,7 @@ void Document::move_content(const Element& source, Element& target) {
 }
 
 int Document::bind_root(Document* document, UXXmlWrapperBase* out) {
-    return out->Bind(document, document->root());
+    return bind(*out, document, document->root());
 }
 
 int Document::clone(const Document& from, const Element& source, UXXmlWrapperBase* out) {

@@ -5,6 +5,8 @@
 #include <functional>
 #include <string>
 
+#include "uxtree/host/embedded.h"
+
 #include "host/document.h"
 
 namespace uxhost {

@@ -10,73 +10,83 @@
 using uxhost::assign;
 using uxhost::Attribute;
 using uxhost::Document;
+using uxhost::document_of;
 using uxhost::Element;
 using uxhost::guarded;
 using uxhost::joined;
+using uxhost::live;
 using uxhost::NameId;
 using uxhost::view;
 
-// --- attributes --------------------------------------------------------------------------------
+namespace {
 
-const Attribute* UXXmlWrapperBase::FindAttribute(const char* name) const {
-    const Element* element = Live();
-    return element == nullptr ? nullptr : document_->find_attribute(*element, name);
+const Attribute* find_attribute(const UXXmlWrapperBase& node, const char* name) {
+    const Element* element = live(node);
+    return element == nullptr ? nullptr : document_of(node)->find_attribute(*element, name);
 }
 
-int UXXmlWrapperBase::SetAttribute(const char* name, const CStringUTF8& value) {
-    Element* element = Live();
+int set_attribute(UXXmlWrapperBase& node, const char* name, const CStringUTF8& value) {
+    Element* element = live(node);
     if (element == nullptr) return 0;
     return guarded([&] {
-        const NameId id = document_->valid_name(name);
+        const NameId id = document_of(node)->valid_name(name);
         if (id == 0) return 0;
-        document_->set_attribute(*element, id, view(value));
+        document_of(node)->set_attribute(*element, id, view(value));
         return 1;
     });
 }
 
+}  // namespace
+
+// --- attributes --------------------------------------------------------------------------------
+
 int UXXmlWrapperBase::GetPropertyValue(const char* name, CStringUTF8& out, int /*unused*/) const {
-    const Attribute* attribute = FindAttribute(name);
+    const Attribute* attribute = find_attribute(*this, name);
     if (attribute == nullptr) return 0;
-    return guarded([&] { return assign(out, document_->attribute_value(*attribute)); });
+    return guarded([&] { return assign(out, document_of(*this)->attribute_value(*attribute)); });
 }
 int UXXmlWrapperBase::GetPropertyValue(const char* name, int& out, int /*unused*/) const {
-    const Attribute* attribute = FindAttribute(name);
-    return attribute != nullptr && UXParseInt(document_->attribute_value(*attribute), out) ? 1 : 0;
+    const Attribute* attribute = find_attribute(*this, name);
+    return attribute != nullptr && UXParseInt(document_of(*this)->attribute_value(*attribute), out)
+               ? 1
+               : 0;
 }
 int UXXmlWrapperBase::GetPropertyValue(const char* name, double& out, int /*unused*/) const {
-    const Attribute* attribute = FindAttribute(name);
-    return attribute != nullptr && UXParseDouble(document_->attribute_value(*attribute), out) ? 1
-                                                                                              : 0;
+    const Attribute* attribute = find_attribute(*this, name);
+    return attribute != nullptr &&
+                   UXParseDouble(document_of(*this)->attribute_value(*attribute), out)
+               ? 1
+               : 0;
 }
 
 int UXXmlWrapperBase::SetPropertyValue(const char* name, int value) {
     return guarded([&] {
         CStringUTF8 text;
         text.Format("%d", value);
-        return SetAttribute(name, text);
+        return set_attribute(*this, name, text);
     });
 }
 int UXXmlWrapperBase::SetPropertyValue(const char* name, double value) {
     return guarded([&] {
         CStringUTF8 text;
         UXFormatDouble(value, text);
-        return SetAttribute(name, text);
+        return set_attribute(*this, name, text);
     });
 }
 int UXXmlWrapperBase::SetPropertyValue(const char* name, const CStringUTF8& value) {
-    return SetAttribute(name, value);
+    return set_attribute(*this, name, value);
 }
 int UXXmlWrapperBase::SetPropertyValue(const char* name, const CWBOStringArray& value) {
-    return guarded([&] { return SetAttribute(name, joined(value)); });
+    return guarded([&] { return set_attribute(*this, name, joined(value)); });
 }
 
 int UXXmlWrapperBase::HasProperty(const char* name, int /*unused*/) const {
-    return FindAttribute(name) != nullptr ? 1 : 0;
+    return find_attribute(*this, name) != nullptr ? 1 : 0;
 }
 int UXXmlWrapperBase::RemoveProperty(const char* name) {
-    Element* element = Live();
+    Element* element = live(*this);
     if (element == nullptr) return 0;
-    document_->remove_attribute(*element, name);
+    document_of(*this)->remove_attribute(*element, name);
     return 1;
 }
 int UXXmlWrapperBase::RemoveAttr(const char* name, int /*unused*/) {
@@ -84,24 +94,24 @@ int UXXmlWrapperBase::RemoveAttr(const char* name, int /*unused*/) {
 }
 
 int UXXmlWrapperBase::GetPropertyNames(CWBOStringArray& out) const {
-    if (Live() == nullptr) return 0;
+    if (live(*this) == nullptr) return 0;
     out.RemoveAll();
     return GetPropertyNamesAndValues(out, nullptr, nullptr);
 }
 
 int UXXmlWrapperBase::GetPropertyNamesAndValues(CWBOStringArray& names, CWBOStringArray* values,
                                                 const UXPropertyFilter* keep) const {
-    const Element* element = Live();
+    const Element* element = live(*this);
     if (element == nullptr) return 0;
     return guarded([&] {
         CStringUTF8 value;
         for (std::uint32_t i = 0; i < element->attributeCount; ++i) {
-            const Attribute attribute = document_->attributes(*element)[i];
-            const char* name = document_->name(attribute.name);
+            const Attribute attribute = document_of(*this)->attributes(*element)[i];
+            const char* name = document_of(*this)->name(attribute.name);
             if (keep != nullptr && *keep && !(*keep)(name)) continue;
             names.Add(CStringUTF8(name));
             if (values == nullptr) continue;
-            assign(value, document_->attribute_value(attribute));
+            assign(value, document_of(*this)->attribute_value(attribute));
             values->Add(value);
         }
         return 1;
@@ -109,16 +119,17 @@ int UXXmlWrapperBase::GetPropertyNamesAndValues(CWBOStringArray& names, CWBOStri
 }
 
 int UXXmlWrapperBase::CopyAllAttributes(UXXmlWrapperBase& source, int /*unused*/) {
-    Element* element = Live();
-    const Element* from = source.Live();
+    Element* element = live(*this);
+    const Element* from = live(source);
     if (element == nullptr || from == nullptr) return 0;
     if (element == from) return 1;
     return guarded([&] {
-        const Document& other = *source.document_;
+        const Document& other = *document_of(source);
         for (std::uint32_t i = 0; i < from->attributeCount; ++i) {
             const Attribute attribute = other.attributes(*from)[i];
-            document_->set_attribute(*element, document_->intern(other.name_view(attribute.name)),
-                                     other.attribute_value(attribute));
+            document_of(*this)->set_attribute(
+                *element, document_of(*this)->intern(other.name_view(attribute.name)),
+                other.attribute_value(attribute));
         }
         return 1;
     });
@@ -134,20 +145,20 @@ int UXXmlWrapperBase::SetDataID(int id) {
 }
 
 int UXXmlWrapperBase::GetID(int& id) const {
-    const Element* element = Live();
+    const Element* element = live(*this);
     if (element == nullptr || element->id == uxhost::kNoId) return 0;
     id = element->id;
     return 1;
 }
 int UXXmlWrapperBase::SetID(int id, bool /*unused*/) {
-    Element* element = Live();
+    Element* element = live(*this);
     if (element == nullptr) return 0;
     element->id = id;
     return 1;
 }
 
 int UXXmlWrapperBase::GetShow(int& show) const {
-    if (Live() == nullptr) return 0;
+    if (live(*this) == nullptr) return 0;
     const int found = GetPropertyValue("Show", show, 0);
     if (found == 0) show = 1;
     return found;
@@ -162,8 +173,8 @@ void UXXmlWrapperBase::SetShow(int show) {
 
 int UXXmlWrapperBase::SetLabel(const char* label) {
     if (label == nullptr) return RemoveProperty("Label");
-    return guarded([&] { return SetAttribute("Label", CStringUTF8(label)); });
+    return guarded([&] { return set_attribute(*this, "Label", CStringUTF8(label)); });
 }
 int UXXmlWrapperBase::SetLabel(const CStringUTF8& label) {
-    return SetAttribute("Label", label);
+    return set_attribute(*this, "Label", label);
 }

@@ -7,7 +7,26 @@
 
 #include "host/document.h"
 
+// How the embedded host reaches what a handle holds.
+struct UXNodeAccess {
+    static UXNodeStorage& storage(UXXmlWrapperBase& node) { return node.storage_; }
+    static const UXNodeStorage& storage(const UXXmlWrapperBase& node) { return node.storage_; }
+};
+
 namespace uxhost {
+
+// The document of a handle, null when it refers to nothing.
+inline Document* document_of(const UXXmlWrapperBase& node) {
+    return static_cast<Document*>(UXNodeAccess::storage(node).document);
+}
+// The element of a handle, null when it is invalid. Every operation begins with it.
+inline Element* live(const UXXmlWrapperBase& node) {
+    const UXNodeStorage& storage = UXNodeAccess::storage(node);
+    Element* const element = static_cast<Element*>(storage.node);
+    return element != nullptr && element->generation == storage.generation ? element : nullptr;
+}
+// Makes the handle refer to the element; a null element releases it. Yields the handle's validity.
+int bind(UXXmlWrapperBase& node, Document* document, Element* element) noexcept;
 
 // Operations report failures as 0; shortage of memory is one of them.
 template <typename Body>
@@ -32,8 +51,3 @@ inline std::string_view view(const CStringUTF8& text) {
 CStringUTF8 joined(const CWBOStringArray& texts);
 
 }  // namespace uxhost
-
-// In a header because every operation begins with it.
-inline uxhost::Element* UXXmlWrapperBase::Live() const {
-    return element_ != nullptr && element_->generation == generation_ ? element_ : nullptr;
-}

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <string>
 
+#include "uxtree/host/embedded.h"
 #include "uxtree/host/node.h"
 
 #include "base/input_file.h"
@@ -11,8 +12,10 @@
 #include "host/writer.h"
 
 using uxhost::ByteSource;
+using uxhost::document_of;
 using uxhost::DocumentHolder;
 using uxhost::Element;
+using uxhost::live;
 
 namespace {
 
@@ -82,12 +85,12 @@ int UXXmlWrapperBase::LoadFromMemory(const char* bytes, std::size_t length) {
 int UXXmlWrapperBase::Save(const char* path, int /*unused*/) const {
     try {
         lastSaveError.clear();
-        const Element* element = Live();
+        const Element* element = live(*this);
         if (element == nullptr) {
             lastSaveError = "there is no node to save";
             return 0;
         }
-        return uxhost::save_file(*document_, *element, path, lastSaveError) ? 1 : 0;
+        return uxhost::save_file(*document_of(*this), *element, path, lastSaveError) ? 1 : 0;
     } catch (...) {
         lastSaveError = "no memory";  // short enough to need none
         return 0;
@@ -95,10 +98,10 @@ int UXXmlWrapperBase::Save(const char* path, int /*unused*/) const {
 }
 
 int UXXmlWrapperBase::GetString(CStringUTF8& out, int /*unused*/) const {
-    const Element* element = Live();
+    const Element* element = live(*this);
     if (element == nullptr) return 0;
     try {
-        uxhost::serialise(*document_, *element, out);
+        uxhost::serialise(*document_of(*this), *element, out);
         return 1;
     } catch (...) {
         return 0;

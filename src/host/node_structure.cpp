@@ -13,10 +13,13 @@
 #include "host/node_detail.h"
 
 using uxhost::Attribute;
+using uxhost::bind;
 using uxhost::Document;
+using uxhost::document_of;
 using uxhost::DocumentHolder;
 using uxhost::Element;
 using uxhost::guarded;
+using uxhost::live;
 using uxhost::NameId;
 using uxhost::Ref;
 using uxhost::view;
@@ -72,58 +75,71 @@ bool is_permutation(const CArray<int, int>& order, std::uint32_t count) {
     return true;
 }
 
-}  // namespace
-
-// --- creation, copying, removal ----------------------------------------------------------------
-
-int UXXmlWrapperBase::AddChild(const UXXmlWrapperBase* before, const char* tag, const char* text,
-                               int id, UXXmlWrapperBase* out) {
-    Element* parent = Live();
-    Element* next = before == nullptr ? nullptr : before->Live();
-    const bool placed =
-        before == nullptr || (parent != nullptr && next != nullptr &&
-                              before->document_ == document_ && next->parent == parent->self);
+// Adds a child before another one, or as the last one when before is null.
+int add_child(const UXXmlWrapperBase& node, const UXXmlWrapperBase* before, const char* tag,
+              const char* text, int id, UXXmlWrapperBase* out) {
+    Element* parent = live(node);
+    Element* next = before == nullptr ? nullptr : live(*before);
+    const bool placed = before == nullptr ||
+                        (parent != nullptr && next != nullptr &&
+                         document_of(*before) == document_of(node) && next->parent == parent->self);
     const int added = parent == nullptr || !placed ? 0 : guarded([&] {
-        const NameId name = document_->valid_name(tag);
+        const NameId name = document_of(node)->valid_name(tag);
         if (name == 0) return 0;
-        Element* child = document_->new_element(name, new_id(id));
+        Element* child = document_of(node)->new_element(name, new_id(id));
         try {
-            document_->set_value(*child, ux::view_of(text));
+            document_of(node)->set_value(*child, ux::view_of(text));
         } catch (...) {
-            document_->release(child);
+            document_of(node)->release(child);
             throw;
         }
-        document_->insert(*parent, *child, next);
-        if (out != nullptr) out->Bind(document_, child);
+        document_of(node)->insert(*parent, *child, next);
+        if (out != nullptr) bind(*out, document_of(node), child);
         return 1;
     });
     if (added == 0 && out != nullptr) out->ReleaseNode();
     return added;
 }
 
+int take_content(UXXmlWrapperBase& node, const UXXmlWrapperBase* source, bool withTag) {
+    Element* element = live(node);
+    const Element* from = source == nullptr ? nullptr : live(*source);
+    if (element == nullptr || from == nullptr) return 0;
+    return guarded([&] {
+        Element* copy = document_of(node)->copy(*document_of(*source), *from, true);
+        if (withTag) element->tag = copy->tag;
+        document_of(node)->adopt(*element, *copy);
+        return 1;
+    });
+}
+
+}  // namespace
+
+// --- creation, copying, removal ----------------------------------------------------------------
+
 int UXXmlWrapperBase::AddNode(UXXmlWrapperBase* out, const char* tag, int id) {
-    return AddChild(nullptr, tag, nullptr, id, out);
+    return add_child(*this, nullptr, tag, nullptr, id, out);
 }
 int UXXmlWrapperBase::AddTextNode(UXXmlWrapperBase* out, const char* tag, const char* text, int id,
                                   int /*unused*/, UXNodeOptions* /*options*/) {
-    return AddChild(nullptr, tag, text, id, out);
+    return add_child(*this, nullptr, tag, text, id, out);
 }
 int UXXmlWrapperBase::AddChildNode(const char* tag, UXXmlWrapperBase* out, int id,
                                    const char* text) {
-    return AddChild(nullptr, tag, text, id, out);
+    return add_child(*this, nullptr, tag, text, id, out);
 }
 int UXXmlWrapperBase::InsertNodeBefore(const UXXmlWrapperBase& reference, const char* tag, int id,
                                        UXXmlWrapperBase* out) {
-    return AddChild(&reference, tag, nullptr, id, out);
+    return add_child(*this, &reference, tag, nullptr, id, out);
 }
 
 int UXXmlWrapperBase::AddNodeCopy(UXXmlWrapperBase* source, int deep, UXXmlWrapperBase* out) {
-    Element* parent = Live();
-    const Element* from = source == nullptr ? nullptr : source->Live();
+    Element* parent = live(*this);
+    const Element* from = source == nullptr ? nullptr : live(*source);
     const int added = parent == nullptr || from == nullptr ? 0 : guarded([&] {
-        Element* copy = document_->copy(*source->document_, *from, deep != 0);
-        document_->append(*parent, *copy);
-        if (out != nullptr) out->Bind(document_, copy);
+        Element* copy = document_of(*this)->copy(*document_of(*source), *from, deep != 0);
+        document_of(*this)->append(*parent, *copy);
+        if (out != nullptr) bind(*out, document_of(*this), copy);
         return 1;
     });
     if (added == 0 && out != nullptr) out->ReleaseNode();
@@ -132,63 +148,53 @@ int UXXmlWrapperBase::AddNodeCopy(UXXmlWrapperBase* source, int deep, UXXmlWrapp
 
 int UXXmlWrapperBase::Clone(UXXmlWrapperBase* out, int /*unused*/) const {
     if (out == nullptr) return 0;
-    const Element* element = Live();
-    const int made = element == nullptr
-                         ? 0
-                         : guarded([&] { return Document::clone(*document_, *element, out); });
+    const Element* element = live(*this);
+    const int made = element == nullptr ? 0 : guarded([&] {
+        return Document::clone(*document_of(*this), *element, out);
+    });
     if (made == 0) out->ReleaseNode();
     return made;
 }
 
-int UXXmlWrapperBase::TakeContent(const UXXmlWrapperBase* source, bool withTag) {
-    Element* element = Live();
-    const Element* from = source == nullptr ? nullptr : source->Live();
-    if (element == nullptr || from == nullptr) return 0;
-    return guarded([&] {
-        Element* copy = document_->copy(*source->document_, *from, true);
-        if (withTag) element->tag = copy->tag;
-        document_->adopt(*element, *copy);
-        return 1;
-    });
-}
-
 int UXXmlWrapperBase::Replace(UXXmlWrapperBase* source, int /*unused1*/, int /*unused2*/,
                               int /*unused3*/) {
-    return TakeContent(source, false);
+    return take_content(*this, source, false);
 }
 int UXXmlWrapperBase::ReplaceByNodeCopy(UXXmlWrapperBase* source, int /*unused1*/,
                                         int /*unused2*/) {
-    return TakeContent(source, true);
+    return take_content(*this, source, true);
 }
 
 int UXXmlWrapperBase::ArrangeChildContents(const CArray<int, int>& order) {
-    Element* parent = Live();
+    Element* parent = live(*this);
     if (parent == nullptr) return 0;
     return guarded([&] {
         if (!is_permutation(order, parent->childCount)) return 0;
-        document_->arrange_children(*parent, order.GetData());
+        document_of(*this)->arrange_children(*parent, order.GetData());
         return 1;
     });
 }
 
 int UXXmlWrapperBase::RemoveNode() {
-    Element* element = Live();
+    Element* element = live(*this);
     if (element == nullptr) return 0;
-    document_->unlink(*element);
-    document_->release(element);
+    document_of(*this)->unlink(*element);
+    document_of(*this)->release(element);
     return ReleaseNode();
 }
 
 int UXXmlWrapperBase::RemoveChild(UXXmlWrapperBase* child, int* index) {
-    const Element* parent = Live();
+    const Element* parent = live(*this);
     if (parent == nullptr) return 0;
-    const Element* element = child == nullptr ? nullptr : child->Live();
-    if (element == nullptr || child->document_ != document_ || element->parent != parent->self) {
+    const Element* element = child == nullptr ? nullptr : live(*child);
+    if (element == nullptr || document_of(*child) != document_of(*this) ||
+        element->parent != parent->self) {
         return -1;
     }
     if (index != nullptr) {
         int position = 0;
-        for (Ref ref = element->previous; ref != 0; ref = document_->element(ref)->previous) {
+        for (Ref ref = element->previous; ref != 0;
+             ref = document_of(*this)->element(ref)->previous) {
             ++position;
         }
         *index = position;
@@ -197,17 +203,17 @@ int UXXmlWrapperBase::RemoveChild(UXXmlWrapperBase* child, int* index) {
 }
 
 int UXXmlWrapperBase::RemoveAllChildren() {
-    Element* element = Live();
+    Element* element = live(*this);
     if (element == nullptr) return 0;
-    document_->release_children(*element);
+    document_of(*this)->release_children(*element);
     return 1;
 }
 
 int UXXmlWrapperBase::ResetNode(int /*unused*/) {
-    Element* element = Live();
+    Element* element = live(*this);
     if (element == nullptr) return 0;
-    document_->release_children(*element);
-    document_->clear_value(*element);
+    document_of(*this)->release_children(*element);
+    document_of(*this)->clear_value(*element);
     return 1;
 }
 
@@ -217,7 +223,7 @@ int UXXmlWrapperBase::CreateNew(int /*unused*/, const char* tag) {
         const NameId name = made->valid_name(tag == nullptr ? "root" : tag);
         if (name == 0) return 0;
         made->set_root(made->new_element(name, uxhost::kNoId));
-        return Bind(made.document, made->root());
+        return bind(*this, made.document, made->root());
     });
 }
 
@@ -225,49 +231,52 @@ int UXXmlWrapperBase::CreateNew(int /*unused*/, const char* tag) {
 
 int UXXmlWrapperBase::FindChild(const char* tag, UXXmlWrapperBase* out, int /*unused*/) const {
     if (out == nullptr) return 0;
-    const Element* parent = Live();
-    const NameId wanted = parent == nullptr ? 0 : document_->find_name(ux::view_of(tag));
+    const Element* parent = live(*this);
+    const NameId wanted = parent == nullptr ? 0 : document_of(*this)->find_name(ux::view_of(tag));
     if (wanted == 0) return out->ReleaseNode() - 1;
-    Element* child = document_->element(parent->first);
-    while (child != nullptr && child->tag != wanted) child = document_->element(child->next);
-    return out->Bind(document_, child);
+    Element* child = document_of(*this)->element(parent->first);
+    while (child != nullptr && child->tag != wanted)
+        child = document_of(*this)->element(child->next);
+    return bind(*out, document_of(*this), child);
 }
 
 int UXXmlWrapperBase::FindNodeByAttribute(UXXmlWrapperBase* out, const char* name,
                                           const char* value, int noCase, int deep) const {
     if (out == nullptr) return 0;
-    const Element* top = Live();
-    const NameId wanted = top == nullptr ? 0 : document_->find_name(ux::view_of(name));
+    const Element* top = live(*this);
+    const NameId wanted = top == nullptr ? 0 : document_of(*this)->find_name(ux::view_of(name));
     if (wanted == 0) return out->ReleaseNode() - 1;
     const std::string_view text = ux::view_of(value);
-    return out->Bind(document_, find_below(*document_, *top, deep != 0, [&](const Element& at) {
-                         const Attribute* attribute = document_->find_attribute(at, wanted);
-                         return attribute != nullptr &&
-                                same_text(document_->attribute_value(*attribute), text,
-                                          noCase != 0);
-                     }));
+    return bind(*out, document_of(*this),
+                find_below(*document_of(*this), *top, deep != 0, [&](const Element& at) {
+                    const Attribute* attribute = document_of(*this)->find_attribute(at, wanted);
+                    return attribute != nullptr &&
+                           same_text(document_of(*this)->attribute_value(*attribute), text,
+                                     noCase != 0);
+                }));
 }
 
 int UXXmlWrapperBase::FindNodeByAttribute(UXXmlWrapperBase* out, const char* name, int value,
                                           int deep) const {
     if (out == nullptr) return 0;
-    const Element* top = Live();
-    const NameId wanted = top == nullptr ? 0 : document_->find_name(ux::view_of(name));
+    const Element* top = live(*this);
+    const NameId wanted = top == nullptr ? 0 : document_of(*this)->find_name(ux::view_of(name));
     if (wanted == 0) return out->ReleaseNode() - 1;
-    return out->Bind(document_, find_below(*document_, *top, deep != 0, [&](const Element& at) {
-                         const Attribute* attribute = document_->find_attribute(at, wanted);
-                         int found = 0;
-                         return attribute != nullptr &&
-                                UXParseInt(document_->attribute_value(*attribute), found) &&
-                                found == value;
-                     }));
+    return bind(*out, document_of(*this),
+                find_below(*document_of(*this), *top, deep != 0, [&](const Element& at) {
+                    const Attribute* attribute = document_of(*this)->find_attribute(at, wanted);
+                    int found = 0;
+                    return attribute != nullptr &&
+                           UXParseInt(document_of(*this)->attribute_value(*attribute), found) &&
+                           found == value;
+                }));
 }
 
 int UXXmlWrapperBase::FindCreateNode(const char* path, UXXmlWrapperBase* out, int id,
                                      const char* text, int /*unused1*/, int /*unused2*/,
                                      UXNodeOptions* /*options*/) {
     if (out == nullptr) return 0;
-    const int found = Live() == nullptr ? 0 : guarded([&] {
+    const int found = live(*this) == nullptr ? 0 : guarded([&] {
         UXXmlWrapperBase node(*this);
         bool created = false;
         for (const CStringUTF8& tag : path_steps(path)) {

@@ -11,9 +11,11 @@
 
 using uxhost::assign;
 using uxhost::Attribute;
+using uxhost::document_of;
 using uxhost::Element;
 using uxhost::guarded;
 using uxhost::joined;
+using uxhost::live;
 using uxhost::NameId;
 using uxhost::view;
 
@@ -34,6 +36,34 @@ void split_joined(std::string_view text, CWBOStringArray& out) {
     out.Add(piece);
 }
 
+int read_vector(const UXXmlWrapperBase& node, const UXVectorDesc& vector) {
+    const Element* element = live(node);
+    if (element == nullptr || vector.array == nullptr || !document_of(node)->has_value(*element))
+        return 0;
+    return guarded([&] {
+        if (vector.element == UXVectorDesc::Element::kText) {
+            CStringUTF8 scratch;
+            split_joined(document_of(node)->value_text(*element, scratch),
+                         *static_cast<CWBOStringArray*>(vector.array));
+            return 1;
+        }
+        return uxhost::read_numbers(*document_of(node), *element, vector) ? 1 : 0;
+    });
+}
+
+int write_vector(UXXmlWrapperBase& node, const UXVectorDesc& vector) {
+    Element* element = live(node);
+    if (element == nullptr || vector.array == nullptr) return 0;
+    return guarded([&] {
+        if (vector.element == UXVectorDesc::Element::kText) {
+            document_of(node)->set_value(
+                *element, view(joined(*static_cast<const CWBOStringArray*>(vector.array))));
+            return 1;
+        }
+        return uxhost::write_numbers(*document_of(node), *element, vector) ? 1 : 0;
+    });
+}
+
 constexpr const char* kSizeAttribute = "FileDataDimsVector";
 
 }  // namespace
@@ -51,16 +81,16 @@ CStringUTF8 uxhost::joined(const CWBOStringArray& texts) {
 }
 
 int UXXmlWrapperBase::GetTagName(CStringUTF8& out) const {
-    const Element* element = Live();
+    const Element* element = live(*this);
     if (element == nullptr) return 0;
-    return guarded([&] { return assign(out, document_->name_view(element->tag)); });
+    return guarded([&] { return assign(out, document_of(*this)->name_view(element->tag)); });
 }
 
 int UXXmlWrapperBase::SetTagName(const char* tag) {
-    Element* element = Live();
+    Element* element = live(*this);
     if (element == nullptr) return 0;
     return guarded([&] {
-        const NameId name = document_->valid_name(tag);
+        const NameId name = document_of(*this)->valid_name(tag);
         if (name == 0) return 0;
         element->tag = name;
         return 1;
@@ -69,104 +99,77 @@ int UXXmlWrapperBase::SetTagName(const char* tag) {
 
 int UXXmlWrapperBase::NodeValue(CStringUTF8& text, int get, int /*unused*/,
                                 UXNodeOptions* /*options*/) {
-    Element* element = Live();
+    Element* element = live(*this);
     if (element == nullptr) return 0;
     return guarded([&] {
         if (get == 0) {
-            document_->set_value(*element, view(text));
+            document_of(*this)->set_value(*element, view(text));
             return 1;
         }
         CStringUTF8 scratch;
-        assign(text, document_->value_text(*element, scratch));
-        return document_->has_value(*element) ? 1 : 0;
+        assign(text, document_of(*this)->value_text(*element, scratch));
+        return document_of(*this)->has_value(*element) ? 1 : 0;
     });
 }
 
 int UXXmlWrapperBase::NodeValue(int& value, int get) {
-    Element* element = Live();
+    Element* element = live(*this);
     if (element == nullptr) return 0;
     return guarded([&] {
         CStringUTF8 scratch;
         if (get != 0) {
-            return UXParseInt(document_->value_text(*element, scratch), value) ? 1 : 0;
+            return UXParseInt(document_of(*this)->value_text(*element, scratch), value) ? 1 : 0;
         }
         scratch.Format("%d", value);
-        document_->set_value(*element, view(scratch));
+        document_of(*this)->set_value(*element, view(scratch));
         return 1;
     });
 }
 
 int UXXmlWrapperBase::NodeValue(double& value, int get) {
-    Element* element = Live();
+    Element* element = live(*this);
     if (element == nullptr) return 0;
     return guarded([&] {
         CStringUTF8 scratch;
         if (get != 0) {
-            return UXParseDouble(document_->value_text(*element, scratch), value) ? 1 : 0;
+            return UXParseDouble(document_of(*this)->value_text(*element, scratch), value) ? 1 : 0;
         }
         UXFormatDouble(value, scratch);
-        document_->set_value(*element, view(scratch));
+        document_of(*this)->set_value(*element, view(scratch));
         return 1;
     });
 }
 
 int UXXmlWrapperBase::NodeValue(bool& value, int get) {
-    Element* element = Live();
+    Element* element = live(*this);
     if (element == nullptr) return 0;
     return guarded([&] {
         if (get == 0) {
-            document_->set_value(*element, value ? "1" : "0");
+            document_of(*this)->set_value(*element, value ? "1" : "0");
             return 1;
         }
         CStringUTF8 scratch;
-        return uxhost::parse_bool(document_->value_text(*element, scratch), value) ? 1 : 0;
+        return uxhost::parse_bool(document_of(*this)->value_text(*element, scratch), value) ? 1 : 0;
     });
 }
 
 int UXXmlWrapperBase::NodeValue(CWBOStringArray& value, int get, int* /*unused*/) {
     UXVectorDesc vector(value);
-    return get != 0 ? ReadVector(vector) : WriteVector(vector);
-}
-
-int UXXmlWrapperBase::ReadVector(UXVectorDesc& vector) const {
-    const Element* element = Live();
-    if (element == nullptr || vector.array == nullptr || !document_->has_value(*element)) return 0;
-    return guarded([&] {
-        if (vector.element == UXVectorDesc::Element::kText) {
-            CStringUTF8 scratch;
-            split_joined(document_->value_text(*element, scratch),
-                         *static_cast<CWBOStringArray*>(vector.array));
-            return 1;
-        }
-        return uxhost::read_numbers(*document_, *element, vector) ? 1 : 0;
-    });
-}
-
-int UXXmlWrapperBase::WriteVector(const UXVectorDesc& vector) {
-    Element* element = Live();
-    if (element == nullptr || vector.array == nullptr) return 0;
-    return guarded([&] {
-        if (vector.element == UXVectorDesc::Element::kText) {
-            document_->set_value(*element,
-                                 view(joined(*static_cast<const CWBOStringArray*>(vector.array))));
-            return 1;
-        }
-        return uxhost::write_numbers(*document_, *element, vector) ? 1 : 0;
-    });
+    return get != 0 ? read_vector(*this, vector) : write_vector(*this, vector);
 }
 
 int UXXmlWrapperBase::GetVector(UXVectorDesc& vector) {
-    return ReadVector(vector) != 0 ? 0 : 1;
+    return read_vector(*this, vector) != 0 ? 0 : 1;
 }
 int UXXmlWrapperBase::SetVector(UXVectorDesc& vector) {
-    return WriteVector(vector) != 0 ? 0 : 1;
+    return write_vector(*this, vector) != 0 ? 0 : 1;
 }
 
 int UXXmlWrapperBase::SetString(const char* text) {
-    Element* element = Live();
+    Element* element = live(*this);
     if (element == nullptr) return 0;
     return guarded([&] {
-        document_->set_value(*element, ux::view_of(text));
+        document_of(*this)->set_value(*element, ux::view_of(text));
         return 1;
     });
 }
@@ -176,15 +179,16 @@ int UXXmlWrapperBase::ResetValue() {
 }
 
 int UXXmlWrapperBase::CheckSetValue(int /*setMode*/, const CStringUTF8& value, int branch) {
-    Element* element = Live();
+    Element* element = live(*this);
     if (element == nullptr) return 0;
     return guarded([&] {
         if (branch == 0) {
-            document_->set_value(*element, view(value));
+            document_of(*this)->set_value(*element, view(value));
         } else if (value != "-1") {
             // Intended: a branch collected without "Use" gives "-1", which must change nothing
             // when it comes back.
-            document_->set_attribute(*element, document_->intern("Use"), view(value));
+            document_of(*this)->set_attribute(*element, document_of(*this)->intern("Use"),
+                                              view(value));
         }
         return 1;
     });
@@ -195,22 +199,22 @@ int UXXmlWrapperBase::GetNodeArrayType(int /*unused*/) const {
 }
 
 int UXXmlWrapperBase::SetSizeTrimFromEnd(int size) {
-    Element* element = Live();
+    Element* element = live(*this);
     if (element == nullptr || size < 0) return 0;
     while (element->childCount > static_cast<std::uint32_t>(size)) {
-        Element* child = document_->element(element->last);
-        document_->unlink(*child);
-        document_->release(child);
+        Element* child = document_of(*this)->element(element->last);
+        document_of(*this)->unlink(*child);
+        document_of(*this)->release(child);
     }
     return 1;
 }
 
 int UXXmlWrapperBase::LoadXDEArraySize(int* size) const {
-    const Element* element = Live();
+    const Element* element = live(*this);
     if (element == nullptr) return 0;
-    const Attribute* attribute = document_->find_attribute(*element, kSizeAttribute);
+    const Attribute* attribute = document_of(*this)->find_attribute(*element, kSizeAttribute);
     if (attribute == nullptr) return 0;
-    std::string_view text = document_->attribute_value(*attribute);
+    std::string_view text = document_of(*this)->attribute_value(*attribute);
     text = text.substr(0, text.find('|'));
     int stored = 0;
     if (!UXParseInt(text, stored)) return 0;
@@ -234,10 +238,10 @@ int UXXmlWrapperBase::SaveXDE2DArraySize(int rows, int cols) {
 }
 
 int UXXmlWrapperBase::GetNodeStringWithBlobInfo(CStringUTF8& out, DWORD /*unused*/) const {
-    const Element* element = Live();
+    const Element* element = live(*this);
     if (element == nullptr) return 0;
     return guarded([&] {
         CStringUTF8 scratch;
-        return assign(out, document_->value_text(*element, scratch));
+        return assign(out, document_of(*this)->value_text(*element, scratch));
     });
 }

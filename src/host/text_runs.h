@@ -6,9 +6,9 @@
 
 namespace uxhost {
 
-// Where a run of at least half a kilobyte without "<" starts: behind the first ">" of the tag before
-// it, or at the start of the input. The size of the input when there is none. A run of less than a
-// kilobyte may be missed.
+// Where a run of at least half a kilobyte without "<" starts: behind the first ">" of the tag
+// before it, or at the start of the input. The size of the input when there is none. A run of less
+// than a kilobyte may be missed.
 std::size_t long_run_start(std::string_view input);
 
 // Is the text nothing but ASCII that an XML parser reports as it stands? References, the end mark

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "uxtree/host/embedded.h"
 #include "uxtree/host/node.h"
 #include "uxtree/host/services.h"
 

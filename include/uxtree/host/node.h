@@ -13,11 +13,14 @@
 struct UXNodeOptions;                                            // opaque; callers pass null
 using UXPropertyFilter = std::function<bool(const char* name)>;  // true keeps the attribute
 
-namespace uxhost {  // the host's own storage
-class Document;
-struct Element;
-struct Attribute;
-}  // namespace uxhost
+// What a handle holds. The size is the contract, the meaning is the host's: the embedded one keeps
+// a document, an element and the element's generation.
+struct UXNodeStorage {
+    void* document = nullptr;
+    void* node = nullptr;
+    std::uint64_t generation = 0;
+};
+struct UXNodeAccess;  // each host defines it in its own sources, to reach the storage of a handle
 
 // A value object that refers to one element of a tree, or to nothing. Copies refer to the same
 // element; letting a handle go never deletes the element. A handle keeps its whole document alive.
@@ -78,7 +81,7 @@ public:
     template <class T>
     int NodeValue(CArray<T, T>& value, int get) {
         UXVectorDesc vector(value);
-        return get != 0 ? ReadVector(vector) : WriteVector(vector);
+        return (get != 0 ? GetVector(vector) : SetVector(vector)) == 0 ? 1 : 0;
     }
     // Texts joined by "|", with backslash doubled and "|" written as backslash and "|".
     int NodeValue(CWBOStringArray& value, int get, int* unused);
@@ -199,34 +202,12 @@ public:
     int GetNodeStringWithBlobInfo(CStringUTF8& out, DWORD unused) const;
 
 private:
-    friend class uxhost::Document;
+    friend struct UXNodeAccess;
 
-    uxhost::Element* Live() const;  // the element, null when the handle is invalid
-    int Bind(uxhost::Document* document, uxhost::Element* element) noexcept;
-    int StepTo(std::uint32_t uxhost::Element::*link, UXXmlWrapperBase* out) const;
-    const uxhost::Attribute* FindAttribute(const char* name) const;
-    int SetAttribute(const char* name, const CStringUTF8& value);
-    int AddChild(const UXXmlWrapperBase* before, const char* tag, const char* text, int id,
-                 UXXmlWrapperBase* out);
-    int TakeContent(const UXXmlWrapperBase* source, bool withTag);
-    int ReadVector(UXVectorDesc& vector) const;
-    int WriteVector(const UXVectorDesc& vector);
-
-    uxhost::Document* document_ = nullptr;
-    uxhost::Element* element_ = nullptr;
-    std::uint32_t generation_ = 0;
-};
-
-// Why and where an XML file could not be read or written.
-struct UXFileError {
-    CStringUTF8 message;  // "" when the last call of this thread succeeded
-    long long line = 0;   // from 1; 0 when there is no position
-    long long column = 0;
+    UXNodeStorage storage_;
 };
 
 // What the last load of this thread refused, as "path:line:column: message"; "" when it succeeded.
 UXHOST_API CStringUTF8 UXGetLastLoadError();
 // What the last Save of this thread refused, with the node's path; "" when it succeeded.
 UXHOST_API CStringUTF8 UXGetLastSaveError();
-// The same failure of the last load in parts, for tools that print positions.
-UXHOST_API const UXFileError& UXGetLastLoadFailure();

@@ -13,6 +13,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "uxtree/host/embedded.h"
+
 #include "support/file.h"
 #include "support/text.h"
 
