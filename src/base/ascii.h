@@ -1,6 +1,7 @@
 // Character classes and case of ASCII, whatever the locale.
 #pragma once
 
+#include <algorithm>
 #include <string_view>
 
 namespace ux {
@@ -16,6 +17,12 @@ inline char to_lower(char c) {
 }
 inline char to_upper(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
+}
+
+// Equal, but for the case of ASCII letters?
+inline bool equal_no_case(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return to_lower(x) == to_lower(y); });
 }
 
 inline std::string_view trimmed(std::string_view text) {

@@ -13,8 +13,8 @@
 #include "uxtree/host/services.h"
 #include "uxtree/host/utilities.h"
 
-#include "host/encodings.h"
 #include "host/text_runs.h"
+#include "xml/encodings.h"
 
 namespace uxhost {
 namespace {
@@ -117,7 +117,7 @@ private:
         if (isParameterEntity == 0) self(data).guarded([&] { self(data).refuse_reference(name); });
     }
     static int XMLCALL unknown_encoding(void* /*data*/, const XML_Char* name, XML_Encoding* info) {
-        return fill_encoding(name, *info) ? XML_STATUS_OK : XML_STATUS_ERROR;
+        return ux::xml::fill_encoding(name, *info) ? XML_STATUS_OK : XML_STATUS_ERROR;
     }
 
     void refuse_reference(std::string_view name) {
@@ -424,7 +424,7 @@ Outcome parse_as(Document& document, const ByteSource& source, const char* encod
             return Outcome::kParsed;
         }
         if (invalid && encoding == nullptr && !builder.declared_encoding() &&
-            code_page_encoding(default_code_page()) != nullptr) {
+            ux::xml::code_page_encoding(default_code_page()) != nullptr) {
             return Outcome::kRetryInCodePage;
         }
         report(error, feeder, describe(parser.get(), builder));
@@ -439,7 +439,8 @@ bool parse_document(Document& document, const ByteSource& source, UXFileError& e
     if (outcome == Outcome::kRetryInCodePage) {
         document.clear();
         source.rewind();
-        outcome = parse_as(document, source, code_page_encoding(default_code_page()), error);
+        outcome =
+            parse_as(document, source, ux::xml::code_page_encoding(default_code_page()), error);
     }
     return outcome == Outcome::kParsed;
 }

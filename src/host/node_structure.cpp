@@ -32,9 +32,7 @@ int new_id(int id) {
 }
 
 bool same_text(std::string_view a, std::string_view b, bool noCase) {
-    if (!noCase) return a == b;
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return ux::to_lower(x) == ux::to_lower(y); });
+    return noCase ? ux::equal_no_case(a, b) : a == b;
 }
 
 // The first element below top, in pre-order, for which matches yields true. Not deep: among the

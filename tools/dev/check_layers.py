@@ -14,7 +14,9 @@ import sys
 ROOMS = ("base", "xml", "host", "frame", "marks", "tree", "data", "outline", "import", "analysis",
          "report", "kit")
 WHOLE = ("base", "xml", "host", "kit")  # rooms that the list names as a whole
-FORBIDDEN = (("outline", "tree"), ("outline", "data"), ("import", "analysis"))
+FORBIDDEN = [("outline", "tree"), ("outline", "data"), ("import", "analysis")]
+# What belongs to the embedded host alone.
+FORBIDDEN += [(room, "xml") for room in ROOMS if room not in ("xml", "host")]
 STORE = re.compile(r"\buxhost\s*::\s*(Document|Element)\b")
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 

@@ -1,11 +1,11 @@
-#include "host/encodings.h"
+#include "xml/encodings.h"
 
 #include <algorithm>
 #include <array>
 
-#include "uxtree/host/string.h"
+#include "base/ascii.h"
 
-namespace uxhost {
+namespace ux::xml {
 namespace {
 
 // Characters of the bytes 0x80 to 0x9F in windows-1252; -1 is none.
@@ -15,9 +15,8 @@ constexpr std::array<int, 32> kWindows1252{
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, -1,     0x017E, 0x0178};
 
 bool is_one_of(const char* name, std::initializer_list<const char*> names) {
-    const CStringUTF8 text(name);
     return std::any_of(names.begin(), names.end(),
-                       [&](const char* known) { return text.CompareNoCase(known) == 0; });
+                       [&](const char* known) { return equal_no_case(name, known); });
 }
 
 }  // namespace
@@ -46,4 +45,4 @@ bool fill_encoding(const char* name, XML_Encoding& info) {
     return true;
 }
 
-}  // namespace uxhost
+}  // namespace ux::xml

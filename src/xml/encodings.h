@@ -3,7 +3,7 @@
 
 #include <expat.h>
 
-namespace uxhost {
+namespace ux::xml {
 
 // The encoding's name for a code page that undeclared input may be in; null when there is none,
 // as for UTF-8, which every input is tried as first.
@@ -12,4 +12,4 @@ const char* code_page_encoding(int codePage);
 // Fills in the characters of a single-byte encoding; false for an unknown name.
 bool fill_encoding(const char* name, XML_Encoding& info);
 
-}  // namespace uxhost
+}  // namespace ux::xml
