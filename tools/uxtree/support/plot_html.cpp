@@ -24,14 +24,20 @@ void write_numbers(Output& out, const std::vector<double>& values, bool exact) {
     out.write("]");
 }
 
-// A quoted string that may stand in a script element.
+// A quoted string that may stand in a script element: nothing in it ends the element or opens a
+// comment.
 std::string script_string(const std::string& text) {
-    std::string out = json_string(text);
-    for (std::size_t at = 0; (at = out.find("</", at)) != std::string::npos; at += 3) {
-        out.insert(at + 1, "\\");
-    }
-    for (std::size_t at = 0; (at = out.find("<!", at)) != std::string::npos; at += 6) {
-        out.replace(at, 1, "\\u003c");
+    const std::string quoted = json_string(text);
+    std::string out;
+    out.reserve(quoted.size());
+    for (std::size_t i = 0; i < quoted.size(); ++i) {
+        const char next = i + 1 < quoted.size() ? quoted[i + 1] : '\0';
+        if (quoted[i] == '<' && next == '!') {
+            out += "\\u003c";
+        } else {
+            out += quoted[i];
+            if (quoted[i] == '<' && next == '/') out += '\\';
+        }
     }
     return out;
 }
