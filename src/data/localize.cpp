@@ -1,3 +1,6 @@
+#include <atomic>
+#include <mutex>
+
 #include "uxtree/data/labels.h"
 #include "uxtree/host/services.h"
 
@@ -12,9 +15,15 @@ namespace {
 using LocalizeFunction = int(CStringUTF8* result, const char* text, int category);
 using CategoryFunction = int(int category, CStringUTF8* result);
 
-bool& block_localization() {
-    static bool blocked = false;
+std::atomic<bool>& block_localization() {
+    static std::atomic<bool> blocked{false};
     return blocked;
+}
+
+// Each thread's own, since callers read it after the call.
+CStringUTF8& result_of_this_thread() {
+    thread_local CStringUTF8 result;
+    return result;
 }
 
 // The host's message module, loaded when a text is first asked for. One failure, of loading or of
@@ -27,19 +36,21 @@ public:
     }
 
     const char* localize(const char* text) {
-        if (text == nullptr) return result_;
+        CStringUTF8& result = result_of_this_thread();
+        if (text == nullptr) return result;
         if (LocalizeFunction* const function = find(localize_, "LocalizeString")) {
-            function(&result_, text, 0);
+            function(&result, text, 0);
         } else {
-            result_ = text;
+            result = text;
         }
-        return result_;
+        return result;
     }
 
     const char* switch_category(int category) {
+        CStringUTF8& result = result_of_this_thread();
         CategoryFunction* const function = find(setCategory_, "SetCurrentCategory");
-        if (function != nullptr) function(category, &result_);
-        return result_;
+        if (function != nullptr) function(category, &result);
+        return result;
     }
 
 private:
@@ -47,6 +58,7 @@ private:
 
     template <typename Function>
     Function* find(Function*& known, const char* name) {
+        const std::lock_guard<std::mutex> lock(mutex_);
         if (known != nullptr || failed_) return known;
         if (module_ == nullptr) {
             module_ = open_runtime_module({UXGetHostServices().messageModule,
@@ -65,11 +77,11 @@ private:
         module_ = nullptr;
     }
 
+    std::mutex mutex_;
     void* module_ = nullptr;
     LocalizeFunction* localize_ = nullptr;
     CategoryFunction* setCategory_ = nullptr;
     bool failed_ = false;
-    CStringUTF8 result_;
 };
 
 }  // namespace
@@ -86,7 +98,7 @@ const char* _tree_localize(const char* text, int category) {
 }  // namespace ux
 
 bool VCTreeAccessBlockLocalization(bool* value, bool get) {
-    bool& blocked = block_localization();
+    std::atomic<bool>& blocked = block_localization();
     if (value != nullptr) {
         if (get) {
             *value = blocked;

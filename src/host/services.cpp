@@ -125,11 +125,8 @@ template <typename Function>
 void default_to(std::function<Function>& service, Function* fallback) {
     if (!service) service = fallback;
 }
-}  // namespace
 
-UXHostServices& UXGetHostServices() {
-    static UXHostServices services;
-    // At every call, so that a service that was taken away is the default one again.
+void fill_in(UXHostServices& services) {
     default_to(services.messageText, message_text);
     default_to(services.helpCategory, keep_category);
     default_to(services.wildcardMatch, wildcard_match);
@@ -137,5 +134,19 @@ UXHostServices& UXGetHostServices() {
     default_to(services.rangeSlots, default_slots);
     default_to(services.finishRange, finish_nothing);
     default_to(services.cleanName, clean_name);
+}
+
+UXHostServices default_services() {
+    UXHostServices services;
+    fill_in(services);
+    return services;
+}
+}  // namespace
+
+UXHostServices& UXGetHostServices() {
+    static UXHostServices services = default_services();
+    // At every call, so that a service that was taken away is the default one again. It writes only
+    // then, so calls of several threads go together.
+    fill_in(services);
     return services;
 }

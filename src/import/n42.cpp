@@ -61,10 +61,8 @@ int VCTree_n42_(UXXmlWrapperBase* tree, const char* path, CWBOStringArray* detec
 }
 
 int VCTree_n42_parse_LiveTimeDuration(int mode) {
-    int& option = n42_live_time_option();
-    const int previous = option;
-    if (mode >= 0) option = mode;
-    return previous;
+    std::atomic<int>& option = n42_live_time_option();
+    return mode >= 0 ? option.exchange(mode) : option.load();
 }
 
 extern "C" int uxtree_n42(UXXmlWrapperBase* tree, const char* path, UXScriptObject* detectors,

@@ -60,8 +60,8 @@ double energy_of(const std::vector<double>& coefficients, double x) {
 
 }  // namespace
 
-int& n42_live_time_option() {
-    static int option = kLiveTimeDefault;
+std::atomic<int>& n42_live_time_option() {
+    static std::atomic<int> option{kLiveTimeDefault};
     return option;
 }
 

@@ -1,6 +1,7 @@
 // What the readers of both N42 forms share.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -31,7 +32,7 @@ inline constexpr int kN42CannotRead = -9099;
 inline constexpr DWORD kN42Preview = 0x10000;
 
 // The process's setting for live times of gross counts; see VCTree_n42_parse_LiveTimeDuration.
-int& n42_live_time_option();
+std::atomic<int>& n42_live_time_option();
 
 // A reader of one N42 file. Open it, Read it, Build the tree from what was read. The loaded
 // document lives as long as the reader, and records refer to its elements: the channels of a

@@ -45,5 +45,7 @@ struct UXHostServices {
     int maxNesting = 10000;
 };
 
-// The process's services. A service that was set to nothing is the default one again.
+// The process's services. A service that was set to nothing is the default one again. Set services
+// while no other thread uses the libraries, and call this once more after setting one to nothing;
+// from then on any number of threads may use them at the same time.
 UXHOST_API UXHostServices& UXGetHostServices();
