@@ -9,10 +9,8 @@ die() { printf 'error: %s\n' "$*" >&2; exit 1; }
 # What building and testing takes; document_packages hold the real documents that both read.
 build_packages=(g++ cmake ninja-build libexpat1-dev libcli11-dev libfmt-dev nlohmann-json3-dev)
 test_packages=(clang libclang-rt-14-dev pkg-config python3 libgtest-dev libgmock-dev
-    librapidcheck-dev libxml2-dev locales)
+    librapidcheck-dev libxml2-dev locales chromium)
 document_packages=(shared-mime-info iso-codes unicode-cldr-core)
-# What one test uses that is skipped without it.
-browser_packages=(chromium)
 
 is_installed() {
     [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
@@ -67,11 +65,6 @@ install_packages() {
     fi
     quietly as_root apt-get update -q || note "apt-get update failed; trying the lists at hand"
     apt_install "${missing[@]}" || die "could not install ${missing[*]}"
-}
-
-# The same for packages that nothing stops without.
-try_packages() {
-    (install_packages "$@") || note "going on without $*"
 }
 
 # A compiler cache is used when there is one; nothing needs it.

@@ -1,4 +1,4 @@
-"""The page of n42 plot, as a browser draws it. Skipped where there is no Chromium."""
+"""The page of n42 plot, as a browser draws it. Cannot be tried without Chromium."""
 import pathlib
 import re
 import shutil

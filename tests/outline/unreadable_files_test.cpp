@@ -29,8 +29,15 @@ TEST(SAXTreeLayout, AFileWhoseReadingFailsIsEmpty) {
 }
 
 TEST(SAXTreeLayout, AFileThatCannotBeMappedIsEmpty) {
-    // A regular file with a size, which the kernel makes up while it is read.
-    const char* const path = "/sys/kernel/mm/transparent_hugepage/enabled";
-    if (!std::filesystem::exists(path)) GTEST_SKIP() << "no " << path;
-    EXPECT_EQ(outline_of(path, 1), kNothing);
+    // Regular files with a size, which the kernel makes up while they are read. Not every kernel
+    // has each of them.
+    int tried = 0;
+    for (const char* const path :
+         {"/sys/kernel/mm/transparent_hugepage/enabled", "/sys/devices/system/cpu/online",
+          "/sys/class/net/lo/mtu", "/sys/kernel/mm/ksm/run"}) {
+        if (!std::filesystem::is_regular_file(path)) continue;
+        ++tried;
+        EXPECT_EQ(outline_of(path, 1), kNothing) << path;
+    }
+    EXPECT_GT(tried, 0) << "no such file in /sys";
 }

@@ -1,0 +1,94 @@
+# The steps of scripts/test, one function each. Source it, do not run it.
+#
+# A new step is a function step_NAME and its name in one of the two lists. It says with `say` what
+# it does, ends the script with `die` when something is wrong, and calls `could_not_try` when it
+# lacks what it takes. The seconds behind a name are those of two cores without a compiler cache.
+short_steps=(
+    dev      # 400 s
+    clang    # 330 s
+    release  # 120 s
+)
+long_steps=(
+    tsan      # 150 s
+    libcxx    # 60 s
+    static    # 600 s
+    packages  # 120 s
+    huge      # 60 s
+)
+
+not_tried=()
+could_not_try() {
+    [ "${CI:-}" != true ] || die "could not be tried: $*"
+    not_tried+=("$*")
+    note "could not be tried: $*"
+}
+
+# Shows what failed and ctest's closing lines; the whole log stays beside the build.
+run_tests() {
+    local preset=$1 log=build/$1/ctest.log status=0 skipped
+    ctest --preset "$preset" -j "$(nproc)" >"$log" 2>&1 </dev/null || status=$?
+    grep -vE '^ +Start +[0-9]+: |^ *[0-9]+/[0-9]+ Test +#[0-9]+: .* Passed +[0-9.]+ sec$|^Test project ' \
+        "$log" | cat -s || true
+    [ "$status" = 0 ] || die "tests failed with preset $preset (whole log: $log)"
+    grep -q '^100% tests passed' "$log" || die "no tests ran with preset $preset (whole log: $log)"
+    skipped=$(sed -n 's/^[[:space:]]*[0-9]* - \(.*\) (\(Skipped\|Disabled\|Not Run\))$/\1/p' "$log")
+    [ -z "$skipped" ] || could_not_try "$preset: $(tr '\n' ' ' <<<"$skipped")"
+}
+
+# test_preset PRESET [TARGET...]: builds and tests; without targets, what the build preset names.
+test_preset() {
+    local preset=$1
+    shift
+    say "Building: $preset"
+    build "$preset" "$@"
+    say "Testing: $preset"
+    run_tests "$preset"
+}
+
+# gcc with sanitizers: everything.
+step_dev() { test_preset dev all all_verify_interface_header_sets; }
+
+# clang with sanitizers: the libraries and their tests.
+step_clang() { test_preset clang all all_verify_interface_header_sets; }
+
+# What is released, optimised: the libraries, the tool and the tests labelled for it.
+step_release() { test_preset release; }
+
+# Two threads with documents of their own, under ThreadSanitizer.
+step_tsan() { test_preset tsan; }
+
+# The libraries and a program that uses them with LLVM's standard library. The test programs are
+# left out: the libraries that they are linked with are built for the other one.
+step_libcxx() {
+    say "Building: libcxx"
+    install_packages libc++-14-dev libc++abi-14-dev
+    build libcxx
+    say "Testing: libcxx"
+    run_tests libcxx
+}
+
+# clang-tidy and the formatter over the libraries and the tool, shellcheck over the scripts.
+step_static() {
+    say "Checking the format"
+    install_packages clang-tidy-14 clang-format-14 shellcheck
+    git ls-files '*.h' '*.cpp' | grep -vxF include/uxtree/uxtree_c.h |  # made by a tool
+        xargs clang-format-14 --dry-run --Werror || die "format differs"
+    say "Checking scripts"
+    # Files that are sourced share variables and have no line that names the shell.
+    shellcheck -x -s bash -e SC1090,SC1091,SC2034,SC2065,SC2154,SC2164 scripts/bench \
+        scripts/coverage scripts/demo scripts/fuzz scripts/package scripts/test scripts/lib/*.sh \
+        .ci/run || die "shellcheck found something"
+    say "Checking with clang-tidy"
+    build tidy
+}
+
+# The Debian packages, as scripts/package makes and proves them.
+step_packages() { ./scripts/package; }
+
+# Documents far larger and deeper than people write, within bounds of time and memory.
+step_huge() {
+    say "Building: release"
+    build release
+    say "Testing: huge inputs"
+    tests/cli/huge_inputs.py build/release/tools/uxtree/uxtree
+}
