@@ -3,6 +3,9 @@
 # A new step is a function step_NAME and its name in one of the two lists. It says with `say` what
 # it does, ends the script with `die` when something is wrong, and calls `could_not_try` when it
 # lacks what it takes. The seconds behind a name are those of two cores without a compiler cache.
+#
+# There is no step for LLVM's standard library: version 14 of Debian 12 cannot read floating-point
+# numbers with std::from_chars, which the libraries rely on.
 short_steps=(
     dev      # 400 s
     clang    # 330 s
@@ -10,7 +13,6 @@ short_steps=(
 )
 long_steps=(
     tsan      # 150 s
-    libcxx    # 60 s
     static    # 600 s
     packages  # 120 s
     huge      # 60 s
@@ -56,16 +58,6 @@ step_release() { test_preset release; }
 
 # Two threads with documents of their own, under ThreadSanitizer.
 step_tsan() { test_preset tsan; }
-
-# The libraries and a program that uses them with LLVM's standard library. The test programs are
-# left out: the libraries that they are linked with are built for the other one.
-step_libcxx() {
-    say "Building: libcxx"
-    install_packages libc++-14-dev libc++abi-14-dev
-    build libcxx
-    say "Testing: libcxx"
-    run_tests libcxx
-}
 
 # clang-tidy and the formatter over the libraries and the tool, shellcheck over the scripts.
 step_static() {
