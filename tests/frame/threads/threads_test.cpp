@@ -87,7 +87,7 @@ TEST(Threads, LoadEditAndSaveDocumentsOfTheirOwn) {
             UXXmlWrapperBase root;
             EXPECT_EQ(root.load(file(thread).c_str(), 0, 0), 0);
             EXPECT_EQ(root.Save("/no/such/folder/t.xml", 0), 0);
-            const std::string reason = UXGetLastLoadError();
+            const std::string reason(UXGetLastLoadError());
             EXPECT_EQ(reason.find(file(thread)), 0u) << reason;
             return reason.substr(file(thread).size());
         },
