@@ -6,13 +6,13 @@
 #include "uxtree/tree/lookup.h"
 
 #include "analysis/ranges_detail.h"
-#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
 #include "frame/wrapping.h"
+#include "marks/names.h"
 
 using namespace ux;
 

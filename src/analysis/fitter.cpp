@@ -5,11 +5,11 @@
 #include "uxtree/analysis/ranges.h"
 #include "uxtree/tree/lookup.h"
 
-#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/messages.h"
 #include "frame/node_values.h"
 #include "frame/results.h"
+#include "marks/names.h"
 
 using namespace ux;
 

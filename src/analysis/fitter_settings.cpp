@@ -8,12 +8,12 @@
 #include "uxtree/tree/vectors.h"
 
 #include "analysis/fitter_detail.h"
-#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/script_args.h"
 #include "frame/text.h"
 #include "frame/walk.h"
 #include "frame/wrapping.h"
+#include "marks/names.h"
 
 using namespace ux;
 

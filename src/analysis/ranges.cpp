@@ -3,13 +3,13 @@
 #include "uxtree/data/ids.h"
 
 #include "analysis/ranges_detail.h"
-#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/messages.h"
 #include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/text.h"
 #include "frame/walk.h"
+#include "marks/names.h"
 
 using namespace ux;
 

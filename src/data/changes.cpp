@@ -2,14 +2,14 @@
 
 #include <vector>
 
-#include "data/change_mark.h"
 #include "data/ids_detail.h"
-#include "data/names.h"
 #include "data/values_detail.h"
 #include "frame/guards.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
+#include "marks/change_mark.h"
+#include "marks/names.h"
 
 using namespace ux;
 

@@ -5,13 +5,13 @@
 #include <unordered_set>
 
 #include "data/ids_detail.h"
-#include "data/names.h"
 #include "data/values_detail.h"
 #include "frame/guards.h"
 #include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/walk.h"
 #include "frame/wrapping.h"
+#include "marks/names.h"
 
 using namespace ux;
 

@@ -3,7 +3,7 @@
 #include <array>
 #include <string_view>
 
-#include "data/names.h"
+#include "marks/names.h"
 
 namespace ux {
 namespace {

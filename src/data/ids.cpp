@@ -2,37 +2,21 @@
 
 #include "data/id_index.h"
 #include "data/ids_detail.h"
-#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/wrapping.h"
+#include "marks/ids.h"
+#include "marks/names.h"
 
 using namespace ux;
 
 namespace {
 
-constexpr char kRepeatId[] = "RepeatID";
-constexpr char kRepeatNodeId[] = "RepeatNodeID";
-
-constexpr int kLargestRepeat = 32767;          // what the getters accept
-constexpr int kLargestCombinedRepeat = 32766;  // what can be combined
+constexpr int kLargestCombinedRepeat = 32766;  // what can be combined, one less than is read
 constexpr int kLargestCombinedId = 0xFFFF;
 
 constexpr unsigned kLow16 = 0xFFFF;
-
-int read_marker(const UXXmlWrapperBase& node, const char* name, int lowest, int& out) {
-    out = int_attribute_of(node, name, -1);
-    return out >= lowest && out <= kLargestRepeat ? kOk : kFail;
-}
-
-int write_marker(UXXmlWrapperBase& node, const char* name, int id) {
-    return id >= 1 ? node.SetPropertyValue(name, id) : node.RemoveProperty(name);
-}
-
-unsigned one_set_high_word(unsigned short set) {
-    return (set | kOneSetBit) & kLow16;
-}
 
 }  // namespace
 
@@ -41,7 +25,7 @@ namespace ux {
 int _tree_combine_id_with_repeat_id(UXXmlWrapperBase& node, int& dataId, int& repeatOut,
                                     int inheritedRepeat) {
     int own = -1;
-    if (VCTreeGetRepeatId(node, own)) {
+    if (read_repeat_id(node, own)) {
         // Intended: 32767 is read as a RepeatID and then refused, whatever is inherited.
         if (own > kLargestCombinedRepeat) return kRepeatInvalid;
         if (inheritedRepeat < 1) {
@@ -64,7 +48,7 @@ int _tree_combine_id_with_repeat_id(UXXmlWrapperBase& node, int& dataId, int& re
 
 int _tree_apply_repeat_node_id(UXXmlWrapperBase& node, int& dataId) {
     int marker = -1;
-    if (dataId < 0 || !VCTreeGetRepeatNodeId(node, marker)) return kIdUnchanged;
+    if (dataId < 0 || !read_repeat_node_id(node, marker)) return kIdUnchanged;
     if (marker > kLargestCombinedRepeat) return kRepeatInvalid;
     // Intended: only the low byte of a RepeatNodeID counts; from 128 on it makes the identifier
     // negative, which no leaf is collected or set by.
@@ -130,7 +114,7 @@ void format_duplicate_id(int id, int inheritedRepeat, CStringUTF8& errorText) {
 }
 
 TransportId read_id(const UXXmlWrapperBase& node, const char* idAttribute, int inheritedRepeat) {
-    return {int_attribute_of(node, idAttribute, -1), inheritedRepeat};
+    return {read_data_id(node, idAttribute), inheritedRepeat};
 }
 
 bool combine_with_repeat(UXXmlWrapperBase& node, int inheritedRepeat, TransportId& out,
@@ -151,23 +135,23 @@ bool combine_with_repeat_node(UXXmlWrapperBase& node, TransportId& out, CStringU
 }  // namespace ux
 
 int VCTreeGetRepeatId(UXXmlWrapperBase& node, int& out) {
-    return at_boundary(kFail, [&] { return read_marker(node, kRepeatId, 0, out); });
+    return at_boundary(kFail, [&] { return read_repeat_id(node, out); });
 }
 
 int VCTreeSetRepeatId(UXXmlWrapperBase& node, int id) {
-    return at_boundary(kFail, [&] { return write_marker(node, kRepeatId, id); });
+    return at_boundary(kFail, [&] { return write_repeat_id(node, id); });
 }
 
 int VCTreeGetRepeatNodeId(UXXmlWrapperBase& node, int& out) {
-    return at_boundary(kFail, [&] { return read_marker(node, kRepeatNodeId, 1, out); });
+    return at_boundary(kFail, [&] { return read_repeat_node_id(node, out); });
 }
 
 int VCTreeSetRepeatNodeId(UXXmlWrapperBase& node, int id) {
-    return at_boundary(kFail, [&] { return write_marker(node, kRepeatNodeId, id); });
+    return at_boundary(kFail, [&] { return write_repeat_node_id(node, id); });
 }
 
 extern "C" int uxtree_make_one_set_ID(unsigned short index, unsigned short set) {
-    return static_cast<int>(one_set_high_word(set) << 16 | index);
+    return one_set_id(index, set);
 }
 
 extern "C" int uxtree_is_ID_in_one_set(int id, unsigned short set) {

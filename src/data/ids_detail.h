@@ -6,10 +6,6 @@
 
 namespace ux {
 
-// Marks the high word of an identifier that is made of a set and an index; see
-// uxtree_make_one_set_ID.
-inline constexpr unsigned kOneSetBit = 0x2000;
-
 // The codes of both combining rules; 1 and 2 occur in the first one only.
 enum : int {
     kIdUnchanged = 0,

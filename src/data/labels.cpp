@@ -8,13 +8,13 @@
 #include "uxtree/tree/lookup.h"
 
 #include "data/labels_detail.h"
-#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/text.h"
 #include "frame/walk.h"
+#include "marks/names.h"
 
 using namespace ux;
 

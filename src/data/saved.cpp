@@ -5,12 +5,12 @@
 #include <cstring>
 #include <string_view>
 
-#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
+#include "marks/names.h"
 
 using namespace ux;
 

@@ -1,13 +1,13 @@
 #include "uxtree/data/values.h"
 
 #include "data/id_index.h"
-#include "data/names.h"
 #include "data/values_detail.h"
 #include "frame/guards.h"
 #include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
+#include "marks/names.h"
 
 using namespace ux;
 

@@ -1,15 +1,15 @@
-#include "uxtree/analysis/auto_support.h"
 #include "uxtree/host/services.h"
 
 #include "data/embedded.h"
 #include "data/id_index.h"
 #include "data/ids_detail.h"
 #include "data/level_walk.h"
-#include "data/names.h"
 #include "data/values_detail.h"
 #include "frame/guards.h"
 #include "frame/results.h"
 #include "frame/wrapping.h"
+#include "marks/auto_text.h"
+#include "marks/names.h"
 
 namespace ux {
 namespace {
@@ -19,7 +19,7 @@ void apply_missing_settings(UXXmlWrapperBase& node, const EmbeddedNames& names, 
     // Intended: a formula lasts only as long as the values that carry it.
     if (!names.dynaFx) node.RemoveProperty(kDynaFx);
     if ((callFlags & kResetAutomatic) != 0 && !names.automatic) {
-        vctree_check_reset_auto_support(node);
+        switch_auto_off(node);
     }
     if ((callFlags & kCheckDynaUse) != 0 && !names.dynaUseCheck &&
         node.HasProperty(kDynaUseCheck, 0)) {

@@ -2,8 +2,7 @@
 
 #include <cstdarg>
 
-#include "uxtree/tree/lookup.h"
-
+#include "frame/child_by_tag.h"
 #include "frame/guards.h"
 #include "frame/results.h"
 
@@ -15,9 +14,10 @@ namespace {
 // when that fails.
 bool step_to_child(UXXmlWrapperBase& node, const char* tag, bool create) {
     UXXmlWrapperBase child;
-    const int found =
-        create ? uxtree_tree_check_get_node(&child, &node, tag, 0) : node.FindChild(tag, &child, 1);
-    if (!found) return false;
+    if (create ? !usable(node) || !find_or_add_child(child, node, tag)
+               : !node.FindChild(tag, &child, 1)) {
+        return false;
+    }
     node = child;
     return true;
 }

@@ -8,12 +8,12 @@
 
 #include "uxtree/data/key_values.h"
 
-#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
+#include "marks/names.h"
 
 using namespace ux;
 

@@ -9,10 +9,10 @@
 #include <utility>
 #include <vector>
 
-#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/node_values.h"
 #include "frame/walk.h"
+#include "marks/names.h"
 
 using namespace ux;
 

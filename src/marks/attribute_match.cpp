@@ -1,27 +1,17 @@
-#include "uxtree/data/attribute_match.h"
+#include "marks/attribute_match.h"
 
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
-#include "data/names.h"
-#include "frame/guards.h"
 #include "frame/results.h"
 #include "frame/walk.h"
 
-using namespace ux;
-
+namespace ux {
 namespace {
 
-struct Options {
-    const char* targetAttribute;
-    const char* matchAttribute;
-    const char* extraAttribute;  // null for none
-    bool recursive;
-    bool all;
-    bool caseSensitive;
-};
+using Options = MatchOptions;
 
 // What one source leaf writes into the nodes that match it.
 struct Transfer {
@@ -146,25 +136,16 @@ bool writes_match_attribute(const Options& options) {
 
 }  // namespace
 
-extern "C" int uxtree_copy_values_to_attributes_by_attribute_matching(
-    UXXmlWrapperBase* source, UXXmlWrapperBase* target, const char* targetAttribute,
-    const char* matchAttribute, const char* extraAttribute, int recursive, int all,
-    int caseSensitive) {
-    return at_boundary(kFail, [&] {
-        if (!usable(source) || !usable(target)) return kFail;
-        const Options options{text_or(targetAttribute, kShow),
-                              text_or(matchAttribute, kDataId),
-                              given(extraAttribute) ? extraAttribute : nullptr,
-                              recursive != 0,
-                              all != 0,
-                              caseSensitive != 0};
-        if (writes_match_attribute(options)) {
-            return transfer_leaves(*source, options, [&](const Transfer& transfer) {
-                return search_by_walk(*target, transfer, options);
-            });
-        }
-        TargetIndex index(*target, options);
-        return transfer_leaves(*source, options,
-                               [&](const Transfer& transfer) { return index.search(transfer); });
-    });
+int copy_matching_values(const UXXmlWrapperBase& source, const UXXmlWrapperBase& target,
+                         const MatchOptions& options) {
+    if (writes_match_attribute(options)) {
+        return transfer_leaves(source, options, [&](const Transfer& transfer) {
+            return search_by_walk(target, transfer, options);
+        });
+    }
+    TargetIndex index(target, options);
+    return transfer_leaves(source, options,
+                           [&](const Transfer& transfer) { return index.search(transfer); });
 }
+
+}  // namespace ux

@@ -9,13 +9,14 @@
 
 #include "data/ids_detail.h"
 #include "data/labels_detail.h"
-#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/text.h"
 #include "frame/walk.h"
 #include "frame/wrapping.h"
+#include "marks/ids.h"
+#include "marks/names.h"
 
 using namespace ux;
 

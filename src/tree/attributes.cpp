@@ -3,15 +3,14 @@
 #include <string_view>
 #include <utility>
 
-#include "uxtree/analysis/auto_support.h"
-#include "uxtree/data/attribute_match.h"
-
-#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
+#include "marks/attribute_match.h"
+#include "marks/auto_text.h"
+#include "marks/names.h"
 #include "tree/text_set_detail.h"
 
 using namespace ux;
@@ -95,7 +94,7 @@ public:
     void operator()(UXXmlWrapperBase& node) const {
         // Intended: "Auto" switches the automatic support on, whatever the value says.
         if (switchesAuto_) {
-            vctree_set_auto_support(node, 1, nullptr, -1);
+            write_auto(node, kAutoOn, nullptr, kKeepAutoCount);
         } else {
             node.SetPropertyValue(name_, value_);
         }
@@ -203,8 +202,8 @@ bool VCTreeSetAttributes(UXXmlWrapperBase* tree, const CArray<int, int>* ids, co
         UXXmlWrapperBase source = tree_of_ids(*ids, value, key);
         // Intended: the result is that of the last identifier searched for, so it may be false
         // although nodes were set.
-        return uxtree_copy_values_to_attributes_by_attribute_matching(
-                   &source, tree, attribute, key, nullptr, 1, 1, flag ? 1 : 0) != 0;
+        return copy_matching_values(
+                   source, *tree, {text_or(attribute, kShow), key, nullptr, true, true, flag}) != 0;
     });
 }
 

@@ -8,7 +8,6 @@
 #include <utility>
 #include <vector>
 
-#include "uxtree/data/ids.h"
 #include "uxtree/tree/lookup.h"
 
 #include "frame/guards.h"
@@ -16,6 +15,7 @@
 #include "frame/script_args.h"
 #include "frame/text.h"
 #include "frame/walk.h"
+#include "marks/ids.h"
 #include "tree/text_set_detail.h"
 
 using namespace ux;
@@ -282,7 +282,7 @@ bool uxtree_check_add_all_enumerated_nodes(UXXmlWrapperBase* parent, const char*
             if (maxChildren >= 0 && parent->GetNodeCount() >= maxChildren) break;
             const auto number = static_cast<std::uint32_t>(first + i);  // wraps like an int
             const CStringUTF8 tag = numbered_tag(prefix, static_cast<int>(number));
-            const int id = uxtree_make_one_set_ID(static_cast<unsigned short>(number), set);
+            const int id = one_set_id(static_cast<unsigned short>(number), set);
             UXXmlWrapperBase child = family.find_or_add(first + i, tag, id);
             child.SetLabel(label_for(i, labels, label, tag));
             child.NodeValue(list->ElementAt(i), 0);

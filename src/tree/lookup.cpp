@@ -2,14 +2,14 @@
 
 #include <vector>
 
-#include "uxtree/data/ids.h"
-
-#include "data/names.h"
+#include "frame/child_by_tag.h"
 #include "frame/guards.h"
 #include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
+#include "marks/ids.h"
+#include "marks/names.h"
 
 using namespace ux;
 
@@ -140,9 +140,9 @@ bool has_int(const UXXmlWrapperBase& node, const char* name, int wanted) {
     return node.GetPropertyValue(name, value, 0) && value == wanted;
 }
 
-bool has_repeat_id(UXXmlWrapperBase& node, int wanted) {
+bool has_repeat_id(const UXXmlWrapperBase& node, int wanted) {
     int value = 0;
-    VCTreeGetRepeatId(node, value);
+    read_repeat_id(node, value);
     return value > 0 && value == wanted;
 }
 
@@ -522,9 +522,7 @@ int uxtree_tree_check_get_node(UXXmlWrapperBase* out, UXXmlWrapperBase* parent, 
                                int id, const char* attrName, const char* attrValue, int findFlag) {
     return at_boundary(kFail, [&] {
         if (out == nullptr || !usable(parent)) return kFail;
-        UXXmlWrapperBase place = *parent;  // out may be the parent's own handle
-        if (!place.FindChild(tag, out, findFlag)) place.AddNode(out, tag, id == 0 ? -1 : id);
-        if (!usable(out)) return kFail;
+        if (!find_or_add_child(*out, *parent, tag, id, findFlag)) return kFail;
         if (given(attrName) && given(attrValue)) {
             out->SetPropertyValue(attrName, CStringUTF8(attrValue));
         }

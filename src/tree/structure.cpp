@@ -7,7 +7,6 @@
 
 #include "uxtree/tree/lookup.h"
 
-#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/node_values.h"
 #include "frame/results.h"
@@ -15,6 +14,7 @@
 #include "frame/text.h"
 #include "frame/walk.h"
 #include "frame/wrapping.h"
+#include "marks/names.h"
 #include "tree/edit_walk_detail.h"
 #include "tree/text_set_detail.h"
 

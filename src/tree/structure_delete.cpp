@@ -1,10 +1,10 @@
 // Removing and hiding nodes chosen by an attribute or by being empty.
 #include "uxtree/tree/structure.h"
 
-#include "data/names.h"
 #include "frame/guards.h"
 #include "frame/results.h"
 #include "frame/walk.h"
+#include "marks/names.h"
 #include "tree/edit_walk_detail.h"
 
 using namespace ux;

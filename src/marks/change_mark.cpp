@@ -1,6 +1,6 @@
-#include "data/change_mark.h"
+#include "marks/change_mark.h"
 
-#include "data/names.h"
+#include "marks/names.h"
 
 namespace ux {
 
