@@ -23,6 +23,14 @@ import/n42
 analysis/ranges
 """
 
+VOCABULARY = """// Marks.
+// The names of codes:
+//
+//   none  There is none.
+//   lost  It got lost.
+#define UX_RETURNS(...)
+"""
+
 
 def run(script, *arguments):
     command = [sys.executable, str(TOOLS / script), *map(str, arguments)]
@@ -190,8 +198,11 @@ class DerivedFiles(Folder):
         super().setUp()
         self.header = "// Things.\n#pragma once\n\n"
         self.header += "// Counts things. 0 when there are none.\n"
-        self.header += "UXTREE_API int vc_count(Tree& tree,\n                        int kind);\n"
-        self.header += 'extern "C" {\n// Script form.\nUXTREE_API int ux_count(int kind = 0);\n}\n'
+        self.header += "UXTREE_API int vc_count(UX_IN Tree& tree,\n                        int kind)\n"
+        self.header += "    UX_RETURNS(count, none = 0);\n"
+        self.header += 'extern "C" {\n// Script form.\nUXTREE_API int ux_count(int kind = 0) '
+        self.header += "UX_RETURNS(count, none = 0, lost = -1);\n}\n"
+        self.write("include/uxtree/frame/annotate.h", VOCABULARY)
         self.write("docs/entry_points.txt", "native\tvc_count\tT\nscript\tux_count\tT\n")
         command = 'int count() {\n    return ux_count();\n}\n'
         command += 'const Command kCount{"count all", "Count",\n    [] { return count(); }};\n'
@@ -207,7 +218,7 @@ class DerivedFiles(Folder):
     def test_reference_has_declarations_comments_and_commands(self):
         self.make("make_reference.py")
         text = self.read("docs/reference.md")
-        self.assertIn("int vc_count(Tree& tree,\n             int kind);\n", text)
+        self.assertIn("int vc_count(Tree& tree, int kind);\n", text)
         self.assertIn("Counts things. 0 when there are none.", text)
         self.assertIn("Commands: `uxtree count all`", text)
 
@@ -232,6 +243,69 @@ class DerivedFiles(Folder):
             code, output = run(script, "--check", self.root)
             self.assertEqual(code, 1)
             self.assertIn("is stale", output)
+
+
+class Annotations(Folder):
+    """What the header reader refuses."""
+
+    def problem(self, declaration):
+        self.write("include/uxtree/frame/annotate.h", VOCABULARY)
+        self.write("include/uxtree/tree/things.h", f"// Things.\n\n// A thing.\n{declaration}\n")
+        return run("make_c_header.py", self.root)[1].strip().removeprefix("uxtree/tree/things.h: ")
+
+    def test_every_kind_of_parameter_is_fine(self):
+        declaration = """UXTREE_API int f(
+            UX_EDITS UXXmlWrapperBase* a, UX_OPT UX_OUT UX_STRINGS UXScriptObject* b,
+            UX_NULL_COUNTS const char* c, UX_OPT UX_FILE const char* d, UX_APPENDS CArray<int, int>& e,
+            const Point& f, std::function<bool(Tree&)> g, int h UX_BITS(x = 0x10, y = 2) = 0, ...)
+            UXTREE_SENTINEL UX_RETURNS(count, none = 0, lost = other) UX_BLOCKS;"""
+        self.assertEqual(self.problem(declaration), "")
+
+    def test_what_is_missing_is_named(self):
+        for declaration, problem in (
+            ("void f(int* a);", "f: parameter a has no direction"),
+            ("void f(Tree& a);", "f: parameter a has no direction"),
+            ("void f(const char* a);", "f: parameter a has no direction"),
+            ("void f(UX_OUT UXScriptObject* a);", "f: parameter a needs the type of its elements"),
+            ("int f();", "f: the result has no UX_RETURNS"),
+            ("int f() UX_RETURNS(count);", 'f: "count" needs the codes of failures'),
+        ):
+            self.assertEqual(self.problem("UXTREE_API " + declaration), problem)
+
+    def test_contradictions_are_named(self):
+        for declaration, problem in (
+            ("void f(UX_OUT int a);", "is passed by value, so no annotation fits it"),
+            ("void f(UX_OUT const char* a);", 'is constant, so it is not "out"'),
+            ("void f(UX_EDITS int* a);", "is no handle of a tree that could be edited"),
+            ("void f(UX_OUT_RELEASED int* a);", "is no handle that could be released"),
+            ("void f(UX_APPENDS int* a);", "is no array that could be added to"),
+            ("void f(UX_IN UX_INTS int* a);", "is no script array"),
+            ("void f(UX_OPT UX_OUT int& a);", "is a reference, which is never null"),
+            ("void f(UX_OUT UX_NULL_COUNTS int* a);", "is no text"),
+            ("void f(UX_OUT UX_FILE int* a);", "is no name of a file"),
+            ("void f(UX_OUT UX_MAY_BE_INVALID int* a);", "is no handle"),
+        ):
+            self.assertEqual(self.problem("UXTREE_API " + declaration), f"f: parameter a {problem}")
+
+    def test_what_nobody_knows_is_named(self):
+        for declaration, problem in (
+            ("void f(UX_SIDEWAYS int* a);", "parameter a: UX_SIDEWAYS does not fit"),
+            ("void f(UX_IN UX_OUT int* a);", "parameter a: UX_OUT does not fit"),
+            ("void f(UX_OPT UX_NULL_COUNTS const char* a);",
+             "parameter a: UX_NULL_COUNTS says optional already"),
+            ("int f() UX_RETURNS(maybe, none = 0);", '"maybe" is no kind of result'),
+            ("int f() UX_RETURNS(count, odd = 0);", "uxtree/frame/annotate.h does not say what odd means"),
+            ("int f() UX_RETURNS(count, none = 0, lost = 0);", "a code has two names"),
+            ("int f() UX_RETURNS(count, none);", 'expected name = value, not "none"'),
+            ("void f() UX_RETURNS(done, none = 0);", "there is no result for UX_RETURNS"),
+        ):
+            self.assertEqual(self.problem("UXTREE_API " + declaration), f"f: {problem}")
+
+    def test_names_of_codes_that_nothing_uses_are_refused(self):
+        self.write("include/uxtree/tree/things.h", "// T.\n\n// A.\nUXTREE_API void f();\n")
+        self.write("include/uxtree/frame/annotate.h", VOCABULARY)
+        self.write("docs/entry_points.txt", "native\tf\tT\n")
+        self.assertIn("nothing yields the code lost", run("make_reference.py", self.root)[1])
 
 
 class CheckExports(Folder):

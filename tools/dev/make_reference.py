@@ -14,7 +14,7 @@ import re
 import sys
 
 from entry_points import read_entry_points
-from public_headers import EXPORT, read_headers, write_or_compare
+from public_headers import EXPORT, plain_parameter, read_headers, read_vocabulary, write_or_compare
 
 HEAD = """\
 # Reference
@@ -108,16 +108,23 @@ def comment(lines):
 
 
 def code(declaration):
-    """A declaration without the marks of the library; its lines stay aligned."""
-    lines = [line.replace(" UXTREE_SENTINEL", "") for line in declaration.lines]
-    if declaration.is_script:
-        mark = 'extern "C" '  # as long as the mark that it replaces
-    else:
-        mark = ""
-        shift = len(EXPORT) + 1
-        deep = " " * (shift + 4)
-        lines = [line[shift:] if line.startswith(deep) else line for line in lines]
-    return [lines[0].replace(EXPORT + " ", mark), *lines[1:]]
+    """A declaration without the marks of the library and without annotations."""
+    if declaration.is_class():
+        return [line.replace(EXPORT + " ", "") for line in declaration.lines]
+    mark = 'extern "C" ' if declaration.is_script else ""
+    start = f"{mark}{declaration.result} {declaration.name}("
+    parameters = [plain_parameter(each) for each in declaration.parameters]
+    whole = start + ", ".join(parameters) + ");"
+    if len(whole) <= 100:
+        return [whole]
+    lines = [start]
+    for place, parameter in enumerate(parameters):
+        last = place + 1 == len(parameters)
+        piece = parameter + (");" if last else ", ")
+        if len((lines[-1] + piece).rstrip()) > 100:
+            lines.append("    ")
+        lines[-1] += piece
+    return [line.rstrip() for line in lines]
 
 
 def summary(about):
@@ -155,6 +162,13 @@ def reference(headers, commands):
     return "\n".join(parts).rstrip() + "\n"
 
 
+def unused_codes(source, headers):
+    used = {
+        code for header in headers for each in header.declarations() for code, _ in each.returns.codes
+    }
+    return [name for name in read_vocabulary(source / "include") if name not in used]
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--check", action="store_true", help="compare instead of writing")
@@ -173,6 +187,7 @@ def main():
         if not group.comment
         for each in group.declarations
     ]
+    problems += [f"nothing yields the code {name}" for name in unused_codes(options.source, headers)]
     text = reference(headers, commands_by_entry_point(options.source, names))
     if not write_or_compare(options.source / "docs" / "reference.md", text, options.check):
         problems.append("docs/reference.md is stale: run tools/dev/make_reference.py .")

@@ -17,7 +17,8 @@ extern "C" {
 // nodes behind the last branch of target it entered. A recursive pass over a branch of source that
 // holds no leaf to match ends with 0. 0 also for an unusable tree.
 UXTREE_API int uxtree_copy_values_to_attributes_by_attribute_matching(
-    UXXmlWrapperBase* source, UXXmlWrapperBase* target, const char* targetAttribute,
-    const char* matchAttribute, const char* extraAttribute, int recursive, int all,
-    int caseSensitive);
+    UX_IN UXXmlWrapperBase* source, UX_EDITS UXXmlWrapperBase* target,
+    UX_OPT const char* targetAttribute, UX_OPT const char* matchAttribute,
+    UX_OPT const char* extraAttribute, int recursive, int all, int caseSensitive)
+    UX_RETURNS(yes, no = 0);
 }

@@ -15,37 +15,55 @@
 //
 // False, with target untouched, when target is unusable, an array is null or empty, or the arrays
 // differ in length. Entries added before a later failure stay.
-UXTREE_API bool vctree_save_values_with_ids(UXXmlWrapperBase* target, CArray<int, int>* ids,
-                                            CWBOStringArray* values, const char* comment,
-                                            CWBOStringArray* labels);
+UXTREE_API bool vctree_save_values_with_ids(UX_EDITS UXXmlWrapperBase* target,
+                                            UX_IN CArray<int, int>* ids,
+                                            UX_IN CWBOStringArray* values,
+                                            UX_NULL_COUNTS const char* comment,
+                                            UX_OPT UX_IN CWBOStringArray* labels)
+    UX_RETURNS(done, not_done = 0);
 // Builds the document and saves it as an XML file. 1 when it was written; otherwise 0, and the old
 // file is whole. Pass a typed null for a missing path: the overloads differ in it alone.
-UXTREE_API int vctree_save_values_with_ids(const char* path, CArray<int, int>* ids,
-                                           CWBOStringArray* values, const char* comment,
-                                           CWBOStringArray* labels);
+UXTREE_API int vctree_save_values_with_ids(UX_FILE const char* path, UX_IN CArray<int, int>* ids,
+                                           UX_IN CWBOStringArray* values,
+                                           UX_NULL_COUNTS const char* comment,
+                                           UX_OPT UX_IN CWBOStringArray* labels)
+    UX_RETURNS(done, not_done = 0);
 // Empties ids and values, and fills them from a saved document. comment may be null and is
 // untouched when the file has none. False when the file cannot be loaded or an argument is missing.
-UXTREE_API bool vctree_read_values_with_ids(const char* path, CArray<int, int>* ids,
-                                            CWBOStringArray* values, CStringUTF8* comment);
+UXTREE_API bool vctree_read_values_with_ids(UX_FILE const char* path, UX_OUT CArray<int, int>* ids,
+                                            UX_OUT CWBOStringArray* values,
+                                            UX_OPT UX_OUT CStringUTF8* comment)
+    UX_RETURNS(done, not_done = 0);
 // The tree form of saving, without labels; an invalid target gets a document of its own.
-UXTREE_API bool vctree_set_theme(UXXmlWrapperBase* target, CArray<int, int>* ids,
-                                 CWBOStringArray* values, const char* comment);
+UXTREE_API bool vctree_set_theme(UX_MAY_BE_INVALID UX_EDITS UXXmlWrapperBase* target,
+                                 UX_IN CArray<int, int>* ids, UX_IN CWBOStringArray* values,
+                                 UX_NULL_COUNTS const char* comment) UX_RETURNS(done, not_done = 0);
 // Appends the document's entries to the arrays. The identifier is the number at the start of the
 // tag behind "node"; a tag without a number there gives 0. The document's own tag is not looked at.
 // comment and labels may be null; comment is untouched when there is none.
-UXTREE_API void vctree_get_theme(UXXmlWrapperBase* document, CArray<int, int>* ids,
-                                 CWBOStringArray* values, CStringUTF8* comment,
-                                 CWBOStringArray* labels);
+UXTREE_API void vctree_get_theme(UX_IN UXXmlWrapperBase* document, UX_APPENDS CArray<int, int>* ids,
+                                 UX_APPENDS CWBOStringArray* values,
+                                 UX_OPT UX_OUT CStringUTF8* comment,
+                                 UX_OPT UX_APPENDS CWBOStringArray* labels);
 extern "C" {
 // Script form of saving into a tree; 0 also when an object is no such array.
-UXTREE_API int uxtree_save_values_with_ids(UXXmlWrapperBase* target, UXScriptObject* ids,
-                                           UXScriptObject* values, const char* comment,
-                                           UXScriptObject* labels);
+UXTREE_API int uxtree_save_values_with_ids(UX_EDITS UXXmlWrapperBase* target,
+                                           UX_INTS UXScriptObject* ids,
+                                           UX_STRINGS UXScriptObject* values,
+                                           UX_NULL_COUNTS const char* comment,
+                                           UX_OPT UX_STRINGS UXScriptObject* labels)
+    UX_RETURNS(done, not_done = 0);
 // Script form of saving into a file.
-UXTREE_API int uxtree_tree_save_values_with_ids(const char* path, UXScriptObject* ids,
-                                                UXScriptObject* values, const char* comment,
-                                                UXScriptObject* labels);
+UXTREE_API int uxtree_tree_save_values_with_ids(UX_FILE const char* path,
+                                                UX_INTS UXScriptObject* ids,
+                                                UX_STRINGS UXScriptObject* values,
+                                                UX_NULL_COUNTS const char* comment,
+                                                UX_OPT UX_STRINGS UXScriptObject* labels)
+    UX_RETURNS(done, not_done = 0);
 // Script form of reading a file.
-UXTREE_API int uxtree_tree_read_values_with_ids(const char* path, UXScriptObject* ids,
-                                                UXScriptObject* values, CStringUTF8* comment);
+UXTREE_API int uxtree_tree_read_values_with_ids(UX_FILE const char* path,
+                                                UX_OUT UX_INTS UXScriptObject* ids,
+                                                UX_OUT UX_STRINGS UXScriptObject* values,
+                                                UX_OPT UX_OUT CStringUTF8* comment)
+    UX_RETURNS(done, not_done = 0);
 }

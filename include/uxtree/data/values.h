@@ -32,10 +32,10 @@
 //                    none is reported in it.
 //
 // Returns the number of entries; -1 for an unusable tree or null arrays.
-UXTREE_API int vctree_get_values_with_ids(UXXmlWrapperBase* tree, CArray<int, int>* ids,
-                                          CWBOStringArray* values, int recursive, int onlyChanged,
-                                          int inheritedRepeat, const char* idAttribute,
-                                          int themeFlag, CStringUTF8* errorText);
+UXTREE_API int vctree_get_values_with_ids(
+    UX_EDITS UXXmlWrapperBase* tree, UX_OUT CArray<int, int>* ids, UX_OUT CWBOStringArray* values,
+    int recursive, int onlyChanged, int inheritedRepeat, UX_OPT const char* idAttribute,
+    int themeFlag, UX_OPT UX_OUT CStringUTF8* errorText) UX_RETURNS(count, unusable = -1);
 // Writes values into the nodes below tree that carry their identifiers. Every node of an identifier
 // is written; of equal identifiers in the array the first one counts.
 //
@@ -50,40 +50,59 @@ UXTREE_API int vctree_get_values_with_ids(UXXmlWrapperBase* tree, CArray<int, in
 //   -3  the arrays differ in length
 //   -4  an identifier stands twice in ids
 //   -5  a node breaks the rules of repeated identifiers; values written before it stay
-UXTREE_API int vctree_set_values_by_ids(UXXmlWrapperBase* tree, CArray<int, int>* ids,
-                                        CWBOStringArray* values, int inheritedRepeat,
-                                        int* duplicate, int setMode, const char* idAttribute,
-                                        CStringUTF8* errorText);
+UXTREE_API int vctree_set_values_by_ids(UX_EDITS UXXmlWrapperBase* tree,
+                                        UX_IN CArray<int, int>* ids, UX_IN CWBOStringArray* values,
+                                        int inheritedRepeat, UX_OPT UX_OUT int* duplicate,
+                                        int setMode, UX_OPT const char* idAttribute,
+                                        UX_OPT UX_OUT CStringUTF8* errorText)
+    UX_RETURNS(count, unusable = -1, empty_array = -2, lengths_differ = -3, duplicate_id = -4,
+               broken_repeat_rule = -5);
 // Empties the value of every leaf below tree that has a "DataID" other than -1. Returns their
 // number; -1 for an unusable tree.
-UXTREE_API int vctree_empty_values_with_ids(UXXmlWrapperBase* tree);
+UXTREE_API int vctree_empty_values_with_ids(UX_EDITS UXXmlWrapperBase* tree)
+    UX_RETURNS(count, unusable = -1);
 // Writes values into the leaves below tree by their attribute "NodeID", without any combination.
 // Returns the number of leaves written, or -1 for an unusable tree or null arrays, -2 when an array
 // is empty, -3 when the arrays differ in length.
-UXTREE_API int vctree_set_values_by_nodeids(UXXmlWrapperBase* tree, CArray<int, int>* ids,
-                                            CWBOStringArray* values);
+UXTREE_API int vctree_set_values_by_nodeids(UX_EDITS UXXmlWrapperBase* tree,
+                                            UX_IN CArray<int, int>* ids,
+                                            UX_IN CWBOStringArray* values)
+    UX_RETURNS(count, unusable = -1, empty_array = -2, lengths_differ = -3);
 // Appends the values of node and of everything below it in document order: a leaf's text, and ""
 // for a branch. With childrenOnly a branch gives "" and then each child's own text. Always 0; an
 // unusable node or null array appends nothing.
-UXTREE_API int VCTreeGetValues(UXXmlWrapperBase* node, CWBOStringArray* values, bool childrenOnly);
+UXTREE_API int VCTreeGetValues(UX_IN UXXmlWrapperBase* node, UX_APPENDS CWBOStringArray* values,
+                               bool childrenOnly) UX_RETURNS(says_nothing);
 extern "C" {
 // Script forms; -1 also when an object is no such array.
-UXTREE_API int uxtree_get_values_with_ids(UXXmlWrapperBase* tree, UXScriptObject* ids,
-                                          UXScriptObject* values, int recursive, int onlyChanged,
-                                          int inheritedRepeat, const char* idAttribute,
-                                          int themeFlag, CStringUTF8* errorText);
-UXTREE_API int uxtree_set_values_by_ids(UXXmlWrapperBase* tree, UXScriptObject* ids,
-                                        UXScriptObject* values, int inheritedRepeat, int* duplicate,
-                                        int setMode, const char* idAttribute,
-                                        CStringUTF8* errorText);
-UXTREE_API int uxtree_set_values_by_nodeids(UXXmlWrapperBase* tree, UXScriptObject* ids,
-                                            UXScriptObject* values);
+UXTREE_API int uxtree_get_values_with_ids(UX_EDITS UXXmlWrapperBase* tree,
+                                          UX_OUT UX_INTS UXScriptObject* ids,
+                                          UX_OUT UX_STRINGS UXScriptObject* values, int recursive,
+                                          int onlyChanged, int inheritedRepeat,
+                                          UX_OPT const char* idAttribute, int themeFlag,
+                                          UX_OPT UX_OUT CStringUTF8* errorText)
+    UX_RETURNS(count, unusable = -1);
+UXTREE_API int uxtree_set_values_by_ids(UX_EDITS UXXmlWrapperBase* tree,
+                                        UX_INTS UXScriptObject* ids,
+                                        UX_STRINGS UXScriptObject* values, int inheritedRepeat,
+                                        UX_OPT UX_OUT int* duplicate, int setMode,
+                                        UX_OPT const char* idAttribute,
+                                        UX_OPT UX_OUT CStringUTF8* errorText)
+    UX_RETURNS(count, unusable = -1, empty_array = -2, lengths_differ = -3, duplicate_id = -4,
+               broken_repeat_rule = -5);
+UXTREE_API int uxtree_set_values_by_nodeids(UX_EDITS UXXmlWrapperBase* tree,
+                                            UX_INTS UXScriptObject* ids,
+                                            UX_STRINGS UXScriptObject* values)
+    UX_RETURNS(count, unusable = -1, empty_array = -2, lengths_differ = -3);
 // -1 when values is no string array, else 0.
-UXTREE_API int uxtree_get_values(UXXmlWrapperBase* node, UXScriptObject* values, bool childrenOnly);
+UXTREE_API int uxtree_get_values(UX_IN UXXmlWrapperBase* node,
+                                 UX_APPENDS UX_STRINGS UXScriptObject* values, bool childrenOnly)
+    UX_RETURNS(says_nothing, wrong_array = -1);
 // Empties the value of every leaf below tree, never of tree itself.
-UXTREE_API void uxtree_clear_all_value(UXXmlWrapperBase* tree);
+UXTREE_API void uxtree_clear_all_value(UX_EDITS UXXmlWrapperBase* tree);
 // Replaces oldText by newText in the values of all leaves of the branch, node included. A null or
 // empty oldText replaces nothing; a null newText is "".
-UXTREE_API void uxtree_recursively_replace_values(UXXmlWrapperBase* node, const char* oldText,
-                                                  const char* newText);
+UXTREE_API void uxtree_recursively_replace_values(UX_EDITS UXXmlWrapperBase* node,
+                                                  UX_OPT const char* oldText,
+                                                  UX_OPT const char* newText);
 }

@@ -33,16 +33,25 @@
 //   -9095  an attribute could not be set
 //   -9096  tree is null or invalid, or a node could not be added, or no memory is left, or a text
 //          that every spectrum repeats would make the tree many times as large as the file
-UXTREE_API int VCTree_n42_(UXXmlWrapperBase* tree, const char* path, CWBOStringArray* detectors,
-                           UXXmlWrapperBase* infoTree, DWORD flags);
+UXTREE_API int VCTree_n42_(UX_OPT UX_MAY_BE_INVALID UX_EDITS UXXmlWrapperBase* tree,
+                           UX_FILE const char* path, UX_OPT UX_GETSET CWBOStringArray* detectors,
+                           UX_OPT UX_MAY_BE_INVALID UX_EDITS UXXmlWrapperBase* infoTree,
+                           DWORD flags UX_BITS(preview = 0x10000))
+    UX_RETURNS(zero, no_array = -1, not_a_spectrum_file = -9093, not_set = -9095, not_added = -9096)
+        UX_BLOCKS;
 
 // How live times of gross counts are cleaned: the sum of 1, take a leading "PT" off, and 2, put a
 // space before a trailing unit letter "s" or "S". One setting for the process, 3 at the start.
 // A mode of 0 or more becomes the setting; returns the one before.
-UXTREE_API int VCTree_n42_parse_LiveTimeDuration(int mode);
+UXTREE_API int VCTree_n42_parse_LiveTimeDuration(int mode) UX_RETURNS(stored);
 
 extern "C" {
 // Script form; detectors is a string array or null. Returns -1 for any other object.
-UXTREE_API int uxtree_n42(UXXmlWrapperBase* tree, const char* path, UXScriptObject* detectors,
-                          UXXmlWrapperBase* infoTree, DWORD flags);
+UXTREE_API int uxtree_n42(UX_OPT UX_MAY_BE_INVALID UX_EDITS UXXmlWrapperBase* tree,
+                          UX_FILE const char* path,
+                          UX_OPT UX_GETSET UX_STRINGS UXScriptObject* detectors,
+                          UX_OPT UX_MAY_BE_INVALID UX_EDITS UXXmlWrapperBase* infoTree,
+                          DWORD flags UX_BITS(preview = 0x10000))
+    UX_RETURNS(zero, no_array = -1, not_a_spectrum_file = -9093, not_set = -9095, not_added = -9096)
+        UX_BLOCKS;
 }

@@ -23,5 +23,8 @@ extern "C" {
 //   -2018  the file is no well-formed XML
 //   -2017  tree is null or invalid
 //   -2016  an element could not be added; what was copied until then stays in the tree
-UXTREE_API int uxtree_XDE_prepare_XML(UXXmlWrapperBase* tree, const char* path, DWORD flags);
+UXTREE_API int uxtree_XDE_prepare_XML(UX_EDITS UXXmlWrapperBase* tree, UX_FILE const char* path,
+                                      DWORD flags UX_BITS(preview = 0x10000))
+    UX_RETURNS(zero, not_added = -2016, unusable = -2017, not_well_formed = -2018, not_read = -2019)
+        UX_BLOCKS;
 }

@@ -22,10 +22,16 @@
 // file, or when its scan stopped early: the outline of what was read, at least one "Node" with an
 // empty label. Otherwise nothing was written: 1 when target, or source and fileName, are null; 2
 // when target is invalid; 3 when source is invalid; 5 when there is not enough memory.
-UXTREE_API int SAXTreeLayout(UXXmlWrapperBase* target, UXXmlWrapperBase* source,
-                             const char* fileName, DWORD flags);
+UXTREE_API int SAXTreeLayout(UX_EDITS UXXmlWrapperBase* target,
+                             UX_OPT UX_IN UXXmlWrapperBase* source,
+                             UX_OPT UX_FILE const char* fileName, DWORD flags UX_BITS(mapped = 1))
+    UX_RETURNS(zero, nothing_given = 1, target_invalid = 2, source_invalid = 3, no_memory = 5)
+        UX_BLOCKS;
 extern "C" {
 // The same for scripts.
-UXTREE_API int uxtree_layout(UXXmlWrapperBase* target, UXXmlWrapperBase* source,
-                             const char* fileName, DWORD flags);
+UXTREE_API int uxtree_layout(UX_EDITS UXXmlWrapperBase* target,
+                             UX_OPT UX_IN UXXmlWrapperBase* source,
+                             UX_OPT UX_FILE const char* fileName, DWORD flags UX_BITS(mapped = 1))
+    UX_RETURNS(zero, nothing_given = 1, target_invalid = 2, source_invalid = 3, no_memory = 5)
+        UX_BLOCKS;
 }

@@ -26,13 +26,16 @@
 // Returns 0 when evaluated, also when nothing was found. Otherwise the results are as they were: 1
 // when an argument is null, and when a table would be too large; 4 when path does not begin with
 // "/"; 5 when tree is invalid or its tag is not the first step.
-UXTREE_API int TreeEvalXPath(CWBOStringArray* values, CArray<unsigned int>* offsets,
-                             CWBOStringArray* names, UXXmlWrapperBase* tree, const char* reserved,
-                             const char* path, bool table);
+UXTREE_API int TreeEvalXPath(UX_INOUT CWBOStringArray* values, UX_OUT CArray<unsigned int>* offsets,
+                             UX_INOUT CWBOStringArray* names, UX_IN UXXmlWrapperBase* tree,
+                             UX_OPT const char* reserved, UX_IN const char* path, bool table)
+    UX_RETURNS(zero, unusable = 1, bad_path = 4, wrong_root = 5);
 extern "C" {
 // The same for scripts: values and names are string arrays, offsets is an integer vector. Also 1
 // when an object is not of its type.
-UXTREE_API int uxtree_xpath(UXScriptObject* values, UXScriptObject* offsets, UXScriptObject* names,
-                            UXXmlWrapperBase* tree, const char* reserved, const char* path,
-                            bool table);
+UXTREE_API int uxtree_xpath(UX_INOUT UX_STRINGS UXScriptObject* values,
+                            UX_OUT UX_INTS UXScriptObject* offsets,
+                            UX_INOUT UX_STRINGS UXScriptObject* names, UX_IN UXXmlWrapperBase* tree,
+                            UX_OPT const char* reserved, UX_IN const char* path, bool table)
+    UX_RETURNS(zero, unusable = 1, bad_path = 4, wrong_root = 5);
 }
