@@ -1,5 +1,7 @@
 #include "uxtree/import/n42.h"
 
+#include <atomic>
+
 #include "frame/guards.h"
 #include "frame/script_args.h"
 #include "import/n42_file_2006.h"
@@ -8,6 +10,12 @@
 using namespace ux;
 
 namespace {
+
+// The process's setting.
+std::atomic<int>& live_time_option() {
+    static std::atomic<int> option{kN42CleanLiveTimes};
+    return option;
+}
 
 struct Import {
     UXXmlWrapperBase* tree;
@@ -25,13 +33,9 @@ int list_detectors(CVCn42FileBase& reader, CWBOStringArray* detectors) {
 int import_spectra(CVCn42FileBase& reader, const Import& what) {
     if (!usable(what.tree)) return kN42CannotAdd;
     reader.SetInfoTree(what.infoTree);
+    reader.SetLiveTimeOption(live_time_option());
     const int result = reader.Read(what.detectors);
-    if (result != kN42Ok || reader.Records() == 0) return result;
-    if (!reader.TextsFit()) return kN42CannotAdd;
-    what.tree->RemoveAllChildren();
-    UXXmlWrapperBase top;
-    if (!what.tree->AddNode(&top, reader.GetName(kN42Output), -1)) return kN42CannotAdd;
-    return reader.Build(top);
+    return result == kN42Ok ? reader.WriteInto(*what.tree) : result;
 }
 
 int run(CVCn42FileBase& reader, const Import& what) {
@@ -61,7 +65,7 @@ int VCTree_n42_(UXXmlWrapperBase* tree, const char* path, CWBOStringArray* detec
 }
 
 int VCTree_n42_parse_LiveTimeDuration(int mode) {
-    std::atomic<int>& option = n42_live_time_option();
+    std::atomic<int>& option = live_time_option();
     return mode >= 0 ? option.exchange(mode) : option.load();
 }
 

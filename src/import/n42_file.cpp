@@ -14,7 +14,6 @@ namespace ux {
 namespace {
 
 constexpr int kReadPermission = 4;
-constexpr int kLiveTimeDefault = 3;
 constexpr int kColumnOfX = 3;  // the column designation of energies
 constexpr const char* kFromBoundaries = "EnergyBoundaryValues";
 
@@ -59,11 +58,6 @@ double energy_of(const std::vector<double>& coefficients, double x) {
 }
 
 }  // namespace
-
-std::atomic<int>& n42_live_time_option() {
-    static std::atomic<int> option{kLiveTimeDefault};
-    return option;
-}
 
 CVCn42FileBase::Selection::Selection(const CWBOStringArray* detectors) {
     if (detectors == nullptr) return;
@@ -153,14 +147,27 @@ UXXmlWrapperBase CVCn42FileBase::Child(const UXXmlWrapperBase& element, Q_n42_ID
     return {};
 }
 
+std::size_t CVCn42FileBase::CountChildren(const UXXmlWrapperBase& element, Q_n42_ID name) {
+    std::size_t count = 0;
+    for (const UXXmlWrapperBase& child : children(element)) count += IdOf(child) == name ? 1U : 0U;
+    return count;
+}
+
 CStringUTF8 CVCn42FileBase::ChildText(const UXXmlWrapperBase& element, Q_n42_ID name) {
     const UXXmlWrapperBase child = Child(element, name);
     return usable(child) ? CStringUTF8(Text(child)) : CStringUTF8();
 }
 
 std::vector<double> CVCn42FileBase::NumbersOf(const UXXmlWrapperBase& element) {
-    read_numbers(usable(element) ? Text(element) : "", numbers_);
+    Note(read_numbers(usable(element) ? Text(element) : "", numbers_));
     return {numbers_.data(), numbers_.data() + numbers_.size()};
+}
+
+void CVCn42FileBase::Note(const NumberLosses& losses) {
+    losses_.unreadableNumbers += losses.unreadable;
+    losses_.listsWithUnreadable += losses.unreadable != 0 ? 1 : 0;
+    losses_.cutLists += losses.cut != 0 ? 1 : 0;
+    losses_.cutZeros += losses.cut;
 }
 
 void CVCn42FileBase::NoteShared(const CStringUTF8& text) {
@@ -174,7 +181,7 @@ bool CVCn42FileBase::TextsFit() const {
 // A text that is only white space counts as none. Leading zeros of the polynomial change nothing
 // and are left out.
 void CVCn42FileBase::ReadCoefficients(EnergyCalibration& calibration) {
-    read_numbers(calibration.coefficientText, numbers_);
+    Note(read_numbers(calibration.coefficientText, numbers_));
     if (numbers_.size() == 0) {
         calibration.coefficientText.Empty();
         return;
@@ -210,6 +217,15 @@ CVCn42FileBase::EnergyCalibration* CVCn42FileBase::FindCalibration(const CString
 
 // ---- building ---------------------------------------------------------------------------------
 
+int CVCn42FileBase::WriteInto(UXXmlWrapperBase& tree) {
+    if (Records() == 0) return kN42Ok;
+    if (!TextsFit()) return kN42CannotAdd;
+    tree.RemoveAllChildren();
+    UXXmlWrapperBase top;
+    if (!tree.AddNode(&top, GetName(kN42Output), -1)) return kN42CannotAdd;
+    return Build(top);
+}
+
 bool CVCn42FileBase::AddMeasurements(UXXmlWrapperBase& parent, UXXmlWrapperBase& measurements) {
     return parent.AddNode(&measurements, GetName(kN42OutputMeasurements), -1) != 0;
 }
@@ -234,7 +250,7 @@ int CVCn42FileBase::WriteMeasurement(
 
 void CVCn42FileBase::PassOver(SpectrumRange spectra) {
     for (std::size_t i = spectra.first; i < spectra.last; ++i) {
-        for (ChannelList& list : spectra_[i].channels) {
+        for (const ChannelList& list : spectra_[i].channels) {
             if (list.compressed) Expand(list);
         }
     }
@@ -247,15 +263,31 @@ int CVCn42FileBase::AddValue(UXXmlWrapperBase& parent, const Value& value) {
     return kN42Ok;
 }
 
-// The text of the channels is not needed any more and makes room for their numbers.
-void CVCn42FileBase::Expand(ChannelList& list) {
+void CVCn42FileBase::Expand(const ChannelList& list) {
     const char* text = Text(list.element);
-    if (list.compressed) {
-        read_counted_zeroes(text, allowance_, numbers_);
-    } else {
-        read_numbers(text, numbers_);
-    }
-    list.element.ResetValue();
+    Note(list.compressed ? read_counted_zeroes(text, allowance_, numbers_)
+                         : read_numbers(text, numbers_));
+}
+
+const NumberList& CVCn42FileBase::ReadColumn(std::size_t spectrum, std::size_t column) {
+    Expand(spectra_[spectrum].channels[column]);
+    return numbers_;
+}
+
+void CVCn42FileBase::StartAgain() {
+    allowance_ = RunAllowance(fileBytes_);
+}
+
+std::size_t CVCn42FileBase::SpectraAnywhere() const {
+    std::size_t count = 0;
+    CStringUTF8 tag;
+    visit_below(document_, [&](const UXXmlWrapperBase& node) {
+        node.GetTagName(tag);
+        const std::string_view name = static_cast<const char*>(tag);
+        count += name.substr(name.rfind(':') + 1) == "Spectrum" ? 1U : 0U;
+        return Step::kIntoBranch;
+    });
+    return count;
 }
 
 int CVCn42FileBase::WriteSpectrum(UXXmlWrapperBase& measurement, Spectrum& spectrum, int place,
@@ -275,6 +307,7 @@ int CVCn42FileBase::WriteColumns(UXXmlWrapperBase& group, Spectrum& spectrum, in
     int written = 0;
     for (ChannelList& list : spectrum.channels) {
         Expand(list);
+        list.element.ResetValue();  // its text makes room for its numbers
         if (written == 0) {
             const int result = WriteEnergies(group, spectrum, energyIndex);
             if (result != kN42Ok) return result;
@@ -296,6 +329,7 @@ int CVCn42FileBase::WriteEnergies(UXXmlWrapperBase& group, const Spectrum& spect
     EnergyCalibration* calibration = CalibrationOf(spectrum);
     if (calibration == nullptr) return kN42Ok;
     if (calibration->coefficients.empty() && calibration->boundaries.empty()) return kN42Ok;
+    if (!withEnergies_ && !calibration->coefficients.empty()) return kN42Ok;
     const char* base = GetName(kN42OutputEnergy);
     const CStringUTF8 name = index < 0 ? CStringUTF8(base) : indexed(base, index);
     const int channels = numbers_.size();
@@ -316,21 +350,24 @@ int CVCn42FileBase::CopyEnergies(UXXmlWrapperBase& group, EnergyCalibration& cal
     return kN42Ok;
 }
 
+void CVCn42FileBase::FillEnergies(const EnergyCalibration& calibration, int channels,
+                                  NumberList& out) {
+    out.clear();
+    if (calibration.coefficients.empty()) {
+        // Boundaries are written as given: files hold one more of them than there are channels.
+        for (const double boundary : calibration.boundaries) out.push(boundary);
+        return;
+    }
+    // Intended: channel numbers count from 1.
+    for (int i = 1; i <= channels; ++i) out.push(energy_of(calibration.coefficients, i));
+}
+
 int CVCn42FileBase::AddEnergies(UXXmlWrapperBase& group, EnergyCalibration& calibration,
                                 const CStringUTF8& name, int channels) {
     UXXmlWrapperBase column;
     if (!group.AddNode(&column, name, -1)) return kN42CannotAdd;
     const bool fromBoundaries = calibration.coefficients.empty();
-    energies_.clear();
-    if (fromBoundaries) {
-        // Boundaries are written as given: files hold one more of them than there are channels.
-        for (const double boundary : calibration.boundaries) energies_.push(boundary);
-    } else {
-        // Intended: channel numbers count from 1.
-        for (int i = 1; i <= channels; ++i) {
-            energies_.push(energy_of(calibration.coefficients, i));
-        }
-    }
+    FillEnergies(calibration, channels, energies_);
     column.NodeValue(energies_.array(), 0);
     column.SaveXDEArraySize(channels);
     column.SetLabel(GetName(kN42OutputEnergy));

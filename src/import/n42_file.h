@@ -1,7 +1,6 @@
 // What the readers of both N42 forms share.
 #pragma once
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -31,8 +30,30 @@ inline constexpr int kN42CannotRead = -9099;
 
 inline constexpr DWORD kN42Preview = 0x10000;
 
-// The process's setting for live times of gross counts; see VCTree_n42_parse_LiveTimeDuration.
-std::atomic<int>& n42_live_time_option();
+// How live times of gross counts are cleaned; see VCTree_n42_parse_LiveTimeDuration.
+inline constexpr int kN42CleanLiveTimes = 3;
+
+// What a reader met and left out, counted while it reads. Elements count where they stand in the
+// place that the format gives them.
+struct N42Losses {
+    std::size_t spectraWithoutChannels = 0;
+    std::size_t spectraWithoutClass = 0;  // 2011: in measurements without class code
+    std::size_t derivedSpectra = 0;       // 2011: in "DerivedData"
+    bool endedAtCalibration = false;      // 2011: at one without id
+    std::size_t measurementsBehind = 0;   // that calibration
+    std::size_t spectraBehind = 0;
+    std::size_t emptyMeasurements = 0;      // neither spectra nor gross counts
+    std::size_t emptyWithDose = 0;          // of these, with a dose rate
+    std::size_t otherModels = 0;            // 2006: energy calibrations that are no polynomials
+    std::size_t grossOfOtherForm = 0;       // 2006: gross counts, which are not read
+    std::size_t grossOfOtherDetectors = 0;  // left out by the selection
+    std::size_t grossWithoutNumber = 0;     // read as 0
+    std::size_t grossWithMore = 0;          // several values, of which the first is read
+    std::uint64_t unreadableNumbers = 0;    // read as 0
+    std::size_t listsWithUnreadable = 0;    // lists that had any
+    std::size_t cutLists = 0;               // channel lists that a bound ended
+    std::uint64_t cutZeros = 0;  // channels that they lack, as far as their last run tells
+};
 
 // A reader of one N42 file. Open it, Read it, Build the tree from what was read. The loaded
 // document lives as long as the reader, and records refer to its elements: the channels of a
@@ -63,8 +84,12 @@ public:
     // Can the texts that records share be written for each of them? A megabyte of class code
     // before a million spectra is no recording.
     bool TextsFit() const;
+    // Empties tree and builds "n42" below it. With nothing read, 0 and tree stays as it is.
+    int WriteInto(UXXmlWrapperBase& tree);
+    void SetLiveTimeOption(int option) { liveTimeOption_ = option; }
+    // Energies that are calculated are not written; boundaries, which the file lists, are.
+    void LeaveOutEnergies() { withEnergies_ = false; }
 
-protected:
     struct EnergyCalibration {
         CStringUTF8 id;
         CStringUTF8 coefficientText;
@@ -74,6 +99,67 @@ protected:
         UXXmlWrapperBase column;  // the last energy column that was written from it
         int columnChannels = 0;
     };
+    // Spectra first to last of the records, without the last one.
+    struct SpectrumRange {
+        std::size_t first = 0;
+        std::size_t last = 0;
+        bool empty() const { return first == last; }
+        std::size_t size() const { return last - first; }
+    };
+    // For callers that want no tree. A measurement with spectra or gross counts; an import leaves
+    // the spectra out of one that is not written.
+    struct Part {
+        UXXmlWrapperBase element;
+        SpectrumRange spectra;
+        SpectrumRange gross;
+        bool written = true;
+    };
+    // The texts about a spectrum, "" where the file has none.
+    struct About {
+        CStringUTF8 id;
+        CStringUTF8 detector;
+        CStringUTF8 kind;  // class code or source type
+        CStringUTF8 start;
+        CStringUTF8 realTime;
+        CStringUTF8 liveTime;
+        CStringUTF8 position;  // latitude, longitude and perhaps more, separated by blanks
+        bool namesCalibration = false;
+    };
+    struct AboutGross {
+        CStringUTF8 id;
+        CStringUTF8 detector;
+        CStringUTF8 kind;
+        CStringUTF8 start;
+        CStringUTF8 liveTime;
+        double count = 0;
+    };
+    struct Dose {
+        CStringUTF8 detector;  // "" for the measurement as a whole
+        CStringUTF8 unit;      // "" where the file tells none
+        double value = 0;
+    };
+    virtual std::vector<Part> Parts() const = 0;  // in the order of the file
+    virtual About AboutSpectrum(std::size_t spectrum) = 0;
+    virtual AboutGross AboutGrossCounts(std::size_t /*gross*/) { return {}; }
+    virtual std::vector<Dose> DosesOf(const Part& part) = 0;
+    const EnergyCalibration* CalibrationOf(std::size_t spectrum) {
+        return CalibrationOf(spectra_[spectrum]);
+    }
+    std::size_t Columns(std::size_t spectrum) const { return spectra_[spectrum].channels.size(); }
+    // The channels of a spectrum's list, until the next call. Lists share what the file may expand
+    // to, so each is read once and in the order of the file.
+    const NumberList& ReadColumn(std::size_t spectrum, std::size_t column);
+    // Spectra that nobody reads count against the allowance all the same.
+    void PassOver(SpectrumRange spectra);
+    // Channel lists may be read once more.
+    void StartAgain();
+    const N42Losses& Losses() const { return losses_; }
+    // How many elements of the whole document are called "Spectrum", whatever their prefix.
+    std::size_t SpectraAnywhere() const;
+    // The energies of channels as a list of its own.
+    static void FillEnergies(const EnergyCalibration& calibration, int channels, NumberList& out);
+
+protected:
     struct ChannelList {
         UXXmlWrapperBase element;
         bool compressed = false;
@@ -91,13 +177,6 @@ protected:
         const CStringUTF8* text;
     };
     using Values = std::vector<Value>;
-    // Spectra first to last of the records, without the last one.
-    struct SpectrumRange {
-        std::size_t first = 0;
-        std::size_t last = 0;
-        bool empty() const { return first == last; }
-        std::size_t size() const { return last - first; }
-    };
     // The detectors that an import is limited to; empty: no limit.
     class Selection {
     public:
@@ -125,11 +204,16 @@ protected:
     UXXmlWrapperBase Child(const UXXmlWrapperBase& element, Q_n42_ID name);
     CStringUTF8 ChildText(const UXXmlWrapperBase& element, Q_n42_ID name);
 
+    // How many children have the name.
+    std::size_t CountChildren(const UXXmlWrapperBase& element, Q_n42_ID name);
+
     // Notes a text that is written for more than one record.
     void NoteShared(const CStringUTF8& text);
     // Fills in the coefficients that the calibration's text lists.
     void ReadCoefficients(EnergyCalibration& calibration);
     std::vector<double> NumbersOf(const UXXmlWrapperBase& element);
+    void Note(const NumberLosses& losses);
+    int LiveTimeOption() const { return liveTimeOption_; }
     // Notes an element of channel data, when it has a value.
     void ReadChannels(const UXXmlWrapperBase& element, Spectrum& spectrum);
     EnergyCalibration* FindCalibration(const CStringUTF8& id);
@@ -139,19 +223,18 @@ protected:
     // Writes a measurement with its spectra, the number counting from 1.
     int WriteMeasurement(UXXmlWrapperBase& measurements, int number, SpectrumRange spectra,
                          const std::function<void(std::size_t index, Values& values)>& valuesOf);
-    // Spectra that are not written count against the allowance all the same.
-    void PassOver(SpectrumRange spectra);
     int AddValue(UXXmlWrapperBase& parent, const Value& value);
     // The calibration of a spectrum, null when it is unknown.
     virtual EnergyCalibration* CalibrationOf(const Spectrum& spectrum) = 0;
 
     std::vector<EnergyCalibration> calibrations_;
     std::deque<Spectrum> spectra_;  // grows without moving what it holds
+    N42Losses losses_;
 
 private:
     int OpenDocument();
     void CollectPrefixes();
-    void Expand(ChannelList& list);
+    void Expand(const ChannelList& list);
     int WriteSpectrum(UXXmlWrapperBase& measurement, Spectrum& spectrum, int place, bool alone,
                       const Values& values);
     int WriteColumns(UXXmlWrapperBase& group, Spectrum& spectrum, int energyIndex);
@@ -163,6 +246,8 @@ private:
 
     CStringUTF8 path_;
     DWORD flags_;
+    int liveTimeOption_ = kN42CleanLiveTimes;
+    bool withEnergies_ = true;
     UXXmlWrapperBase document_;
     UXXmlWrapperBase* infoTree_ = nullptr;
     std::uint64_t fileBytes_;

@@ -6,7 +6,13 @@
 namespace ux {
 namespace {
 
-constexpr const char* kRealTime = "RealTime";  // no name of the table
+// No names of the table.
+constexpr const char* kRealTime = "RealTime";
+constexpr const char* kGrossCountMeasurement = "GrossCountMeasurement";
+constexpr const char* kCountDoseData = "CountDoseData";
+constexpr const char* kDoseRate = "DoseRate";
+constexpr const char* kAbsorbedDoseRate = "AbsorbedDoseRate";
+constexpr const char* kUnits = "Units";
 
 // Levels from the outside in; 0 for an element that is no level. A level may be left out, as many
 // instruments do, but never stands inside one further in.
@@ -38,7 +44,11 @@ int CVCn42File2006::Read(CWBOStringArray* detectors) {
         if (id == kN42Measurement) {
             const std::size_t first = spectra_.size();
             ReadLevel(child, kN42Measurement, -1);
-            if (spectra_.size() > first) measurements_.push_back({first, spectra_.size()});
+            if (spectra_.size() > first) {
+                measurements_.push_back({first, spectra_.size()});
+            } else {
+                NoteEmpty(child);
+            }
         } else if (id == kN42Calibration && !Preview()) {
             EnergyCalibration calibration;
             if (ReadCalibration(child, calibration)) {
@@ -83,28 +93,42 @@ void CVCn42File2006::ReadChildOfLevel(const UXXmlWrapperBase& child, Q_n42_ID le
             Preview() ? PreviewSpectrum(child, level) : ReadSpectrum(child, level);
             break;
         default:
-            if (rank_of(id) > rank_of(levelId)) ReadLevel(child, static_cast<Q_n42_ID>(id), level);
+            if (rank_of(id) > rank_of(levelId)) {
+                ReadLevel(child, static_cast<Q_n42_ID>(id), level);
+            } else if (HasLocalName(child, kGrossCountMeasurement)) {
+                ++losses_.grossOfOtherForm;
+            }
     }
 }
 
 // The form has no list of detectors; they are known by their spectra.
 void CVCn42File2006::PreviewSpectrum(const UXXmlWrapperBase& element, int level) {
-    CStringUTF8 detector = Attribute(element, kN42Detector);
-    if (detector.IsEmpty()) {
-        detector = Nearest(level, [&](const DataAtLevel& around) {
-            return Attribute(around.element, kN42Detector);
-        });
-    }
+    const CStringUTF8 detector = DetectorOf(element, level);
     if (!detector.IsEmpty() && previewedNames_.insert(static_cast<const char*>(detector)).second) {
         previewed_->Add(detector);
     }
+}
+
+CStringUTF8 CVCn42File2006::DetectorOf(const UXXmlWrapperBase& spectrum, int level) {
+    CStringUTF8 detector = Attribute(spectrum, kN42Detector);
+    if (!detector.IsEmpty()) return detector;
+    return Nearest(
+        level, [&](const DataAtLevel& around) { return Attribute(around.element, kN42Detector); });
+}
+
+void CVCn42File2006::NoteEmpty(const UXXmlWrapperBase& measurement) {
+    ++losses_.emptyMeasurements;
+    if (!DosesOf({measurement, {}, {}, true}).empty()) ++losses_.emptyWithDose;
 }
 
 void CVCn42File2006::ReadSpectrum(const UXXmlWrapperBase& element, int level) {
     Spectrum spectrum;
     ONEDATA data;
     for (UXXmlWrapperBase& child : children(element)) ReadChildOfSpectrum(child, spectrum, data);
-    if (spectrum.channels.empty()) return;
+    if (spectrum.channels.empty()) {
+        ++losses_.spectraWithoutChannels;
+        return;
+    }
     data.level = level;
     spectrum.element = element;
     spectra_.push_back(std::move(spectrum));
@@ -154,14 +178,20 @@ bool CVCn42File2006::ReadCalibration(const UXXmlWrapperBase& element,
     calibration.unit = Attribute(element, kN42EnergyUnits);
     NoteShared(calibration.id);
     NoteShared(calibration.unit);
+    bool otherModel = false;
     for (UXXmlWrapperBase& child : children(element)) {
         if (IdOf(child) != kN42Equation) continue;
         CStringUTF8 model = GetName(kN42Polynomial);
         child.GetPropertyValue(GetName(kN42Model), model, 0);
-        if (model != GetName(kN42Polynomial)) continue;
+        if (model != GetName(kN42Polynomial)) {
+            otherModel = true;
+            continue;
+        }
         calibration.coefficientText = ChildText(child, kN42Coefficients);
+        otherModel = false;
         break;
     }
+    losses_.otherModels += otherModel ? 1U : 0U;
     return true;
 }
 
@@ -242,6 +272,67 @@ void CVCn42File2006::CollectWords(std::size_t spectrum) {
     words_.coordinates = Nearest(
         data.level, [&](const DataAtLevel& level) { return CoordinatesOf(level.itemInformation); });
 }
+
+// ---- what the file tells of a spectrum --------------------------------------------------------
+
+std::vector<CVCn42FileBase::Part> CVCn42File2006::Parts() const {
+    std::vector<Part> out;
+    out.reserve(measurements_.size());
+    for (const SpectrumRange& spectra : measurements_) {
+        int level = data_[spectra.first].level;
+        while (levels_[static_cast<std::size_t>(level)].outer >= 0) {
+            level = levels_[static_cast<std::size_t>(level)].outer;
+        }
+        out.push_back({levels_[static_cast<std::size_t>(level)].element, spectra, {}, true});
+    }
+    return out;
+}
+
+CVCn42FileBase::About CVCn42File2006::AboutSpectrum(std::size_t spectrum) {
+    CollectWords(spectrum);
+    const UXXmlWrapperBase& element = spectra_[spectrum].element;
+    About about;
+    about.id = Attribute(element, kN42Id2006);
+    about.detector = DetectorOf(element, data_[spectrum].level);
+    about.kind = words_.sourceType;
+    about.start = words_.startTime;
+    about.realTime = words_.sampleRealTime;
+    about.liveTime = words_.liveTime;
+    about.position = words_.coordinates;
+    about.namesCalibration = element.HasProperty(GetName(kN42CalibrationIds), 0) != 0;
+    return about;
+}
+
+// Dose rates stand in the measurement, or beside the spectra of a spectrum measurement.
+std::vector<CVCn42FileBase::Dose> CVCn42File2006::DosesOf(const Part& part) {
+    std::vector<Dose> out;
+    visit_below(part.element, [&](const UXXmlWrapperBase& node) {
+        if (rank_of(IdOf(node)) > 0) return Step::kIntoBranch;
+        if (HasLocalName(node, kCountDoseData)) AddDose(node, out);
+        return Step::kOverBranch;
+    });
+    return out;
+}
+
+// A dose equivalent counts before an absorbed dose.
+void CVCn42File2006::AddDose(const UXXmlWrapperBase& countDose, std::vector<Dose>& doses) {
+    UXXmlWrapperBase found;
+    for (UXXmlWrapperBase& child : children(countDose)) {
+        const bool equivalent = HasLocalName(child, kDoseRate);
+        if (!equivalent && !HasLocalName(child, kAbsorbedDoseRate)) continue;
+        if (usable(found) && !equivalent) continue;
+        if (starts_with_number(Text(child))) found = child;
+        if (equivalent) break;
+    }
+    if (!usable(found)) return;
+    Dose dose;
+    dose.value = leading_number(Text(found));
+    dose.detector = Attribute(countDose, kN42Detector);
+    found.GetPropertyValue(kUnits, dose.unit, 0);
+    doses.push_back(std::move(dose));
+}
+
+// ---- building ---------------------------------------------------------------------------------
 
 int CVCn42File2006::Build(UXXmlWrapperBase& parent) {
     UXXmlWrapperBase measurements;

@@ -12,6 +12,9 @@ public:
     using CVCn42FileBase::CVCn42FileBase;
     int Read(CWBOStringArray* detectors) override;
     int Build(UXXmlWrapperBase& parent) override;
+    std::vector<Part> Parts() const override;
+    About AboutSpectrum(std::size_t spectrum) override;
+    std::vector<Dose> DosesOf(const Part& part) override;
 
 private:
     // The first element of the file that says something; invalid when none does. Its text is first
@@ -53,12 +56,15 @@ private:
     void ReadChildOfLevel(const UXXmlWrapperBase& child, Q_n42_ID levelId, int level);
     void ReadSpectrum(const UXXmlWrapperBase& element, int level);
     void ReadChildOfSpectrum(const UXXmlWrapperBase& child, Spectrum& spectrum, ONEDATA& data);
+    void NoteEmpty(const UXXmlWrapperBase& measurement);
     void PreviewSpectrum(const UXXmlWrapperBase& element, int level);
     bool ReadCalibration(const UXXmlWrapperBase& element, EnergyCalibration& calibration);
     int OwnCalibration(const UXXmlWrapperBase& element);
     CStringUTF8 TextOf(const Word& word);
     CStringUTF8 CoordinatesOf(const Word& itemInformation);
     // The text that a level says, with reads telling how to get it; else one further out.
+    CStringUTF8 DetectorOf(const UXXmlWrapperBase& spectrum, int level);
+    void AddDose(const UXXmlWrapperBase& countDose, std::vector<Dose>& doses);
     template <typename Reads>
     CStringUTF8 Nearest(int level, Reads&& reads);
     void CollectWords(std::size_t spectrum);

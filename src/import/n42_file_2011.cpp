@@ -1,6 +1,8 @@
 #include "import/n42_file_2011.h"
 
+#include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "frame/guards.h"
 #include "frame/walk.h"
@@ -9,13 +11,18 @@ namespace ux {
 namespace {
 
 constexpr int kInfoNodeId = 0x10000000;
+// No names of the table.
+constexpr const char* kDerivedData = "DerivedData";
+constexpr const char* kDoseRate = "DoseRate";
+constexpr const char* kDoseRateValue = "DoseRateValue";
+constexpr const char* kUnitOfDoseRates = "\xC2\xB5Sv/h";
+constexpr const char* kRadDetectorState = "RadDetectorState";
 
 enum LiveTimeOption { kStripPrefix = 1, kSpaceBeforeUnit = 2 };
 
 // PT12.5S becomes 12.5 S; each of the two steps can be switched off.
-CStringUTF8 cleaned_live_time(const CStringUTF8& text) {
+CStringUTF8 cleaned_live_time(const CStringUTF8& text, int option) {
     CStringUTF8 out = text;
-    const int option = n42_live_time_option();
     if ((option & kStripPrefix) != 0 && out.GetLength() > 2 && out.Left(2) == "PT") {
         out.Delete(0, 2);
     }
@@ -55,13 +62,18 @@ int CVCn42File::ReadSelected(const Selection& selection) {
                 break;
             case kN42EnergyCalibration:
                 // Intended: nothing is read after a calibration that cannot be referred to.
-                if (!ReadCalibration(child)) return kN42Ok;
+                if (!ReadCalibration(child)) {
+                    NoteRest(child);
+                    return kN42Ok;
+                }
                 break;
             case kN42RadMeasurement:
                 ReadMeasurement(child, selection);
                 break;
             default:
-                break;
+                if (HasLocalName(child, kDerivedData)) {
+                    losses_.derivedSpectra += CountChildren(child, kN42Spectrum);
+                }
         }
     }
     return kN42Ok;
@@ -102,8 +114,9 @@ void CVCn42File::ReadMeasurement(const UXXmlWrapperBase& element, const Selectio
     std::optional<CStringUTF8> start;
     std::optional<CStringUTF8> realTime;
     RadMeasurement measurement;
+    measurement.element = element;
     measurement.spectra.first = spectra_.size();
-    measurement.firstGross = grossCounts_.size();
+    measurement.gross.first = grossCounts_.size();
     for (UXXmlWrapperBase& child : children(element)) {
         switch (IdOf(child)) {  // the first of repeated texts counts
             case kN42MeasurementClassCode:
@@ -126,15 +139,37 @@ void CVCn42File::ReadMeasurement(const UXXmlWrapperBase& element, const Selectio
         }
     }
     measurement.spectra.last = spectra_.size();
-    measurement.lastGross = grossCounts_.size();
-    if (measurement.spectra.empty() && measurement.firstGross == measurement.lastGross) return;
+    measurement.gross.last = grossCounts_.size();
+    if (measurement.spectra.empty() && measurement.gross.empty()) return NoteEmpty(element);
     measurement.classCode = classCode.value_or(CStringUTF8());
     measurement.startDateTime = start.value_or(CStringUTF8());
     measurement.realTime = realTime.value_or(CStringUTF8());
+    if (measurement.classCode.IsEmpty()) {
+        losses_.spectraWithoutClass += measurement.spectra.size();
+    }
     NoteShared(measurement.classCode);
     NoteShared(measurement.startDateTime);
     NoteShared(measurement.realTime);
     measurements_.push_back(std::move(measurement));
+}
+
+void CVCn42File::NoteEmpty(const UXXmlWrapperBase& element) {
+    ++losses_.emptyMeasurements;
+    for (const UXXmlWrapperBase& child : children(element)) {
+        if (!HasLocalName(child, kDoseRate)) continue;
+        ++losses_.emptyWithDose;
+        return;
+    }
+}
+
+// What stands behind a calibration that ended the reading.
+void CVCn42File::NoteRest(UXXmlWrapperBase calibration) {
+    losses_.endedAtCalibration = true;
+    for (UXXmlWrapperBase& at = calibration; at.NextSibling(&at) != 0;) {
+        if (IdOf(at) != kN42RadMeasurement) continue;
+        ++losses_.measurementsBehind;
+        losses_.spectraBehind += CountChildren(at, kN42Spectrum);
+    }
 }
 
 void CVCn42File::ReadSpectrum(const UXXmlWrapperBase& element) {
@@ -144,7 +179,10 @@ void CVCn42File::ReadSpectrum(const UXXmlWrapperBase& element) {
         if (id == kN42ChannelData) ReadChannels(child, spectrum);
         if (id == kN42LiveTimeDuration && !usable(spectrum.liveTime)) spectrum.liveTime = child;
     }
-    if (spectrum.channels.empty()) return;
+    if (spectrum.channels.empty()) {
+        ++losses_.spectraWithoutChannels;
+        return;
+    }
     spectrum.element = element;
     spectra_.push_back(std::move(spectrum));
 }
@@ -153,18 +191,112 @@ void CVCn42File::ReadGrossCounts(const UXXmlWrapperBase& element, const Selectio
     CStringUTF8 detector;
     const bool refers =
         element.GetPropertyValue(GetName(kN42RadDetectorInformationReference), detector, 0) != 0;
-    if (selection.Given() && !(refers && selection.Has(detector))) return;
+    if (selection.Given() && !(refers && selection.Has(detector))) {
+        ++losses_.grossOfOtherDetectors;
+        return;
+    }
     GrossCounts counts;
     counts.id = Attribute(element, kN42Id);
     const UXXmlWrapperBase data = Child(element, kN42CountData);
-    if (usable(data)) counts.count = leading_number(Text(data));
-    counts.liveTime = cleaned_live_time(ChildText(element, kN42LiveTimeDuration));
+    const char* text = usable(data) ? Text(data) : "";
+    counts.count = leading_number(text);
+    const std::size_t values = count_numbers(text);
+    losses_.grossWithMore += values > 1 ? 1U : 0U;
+    losses_.grossWithoutNumber += values == 0 || !starts_with_number(text) ? 1U : 0U;
+    counts.detector = std::move(detector);
+    counts.liveTime = ChildText(element, kN42LiveTimeDuration);
     grossCounts_.push_back(std::move(counts));
 }
 
 CVCn42FileBase::EnergyCalibration* CVCn42File::CalibrationOf(const Spectrum& spectrum) {
     return FindCalibration(Attribute(spectrum.element, kN42EnergyCalibrationReference));
 }
+
+// ---- what the file tells of a spectrum --------------------------------------------------------
+
+std::vector<CVCn42FileBase::Part> CVCn42File::Parts() const {
+    std::vector<Part> out;
+    out.reserve(measurements_.size());
+    for (const RadMeasurement& measurement : measurements_) {
+        out.push_back({measurement.element, measurement.spectra, measurement.gross,
+                       !measurement.classCode.IsEmpty()});
+    }
+    return out;
+}
+
+// The measurements stand in the order of their spectra and of their counts.
+const CVCn42File::RadMeasurement& CVCn42File::MeasurementOf(SpectrumRange RadMeasurement::*range,
+                                                            std::size_t record) const {
+    return *std::partition_point(
+        measurements_.begin(), measurements_.end(),
+        [&](const RadMeasurement& measurement) { return (measurement.*range).last <= record; });
+}
+
+CVCn42FileBase::About CVCn42File::AboutSpectrum(std::size_t spectrum) {
+    const RadMeasurement& measurement = MeasurementOf(&RadMeasurement::spectra, spectrum);
+    const Spectrum& record = spectra_[spectrum];
+    About about;
+    about.id = Attribute(record.element, kN42Id);
+    about.detector = Attribute(record.element, kN42RadDetectorInformationReference);
+    about.kind = measurement.classCode;
+    about.start = measurement.startDateTime;
+    about.realTime = measurement.realTime;
+    if (usable(record.liveTime)) about.liveTime = Text(record.liveTime);
+    about.position = PositionIn(measurement.element, about.detector);
+    about.namesCalibration = !Attribute(record.element, kN42EnergyCalibrationReference).IsEmpty();
+    return about;
+}
+
+CVCn42FileBase::AboutGross CVCn42File::AboutGrossCounts(std::size_t gross) {
+    const RadMeasurement& measurement = MeasurementOf(&RadMeasurement::gross, gross);
+    const GrossCounts& counts = grossCounts_[gross];
+    return {counts.id,       counts.detector, measurement.classCode, measurement.startDateTime,
+            counts.liveTime, counts.count};
+}
+
+// The position of the spectrum's detector, where the file follows detectors one by one, else that
+// of the instrument.
+CStringUTF8 CVCn42File::PositionIn(const UXXmlWrapperBase& measurement,
+                                   const CStringUTF8& detector) {
+    CStringUTF8 ofInstrument;
+    for (UXXmlWrapperBase& child : children(measurement)) {
+        const bool instrument = IdOf(child) == kN42RadInstrumentState;
+        if (!instrument && !HasLocalName(child, kRadDetectorState)) continue;
+        if (instrument && !ofInstrument.IsEmpty()) continue;
+        if (!instrument && (detector.IsEmpty() ||
+                            Attribute(child, kN42RadDetectorInformationReference) != detector)) {
+            continue;
+        }
+        const UXXmlWrapperBase vector = Child(child, kN42StateVector);
+        const UXXmlWrapperBase point =
+            usable(vector) ? Child(vector, kN42GeographicPoint) : UXXmlWrapperBase();
+        if (!usable(point)) continue;
+        const CStringUTF8 position =
+            ChildText(point, kN42LatitudeValue) + ' ' + ChildText(point, kN42LongitudeValue);
+        if (!instrument) return position;
+        ofInstrument = position;
+    }
+    return ofInstrument;
+}
+
+std::vector<CVCn42FileBase::Dose> CVCn42File::DosesOf(const Part& part) {
+    std::vector<Dose> out;
+    for (UXXmlWrapperBase& child : children(part.element)) {
+        if (!HasLocalName(child, kDoseRate)) continue;
+        for (UXXmlWrapperBase& value : children(child)) {
+            if (!HasLocalName(value, kDoseRateValue)) continue;
+            const char* text = Text(value);
+            if (!starts_with_number(text)) break;
+            // The form has no units of its own: dose rates are in microsieverts per hour.
+            out.push_back({Attribute(child, kN42RadDetectorInformationReference), kUnitOfDoseRates,
+                           leading_number(text)});
+            break;
+        }
+    }
+    return out;
+}
+
+// ---- building ---------------------------------------------------------------------------------
 
 int CVCn42File::Build(UXXmlWrapperBase& parent) {
     UXXmlWrapperBase measurements;
@@ -204,7 +336,7 @@ int CVCn42File::BuildGrossCounts(UXXmlWrapperBase& measurements) {
     UXXmlWrapperBase group;
     if (!measurements.AddNode(&group, GetName(kN42GrossCounts), -1)) return kN42CannotAdd;
     for (const RadMeasurement& measurement : measurements_) {
-        for (std::size_t i = measurement.firstGross; i < measurement.lastGross; ++i) {
+        for (std::size_t i = measurement.gross.first; i < measurement.gross.last; ++i) {
             const int result =
                 WriteGrossCounts(group, measurement, grossCounts_[i], static_cast<int>(i));
             if (result != kN42Ok) return result;
@@ -228,9 +360,8 @@ int CVCn42File::WriteGrossCounts(UXXmlWrapperBase& group, const RadMeasurement& 
     }
     Values values{{GetName(kN42MeasurementClassCode), &measurement.classCode},
                   {GetName(kN42StartDateTime), &measurement.startDateTime}};
-    if (!counts.liveTime.IsEmpty()) {
-        values.push_back({GetName(kN42LiveTimeDuration), &counts.liveTime});
-    }
+    const CStringUTF8 liveTime = cleaned_live_time(counts.liveTime, LiveTimeOption());
+    if (!liveTime.IsEmpty()) values.push_back({GetName(kN42LiveTimeDuration), &liveTime});
     for (const Value& value : values) {
         if (const int result = AddValue(node, value); result != kN42Ok) return result;
     }

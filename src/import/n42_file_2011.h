@@ -11,30 +11,40 @@ public:
     int Read(CWBOStringArray* detectors) override;
     int Build(UXXmlWrapperBase& parent) override;
     std::size_t Records() const override { return spectra_.size() + grossCounts_.size(); }
+    std::vector<Part> Parts() const override;
+    About AboutSpectrum(std::size_t spectrum) override;
+    AboutGross AboutGrossCounts(std::size_t gross) override;
+    std::vector<Dose> DosesOf(const Part& part) override;
 
 private:
     struct GrossCounts {
         CStringUTF8 id;
+        CStringUTF8 detector;
         double count = 0;
-        CStringUTF8 liveTime;
+        CStringUTF8 liveTime;  // as the file has it
     };
     struct RadMeasurement {
+        UXXmlWrapperBase element;
         CStringUTF8 classCode;
         CStringUTF8 startDateTime;
         CStringUTF8 realTime;
         SpectrumRange spectra;
-        std::size_t firstGross = 0;
-        std::size_t lastGross = 0;
+        SpectrumRange gross;
     };
 
+    const RadMeasurement& MeasurementOf(SpectrumRange RadMeasurement::*range,
+                                        std::size_t record) const;
     int CheckRoot(bool known, Q_n42_ID root) const override;
     EnergyCalibration* CalibrationOf(const Spectrum& spectrum) override;
     int ReadSelected(const Selection& selection);
     void ReadDetector(UXXmlWrapperBase& element, const Selection& selection);
     bool ReadCalibration(const UXXmlWrapperBase& element);
     void ReadMeasurement(const UXXmlWrapperBase& element, const Selection& selection);
+    void NoteEmpty(const UXXmlWrapperBase& element);
+    void NoteRest(UXXmlWrapperBase calibration);
     void ReadSpectrum(const UXXmlWrapperBase& element);
     void ReadGrossCounts(const UXXmlWrapperBase& element, const Selection& selection);
+    CStringUTF8 PositionIn(const UXXmlWrapperBase& measurement, const CStringUTF8& detector);
     int BuildSpectra(UXXmlWrapperBase& measurements);
     int BuildGrossCounts(UXXmlWrapperBase& measurements);
     int WriteGrossCounts(UXXmlWrapperBase& group, const RadMeasurement& measurement,

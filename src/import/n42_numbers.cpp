@@ -56,20 +56,40 @@ public:
         return read_any(start);
     }
 
+    // Goes over the token without reading it.
+    void skip() {
+        while (!ends_token(*at_)) ++at_;
+    }
+    // How many tokens were no numbers.
+    std::uint64_t unreadable() const { return unreadable_; }
+
 private:
     double read_any(const char* start) {
-        while (!ends_token(*at_)) ++at_;
+        skip();
         double value = 0;
         const std::string_view token(start, static_cast<std::size_t>(at_ - start));
-        return UXParseDouble(token, value) && std::isfinite(value) ? value : 0;
+        if (UXParseDouble(token, value) && std::isfinite(value)) return value;
+        ++unreadable_;
+        return 0;
     }
 
     const char* at_;
+    std::uint64_t unreadable_ = 0;
 };
 
 int run_length(double count) {
     if (!(count >= 0.5)) return 0;
     return static_cast<int>(std::min(count, kMostZeros) + 0.5);  // rounded
+}
+
+// False when text starts with no number.
+bool take_leading_number(const char* text, double& value) {
+    while (is_blank(*text)) ++text;
+    if (*text == '+' && text[1] != '-') ++text;
+    const char* const digits = *text == '-' ? text + 1 : text;
+    if (digit_of(*digits) > 9 && !(*digits == '.' && digit_of(digits[1]) < 10)) return false;
+    const std::string_view rest(text);
+    return std::from_chars(rest.data(), rest.data() + rest.size(), value).ec == std::errc();
 }
 
 }  // namespace
@@ -104,25 +124,31 @@ int RunAllowance::take(int listSize, int count) {
     return taken;
 }
 
-void read_numbers(const char* text, NumberList& out) {
+NumberLosses read_numbers(const char* text, NumberList& out) {
     out.clear();
-    for (Tokens tokens(text); tokens.next();) out.push(tokens.read());
+    Tokens tokens(text);
+    while (tokens.next()) out.push(tokens.read());
+    return {tokens.unreadable(), 0};
 }
 
-void read_counted_zeroes(const char* text, RunAllowance& allowance, NumberList& out) {
+NumberLosses read_counted_zeroes(const char* text, RunAllowance& allowance, NumberList& out) {
     out.clear();
-    for (Tokens tokens(text); tokens.next();) {
+    Tokens tokens(text);
+    while (tokens.next()) {
         const double value = tokens.read();
         if (value != 0) {
             out.push(value);
             continue;
         }
-        if (!tokens.next()) return;
+        if (!tokens.next()) break;
         const int count = run_length(tokens.read());
         const int taken = allowance.take(out.size(), count);
         out.push_zeros(taken);
-        if (taken < count) return;
+        if (taken < count) {
+            return {tokens.unreadable(), static_cast<std::uint64_t>(count - taken)};
+        }
     }
+    return {tokens.unreadable(), 0};
 }
 
 bool has_numbers(const char* text) {
@@ -137,15 +163,20 @@ bool has_counted_zeroes(const char* text) {
     return false;
 }
 
-double leading_number(const char* text) {
-    while (is_blank(*text)) ++text;
-    if (*text == '+' && text[1] != '-') ++text;
-    const char* const digits = *text == '-' ? text + 1 : text;
-    if (digit_of(*digits) > 9 && !(*digits == '.' && digit_of(digits[1]) < 10)) return 0;
+std::size_t count_numbers(const char* text) {
+    std::size_t count = 0;
+    for (Tokens tokens(text); tokens.next(); ++count) tokens.skip();
+    return count;
+}
+
+bool starts_with_number(const char* text) {
     double value = 0;
-    const std::string_view rest(text);
-    const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), value);
-    return error == std::errc() ? value : 0;
+    return take_leading_number(text, value);
+}
+
+double leading_number(const char* text) {
+    double value = 0;
+    return take_leading_number(text, value) ? value : 0;
 }
 
 }  // namespace ux

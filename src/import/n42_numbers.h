@@ -1,6 +1,7 @@
 // Lists of numbers in the texts of spectrum files.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "uxtree/host/array.h"
@@ -49,14 +50,20 @@ private:
     std::uint64_t left_;
 };
 
+// What a text of numbers could not give.
+struct NumberLosses {
+    std::uint64_t unreadable = 0;  // tokens that are no finite decimal numbers and count as 0
+    std::uint64_t cut = 0;         // zeros that a bound left out of the run that ends the list
+};
+
 // Numbers are separated by runs of TAB, LF, CR and space. A token that is no finite decimal number
 // counts as 0. The texts end in NUL; the lists are emptied first.
-void read_numbers(const char* text, NumberList& out);
+NumberLosses read_numbers(const char* text, NumberList& out);
 
 // The same for a compressed list: a 0 is followed by a count and stands for that many zeros. A
 // count is rounded to the nearest integer; below 1 it stands for none, and a 0 at the end, which
 // has no count, is dropped. A run that the allowance cuts ends the list.
-void read_counted_zeroes(const char* text, RunAllowance& allowance, NumberList& out);
+NumberLosses read_counted_zeroes(const char* text, RunAllowance& allowance, NumberList& out);
 
 // Does the text hold at least one number, or a compressed list at least one value?
 bool has_numbers(const char* text);
@@ -64,5 +71,9 @@ bool has_counted_zeroes(const char* text);
 
 // The decimal number at the start of text, behind white space; 0 when there is none.
 double leading_number(const char* text);
+// Does it start with one?
+bool starts_with_number(const char* text);
+// How many tokens the text has.
+std::size_t count_numbers(const char* text);
 
 }  // namespace ux
