@@ -1,0 +1,102 @@
+#include "xml/references.h"
+
+#include <array>
+#include <cstring>
+#include <string_view>
+
+namespace ux::xml {
+namespace {
+
+struct Predefined {
+    std::string_view text;
+    char character;
+};
+constexpr std::array<Predefined, 5> kPredefined{
+    {{"amp;", '&'}, {"lt;", '<'}, {"gt;", '>'}, {"quot;", '"'}, {"apos;", '\''}}};
+
+constexpr std::uint32_t kMostCode = 0x10FFFF;
+
+bool is_character(std::uint32_t code) {
+    if (code < 0x20) return code == '\t' || code == '\n' || code == '\r';
+    if (code >= 0xD800 && code <= 0xDFFF) return false;
+    return code <= kMostCode && code != 0xFFFE && code != 0xFFFF;
+}
+
+// The value of a digit, 16 when it is none.
+std::uint32_t digit_of(char c) {
+    if (c >= '0' && c <= '9') return static_cast<std::uint32_t>(c - '0');
+    if (c >= 'a' && c <= 'f') return static_cast<std::uint32_t>(c - 'a' + 10);
+    if (c >= 'A' && c <= 'F') return static_cast<std::uint32_t>(c - 'A' + 10);
+    return 16;
+}
+
+Reference numbered(const char* at) {
+    const bool hex = at[2] == 'x';
+    const std::uint32_t base = hex ? 16 : 10;
+    const char* const first = at + (hex ? 3 : 2);
+    const char* p = first;
+    std::uint32_t code = 0;
+    for (; digit_of(*p) < base; ++p) {
+        code = code * base + digit_of(*p);
+        if (code > kMostCode) code = kMostCode + 1;
+    }
+    if (p == first || *p != ';' || !is_character(code)) return {0, 0, p - at};
+    return {code, static_cast<std::uint32_t>(p + 1 - at), 0};
+}
+
+}  // namespace
+
+Reference read_reference(const char* at) {
+    if (at[1] == '#') return numbered(at);
+    for (const Predefined& known : kPredefined) {
+        if (std::strncmp(at + 1, known.text.data(), known.text.size()) == 0) {
+            return {static_cast<unsigned char>(known.character),
+                    static_cast<std::uint32_t>(known.text.size() + 1), 0};
+        }
+    }
+    return {};
+}
+
+std::size_t write_utf8(std::uint32_t code, char* out) {
+    const auto put = [&out](std::uint32_t byte) { *out++ = static_cast<char>(byte); };
+    if (code < 0x80) {
+        put(code);
+        return 1;
+    }
+    if (code < 0x800) {
+        put(0xC0 | code >> 6);
+        put(0x80 | (code & 0x3F));
+        return 2;
+    }
+    if (code < 0x10000) {
+        put(0xE0 | code >> 12);
+        put(0x80 | (code >> 6 & 0x3F));
+        put(0x80 | (code & 0x3F));
+        return 3;
+    }
+    put(0xF0 | code >> 18);
+    put(0x80 | (code >> 12 & 0x3F));
+    put(0x80 | (code >> 6 & 0x3F));
+    put(0x80 | (code & 0x3F));
+    return 4;
+}
+
+std::uint32_t unescape_value(char* value, std::uint32_t size) {
+    const char* const end = value + size;
+    char* out = value;
+    for (const char* at = value; at != end;) {
+        if (*at == '&') {
+            const Reference reference = read_reference(at);
+            at += reference.length;
+            out += write_utf8(reference.code, out);
+        } else if (*at == '\r' || *at == '\n' || *at == '\t') {
+            at += at[0] == '\r' && at[1] == '\n' ? 2 : 1;
+            *out++ = ' ';
+        } else {
+            *out++ = *at++;
+        }
+    }
+    return static_cast<std::uint32_t>(out - value);
+}
+
+}  // namespace ux::xml

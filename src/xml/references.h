@@ -1,0 +1,26 @@
+// References to characters, and what they make of values.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace ux::xml {
+
+struct Reference {
+    std::uint32_t code = 0;
+    std::uint32_t length = 0;  // of the whole reference; 0: none that is complete stands there
+    std::ptrdiff_t stop = 0;   // what was not understood, then
+};
+
+// The reference at "&": to one of the five predefined entities, or to a character by its number. A
+// byte that cannot belong to one must stand behind the input.
+Reference read_reference(const char* at);
+
+// Writes a character in UTF-8 and yields its length, at most 4.
+std::size_t write_utf8(std::uint32_t code, char* out);
+
+// Replaces references by their characters and white space by blanks in an attribute value that was
+// found to be well-formed. Yields its new length, which is at most the old one.
+std::uint32_t unescape_value(char* value, std::uint32_t size);
+
+}  // namespace ux::xml

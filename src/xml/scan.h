@@ -1,0 +1,194 @@
+// Searches for the bytes that mean something in the content of an XML document. They look at many
+// bytes at once where the compiler has vector instructions, and at one after the other otherwise.
+//
+// None of them has an end to watch: a NUL byte must stand behind the input, with kReadAhead
+// readable bytes. Every search stops there at the latest.
+#pragma once
+
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
+
+#include "base/byte_search.h"
+
+namespace ux::xml {
+// Both forms may be linked into one program, as a test of them is.
+#if UXTREE_SSE2_SEARCH
+inline namespace vector_search {
+#else
+inline namespace plain_search {
+#endif
+
+inline bool is_blank(char c) {
+    return c == ' ' || c == '\n' || c == '\t' || c == '\r';
+}
+
+// Kinds of bytes, as bits.
+enum ByteKind : std::uint8_t {
+    kTextStop = 1,     // ends a run of plain text
+    kValueStop = 2,    // ends one of an attribute value, whatever its quotes
+    kNameStop = 4,     // cannot stand in a name, or is not ASCII
+    kCommentStop = 8,  // ends one of a comment ("-"), an instruction ("?") or a section ("]")
+};
+
+constexpr std::array<std::uint8_t, 256> make_byte_kinds() {
+    std::array<std::uint8_t, 256> kinds{};
+    for (std::size_t c = 0; c < 256; ++c) {
+        const bool control = c < 0x20;
+        const bool line = c == '\n' || c == '\t';
+        const bool high = c >= 0x80;
+        if ((control && !line) || high || c == '<' || c == '&' || c == ']') kinds[c] |= kTextStop;
+        if (control || high || c == '<' || c == '&' || c == '"' || c == '\'') {
+            kinds[c] |= kValueStop;
+        }
+        if (c <= 0x20 || high || c == '/' || c == '=' || c == '>') kinds[c] |= kNameStop;
+        if ((control && !line && c != '\r') || high || c == '-' || c == '?' || c == ']') {
+            kinds[c] |= kCommentStop;
+        }
+    }
+    return kinds;
+}
+inline constexpr std::array<std::uint8_t, 256> kByteKinds = make_byte_kinds();
+
+inline bool is_kind(char c, ByteKind kind) {
+    return (kByteKinds[static_cast<unsigned char>(c)] & kind) != 0;
+}
+// The first byte of a kind.
+template <typename Char>
+Char* find_kind(Char* bytes, ByteKind kind) {
+    while (!is_kind(*bytes, kind)) ++bytes;
+    return bytes;
+}
+
+// The first byte that ends a run of plain text: markup, a reference, "]", a control character other
+// than TAB and LF, a byte that is not ASCII.
+inline char* find_text_stop(char* bytes) {
+#if UXTREE_SSE2_SEARCH
+    const __m128i firstPlain = _mm_set1_epi8(0x20);
+    for (;; bytes += 16) {
+        const __m128i block = load_16(bytes);
+        const __m128i lines = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\n')),
+                                           _mm_cmpeq_epi8(block, _mm_set1_epi8('\t')));
+        const __m128i odd = _mm_andnot_si128(lines, _mm_cmplt_epi8(block, firstPlain));
+        const __m128i markup = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('<')),
+                                            _mm_cmpeq_epi8(block, _mm_set1_epi8('&')));
+        const __m128i bracket = _mm_cmpeq_epi8(block, _mm_set1_epi8(']'));
+        const int stops = _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(odd, markup), bracket));
+        if (stops != 0) return bytes + __builtin_ctz(static_cast<unsigned>(stops));
+    }
+#else
+    return find_kind(bytes, kTextStop);
+#endif
+}
+
+// The first byte that ends a run of plain characters in a value with such quotes. The other quote
+// may end it too.
+inline char* find_value_stop(char* bytes, [[maybe_unused]] char quote) {
+#if UXTREE_SSE2_SEARCH
+    const __m128i firstPlain = _mm_set1_epi8(0x20);
+    const __m128i quotes = _mm_set1_epi8(quote);
+    for (;; bytes += 16) {
+        const __m128i block = load_16(bytes);
+        const __m128i odd =
+            _mm_or_si128(_mm_cmplt_epi8(block, firstPlain), _mm_cmpeq_epi8(block, quotes));
+        const __m128i markup = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('<')),
+                                            _mm_cmpeq_epi8(block, _mm_set1_epi8('&')));
+        const int stops = _mm_movemask_epi8(_mm_or_si128(odd, markup));
+        if (stops != 0) return bytes + __builtin_ctz(static_cast<unsigned>(stops));
+    }
+#else
+    return find_kind(bytes, kValueStop);
+#endif
+}
+
+// The first byte that a comment, an instruction or a section has to be looked at for; it may be one
+// that only another of them needs.
+inline char* find_comment_stop(char* bytes) {
+#if UXTREE_SSE2_SEARCH
+    const __m128i firstPlain = _mm_set1_epi8(0x20);
+    for (;; bytes += 16) {
+        const __m128i block = load_16(bytes);
+        const __m128i lines = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\n')),
+                                           _mm_cmpeq_epi8(block, _mm_set1_epi8('\t')));
+        const __m128i odd = _mm_andnot_si128(lines, _mm_cmplt_epi8(block, firstPlain));
+        const __m128i ends = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('-')),
+                                          _mm_cmpeq_epi8(block, _mm_set1_epi8('?')));
+        const __m128i bracket = _mm_cmpeq_epi8(block, _mm_set1_epi8(']'));
+        const int stops = _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(odd, ends), bracket));
+        if (stops != 0) return bytes + __builtin_ctz(static_cast<unsigned>(stops));
+    }
+#else
+    return find_kind(bytes, kCommentStop);
+#endif
+}
+
+// The place of the first byte that ends an ASCII name, 16 when it is none of the first 16.
+inline unsigned name_length(const char* bytes) {
+#if UXTREE_SSE2_SEARCH
+    const __m128i block = load_16(bytes);
+    const __m128i ends = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('/')),
+                                      _mm_cmpeq_epi8(block, _mm_set1_epi8('=')));
+    const __m128i close = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('>')),
+                                       _mm_cmplt_epi8(block, _mm_set1_epi8(0x21)));
+    const auto stops = static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(ends, close)));
+    return static_cast<unsigned>(__builtin_ctz(stops | 0x10000U));
+#else
+    unsigned length = 0;
+    while (length < 16 && !is_kind(bytes[length], kNameStop)) ++length;
+    return length;
+#endif
+}
+
+// How many bytes one well-formed character that is not ASCII takes; 0 when none stands there.
+// U+FFFE and U+FFFF are none: XML does not allow them.
+inline std::size_t high_character(const char* bytes) {
+    const auto byte = [bytes](int i) { return static_cast<unsigned char>(bytes[i]); };
+    const auto follows = [byte](int i) { return (byte(i) & 0xC0U) == 0x80U; };
+    const unsigned first = byte(0);
+    if (first < 0xC2 || first > 0xF4 || !follows(1)) return 0;
+    if (first < 0xE0) return 2;
+    if (!follows(2)) return 0;
+    if (first < 0xF0) {
+        if (first == 0xE0) return byte(1) >= 0xA0 ? 3 : 0;
+        if (first == 0xED) return byte(1) < 0xA0 ? 3 : 0;
+        return first == 0xEF && byte(1) == 0xBF && byte(2) >= 0xBE ? 0 : 3;
+    }
+    if (!follows(3)) return 0;
+    if (first == 0xF0) return byte(1) >= 0x90 ? 4 : 0;
+    return first < 0xF4 || byte(1) < 0x90 ? 4 : 0;
+}
+
+// The end of a run of well-formed characters that are not ASCII. Single ASCII characters between
+// them belong to it, but no byte of any kind above.
+inline char* skip_high(char* bytes) {
+    constexpr auto kAnyStop = static_cast<ByteKind>(kTextStop | kValueStop | kCommentStop);
+    for (;;) {
+#if UXTREE_SSE2_SEARCH
+        // Letters of many languages take two bytes; up to eight of them are looked at in one step.
+        const __m128i block = load_16(bytes);
+        const __m128i kinds = _mm_and_si128(block, _mm_set1_epi16(static_cast<short>(0xC0E0)));
+        const __m128i pairs = _mm_cmpeq_epi16(kinds, _mm_set1_epi16(static_cast<short>(0x80C0)));
+        const __m128i firsts = _mm_and_si128(block, _mm_set1_epi16(0x00FE));
+        const __m128i overlong = _mm_cmpeq_epi16(firsts, _mm_set1_epi16(0x00C0));
+        const auto good =
+            static_cast<unsigned>(_mm_movemask_epi8(_mm_andnot_si128(overlong, pairs)));
+        const auto run = static_cast<unsigned>(__builtin_ctz(~good));
+        bytes += run;
+        if (run == 16) continue;
+#endif
+        const auto byte = static_cast<unsigned char>(*bytes);
+        if (byte >= 0x80) {
+            const std::size_t length = high_character(bytes);
+            if (length == 0) return bytes;
+            bytes += length;
+            continue;
+        }
+        const bool single = !is_kind(*bytes, kAnyStop) && static_cast<signed char>(bytes[1]) < 0;
+        if (!single) return bytes;
+        ++bytes;
+    }
+}
+
+}  // inline namespace
+}  // namespace ux::xml

@@ -1,0 +1,636 @@
+// The strict reader of XML in UTF-8: it accepts well-formed documents without a DOCTYPE and gives
+// up on everything else. It never tells what is wrong; whoever gave it the input has another parser
+// read it then, which decides about errors and knows what this one does not: other encodings,
+// entities, document types.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <initializer_list>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "base/utf8.h"
+#include "base/xml_names.h"
+#include "xml/known_names.h"
+#include "xml/references.h"
+#include "xml/scan.h"
+#include "xml/window.h"
+
+namespace ux::xml {
+
+enum class ReadResult {
+    kDone,
+    kGaveUp,
+    kDoctype,  // gave up at the "<!DOCTYPE" before the root, with no event so far
+};
+
+struct ReadAttribute {
+    KnownName* name;
+    std::uint32_t offset;  // of the value, from the start of the tag
+    std::uint32_t size;
+};
+
+// A start tag as a sink sees it. Its values are valid until the sink returns.
+struct StartTag {
+    const KnownName& name;
+    const char* bytes;
+    const ReadAttribute* attributes;
+    std::size_t count;
+
+    std::string_view value(std::size_t i) const {
+        return {bytes + attributes[i].offset, attributes[i].size};
+    }
+};
+
+// Pairs of an element and an attribute that a DTD declares with another type than text.
+using TypedAttributes = std::set<std::pair<std::string, std::string>>;
+
+// Reads a document and tells a sink about it. A sink has these operations; what they throw passes
+// through the reader:
+//   SinkName resolve(std::string_view name)   keeps a valid name
+//   bool start(const StartTag& tag)           false: give up
+//   void end()                                of the innermost open element
+//   void text(const char* begin, const char* end)   a part of the text at hand; line ends are LF.
+//                                             Valid until flush, or up to 64 KB of it behind.
+//   void keep()        the text at hand was written as CDATA, or has a blank written as a reference
+//   void flush()       what text told of becomes invalid
+template <class Sink>
+class StrictReader {
+public:
+    StrictReader(Window& window, Sink& sink) : window_(window), sink_(sink) {}
+
+    // Reads a whole document from its start.
+    ReadResult run() {
+        char* at = prolog();
+        if (at == nullptr) return foundDoctype_ ? ReadResult::kDoctype : ReadResult::kGaveUp;
+        return run_root(at);
+    }
+    // Reads on from the root's start tag, where the window's input begins. The caller had the
+    // prolog read.
+    ReadResult run_from_root(TypedAttributes typed) {
+        typed_ = std::move(typed);
+        for (const auto& [element, attribute] : typed_) typedElements_.insert(element);
+        char* at = window_.begin();
+        return window_.more(at) ? run_root(at) : ReadResult::kGaveUp;
+    }
+
+private:
+    // Longer than whatever has to be seen whole to be understood, names and numbers apart; those
+    // are followed up to the end of the window.
+    static constexpr std::ptrdiff_t kLookAhead = 16;
+
+    // --- the window ----------------------------------------------------------------------------
+
+    bool refill(char*& keep) {
+        sink_.flush();
+        return window_.more(keep);
+    }
+    char* fail(char* at) {
+        stop_ = at;
+        return nullptr;
+    }
+    // A token was not understood at stop_. Is that because the window ends there, and does the
+    // input go on?
+    bool token_goes_on(char*& token) {
+        return window_.end() - stop_ <= kLookAhead && refill(token);
+    }
+    // Gets kLookAhead bytes into the window if the input has as many.
+    void look_ahead(char*& at) {
+        if (window_.end() - at < kLookAhead) refill(at);
+    }
+
+    // --- before and behind the root ------------------------------------------------------------
+
+    ReadResult run_root(char* at) {
+        at = start_tag(at);
+        if (at != nullptr && !open_.empty()) at = content(at);
+        return at != nullptr && epilog(at) ? ReadResult::kDone : ReadResult::kGaveUp;
+    }
+
+    // Yields the root's start tag.
+    char* prolog() {
+        char* at = window_.begin();
+        if (!refill(at)) return nullptr;
+        if (starts_with(at, "\xEF\xBB\xBF")) at += 3;
+        if (starts_with(at, "<?xml") && is_blank(at[5])) at = declaration(at);
+        while (at != nullptr) {
+            at = skip_blanks(at);
+            look_ahead(at);
+            if (*at != '<') return nullptr;
+            if (at[1] == '?') {
+                at = instruction(at);
+            } else if (at[1] != '!') {
+                return at;
+            } else if (starts_with(at, "<!--")) {
+                at = skip_to_end(at + 4, '-');
+            } else {
+                foundDoctype_ = starts_with(at, "<!DOCTYPE");
+                return nullptr;
+            }
+        }
+        return nullptr;
+    }
+
+    // Nothing but comments, instructions and white space; NUL bytes at the end of the input count
+    // as such.
+    bool epilog(char* at) {
+        while (at != nullptr) {
+            at = skip_blanks(at);
+            if (at == window_.end()) return !window_.failed();
+            if (*at == '\0') return skip_padding(at);
+            look_ahead(at);
+            if (*at != '<') return false;
+            if (at[1] == '?') {
+                at = instruction(at);
+            } else if (starts_with(at, "<!--")) {
+                at = skip_to_end(at + 4, '-');
+            } else {
+                return false;
+            }
+        }
+        return false;
+    }
+    bool skip_padding(char* at) {
+        do {
+            while (at != window_.end() && (*at == '\0' || is_blank(*at))) ++at;
+        } while (at == window_.end() && refill(at));
+        return at == window_.end() && !window_.failed();
+    }
+    char* skip_blanks(char* at) {
+        do {
+            while (is_blank(*at)) ++at;
+        } while (at == window_.end() && refill(at));
+        return at;
+    }
+    static bool starts_with(const char* at, std::string_view text) {
+        return std::memcmp(at, text.data(), text.size()) == 0;
+    }
+
+    // The XML declaration in one of the forms that nearly all documents have.
+    char* declaration(char* at) {
+        constexpr std::size_t kLongest = 1024;
+        for (std::size_t size = 0; size < kLongest;) {
+            size = static_cast<std::size_t>(window_.end() - at);
+            if (std::string_view(at, size).find("?>") != std::string_view::npos) break;
+            if (!refill(at)) return nullptr;
+        }
+        const char* p = at + 5;
+        if (!pseudo_attribute(p, "version", {"1.0"})) return nullptr;
+        pseudo_attribute(p, "encoding", {"UTF-8", "utf-8", "UTF8", "utf8", "Utf-8"});
+        pseudo_attribute(p, "standalone", {"yes", "no"});
+        while (is_blank(*p)) ++p;
+        return p[0] == '?' && p[1] == '>' ? at + (p + 2 - at) : nullptr;
+    }
+    static bool pseudo_attribute(const char*& at, std::string_view name,
+                                 std::initializer_list<std::string_view> values) {
+        const char* p = at;
+        while (is_blank(*p)) ++p;
+        if (p == at || std::strncmp(p, name.data(), name.size()) != 0) return false;
+        p += name.size();
+        while (is_blank(*p)) ++p;
+        if (*p++ != '=') return false;
+        while (is_blank(*p)) ++p;
+        const char quote = *p++;
+        if (quote != '"' && quote != '\'') return false;
+        for (const std::string_view value : values) {
+            if (std::strncmp(p, value.data(), value.size()) != 0 || p[value.size()] != quote) {
+                continue;
+            }
+            at = p + value.size() + 1;
+            return true;
+        }
+        return false;
+    }
+
+    // --- what is read over ---------------------------------------------------------------------
+
+    // At "<?" of an instruction. Yields what follows it.
+    char* instruction(char* at) {
+        for (;;) {
+            char* const end = name_end(at + 2);
+            if (end != nullptr && window_.end() - end >= 2) return instruction_behind(at + 2, end);
+            if (end != nullptr) fail(end);
+            if (!token_goes_on(at)) return nullptr;
+        }
+    }
+    char* instruction_behind(const char* target, char* at) {
+        const bool reserved = at - target == 3 && (target[0] | 0x20) == 'x' &&
+                              (target[1] | 0x20) == 'm' && (target[2] | 0x20) == 'l';
+        if (reserved) return nullptr;
+        if (at[0] == '?') return at[1] == '>' ? at + 2 : nullptr;
+        return is_blank(*at) ? skip_to_end(at, '?') : nullptr;
+    }
+
+    // Behind the start of a comment or an instruction, whose end begins with the mark. Yields what
+    // follows it. Nothing of it has to stay in the window.
+    char* skip_to_end(char* at, char mark) {
+        for (;;) {
+            at = find_comment_stop(at);
+            if (window_.end() - at < 4) {
+                const auto rest = window_.end() - at;
+                refill(at);
+                if (window_.end() - at == rest && rest < 2) return nullptr;
+            }
+            if (*at == mark) {
+                if (mark == '?' && at[1] == '>') return at + 2;
+                if (mark == '-' && at[1] == '-') return at[2] == '>' ? at + 3 : nullptr;
+                ++at;
+            } else if (static_cast<signed char>(*at) < 0) {
+                char* const behind = skip_high(at);
+                if (behind == at) return nullptr;
+                at = behind;
+            } else if (is_control(*at)) {
+                return nullptr;
+            } else {
+                ++at;
+            }
+        }
+    }
+    static bool is_control(char c) { return static_cast<unsigned char>(c) < 0x20 && !is_blank(c); }
+
+    // --- names ---------------------------------------------------------------------------------
+
+    // The end of the name that starts there; it may be the end of the window.
+    char* name_end(char* at) {
+        const auto bytes = [this](const char* from) {
+            return std::string_view(from, static_cast<std::size_t>(window_.end() - from));
+        };
+        char* p = at;
+        for (;;) {
+            const auto byte = static_cast<unsigned char>(*p);
+            const bool first = p == at;
+            if (byte < 0x80) {
+                const bool part = first ? starts_name(byte) : continues_name(byte);
+                if (!part) return first ? fail(p) : p;
+                ++p;
+                continue;
+            }
+            const Utf8Char c = decode_utf8(bytes(p), 0);
+            if (c.length == 0) return fail(p);
+            if (!(first ? starts_name(c.code) : continues_name(c.code))) return fail(p);
+            p += c.length;
+        }
+    }
+
+    // The name at `at`, which moves behind it. Null when there is none that is complete.
+    KnownName* name_at(char*& at) {
+        const unsigned length = name_length(at);
+        const NameKey key = NameKey::of(at, length);
+        KnownName* const known = names_.cached(key);
+        if (known == nullptr) return new_name(at);
+        if (length < 16) {
+            if (static_cast<signed char>(at[length]) < 0) return new_name(at);
+            at += length;
+            return known;
+        }
+        if (!known->tail_stands_at(at, window_.end())) return new_name(at);
+        const char behind = at[known->length];
+        if (!is_kind(behind, kNameStop) || static_cast<signed char>(behind) < 0) {
+            return new_name(at);
+        }
+        at += known->length;
+        return known;
+    }
+    __attribute__((noinline)) KnownName* new_name(char*& at) {
+        char* const end = name_end(at);
+        if (end == nullptr) return nullptr;
+        if (end == window_.end()) {
+            fail(end);
+            return nullptr;
+        }
+        const std::string_view name(at, static_cast<std::size_t>(end - at));
+        bool isNew = false;
+        KnownName& known = names_.add(sink_.resolve(name), name.size(), isNew);
+        if (isNew && !typedElements_.empty()) {
+            known.isTyped = typedElements_.count(std::string(name)) != 0;
+        }
+        at = end;
+        return &known;
+    }
+
+    // --- tags ----------------------------------------------------------------------------------
+
+    // At "<" of a start tag. Tells the sink and yields what follows the tag.
+    char* start_tag(char* at) {
+        for (;;) {
+            char* const behind = scan_tag(at);
+            if (behind != nullptr) return tell_tag(at, behind);
+            if (!token_goes_on(at)) return nullptr;
+        }
+    }
+
+    // Has no effect outside the reader but that names get known, so that a tag may be read again
+    // from its start when more of it is there.
+    char* scan_tag(char* tag) {
+        char* at = tag + 1;
+        tag_ = name_at(at);
+        if (tag_ == nullptr) return nullptr;
+        attributes_.clear();
+        escaped_.clear();
+        ++stamp_;
+        for (;;) {
+            if (*at == '>') {
+                tagIsEmpty_ = false;
+                return at + 1;
+            }
+            if (is_blank(*at)) {
+                KnownName* const name = attribute_name(at);
+                if (name != nullptr) {
+                    if (name->stamp == stamp_) return fail(window_.begin());  // twice
+                    name->stamp = stamp_;
+                    at = value(tag, at, name);
+                    if (at == nullptr) return nullptr;
+                    continue;
+                }
+                if (at == nullptr) return nullptr;
+                if (*at == '>') continue;
+            }
+            if (at[0] == '/' && at[1] == '>') {
+                tagIsEmpty_ = true;
+                return at + 2;
+            }
+            return fail(at);
+        }
+    }
+    // At a blank in a tag. Moves behind the opening quote of an attribute's value and yields the
+    // attribute's name. Null when the tag ends, with its place, or when it is not understood, with
+    // no place.
+    KnownName* attribute_name(char*& at) {
+        KnownName* const foreseen = foreseen_attribute();
+        if (foreseen != nullptr && foreseen->stands_at(at + 1, window_.end())) {
+            char* const behind = at + 1 + foreseen->length;
+            if (behind[0] == '=' && behind[1] == '"') {
+                at = behind + 2;
+                return foreseen;
+            }
+        }
+        do ++at;
+        while (is_blank(*at));
+        if (*at == '>' || *at == '/') return nullptr;
+        KnownName* const name = name_at(at);
+        if (name == nullptr) {
+            at = nullptr;
+            return nullptr;
+        }
+        while (is_blank(*at)) ++at;
+        if (*at != '=') {
+            at = fail(at);
+            return nullptr;
+        }
+        do ++at;
+        while (is_blank(*at));
+        if (*at != '"' && *at != '\'') {
+            at = fail(at);
+            return nullptr;
+        }
+        foresee_attribute(name);
+        ++at;
+        return name;
+    }
+    KnownName* foreseen_attribute() const {
+        const std::size_t place = attributes_.size();
+        if (tag_->attributes == nullptr || place >= KnownName::kForeseen) return nullptr;
+        return (*tag_->attributes)[place];
+    }
+    void foresee_attribute(KnownName* name) {
+        const std::size_t place = attributes_.size();
+        if (place >= KnownName::kForeseen) return;
+        if (tag_->attributes == nullptr) tag_->attributes = names_.new_foreseen();
+        (*tag_->attributes)[place] = name;
+    }
+
+    // Behind the opening quote. Keeps the attribute and yields what follows the closing one.
+    char* value(const char* tag, char* at, KnownName* name) {
+        const char quote = at[-1];
+        char* const begin = at;
+        at = find_value_stop(at, quote);
+        bool escaped = false;
+        while (*at != quote) {
+            const auto byte = static_cast<unsigned char>(*at);
+            if (byte >= 0x80) {
+                char* const behind = skip_high(at);
+                if (static_cast<signed char>(*behind) < 0) return fail(behind);
+                at = behind;
+            } else if (byte == '&') {
+                const Reference reference = read_reference(at);
+                if (reference.length == 0) return fail(at + reference.stop);
+                at += reference.length;
+                escaped = true;
+            } else if (byte == '\n' || byte == '\t' || byte == '\r') {
+                ++at;
+                escaped = true;
+            } else if (byte == '"' || byte == '\'') {
+                ++at;
+            } else {
+                return fail(at);
+            }
+            at = find_value_stop(at, quote);
+        }
+        if (escaped) escaped_.push_back(static_cast<std::uint32_t>(attributes_.size()));
+        attributes_.push_back({name, static_cast<std::uint32_t>(begin - tag),
+                               static_cast<std::uint32_t>(at - begin)});
+        return at + 1;
+    }
+
+    char* tell_tag(char* tag, char* behind) {
+        for (const std::uint32_t i : escaped_) {
+            ReadAttribute& attribute = attributes_[i];
+            attribute.size = unescape_value(tag + attribute.offset, attribute.size);
+        }
+        const StartTag told{*tag_, tag, attributes_.data(), attributes_.size()};
+        if (tag_->isTyped && !values_are_plain(told)) return nullptr;
+        if (!sink_.start(told)) return nullptr;
+        if (tagIsEmpty_) {
+            sink_.end();
+        } else {
+            open_.push_back(tag_);
+        }
+        return behind;
+    }
+    // The parser takes blanks at the ends of a typed value away, and all but one in a row.
+    bool values_are_plain(const StartTag& tag) const {
+        for (std::size_t i = 0; i < tag.count; ++i) {
+            const std::string_view value = tag.value(i);
+            if (value.empty()) continue;
+            const bool odd = value.front() == ' ' || value.back() == ' ' ||
+                             value.find("  ") != std::string_view::npos;
+            if (!odd) continue;
+            const std::string_view name = tag.attributes[i].name->view();
+            if (typed_.count({std::string(tag.name.view()), std::string(name)}) != 0) return false;
+        }
+        return true;
+    }
+
+    // At "</" of an end tag. Tells the sink and yields what follows the tag.
+    char* end_tag(char* at) {
+        const KnownName& name = *open_.back();
+        for (;;) {
+            if (name.stands_at(at + 2, window_.end())) {
+                char* p = at + 2 + name.length;
+                while (is_blank(*p)) ++p;
+                if (*p == '>') {
+                    sink_.end();
+                    open_.pop_back();
+                    return p + 1;
+                }
+                fail(p);
+            } else {
+                const std::ptrdiff_t there = window_.end() - at - 2;
+                const bool whole = there > static_cast<std::ptrdiff_t>(name.length);
+                fail(whole ? window_.begin() : window_.end());
+                if (whole) return nullptr;
+            }
+            if (!token_goes_on(at)) return nullptr;
+        }
+    }
+
+    // --- content -------------------------------------------------------------------------------
+
+    // Behind the root's start tag. Yields what follows its end tag.
+    char* content(char* at) {
+        while (at != nullptr) {
+            if (*at != '<') {
+                at = text(at);
+                if (at == nullptr) return nullptr;
+            }
+            const char kind = at[1];
+            if (kind == '/') {
+                at = end_tag(at);
+                if (open_.empty()) return at;
+            } else if (kind == '!') {
+                at = comment_or_section(at);
+            } else if (kind == '?') {
+                at = instruction(at);
+            } else if (kind == '\0') {
+                if (at + 1 != window_.end() || !refill(at)) return nullptr;
+            } else {
+                at = start_tag(at);
+            }
+        }
+        return nullptr;
+    }
+
+    // Yields the "<" that ends the text. Nothing of what was told has to stay in the window.
+    char* text(char* at) {
+        char* piece = at;
+        for (;;) {
+            at = find_text_stop(at);
+            const auto byte = static_cast<unsigned char>(*at);
+            if (byte == '<') {
+                if (at != piece) sink_.text(piece, at);
+                return at;
+            }
+            if (byte >= 0x80) {
+                char* const behind = skip_high(at);
+                at = behind;
+                if (static_cast<signed char>(*behind) >= 0) continue;
+                if (!text_goes_on(piece, at)) return nullptr;
+            } else if (byte == '&') {
+                if (at != piece) sink_.text(piece, at);
+                at = text_reference(at);
+                if (at == nullptr) return nullptr;
+                piece = at;
+            } else if (byte == ']') {
+                if (window_.end() - at < 3 && text_goes_on(piece, at)) continue;
+                if (at[1] == ']' && at[2] == '>') return nullptr;
+                ++at;
+            } else if (byte == '\r') {
+                if (at + 1 == window_.end() && !text_goes_on(piece, at)) return nullptr;
+                at = line_end(piece, at);
+            } else if (at != window_.end() || !text_goes_on(piece, at)) {
+                return nullptr;
+            }
+        }
+    }
+    // What is at `at` is not complete, perhaps because the window ends. Tells what stands before
+    // it and reads on.
+    bool text_goes_on(char*& piece, char*& at) {
+        if (window_.end() - at > kLookAhead) return false;
+        if (at != piece) sink_.text(piece, at);
+        const bool more = refill(at);
+        piece = at;
+        return more;
+    }
+    // At a CR. One before a LF is left out, another one is a LF.
+    char* line_end(char*& piece, char* at) {
+        if (at[1] != '\n') {
+            *at = '\n';
+            return at + 1;
+        }
+        if (at != piece) sink_.text(piece, at);
+        piece = at + 1;
+        return piece;
+    }
+    char* text_reference(char* at) {
+        Reference reference = read_reference(at);
+        while (reference.length == 0) {
+            fail(at + reference.stop);
+            if (!token_goes_on(at)) return nullptr;
+            reference = read_reference(at);
+        }
+        // The character is written where its reference stands, which is longer.
+        const std::size_t size = write_utf8(reference.code, at);
+        if (reference.code <= ' ') sink_.keep();
+        sink_.text(at, at + size);
+        return at + reference.length;
+    }
+
+    // At "<!" in content.
+    char* comment_or_section(char* at) {
+        look_ahead(at);
+        if (starts_with(at, "<!--")) return skip_to_end(at + 4, '-');
+        if (!starts_with(at, "<![CDATA[")) return nullptr;
+        sink_.keep();
+        return section(at + 9);
+    }
+    char* section(char* at) {
+        char* piece = at;
+        for (;;) {
+            at = find_text_stop(at);
+            const auto byte = static_cast<unsigned char>(*at);
+            if (byte == ']') {
+                if (window_.end() - at < 3 && text_goes_on(piece, at)) continue;
+                if (at[1] == ']' && at[2] == '>') {
+                    if (at != piece) sink_.text(piece, at);
+                    return at + 3;
+                }
+                ++at;
+            } else if (byte == '<' || byte == '&') {
+                ++at;
+            } else if (byte >= 0x80) {
+                char* const behind = skip_high(at);
+                at = behind;
+                if (static_cast<signed char>(*behind) >= 0) continue;
+                if (!text_goes_on(piece, at)) return nullptr;
+            } else if (byte == '\r') {
+                if (at + 1 == window_.end() && !text_goes_on(piece, at)) return nullptr;
+                at = line_end(piece, at);
+            } else if (at != window_.end() || !text_goes_on(piece, at)) {
+                return nullptr;
+            }
+        }
+    }
+
+    Window& window_;
+    Sink& sink_;
+    KnownNames names_;
+    TypedAttributes typed_;
+    std::set<std::string> typedElements_;
+    std::vector<KnownName*> open_;
+    char* stop_ = nullptr;  // where a token was not understood
+    bool foundDoctype_ = false;
+
+    // The start tag at hand.
+    KnownName* tag_ = nullptr;
+    bool tagIsEmpty_ = false;
+    std::uint32_t stamp_ = 0;
+    std::vector<ReadAttribute> attributes_;
+    std::vector<std::uint32_t> escaped_;  // which have references or white space other than blanks
+};
+
+}  // namespace ux::xml

@@ -1,0 +1,20 @@
+// The content of a document as one text, as the strict reader tells it and as expat does.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace uxtest {
+
+struct Reading {
+    bool accepted = false;
+    std::string events;  // of an accepted document
+};
+
+// With a window of so many bytes at first, from an input that yields at most as many at a time.
+Reading read_strictly(std::string_view xml, std::size_t window);
+Reading read_with_expat(std::string_view xml);
+
+}  // namespace uxtest

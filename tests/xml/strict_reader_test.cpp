@@ -1,0 +1,331 @@
+// The strict reader against expat: what it accepts, expat accepts and tells the same; and what
+// expat accepts of plain UTF-8 without a DOCTYPE, it accepts.
+#include "xml/strict_reader.h"
+
+#include <array>
+#include <random>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "xml/events.h"
+
+namespace {
+
+using uxtest::read_strictly;
+using uxtest::read_with_expat;
+using uxtest::Reading;
+
+constexpr std::array<std::size_t, 6> kWindows{16, 17, 24, 33, 100, 65536};
+
+// Both tell the same, with every window. Yields whether they accepted.
+bool agree(const std::string& xml) {
+    const Reading expected = read_with_expat(xml);
+    for (const std::size_t window : kWindows) {
+        const Reading found = read_strictly(xml, window);
+        EXPECT_EQ(found.accepted, expected.accepted) << "window " << window << ": " << xml;
+        EXPECT_EQ(found.events, expected.events) << "window " << window << ": " << xml;
+    }
+    return expected.accepted;
+}
+void accepted(const std::string& xml) {
+    EXPECT_TRUE(agree(xml)) << xml;
+}
+void refused(const std::string& xml) {
+    EXPECT_FALSE(agree(xml)) << xml;
+}
+
+TEST(StrictReader, ReadsElementsAttributesAndText) {
+    accepted("<r/>");
+    accepted("<r a='1' b=\"2\"\tc = '3'\n/>");
+    accepted("<r><a>one</a> two <b x='y'/>three</r>");
+    accepted("<long_name_of_an_element another_long_name_of_one='v'>t</long_name_of_an_element>");
+    accepted(
+        "<r><a1234567890123456/><a1234567890123457/><a123456789012345/><a1234567890123456/></r>");
+    accepted("<r  ><a\n></a \t></r >\n");
+    accepted("<r \xC3\xA9t\xC3\xA9='1' \xC3\xA9='2'><\xE4\xB8\xAD/><n\xC3\xA9/><n/></r>");
+    accepted("<a:b xmlns:a='u' a:c='d'/>");
+}
+
+TEST(StrictReader, ReadsWhatStandsAroundTheRoot) {
+    accepted("\xEF\xBB\xBF<r/>");
+    accepted("<?xml version='1.0'?><r/>");
+    accepted("<?xml version=\"1.0\" encoding='utf-8' standalone = 'yes' ?>\n<r/>");
+    accepted("\n<!-- a - b > --><?p?><?q x ? > ?>\r\n<r/><!---->\n<?p ?>\n");
+    refused("");
+    refused("<r/><s/>");
+    refused("<r/>x");
+    refused("x<r/>");
+    refused(" <?xml version='1.0'?><r/>");
+    refused("<?xml version='1.0'><r/>");
+    refused("<?XML version='1.0'?><r/>");
+    refused("<r><?xMl x?></r>");
+    accepted("<r><?xmlx x?><?xm?></r>");
+    refused("<?p x><r/>");
+    refused("<?p?x?><r/>");
+    refused("<!-- a -- b --><r/>");
+    refused("<!-- a ---><r/>");
+    refused("<!--><r/>");
+    accepted("<!--->--><r/>");
+}
+
+TEST(StrictReader, ReadsReferences) {
+    accepted(
+        "<r a='&lt;&gt;&amp;&quot;&apos;&#65;&#x42;&#x10FFFF;'>&lt;&gt;&amp;&quot;&apos;&#65;</r>");
+    accepted("<r a='&#13;&#10;&#9; \r\n\r\t\n'>&#13;&#32;&#x0000000000000000000000020;</r>");
+    accepted("<r>&amp;lt;</r>");
+    refused("<r>&nbsp;</r>");
+    refused("<r>&lt</r>");
+    refused("<r>&#;</r>");
+    refused("<r>&#x;</r>");
+    refused("<r>&#X41;</r>");
+    refused("<r>&#0;</r>");
+    refused("<r>&#xD800;</r>");
+    refused("<r>&#xFFFE;</r>");
+    refused("<r>&#xFFFF;</r>");
+    refused("<r>&#x110000;</r>");
+    refused("<r>&#99999999999999999999;</r>");
+    refused("<r a='&b;'/>");
+    refused("<r>&</r>");
+    refused("<r>& </r>");
+}
+
+TEST(StrictReader, TellsWhiteSpaceThatIsKept) {
+    accepted("<r> <a/>\n<b/> </r>");
+    accepted("<r>&#32;<a/>\n&#10;<b/><![CDATA[ ]]></r>");
+    accepted("<r> <![CDATA[]]><a/> <!-- c --> <b/>&lt;</r>");
+    accepted("<r>\r\n  <a/>\r<b/>\r\r\n</r>");
+}
+
+TEST(StrictReader, ReadsSections) {
+    accepted("<r><![CDATA[<&>]]]]><![CDATA[>]]]></r>");
+    accepted("<r><![CDATA[a\r\nb\rc]]x]>]]></r>");
+    refused("<r><![CDATA[x]]</r>");
+    refused("<r><![cdata[x]]></r>");
+    refused("<r>]]></r>");
+    refused("<r>]]]]></r>");
+    accepted("<r>]]&gt;]] >]<!-- -->]></r>");
+    refused("<r><![CDATA[]]>]]></r>");
+    refused("<![CDATA[]]><r/>");
+}
+
+TEST(StrictReader, RefusesWhatIsNotWellFormed) {
+    refused("<r>");
+    refused("<r");
+    refused("<r></s>");
+    refused("<r></rr>");
+    refused("<rr></r>");
+    refused("<r><a></r></a>");
+    refused("<r a='1' a='2'/>");
+    refused("<r a='1' b='2' a='3'/>");
+    refused("<r a='1'b='2'/>");
+    refused("<r a=1/>");
+    refused("<r a/>");
+    refused("<r a='<'/>");
+    refused("<r a='1/>");
+    refused("<1/>");
+    refused("< r/>");
+    refused("<r><></></r>");
+    refused("<r / >");
+    refused("</r>");
+    refused("<r></r/>");
+    refused("<r>\x01</r>");
+    refused("<r a='\x1F'/>");
+    refused(std::string("<r>\0</r>", 8));
+    refused("<!DOCTYPE r ><!DOCTYPE r><r/>");
+    accepted("<r>\x7F</r>");
+}
+
+TEST(StrictReader, ChecksUtf8) {
+    accepted(
+        "<r a='\xC3\xA9\xE2\x82\xAC\xF0\x9F\x93\x88'>\xC2\x80\xEF\xBF\xBD\xF4\x8F\xBF\xBF</r>");
+    accepted("<!-- \xC3\xA9 --><?p \xE2\x82\xAC?><r><![CDATA[\xC3\xA9\xC3\xA9 \xC3\xA9]]></r>");
+    for (const char* bad :
+         {"\xC1\xBF", "\xC0\x80", "\xE0\x9F\xBF", "\xED\xA0\x80", "\xEF\xBF\xBE", "\xEF\xBF\xBF",
+          "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\x80", "\xC3", "\xE2\x82",
+          "\xF0\x9F\x93", "\xC3\xC3\xA9", "\xFF", "\xC3\xA9\xC3\xA9\xC3\xA9\xC1\xA9"}) {
+        const std::string bytes = bad;
+        refused("<r>" + bytes + "</r>");
+        refused("<r a='" + bytes + "'/>");
+        refused("<r><![CDATA[" + bytes + "]]></r>");
+        refused("<!--" + bytes + "--><r/>");
+        refused("<?p " + bytes + "?><r/>");
+        refused("<r" + bytes + "/>");
+        refused("<r>\xC3\xA9" + bytes + " tail behind</r>");
+    }
+    for (unsigned code = 0x80; code < 0x110000; code += code < 0x3000 ? 1 : 0x3F) {
+        if (code >= 0xD800 && code < 0xE000) continue;
+        std::string character(4, '\0');
+        character.resize(ux::xml::write_utf8(code, character.data()));
+        const std::string xml = "<n" + character + " " + character + "='1'/>";
+        ASSERT_EQ(read_strictly(xml, 64).accepted, read_with_expat(xml).accepted) << code;
+    }
+}
+
+TEST(StrictReader, IgnoresPaddingBehindTheDocument) {
+    using namespace std::string_literals;
+    EXPECT_TRUE(read_strictly("<r/>\n\0\0 \0"s, 16).accepted);
+    EXPECT_TRUE(read_strictly("<r/>" + std::string(100000, '\0'), 64).accepted);
+    EXPECT_FALSE(read_strictly("<r/>\0x"s, 16).accepted);
+    EXPECT_FALSE(read_strictly("<r/>" + std::string(100000, '\0') + "<s/>", 64).accepted);
+}
+
+TEST(StrictReader, GivesUpOnWhatOthersMustRead) {
+    for (const char* xml :
+         {"<!DOCTYPE r><r/>", "<?xml version='1.1'?><r/>",
+          "<?xml version='1.0' encoding='ISO-8859-1'?><r/>", "\xFF\xFE<\0r\0/\0>\0"}) {
+        EXPECT_FALSE(read_strictly(xml, 64).accepted) << xml;
+    }
+}
+
+// Documents made of pieces that matter to a reader, most of them well-formed, some then broken.
+class Generator {
+public:
+    explicit Generator(unsigned seed) : random_(seed) {}
+
+    std::string document() {
+        std::string xml;
+        if (chance(4)) xml += pick({"<?xml version='1.0'?>", "\xEF\xBB\xBF", "\n"});
+        xml += misc() + element(0) + misc();
+        for (auto i = chance(3) ? random_() % 3 : 0; i > 0; --i) damage(xml);
+        return xml;
+    }
+
+private:
+    bool chance(unsigned n) { return random_() % n == 0; }
+    std::string pick(std::initializer_list<const char*> texts) {
+        return *(texts.begin() + random_() % texts.size());
+    }
+    std::string name() {
+        return pick({"a", "b", "c", "ab", "name_of_16_bytes", "name_of_17_bytes_", "a:b", "x.y-z",
+                     "name_of_17_bytes-", "\xC3\xA9", "n\xC3\xA9", "\xE4\xB8\xAD\xE6\x96\x87",
+                     "name_of_15_byte"});
+    }
+    std::string blanks() { return pick({" ", " ", " ", "\n", "\t", "\r\n", "  "}); }
+    std::string misc() {
+        std::string out;
+        while (chance(4)) {
+            out += pick({"\n", " ", "<!-- c -->", "<?p i?>", "<?p?>", "<!---->",
+                         "<!-- \xC3\xA9 - > ? ] -->", "\r\n"});
+        }
+        return out;
+    }
+    std::string reference() {
+        return pick({"&amp;", "&lt;", "&gt;", "&quot;", "&apos;", "&#32;", "&#10;", "&#13;", "&#9;",
+                     "&#x41;", "&#x20AC;", "&#x1F4C8;"});
+    }
+    std::string words() {
+        std::string out;
+        for (auto i = random_() % 6; i > 0; --i) {
+            out +=
+                pick({"text", " ", "a longer text of several words", "\n  ", "\xC3\xA9",
+                      "\xD0\x9C\xD0\xB8\xD1\x80 \xD0\xBC\xD0\xB8\xD1\x80", "\xE2\x82\xAC",
+                      "\xF0\x9F\x93\x88", "]", "]]", ">", "\r", "\r\n", "\t", "-", "?", "=", "/"});
+            if (chance(3)) out += reference();
+        }
+        return out;
+    }
+    std::string value() {
+        const char* quote = chance(3) ? "'" : "\"";
+        return quote + words() + pick({"", "", *quote == '"' ? "'" : "\"", "]]>", "<!--"}) + quote;
+    }
+    std::string element(int depth) {
+        const std::string tag = name();
+        std::string xml = "<" + tag;
+        while (chance(2)) xml += blanks() + name() + (chance(8) ? " = " : "=") + value();
+        if (chance(8)) xml += blanks();
+        if (chance(4)) return xml + "/>";
+        xml += ">";
+        for (auto i = random_() % 5; i > 0; --i) {
+            switch (random_() % 6) {
+                case 0:
+                    xml += misc();
+                    break;
+                case 1:
+                    xml += "<![CDATA[" + words() + "<&" + pick({"", "]", "]]"}) + "]]>";
+                    break;
+                case 2:
+                case 3:
+                    xml += words();
+                    break;
+                default:
+                    if (depth < 5) xml += element(depth + 1);
+            }
+        }
+        return xml + "</" + tag + (chance(8) ? blanks() : "") + ">";
+    }
+    void damage(std::string& xml) {
+        static constexpr std::string_view kBytes(
+            "<>&;'\"]![-?/= \n\rab:\x80\xC3\xA9\xEF\xBF\xBE\x01\0", 30);
+        const std::size_t at = random_() % xml.size();
+        switch (random_() % 4) {
+            case 0:
+                xml[at] = kBytes[random_() % kBytes.size()];
+                break;
+            case 1:
+                xml.insert(at, 1, kBytes[random_() % kBytes.size()]);
+                break;
+            case 2:
+                xml.erase(at, 1 + random_() % 3);
+                break;
+            default:
+                xml.insert(at, xml.substr(random_() % xml.size(), 1 + random_() % 12));
+        }
+        if (xml.empty()) xml = "<";
+    }
+
+    std::mt19937 random_;
+};
+
+// What only the other parser decides about, so that giving up is right.
+bool may_give_up(const std::string& xml) {
+    return xml.find("<!DOCTYPE") != std::string::npos || xml.find("<?xml") != std::string::npos;
+}
+
+// NUL bytes at the end are no error for us.
+std::string without_padding(const std::string& xml) {
+    if (xml.find('\0') == std::string::npos) return xml;
+    return xml.substr(0, xml.find_last_not_of(std::string(" \t\r\n\0", 5)) + 1);
+}
+
+TEST(StrictReader, AgreesWithExpatOnGeneratedDocuments) {
+    Generator generator(1);
+    std::mt19937 random(2);
+    int accepted = 0;
+    constexpr int kDocuments = 60000;
+    for (int i = 0; i < kDocuments; ++i) {
+        const std::string xml = generator.document();
+        const Reading expected = read_with_expat(without_padding(xml));
+        const std::size_t window = random() % 4 == 0 ? 65536 : 16 + random() % 80;
+        const Reading found = read_strictly(xml, window);
+        if (found.accepted || !may_give_up(xml)) {
+            ASSERT_EQ(found.accepted, expected.accepted) << "window " << window << ":\n" << xml;
+            ASSERT_EQ(found.events, expected.events) << "window " << window << ":\n" << xml;
+        }
+        if (found.accepted) ++accepted;
+    }
+    EXPECT_GT(accepted, kDocuments / 3);
+    EXPECT_LT(accepted, kDocuments);
+}
+
+TEST(StrictReader, EveryEndOfTheWindowGivesTheSame) {
+    const std::string xml =
+        "<?xml version='1.0' encoding='UTF-8'?><!-- c --><r x='1&amp;2' "
+        "name_of_17_bytes_='&#x20AC;'>"
+        "t&lt;<![CDATA[u]]>]]&gt;\r\n\xC3\xA9\xE2\x82\xAC\xF0\x9F\x93\x88<a><b "
+        "y=\"\xE2\x82\xAC\"/></a>"
+        "<?p i?></r>\n";
+    const Reading expected = read_with_expat(xml);
+    ASSERT_TRUE(expected.accepted);
+    for (std::size_t window = 16; window < xml.size() + 2; ++window) {
+        EXPECT_EQ(read_strictly(xml, window).events, expected.events) << window;
+    }
+    for (std::size_t size = 0; size + 1 < xml.size(); ++size) {
+        for (const std::size_t window : {std::size_t{16}, std::size_t{21}, std::size_t{4096}}) {
+            EXPECT_FALSE(read_strictly(xml.substr(0, size), window).accepted) << size;
+        }
+    }
+}
+
+}  // namespace
