@@ -1,3 +1,4 @@
+// The node handle of the minimal host: a weak pointer into a tree of shared ones.
 #include "uxtree/host/node.h"
 
 #include <algorithm>
@@ -14,6 +15,8 @@
 #include "node_data.h"
 
 using minimal::Node;
+using minimal::NodePtr;
+using minimal::view;
 
 namespace minimal {
 
@@ -77,10 +80,6 @@ namespace {
 
 constexpr const char* kSizeAttribute = "FileDataDimsVector";
 
-std::string_view view(const char* text) {
-    return text == nullptr ? "" : text;
-}
-
 bool is_name(const char* text) {
     return text != nullptr && UXIsName(text);
 }
@@ -116,7 +115,7 @@ std::string joined(const CWBOStringArray& texts) {
     std::string out;
     for (int i = 0; i < texts.GetSize(); ++i) {
         if (i != 0) out += '|';
-        for (const char c : texts[i].View()) {
+        for (const char c : view(texts[i])) {
             if (c == '\\' || c == '|') out += '\\';
             out += c;
         }
@@ -144,7 +143,7 @@ bool parse(const char* text, bool& value) {
         value = word == "true";
         return true;
     }
-    if (!UXParseDouble(word.View(), number)) return false;
+    if (!UXParseDouble(view(word), number)) return false;
     value = number != 0;
     return true;
 }
@@ -171,7 +170,7 @@ CStringUTF8 printed(T value) {
         UXFormatDouble(static_cast<double>(value), text);
         return text;
     } else {
-        return std::to_string(value);
+        return CStringUTF8(std::to_string(value));
     }
 }
 
@@ -196,7 +195,8 @@ bool read_array(const std::string& text, CWBOStringArray& array) {
 template <typename T>
 std::string array_text(const CArray<T, T>& array) {
     std::string text;
-    for (int i = 0; i < array.GetSize(); ++i) text += (i == 0 ? "" : " ") + printed(array[i]);
+    for (int i = 0; i < array.GetSize(); ++i)
+        text += (i == 0 ? "" : " ") + std::string(printed(array[i]));
     return text;
 }
 std::string array_text(const CWBOStringArray& array) {
@@ -233,7 +233,7 @@ template <typename T>
 int transfer(Node* node, T& value, int get) {
     if (node == nullptr) return 0;
     if (get != 0) return parse(node->text.c_str(), value) ? 1 : 0;
-    node->text = printed(value).View();
+    node->text = view(printed(value));
     return 1;
 }
 
@@ -242,79 +242,173 @@ int transfer(Node* node, T& value, int get) {
 
 // --- handles -----------------------------------------------------------------------------------
 
-int UXXmlWrapperBase::Bind(const std::shared_ptr<minimal::Tree>& tree, const NodePtr& node) {
-    const auto keeps = tree;  // tree may be this handle's own
-    node_ = node;
-    tree_ = node == nullptr ? nullptr : keeps;
+struct UXNodeAccess {
+    static minimal::Link* link(const UXXmlWrapperBase& handle) {
+        return static_cast<minimal::Link*>(handle.storage_.document);
+    }
+    static void set_link(UXXmlWrapperBase& handle, minimal::Link* link) {
+        minimal::Link* const old = UXNodeAccess::link(handle);
+        if (link != nullptr) ++link->handles;
+        handle.storage_.document = link;
+        if (old != nullptr && --old->handles == 0) delete old;
+    }
+};
+
+minimal::NodePtr minimal::node_of(const UXXmlWrapperBase& handle) {
+    const Link* const link = UXNodeAccess::link(handle);
+    return link == nullptr ? nullptr : link->node.lock();
+}
+
+namespace {
+
+using minimal::node_of;
+
+int bind_to(UXXmlWrapperBase& handle, const std::shared_ptr<minimal::Tree>& tree,
+            const NodePtr& node) {
+    UXNodeAccess::set_link(handle, node == nullptr ? nullptr : new minimal::Link{tree, node, 0});
     return node == nullptr ? 0 : 1;
 }
-int UXXmlWrapperBase::BindRoot(const NodePtr& root) {
-    if (root == nullptr) return 0;
-    const auto tree = std::make_shared<minimal::Tree>();
-    tree->root = root;
-    return Bind(tree, root);
+
+// Ends an operation on from with an output handle, which may be from or null.
+int give(const UXXmlWrapperBase& from, UXXmlWrapperBase* out, const NodePtr& node) {
+    const minimal::Link* const link = UXNodeAccess::link(from);
+    return out == nullptr ? 0 : bind_to(*out, link == nullptr ? nullptr : link->tree, node);
 }
-// Ends an operation with an output handle, which may be this one or null.
-int UXXmlWrapperBase::Give(UXXmlWrapperBase* out, const NodePtr& node) const {
-    return out == nullptr ? 0 : out->Bind(tree_, node);
-}
-int UXXmlWrapperBase::ReleaseNode() {
-    node_.reset();
-    tree_.reset();
+
+// A null before appends.
+int add_child(const UXXmlWrapperBase& handle, const NodePtr& before, const char* tag,
+              const char* text, int id, UXXmlWrapperBase* out) {
+    const NodePtr parent = node_of(handle);
+    const bool placed = parent != nullptr && (before == nullptr || before->parent == parent.get());
+    if (!placed || !minimal::is_name(tag)) return give(handle, out, nullptr);
+    const auto node = std::make_shared<Node>();
+    node->tag = tag;
+    node->text = std::string(view(text));
+    node->id = id == 0 ? minimal::kNoId : id;
+    minimal::insert(*parent, before == nullptr ? parent->children.end() : before->place, node);
+    give(handle, out, node);
     return 1;
 }
+int take_content(UXXmlWrapperBase& handle, const UXXmlWrapperBase* source, bool withTag) {
+    const NodePtr node = node_of(handle);
+    const NodePtr from = source == nullptr ? nullptr : node_of(*source);
+    if (node == nullptr || from == nullptr) return 0;
+    const NodePtr copy = minimal::copy_of(*from, true);  // before anything changes
+    if (!withTag) copy->tag = node->tag;
+    minimal::take_content(*node, *copy);
+    return 1;
+}
+
+template <typename Matches>
+int give_below(const UXXmlWrapperBase& handle, UXXmlWrapperBase* out, const char* name, int deep,
+               Matches&& matches) {
+    const NodePtr top = node_of(handle);
+    Node* node = top == nullptr || top->children.empty() ? nullptr : top->children.front().get();
+    for (; node != nullptr;
+         node = deep != 0 ? minimal::next_below(*top, *node) : minimal::sibling_after(*node)) {
+        const std::string* const value = minimal::find_attribute(node, name);
+        if (value != nullptr && matches(*value)) return give(handle, out, node->shared_from_this());
+    }
+    return give(handle, out, nullptr);
+}
+
+}  // namespace
+
+int minimal::bind_root(UXXmlWrapperBase& handle, const NodePtr& root) {
+    if (root == nullptr) return 0;
+    const auto tree = std::make_shared<Tree>();
+    tree->root = root;
+    return bind_to(handle, tree, root);
+}
+
+UXXmlWrapperBase::UXXmlWrapperBase(const UXXmlWrapperBase& other) noexcept : UXScriptObject(other) {
+    UXNodeAccess::set_link(*this, UXNodeAccess::link(other));
+}
+UXXmlWrapperBase::UXXmlWrapperBase(UXXmlWrapperBase&& other) noexcept {
+    std::swap(storage_, other.storage_);
+}
+UXXmlWrapperBase::~UXXmlWrapperBase() {
+    UXNodeAccess::set_link(*this, nullptr);
+}
+UXXmlWrapperBase& UXXmlWrapperBase::operator=(const UXXmlWrapperBase& other) noexcept {
+    UXNodeAccess::set_link(*this, UXNodeAccess::link(other));
+    return *this;
+}
+UXXmlWrapperBase& UXXmlWrapperBase::operator=(UXXmlWrapperBase&& other) noexcept {
+    std::swap(storage_, other.storage_);
+    return *this;
+}
+int UXXmlWrapperBase::ReleaseNode() {
+    UXNodeAccess::set_link(*this, nullptr);
+    return 1;
+}
+int UXXmlWrapperBase::IsNodeValid() const {
+    return node_of(*this) == nullptr ? 0 : 1;
+}
+int UXXmlWrapperBase::IsValid() {
+    return IsNodeValid();
+}
+void* UXXmlWrapperBase::GetInternalData(unsigned int /*typeCode*/) {
+    return nullptr;
+}
 bool UXXmlWrapperBase::operator==(const UXXmlWrapperBase& other) const {
-    return node_.lock() == other.node_.lock();
+    return node_of(*this) == node_of(other);
 }
 
 // --- counting and navigation -------------------------------------------------------------------
 
 int UXXmlWrapperBase::GetNodeCount() const {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     return node == nullptr ? 0 : static_cast<int>(node->children.size());
 }
+int UXXmlWrapperBase::HasChildren(int /*unused*/) const {
+    return GetNodeCount() > 0 ? 1 : 0;
+}
 int UXXmlWrapperBase::IsEmpty() const {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     return node != nullptr && node->children.empty() && node->text.empty() ? 1 : 0;
 }
 int UXXmlWrapperBase::IsRootNode(int /*unused*/) const {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     return node != nullptr && node->parent == nullptr ? 1 : 0;
 }
+int UXXmlWrapperBase::FirstChild(UXXmlWrapperBase* out) const {
+    return GetChild(out, 0);
+}
 int UXXmlWrapperBase::NextSibling(UXXmlWrapperBase* out) const {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     Node* const next = node == nullptr ? nullptr : minimal::sibling_after(*node);
-    return Give(out, next == nullptr ? nullptr : next->shared_from_this());
+    return give(*this, out, next == nullptr ? nullptr : next->shared_from_this());
 }
 int UXXmlWrapperBase::PrevSibling(UXXmlWrapperBase* out) const {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     const bool none =
         node == nullptr || node->parent == nullptr || node->place == node->parent->children.begin();
-    return Give(out, none ? nullptr : *std::prev(node->place));
+    return give(*this, out, none ? nullptr : *std::prev(node->place));
 }
 int UXXmlWrapperBase::GetParent(UXXmlWrapperBase* out) const {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     const bool none = node == nullptr || node->parent == nullptr;
-    return Give(out, none ? nullptr : node->parent->shared_from_this());
+    return give(*this, out, none ? nullptr : node->parent->shared_from_this());
 }
 int UXXmlWrapperBase::GetChild(UXXmlWrapperBase* out, int index, int* /*unused*/) const {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     const bool none = index < 0 || index >= GetNodeCount();
-    return Give(out, none ? nullptr : *std::next(node->children.begin(), index));
+    return give(*this, out, none ? nullptr : *std::next(node->children.begin(), index));
 }
 int UXXmlWrapperBase::GetArrayOfChildren(CArray<UXXmlWrapperBase, UXXmlWrapperBase>& array,
                                          const char* tag, CArray<int, int>* indices,
                                          int /*unused*/) const {
     const UXXmlWrapperBase self(*this);  // this handle may stand in the array
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     if (node == nullptr) return 0;
     array.RemoveAll();
     if (indices != nullptr) indices->RemoveAll();
     int position = -1;
     for (const NodePtr& child : node->children) {
         ++position;
-        if (!minimal::view(tag).empty() && child->tag != tag) continue;
-        self.Give(&array[array.Add({})], child);
+        if (!view(tag).empty() && child->tag != tag) continue;
+        give(self, &array[array.Add({})], child);
         if (indices != nullptr) indices->Add(position);
     }
     return 1;
@@ -323,55 +417,58 @@ int UXXmlWrapperBase::GetArrayOfChildren(CArray<UXXmlWrapperBase, UXXmlWrapperBa
 // --- tag and value -----------------------------------------------------------------------------
 
 int UXXmlWrapperBase::GetTagName(CStringUTF8& out) const {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     if (node == nullptr) return 0;
-    out = node->tag;
+    out = node->tag.c_str();
     return 1;
 }
 int UXXmlWrapperBase::SetTagName(const char* tag) {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     if (node == nullptr || !minimal::is_name(tag)) return 0;
     node->tag = tag;
     return 1;
 }
 int UXXmlWrapperBase::NodeValue(CStringUTF8& text, int get, int /*unused*/,
                                 UXNodeOptions* /*options*/) {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     if (node == nullptr) return 0;
     if (get == 0) {
-        node->text = text.View();
+        node->text = view(text);
         return 1;
     }
-    text = node->text;
+    text = CStringUTF8(node->text);
     return text.IsEmpty() ? 0 : 1;
 }
 int UXXmlWrapperBase::NodeValue(int& value, int get) {
-    return minimal::transfer(node_.lock().get(), value, get);
+    return minimal::transfer(node_of(*this).get(), value, get);
 }
 int UXXmlWrapperBase::NodeValue(double& value, int get) {
-    return minimal::transfer(node_.lock().get(), value, get);
+    return minimal::transfer(node_of(*this).get(), value, get);
 }
 int UXXmlWrapperBase::NodeValue(bool& value, int get) {
-    return minimal::transfer(node_.lock().get(), value, get);
+    return minimal::transfer(node_of(*this).get(), value, get);
 }
 int UXXmlWrapperBase::NodeValue(CWBOStringArray& value, int get, int* /*unused*/) {
     UXVectorDesc vector(value);
     return (get != 0 ? GetVector(vector) : SetVector(vector)) == 0 ? 1 : 0;
 }
 int UXXmlWrapperBase::SetString(const char* text) {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     if (node == nullptr) return 0;
-    node->text = std::string(minimal::view(text));
+    node->text = std::string(view(text));
     return 1;
+}
+int UXXmlWrapperBase::ResetValue() {
+    return SetString(nullptr);
 }
 int UXXmlWrapperBase::CheckSetValue(int /*setMode*/, const CStringUTF8& value, int branch) {
     if (branch == 0) return SetString(value);
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     if (node == nullptr || value == "-1") return node == nullptr ? 0 : 1;
-    return minimal::set_attribute(node.get(), "Use", value.View());
+    return minimal::set_attribute(node.get(), "Use", view(value));
 }
 int UXXmlWrapperBase::GetVector(UXVectorDesc& vector) {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     const bool read =
         node != nullptr && !node->text.empty() && minimal::with_array(vector, [&](auto& array) {
             return minimal::read_array(node->text, array);
@@ -379,15 +476,18 @@ int UXXmlWrapperBase::GetVector(UXVectorDesc& vector) {
     return read ? 0 : 1;
 }
 int UXXmlWrapperBase::SetVector(UXVectorDesc& vector) {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     const bool written = node != nullptr && minimal::with_array(vector, [&](const auto& array) {
                              node->text = minimal::array_text(array);
                              return true;
                          });
     return written ? 0 : 1;
 }
+int UXXmlWrapperBase::GetNodeArrayType(int /*unused*/) const {
+    return 0;
+}
 int UXXmlWrapperBase::SetSizeTrimFromEnd(int size) {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     if (node == nullptr || size < 0) return 0;
     while (GetNodeCount() > size) node->children.pop_back();
     return 1;
@@ -396,7 +496,7 @@ int UXXmlWrapperBase::LoadXDEArraySize(int* size) const {
     CStringUTF8 text;
     int rows = 0;
     GetPropertyValue(minimal::kSizeAttribute, text, 0);
-    if (!UXParseInt(text.View().substr(0, text.View().find('|')), rows)) return 0;
+    if (!UXParseInt(view(text).substr(0, view(text).find('|')), rows)) return 0;
     if (size != nullptr) *size = rows;
     return 1;
 }
@@ -415,19 +515,19 @@ int UXXmlWrapperBase::SaveXDE2DArraySize(int rows, int cols) {
 // --- attributes --------------------------------------------------------------------------------
 
 int UXXmlWrapperBase::GetPropertyValue(const char* name, CStringUTF8& out, int /*unused*/) const {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     const std::string* const value = minimal::find_attribute(node.get(), name);
     if (value == nullptr) return 0;
-    out = *value;
+    out = CStringUTF8(*value);
     return 1;
 }
 int UXXmlWrapperBase::GetPropertyValue(const char* name, int& out, int /*unused*/) const {
     CStringUTF8 text;
-    return GetPropertyValue(name, text, 0) && UXParseInt(text.View(), out) ? 1 : 0;
+    return GetPropertyValue(name, text, 0) && UXParseInt(view(text), out) ? 1 : 0;
 }
 int UXXmlWrapperBase::GetPropertyValue(const char* name, double& out, int /*unused*/) const {
     CStringUTF8 text;
-    return GetPropertyValue(name, text, 0) && UXParseDouble(text.View(), out) ? 1 : 0;
+    return GetPropertyValue(name, text, 0) && UXParseDouble(view(text), out) ? 1 : 0;
 }
 int UXXmlWrapperBase::SetPropertyValue(const char* name, int value) {
     return SetPropertyValue(name, minimal::printed(value));
@@ -436,19 +536,22 @@ int UXXmlWrapperBase::SetPropertyValue(const char* name, double value) {
     return SetPropertyValue(name, minimal::printed(value));
 }
 int UXXmlWrapperBase::SetPropertyValue(const char* name, const CStringUTF8& value) {
-    return minimal::set_attribute(node_.lock().get(), name, value.View());
+    return minimal::set_attribute(node_of(*this).get(), name, view(value));
 }
 int UXXmlWrapperBase::SetPropertyValue(const char* name, const CWBOStringArray& value) {
-    return minimal::set_attribute(node_.lock().get(), name, minimal::joined(value));
+    return minimal::set_attribute(node_of(*this).get(), name, minimal::joined(value));
 }
 int UXXmlWrapperBase::HasProperty(const char* name, int /*unused*/) const {
-    return minimal::find_attribute(node_.lock().get(), name) != nullptr ? 1 : 0;
+    return minimal::find_attribute(node_of(*this).get(), name) != nullptr ? 1 : 0;
 }
 int UXXmlWrapperBase::RemoveProperty(const char* name) {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     if (node == nullptr) return 0;
-    std::erase_if(node->attributes, [&](const auto& a) { return a.first == minimal::view(name); });
+    std::erase_if(node->attributes, [&](const auto& a) { return a.first == view(name); });
     return 1;
+}
+int UXXmlWrapperBase::RemoveAttr(const char* name, int /*unused*/) {
+    return RemoveProperty(name);
 }
 int UXXmlWrapperBase::GetPropertyNames(CWBOStringArray& out) const {
     if (IsNodeValid() != 0) out.RemoveAll();
@@ -456,18 +559,18 @@ int UXXmlWrapperBase::GetPropertyNames(CWBOStringArray& out) const {
 }
 int UXXmlWrapperBase::GetPropertyNamesAndValues(CWBOStringArray& names, CWBOStringArray* values,
                                                 const UXPropertyFilter* keep) const {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     if (node == nullptr) return 0;
     for (const auto& [name, value] : node->attributes) {
         if (keep != nullptr && *keep && !(*keep)(name.c_str())) continue;
-        names.Add(name);
-        if (values != nullptr) values->Add(value);
+        names.Add(CStringUTF8(name));
+        if (values != nullptr) values->Add(CStringUTF8(value));
     }
     return 1;
 }
 int UXXmlWrapperBase::CopyAllAttributes(UXXmlWrapperBase& source, int /*unused*/) {
-    const NodePtr node = node_.lock();
-    const NodePtr from = source.node_.lock();
+    const NodePtr node = node_of(*this);
+    const NodePtr from = node_of(source);
     if (node == nullptr || from == nullptr) return 0;
     for (const auto& [name, value] : from->attributes) {
         minimal::set_attribute(node.get(), name.c_str(), value);
@@ -475,16 +578,73 @@ int UXXmlWrapperBase::CopyAllAttributes(UXXmlWrapperBase& source, int /*unused*/
     return 1;
 }
 
+// --- names by key, texts as views: the plainest way, by text -----------------------------------
+
+int UXXmlWrapperBase::GetPropertyView(const UXNameKey& name, std::string_view& out) const {
+    const std::string* const value = minimal::find_attribute(node_of(*this).get(), name.c_str());
+    if (value == nullptr) return 0;
+    out = *value;
+    return 1;
+}
+int UXXmlWrapperBase::GetPropertyViews(const UXNameKey* names, int count,
+                                       std::string_view* out) const {
+    int found = 0;
+    for (int i = 0; i < count; ++i) {
+        out[i] = {};
+        found += GetPropertyView(names[i], out[i]);
+    }
+    return found;
+}
+int UXXmlWrapperBase::GetPropertyValue(const UXNameKey& name, CStringUTF8& out) const {
+    return GetPropertyValue(name.c_str(), out, 0);
+}
+int UXXmlWrapperBase::GetPropertyValue(const UXNameKey& name, int& out) const {
+    return GetPropertyValue(name.c_str(), out, 0);
+}
+int UXXmlWrapperBase::HasProperty(const UXNameKey& name) const {
+    return HasProperty(name.c_str(), 0);
+}
+int UXXmlWrapperBase::SetPropertyView(const UXNameKey& name, std::string_view value) {
+    return SetPropertyValue(name.c_str(), CStringUTF8(value));  // a copy: it may be a view of this
+}
+int UXXmlWrapperBase::RemoveProperty(const UXNameKey& name) {
+    return RemoveProperty(name.c_str());
+}
+int UXXmlWrapperBase::NodeValueView(std::string_view& out, CStringUTF8& /*scratch*/) const {
+    const NodePtr node = node_of(*this);
+    out = node == nullptr ? std::string_view() : node->text;
+    return out.empty() ? 0 : 1;
+}
+int UXXmlWrapperBase::SetValueView(std::string_view text) {
+    return SetString(CStringUTF8(text));
+}
+int UXXmlWrapperBase::GetTagView(std::string_view& out) const {
+    const NodePtr node = node_of(*this);
+    if (node == nullptr) return 0;
+    out = node->tag;
+    return 1;
+}
+int UXXmlWrapperBase::FindChild(const UXNameKey& tag, UXXmlWrapperBase* out) const {
+    return FindChild(tag.c_str(), out, 0);
+}
+
 // --- identifiers, visibility, label ------------------------------------------------------------
 
+int UXXmlWrapperBase::GetDataID(int& id) const {
+    return GetPropertyValue("DataID", id, 0);
+}
+int UXXmlWrapperBase::SetDataID(int id) {
+    return SetPropertyValue("DataID", id);
+}
+
 int UXXmlWrapperBase::GetID(int& id) const {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     if (node == nullptr || node->id == minimal::kNoId) return 0;
     id = node->id;
     return 1;
 }
 int UXXmlWrapperBase::SetID(int id, bool /*unused*/) {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     if (node == nullptr) return 0;
     node->id = id;
     return 1;
@@ -497,75 +657,56 @@ int UXXmlWrapperBase::GetShow(int& show) const {
 void UXXmlWrapperBase::SetShow(int show) {
     show == 0 ? SetPropertyValue("Show", 0) : RemoveProperty("Show");
 }
+int UXXmlWrapperBase::SetLabel(const CStringUTF8& label) {
+    return SetPropertyValue("Label", label);
+}
 int UXXmlWrapperBase::SetLabel(const char* label) {
     return label == nullptr ? RemoveProperty("Label") : SetLabel(CStringUTF8(label));
 }
 
 // --- creation, copying, removal ----------------------------------------------------------------
 
-// A null before appends.
-int UXXmlWrapperBase::AddChild(const NodePtr& before, const char* tag, const char* text, int id,
-                               UXXmlWrapperBase* out) {
-    const NodePtr parent = node_.lock();
-    const bool placed = parent != nullptr && (before == nullptr || before->parent == parent.get());
-    if (!placed || !minimal::is_name(tag)) return Give(out, nullptr);
-    const auto node = std::make_shared<Node>();
-    node->tag = tag;
-    node->text = std::string(minimal::view(text));
-    node->id = id == 0 ? minimal::kNoId : id;
-    minimal::insert(*parent, before == nullptr ? parent->children.end() : before->place, node);
-    Give(out, node);
-    return 1;
-}
 int UXXmlWrapperBase::AddNode(UXXmlWrapperBase* out, const char* tag, int id) {
-    return AddChild(nullptr, tag, nullptr, id, out);
+    return add_child(*this, nullptr, tag, nullptr, id, out);
 }
 int UXXmlWrapperBase::AddTextNode(UXXmlWrapperBase* out, const char* tag, const char* text, int id,
                                   int /*unused*/, UXNodeOptions* /*options*/) {
-    return AddChild(nullptr, tag, text, id, out);
+    return add_child(*this, nullptr, tag, text, id, out);
 }
 int UXXmlWrapperBase::AddChildNode(const char* tag, UXXmlWrapperBase* out, int id,
                                    const char* text) {
-    return AddChild(nullptr, tag, text, id, out);
+    return add_child(*this, nullptr, tag, text, id, out);
 }
 int UXXmlWrapperBase::InsertNodeBefore(const UXXmlWrapperBase& reference, const char* tag, int id,
                                        UXXmlWrapperBase* out) {
-    const NodePtr before = reference.node_.lock();
-    return before == nullptr ? Give(out, nullptr) : AddChild(before, tag, nullptr, id, out);
+    const NodePtr before = node_of(reference);
+    return before == nullptr ? give(*this, out, nullptr)
+                             : add_child(*this, before, tag, nullptr, id, out);
 }
 int UXXmlWrapperBase::AddNodeCopy(UXXmlWrapperBase* source, int deep, UXXmlWrapperBase* out) {
-    const NodePtr parent = node_.lock();
-    const NodePtr from = source == nullptr ? nullptr : source->node_.lock();
-    if (parent == nullptr || from == nullptr) return Give(out, nullptr);
+    const NodePtr parent = node_of(*this);
+    const NodePtr from = source == nullptr ? nullptr : node_of(*source);
+    if (parent == nullptr || from == nullptr) return give(*this, out, nullptr);
     const NodePtr copy = minimal::copy_of(*from, deep != 0);
     minimal::insert(*parent, parent->children.end(), copy);
-    Give(out, copy);
+    give(*this, out, copy);
     return 1;
 }
 int UXXmlWrapperBase::Clone(UXXmlWrapperBase* out, int /*unused*/) const {
-    const NodePtr node = node_.lock();
-    if (out == nullptr || node == nullptr) return Give(out, nullptr);
-    return out->BindRoot(minimal::copy_of(*node, true));
-}
-int UXXmlWrapperBase::TakeContent(const UXXmlWrapperBase* source, bool withTag) {
-    const NodePtr node = node_.lock();
-    const NodePtr from = source == nullptr ? nullptr : source->node_.lock();
-    if (node == nullptr || from == nullptr) return 0;
-    const NodePtr copy = minimal::copy_of(*from, true);  // before anything changes
-    if (!withTag) copy->tag = node->tag;
-    minimal::take_content(*node, *copy);
-    return 1;
+    const NodePtr node = node_of(*this);
+    if (out == nullptr || node == nullptr) return give(*this, out, nullptr);
+    return minimal::bind_root(*out, minimal::copy_of(*node, true));
 }
 int UXXmlWrapperBase::Replace(UXXmlWrapperBase* source, int /*unused1*/, int /*unused2*/,
                               int /*unused3*/) {
-    return TakeContent(source, false);
+    return take_content(*this, source, false);
 }
 int UXXmlWrapperBase::ReplaceByNodeCopy(UXXmlWrapperBase* source, int /*unused1*/,
                                         int /*unused2*/) {
-    return TakeContent(source, true);
+    return take_content(*this, source, true);
 }
 int UXXmlWrapperBase::ArrangeChildContents(const CArray<int, int>& order) {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     if (node == nullptr) return 0;
     const std::vector<NodePtr> children(node->children.begin(), node->children.end());
     if (!minimal::is_permutation(order, children.size())) return 0;
@@ -580,19 +721,19 @@ int UXXmlWrapperBase::ArrangeChildContents(const CArray<int, int>& order) {
     return 1;
 }
 int UXXmlWrapperBase::RemoveNode() {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     if (node == nullptr) return 0;
     if (node->parent == nullptr) {
-        tree_->root.reset();
+        UXNodeAccess::link(*this)->tree->root.reset();
     } else {
         node->parent->children.erase(node->place);
     }
     return ReleaseNode();
 }
 int UXXmlWrapperBase::RemoveChild(UXXmlWrapperBase* child, int* index) {
-    const NodePtr parent = node_.lock();
+    const NodePtr parent = node_of(*this);
     if (parent == nullptr) return 0;
-    const NodePtr node = child == nullptr ? nullptr : child->node_.lock();
+    const NodePtr node = child == nullptr ? nullptr : node_of(*child);
     if (node == nullptr || node->parent != parent.get()) return -1;
     if (index != nullptr) {
         *index = static_cast<int>(std::distance(parent->children.begin(), node->place));
@@ -608,41 +749,29 @@ int UXXmlWrapperBase::ResetNode(int /*unused*/) {
 int UXXmlWrapperBase::CreateNew(int /*unused*/, const char* tag) {
     const auto root = std::make_shared<Node>();
     root->tag = tag == nullptr ? "root" : tag;
-    return minimal::is_name(root->tag.c_str()) ? BindRoot(root) : 0;
+    return minimal::is_name(root->tag.c_str()) ? minimal::bind_root(*this, root) : 0;
 }
 
 // --- searching ---------------------------------------------------------------------------------
 
 int UXXmlWrapperBase::FindChild(const char* tag, UXXmlWrapperBase* out, int /*unused*/) const {
-    const NodePtr node = node_.lock();
-    if (node == nullptr) return Give(out, nullptr);
+    const NodePtr node = node_of(*this);
+    if (node == nullptr) return give(*this, out, nullptr);
     for (const NodePtr& child : node->children) {
-        if (child->tag == minimal::view(tag)) return Give(out, child);
+        if (child->tag == view(tag)) return give(*this, out, child);
     }
-    return Give(out, nullptr);
-}
-template <typename Matches>
-int UXXmlWrapperBase::GiveBelow(UXXmlWrapperBase* out, const char* name, int deep,
-                                Matches&& matches) const {
-    const NodePtr top = node_.lock();
-    Node* node = top == nullptr || top->children.empty() ? nullptr : top->children.front().get();
-    for (; node != nullptr;
-         node = deep != 0 ? minimal::next_below(*top, *node) : minimal::sibling_after(*node)) {
-        const std::string* const value = minimal::find_attribute(node, name);
-        if (value != nullptr && matches(*value)) return Give(out, node->shared_from_this());
-    }
-    return Give(out, nullptr);
+    return give(*this, out, nullptr);
 }
 int UXXmlWrapperBase::FindNodeByAttribute(UXXmlWrapperBase* out, const char* name,
                                           const char* value, int noCase, int deep) const {
     const CStringUTF8 wanted(value);
-    return GiveBelow(out, name, deep, [&](const std::string& text) {
+    return give_below(*this, out, name, deep, [&](const std::string& text) {
         return noCase != 0 ? wanted.CompareNoCase(text.c_str()) == 0 : wanted == text.c_str();
     });
 }
 int UXXmlWrapperBase::FindNodeByAttribute(UXXmlWrapperBase* out, const char* name, int value,
                                           int deep) const {
-    return GiveBelow(out, name, deep, [&](const std::string& text) {
+    return give_below(*this, out, name, deep, [&](const std::string& text) {
         int number = 0;
         return UXParseInt(text, number) && number == value;
     });
@@ -670,8 +799,8 @@ int UXXmlWrapperBase::FindCreateNode(const char* path, UXXmlWrapperBase* out, in
     return out->IsNodeValid();
 }
 int UXXmlWrapperBase::GetNodeStringWithBlobInfo(CStringUTF8& out, DWORD /*unused*/) const {
-    const NodePtr node = node_.lock();
+    const NodePtr node = node_of(*this);
     if (node == nullptr) return 0;
-    out = node->text;
+    out = CStringUTF8(node->text);
     return 1;
 }

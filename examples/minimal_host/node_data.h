@@ -4,8 +4,11 @@
 #include <list>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
+
+#include "uxtree/host/node.h"
 
 namespace minimal {
 
@@ -34,6 +37,26 @@ struct Node : Content, std::enable_shared_from_this<Node> {
 struct Tree {
     NodePtr root;
 };
+
+// What handles share that were copied from each other: they keep the whole tree, and refer to a
+// node until it is removed.
+struct Link {
+    std::shared_ptr<Tree> tree;
+    std::weak_ptr<Node> node;
+    long handles;
+};
+
+// The node of a handle, null when there is none or it was removed.
+NodePtr node_of(const UXXmlWrapperBase& handle);
+// Makes the handle the first one of a new tree; 0 without a root.
+int bind_root(UXXmlWrapperBase& handle, const NodePtr& root);
+
+inline std::string_view view(const char* text) {
+    return text == nullptr ? "" : text;
+}
+inline std::string_view view(const CStringUTF8& text) {
+    return {static_cast<const char*>(text), static_cast<std::size_t>(text.GetLength())};
+}
 
 Node& insert(Node& parent, Children::iterator before, const NodePtr& node);
 NodePtr copy_of(const Node& source, bool deep);

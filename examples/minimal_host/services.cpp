@@ -1,4 +1,4 @@
-// Strings, utilities and services of the minimal host. Names are checked for ASCII alone: any
+// Utilities and services of the minimal host. Names are checked for ASCII alone: any
 // character above it may stand in a name.
 #include "uxtree/host/services.h"
 
@@ -12,12 +12,13 @@
 #include <filesystem>
 #include <limits>
 
-#include <locale.h>
 #include <unistd.h>
 
 #include "uxtree/host/application.h"
 #include "uxtree/host/node.h"
 #include "uxtree/host/utilities.h"
+
+#include "node_data.h"
 
 UXHostApplication::~UXHostApplication() = default;
 UXScriptObject::~UXScriptObject() = default;
@@ -26,50 +27,6 @@ int UXScriptObject::IsValid() {
 }
 void* UXScriptObject::GetInternalData(unsigned int /*typeCode*/) {
     return nullptr;
-}
-
-// --- strings -----------------------------------------------------------------------------------
-
-int CStringUTF8::CompareNoCase(const char* text) const {
-    CStringUTF8 mine(*this);
-    CStringUTF8 other(text);
-    mine.MakeLower();
-    other.MakeLower();
-    return mine.Compare(other);
-}
-int CStringUTF8::Replace(const char* oldText, const char* newText) {
-    const std::string wanted(View(oldText));
-    const std::string replacement(View(newText));
-    int count = 0;
-    if (wanted.empty()) return 0;
-    for (std::size_t at = text_.find(wanted); at != std::string::npos; ++count) {
-        text_.replace(at, wanted.size(), replacement);
-        at = text_.find(wanted, at + replacement.size());
-    }
-    return count;
-}
-void CStringUTF8::FormatV(const char* format, va_list args) {
-    static const locale_t neutral = newlocale(LC_ALL_MASK, "C", locale_t());
-    const locale_t previous = uselocale(neutral);  // a decimal point in every locale
-    char* made = nullptr;
-    const int length = format == nullptr ? -1 : vasprintf(&made, format, args);
-    uselocale(previous);
-    text_.assign(length < 0 ? "" : made, Size(length));
-    std::free(length < 0 ? nullptr : made);
-}
-void CStringUTF8::Format(const char* format, ...) {
-    va_list args;
-    va_start(args, format);
-    FormatV(format, args);
-    va_end(args);
-}
-void CStringUTF8::AppendFormat(const char* format, ...) {
-    CStringUTF8 addition;
-    va_list args;
-    va_start(args, format);
-    addition.FormatV(format, args);
-    va_end(args);
-    *this += addition;
 }
 
 // --- vector descriptors ------------------------------------------------------------------------
@@ -143,10 +100,10 @@ int UXJoinTokens(CStringUTF8& out, const CWBOStringArray& tokens, const char* se
 }
 
 bool UXParseDouble(std::string_view text, double& value) {
-    CStringUTF8 number = std::string(text);
+    CStringUTF8 number(text);
     number.Trim();
     if (number.Find("+") == 0) number.Delete(0);
-    const std::string_view rest = number.View();
+    const std::string_view rest = minimal::view(number);
     const bool decimal = rest.find_first_not_of("0123456789+-.eE") == std::string_view::npos;
     double read = 0;
     const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), read);
@@ -177,7 +134,7 @@ void UXFormatDouble(double value, CStringUTF8& out) {
     for (int precision = 15; precision <= 17; ++precision) {
         double back = 0;
         out.Format("%.*g", precision, value);
-        if (UXParseDouble(out.View(), back) && back == value) return;
+        if (UXParseDouble(minimal::view(out), back) && back == value) return;
     }
 }
 
@@ -248,7 +205,7 @@ bool wildcard_match(CStringUTF8 text, CStringUTF8 pattern, int matchFlag) {
         text.MakeLower();
         pattern.MakeLower();
     }
-    return matches(text.View(), pattern.View());
+    return matches(minimal::view(text), minimal::view(pattern));
 }
 
 void range_slots(int rangeType, int /*stored*/, UXRangeSlots& slots) {
@@ -261,7 +218,7 @@ void range_slots(int rangeType, int /*stored*/, UXRangeSlots& slots) {
 
 bool clean_name(CStringUTF8& out, const CStringUTF8& name) {
     CStringUTF8 clean;
-    for (const char c : name.View()) {
+    for (const char c : minimal::view(name)) {
         if (clean.IsEmpty() && stands_in_name(c) && !starts_name(c)) clean += '_';
         clean += stands_in_name(c) && c != ':' ? c : '_';
     }

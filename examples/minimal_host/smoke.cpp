@@ -1,9 +1,10 @@
-// One walk through the library, printed. Built against the embedded host and against the minimal
-// one, it prints the same: what the library does depends on a host's promises alone.
+// One walk through the library, printed. On the embedded host and on any other one it prints the
+// same: what the library does depends on what a host promises alone.
 //
 // Usage: smoke FOLDER   (an existing folder for the files that it writes)
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 #include "uxtree/uxtree_Utils.h"
 
@@ -62,6 +63,37 @@ void look_up(UXXmlWrapperBase& tree) {
     double step = 0.1;
     node.NodeValue(step, 0);
     print("tree", tree);
+}
+
+void print(const char* title, std::string_view text) {
+    std::printf("%s: %.*s\n", title, static_cast<int>(text.size()), text.data());
+}
+
+// What the library does in its loops: names by key, texts as views.
+void read_views(UXXmlWrapperBase tree) {
+    const UXNameKey keys[] = {UXNameKey("Use"), UXNameKey("none"), UXNameKey("DataID")};
+    std::string_view views[3];
+    UXXmlWrapperBase node;
+    print("by key", tree.FindChild(UXNameKey("Range"), &node));
+    print("views", node.GetPropertyViews(keys, 3, views));
+    print("first", views[0]);
+    print("missing", views[1].data() == nullptr ? 1 : 0);
+    print("third", views[2]);
+    node.GetTagView(views[0]);
+    print("tag", views[0]);
+    node.FirstChild(&node);
+    CStringUTF8 scratch;
+    print("has value", node.NodeValueView(views[0], scratch));
+    print("value", views[0]);
+    int id = 0;
+    print("number", node.GetPropertyValue(keys[2], id) * id);
+    print("renumbered", node.SetPropertyView(keys[2], "011"));
+    print("rewritten", node.SetValueView(std::string_view("2.50").substr(0, 3)));
+    print("new", node.SetPropertyView(keys[1], "x"));
+    print("node", node);
+    print("gone", node.RemoveProperty(keys[1]) - node.HasProperty(keys[1]));
+    node.SetPropertyView(keys[2], "11");
+    node.SetValueView("1.5");
 }
 
 void transfer_values(UXXmlWrapperBase& tree, const std::string& folder) {
@@ -150,6 +182,7 @@ int main(int argc, char** argv) {
     if (tree.LoadFromMemory(kTree, sizeof kTree - 1) == 0) return 1;
     print("loaded", tree);
     look_up(tree);
+    read_views(tree);
     transfer_values(tree, folder);
     outline_and_query(tree, folder);
     UXXmlWrapperBase copy;

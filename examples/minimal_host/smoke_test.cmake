@@ -1,14 +1,27 @@
-# Runs the smoke program with both hosts; each must print what EXPECTED holds.
+# Runs the program SMOKE, with each folder of HOSTS in turn as the one where the host library is
+# found first. Each run must use that library and print what EXPECTED holds.
 file(READ ${EXPECTED} expected)
-foreach(host EMBEDDED MINIMAL)
-  set(folder ${WORK_DIR}/${host})
+if(NOT HOSTS)
+  set(HOSTS none)
+endif()
+foreach(host IN LISTS HOSTS)
+  string(MD5 folder "${SMOKE} ${host}")
+  set(folder ${WORK_DIR}/${folder})
   file(REMOVE_RECURSE ${folder})
   file(MAKE_DIRECTORY ${folder})
-  execute_process(COMMAND ${${host}} ${folder}
-    OUTPUT_VARIABLE printed RESULT_VARIABLE result)
+  if(NOT host STREQUAL none)
+    set(ENV{LD_LIBRARY_PATH} ${host})
+    set(ENV{LD_BIND_NOW} 1)  # a missing symbol shows at once
+    execute_process(COMMAND ldd ${SMOKE} OUTPUT_VARIABLE libraries COMMAND_ERROR_IS_FATAL ANY)
+    string(FIND "${libraries}" "libuxtree_host.so.0 => ${host}/libuxtree_host.so.0" found)
+    if(found EQUAL -1)
+      message(FATAL_ERROR "not the host library of ${host}:\n${libraries}")
+    endif()
+  endif()
+  execute_process(COMMAND ${SMOKE} ${folder} OUTPUT_VARIABLE printed RESULT_VARIABLE result)
   file(WRITE ${folder}/printed.txt "${printed}")
   if(NOT result EQUAL 0 OR NOT printed STREQUAL expected)
     execute_process(COMMAND diff ${EXPECTED} ${folder}/printed.txt)
-    message(FATAL_ERROR "${host} host: result ${result}, and not what ${EXPECTED} holds")
+    message(FATAL_ERROR "host ${host}: result ${result}, and not what ${EXPECTED} holds")
   endif()
 endforeach()

@@ -145,7 +145,7 @@ NodePtr from_xml(const char* bytes, std::size_t length) {
 }  // namespace minimal
 
 int UXXmlWrapperBase::LoadFromMemory(const char* bytes, std::size_t length) {
-    return BindRoot(bytes == nullptr ? nullptr : minimal::from_xml(bytes, length));
+    return minimal::bind_root(*this, bytes == nullptr ? nullptr : minimal::from_xml(bytes, length));
 }
 
 int UXXmlWrapperBase::load(const char* path, int /*unused*/, bool /*unusedFlag*/) {
@@ -156,7 +156,7 @@ int UXXmlWrapperBase::load(const char* path, int /*unused*/, bool /*unusedFlag*/
 }
 
 int UXXmlWrapperBase::Save(const char* path, int /*unused*/) const {
-    const NodePtr node = node_.lock();
+    const minimal::NodePtr node = minimal::node_of(*this);
     if (node == nullptr || path == nullptr) return 0;
     const std::string xml = minimal::to_xml(*node, true);
     if (minimal::holds_control_characters(xml)) return 0;
@@ -167,8 +167,20 @@ int UXXmlWrapperBase::Save(const char* path, int /*unused*/) const {
 }
 
 int UXXmlWrapperBase::GetString(CStringUTF8& out, int /*unused*/) const {
-    const NodePtr node = node_.lock();
+    const minimal::NodePtr node = minimal::node_of(*this);
     if (node == nullptr) return 0;
-    out = minimal::to_xml(*node, false);
+    out = CStringUTF8(minimal::to_xml(*node, false));
     return 1;
+}
+
+int UXXmlWrapperBase::SetDefaultCodePage(int /*codePage*/) {
+    return 1;  // texts are UTF-8 here
+}
+
+// Reasons are not kept here.
+CStringUTF8 UXGetLastLoadError() {
+    return {};
+}
+CStringUTF8 UXGetLastSaveError() {
+    return {};
 }

@@ -1,6 +1,7 @@
 #include "host/document.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstring>
 #include <stdexcept>
@@ -86,6 +87,12 @@ void NameTable::copy_from(const NameTable& other, const ByteArena& bytes) {
     }
 }
 
+// The low half of a stamp is the number of names, which is below 2^26 and only grows.
+Document::Document() {
+    static std::atomic<std::uint64_t> made{0};
+    stamp_ = ++made << 32;
+}
+
 NameId Document::valid_name(const char* name) {
     if (name == nullptr || *name == '\0') return 0;
     const NameId known = names_.find(name);
@@ -165,7 +172,13 @@ void Document::set_attribute(Element& element, NameId name, std::string_view val
 }
 
 void Document::remove_attribute(Element& element, const char* name) {
-    const Attribute* found = find_attribute(element, name);
+    remove_found(element, find_attribute(element, name));
+}
+void Document::remove_attribute(Element& element, NameId name) {
+    remove_found(element, find_attribute(element, name));
+}
+
+void Document::remove_found(Element& element, const Attribute* found) {
     if (found == nullptr) return;
     if (found->size != 0) bytes_.release(found->value, found->size);
     Attribute* const all = attributes(element);

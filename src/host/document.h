@@ -97,7 +97,7 @@ private:
 // A document: elements, their texts and names. Lives as long as a handle refers to it.
 class Document {
 public:
-    Document() = default;
+    Document();
     Document(const Document&) = delete;
     Document& operator=(const Document&) = delete;
 
@@ -115,6 +115,9 @@ public:
     const char* name(NameId id) const { return names_.text(id).data(); }
     std::string_view name_view(NameId id) const { return names_.text(id); }
     NameId find_name(std::string_view name) const { return names_.find(name); }
+    // Tells the names of all documents and all their states apart: what was looked up under the
+    // same stamp is still so.
+    std::uint64_t name_stamp() const { return stamp_ + names_.size(); }
     // The number of a valid name, added when new; 0 when the text is no name.
     NameId valid_name(const char* name);
     NameId intern(std::string_view name) { return names_.intern(name, bytes_); }
@@ -138,6 +141,7 @@ public:
     const Attribute* find_attribute(const Element& element, NameId name) const;
     void set_attribute(Element& element, NameId name, std::string_view value);
     void remove_attribute(Element& element, const char* name);
+    void remove_attribute(Element& element, NameId name);
     void clear_attributes(Element& element);
     // Room for count attributes on an element that has none, for loading and copying.
     void reserve_attributes(Element& element, std::size_t count);
@@ -197,12 +201,14 @@ private:
     NameId map_name(const Document& from, NameId name, NameMap& nameMap);
     void free_storage(Element& element) noexcept;
     bool shares_value(const Element& element) const;
+    void remove_found(Element& element, const Attribute* found);
     const Attribute* find_marked(const Element& element, const char* name) const;
     void move_content(const Element& source, Element& target);
 
     SlotArena<Element> elements_;
     ByteArena bytes_;
     NameTable names_;
+    std::uint64_t stamp_;  // see name_stamp
     // Long values that copies within the document share, and how many elements beyond the first
     // have each. A shared value is never written into.
     std::unordered_map<Ref, std::uint32_t> sharedValues_;

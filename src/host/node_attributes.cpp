@@ -1,4 +1,5 @@
 // Attributes through the node handle, and what is kept in them.
+#include <algorithm>
 #include <string_view>
 
 #include "uxtree/host/node.h"
@@ -23,6 +24,19 @@ namespace {
 const Attribute* find_attribute(const UXXmlWrapperBase& node, const char* name) {
     const Element* element = live(node);
     return element == nullptr ? nullptr : document_of(node)->find_attribute(*element, name);
+}
+
+const Attribute* find_attribute(const UXXmlWrapperBase& node, const UXNameKey& name) {
+    const Element* element = live(node);
+    if (element == nullptr) return nullptr;
+    const Document& document = *document_of(node);
+    const NameId number = UXNodeAccess::number(name, document);
+    return number == 0 ? nullptr : document.find_attribute(*element, number);
+}
+
+// The value as a view whose data is never null.
+std::string_view present_value(const Document& document, const Attribute& attribute) {
+    return attribute.size == 0 ? std::string_view("") : document.attribute_value(attribute);
 }
 
 int set_attribute(UXXmlWrapperBase& node, const char* name, const CStringUTF8& value) {
@@ -133,6 +147,70 @@ int UXXmlWrapperBase::CopyAllAttributes(UXXmlWrapperBase& source, int /*unused*/
         }
         return 1;
     });
+}
+
+// --- names by key, texts as views --------------------------------------------------------------
+
+int UXXmlWrapperBase::GetPropertyView(const UXNameKey& name, std::string_view& out) const {
+    const Attribute* attribute = find_attribute(*this, name);
+    if (attribute == nullptr) return 0;
+    out = present_value(*document_of(*this), *attribute);
+    return 1;
+}
+
+int UXXmlWrapperBase::GetPropertyViews(const UXNameKey* names, int count,
+                                       std::string_view* out) const {
+    const Element* element = live(*this);
+    std::fill_n(out, count, std::string_view());
+    if (element == nullptr || element->attributeCount == 0) return 0;
+    const Document& document = *document_of(*this);
+    const Attribute* const attributes = document.attributes(*element);
+    int found = 0;
+    for (int i = 0; i < count; ++i) {
+        const NameId number = UXNodeAccess::number(names[i], document);
+        if (number == 0) continue;
+        for (std::uint32_t at = 0; at < element->attributeCount; ++at) {
+            if (attributes[at].name != number) continue;
+            out[i] = present_value(document, attributes[at]);
+            ++found;
+            break;
+        }
+    }
+    return found;
+}
+
+int UXXmlWrapperBase::GetPropertyValue(const UXNameKey& name, CStringUTF8& out) const {
+    const Attribute* attribute = find_attribute(*this, name);
+    if (attribute == nullptr) return 0;
+    return guarded([&] { return assign(out, document_of(*this)->attribute_value(*attribute)); });
+}
+int UXXmlWrapperBase::GetPropertyValue(const UXNameKey& name, int& out) const {
+    const Attribute* attribute = find_attribute(*this, name);
+    if (attribute == nullptr) return 0;
+    return UXParseInt(document_of(*this)->attribute_value(*attribute), out) ? 1 : 0;
+}
+int UXXmlWrapperBase::HasProperty(const UXNameKey& name) const {
+    return find_attribute(*this, name) != nullptr ? 1 : 0;
+}
+
+int UXXmlWrapperBase::SetPropertyView(const UXNameKey& name, std::string_view value) {
+    Element* element = live(*this);
+    if (element == nullptr) return 0;
+    return guarded([&] {
+        Document& document = *document_of(*this);
+        NameId number = UXNodeAccess::number(name, document);
+        if (number == 0) number = document.valid_name(name.c_str());
+        if (number == 0) return 0;
+        document.set_attribute(*element, number, value);
+        return 1;
+    });
+}
+int UXXmlWrapperBase::RemoveProperty(const UXNameKey& name) {
+    Element* element = live(*this);
+    if (element == nullptr) return 0;
+    const NameId number = UXNodeAccess::number(name, *document_of(*this));
+    if (number != 0) document_of(*this)->remove_attribute(*element, number);
+    return 1;
 }
 
 // --- identifiers, visibility, label ------------------------------------------------------------

@@ -11,6 +11,15 @@
 struct UXNodeAccess {
     static UXNodeStorage& storage(UXXmlWrapperBase& node) { return node.storage_; }
     static const UXNodeStorage& storage(const UXXmlWrapperBase& node) { return node.storage_; }
+    // The number of a key's name in a document, 0 when the document has no such name. It is looked
+    // up again only when the document is another one or has got a new name.
+    static uxhost::NameId number(const UXNameKey& name, const uxhost::Document& document) {
+        if (name.stamp_ != document.name_stamp()) {
+            name.number_ = document.find_name(name.text_);
+            name.stamp_ = document.name_stamp();
+        }
+        return static_cast<uxhost::NameId>(name.number_);
+    }
 };
 
 namespace uxhost {

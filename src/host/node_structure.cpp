@@ -228,14 +228,17 @@ int UXXmlWrapperBase::CreateNew(int /*unused*/, const char* tag) {
 // --- searching ---------------------------------------------------------------------------------
 
 int UXXmlWrapperBase::FindChild(const char* tag, UXXmlWrapperBase* out, int /*unused*/) const {
+    return FindChild(UXNameKey(tag), out);
+}
+int UXXmlWrapperBase::FindChild(const UXNameKey& tag, UXXmlWrapperBase* out) const {
     if (out == nullptr) return 0;
     const Element* parent = live(*this);
-    const NameId wanted = parent == nullptr ? 0 : document_of(*this)->find_name(ux::view_of(tag));
-    if (wanted == 0) return out->ReleaseNode() - 1;
-    Element* child = document_of(*this)->element(parent->first);
-    while (child != nullptr && child->tag != wanted)
-        child = document_of(*this)->element(child->next);
-    return bind(*out, document_of(*this), child);
+    if (parent == nullptr) return out->ReleaseNode() - 1;
+    Document* const document = document_of(*this);
+    const NameId wanted = UXNodeAccess::number(tag, *document);
+    Element* child = wanted == 0 ? nullptr : document->element(parent->first);
+    while (child != nullptr && child->tag != wanted) child = document->element(child->next);
+    return bind(*out, document, child);
 }
 
 int UXXmlWrapperBase::FindNodeByAttribute(UXXmlWrapperBase* out, const char* name,

@@ -86,6 +86,13 @@ int UXXmlWrapperBase::GetTagName(CStringUTF8& out) const {
     return guarded([&] { return assign(out, document_of(*this)->name_view(element->tag)); });
 }
 
+int UXXmlWrapperBase::GetTagView(std::string_view& out) const {
+    const Element* element = live(*this);
+    if (element == nullptr) return 0;
+    out = document_of(*this)->name_view(element->tag);
+    return 1;
+}
+
 int UXXmlWrapperBase::SetTagName(const char* tag) {
     Element* element = live(*this);
     if (element == nullptr) return 0;
@@ -170,6 +177,24 @@ int UXXmlWrapperBase::SetString(const char* text) {
     if (element == nullptr) return 0;
     return guarded([&] {
         document_of(*this)->set_value(*element, ux::view_of(text));
+        return 1;
+    });
+}
+
+int UXXmlWrapperBase::NodeValueView(std::string_view& out, CStringUTF8& scratch) const {
+    const Element* element = live(*this);
+    out = {};
+    if (element == nullptr) return 0;
+    return guarded([&] {
+        out = document_of(*this)->value_text(*element, scratch);
+        return out.empty() ? 0 : 1;
+    });
+}
+int UXXmlWrapperBase::SetValueView(std::string_view text) {
+    Element* element = live(*this);
+    if (element == nullptr) return 0;
+    return guarded([&] {
+        document_of(*this)->set_value(*element, text);
         return 1;
     });
 }

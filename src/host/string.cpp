@@ -16,20 +16,9 @@
 namespace {
 using ux::view_of;
 
-int to_position(std::size_t found) {
-    return found == std::string::npos ? -1 : static_cast<int>(found);
-}
-
 // Positions and counts outside 0 to size become the nearer end.
 std::size_t clip(int value, std::size_t size) {
     return value < 0 ? 0 : std::min(static_cast<std::size_t>(value), size);
-}
-
-std::size_t checked(int index, std::size_t size) {
-    if (index < 0 || static_cast<std::size_t>(index) >= size) {
-        throw std::invalid_argument("string index outside the text");
-    }
-    return static_cast<std::size_t>(index);
 }
 
 // Formatted numbers have a decimal point whatever the locale of the process or the thread.
@@ -76,83 +65,6 @@ std::string printed(const char* format, va_list args) {
 }
 }  // namespace
 
-CStringUTF8::CStringUTF8() = default;
-CStringUTF8::CStringUTF8(const char* text) : text_(view_of(text)) {}
-CStringUTF8::CStringUTF8(char c, int count)
-    : text_(count < 0 ? 0 : static_cast<std::size_t>(count), c) {}
-CStringUTF8::CStringUTF8(const CStringUTF8& other) = default;
-CStringUTF8::CStringUTF8(CStringUTF8&& other) noexcept = default;
-CStringUTF8::~CStringUTF8() = default;
-CStringUTF8& CStringUTF8::operator=(const CStringUTF8& other) = default;
-CStringUTF8& CStringUTF8::operator=(CStringUTF8&& other) noexcept = default;
-
-CStringUTF8& CStringUTF8::operator=(const char* text) {
-    text_.assign(view_of(text));
-    return *this;
-}
-
-CStringUTF8& CStringUTF8::operator=(char c) {
-    text_.assign(1, c);
-    return *this;
-}
-
-CStringUTF8& CStringUTF8::operator+=(const CStringUTF8& other) {
-    text_ += other.text_;
-    return *this;
-}
-
-CStringUTF8& CStringUTF8::operator+=(const char* text) {
-    text_.append(view_of(text));
-    return *this;
-}
-
-CStringUTF8& CStringUTF8::operator+=(char c) {
-    text_ += c;
-    return *this;
-}
-
-int CStringUTF8::GetLength() const {
-    return static_cast<int>(text_.size());
-}
-
-bool CStringUTF8::IsEmpty() const {
-    return text_.empty();
-}
-
-void CStringUTF8::Empty() {
-    text_.clear();
-}
-
-char CStringUTF8::GetAt(int index) const {
-    return text_[checked(index, text_.size())];
-}
-
-void CStringUTF8::SetAt(int index, char c) {
-    text_[checked(index, text_.size())] = c;
-}
-
-char CStringUTF8::operator[](int index) const {
-    return GetAt(index);
-}
-
-CStringUTF8::operator const char*() const {
-    return text_.c_str();
-}
-
-char* CStringUTF8::GetBuffer(int minLength) {
-    const std::size_t wanted = minLength < 0 ? 0 : static_cast<std::size_t>(minLength);
-    if (wanted > text_.size()) text_.resize(wanted);
-    return text_.data();
-}
-
-void CStringUTF8::ReleaseBuffer(int newLength) {
-    text_.resize(newLength < 0 ? std::strlen(text_.c_str()) : clip(newLength, text_.size()));
-}
-
-int CStringUTF8::Compare(const char* text) const {
-    return text_.compare(view_of(text));
-}
-
 int CStringUTF8::CompareNoCase(const char* text) const {
     const std::string_view other = view_of(text);
     const std::size_t common = std::min(text_.size(), other.size());
@@ -163,38 +75,6 @@ int CStringUTF8::CompareNoCase(const char* text) const {
     }
     if (text_.size() == other.size()) return 0;
     return text_.size() < other.size() ? -1 : 1;
-}
-
-int CStringUTF8::Find(char c, int start) const {
-    return to_position(text_.find(c, clip(start, text_.size())));
-}
-
-int CStringUTF8::Find(const char* text, int start) const {
-    return to_position(text_.find(view_of(text), clip(start, text_.size())));
-}
-
-int CStringUTF8::ReverseFind(char c) const {
-    return to_position(text_.rfind(c));
-}
-
-CStringUTF8 CStringUTF8::Mid(int start) const {
-    CStringUTF8 result;
-    result.text_.assign(text_, clip(start, text_.size()));
-    return result;
-}
-
-CStringUTF8 CStringUTF8::Mid(int start, int count) const {
-    CStringUTF8 result;
-    result.text_.assign(text_, clip(start, text_.size()), clip(count, text_.size()));
-    return result;
-}
-
-CStringUTF8 CStringUTF8::Left(int count) const {
-    return Mid(0, count);
-}
-
-CStringUTF8 CStringUTF8::Right(int count) const {
-    return Mid(static_cast<int>(text_.size() - clip(count, text_.size())));
 }
 
 int CStringUTF8::Insert(int index, const char* text) {
@@ -230,14 +110,6 @@ int CStringUTF8::Replace(const char* oldText, const char* newText) {
     result.append(text_, kept);
     text_ = std::move(result);
     return count;
-}
-
-void CStringUTF8::Append(const char* text) {
-    *this += text;
-}
-
-void CStringUTF8::AppendChar(char c) {
-    *this += c;
 }
 
 CStringUTF8& CStringUTF8::TrimLeft() {
@@ -294,75 +166,4 @@ void CStringUTF8::AppendFormat(const char* format, ...) {
     va_start(args, format);
     text_ += printed(format, args);
     va_end(args);
-}
-
-void CStringUTF8::Assign(const char* bytes, std::size_t length) {
-    if (bytes == nullptr) length = 0;
-    text_.assign(std::string_view(bytes, length));
-}
-
-CStringUTF8 operator+(const CStringUTF8& a, const CStringUTF8& b) {
-    CStringUTF8 sum(a);
-    sum += b;
-    return sum;
-}
-
-CStringUTF8 operator+(const CStringUTF8& a, const char* b) {
-    CStringUTF8 sum(a);
-    sum += b;
-    return sum;
-}
-
-CStringUTF8 operator+(const char* a, const CStringUTF8& b) {
-    CStringUTF8 sum(a);
-    sum += b;
-    return sum;
-}
-
-CStringUTF8 operator+(const CStringUTF8& a, char b) {
-    CStringUTF8 sum(a);
-    sum += b;
-    return sum;
-}
-
-CStringUTF8 operator+(char a, const CStringUTF8& b) {
-    CStringUTF8 sum(a, 1);
-    sum += b;
-    return sum;
-}
-
-bool operator==(const CStringUTF8& a, const CStringUTF8& b) {
-    return view_of(a) == view_of(b);
-}
-
-bool operator==(const CStringUTF8& a, const char* b) {
-    return view_of(a) == view_of(b);
-}
-
-bool operator==(const char* a, const CStringUTF8& b) {
-    return view_of(a) == view_of(b);
-}
-
-bool operator!=(const CStringUTF8& a, const CStringUTF8& b) {
-    return !(a == b);
-}
-
-bool operator!=(const CStringUTF8& a, const char* b) {
-    return !(a == b);
-}
-
-bool operator!=(const char* a, const CStringUTF8& b) {
-    return !(a == b);
-}
-
-bool operator<(const CStringUTF8& a, const CStringUTF8& b) {
-    return view_of(a) < view_of(b);
-}
-
-bool operator<(const CStringUTF8& a, const char* b) {
-    return view_of(a) < view_of(b);
-}
-
-bool operator<(const char* a, const CStringUTF8& b) {
-    return view_of(a) < view_of(b);
 }

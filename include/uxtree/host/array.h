@@ -1,4 +1,5 @@
-// The host's growable arrays. An index outside an array throws std::invalid_argument.
+// The host's growable arrays, whole in this header and the same for every host. An index outside an
+// array throws std::invalid_argument.
 #pragma once
 
 #include <algorithm>
@@ -14,26 +15,61 @@
 // A growable array of strings.
 class UXHOST_API CWBOStringArray {
 public:
-    int GetSize() const;
-    int GetCount() const;
-    int GetUpperBound() const;  // the last index, -1 when empty
-    bool IsEmpty() const;
-    void SetSize(int size);  // new elements are ""
-    const CStringUTF8& GetAt(int index) const;
-    void SetAt(int index, const CStringUTF8& value);
-    void SetAtGrow(int index, const CStringUTF8& value);
-    CStringUTF8& ElementAt(int index);
-    CStringUTF8& operator[](int index);
-    const CStringUTF8& operator[](int index) const;
-    int Add(const CStringUTF8& value);  // index of the new element
-    int Add(CStringUTF8&& value);
-    int Append(const CWBOStringArray& other);  // index of the first new element
-    void Copy(const CWBOStringArray& other);
-    void InsertAt(int index, const CStringUTF8& value, int count = 1);
-    void RemoveAt(int index, int count = 1);
-    void RemoveAll();
+    int GetSize() const { return static_cast<int>(items_.size()); }
+    int GetCount() const { return GetSize(); }
+    int GetUpperBound() const { return GetSize() - 1; }  // the last index, -1 when empty
+    bool IsEmpty() const { return items_.empty(); }
+    void SetSize(int size) {  // new elements are ""
+        Check(size >= 0);
+        items_.resize(static_cast<std::size_t>(size));
+    }
+    const CStringUTF8& GetAt(int index) const { return items_[Checked(index)]; }
+    void SetAt(int index, const CStringUTF8& value) { items_[Checked(index)] = value; }
+    void SetAtGrow(int index, CStringUTF8 value) {  // a copy: value may live in this array
+        Check(index >= 0);
+        if (Index(index) >= items_.size()) items_.resize(Index(index) + 1);
+        items_[Index(index)] = std::move(value);
+    }
+    CStringUTF8& ElementAt(int index) { return items_[Checked(index)]; }
+    CStringUTF8& operator[](int index) { return items_[Checked(index)]; }
+    const CStringUTF8& operator[](int index) const { return items_[Checked(index)]; }
+    int Add(const CStringUTF8& value) {  // index of the new element
+        items_.push_back(value);
+        return GetUpperBound();
+    }
+    int Add(CStringUTF8&& value) {
+        items_.push_back(std::move(value));
+        return GetUpperBound();
+    }
+    int Append(const CWBOStringArray& other) {  // index of the first new element
+        if (this == &other) return Append(CWBOStringArray(other));
+        const int first = GetSize();
+        items_.insert(items_.end(), other.items_.begin(), other.items_.end());
+        return first;
+    }
+    void Copy(const CWBOStringArray& other) { items_ = other.items_; }
+    void InsertAt(int index, const CStringUTF8& value, int count = 1) {
+        Check(index >= 0 && count >= 0);
+        const CStringUTF8 copy(value);  // value may live in this array
+        if (index > GetSize()) SetSize(index);
+        items_.insert(items_.begin() + index, Index(count), copy);
+    }
+    void RemoveAt(int index, int count = 1) {
+        Check(index >= 0 && count >= 0 && count <= GetSize() - index);
+        items_.erase(items_.begin() + index, items_.begin() + index + count);
+    }
+    void RemoveAll() { items_.clear(); }
 
 private:
+    static std::size_t Index(int index) { return static_cast<std::size_t>(index); }
+    static void Check(bool inside) {
+        if (!inside) throw std::invalid_argument("array index outside the array");
+    }
+    std::size_t Checked(int index) const {
+        Check(index >= 0 && Index(index) < items_.size());
+        return Index(index);
+    }
+
     std::vector<CStringUTF8> items_;
 };
 

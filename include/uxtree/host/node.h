@@ -1,11 +1,14 @@
 // The handle of one tree node.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <string_view>
 
 #include "uxtree/host/array.h"
 #include "uxtree/host/export.h"
+#include "uxtree/host/name_key.h"
 #include "uxtree/host/script_object.h"
 #include "uxtree/host/string.h"
 #include "uxtree/host/vector_desc.h"
@@ -124,6 +127,29 @@ public:
                                   const UXPropertyFilter* keep) const;
     // Overwrites attributes of the same names and keeps the others; the ID is not copied.
     int CopyAllAttributes(UXXmlWrapperBase& source, int unused);
+
+    // --- names by key, texts as views ----------------------------------------------------------
+
+    // What the operations above do, for loops over many nodes. A view is not followed by a NUL, and
+    // holds until the next change of the node's document or of scratch, whichever it stands in. The
+    // plainest implementation asks by the key's text.
+    int GetPropertyView(const UXNameKey& name, std::string_view& out) const;
+    // One look at the attributes for several names: out[i] receives the value of names[i], with a
+    // null data() for a missing one (an empty value has none that is null). Yields the number of
+    // those found, 0 with every view null for an invalid handle.
+    int GetPropertyViews(const UXNameKey* names, int count, std::string_view* out) const;
+    int GetPropertyValue(const UXNameKey& name, CStringUTF8& out) const;
+    int GetPropertyValue(const UXNameKey& name, int& out) const;
+    int HasProperty(const UXNameKey& name) const;
+    int SetPropertyView(const UXNameKey& name, std::string_view value);
+    int RemoveProperty(const UXNameKey& name);
+    // The value as NodeValue reads it, "" and 0 without one. scratch keeps the text when the host
+    // has to make it.
+    int NodeValueView(std::string_view& out, CStringUTF8& scratch) const;
+    // Writes a value as SetString does; the text may be a view of the node's own.
+    int SetValueView(std::string_view text);
+    int GetTagView(std::string_view& out) const;
+    int FindChild(const UXNameKey& tag, UXXmlWrapperBase* out) const;
 
     // --- identifiers, visibility, label --------------------------------------------------------
 

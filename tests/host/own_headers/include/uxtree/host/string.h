@@ -1,5 +1,5 @@
-// The minimal host's string: a std::string under the published names. The promises of each member
-// are those of the embedded host's header of the same name.
+// A string of a host's own under the published name, for the test that compiles the library against
+// it. The promises of each member are those of our header of the same name.
 #pragma once
 
 #include <algorithm>
@@ -17,7 +17,7 @@ class UXHOST_API CStringUTF8 {
 public:
     CStringUTF8() = default;
     CStringUTF8(const char* text) : text_(text == nullptr ? "" : text) {}
-    CStringUTF8(std::string text) : text_(std::move(text)) {}
+    explicit CStringUTF8(std::string_view text) : text_(text) {}
     CStringUTF8(char c, int count) : text_(Size(count), c) {}
     CStringUTF8& operator=(char c) { return *this = CStringUTF8(c, 1); }
     CStringUTF8& operator+=(const CStringUTF8& other) { return Joined(other.text_); }
@@ -46,10 +46,14 @@ public:
         return Position(text_.find(View(text), Clip(start)));
     }
     int ReverseFind(char c) const { return Position(text_.rfind(c)); }
-    CStringUTF8 Mid(int start) const { return text_.substr(Clip(start)); }
-    CStringUTF8 Mid(int start, int count) const { return text_.substr(Clip(start), Size(count)); }
-    CStringUTF8 Left(int count) const { return text_.substr(0, Size(count)); }
-    CStringUTF8 Right(int count) const { return text_.substr(text_.size() - Clip(count)); }
+    CStringUTF8 Mid(int start) const { return CStringUTF8(text_.substr(Clip(start))); }
+    CStringUTF8 Mid(int start, int count) const {
+        return CStringUTF8(text_.substr(Clip(start), Size(count)));
+    }
+    CStringUTF8 Left(int count) const { return CStringUTF8(text_.substr(0, Size(count))); }
+    CStringUTF8 Right(int count) const {
+        return CStringUTF8(text_.substr(text_.size() - Clip(count)));
+    }
 
     int Insert(int index, const char* text) {
         text_.insert(Clip(index), std::string(View(text)));

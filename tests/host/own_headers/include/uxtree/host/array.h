@@ -1,5 +1,5 @@
-// The minimal host's growable arrays, of plain values and of strings alike. The promises of each
-// member are those of the embedded host's header of the same name.
+// Growable arrays of a host's own under the published names, of plain values and of strings alike.
+// The promises of each member are those of our header of the same name.
 #pragma once
 
 #include <algorithm>

@@ -1,0 +1,174 @@
+// Names by key and texts as views.
+#include <array>
+
+#include <gtest/gtest.h>
+
+#include "uxtree/host/node.h"
+
+#include "support/test_tree.h"
+
+namespace {
+
+using namespace uxtest;
+
+using std::string_view;
+
+UXXmlWrapperBase tree_of(const char* xml) {
+    return TestTree(xml).root();
+}
+
+TEST(UXNameKey, FindsTheNameInEachDocumentAsked) {
+    const UXNameKey key("b");
+    UXXmlWrapperBase first = tree_of("<r a='1' b='2'/>");
+    UXXmlWrapperBase second = tree_of("<r b='3'/>");
+    UXXmlWrapperBase third = tree_of("<r a='4'/>");
+    string_view text;
+    for (int i = 0; i < 2; ++i) {
+        ASSERT_EQ(first.GetPropertyView(key, text), 1);
+        EXPECT_EQ(text, "2");
+        ASSERT_EQ(second.GetPropertyView(key, text), 1);
+        EXPECT_EQ(text, "3");
+        EXPECT_EQ(third.GetPropertyView(key, text), 0);
+        EXPECT_EQ(text, "3");  // untouched
+    }
+}
+
+TEST(UXNameKey, SeesANameThatTheDocumentGetsLater) {
+    const UXNameKey key("new");
+    UXXmlWrapperBase tree = tree_of("<r/>");
+    EXPECT_EQ(tree.HasProperty(key), 0);
+    tree.SetPropertyValue("new", 7);
+    EXPECT_EQ(tree.HasProperty(key), 1);
+    int number = 0;
+    EXPECT_EQ(tree.GetPropertyValue(key, number), 1);
+    EXPECT_EQ(number, 7);
+}
+
+TEST(UXNameKey, IsNotDeceivedByADocumentInThePlaceOfAnother) {
+    const UXNameKey key("b");
+    string_view text;
+    for (int i = 0; i < 50; ++i) {
+        UXXmlWrapperBase tree = tree_of(i % 2 == 0 ? "<r a='1' b='2'/>" : "<r b='3' a='4'/>");
+        ASSERT_EQ(tree.GetPropertyView(key, text), 1);
+        EXPECT_EQ(text, i % 2 == 0 ? "2" : "3");
+        UXXmlWrapperBase copy;
+        tree.Clone(&copy, 1);
+        copy.RemoveProperty(key);
+        EXPECT_EQ(copy.HasProperty(key), 0);
+    }
+}
+
+TEST(UXNameKey, WithoutAName) {
+    UXXmlWrapperBase tree = tree_of("<r a='1'><b/></r>");
+    for (const UXNameKey& key : {UXNameKey(), UXNameKey(nullptr), UXNameKey("")}) {
+        string_view text;
+        UXXmlWrapperBase child;
+        EXPECT_EQ(tree.GetPropertyView(key, text), 0);
+        EXPECT_EQ(tree.SetPropertyView(key, "x"), 0);
+        EXPECT_EQ(tree.RemoveProperty(key), 1);
+        EXPECT_EQ(tree.FindChild(key, &child), 0);
+    }
+    EXPECT_EQ(to_text(tree), "<r a=\"1\"><b></b></r>");
+}
+
+TEST(UXNameKey, OnAnInvalidHandle) {
+    const std::array keys{UXNameKey("a"), UXNameKey("b")};
+    UXXmlWrapperBase node;
+    UXXmlWrapperBase out = tree_of("<r/>");
+    std::array<string_view, 2> texts{"x", "y"};
+    CStringUTF8 scratch("kept");
+    int number = 5;
+    EXPECT_EQ(node.GetPropertyView(keys[0], texts[0]), 0);
+    EXPECT_EQ(texts[0], "x");
+    EXPECT_EQ(node.GetPropertyViews(keys.data(), 2, texts.data()), 0);
+    EXPECT_EQ(texts[1].data(), nullptr);
+    EXPECT_EQ(node.GetPropertyValue(keys[0], scratch), 0);
+    EXPECT_EQ(node.GetPropertyValue(keys[0], number), 0);
+    EXPECT_EQ(node.SetPropertyView(keys[0], "x"), 0);
+    EXPECT_EQ(node.RemoveProperty(keys[0]), 0);
+    EXPECT_EQ(node.NodeValueView(texts[0], scratch), 0);
+    EXPECT_EQ(texts[0], "");
+    EXPECT_EQ(node.SetValueView("x"), 0);
+    EXPECT_EQ(node.GetTagView(texts[0]), 0);
+    EXPECT_EQ(node.FindChild(keys[0], &out), 0);
+    EXPECT_EQ(out.IsNodeValid(), 0);
+    EXPECT_STREQ(scratch, "kept");
+    EXPECT_EQ(number, 5);
+}
+
+TEST(GetPropertyViews, SortsTheAttributesByName) {
+    const std::array keys{UXNameKey("c"), UXNameKey("none"), UXNameKey("a"), UXNameKey("e")};
+    UXXmlWrapperBase tree = tree_of("<r a='1' b='2' c='3' e=''/>");
+    std::array<string_view, 4> texts{"x", "x", "x", "x"};
+    EXPECT_EQ(tree.GetPropertyViews(keys.data(), 4, texts.data()), 3);
+    EXPECT_EQ(texts[0], "3");
+    EXPECT_EQ(texts[1].data(), nullptr);
+    EXPECT_EQ(texts[2], "1");
+    EXPECT_EQ(texts[3], "");
+    EXPECT_NE(texts[3].data(), nullptr);  // present and empty
+}
+
+TEST(SetPropertyView, WritesAsSetPropertyValueDoes) {
+    UXXmlWrapperBase tree = tree_of("<r a='first' b='second'/>");
+    string_view text;
+    tree.GetPropertyView(UXNameKey("b"), text);
+    EXPECT_EQ(tree.SetPropertyView(UXNameKey("a"), text), 1);  // in its place
+    EXPECT_EQ(tree.SetPropertyView(UXNameKey("c"), string_view("part of it").substr(0, 4)), 1);
+    tree.GetPropertyView(UXNameKey("c"), text);
+    EXPECT_EQ(tree.SetPropertyView(UXNameKey("c"), text.substr(1)), 1);  // a part of itself
+    EXPECT_EQ(tree.SetPropertyView(UXNameKey("b"), ""), 1);
+    EXPECT_EQ(tree.SetPropertyView(UXNameKey("no name"), "x"), 0);
+    EXPECT_EQ(to_text(tree), "<r a=\"second\" b=\"\" c=\"art\"></r>");
+    EXPECT_EQ(tree.RemoveProperty(UXNameKey("a")), 1);
+    EXPECT_EQ(tree.RemoveProperty(UXNameKey("missing")), 1);
+    EXPECT_EQ(to_text(tree), "<r b=\"\" c=\"art\"></r>");
+}
+
+TEST(NodeValueView, IsTheTextAsItStands) {
+    UXXmlWrapperBase tree = tree_of("<r>some <b/></r>");
+    string_view text("x");
+    CStringUTF8 scratch("kept");
+    EXPECT_EQ(tree.NodeValueView(text, scratch), 1);
+    EXPECT_EQ(text, "some ");
+    EXPECT_STREQ(scratch, "kept");
+    UXXmlWrapperBase child;
+    tree.FindChild(UXNameKey("b"), &child);
+    EXPECT_EQ(child.NodeValueView(text, scratch), 0);
+    EXPECT_EQ(text, "");
+    EXPECT_EQ(child.GetTagView(text), 1);
+    EXPECT_EQ(text, "b");
+}
+
+TEST(NodeValueView, MakesTheTextOfNumbers) {
+    UXXmlWrapperBase tree = tree_of("<r/>");
+    CArray<double, double> numbers;
+    for (const double number : {0.5, 1.0, 2.25}) numbers.Add(number);
+    tree.NodeValue(numbers, 0);
+    string_view text;
+    CStringUTF8 scratch;
+    EXPECT_EQ(tree.NodeValueView(text, scratch), 1);
+    EXPECT_EQ(text, "0.5 1 2.25");
+}
+
+TEST(SetValueView, WritesAsSetStringDoes) {
+    UXXmlWrapperBase tree = tree_of("<r>a long enough text</r>");
+    string_view text;
+    CStringUTF8 scratch;
+    tree.NodeValueView(text, scratch);
+    EXPECT_EQ(tree.SetValueView(text.substr(2, 4)), 1);  // a part of itself
+    EXPECT_EQ(to_text(tree), "<r>long</r>");
+    EXPECT_EQ(tree.SetValueView(""), 1);
+    EXPECT_EQ(tree.IsEmpty(), 1);
+}
+
+TEST(FindChildByKey, IsTheFirstChildOfTheTag) {
+    UXXmlWrapperBase tree = tree_of("<r><a/><b n='1'/><b n='2'/></r>");
+    UXXmlWrapperBase child;
+    ASSERT_EQ(tree.FindChild(UXNameKey("b"), &child), 1);
+    EXPECT_EQ(to_text(child), "<b n=\"1\"></b>");
+    EXPECT_EQ(tree.FindChild(UXNameKey("c"), &child), 0);
+    EXPECT_EQ(child.IsNodeValid(), 0);
+    EXPECT_EQ(tree.FindChild(UXNameKey("b"), nullptr), 0);
+}
+
+}  // namespace
