@@ -1,0 +1,380 @@
+// Selection: paths in XPath's short form, run over trees.
+#include "uxtree/kit/select.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "kit/select_conditions.h"
+#include "kit/select_program.h"
+#include "kit/select_tree.h"
+
+struct UXSelected::Items {
+    struct Item {
+        UXXmlWrapperBase node;
+        UXSelectedKind kind = UXSelectedKind::kElement;
+        std::uint32_t attribute = 0;  // in attributes
+    };
+    // Where the text of a branch stands in texts.
+    struct Span {
+        std::size_t start = 0;
+        std::size_t end = 0;
+        std::size_t mixed = 0;  // elements with text and children seen before; then, seen in it
+    };
+
+    std::uint32_t number_of(const std::string& name) {
+        if (name == attributes[last]) return last;
+        const auto place = numbers.emplace(name, static_cast<std::uint32_t>(attributes.size()));
+        if (place.second) attributes.push_back(name);
+        return last = place.first->second;
+    }
+    void read_branches();
+
+    std::vector<Item> items;
+    std::vector<std::string> attributes{""};
+    std::unordered_map<std::string, std::uint32_t> numbers;
+    std::uint32_t last = 0;
+    UXXmlWrapperBase mixed;
+    bool branchesAreRead = false;
+    std::string texts;
+    std::vector<Span> spans;  // of items that are elements
+};
+
+// One walk over the document, with those of the items open that it is in: however they lie within
+// each other, each text is read once.
+void UXSelected::Items::read_branches() {
+    branchesAreRead = true;
+    spans.resize(items.size());
+    std::size_t next = 0;
+    std::size_t mixedSeen = 0;
+    std::vector<std::size_t> open;
+    CStringUTF8 scratch;
+    UXXmlWrapperBase node = uxkit::root_of(items.front().node);
+    const auto enter = [&] {
+        if (next < items.size() && items[next].kind == UXSelectedKind::kDocument) {
+            spans[next].mixed = mixedSeen;
+            open.push_back(next++);
+        }
+        if (next < items.size() && items[next].node == node) {
+            spans[next] = {texts.size(), 0, mixedSeen};
+            open.push_back(next++);
+        }
+        if (next == items.size() && open.empty()) return;
+        const std::string_view text = uxkit::own_text(node, scratch);
+        if (!text.empty() && uxkit::is_branch(node)) ++mixedSeen;
+        if (!open.empty()) texts += text;
+    };
+    const auto leave = [&] {
+        while (!open.empty() && items[open.back()].node == node) {
+            Span& span = spans[open.back()];
+            span.end = texts.size();
+            span.mixed = mixedSeen - span.mixed;
+            open.pop_back();
+        }
+    };
+    enter();
+    UXXmlWrapperBase step;
+    for (;;) {
+        if (node.FirstChild(&step) != 0) {
+            node = std::move(step);
+            enter();
+            continue;
+        }
+        leave();
+        while (node.NextSibling(&step) == 0) {
+            if (node.GetParent(&node) == 0) return;
+            leave();
+        }
+        node = std::move(step);
+        enter();
+    }
+}
+
+UXSelected::UXSelected() = default;
+UXSelected::UXSelected(UXSelected&& other) noexcept = default;
+UXSelected::~UXSelected() = default;
+UXSelected& UXSelected::operator=(UXSelected&& other) noexcept = default;
+
+std::size_t UXSelected::size() const {
+    return items_ == nullptr ? 0 : items_->items.size();
+}
+
+UXSelectedKind UXSelected::kind(std::size_t index) const {
+    return items_->items[index].kind;
+}
+
+UXXmlWrapperBase UXSelected::node(std::size_t index) const {
+    return items_->items[index].node;
+}
+
+const char* UXSelected::attribute(std::size_t index) const {
+    return items_->attributes[items_->items[index].attribute].c_str();
+}
+
+bool UXSelected::text(std::size_t index, CStringUTF8& out) const {
+    Items& all = *items_;
+    const Items::Item& item = all.items[index];
+    if (item.kind == UXSelectedKind::kAttribute) {
+        out.Empty();
+        item.node.GetPropertyValue(attribute(index), out, 0);
+        return true;
+    }
+    if (!uxkit::is_branch(item.node)) {
+        item.node.GetNodeStringWithBlobInfo(out, 0);
+        return true;
+    }
+    if (!all.branchesAreRead) all.read_branches();
+    const Items::Span& span = all.spans[index];
+    out.Assign(all.texts.data() + span.start, span.mixed == 0 ? span.end - span.start : 0);
+    return span.mixed == 0;
+}
+
+UXXmlWrapperBase UXSelected::mixed() const {
+    return items_ == nullptr ? UXXmlWrapperBase() : items_->mixed;
+}
+
+namespace uxkit {
+namespace {
+
+// Thrown where what is selected depends on text in mixed content.
+struct MixedText {};
+
+// Runs the steps of the path, each over all nodes that the one before found.
+template <typename Tree>
+class Run {
+public:
+    using Node = typename Tree::Node;
+
+    Run(Tree& tree, const UXSelection::Program& program, UXSelected::Items& out)
+        : tree_(tree), program_(program), conditions_(tree, program), out_(out) {}
+
+    UXSelectOutcome select() {
+        try {
+            run_steps();
+            return UXSelectOutcome::kDone;
+        } catch (const MixedText&) {
+            out_.items.clear();
+            out_.mixed = conditions_.mixed();
+            return UXSelectOutcome::kMixedText;
+        }
+    }
+
+private:
+    using Set = std::vector<Node>;
+
+    static Truth unsure() { throw MixedText(); }
+
+    void run_steps() {
+        const Path& path = program_.path;
+        Set set{path.absolute ? tree_.document() : tree_.context()};
+        for (std::size_t i = 0; i < path.steps.size(); ++i) {
+            const Step& step = path.steps[i];
+            switch (step.axis) {
+                case Axis::kAttribute:
+                case Axis::kText:
+                    for (const Node& node : set) add_leaves(node, step);
+                    return;
+                case Axis::kDescendantOrSelf:
+                    for_each_inside(set, true,
+                                    [&](const Node& node) { add_leaves(node, path.steps[i + 1]); });
+                    return;
+                default:
+                    set = stepped(set, step);
+            }
+        }
+        for (Node& node : set) add_node(std::move(node));
+    }
+
+    Set stepped(Set& set, const Step& step) {
+        switch (step.axis) {
+            case Axis::kParent:
+                return parents(set);
+            case Axis::kChild:
+                return children(set, step);
+            case Axis::kDescendant:
+                return descendants(set, step);
+            default:
+                return std::move(set);
+        }
+    }
+
+    // By handles, nodes come in order and parents one behind the other; see Parser.
+    static Set ordered(Set set) {
+        if constexpr (Tree::kIndexed) {
+            if (!std::is_sorted(set.begin(), set.end())) std::sort(set.begin(), set.end());
+            set.erase(std::unique(set.begin(), set.end()), set.end());
+        }
+        return set;
+    }
+
+    Set parents(Set& set) {
+        Set found;
+        for (Node& node : set) {
+            if (!tree_.parent(node)) continue;
+            if (found.empty() || !(found.back() == node)) found.push_back(std::move(node));
+        }
+        return ordered(std::move(found));
+    }
+
+    Set children(const Set& set, const Step& step) {
+        Set found;
+        for (const Node& node : set) add_children(node, step, found);
+        return ordered(std::move(found));
+    }
+
+    void add_children(const Node& node, const Step& step, Set& found) {
+        conditions_.children(
+            node, step,
+            [&](const Node& child) {
+                found.push_back(child);
+                return Truth::kNo;
+            },
+            unsure);
+    }
+
+    Set descendants(const Set& set, const Step& step) {
+        Set found;
+        if (Tree::kIndexed && step.usesPosition) {
+            for_each_inside(set, true, [&](const Node& node) { add_children(node, step, found); });
+            return ordered(std::move(found));
+        }
+        for_each_inside(set, false, [&](const Node& node) {
+            if (!tree_.matches(node, step.name)) return;
+            const Truth holds = conditions_.all_hold(node, step);
+            if (holds == Truth::kUnknown) unsure();
+            if (holds == Truth::kYes) found.push_back(node);
+        });
+        return found;
+    }
+
+    // Every node below those of the set once, in order, and perhaps themselves.
+    template <typename Visit>
+    void for_each_inside(const Set& set, bool themselves, Visit&& visit) {
+        if constexpr (Tree::kIndexed) {
+            Node done = 0;  // nodes before were visited
+            for (const Node top : set) {
+                const Node first = themselves ? top : top + 1;
+                for (Node node = std::max(first, done); node < tree_.end_of(top); ++node) {
+                    visit(node);
+                }
+                done = std::max(done, tree_.end_of(top));
+            }
+        } else {
+            for (const Node& top : set) walk(top, themselves, visit);
+        }
+    }
+
+    template <typename Visit>
+    void walk(const Node& top, bool itself, Visit&& visit) {
+        if (itself) visit(top);
+        Node node;
+        if (!tree_.first_child(top, node)) return;
+        Node step;
+        for (;;) {
+            visit(node);
+            if (tree_.first_child(node, step)) {
+                node = std::move(step);
+                continue;
+            }
+            while (!tree_.next_sibling(node, step)) {
+                tree_.parent(node);
+                if (node == top) return;
+            }
+            node = std::move(step);
+        }
+    }
+
+    void add_leaves(const Node& node, const Step& step) {
+        if (step.axis == Axis::kAttribute) {
+            conditions_.attributes(
+                node, step,
+                [&](const NamedText& leaf) {
+                    out_.items.push_back({tree_.handle(node), UXSelectedKind::kAttribute,
+                                          out_.number_of(leaf.name)});
+                    return Truth::kNo;
+                },
+                unsure);
+            return;
+        }
+        const Truth seen = conditions_.texts(
+            node, step,
+            [&](std::string_view /*text*/) {
+                out_.items.push_back({tree_.handle(node), UXSelectedKind::kText, 0});
+                return Truth::kNo;
+            },
+            [] { return Truth::kUnknown; },
+            [](std::string_view /*joined*/) { return Truth::kUnknown; });
+        if (seen == Truth::kUnknown) unsure();
+    }
+
+    void add_node(Node&& node) {
+        if (tree_.is_document(node)) {
+            UXXmlWrapperBase root;
+            Node child{};
+            if (tree_.first_child(node, child)) root = tree_.handle(child);
+            out_.items.push_back({std::move(root), UXSelectedKind::kDocument, 0});
+        } else if constexpr (Tree::kIndexed) {
+            out_.items.push_back({tree_.handle(node), UXSelectedKind::kElement, 0});
+        } else {
+            out_.items.push_back({std::move(node), UXSelectedKind::kElement, 0});
+        }
+    }
+
+    Tree& tree_;
+    const UXSelection::Program& program_;
+    Conditions<Tree> conditions_;
+    UXSelected::Items& out_;
+};
+
+UXSelectOutcome run_program(const UXSelection::Program& program, const UXXmlWrapperBase& context,
+                            UXSelected::Items& out) {
+    if (!program.wantsIndex) {
+        try {
+            HandleTree tree(program.names, context);
+            return Run<HandleTree>(tree, program, out).select();
+        } catch (const NeedsIndex&) {
+            out.items.clear();
+        }
+    }
+    IndexTree tree(program.names, context, program.leavesContext);
+    return Run<IndexTree>(tree, program, out).select();
+}
+
+}  // namespace
+}  // namespace uxkit
+
+UXSelection::UXSelection() = default;
+UXSelection::UXSelection(const UXSelection& other) = default;
+UXSelection::UXSelection(UXSelection&& other) noexcept = default;
+UXSelection::~UXSelection() = default;
+UXSelection& UXSelection::operator=(const UXSelection& other) = default;
+UXSelection& UXSelection::operator=(UXSelection&& other) noexcept = default;
+
+bool UXSelection::compile(const char* expression, UXSelectFault* fault) {
+    UXSelectFault found;
+    try {
+        if (auto program = uxkit::parse_selection(expression == nullptr ? "" : expression, found)) {
+            program_ = std::move(program);
+            return true;
+        }
+        if (fault != nullptr) *fault = std::move(found);
+    } catch (...) {
+        if (fault != nullptr) fault->position = 0;
+    }
+    return false;
+}
+
+UXSelectOutcome UXSelection::run(const UXXmlWrapperBase& context, UXSelected& result) const {
+    result.items_.reset();
+    if (program_ == nullptr || context.IsNodeValid() == 0) return UXSelectOutcome::kNoTree;
+    try {
+        auto items = std::make_unique<UXSelected::Items>();
+        const UXSelectOutcome outcome = uxkit::run_program(*program_, context, *items);
+        result.items_ = std::move(items);
+        return outcome;
+    } catch (...) {
+        return UXSelectOutcome::kOutOfMemory;
+    }
+}

@@ -1,0 +1,153 @@
+// Selection: what is asked of the host, and the index of a tree.
+#include "kit/select_tree.h"
+
+#include <algorithm>
+#include <limits>
+#include <stdexcept>
+#include <utility>
+
+namespace uxkit {
+
+bool has_tag(const UXXmlWrapperBase& node, const std::string& tag, CStringUTF8& scratch) {
+    return node.GetTagName(scratch) != 0 && ux::view_of(scratch) == tag;
+}
+
+std::optional<std::string_view> attribute_of(const UXXmlWrapperBase& node, const std::string& name,
+                                             CStringUTF8& scratch) {
+    if (node.GetPropertyValue(name.c_str(), scratch, 0) == 0) return std::nullopt;
+    return ux::view_of(scratch);
+}
+
+std::string_view own_text(const UXXmlWrapperBase& node, CStringUTF8& scratch) {
+    node.GetNodeStringWithBlobInfo(scratch, 0);
+    return ux::view_of(scratch);
+}
+
+bool is_branch(const UXXmlWrapperBase& node) {
+    return node.GetNodeCount() > 0;
+}
+
+std::vector<NamedText> attributes_of(const UXXmlWrapperBase& node) {
+    CWBOStringArray names;
+    CWBOStringArray values;
+    node.GetPropertyNamesAndValues(names, &values, nullptr);
+    std::vector<NamedText> found;
+    for (int i = 0; i < names.GetSize(); ++i) {
+        std::string name(ux::view_of(names[i]));
+        if (name == "xmlns" || name.compare(0, 6, "xmlns:") == 0) continue;
+        found.push_back({std::move(name), std::string(ux::view_of(values[i]))});
+    }
+    return found;
+}
+
+UXXmlWrapperBase root_of(const UXXmlWrapperBase& node) {
+    UXXmlWrapperBase root = node;
+    for (UXXmlWrapperBase above; root.GetParent(&above) != 0;) root = above;
+    return root;
+}
+
+IndexTree::IndexTree(const Names& names, const UXXmlWrapperBase& context, bool whole)
+    : names_(names) {
+    for (std::size_t i = 0; i < names.size(); ++i) numbers_.emplace(names[i], static_cast<int>(i));
+    const UXXmlWrapperBase top = whole ? root_of(context) : context;
+    entries_.emplace_back();
+    entries_[0].handle = top;
+    add(top, 0);
+    UXXmlWrapperBase node = top;
+    Node last = 1;  // the number of node
+    UXXmlWrapperBase next;
+    for (;;) {
+        if (whole && node == context) context_ = last;
+        if (node.FirstChild(&next) != 0) {
+            node = std::move(next);
+            add(node, last);
+        } else {
+            // The branch of a node ends where the next one that is not in it begins.
+            while (last != 1 && entries_[last].handle.NextSibling(&next) == 0) {
+                entries_[last].end = end();
+                last = entries_[last].parent;
+            }
+            entries_[last].end = end();
+            if (last == 1) break;
+            node = std::move(next);
+            add(node, entries_[last].parent);
+        }
+        last = end() - 1;
+    }
+    entries_[0].end = end();
+}
+
+void IndexTree::add(const UXXmlWrapperBase& node, Node parent) {
+    if (entries_.size() >= std::numeric_limits<Node>::max()) throw std::length_error("nodes");
+    Entry& entry = entries_.emplace_back();
+    entry.handle = node;
+    entry.parent = parent;
+    entry.name = name_of(node);
+}
+
+int IndexTree::name_of(const UXXmlWrapperBase& node) {
+    node.GetTagName(tag_);
+    const std::string_view tag = ux::view_of(tag_);
+    constexpr std::size_t kFew = 4;
+    if (names_.size() <= kFew) {
+        const auto found = std::find(names_.begin(), names_.end(), tag);
+        return found == names_.end() ? kOtherName : static_cast<int>(found - names_.begin());
+    }
+    const auto found = numbers_.find(tag);
+    return found == numbers_.end() ? kOtherName : found->second;
+}
+
+void IndexTree::read_texts() {
+    textsAreRead_ = true;
+    CStringUTF8 scratch;
+    starts_.reserve(entries_.size() + 1);
+    for (Node node = 0; node < end(); ++node) {
+        starts_.push_back(texts_.size());
+        const std::string_view text = own_text(node, scratch);
+        texts_ += text;
+        if (!text.empty() && is_branch(node)) mixed_.push_back(node);
+    }
+    starts_.push_back(texts_.size());
+}
+
+Text IndexTree::string_value(Node node, CStringUTF8& scratch) {
+    if (!is_branch(node)) return {own_text(node, scratch)};
+    if (!textsAreRead_) read_texts();
+    const Node behind = end_of(node);
+    const auto inside = std::lower_bound(mixed_.begin(), mixed_.end(), node);
+    const bool isMixed = inside != mixed_.end() && *inside < behind;
+    const std::size_t start = starts_[node];
+    return {std::string_view(texts_).substr(start, starts_[behind] - start), !isMixed};
+}
+
+bool IndexTree::branch_contains(Node node, const std::string& text, std::size_t site) {
+    if (!textsAreRead_) read_texts();
+    if (text.empty()) return true;
+    const auto known = places_.find(site);
+    const std::vector<std::size_t>& places =
+        known != places_.end() ? known->second
+                               : places_.emplace(site, places_in(texts_, text)).first->second;
+    const auto first = std::lower_bound(places.begin(), places.end(), starts_[node]);
+    return first != places.end() && *first + text.size() <= starts_[end_of(node)];
+}
+
+// Knuth, Morris and Pratt: however the text repeats itself, each byte is looked at twice at most.
+std::vector<std::size_t> places_in(std::string_view text, std::string_view wanted) {
+    std::vector<std::size_t> back(wanted.size() + 1, 0);  // the longest end that is a beginning
+    for (std::size_t i = 1, length = 0; i < wanted.size(); ++i) {
+        while (length > 0 && wanted[i] != wanted[length]) length = back[length];
+        if (wanted[i] == wanted[length]) ++length;
+        back[i + 1] = length;
+    }
+    std::vector<std::size_t> places;
+    for (std::size_t i = 0, length = 0; i < text.size(); ++i) {
+        while (length > 0 && (length == wanted.size() || text[i] != wanted[length])) {
+            length = back[length];
+        }
+        if (text[i] == wanted[length]) ++length;
+        if (length == wanted.size()) places.push_back(i + 1 - length);
+    }
+    return places;
+}
+
+}  // namespace uxkit

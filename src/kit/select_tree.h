@@ -1,0 +1,169 @@
+// Selection: the tree as an expression sees it, by handles or through an index.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "uxtree/host/node.h"
+
+#include "base/text_view.h"
+#include "kit/select_program.h"
+
+namespace uxkit {
+
+using Names = std::vector<std::string>;
+constexpr int kAnyName = -1;
+constexpr int kOtherName = -2;
+
+// The text of an element with everything in it. Not known when it depends on where the text of an
+// element with text and children stands; the length is right even then.
+struct Text {
+    std::string_view view;
+    bool known = true;
+};
+
+// Thrown where a question needs the text of whole branches and the tree is not indexed.
+struct NeedsIndex {};
+
+// What the host says of one element.
+bool has_tag(const UXXmlWrapperBase& node, const std::string& tag, CStringUTF8& scratch);
+std::optional<std::string_view> attribute_of(const UXXmlWrapperBase& node, const std::string& name,
+                                             CStringUTF8& scratch);
+std::string_view own_text(const UXXmlWrapperBase& node, CStringUTF8& scratch);
+bool is_branch(const UXXmlWrapperBase& node);
+// The attributes that are no declarations of namespaces.
+struct NamedText {
+    std::string name;
+    std::string text;
+};
+std::vector<NamedText> attributes_of(const UXXmlWrapperBase& node);
+UXXmlWrapperBase root_of(const UXXmlWrapperBase& node);
+
+// Nodes are handles. The document, which holds the root, is the invalid handle.
+class HandleTree {
+public:
+    using Node = UXXmlWrapperBase;
+    static constexpr bool kIndexed = false;
+
+    HandleTree(const Names& names, const UXXmlWrapperBase& context)
+        : names_(names), context_(context) {}
+
+    Node document() const { return {}; }
+    const Node& context() const { return context_; }
+    UXXmlWrapperBase handle(const Node& node) const { return node; }
+    static bool is_document(const Node& node) { return node.IsNodeValid() == 0; }
+
+    bool first_child(const Node& node, Node& out) {
+        if (!is_document(node)) return node.FirstChild(&out) != 0;
+        out = root();
+        return true;
+    }
+    bool next_sibling(Node& node) const { return next_sibling(node, node); }
+    bool next_sibling(const Node& node, Node& out) const { return node.NextSibling(&out) != 0; }
+    bool parent(Node& node) const {
+        if (is_document(node)) return false;
+        node.GetParent(&node);  // the root's is the document
+        return true;
+    }
+    bool matches(const Node& node, int name) {
+        return name == kAnyName || has_tag(node, names_[static_cast<std::size_t>(name)], tag_);
+    }
+    bool is_branch(const Node& node) const { return uxkit::is_branch(node); }
+    std::string_view own_text(const Node& node, CStringUTF8& scratch) const {
+        return uxkit::own_text(node, scratch);
+    }
+    Text string_value(const Node& node, CStringUTF8& scratch) const {
+        if (is_document(node) || uxkit::is_branch(node)) throw NeedsIndex();
+        return {uxkit::own_text(node, scratch)};
+    }
+
+private:
+    const UXXmlWrapperBase& root() {
+        if (root_.IsNodeValid() == 0) root_ = root_of(context_);
+        return root_;
+    }
+
+    const Names& names_;
+    UXXmlWrapperBase context_;
+    UXXmlWrapperBase root_;
+    CStringUTF8 tag_;
+};
+
+// Nodes are numbers in the order of the document; the document itself is 0, and the first element
+// of what is indexed 1.
+class IndexTree {
+public:
+    using Node = std::uint32_t;
+    static constexpr bool kIndexed = true;
+
+    // Indexes the branch of the context or, when whole, the document that it is in.
+    IndexTree(const Names& names, const UXXmlWrapperBase& context, bool whole);
+
+    Node document() const { return 0; }
+    Node context() const { return context_; }
+    Node end() const { return static_cast<Node>(entries_.size()); }
+    // One behind the last node in the branch of a node.
+    Node end_of(Node node) const { return entries_[node].end; }
+    const UXXmlWrapperBase& handle(Node node) const { return entries_[node].handle; }
+    static bool is_document(Node node) { return node == 0; }
+
+    bool first_child(Node node, Node& out) const {
+        out = node + 1;
+        return entries_[node].end > out;
+    }
+    bool next_sibling(Node& node) const {
+        if (node == 0 || entries_[node].end >= entries_[entries_[node].parent].end) return false;
+        node = entries_[node].end;
+        return true;
+    }
+    bool parent(Node& node) const {
+        if (node == 0) return false;
+        node = entries_[node].parent;
+        return true;
+    }
+    bool matches(Node node, int name) const {
+        return name == kAnyName ? node != 0 : entries_[node].name == name;
+    }
+    bool is_branch(Node node) const { return entries_[node].end > node + 1; }
+    std::string_view own_text(Node node, CStringUTF8& scratch) const {
+        return node == 0 ? std::string_view() : uxkit::own_text(entries_[node].handle, scratch);
+    }
+    Text string_value(Node node, CStringUTF8& scratch);
+    // Does the text stand in that of a branch? site numbers the questions.
+    bool branch_contains(Node node, const std::string& text, std::size_t site);
+
+private:
+    struct Entry {
+        UXXmlWrapperBase handle;
+        Node parent = 0;
+        Node end = 0;
+        int name = kOtherName;
+    };
+
+    void add(const UXXmlWrapperBase& node, Node parent);
+    int name_of(const UXXmlWrapperBase& node);
+    void read_texts();
+
+    const Names& names_;
+    std::unordered_map<std::string_view, int> numbers_;
+    CStringUTF8 tag_;
+    std::vector<Entry> entries_;
+    Node context_ = 1;
+    // All texts, one behind the other, and where that of each node begins.
+    bool textsAreRead_ = false;
+    std::string texts_;
+    std::vector<std::size_t> starts_;
+    std::vector<Node> mixed_;
+    std::unordered_map<std::size_t, std::vector<std::size_t>> places_;  // of searched texts
+};
+
+// Where a text stands in another, overlapping places included.
+std::vector<std::size_t> places_in(std::string_view text, std::string_view wanted);
+
+}  // namespace uxkit

@@ -1,0 +1,168 @@
+#include "uxtree/kit/select.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/small_stack.h"
+#include "support/test_tree.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using uxtest::TestTree;
+
+namespace {
+
+// Each result as one text: <tag id>, @name=value, "text", (document).
+std::vector<std::string> found(const UXXmlWrapperBase& context, const char* expression) {
+    UXSelection selection;
+    UXSelectFault fault;
+    if (!selection.compile(expression, &fault)) {
+        return {"fault at " + std::to_string(fault.position) + ": " + fault.message};
+    }
+    UXSelected result;
+    const UXSelectOutcome outcome = selection.run(context, result);
+    if (outcome == UXSelectOutcome::kMixedText) {
+        return {"mixed: " + uxtest::tag_text(result.mixed())};
+    }
+    if (outcome != UXSelectOutcome::kDone) return {"no answer"};
+    std::vector<std::string> all;
+    for (std::size_t i = 0; i < result.size(); ++i) {
+        CStringUTF8 text;
+        const bool known = result.text(i, text);
+        switch (result.kind(i)) {
+            case UXSelectedKind::kAttribute:
+                all.push_back("@" + std::string(result.attribute(i)) + "=" +
+                              static_cast<const char*>(text));
+                break;
+            case UXSelectedKind::kText:
+                all.push_back("\"" + std::string(static_cast<const char*>(text)) + "\"");
+                break;
+            case UXSelectedKind::kDocument:
+                all.push_back("(document)" + std::string(static_cast<const char*>(text)));
+                break;
+            default: {
+                CStringUTF8 id;
+                const bool hasId = result.node(i).GetPropertyValue("i", id, 0) != 0;
+                all.push_back(uxtest::tag_text(result.node(i)) +
+                              (hasId ? static_cast<const char*>(id) : "") + "=" +
+                              (known ? static_cast<const char*>(text) : "?"));
+            }
+        }
+    }
+    return all;
+}
+
+std::vector<std::string> found(const char* xml, const char* expression) {
+    return found(TestTree(xml).root(), expression);
+}
+
+constexpr const char* kBooks =
+    "<shop><book i='1' lang='fr'><title>Un</title><price>10</price></book>"
+    "<book i='2' lang='en'><title>Two</title><price>7.5</price></book>"
+    "<box i='3'><book i='4' lang='fr'><title>Trois</title><price>12</price></book></box></shop>";
+
+TEST(UXSelection, FollowsChildren) {
+    EXPECT_THAT(found(kBooks, "/shop/book/title"), ElementsAre("title=Un", "title=Two"));
+    EXPECT_THAT(found(kBooks, "book/price"), ElementsAre("price=10", "price=7.5"));
+    EXPECT_THAT(found(kBooks, "/book"), IsEmpty());
+    EXPECT_THAT(found(kBooks, "*/@lang"), ElementsAre("@lang=fr", "@lang=en"));
+    EXPECT_THAT(found(kBooks, "/"), ElementsAre("(document)Un10Two7.5Trois12"));
+    EXPECT_THAT(found(kBooks, "/shop/.."), ElementsAre("(document)Un10Two7.5Trois12"));
+    EXPECT_THAT(found(kBooks, "/.."), IsEmpty());
+}
+
+TEST(UXSelection, FindsBelowInDocumentOrder) {
+    EXPECT_THAT(found(kBooks, "//book/@i"), ElementsAre("@i=1", "@i=2", "@i=4"));
+    EXPECT_THAT(found(kBooks, "//@lang"), ElementsAre("@lang=fr", "@lang=en", "@lang=fr"));
+    EXPECT_THAT(found(kBooks, "//price/text()"), ElementsAre("\"10\"", "\"7.5\"", "\"12\""));
+    EXPECT_THAT(found("<r><a><a><b>1</b></a><b>2</b></a></r>", "//a/b"), ElementsAre("b=1", "b=2"));
+    EXPECT_THAT(found("<r><a i='1'><a i='2'/></a></r>", "//*//*"), ElementsAre("a1=", "a2="));
+    EXPECT_THAT(found("<r><a><b/><c/></a><a><b/></a></r>", "//b/.."), ElementsAre("a=", "a="));
+}
+
+TEST(UXSelection, CountsPlacesForEachParent) {
+    EXPECT_THAT(found(kBooks, "//book[1]/@i"), ElementsAre("@i=1", "@i=4"));
+    EXPECT_THAT(found(kBooks, "/shop/book[last()]/@i"), ElementsAre("@i=2"));
+    EXPECT_THAT(found(kBooks, "/shop/*[2]/@i"), ElementsAre("@i=2"));
+    EXPECT_THAT(found(kBooks, "/shop/*[@lang='fr'][1]/@i"), ElementsAre("@i=1"));
+    EXPECT_THAT(found(kBooks, "/shop/*[position()>1]/@i"), ElementsAre("@i=2", "@i=3"));
+    EXPECT_THAT(found(kBooks, "/shop/*[last()-1]/@i"), ElementsAre("@i=2"));
+    EXPECT_THAT(found(kBooks, "//book/@*[2]"), ElementsAre("@lang=fr", "@lang=en", "@lang=fr"));
+}
+
+TEST(UXSelection, AppliesConditions) {
+    EXPECT_THAT(found(kBooks, "//book[@lang='fr']/@i"), ElementsAre("@i=1", "@i=4"));
+    EXPECT_THAT(found(kBooks, "//book[title='Two']/@i"), ElementsAre("@i=2"));
+    EXPECT_THAT(found(kBooks, "//book[price>8]/@i"), ElementsAre("@i=1", "@i=4"));
+    EXPECT_THAT(found(kBooks, "//book[not(@lang='fr')]/@i"), ElementsAre("@i=2"));
+    EXPECT_THAT(found(kBooks, "//book[@lang='fr' and price<11]/@i"), ElementsAre("@i=1"));
+    EXPECT_THAT(found(kBooks, "//book[@i='2' or contains(title, 'o')]/@i"),
+                ElementsAre("@i=2", "@i=4"));
+    EXPECT_THAT(found(kBooks, "//book[starts-with(title, 'T')]/@i"), ElementsAre("@i=2", "@i=4"));
+    EXPECT_THAT(found(kBooks, "//book[../@i]/@i"), ElementsAre("@i=4"));
+    EXPECT_THAT(found(kBooks, "/*[.//price=12]/@i"), IsEmpty());
+    EXPECT_THAT(found(kBooks, "/shop/*[.//price=12]/@i"), ElementsAre("@i=3"));
+    EXPECT_THAT(found(kBooks, "//title[../../book]"),
+                ElementsAre("title=Un", "title=Two", "title=Trois"));
+    EXPECT_THAT(found(kBooks, "/shop/*[count(*)=2]/@i"), ElementsAre("@i=1", "@i=2"));
+    EXPECT_THAT(found(kBooks, "//*[.='Two7.5']/@i"), ElementsAre("@i=2"));
+    EXPECT_THAT(found(kBooks, "//@lang[.='en']"), ElementsAre("@lang=en"));
+}
+
+TEST(UXSelection, SaysWhereAnExpressionIsNotUnderstood) {
+    const auto fault = [](const char* expression) { return found("<r/>", expression).at(0); };
+    EXPECT_EQ(fault(""), "fault at 0: a path is expected");
+    EXPECT_EQ(fault("/a["), "fault at 3: the path ends too early");
+    EXPECT_EQ(fault("/a[b='x]"), "fault at 5: the text is not closed");
+    EXPECT_EQ(fault("/a[@b"), "fault at 2: ']' is missing");
+    EXPECT_EQ(fault("/a|/b"), "fault at 2: several paths in one are not known");
+    EXPECT_EQ(fault("//child::a"), "fault at 2: axes are not known: write / // @ . and ..");
+    EXPECT_EQ(fault("/a[b=c]"),
+              "fault at 4: a path can be compared with a text or a number, not with a path");
+    EXPECT_EQ(fault("/a[id('x')]"), "fault at 3: the function id() is not known");
+    EXPECT_EQ(fault("//."), "fault at 2: behind // a name, *, @ or text() is expected");
+    EXPECT_EQ(fault("/a/@b/c"), "fault at 5: nothing follows an attribute or text()");
+    EXPECT_EQ(fault("/a]"), "fault at 2: nothing was opened that ']' could close");
+    EXPECT_EQ(fault("/a[$x]"), "fault at 3: variables are not known");
+    EXPECT_EQ(fault("/p:*"),
+              "fault at 1: all names of a prefix are not known: write the whole name");
+    EXPECT_EQ(fault("/a/@xmlns:p"), "fault at 4: declarations of namespaces are no attributes");
+    EXPECT_EQ(fault("/a/"), "fault at 3: the path ends too early");
+    EXPECT_EQ(fault("/a[1=2=3]"), "fault at 6: a comparison of a comparison needs brackets");
+}
+
+TEST(UXSelection, SaysWhereTextInMixedContentDecides) {
+    constexpr const char* kMixed = "<r><p i='1'>a<b>x</b>c</p><p i='2'><b>x</b></p></r>";
+    EXPECT_THAT(found(kMixed, "//p[.='axc']"), ElementsAre("mixed: p"));
+    EXPECT_THAT(found(kMixed, "//p[.='x']/@i"), ElementsAre("@i=2"));  // the other is longer
+    EXPECT_THAT(found(kMixed, "//p[b='x']/@i"), ElementsAre("@i=1", "@i=2"));
+    EXPECT_THAT(found(kMixed, "//p/text()"), ElementsAre("mixed: p"));
+    EXPECT_THAT(found(kMixed, "//p[text()]/@i"), ElementsAre("@i=1"));
+    EXPECT_THAT(found(kMixed, "//p[text()='a']/@i"), ElementsAre("mixed: p"));
+    EXPECT_THAT(found(kMixed, "//p[text()='z']/@i"), IsEmpty());
+    EXPECT_THAT(found(kMixed, "//p[contains(., 'x')]/@i"), ElementsAre("mixed: p"));
+    EXPECT_THAT(found(kMixed, "//p[contains(., 'x') and @i='2']/@i"), ElementsAre("@i=2"));
+    EXPECT_THAT(found(kMixed, "//p"), ElementsAre("p1=?", "p2=x"));
+}
+
+TEST(UXSelection, NeedsNoStackForDeepTrees) {
+    uxtest::on_small_stack([] {
+        constexpr int kDepth = 300000;
+        UXXmlWrapperBase root;
+        root.CreateNew(0, "a");
+        UXXmlWrapperBase node = root;
+        for (int i = 0; i < kDepth; ++i) node.AddNode(&node, "a", -1);
+        node.SetString("5");
+        for (const char* expression :
+             {"//a[.='5']", "//*//*", "//a/..", "//a[.//a]", "//a[contains(.,'5')]", "//a[.>4]",
+              "//a[1]/a", "//*[starts-with(*,'5')]", "//a[not(../../b)]"}) {
+            UXSelection selection;
+            ASSERT_TRUE(selection.compile(expression)) << expression;
+            UXSelected result;
+            EXPECT_EQ(selection.run(root, result), UXSelectOutcome::kDone);
+            EXPECT_GE(result.size(), 299999U) << expression;
+        }
+    });
+}
+
+}  // namespace
