@@ -145,8 +145,9 @@ public:
                 step, {{"", std::string(text)}},
                 [&](const NamedText& leaf) { return emit(leaf.text); }, unsure);
         }
-        const Truth seen = step.predicates.empty() ? mixed(text) : unsure();
-        if (seen == Truth::kUnknown) note_mixed(node);
+        const bool isPlain = step.predicates.empty();
+        const Truth seen = isPlain ? mixed(text) : unsure();
+        if (seen == Truth::kUnknown || !isPlain) note_mixed(node);
         return seen;
     }
 

@@ -165,4 +165,50 @@ TEST(UXSelection, NeedsNoStackForDeepTrees) {
     });
 }
 
+// Walking the siblings again for each of them would take hours.
+TEST(UXSelection, AsksSiblingsAndBranchesOnce) {
+    UXXmlWrapperBase root;
+    root.CreateNew(0, "r");
+    for (int i = 0; i < 200000; ++i) root.AddNode(nullptr, "b", -1);
+    root.AddTextNode(nullptr, "c", "v", -1, 0, nullptr);
+    const auto count = [&](const char* expression) {
+        UXSelection selection;
+        UXSelected result;
+        EXPECT_TRUE(selection.compile(expression)) << expression;
+        EXPECT_EQ(selection.run(root, result), UXSelectOutcome::kDone) << expression;
+        return result.size();
+    };
+    EXPECT_EQ(count("/r/b[../c='v']"), 200000U);
+    EXPECT_EQ(count("/r/b[contains(../c, 'w')]"), 0U);
+    EXPECT_EQ(count("//b[count(../b) = 200000]"), 200000U);
+    EXPECT_EQ(count("//b[//c = 'v']"), 200000U);
+    EXPECT_EQ(count("//b[../../.. or .//c]"), 0U);
+    EXPECT_EQ(count("//b/.."), 1U);
+    EXPECT_EQ(count("b/../b[last()]"), 1U);
+}
+
+TEST(UXSelection, StartsAtTheNodeItIsGiven) {
+    const TestTree tree("<r><a i='1'><b i='2'/></a><a i='3'><b i='4'/></a></r>");
+    const UXXmlWrapperBase second = tree.at("a[1]");
+    EXPECT_THAT(found(second, "b"), ElementsAre("b4="));
+    EXPECT_THAT(found(second, ".//b"), ElementsAre("b4="));
+    EXPECT_THAT(found(second, "//b"), ElementsAre("b2=", "b4="));
+    EXPECT_THAT(found(second, "../a[1]//b/.."), ElementsAre("a1="));
+    EXPECT_THAT(found(second, ".//b[../../a]"), ElementsAre("b4="));
+    EXPECT_THAT(found(second, "."), ElementsAre("a3="));
+}
+
+TEST(UXSelection, YieldsNothingWithoutTreeOrExpression) {
+    UXSelection selection;
+    UXSelected result;
+    EXPECT_EQ(selection.run(TestTree("<r/>").root(), result), UXSelectOutcome::kNoTree);
+    ASSERT_TRUE(selection.compile("/r"));
+    EXPECT_FALSE(selection.compile("/r["));
+    EXPECT_FALSE(selection.compile(nullptr));
+    EXPECT_EQ(selection.run(UXXmlWrapperBase(), result), UXSelectOutcome::kNoTree);
+    EXPECT_EQ(result.size(), 0U);
+    EXPECT_EQ(selection.run(TestTree("<r/>").root(), result), UXSelectOutcome::kDone);
+    EXPECT_EQ(result.size(), 1U);  // of what was compiled last with success
+}
+
 }  // namespace

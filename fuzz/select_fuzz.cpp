@@ -1,0 +1,67 @@
+// Selections over small documents, as libxml2 answers them: made from the bytes, or the bytes
+// themselves.
+#include "uxtree/kit/select.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "kit/select_reference.h"
+
+namespace {
+
+void require(bool holds) {
+    if (!holds) std::abort();
+}
+
+// What is accepted is an expression to libxml2 as well, and means the same.
+void check(const std::string& xml, const std::string& expression, bool mixed) {
+    UXSelection selection;
+    UXSelectFault fault;
+    if (!selection.compile(expression.c_str(), &fault)) {
+        require(!fault.message.empty() && fault.position <= expression.size());
+        return;
+    }
+    UXXmlWrapperBase root;
+    require(root.LoadFromMemory(xml.data(), xml.size()) != 0);
+    uxtest::ReferenceDocument reference(xml);
+    require(reference.valid());
+    UXSelected result;
+    const UXSelectOutcome outcome = selection.run(root, result);
+    std::vector<std::string> theirs;
+    const bool isTheirs = reference.select(expression, theirs);
+    if (outcome == UXSelectOutcome::kMixedText) {
+        require(mixed);
+        return;
+    }
+    require(outcome == UXSelectOutcome::kDone);
+    // A prefix that no document declares is a name to us, and an error to libxml2.
+    if (!isTheirs && expression.find(':') != std::string::npos) return;
+    require(isTheirs && uxtest::agree(uxtest::selected_places(result), theirs));
+}
+
+constexpr const char* kDocument =
+    "<a xmlns:p='urn:p' x='1'><b x='v' y='2'>v<!-- c --></b><p:d><b>2</b><c x='10'/><b y='v'>10"
+    "</b></p:d><b><b> 1.5 </b><c/></b></a>";
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size == 0) return 0;
+    const unsigned mode = data[0] % 4U;
+    std::size_t at = 1;
+    if (mode == 0) {
+        const std::string text(reinterpret_cast<const char*>(data) + 1, size - 1);
+        check(kDocument, text.substr(0, text.find('\0')), false);
+        return 0;
+    }
+    const uxtest::Choose choose = [&](unsigned n) -> unsigned {
+        return at < size ? data[at++] % n : 0;
+    };
+    const bool mixed = mode == 1;
+    const std::string expression = uxtest::ExpressionMaker(choose, true).make();
+    check(uxtest::DocumentMaker(choose, mixed).make(), expression, mixed);
+    return 0;
+}
