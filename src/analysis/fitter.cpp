@@ -1,6 +1,7 @@
 #include "uxtree/analysis/fitter.h"
 
 #include <array>
+#include <utility>
 
 #include "uxtree/analysis/ranges.h"
 #include "uxtree/tree/lookup.h"
@@ -202,6 +203,7 @@ int VCTreeGetFitterWeightStrings(int method, CStringUTF8* name, CWBOStringArray*
     return at_boundary(kBadMethod, [&] {
         CWBOStringArray own;
         CWBOStringArray& names = all != nullptr ? *all : own;
+        const CWBOStringArray before = std::exchange(names, {});  // name may stand in it
         const CStringUTF8 text = message_text(kMessageWeightMethods, messageOption);
         const int count = UXSeparateByString(names, text, kMethodSeparator);
         if (name == nullptr) return count;

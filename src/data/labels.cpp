@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "uxtree/tree/lookup.h"
@@ -216,12 +217,14 @@ int _tree_combine_data_label(CStringUTF8* out, const CWBOStringArray* labels, bo
 extern "C" int uxtree_combine_data_label(CStringUTF8* out, UXScriptObject* labels, bool addPrefix,
                                          bool parenthesizeAlways, bool strict) {
     return at_boundary(kFail, [&] {
+        if (out == nullptr) return kFail;
         const CWBOStringArray* const array = string_array(labels);
+        CStringUTF8 combined;
         const int result =
-            _tree_combine_data_label(out, array, addPrefix, parenthesizeAlways, strict);
-        if (result == kNoLabels) return kFail;
-        if (result == kLabelWithoutPrefix) UXJoinTokens(*out, *array, kPlainSeparator);
-        return kOk;
+            _tree_combine_data_label(&combined, array, addPrefix, parenthesizeAlways, strict);
+        if (result == kLabelWithoutPrefix) UXJoinTokens(combined, *array, kPlainSeparator);
+        *out = std::move(combined);  // last, since it may be one of the labels
+        return result == kNoLabels ? kFail : kOk;
     });
 }
 

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #include "frame/guards.h"
 #include "frame/node_values.h"
@@ -67,6 +68,8 @@ bool build(UXXmlWrapperBase& target, const CArray<int, int>& ids, const CWBOStri
 
 void read(UXXmlWrapperBase& document, CArray<int, int>& ids, CWBOStringArray& values,
           CStringUTF8* comment, CWBOStringArray* labels) {
+    // First, since the comment may be a text of an array that grows.
+    if (comment != nullptr) document.GetPropertyValue(kComment, *comment, 0);
     CStringUTF8 tag;
     for (UXXmlWrapperBase& entry : children(document)) {
         entry.GetTagName(tag);
@@ -74,7 +77,6 @@ void read(UXXmlWrapperBase& document, CArray<int, int>& ids, CWBOStringArray& va
         values.Add(text_of(entry));
         if (labels != nullptr) labels->Add(attribute_of(entry, kLabel));
     }
-    if (comment != nullptr) document.GetPropertyValue(kComment, *comment, 0);
 }
 
 int as_result(bool done) {
@@ -106,7 +108,8 @@ bool vctree_read_values_with_ids(const char* path, CArray<int, int>* ids, CWBOSt
                                  CStringUTF8* comment) {
     return at_boundary(false, [&] {
         if (ids != nullptr) ids->RemoveAll();
-        if (values != nullptr) values->RemoveAll();
+        CWBOStringArray before;  // path and comment may stand in it
+        if (values != nullptr) before = std::exchange(*values, {});
         if (!given(path) || any_null(ids, values)) return false;
         UXXmlWrapperBase document;
         if (!document.load(path, 0, false)) return false;

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "data/embedded.h"
 #include "data/ids_detail.h"
 #include "data/level_walk.h"
@@ -161,7 +163,8 @@ bool read_node_value(const UXXmlWrapperBase& node, ValueSource source, bool keep
 int _tree_get_values_by_ids(const UXXmlWrapperBase& tree, CArray<int, int>& ids,
                             const ValueRecord& record, const CollectOptions& options) {
     ids.RemoveAll();
-    if (record.values != nullptr) record.values->RemoveAll();
+    CWBOStringArray before;  // the attribute's name and the error text may stand in it
+    if (record.values != nullptr) before = std::exchange(*record.values, {});
     Collector collector(ids, record, options);
     visit_levels(tree, Level{options.inheritedRepeat, options.themeFlag},
                  [&](UXXmlWrapperBase& node, Level& level, Level& below) {

@@ -36,7 +36,7 @@ struct LabelForm {
     int tailNumber = 0;
     bool dotted = false;
     char separator = kLabelSeparator;
-    const char* rowName = nullptr;
+    CStringUTF8 rowName = {};  // its own copy: the caller's may be a text of the output
     char typeChar = 0;
 };
 
@@ -74,8 +74,8 @@ CStringUTF8 data_string(int index, const DataForm& form, char suffix) {
 CStringUTF8 label_string(int index, int row, const LabelForm& form, char suffix) {
     CStringUTF8 text = kExpressionMarker;
     append_char(text, form.separator);
-    if (row == kNamedRow && given(form.rowName)) {
-        text.AppendFormat("\"%s\"", form.rowName);
+    if (row == kNamedRow && !form.rowName.IsEmpty()) {
+        text.AppendFormat("\"%s\"", static_cast<const char*>(form.rowName));
     } else {
         text.AppendFormat("%d", row);
     }

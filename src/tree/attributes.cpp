@@ -166,12 +166,13 @@ int VCTreeGetAttributes(UXXmlWrapperBase* tree, CWBOStringArray* out, const char
                         bool directOnly, std::function<bool(UXXmlWrapperBase&)> skip) {
     return at_boundary(0, [&] {
         if (any_null(out, name) || !usable(tree)) return 0;
+        const CStringUTF8 attribute = name;  // it may be a text of out
         for (UXXmlWrapperBase& child : children(*tree)) {
             if (skip && skip(child)) continue;
-            out->Add(attribute_of(child, name));
+            out->Add(attribute_of(child, attribute));
             // Intended: skip does not reach below the first level. It leaves out whole
             // top-level branches; every deeper node of a kept branch has its entry.
-            if (!directOnly) append_below(child, *out, name);
+            if (!directOnly) append_below(child, *out, attribute);
         }
         return 0;
     });

@@ -1,4 +1,4 @@
-// Every entry point with every bad argument; the rows stand in calls/, one file per topic.
+// Every entry point with every bad argument, and with texts inside its outputs; the rows stand in calls/, one file per topic.
 #include <fstream>
 #include <set>
 
@@ -29,6 +29,15 @@ TEST_P(BadArguments, GiveTheFailureValueAndChangeNothing) {
     for (const Call& call : all_calls().calls().at(GetParam())) call.try_bad_arguments();
 }
 INSTANTIATE_TEST_SUITE_P(Sweep, BadArguments, testing::ValuesIn(swept_names()),
+                         [](const auto& row) { return row.param; });
+
+// A text argument may stand in a string or an array that the call writes.
+class Aliases : public testing::TestWithParam<std::string> {};
+
+TEST_P(Aliases, OfTextsAndOutputsGiveWhatTextsElsewhereGive) {
+    for (const Call& call : all_calls().calls().at(GetParam())) call.try_aliases();
+}
+INSTANTIATE_TEST_SUITE_P(Sweep, Aliases, testing::ValuesIn(swept_names()),
                          [](const auto& row) { return row.param; });
 
 TEST(BadArgumentsSweep, CoversEveryListedEntryPoint) {

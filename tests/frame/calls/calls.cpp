@@ -96,6 +96,88 @@ void Call::try_bad_arguments() const {
     }
 }
 
+namespace {
+
+// Whoever reads a text that is gone is found out: a short one goes with the elements of an array
+// that grows, one with a buffer of its own when an array is emptied.
+void set_buffer(CStringUTF8& text, bool own) {
+    if (!own) return;
+    const int length = text.GetLength();
+    text.GetBuffer(4000);
+    text.ReleaseBuffer(length);
+}
+
+// The state of the world after a call.
+struct Aftermath {
+    std::string result, trees, outputs;
+};
+
+void expect_same(const Aftermath& aliased, const Aftermath& apart) {
+    EXPECT_EQ(aliased.result, apart.result);
+    EXPECT_EQ(aliased.trees, apart.trees);
+    EXPECT_EQ(aliased.outputs, apart.outputs);
+}
+
+}  // namespace
+
+void Call::try_text_inside(std::size_t text, std::size_t holder, bool ownBuffer) const {
+    const std::vector<Trials> all = all_trials();
+    std::vector<const Trial*> chosen;
+    for (const Trials& trials : all) chosen.push_back(&trials.front());
+    Aftermath seen[2];
+    for (const bool inside : {true, false}) {
+        Scene scene(row_.tree);
+        std::vector<const void*> arguments = make(chosen, scene);
+        const Held held = texts_[holder].hold(scene, &*texts_[text].text);
+        set_buffer(*held.place, ownBuffer);
+        arguments[holder] = held.argument;
+        if (inside) arguments[text] = static_cast<const char*>(*held.place);
+        const Outcome result = invoke_(arguments.data(), nullptr);
+        seen[inside ? 0 : 1] = {result.text(), scene.trees(), scene.outputs()};
+    }
+    expect_same(seen[0], seen[1]);
+}
+
+// The string is compared as well, unless the array that holds it is an output itself.
+void Call::try_string_inside(std::size_t string, std::size_t holder, bool ownBuffer) const {
+    const std::vector<Trials> all = all_trials();
+    std::vector<const Trial*> chosen;
+    for (const Trials& trials : all) chosen.push_back(&trials.front());
+    Aftermath seen[2];
+    bool isOutput = false;
+    for (const bool inside : {false, true}) {
+        Scene scene(row_.tree);
+        std::vector<const void*> arguments = make(chosen, scene);
+        const Held held = texts_[holder].hold(scene, nullptr);
+        set_buffer(*held.place, ownBuffer);
+        const std::string before = show(*held.array);
+        arguments[holder] = held.argument;
+        CStringUTF8* const apart = &scene.keep(*held.place);
+        arguments[string] = inside ? held.place : apart;
+        const Outcome result = invoke_(arguments.data(), nullptr);
+        if (!inside) isOutput = show(*held.array) != before;
+        seen[inside ? 0 : 1] = {result.text(), scene.trees(), ""};
+        if (!isOutput) seen[inside ? 0 : 1].outputs = show(inside ? *held.place : *apart);
+    }
+    expect_same(seen[0], seen[1]);
+}
+
+void Call::try_aliases() const {
+    for (std::size_t holder = 0; holder < texts_.size(); ++holder) {
+        if (!texts_[holder].hold) continue;
+        for (std::size_t place = 0; place < texts_.size(); ++place) {
+            SCOPED_TRACE("argument " + std::to_string(place + 1) + " inside argument " +
+                         std::to_string(holder + 1));
+            for (const bool ownBuffer : {false, true}) {
+                if (texts_[place].text) try_text_inside(place, holder, ownBuffer);
+                if (texts_[place].isString && !texts_[holder].isString) {
+                    try_string_inside(place, holder, ownBuffer);
+                }
+            }
+        }
+    }
+}
+
 void Call::probe(Probe& probe) const {
     const std::vector<Trials> all = all_trials();
     std::vector<const Trial*> chosen;

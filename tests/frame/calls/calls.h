@@ -133,6 +133,26 @@ Trial kept_trial(std::string how, Parameter parameter, Make make, const Outcome&
     return {std::move(how), keep, expected, acts};
 }
 
+// A place inside an argument where a text stands: a string, or the first element of an array.
+struct Held {
+    const void* argument;
+    CStringUTF8* place;
+    CWBOStringArray* array = nullptr;
+};
+using HoldText = std::function<Held(Scene&, const std::string* text)>;
+template <typename Array>
+CStringUTF8* place_in(Array& array, const std::string* text) {
+    if (array.IsEmpty()) array.Add("");
+    if (text != nullptr) array.SetAt(0, text->c_str());
+    return &array.ElementAt(0);
+}
+// What an argument has to do with texts: it is one, or one may stand in it.
+struct Texts {
+    std::optional<std::string> text;
+    HoldText hold;
+    bool isString = false;
+};
+
 // What an argument says about its bad forms; unsaid, they give the row's failure value.
 template <typename Self>
 struct Spoilable {
@@ -240,6 +260,14 @@ struct ArrayArgument : Spoilable<ArrayArgument<Array>> {
     using Object = Array;
     Array initial;
 
+    Held hold(Scene& scene, Parameter parameter, const std::string* text) const {
+        if (!parameter.isScriptObject) {
+            Array& kept = scene.keep(initial);
+            return {&kept, place_in(kept, text), &kept};
+        }
+        auto& kept = scene.keep(UXScriptArray<Array>(initial));
+        return {static_cast<UXScriptObject*>(&kept), place_in(kept.array(), text), &kept.array()};
+    }
     Trials trials(Parameter parameter, const Row& row) const {
         if (!parameter.isScriptObject) {
             Trials out{good(parameter, initial, row)};
@@ -314,6 +342,26 @@ TrialMaker trials_of(const Argument& argument) {
     }
 }
 
+template <typename Param, typename Argument>
+Texts texts_of(const Argument& argument) {
+    if constexpr (std::is_same_v<Argument, TextArgument>) {
+        return {.text = argument.text, .hold = {}};
+    } else if constexpr (std::is_same_v<Argument, ArrayArgument<CWBOStringArray>>) {
+        return {.text = {}, .hold = [argument](Scene& scene, const std::string* text) {
+                    return argument.hold(scene, parameter_of<Param>(), text);
+                }};
+    } else if constexpr (std::is_same_v<Argument, ValueArgument<CStringUTF8>>) {
+        const auto hold = [argument](Scene& scene, const std::string* text) -> Held {
+            CStringUTF8& kept = scene.keep(argument.initial);
+            if (text != nullptr) kept = text->c_str();
+            return {&kept, &kept};
+        };
+        return {.text = {}, .hold = hold, .isString = true};
+    } else {
+        return {};
+    }
+}
+
 // --- calls ------------------------------------------------------------------------------------
 
 // Looks at a call: before() and after() stand right around the call alone.
@@ -330,11 +378,17 @@ class Call {
 public:
     using Invoke = std::function<Outcome(const void* const* arguments, Probe* probe)>;
 
-    Call(Row row, Invoke invoke, std::vector<TrialMaker> parameters)
-        : row_(std::move(row)), invoke_(std::move(invoke)), parameters_(std::move(parameters)) {}
+    Call(Row row, Invoke invoke, std::vector<TrialMaker> parameters, std::vector<Texts> texts)
+        : row_(std::move(row)),
+          invoke_(std::move(invoke)),
+          parameters_(std::move(parameters)),
+          texts_(std::move(texts)) {}
 
     // Calls with good arguments, then with each of them spoilt in each of its ways.
     void try_bad_arguments() const;
+    // Calls with each text standing inside each string or array, and with each string standing
+    // inside each array; what comes out is what comes out with a text that stands elsewhere.
+    void try_aliases() const;
     // One good call under a probe.
     void probe(Probe& probe) const;
 
@@ -343,10 +397,13 @@ private:
     std::vector<const void*> make(const std::vector<const Trial*>& chosen, Scene& scene) const;
     void try_once(const std::vector<const Trial*>& chosen, const Outcome& expected,
                   bool acts) const;
+    void try_text_inside(std::size_t text, std::size_t holder, bool ownBuffer) const;
+    void try_string_inside(std::size_t string, std::size_t holder, bool ownBuffer) const;
 
     Row row_;
     Invoke invoke_;
     std::vector<TrialMaker> parameters_;
+    std::vector<Texts> texts_;
 };
 
 // Reads an argument out of where a trial has put it.
@@ -368,7 +425,8 @@ public:
              const Arguments&... arguments) {
         static_assert(sizeof...(Params) == sizeof...(Arguments), "one argument per parameter");
         calls_[name].push_back(Call(row, invoker(entry, std::index_sequence_for<Params...>()),
-                                    {trials_of<Params>(arguments)...}));
+                                    {trials_of<Params>(arguments)...},
+                                    {texts_of<Params>(arguments)...}));
     }
     const std::map<std::string, std::vector<Call>>& calls() const { return calls_; }
 

@@ -91,6 +91,9 @@ void add_saved_rows(Sweep& sweep) {
               strings({"v"}), text("c").optional());
     sweep.add(UX_ENTRY(vctree_get_theme), {}, node(), ints({1}), strings({"x"}),
               string().optional(), strings().optional());
+    sweep.add(UX_ENTRY(vctree_get_theme),
+              {.tree = "<r Comment='read'><node1>a</node1><node2>b</node2></r>"}, node(), ints({1}),
+              strings({"x"}), string().optional(), strings({"l"}).optional());
     sweep.add(UX_ENTRY(uxtree_get_theme), {}, node(), ints({1}), strings({"x"}),
               string().optional(), strings().optional());
 }
@@ -179,6 +182,8 @@ void add_label_rows(Sweep& sweep) {
               value(true).optional(), true);
     sweep.add(UX_ENTRY(uxtree_combine_data_label), emptied, string(), strings({"A"}), true, true,
               false);
+    sweep.add(UX_ENTRY(uxtree_combine_data_label), emptied, string(), strings({"A", "B"}), true,
+              true, true);
     sweep.add(UX_ENTRY(uxtree_get_node_label), {.good = "a", .bad = ""}, node("a"), 0);
     sweep.add(UX_ENTRY(uxtree_get_localization_node), emptied, out(), node(), 13, 11, 12, 0, 0);
     sweep.add(UX_ENTRY(uxtree_get_replaced_combined_label), done, string(), string("?$OP:(A)"),

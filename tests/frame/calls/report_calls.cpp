@@ -13,9 +13,10 @@ void add_report_rows(Sweep& sweep) {
               'E', text("L").optional(), kNone);
     // The result says nothing; unusable rows, unlike missing ones, add nothing.
     sweep.add(UX_ENTRY(report_get_set_data_string), {.good = 1, .bad = 1}, strings(), 1, 0,
-              ints({-1, 2}).optional(), text("L").optional(), static_cast<unsigned char>(0));
+              ints({-1, -9, 2, -9}).optional(), text("L").optional(),
+              static_cast<unsigned char>(0));
     sweep.add(UX_ENTRY(report_get_escaped_data_string_ex), done, strings(), 1,
-              ints({-1, 2}).optional().wrong_type(1), 0, 0, 0, 0, 0, 0, 0, 0, 'E',
+              ints({-1, -9, 2, -9}).optional().wrong_type(1), 0, 0, 0, 0, 0, 0, 0, 0, 'E',
               text("L").optional(), 0);
     sweep.add(UX_ENTRY(report_set_escaped_data_string_type), done, string("?$OP:A=1"), 'B');
     sweep.add(UX_ENTRY(report_make_input_data_table_var_row), done, out().optional(), node(), 0, 0,
