@@ -17,23 +17,18 @@ from public_headers import read_headers, write_or_compare
 HEAD = """\
 // The script entry points for C. Written by tools/dev/make_c_header.py: do not edit.
 //
-// What each of them does stands in the header named above it. Handles, strings and script objects
-// come from the host; C code passes pointers to them on.
+// What each of them does stands in the header named above it. Handles of nodes, strings and script
+// arrays are made and read with the functions of uxtree/kit/c.h.
 #ifndef UXTREE_C_H
 #define UXTREE_C_H
+
+#include "uxtree/kit/c.h"
 
 #ifdef __cplusplus
 // A C++ compiler sees both sets of declarations, and refuses this header where they differ.
 #include "uxtree/uxtree_Utils.h"
 extern "C" {
 #else
-#include <stdbool.h>
-#include <stdint.h>
-
-typedef uint32_t DWORD;
-typedef struct UXXmlWrapperBase UXXmlWrapperBase;  // a handle of a tree node
-typedef struct UXScriptObject UXScriptObject;      // an array of the script language
-typedef struct CStringUTF8 CStringUTF8;            // a string of the host
 
 """
 

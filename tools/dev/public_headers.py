@@ -15,6 +15,8 @@ from dataclasses import dataclass, field
 
 ROOMS = ["frame", "tree", "data", "outline", "import", "analysis", "report"]
 EXPORT = "UXTREE_API"
+KIT_ROOMS = ["kit"]
+KIT_EXPORT = "UXKIT_API"
 VOCABULARY = "uxtree/frame/annotate.h"
 
 DIRECTIONS = {
@@ -26,7 +28,13 @@ DIRECTIONS = {
     "UX_APPENDS": "appends",
     "UX_GETSET": "getset",
 }
-ELEMENTS = {"UX_INTS": "int", "UX_DOUBLES": "double", "UX_BOOLS": "bool", "UX_STRINGS": "string"}
+ELEMENTS = {
+    "UX_INTS": "int",
+    "UX_DOUBLES": "double",
+    "UX_BOOLS": "bool",
+    "UX_STRINGS": "string",
+    "UX_ANY": "any",
+}
 FLAGS = {
     "UX_OPT": "optional",
     "UX_NULL_COUNTS": "null_counts",
@@ -143,6 +151,10 @@ def outer_type(type):
     return re.sub(r"<.*>", "<>", type)
 
 
+def is_handle(type):
+    return type.removeprefix("const ").rstrip("*& ") in HANDLES
+
+
 def check_parameter(parameter, elements):
     type, direction = parameter.type, parameter.direction
     outer = outer_type(type)
@@ -157,9 +169,9 @@ def check_parameter(parameter, elements):
         raise Contradiction("has no direction")
     if constant and direction not in ("", "in"):
         raise Contradiction(f'is constant, so it is not "{direction}"')
-    if direction == "edits" and type.rstrip("*& ") not in HANDLES:
+    if direction == "edits" and not is_handle(type):
         raise Contradiction("is no handle of a tree that could be edited")
-    if direction == "out_released" and type.rstrip("*& ") not in HANDLES:
+    if direction == "out_released" and not is_handle(type):
         raise Contradiction("is no handle that could be released")
     if direction == "appends" and not type.startswith(ARRAYS):
         raise Contradiction("is no array that could be added to")
@@ -171,7 +183,7 @@ def check_parameter(parameter, elements):
         raise Contradiction("is no text")
     if parameter.file and type != "const char*":
         raise Contradiction("is no name of a file")
-    if parameter.may_be_invalid and type.rstrip("*& ") not in HANDLES:
+    if parameter.may_be_invalid and not is_handle(type):
         raise Contradiction("is no handle")
 
 
@@ -349,20 +361,25 @@ def read_header(include_folder, path, vocabulary, export=EXPORT):
     return header
 
 
-def read_headers(include_folder):
+def read_headers(include_folder, rooms=None, export=EXPORT):
     """The headers of all topics, room by room; ends with an error where annotations fail."""
     folder = pathlib.Path(include_folder)
     paths = [
         path.relative_to(folder).as_posix()
-        for room in ROOMS
+        for room in rooms or ROOMS
         for path in sorted((folder / "uxtree" / room).glob("*.h"))
     ]
     try:
         vocabulary = read_vocabulary(folder)
-        headers = [read_header(folder, path, vocabulary) for path in paths]
-    except Contradiction as problem:
+        headers = [read_header(folder, path, vocabulary, export) for path in paths]
+    except (Contradiction, OSError) as problem:
         sys.exit(str(problem))
     return [header for header in headers if header.groups]
+
+
+def read_kit_headers(include_folder):
+    """The headers of the kit."""
+    return read_headers(include_folder, KIT_ROOMS, KIT_EXPORT)
 
 
 def write_or_compare(path, content, check):

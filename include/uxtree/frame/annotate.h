@@ -29,6 +29,8 @@
 #define UX_DOUBLES
 #define UX_BOOLS
 #define UX_STRINGS
+// An array of any of these.
+#define UX_ANY
 
 // --- what else a parameter may be
 

@@ -8,7 +8,7 @@ extern "C" {
 #endif
 
 // Yields the version as "major.minor.patch". The text lives as long as the library is loaded.
-UXKIT_API const char* ux_version(void);
+UXKIT_API const char* ux_version(void) UX_RETURNS(borrowed);
 
 #ifdef __cplusplus
 }

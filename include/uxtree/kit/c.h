@@ -1,0 +1,174 @@
+// Trees, strings, arrays and errors for C, and for every language that can call C.
+//
+// The script entry points (uxtree/uxtree_c.h) take handles of nodes, strings and script arrays. Here
+// they are made, filled, read and given back. All of it works on the embedded host.
+//
+// Ownership: who calls ux_node_new, ux_node_copy, ux_load, ux_load_memory, ux_string_new or
+// ux_array_new gives the result back to the matching ux_..._free, once. A handle keeps the whole
+// tree that its node belongs to; freeing a handle never removes the node. Texts and numbers that a
+// function yields stay with the object they come from, and are valid until it changes or is freed.
+//
+// Null is allowed for every pointer and makes a call fail unless its comment says more. So does a
+// handle whose node was removed, a handle that refers to nothing, and a text that is not UTF-8.
+// Nothing is changed then, and ux_last_error says why. A tree and its handles belong to one thread
+// at a time.
+#ifndef UXTREE_KIT_C_H
+#define UXTREE_KIT_C_H
+
+#include "uxtree/kit/export.h"
+
+#ifdef __cplusplus
+#include <cstddef>
+
+#include "uxtree/host/node.h"
+#include "uxtree/host/script_object.h"
+#include "uxtree/host/string.h"
+extern "C" {
+#else
+#include <stdbool.h>
+#include <stddef.h>
+#include <stdint.h>
+
+typedef uint32_t DWORD;
+typedef struct UXXmlWrapperBase UXXmlWrapperBase;  // a handle of a tree node
+typedef struct UXScriptObject UXScriptObject;      // an array of the script language
+typedef struct CStringUTF8 CStringUTF8;            // a string of the host
+#endif
+
+// What the elements of an array are.
+enum { UX_ARRAY_INTS = 1, UX_ARRAY_DOUBLES = 2, UX_ARRAY_BOOLS = 3, UX_ARRAY_STRINGS = 4 };
+
+// --- nodes
+
+// A handle to the root of a new tree, which is one element with this tag. Null for a tag makes a
+// handle that refers to nothing yet, for functions to put their results in. Null when the tag is no
+// element name, or there is no memory.
+UXKIT_API UXXmlWrapperBase* ux_node_new(UX_NULL_COUNTS const char* tag) UX_RETURNS(handle);
+// A handle to a deep copy of the node, which is the root of a tree of its own. Null for a handle
+// without a node.
+UXKIT_API UXXmlWrapperBase* ux_node_copy(UX_IN const UXXmlWrapperBase* node) UX_RETURNS(handle);
+// Gives a handle back. Null is passed over.
+UXKIT_API void ux_node_free(UX_OPT UX_IN UXXmlWrapperBase* node);
+// 1 when the handle refers to a node; 0 for null, for a handle that refers to nothing, and once the
+// node was removed.
+UXKIT_API int ux_node_valid(UX_OPT UX_MAY_BE_INVALID UX_IN const UXXmlWrapperBase* node)
+    UX_RETURNS(yes, no = 0);
+// 1 when both handles refer to the same node.
+UXKIT_API int ux_node_same(UX_IN const UXXmlWrapperBase* a, UX_IN const UXXmlWrapperBase* b)
+    UX_RETURNS(yes, no = 0);
+// Loads an XML file and yields a handle to its root. flags are 0; others are refused. Null when the
+// file cannot be read or is no well-formed XML: ux_last_error tells why and where.
+UXKIT_API UXXmlWrapperBase* ux_load(UX_FILE const char* path, unsigned int flags) UX_RETURNS(handle)
+    UX_BLOCKS;
+// The same for the bytes of a document in memory, which need not end in NUL.
+UXKIT_API UXXmlWrapperBase* ux_load_memory(UX_IN const char* bytes, size_t size, unsigned int flags)
+    UX_RETURNS(handle);
+// Writes the node as the root of an XML file. flags are 0; others are refused. 1, or 0 with the old
+// file whole.
+UXKIT_API int ux_save(UX_IN const UXXmlWrapperBase* node, UX_FILE const char* path,
+                      unsigned int flags) UX_RETURNS(done, not_done = 0) UX_BLOCKS;
+// Finds the node at the end of a path of tags below node, "a/b": each step takes the first child
+// with the tag. An empty path leads to node itself. 1 with the node in out, which may be node;
+// otherwise 0, and out is as it was.
+UXKIT_API int ux_node_child(UX_IN const UXXmlWrapperBase* node, UX_IN const char* path,
+                            UX_OUT UXXmlWrapperBase* out) UX_RETURNS(done, not_found = 0);
+// The child at a position from 0. 1 with the child in out; otherwise 0, and out is as it was.
+UXKIT_API int ux_node_child_at(UX_IN const UXXmlWrapperBase* node, int index,
+                               UX_OUT UXXmlWrapperBase* out) UX_RETURNS(done, not_found = 0);
+// The parent. 1 with the parent in out; 0 for a root, and out is as it was.
+UXKIT_API int ux_node_parent(UX_IN const UXXmlWrapperBase* node, UX_OUT UXXmlWrapperBase* out)
+    UX_RETURNS(done, not_found = 0);
+// The number of children; -1 for a handle without a node.
+UXKIT_API int ux_node_count(UX_IN const UXXmlWrapperBase* node) UX_RETURNS(count, unusable = -1);
+// The tag, the text value ("" when there is none), and the node as XML without a declaration. 1, or
+// 0 with out as it was.
+UXKIT_API int ux_node_tag(UX_IN const UXXmlWrapperBase* node, UX_OUT CStringUTF8* out)
+    UX_RETURNS(done, unusable = 0);
+UXKIT_API int ux_node_value(UX_IN const UXXmlWrapperBase* node, UX_OUT CStringUTF8* out)
+    UX_RETURNS(done, unusable = 0);
+UXKIT_API int ux_node_xml(UX_IN const UXXmlWrapperBase* node, UX_OUT CStringUTF8* out)
+    UX_RETURNS(done, unusable = 0);
+// The attribute "Label", or the tag when that is missing or empty. 1, or 0 with out as it was.
+UXKIT_API int ux_node_label(UX_IN const UXXmlWrapperBase* node, UX_OUT CStringUTF8* out)
+    UX_RETURNS(done, unusable = 0);
+// Writes the text value; null or "" clears it. The children stay. 1, or 0 with the value as it was
+// for a text that XML cannot hold.
+UXKIT_API int ux_node_set_value(UX_EDITS UXXmlWrapperBase* node, UX_OPT const char* value)
+    UX_RETURNS(done, not_done = 0);
+// The text of an attribute. 1; 0 with out as it was when the node does not have it.
+UXKIT_API int ux_node_attr(UX_IN const UXXmlWrapperBase* node, UX_IN const char* name,
+                           UX_OUT CStringUTF8* out) UX_RETURNS(done, not_found = 0);
+// Writes an attribute; null removes it. 1, also when there was nothing to remove; 0 for a name that
+// is no attribute name and for a text that XML cannot hold.
+UXKIT_API int ux_node_set_attr(UX_EDITS UXXmlWrapperBase* node, UX_IN const char* name,
+                               UX_NULL_COUNTS const char* value) UX_RETURNS(done, not_done = 0);
+// Appends an element to the children. 1 with it in out, which may be null; 0 when the tag is no
+// element name.
+UXKIT_API int ux_node_add(UX_EDITS UXXmlWrapperBase* node, UX_IN const char* tag,
+                          UX_OPT UX_OUT UXXmlWrapperBase* out) UX_RETURNS(done, not_done = 0);
+// Removes the node with everything below it from its tree. Every handle into it refers to nothing
+// afterwards; the handles are still to be freed.
+UXKIT_API int ux_node_remove(UX_EDITS UXXmlWrapperBase* node) UX_RETURNS(done, unusable = 0);
+
+// --- strings
+
+// A string with this text; null for a text is "". Null when the text is not UTF-8.
+UXKIT_API CStringUTF8* ux_string_new(UX_OPT const char* text) UX_RETURNS(handle);
+// Gives a string back. Null is passed over.
+UXKIT_API void ux_string_free(UX_OPT UX_IN CStringUTF8* string);
+// The text; "" for null.
+UXKIT_API const char* ux_string_text(UX_OPT UX_IN const CStringUTF8* string) UX_RETURNS(borrowed);
+// The number of bytes; -1 for null.
+UXKIT_API int ux_string_length(UX_IN const CStringUTF8* string) UX_RETURNS(count, unusable = -1);
+
+// --- arrays
+
+// An empty array of UX_ARRAY_INTS, UX_ARRAY_DOUBLES, UX_ARRAY_BOOLS or UX_ARRAY_STRINGS. Null for
+// any other kind.
+UXKIT_API UXScriptObject* ux_array_new(int kind) UX_RETURNS(handle);
+// Gives an array back. Null is passed over.
+UXKIT_API void ux_array_free(UX_OPT UX_IN UX_ANY UXScriptObject* array);
+// The number of elements; -1 for null and for an object that is no array.
+UXKIT_API int ux_array_size(UX_IN UX_ANY UXScriptObject* array) UX_RETURNS(count, unusable = -1);
+// The elements, ux_array_size of them. Null for an array of another kind, and for an empty one.
+UXKIT_API const int* ux_array_ints(UX_INTS UXScriptObject* array) UX_RETURNS(borrowed);
+UXKIT_API const double* ux_array_doubles(UX_DOUBLES UXScriptObject* array) UX_RETURNS(borrowed);
+UXKIT_API const bool* ux_array_bools(UX_BOOLS UXScriptObject* array) UX_RETURNS(borrowed);
+// The text at a position from 0. Null for an array of another kind, and for a position outside it.
+UXKIT_API const char* ux_array_string(UX_STRINGS UXScriptObject* array, int index)
+    UX_RETURNS(borrowed);
+// Fills the array with count values; what it held is gone. values may be null when count is 0. 1,
+// or 0 with the array as it was for another kind, a count below 0, and one that memory cannot hold.
+UXKIT_API int ux_array_set_ints(UX_OUT UX_INTS UXScriptObject* array,
+                                UX_OPT UX_IN const int* values, int count)
+    UX_RETURNS(done, not_done = 0);
+UXKIT_API int ux_array_set_doubles(UX_OUT UX_DOUBLES UXScriptObject* array,
+                                   UX_OPT UX_IN const double* values, int count)
+    UX_RETURNS(done, not_done = 0);
+UXKIT_API int ux_array_set_bools(UX_OUT UX_BOOLS UXScriptObject* array,
+                                 UX_OPT UX_IN const bool* values, int count)
+    UX_RETURNS(done, not_done = 0);
+// Appends a text. 1, or 0 with the array as it was.
+UXKIT_API int ux_array_add_string(UX_APPENDS UX_STRINGS UXScriptObject* array,
+                                  UX_IN const char* text) UX_RETURNS(done, not_done = 0);
+
+// --- errors
+
+// Why the last call of a ux_ function of this thread failed; "" when it did not. For a load it tells
+// the file and the place. The text stays until the next such call of this thread. This function and
+// the two below leave the reason alone.
+UXKIT_API const char* ux_last_error(void) UX_RETURNS(borrowed);
+// Line and column, from 1, of what a load refused; 0 without a position.
+UXKIT_API int ux_last_error_line(void) UX_RETURNS(stored);
+UXKIT_API int ux_last_error_column(void) UX_RETURNS(stored);
+// What a code means that a function of the libraries has returned: its name, as in "duplicate_id",
+// and one sentence. function is the name of an entry point or of a function of this header. Null
+// for a function that nobody knows, and for a code that it does not return. Both texts live as long
+// as the library is loaded.
+UXKIT_API const char* ux_code_name(UX_IN const char* function, int code) UX_RETURNS(borrowed);
+UXKIT_API const char* ux_describe(UX_IN const char* function, int code) UX_RETURNS(borrowed);
+
+#ifdef __cplusplus
+}
+#endif
+#endif
