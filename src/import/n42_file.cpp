@@ -1,7 +1,6 @@
 #include "import/n42_file.h"
 
 #include <algorithm>
-#include <cmath>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -44,17 +43,6 @@ CStringUTF8 indexed(const char* name, int index) {
     out += '_';
     out += std::to_string(index).c_str();
     return out;
-}
-
-// The energy of channel number x by Horner's rule. A value that has left the range of doubles
-// stays there, so lists of coefficients without end cost no more than real ones.
-double energy_of(const std::vector<double>& coefficients, double x) {
-    double energy = 0;
-    for (auto at = coefficients.rbegin(); at != coefficients.rend(); ++at) {
-        energy = energy * x + *at;
-        if (!std::isfinite(energy)) return energy;
-    }
-    return energy;
 }
 
 }  // namespace
@@ -278,6 +266,12 @@ void CVCn42FileBase::StartAgain() {
     allowance_ = RunAllowance(fileBytes_);
 }
 
+std::string CVCn42FileBase::RootName() const {
+    CStringUTF8 tag;
+    document_.GetTagName(tag);
+    return static_cast<const char*>(tag);
+}
+
 std::size_t CVCn42FileBase::SpectraAnywhere() const {
     std::size_t count = 0;
     CStringUTF8 tag;
@@ -359,7 +353,7 @@ void CVCn42FileBase::FillEnergies(const EnergyCalibration& calibration, int chan
         return;
     }
     // Intended: channel numbers count from 1.
-    for (int i = 1; i <= channels; ++i) out.push(energy_of(calibration.coefficients, i));
+    for (int i = 1; i <= channels; ++i) out.push(polynomial_at(calibration.coefficients, i));
 }
 
 int CVCn42FileBase::AddEnergies(UXXmlWrapperBase& group, EnergyCalibration& calibration,

@@ -142,6 +142,12 @@ public:
     virtual About AboutSpectrum(std::size_t spectrum) = 0;
     virtual AboutGross AboutGrossCounts(std::size_t /*gross*/) { return {}; }
     virtual std::vector<Dose> DosesOf(const Part& part) = 0;
+    struct Place {
+        CStringUTF8 detector;  // "" for the instrument
+        CStringUTF8 position;
+    };
+    // What holds for all spectra of a measurement, where the form tells it that way.
+    virtual std::vector<Place> PlacesOf(const Part& /*part*/) { return {}; }
     const EnergyCalibration* CalibrationOf(std::size_t spectrum) {
         return CalibrationOf(spectra_[spectrum]);
     }
@@ -154,6 +160,7 @@ public:
     // Channel lists may be read once more.
     void StartAgain();
     const N42Losses& Losses() const { return losses_; }
+    std::string RootName() const;
     // How many elements of the whole document are called "Spectrum", whatever their prefix.
     std::size_t SpectraAnywhere() const;
     // The energies of channels as a list of its own.

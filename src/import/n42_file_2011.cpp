@@ -242,7 +242,6 @@ CVCn42FileBase::About CVCn42File::AboutSpectrum(std::size_t spectrum) {
     about.start = measurement.startDateTime;
     about.realTime = measurement.realTime;
     if (usable(record.liveTime)) about.liveTime = Text(record.liveTime);
-    about.position = PositionIn(measurement.element, about.detector);
     about.namesCalibration = !Attribute(record.element, kN42EnergyCalibrationReference).IsEmpty();
     return about;
 }
@@ -254,29 +253,24 @@ CVCn42FileBase::AboutGross CVCn42File::AboutGrossCounts(std::size_t gross) {
             counts.liveTime, counts.count};
 }
 
-// The position of the spectrum's detector, where the file follows detectors one by one, else that
-// of the instrument.
-CStringUTF8 CVCn42File::PositionIn(const UXXmlWrapperBase& measurement,
-                                   const CStringUTF8& detector) {
-    CStringUTF8 ofInstrument;
-    for (UXXmlWrapperBase& child : children(measurement)) {
+// Some files follow the instrument, others detectors one by one.
+std::vector<CVCn42FileBase::Place> CVCn42File::PlacesOf(const Part& part) {
+    std::vector<Place> out;
+    for (UXXmlWrapperBase& child : children(part.element)) {
         const bool instrument = IdOf(child) == kN42RadInstrumentState;
         if (!instrument && !HasLocalName(child, kRadDetectorState)) continue;
-        if (instrument && !ofInstrument.IsEmpty()) continue;
-        if (!instrument && (detector.IsEmpty() ||
-                            Attribute(child, kN42RadDetectorInformationReference) != detector)) {
-            continue;
-        }
         const UXXmlWrapperBase vector = Child(child, kN42StateVector);
-        const UXXmlWrapperBase point =
-            usable(vector) ? Child(vector, kN42GeographicPoint) : UXXmlWrapperBase();
+        if (!usable(vector)) continue;
+        const UXXmlWrapperBase point = Child(vector, kN42GeographicPoint);
         if (!usable(point)) continue;
-        const CStringUTF8 position =
+        Place place;
+        if (!instrument) place.detector = Attribute(child, kN42RadDetectorInformationReference);
+        if (!instrument && place.detector.IsEmpty()) continue;
+        place.position =
             ChildText(point, kN42LatitudeValue) + ' ' + ChildText(point, kN42LongitudeValue);
-        if (!instrument) return position;
-        ofInstrument = position;
+        out.push_back(std::move(place));
     }
-    return ofInstrument;
+    return out;
 }
 
 std::vector<CVCn42FileBase::Dose> CVCn42File::DosesOf(const Part& part) {

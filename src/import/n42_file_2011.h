@@ -15,6 +15,7 @@ public:
     About AboutSpectrum(std::size_t spectrum) override;
     AboutGross AboutGrossCounts(std::size_t gross) override;
     std::vector<Dose> DosesOf(const Part& part) override;
+    std::vector<Place> PlacesOf(const Part& part) override;
 
 private:
     struct GrossCounts {
@@ -44,7 +45,6 @@ private:
     void NoteRest(UXXmlWrapperBase calibration);
     void ReadSpectrum(const UXXmlWrapperBase& element);
     void ReadGrossCounts(const UXXmlWrapperBase& element, const Selection& selection);
-    CStringUTF8 PositionIn(const UXXmlWrapperBase& measurement, const CStringUTF8& detector);
     int BuildSpectra(UXXmlWrapperBase& measurements);
     int BuildGrossCounts(UXXmlWrapperBase& measurements);
     int WriteGrossCounts(UXXmlWrapperBase& group, const RadMeasurement& measurement,

@@ -169,6 +169,15 @@ std::size_t count_numbers(const char* text) {
     return count;
 }
 
+double polynomial_at(const std::vector<double>& coefficients, double x) {
+    double value = 0;
+    for (auto at = coefficients.rbegin(); at != coefficients.rend(); ++at) {
+        value = value * x + *at;
+        if (!std::isfinite(value)) return value;
+    }
+    return value;
+}
+
 bool starts_with_number(const char* text) {
     double value = 0;
     return take_leading_number(text, value);

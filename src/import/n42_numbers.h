@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "uxtree/host/array.h"
 
@@ -71,7 +72,10 @@ bool has_counted_zeroes(const char* text);
 
 // The decimal number at the start of text, behind white space; 0 when there is none.
 double leading_number(const char* text);
-// Does it start with one?
+// A polynomial at x by Horner's rule, coefficients by ascending powers. A value that has left the
+// range of doubles stays there, so lists of coefficients without end cost no more than real ones.
+double polynomial_at(const std::vector<double>& coefficients, double x);
+// Does text start with a decimal number, behind white space?
 bool starts_with_number(const char* text);
 // How many tokens the text has.
 std::size_t count_numbers(const char* text);
