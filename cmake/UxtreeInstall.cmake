@@ -29,7 +29,7 @@ foreach(folder LIBDIR INCLUDEDIR)
   set(${variable} ${CMAKE_INSTALL_${folder}})
   cmake_path(ABSOLUTE_PATH ${variable} BASE_DIRECTORY "\${prefix}")
 endforeach()
-foreach(name uxtree_host uxtree_Utils uxtree_kit)
+foreach(name uxtree_host uxtree_Utils uxtree_kit uxtree_c)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/${name}.pc.in ${PROJECT_BINARY_DIR}/${name}.pc @ONLY)
   install(FILES ${PROJECT_BINARY_DIR}/${name}.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)

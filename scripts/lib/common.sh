@@ -7,9 +7,9 @@ note() { printf '%s\n' "$*"; }
 die() { printf 'error: %s\n' "$*" >&2; exit 1; }
 
 # What building and testing takes; document_packages hold the real documents that both read.
-build_packages=(g++ cmake ninja-build libexpat1-dev libcli11-dev libfmt-dev nlohmann-json3-dev)
-test_packages=(clang libclang-rt-14-dev pkg-config python3 libgtest-dev libgmock-dev
-    librapidcheck-dev libxml2-dev locales chromium)
+build_packages=(g++ cmake ninja-build python3 libexpat1-dev libcli11-dev libfmt-dev nlohmann-json3-dev)
+test_packages=(clang libclang-rt-14-dev pkg-config libgtest-dev libgmock-dev
+    librapidcheck-dev libxml2-dev locales chromium valgrind)
 document_packages=(shared-mime-info iso-codes unicode-cldr-core)
 
 is_installed() {

@@ -1,8 +1,9 @@
 # Installs this build into a folder of its own, moves the folder, and builds and runs a program
 # outside the tree with what is installed there.
 #
-#   cmake -D MODE=package|pkgconfig|layout -D BINARY_DIR=... -D SOURCE_DIR=... -D WORK_DIR=...
+#   cmake -D MODE=package|pkgconfig|layout|c -D BINARY_DIR=... -D SOURCE_DIR=... -D WORK_DIR=...
 #         -D GENERATOR=... -D COMPILER=... -D FLAGS=... -D VERSION=... -D PKG_CONFIG=...
+#         -D C_COMPILER=... -D C_FLAGS=... -D SANITIZE=... -D PYTHON=... -D VALGRIND=...
 #         -P consumer_test.cmake
 cmake_minimum_required(VERSION 3.25)
 set(consumer ${CMAKE_CURRENT_LIST_DIR}/consumer)
@@ -66,6 +67,55 @@ function(test_pkgconfig)
   run(OUTPUT output COMMAND ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${libraries}
     ${WORK_DIR}/consumer)
   expect("${output}" "<a>7</a>")
+endfunction()
+
+# The first steps in C and in Python's ctypes, each built or run with what is installed alone. Under
+# a sanitizer Python is left out, since only a program built with it can load such libraries;
+# valgrind is for libraries without one.
+set(first_steps "30 values, the first is 1: 1
+Find/LocalPoints = 12
+theme \"before\": 30 values
+Find/LocalPoints = 4
+line 2, column 8: (memory):2:8: mismatched tag: expected </b>")
+
+function(expect_first_steps)
+  set(files ${SOURCE_DIR}/examples/dialog.xml ${WORK_DIR}/result.xml ${WORK_DIR}/theme.xml)
+  run(OUTPUT output COMMAND ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${libraries} ${ARGN} ${files})
+  expect("${output}" "${first_steps}")
+  file(READ ${WORK_DIR}/result.xml result)
+  if(NOT result MATCHES ">12</LocalPoints>")
+    message(FATAL_ERROR "the changed value is not in the saved tree")
+  endif()
+  file(REMOVE ${WORK_DIR}/result.xml ${WORK_DIR}/theme.xml)
+endfunction()
+
+function(test_c)
+  install_and_move()
+  ask_pkg_config(version --modversion uxtree_c)
+  expect("${version}" ${VERSION})
+  ask_pkg_config(options --cflags --libs uxtree_c)
+  foreach(library uxtree_kit uxtree_Utils uxtree_host)
+    if(NOT "${options} " MATCHES "-l${library} ")
+      message(FATAL_ERROR "uxtree_c does not name ${library}: ${options}")
+    endif()
+  endforeach()
+  separate_arguments(options UNIX_COMMAND "${options}")
+  separate_arguments(flags UNIX_COMMAND "${C_FLAGS}")
+  ask_pkg_config(libraries --variable=libdir uxtree_c)
+
+  run(COMMAND ${C_COMPILER} ${flags} -std=c99 -pedantic-errors -Wall -Wextra -Werror
+    ${SOURCE_DIR}/examples/first_steps.c -o ${WORK_DIR}/first_steps ${options})
+  expect_first_steps(${WORK_DIR}/first_steps)
+  if(NOT SANITIZE)
+    expect_first_steps(${PYTHON} ${SOURCE_DIR}/examples/first_steps_ctypes.py
+      ${libraries}/libuxtree_kit.so)
+    if(VALGRIND)
+      expect_first_steps(${VALGRIND} -q --leak-check=full --show-leak-kinds=all
+        --error-exitcode=9 ${WORK_DIR}/first_steps)
+    else()
+      message(FATAL_ERROR "valgrind is missing")
+    endif()
+  endif()
 endfunction()
 
 # Where the pkg-config files point when the library folder is deeper or an absolute path.
