@@ -111,7 +111,7 @@ function(test_c)
       ${libraries}/libuxtree_kit.so)
     if(VALGRIND)
       expect_first_steps(${VALGRIND} -q --leak-check=full --show-leak-kinds=all
-        --error-exitcode=9 ${WORK_DIR}/first_steps)
+        --error-exitcode=9 --suppressions=${consumer}/valgrind.supp ${WORK_DIR}/first_steps)
     else()
       message(FATAL_ERROR "valgrind is missing")
     endif()

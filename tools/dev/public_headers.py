@@ -337,13 +337,16 @@ def read_header(include_folder, path, vocabulary, export=EXPORT):
         if line.startswith((export, "class " + export)):
             taken = take_declaration(lines, at - 1)
             at += len(taken) - 1
-            if group is None:
-                group = Group(comment)
-                header.groups.append(group)
+            if export == KIT_EXPORT and not is_script:
+                comment = []  # C++ functions of the kit are for C++ alone: nothing is made of them
+                continue
             try:
                 made = make_declaration(taken, is_script, vocabulary, export)
             except Contradiction as problem:
                 raise Contradiction(f"{path}: {problem}") from None
+            if group is None:
+                group = Group(comment)
+                header.groups.append(group)
             group.declarations.append(made)
             comment = []
             continue
