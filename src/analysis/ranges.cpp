@@ -73,7 +73,7 @@ void append_slot(UXXmlWrapperBase& range, const UXRangeSlots& slots, int index, 
 // Intended: slots are appended each time, also to a range that has some.
 void append_slots(UXXmlWrapperBase& range, int id, int stored, int rangeType) {
     UXRangeSlots slots;
-    UXGetHostServices().rangeSlots(rangeType, stored, slots);
+    call_out(UXGetHostServices().rangeSlots, rangeType, stored, slots);
     set_action_id(range, slots.actionId);
     for (int i = 0; i < slots.tags.GetSize(); ++i) append_slot(range, slots, i, id);
 }
@@ -235,7 +235,7 @@ int vctree_add_subrange_to_composite_range(UXXmlWrapperBase& range, UXXmlWrapper
         }
         set_next_repeat_id(range);
         append_slots(range, addFlags, stored, rangeType);
-        UXGetHostServices().finishRange(rangeTree, rangeType);
+        call_out(UXGetHostServices().finishRange, rangeTree, rangeType);
         return kOk;
     });
 }

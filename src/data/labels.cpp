@@ -239,7 +239,8 @@ extern "C" int uxtree_get_localization_node(UXXmlWrapperBase* out, UXXmlWrapperB
     return at_boundary(kFail, [&] {
         if (any_null(out) || !usable(tree)) return kFail;
         UXXmlWrapperBase top = *tree;  // out may be the handle of the tree
-        if (category < 1) category = UXGetHostServices().helpCategory(*out, top, id, category);
+        if (category < 1)
+            category = call_out(UXGetHostServices().helpCategory, *out, top, id, category);
         const bool found =
             uxtree_find_node_by_dataID(out, &top, id, parentId, category, 0, -1) != 0;
         if (found && (checkEmpty == 0 || !is_blank(*out))) return kOk;

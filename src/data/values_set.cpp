@@ -29,9 +29,12 @@ void apply_missing_settings(UXXmlWrapperBase& node, const EmbeddedNames& names, 
 
 // The text that the watch leaves to be written.
 CStringUTF8 announced(_SETVALUESBYIDS& record, CStringUTF8 value) {
+    struct Shown {
+        _SETVALUESBYIDS& to;
+        ~Shown() { to.value = nullptr; }
+    } const shown{record};
     record.value = &value;
-    if (record.callback != nullptr) record.callback(&record);
-    record.value = nullptr;
+    if (record.callback != nullptr) call_out(record.callback, &record);
     return value;
 }
 
@@ -51,7 +54,7 @@ bool write_text(UXXmlWrapperBase& node, const CStringUTF8& text, const EmbeddedN
     apply_missing_settings(node, names, how.callFlags);
     if ((how.flags & kThemeNoValue) != 0) return false;
     if ((how.flags & kThemeValidate) != 0 && !how.validateOff &&
-        !UXGetHostServices().validateValue(node, text)) {
+        !call_out(UXGetHostServices().validateValue, node, text)) {
         return false;
     }
     return how.callback == nullptr ? store(node, text, how)

@@ -3,6 +3,8 @@
 
 #include "uxtree/host/services.h"
 
+#include "frame/guards.h"
+
 namespace ux {
 
 inline constexpr int kMessageAutoName = 1624;
@@ -17,7 +19,7 @@ inline constexpr int kMessageRange = 1996;
 // The text of a message, "" when the host has none. The option is the host's own.
 inline CStringUTF8 message_text(int number, int option = 0) {
     CStringUTF8 text;
-    UXGetHostServices().messageText(number, option, text);
+    call_out(UXGetHostServices().messageText, number, option, text);
     return text;
 }
 

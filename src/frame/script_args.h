@@ -3,11 +3,15 @@
 
 #include "uxtree/host/script_object.h"
 
+#include "frame/guards.h"
+
 namespace ux {
 
 template <typename Array>
 Array* script_array(UXScriptObject* object, unsigned int typeCode) {
-    return object == nullptr ? nullptr : static_cast<Array*>(object->GetInternalData(typeCode));
+    if (object == nullptr) return nullptr;
+    const detail::CallOut out;
+    return static_cast<Array*>(object->GetInternalData(typeCode));
 }
 
 inline CArray<bool, bool>* bool_vector(UXScriptObject* object) {

@@ -36,7 +36,7 @@ bool fold_element(UXXmlWrapperBase& element, OutlineBuilder& outline) {
     require(element.GetTagName(tag));
     outline.begin(view_of(tag));
     // Intended: only an element that repeats an entry is asked whether it is valid.
-    if (outline.has_entry() && element.IsValid() == 0) return false;
+    if (outline.has_entry() && call_out([&] { return element.IsValid(); }) == 0) return false;
     CWBOStringArray names;
     require(element.GetPropertyNames(names));
     for (int i = 0; i < names.GetSize(); ++i) outline.attribute(view_of(names[i]));

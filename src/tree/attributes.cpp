@@ -168,7 +168,7 @@ int VCTreeGetAttributes(UXXmlWrapperBase* tree, CWBOStringArray* out, const char
         if (any_null(out, name) || !usable(tree)) return 0;
         const CStringUTF8 attribute = name;  // it may be a text of out
         for (UXXmlWrapperBase& child : children(*tree)) {
-            if (skip && skip(child)) continue;
+            if (skip && call_out(skip, child)) continue;
             out->Add(attribute_of(child, attribute));
             // Intended: skip does not reach below the first level. It leaves out whole
             // top-level branches; every deeper node of a kept branch has its entry.

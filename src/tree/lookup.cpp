@@ -262,7 +262,7 @@ constexpr int kLastHelpCategory = 1024;
 int help_category(UXXmlWrapperBase& out, UXXmlWrapperBase& tree, int id, int category) {
     if (category >= kFirstHelpCategory && category <= kLastHelpCategory) return category;
     const auto& service = UXGetHostServices().helpCategory;
-    return service ? service(out, tree, id, category) : category;
+    return service ? call_out(service, out, tree, id, category) : category;
 }
 
 // The DataID of the direct child that holds the help, 0 when the help stands under its category.
@@ -542,7 +542,7 @@ int uxtree_tree_check_get_node_by_attribute(UXXmlWrapperBase* out, UXXmlWrapperB
         if (tag == "0") return kFail;
         if (!tag.IsEmpty()) {
             const CStringUTF8 wanted = tag;
-            UXGetHostServices().cleanName(tag, wanted);
+            call_out(UXGetHostServices().cleanName, tag, wanted);
         }
         if (!place.AddNode(out, tag, -1)) return kFail;
         out->SetPropertyValue(attrName, CStringUTF8(attrValue));

@@ -248,7 +248,7 @@ int uxtree_adapt_for_tagname(CStringUTF8* name) {
         constexpr int kLongestTag = 1023;
         if (name == nullptr || name->IsEmpty()) return kFail;
         CStringUTF8 tag;
-        UXGetHostServices().cleanName(tag, cut_at_character(*name, kLongestTag));
+        call_out(UXGetHostServices().cleanName, tag, cut_at_character(*name, kLongestTag));
         if (tag == *name) return kFail;
         *name = tag;
         return kOk;

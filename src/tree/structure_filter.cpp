@@ -163,7 +163,8 @@ int uxtree_filter_by_attrib_match(UXXmlWrapperBase* tree, int dataId, const char
         const CStringUTF8 wanted = pattern;
         CStringUTF8 value;
         filter_nodes(*tree, dataId, [&](const UXXmlWrapperBase& node) {
-            return node.GetPropertyValue(attrName, value, 0) && matches(value, wanted, matchFlag);
+            return node.GetPropertyValue(attrName, value, 0) &&
+                   call_out(matches, value, wanted, matchFlag);
         });
         return kOk;
     });

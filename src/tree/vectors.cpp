@@ -86,34 +86,30 @@ void write_by_position(UXXmlWrapperBase& node, Array& values) {
 
 template <typename Array>
 void vector_to_children(Array* values, UXXmlWrapperBase* node) {
-    at_boundary([&] {
-        int base = 0;
-        if (values == nullptr || !usable(node) || !node->GetDataID(base)) return;
-        const int count = std::min(values->GetSize(), kLongestList);
-        if (node->GetNodeCount() <= count) {
-            write_by_id(*node, base, *values, count);
-            return;
-        }
-        // Intended: surplus children are cut off and the rest is written by position, without a
-        // look at their DataIDs.
-        node->SetSizeTrimFromEnd(count);
-        write_by_position(*node, *values);
-    });
+    int base = 0;
+    if (values == nullptr || !usable(node) || !node->GetDataID(base)) return;
+    const int count = std::min(values->GetSize(), kLongestList);
+    if (node->GetNodeCount() <= count) {
+        write_by_id(*node, base, *values, count);
+        return;
+    }
+    // Intended: surplus children are cut off and the rest is written by position, without a
+    // look at their DataIDs.
+    node->SetSizeTrimFromEnd(count);
+    write_by_position(*node, *values);
 }
 
 template <typename Array>
 int children_to_vector(UXXmlWrapperBase* node, Array* values) {
-    return at_boundary(kBadArgument, [&] {
-        if (values == nullptr || !usable(node)) return kBadArgument;
-        constexpr bool readsEmpty = std::is_same_v<Array, CWBOStringArray>;
-        int read = 0;
-        for (UXXmlWrapperBase& child : children(*node)) {
-            if (read == values->GetSize()) break;
-            if (!readsEmpty && child.IsEmpty()) continue;
-            read_value(child, values->ElementAt(read++));
-        }
-        return read;
-    });
+    if (values == nullptr || !usable(node)) return kBadArgument;
+    constexpr bool readsEmpty = std::is_same_v<Array, CWBOStringArray>;
+    int read = 0;
+    for (UXXmlWrapperBase& child : children(*node)) {
+        if (read == values->GetSize()) break;
+        if (!readsEmpty && child.IsEmpty()) continue;
+        read_value(child, values->ElementAt(read++));
+    }
+    return read;
 }
 
 }  // namespace
@@ -146,34 +142,36 @@ int VCTokenizedStringToArrayOfDoubles(CArray<double, double>& out, const CString
 extern "C" {
 
 void uxtree_value_from_vec_int_to_tree_sub_nodes(UXScriptObject* values, UXXmlWrapperBase* node) {
-    vector_to_children(int_vector(values), node);
+    at_boundary([&] { vector_to_children(int_vector(values), node); });
 }
 void uxtree_value_from_vec_double_to_tree_sub_nodes(UXScriptObject* values,
                                                     UXXmlWrapperBase* node) {
-    vector_to_children(double_vector(values), node);
+    at_boundary([&] { vector_to_children(double_vector(values), node); });
 }
 void uxtree_value_from_vec_bool_to_tree_sub_nodes(UXScriptObject* values, UXXmlWrapperBase* node) {
-    vector_to_children(bool_vector(values), node);
+    at_boundary([&] { vector_to_children(bool_vector(values), node); });
 }
 void uxtree_value_from_vec_string_to_tree_sub_nodes(UXScriptObject* values,
                                                     UXXmlWrapperBase* node) {
-    vector_to_children(string_array(values), node);
+    at_boundary([&] { vector_to_children(string_array(values), node); });
 }
 
 int uxtree_value_from_tree_sub_nodes_to_vector_int(UXXmlWrapperBase* node, UXScriptObject* values) {
-    return children_to_vector(node, int_vector(values));
+    return at_boundary(kBadArgument, [&] { return children_to_vector(node, int_vector(values)); });
 }
 int uxtree_value_from_tree_sub_nodes_to_vector_double(UXXmlWrapperBase* node,
                                                       UXScriptObject* values) {
-    return children_to_vector(node, double_vector(values));
+    return at_boundary(kBadArgument,
+                       [&] { return children_to_vector(node, double_vector(values)); });
 }
 int uxtree_value_from_tree_sub_nodes_to_vector_bool(UXXmlWrapperBase* node,
                                                     UXScriptObject* values) {
-    return children_to_vector(node, bool_vector(values));
+    return at_boundary(kBadArgument, [&] { return children_to_vector(node, bool_vector(values)); });
 }
 int uxtree_value_from_tree_sub_nodes_to_vector_string(UXXmlWrapperBase* node,
                                                       UXScriptObject* values) {
-    return children_to_vector(node, string_array(values));
+    return at_boundary(kBadArgument,
+                       [&] { return children_to_vector(node, string_array(values)); });
 }
 
 }  // extern "C"

@@ -1,8 +1,10 @@
+#include <stdexcept>
 #include <string>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "uxtree/data/copy.h"
 #include "uxtree/data/value_watch.h"
 
 #include "data/values_support.h"
@@ -510,6 +512,21 @@ TEST(_tree_set_values_by_ids, CallsTheWatchBeforeItsLeafIsWritten) {
     EXPECT_EQ(watch.progressDuringCall, 1);
     EXPECT_EQ(watch.inProgress, 0);
     EXPECT_EQ(watch.value, nullptr);
+}
+
+TEST(vctree_copy_values_by_id, LeavesNoPointerInAWatchThatThrows) {
+    const TestTree from("<r><a DataID='1'>x</a></r>");
+    const TestTree to("<r><a DataID='1'>old</a></r>");
+    UXXmlWrapperBase source = from.root();
+    UXXmlWrapperBase target = to.root();
+    _SETVALUESBYIDS watch{[](_SETVALUESBYIDS*) { throw std::runtime_error("no"); }, 1, 0, nullptr};
+
+    EXPECT_EQ(
+        vctree_copy_values_by_id(&source, &target, 0, nullptr, nullptr, 0, &watch, 0, 0, 0, 0), -1);
+
+    EXPECT_EQ(watch.value, nullptr);
+    EXPECT_EQ(watch.inProgress, 0);
+    EXPECT_EQ(to.text(), tree_text("<r><a DataID='1'>old</a></r>"));
 }
 
 TEST(_tree_set_values_by_ids, LeavesAWatchInProgressAlone) {

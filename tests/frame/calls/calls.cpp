@@ -67,7 +67,12 @@ void Call::try_once(const std::vector<const Trial*>& chosen, const Outcome& expe
     const std::string trees = scene.trees();
     const std::string outputs = scene.outputs();
 
-    const Outcome result = invoke_(arguments.data(), nullptr);
+    Outcome result;
+    try {
+        result = invoke_(arguments.data(), nullptr);
+    } catch (...) {
+        FAIL() << "an exception left the library";
+    }
 
     EXPECT_EQ(result.text(), expected.text());
     if (acts) return;

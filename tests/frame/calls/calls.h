@@ -11,6 +11,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -37,6 +38,12 @@ private:
     std::string text_ = "nothing";
 };
 
+// A script object that cannot even be asked.
+struct ThrowingObject : UXScriptObject {
+    int IsValid() override { throw std::runtime_error("asked"); }
+    void* GetInternalData(unsigned int) override { throw std::runtime_error("asked"); }
+};
+
 // --- the values that a call works on ----------------------------------------------------------
 
 inline std::string show(const UXXmlWrapperBase& node) {
@@ -55,6 +62,9 @@ std::string show(const CArray<T, A>& array) {
 template <typename Array>
 std::string show(const UXScriptArray<Array>& object) {
     return show(object.array());
+}
+inline std::string show(const ThrowingObject&) {
+    return "an object that throws";
 }
 template <typename T, typename = std::enable_if_t<std::is_trivially_copyable_v<T>>>
 std::string show(const T& value) {
@@ -156,7 +166,7 @@ struct Texts {
 // What an argument says about its bad forms; unsaid, they give the row's failure value.
 template <typename Self>
 struct Spoilable {
-    std::optional<Outcome> onNull, onInvalid, onWrongType;
+    std::optional<Outcome> onNull, onInvalid, onWrongType, onThrow;
     bool nullActs = false;
     bool invalidActs = false;
 
@@ -186,6 +196,12 @@ struct Spoilable {
     Self wrong_type(Outcome result) const {
         Self copy = self();
         copy.onWrongType = result;
+        return copy;
+    }
+
+    Self throwing(Outcome result) const {
+        Self copy = self();
+        copy.onThrow = result;
         return copy;
     }
 
@@ -282,6 +298,9 @@ struct ArrayArgument : Spoilable<ArrayArgument<Array>> {
         add_wrong<CWBOStringArray>(out, parameter, row, "an array of texts");
         out.push_back(kept_trial(
             "a node handle", parameter, [](Scene& s) { return s.bystander(); }, wrong(row), false));
+        out.push_back(kept_trial(
+            "an object that throws", parameter, [](Scene&) { return ThrowingObject(); },
+            this->onThrow.value_or(wrong(row)), false));
         return out;
     }
 

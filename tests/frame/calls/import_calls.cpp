@@ -97,10 +97,11 @@ void add_import_rows(Sweep& sweep) {
               text(spectrum_file()).null(-9093), strings(), other().optional().may_be_invalid(),
               kPreview);
     sweep.add(UX_ENTRY(uxtree_n42), imported, node(), text(spectrum_file()).null(-9093),
-              strings().optional().wrong_type(-1), other().optional().may_be_invalid(), DWORD{0});
+              strings().optional().wrong_type(-1).throwing(-9096),
+              other().optional().may_be_invalid(), DWORD{0});
     sweep.add(UX_ENTRY(uxtree_n42), preview, node().optional().may_be_invalid(),
-              text(spectrum_file()).null(-9093), strings(), other().optional().may_be_invalid(),
-              kPreview);
+              text(spectrum_file()).null(-9093), strings().throwing(-9096),
+              other().optional().may_be_invalid(), kPreview);
     sweep.add(UX_ENTRY(VCTree_n42_parse_LiveTimeDuration), {.good = 3, .bad = 0}, -1);
 }
 

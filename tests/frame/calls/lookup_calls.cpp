@@ -27,10 +27,11 @@ void add_lookup_rows(Sweep& sweep) {
               text("Label").optional(), text("B").optional(), text("c").optional(),
               text("2").optional());
 
-    sweep.add(UX_ENTRY(uxtree_check_node_int_attr), found, node("a"), strings({"n"}).wrong_type(-1),
-              ints({5}).wrong_type(-1));
+    sweep.add(UX_ENTRY(uxtree_check_node_int_attr), found, node("a"),
+              strings({"n"}).wrong_type(-1).throwing(0), ints({5}).wrong_type(-1).throwing(0));
     sweep.add(UX_ENTRY(uxtree_check_node_str_attr), found, node("a"),
-              strings({"Label"}).wrong_type(-1), strings({"A"}).wrong_type(-1), 0);
+              strings({"Label"}).wrong_type(-1).throwing(0),
+              strings({"A"}).wrong_type(-1).throwing(0), 0);
     sweep.add(UX_ENTRY(uxtree_find_node_with_int_attr), found, node(), out().optional(),
               strings({"n"}), ints({5}), true, 0);
     sweep.add(UX_ENTRY(uxtree_find_node_with_str_attr), found, node(), out().optional(),

@@ -16,8 +16,8 @@ void add_report_rows(Sweep& sweep) {
               ints({-1, -9, 2, -9}).optional(), text("L").optional(),
               static_cast<unsigned char>(0));
     sweep.add(UX_ENTRY(report_get_escaped_data_string_ex), done, strings(), 1,
-              ints({-1, -9, 2, -9}).optional().wrong_type(1), 0, 0, 0, 0, 0, 0, 0, 0, 'E',
-              text("L").optional(), 0);
+              ints({-1, -9, 2, -9}).optional().wrong_type(1).throwing(0), 0, 0, 0, 0, 0, 0, 0, 0,
+              'E', text("L").optional(), 0);
     sweep.add(UX_ENTRY(report_set_escaped_data_string_type), done, string("?$OP:A=1"), 'B');
     sweep.add(UX_ENTRY(report_make_input_data_table_var_row), done, out().optional(), node(), 0, 0,
               1, 1, 0, 0, 0, 1, 8, other().optional().may_be_invalid(), 0, text("x").optional(), 0);
