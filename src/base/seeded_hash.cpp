@@ -1,0 +1,68 @@
+#include "base/seeded_hash.h"
+
+#include <cstring>
+#include <random>
+
+namespace ux {
+namespace {
+
+struct Secrets {
+    std::uint64_t first;
+    std::uint64_t second;
+    std::uint64_t third;
+};
+
+const Secrets& secrets() {
+    static const Secrets drawn = [] {
+        std::random_device source;
+        const auto word = [&source] {
+            const std::uint64_t high = source();
+            return high << 32 | source();
+        };
+        return Secrets{word(), word(), word()};
+    }();
+    return drawn;
+}
+
+// Both halves of the product, one on the other: every bit of both factors has its part in it.
+std::uint64_t fold(std::uint64_t a, std::uint64_t b) {
+    __extension__ using Product = unsigned __int128;
+    const Product product = static_cast<Product>(a) * b;
+    return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+}
+
+template <typename Word>
+std::uint64_t word_at(const char* bytes) {
+    Word word = 0;
+    std::memcpy(&word, bytes, sizeof(word));
+    return word;
+}
+
+}  // namespace
+
+std::uint64_t seeded_hash(std::string_view text) {
+    const Secrets& secret = secrets();
+    const char* at = text.data();
+    std::size_t left = text.size();
+    std::uint64_t hash = secret.first;
+    for (; left > 16; at += 16, left -= 16) {
+        hash =
+            fold(word_at<std::uint64_t>(at) ^ secret.second, word_at<std::uint64_t>(at + 8) ^ hash);
+    }
+    std::uint64_t low = 0;
+    std::uint64_t high = 0;
+    if (left >= 8) {
+        low = word_at<std::uint64_t>(at);
+        high = word_at<std::uint64_t>(at + left - 8);
+    } else if (left >= 4) {
+        low = word_at<std::uint32_t>(at);
+        high = word_at<std::uint32_t>(at + left - 4);
+    } else if (left > 0) {
+        low = word_at<std::uint8_t>(at);
+        high = word_at<std::uint8_t>(at + left / 2) << 8 | word_at<std::uint8_t>(at + left - 1);
+    }
+    hash = fold(low ^ secret.second, high ^ hash);
+    return fold(hash ^ secret.third, text.size() ^ secret.second);
+}
+
+}  // namespace ux

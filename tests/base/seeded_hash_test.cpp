@@ -1,0 +1,32 @@
+#include "base/seeded_hash.h"
+
+#include <set>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(SeededHash, TellsTextsOfEveryLengthApart) {
+    std::set<std::uint64_t> hashes;
+    std::string text;
+    for (int length = 0; length < 70; ++length, text += 'x') {
+        hashes.insert(ux::seeded_hash(text));
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            std::string other = text;
+            other[i] = 'y';
+            hashes.insert(ux::seeded_hash(other));
+            EXPECT_EQ(ux::seeded_hash(other), ux::seeded_hash(std::string(other)));
+        }
+    }
+    EXPECT_EQ(hashes.size(), 70U + 69U * 70U / 2U);
+}
+
+TEST(SeededHash, SpreadsOverTheSlotsOfATable) {
+    std::set<std::uint64_t> slots;
+    for (int i = 0; i < 4096; ++i) slots.insert(ux::seeded_hash("n" + std::to_string(i)) & 0xFFF);
+    EXPECT_GT(slots.size(), 2300U);  // of 4096; chance alone gives 2589
+    EXPECT_LT(slots.size(), 2900U);
+}
+
+}  // namespace
