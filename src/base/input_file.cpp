@@ -57,8 +57,8 @@ long RegularFile::read(char* out, std::size_t size) const {
     }
 }
 
-void RegularFile::rewind() const {
-    ::lseek(descriptor_, 0, SEEK_SET);
+void RegularFile::seek(std::uint64_t offset) const {
+    ::lseek(descriptor_, static_cast<off_t>(offset), SEEK_SET);
 }
 
 // The file is mapped over the start of a larger reservation, so that reading ahead of its end stays

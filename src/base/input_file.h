@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace ux {
@@ -21,7 +22,9 @@ public:
     // open, -1 on failure.
     long read(char* out, std::size_t size) const;
     // Back to the start.
-    void rewind() const;
+    void rewind() const { seek(0); }
+    // The next read begins so many bytes behind the start.
+    void seek(std::uint64_t offset) const;
 
     bool is_open() const { return descriptor_ >= 0; }
     // Why a file that was named is not open, in the system's words.

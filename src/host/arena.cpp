@@ -121,6 +121,7 @@ Ref ByteArena::add_chunk(std::size_t bytes) {
         const Ref number = freeChunks_.back();
         freeChunks_.pop_back();
         bases_[number] = chunk.data();
+        chunkBytes_ += bytes;
         chunks_[number] = std::move(chunk);
         return number << kUnitBits;
     }
@@ -138,6 +139,7 @@ Ref ByteArena::add_chunk(std::size_t bytes) {
         bases_.push_back(nullptr);
     }
     bases_.push_back(chunk.data());
+    chunkBytes_ += bytes;
     longUse_.emplace_back();
     chunks_.push_back(std::move(chunk));
     return static_cast<Ref>(chunks_.size() - 1) << kUnitBits;
@@ -186,6 +188,7 @@ void ByteArena::drop_blocks(Ref chunk) {
 }
 
 void ByteArena::drop_chunk(Ref chunk) {
+    chunkBytes_ -= chunks_[chunk].size();
     chunks_[chunk] = Chunk();
     bases_[chunk] = nullptr;
     longUse_[chunk] = {};
@@ -217,6 +220,7 @@ void ByteArena::copy_from(const ByteArena& other) {
     free_ = other.free_;
     short_ = other.short_;
     long_ = other.long_;
+    chunkBytes_ = other.chunkBytes_;
 }
 
 }  // namespace uxhost

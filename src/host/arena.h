@@ -48,10 +48,21 @@ public:
         if (free_[units] != 0) return pop(units);
         return units <= short_.unitsLeft ? short_.take(units) : allocate_short(units);
     }
+    static constexpr std::size_t kRunUnits = 1 << 11;
+    static constexpr std::size_t kShortBytes = 512;
+    // New memory for several blocks of at most kShortBytes that follow each other, in units of 8
+    // bytes, at most kRunUnits in all. Each block is released by itself.
+    Ref take_run(std::size_t units) {
+        while (units > short_.unitsLeft) open_chunk(short_);
+        return short_.take(units);
+    }
     // bytes as requested
     void release(Ref ref, std::size_t bytes);
     // Usable bytes of a block that was requested with `bytes`.
     static std::size_t capacity(std::size_t bytes) { return rounded_units(bytes) << 3; }
+
+    // In all chunks.
+    std::size_t bytes() const { return chunkBytes_; }
 
     // Becomes a copy of other, in which every reference of other means the same block. This arena
     // must be new.
@@ -60,7 +71,7 @@ public:
 private:
     static constexpr unsigned kUnitBits = 18;  // 2 MiB of 8-byte units
     static constexpr Ref kUnitMask = (Ref{1} << kUnitBits) - 1;
-    static constexpr std::size_t kExactUnits = 64;  // short blocks; above, eight classes a doubling
+    static constexpr std::size_t kExactUnits = kShortBytes / 8;  // above: eight classes a doubling
     static constexpr std::size_t kSharedUnits = 1 << 15;  // larger blocks have a chunk of their own
     static constexpr std::size_t kClasses = kExactUnits + 1 + std::size_t{8} * 9;
     static constexpr std::size_t kFirstLongChunkBytes = std::size_t{1} << 14;
@@ -116,6 +127,7 @@ private:
     std::array<Ref, kClasses> free_{};
     Fill short_{0, 0, 0, kFirstChunkBytes};
     Fill long_{0, 0, 0, kFirstLongChunkBytes};
+    std::size_t chunkBytes_ = 0;
 };
 
 // Slots of one type, addressed by their number from 1. A released slot keeps its content, so that
@@ -145,6 +157,8 @@ public:
         ++freeCount_;
     }
     std::size_t free_count() const { return freeCount_; }
+    // In all chunks.
+    std::size_t bytes() const { return chunkBytes_; }
 
     // Becomes a copy of other. This arena must be new.
     void copy_from(const SlotArena& other) {
@@ -165,6 +179,7 @@ public:
         next_ = other.next_;
         slotsLeft_ = other.slotsLeft_;
         nextChunkBytes_ = other.nextChunkBytes_;
+        chunkBytes_ = other.chunkBytes_;
     }
 
 private:
@@ -178,6 +193,7 @@ private:
         chunks_.reserve(chunks_.size() + 1);
         bases_.reserve(chunks_.size() + 1);
         bases_.push_back(reinterpret_cast<Slot*>(chunk.data()));
+        chunkBytes_ += chunk.size();
         chunks_.push_back(std::move(chunk));
         next_ = static_cast<Ref>(chunks_.size() - 1) << kSlotBits;
         slotsLeft_ = nextChunkBytes_ / sizeof(Slot);
@@ -195,6 +211,7 @@ private:
     Ref next_ = 0;
     std::size_t slotsLeft_ = 0;
     std::size_t nextChunkBytes_ = kFirstChunkBytes;
+    std::size_t chunkBytes_ = 0;
 };
 
 }  // namespace uxhost

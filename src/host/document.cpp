@@ -9,6 +9,7 @@
 
 #include "uxtree/host/utilities.h"
 
+#include "base/seeded_hash.h"
 #include "host/node_detail.h"
 
 namespace uxhost {
@@ -20,12 +21,6 @@ constexpr std::uint32_t kSharedValueBytes = 1024;
 }  // namespace
 
 // --- names -------------------------------------------------------------------------------------
-
-std::uint32_t NameTable::hash_of(std::string_view name) {
-    std::uint32_t hash = 2166136261u;
-    for (const char c : name) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619u;
-    return hash ^ hash >> 15;
-}
 
 // The slot that holds the name, or the free one where it belongs.
 std::size_t NameTable::probe(std::string_view name, std::uint32_t hash) const {
@@ -42,11 +37,11 @@ std::size_t NameTable::probe(std::string_view name, std::uint32_t hash) const {
 }
 
 NameId NameTable::find(std::string_view name) const {
-    return slots_.empty() ? 0 : slots_[probe(name, hash_of(name))];
+    return slots_.empty() ? 0 : slots_[probe(name, static_cast<std::uint32_t>(ux::seeded_hash(name)))];
 }
 
 NameId NameTable::intern(std::string_view name, ByteArena& bytes) {
-    const std::uint32_t hash = hash_of(name);
+    const auto hash = static_cast<std::uint32_t>(ux::seeded_hash(name));
     if (slots_.empty()) rehash(16);
     std::size_t slot = probe(name, hash);
     if (slots_[slot] != 0) return slots_[slot];

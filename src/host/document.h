@@ -81,7 +81,6 @@ private:
     static constexpr NameId kMarkMask = (NameId{1} << kMarkBits) - 1;
     static constexpr std::size_t kMostNames = std::size_t{1} << (32 - kMarkBits);
 
-    static std::uint32_t hash_of(std::string_view name);
     NameId id_at(std::size_t place) const {
         return static_cast<NameId>(place << kMarkBits) | mark_of(names_[place].text.data());
     }
@@ -180,6 +179,40 @@ public:
     // The next element in pre-order below top, null at the end.
     Element* next_below(const Element& top, const Element& element) const;
 
+    // What the storage of elements, texts and names takes.
+    std::size_t memory_bytes() const {
+        return elements_.bytes() + bytes_.bytes() + names_.size() * kNameBytes;
+    }
+
+    // --- loading, into a document that nothing was removed from -------------------------------------
+
+    // A new last child. last is the parent's last child so far, if any; no parent makes a root.
+    Element& append_loaded(Element* parent, Element* last, NameId tag) {
+        bool fresh = false;
+        const Ref ref = elements_.allocate(fresh);
+        Element& element = *elements_.at(ref);
+        element = Element{};
+        element.self = ref;
+        element.generation = 1;
+        element.tag = tag;
+        element.id = kNoId;
+        if (parent == nullptr) {
+            root_ = ref;
+            return element;
+        }
+        element.parent = parent->self;
+        (last == nullptr ? parent->first : last->next) = ref;
+        element.previous = parent->last;
+        parent->last = ref;
+        ++parent->childCount;
+        return element;
+    }
+    // Memory for a run of blocks, see the arena.
+    char* take_run(std::size_t units, Ref& ref) {
+        ref = bytes_.take_run(units);
+        return bytes_.at(ref);
+    }
+
     // Binds a new document that is a deep copy of the element.
     static int clone(const Document& from, const Element& source, UXXmlWrapperBase* out);
     static int bind_root(Document* document, UXXmlWrapperBase* out);
@@ -187,6 +220,8 @@ public:
 private:
     ~Document() = default;
     friend struct DocumentHolder;
+
+    static constexpr std::size_t kNameBytes = 48;  // in the table, with the slots
 
     void set_value_bytes(Element& element, const void* bytes, std::size_t size, ValueKind kind);
     // Names of another document as names of this one, for the length of one copy. The table of all

@@ -2,23 +2,38 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
-#include <string>
+#include <memory>
 
 #include "uxtree/host/embedded.h"
 
 #include "host/document.h"
+#include "xml/byte_source.h"
+#include "xml/window.h"
 
 namespace uxhost {
 
-// Where the bytes of an input come from. read yields how many were put into the buffer, 0 at the
-// end and a negative number for a failure; rewind goes back to the start.
-struct ByteSource {
-    std::function<long(char* buffer, std::size_t size)> read;
-    std::function<void()> rewind;
+struct LoadOptions {
+    int maxNesting = 10000;
+    // 0: no limit.
+    std::uint64_t maxBytes = 0;
+    std::uint64_t maxElements = 0;
+    std::uint64_t maxMemory = 0;
+    // May be empty; false ends the reading.
+    std::function<bool(std::uint64_t done, std::uint64_t total)> progress;
+    // For tests: the parser reads everything, or the reader's window is smaller.
+    bool parserAlone = false;
+    std::size_t window = ux::xml::Window::kCapacity;
 };
 
-// Parses the input into the new document; false with the reason and its place when it is refused.
-bool parse_document(Document& document, const ByteSource& source, UXFileError& error);
+// What the host's services ask for.
+LoadOptions options_of_services();
+
+// The document of an input of so many bytes; null, with the reason and its place, when it is
+// refused.
+std::unique_ptr<DocumentHolder> load_document(const ux::xml::ByteSource& source,
+                                              std::uint64_t totalBytes, const LoadOptions& options,
+                                              UXFileError& error);
 
 }  // namespace uxhost

@@ -1,6 +1,8 @@
 // Loading, saving and serialising through the node handle.
 #include <algorithm>
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "uxtree/host/embedded.h"
 #include "uxtree/host/node.h"
@@ -11,9 +13,8 @@
 #include "host/node_detail.h"
 #include "host/writer.h"
 
-using uxhost::ByteSource;
+using ux::xml::ByteSource;
 using uxhost::document_of;
-using uxhost::DocumentHolder;
 using uxhost::Element;
 using uxhost::live;
 
@@ -26,23 +27,25 @@ thread_local std::string lastSaveError;
 
 ByteSource file_source(const ux::RegularFile& file) {
     return {[&file](char* buffer, std::size_t size) { return file.read(buffer, size); },
-            [&file] { file.rewind(); }};
+            [&file](std::uint64_t offset) { file.seek(offset); }};
 }
 
-ByteSource memory_source(const char* bytes, std::size_t length, std::size_t& position) {
-    return {[bytes, length, &position](char* buffer, std::size_t size) {
-                const std::size_t count = std::min(size, length - position);
-                std::copy_n(bytes + position, count, buffer);
+ByteSource memory_source(std::string_view bytes, std::size_t& position) {
+    return {[bytes, &position](char* buffer, std::size_t size) {
+                const std::size_t count = std::min(size, bytes.size() - position);
+                std::copy_n(bytes.data() + position, count, buffer);
                 position += count;
                 return static_cast<long>(count);
             },
-            [&position] { position = 0; }};
+            [bytes, &position](std::uint64_t offset) {
+                position = std::min(static_cast<std::size_t>(offset), bytes.size());
+            }};
 }
 
-int parse_into(UXXmlWrapperBase& node, const ByteSource& source) {
-    DocumentHolder document;
-    if (!uxhost::parse_document(*document.document, source, lastLoadFailure)) return 0;
-    return uxhost::Document::bind_root(document.document, &node);
+int load_into(UXXmlWrapperBase& node, const ByteSource& source, std::uint64_t totalBytes) {
+    const auto document =
+        uxhost::load_document(source, totalBytes, uxhost::options_of_services(), lastLoadFailure);
+    return document == nullptr ? 0 : uxhost::Document::bind_root(document->document, &node);
 }
 
 // Runs a load; an exception is shortage of memory.
@@ -71,14 +74,15 @@ int UXXmlWrapperBase::load(const char* path, int /*unused*/, bool /*unusedFlag*/
             lastLoadFailure.message = file.reason().c_str();
             return 0;
         }
-        return parse_into(*this, file_source(file));
+        return load_into(*this, file_source(file), file.size());
     });
 }
 
 int UXXmlWrapperBase::LoadFromMemory(const char* bytes, std::size_t length) {
     return loading("(memory)", [&] {
         std::size_t position = 0;
-        return parse_into(*this, memory_source(bytes, bytes == nullptr ? 0 : length, position));
+        const std::string_view input(bytes, bytes == nullptr ? 0 : length);
+        return load_into(*this, memory_source(input, position), input.size());
     });
 }
 

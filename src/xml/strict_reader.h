@@ -19,6 +19,7 @@
 #include "xml/known_names.h"
 #include "xml/references.h"
 #include "xml/scan.h"
+#include "xml/start_tag.h"
 #include "xml/window.h"
 
 namespace ux::xml {
@@ -28,27 +29,6 @@ enum class ReadResult {
     kGaveUp,
     kDoctype,  // gave up at the "<!DOCTYPE" before the root, with no event so far
 };
-
-struct ReadAttribute {
-    KnownName* name;
-    std::uint32_t offset;  // of the value, from the start of the tag
-    std::uint32_t size;
-};
-
-// A start tag as a sink sees it. Its values are valid until the sink returns.
-struct StartTag {
-    const KnownName& name;
-    const char* bytes;
-    const ReadAttribute* attributes;
-    std::size_t count;
-
-    std::string_view value(std::size_t i) const {
-        return {bytes + attributes[i].offset, attributes[i].size};
-    }
-};
-
-// Pairs of an element and an attribute that a DTD declares with another type than text.
-using TypedAttributes = std::set<std::pair<std::string, std::string>>;
 
 // Reads a document and tells a sink about it. A sink has these operations; what they throw passes
 // through the reader:

@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/generated_xml.h"
 #include "xml/events.h"
 
 namespace {
@@ -179,105 +180,6 @@ TEST(StrictReader, GivesUpOnWhatOthersMustRead) {
     }
 }
 
-// Documents made of pieces that matter to a reader, most of them well-formed, some then broken.
-class Generator {
-public:
-    explicit Generator(unsigned seed) : random_(seed) {}
-
-    std::string document() {
-        std::string xml;
-        if (chance(4)) xml += pick({"<?xml version='1.0'?>", "\xEF\xBB\xBF", "\n"});
-        xml += misc() + element(0) + misc();
-        for (auto i = chance(3) ? random_() % 3 : 0; i > 0; --i) damage(xml);
-        return xml;
-    }
-
-private:
-    bool chance(unsigned n) { return random_() % n == 0; }
-    std::string pick(std::initializer_list<const char*> texts) {
-        return *(texts.begin() + random_() % texts.size());
-    }
-    std::string name() {
-        return pick({"a", "b", "c", "ab", "name_of_16_bytes", "name_of_17_bytes_", "a:b", "x.y-z",
-                     "name_of_17_bytes-", "\xC3\xA9", "n\xC3\xA9", "\xE4\xB8\xAD\xE6\x96\x87",
-                     "name_of_15_byte"});
-    }
-    std::string blanks() { return pick({" ", " ", " ", "\n", "\t", "\r\n", "  "}); }
-    std::string misc() {
-        std::string out;
-        while (chance(4)) {
-            out += pick({"\n", " ", "<!-- c -->", "<?p i?>", "<?p?>", "<!---->",
-                         "<!-- \xC3\xA9 - > ? ] -->", "\r\n"});
-        }
-        return out;
-    }
-    std::string reference() {
-        return pick({"&amp;", "&lt;", "&gt;", "&quot;", "&apos;", "&#32;", "&#10;", "&#13;", "&#9;",
-                     "&#x41;", "&#x20AC;", "&#x1F4C8;"});
-    }
-    std::string words() {
-        std::string out;
-        for (auto i = random_() % 6; i > 0; --i) {
-            out +=
-                pick({"text", " ", "a longer text of several words", "\n  ", "\xC3\xA9",
-                      "\xD0\x9C\xD0\xB8\xD1\x80 \xD0\xBC\xD0\xB8\xD1\x80", "\xE2\x82\xAC",
-                      "\xF0\x9F\x93\x88", "]", "]]", ">", "\r", "\r\n", "\t", "-", "?", "=", "/"});
-            if (chance(3)) out += reference();
-        }
-        return out;
-    }
-    std::string value() {
-        const char* quote = chance(3) ? "'" : "\"";
-        return quote + words() + pick({"", "", *quote == '"' ? "'" : "\"", "]]>", "<!--"}) + quote;
-    }
-    std::string element(int depth) {
-        const std::string tag = name();
-        std::string xml = "<" + tag;
-        while (chance(2)) xml += blanks() + name() + (chance(8) ? " = " : "=") + value();
-        if (chance(8)) xml += blanks();
-        if (chance(4)) return xml + "/>";
-        xml += ">";
-        for (auto i = random_() % 5; i > 0; --i) {
-            switch (random_() % 6) {
-                case 0:
-                    xml += misc();
-                    break;
-                case 1:
-                    xml += "<![CDATA[" + words() + "<&" + pick({"", "]", "]]"}) + "]]>";
-                    break;
-                case 2:
-                case 3:
-                    xml += words();
-                    break;
-                default:
-                    if (depth < 5) xml += element(depth + 1);
-            }
-        }
-        return xml + "</" + tag + (chance(8) ? blanks() : "") + ">";
-    }
-    void damage(std::string& xml) {
-        static constexpr std::string_view kBytes(
-            "<>&;'\"]![-?/= \n\rab:\x80\xC3\xA9\xEF\xBF\xBE\x01\0", 30);
-        const std::size_t at = random_() % xml.size();
-        switch (random_() % 4) {
-            case 0:
-                xml[at] = kBytes[random_() % kBytes.size()];
-                break;
-            case 1:
-                xml.insert(at, 1, kBytes[random_() % kBytes.size()]);
-                break;
-            case 2:
-                xml.erase(at, 1 + random_() % 3);
-                break;
-            default:
-                xml.insert(at, xml.substr(random_() % xml.size(), 1 + random_() % 12));
-        }
-        if (xml.empty()) xml = "<";
-    }
-
-    std::mt19937 random_;
-};
-
 // What only the other parser decides about, so that giving up is right.
 bool may_give_up(const std::string& xml) {
     return xml.find("<!DOCTYPE") != std::string::npos || xml.find("<?xml") != std::string::npos;
@@ -290,7 +192,7 @@ std::string without_padding(const std::string& xml) {
 }
 
 TEST(StrictReader, AgreesWithExpatOnGeneratedDocuments) {
-    Generator generator(1);
+    uxtest::GeneratedXml generator(1);
     std::mt19937 random(2);
     int accepted = 0;
     constexpr int kDocuments = 60000;

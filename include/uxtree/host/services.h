@@ -1,6 +1,7 @@
 // What an application or a test may supply in place of the embedded host's own behaviour.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -43,6 +44,15 @@ struct UXHostServices {
     std::string messageModule;
     // Deepest nesting that load accepts.
     int maxNesting = 10000;
+    // What load and LoadFromMemory accept at most: bytes of input, elements, and bytes of memory
+    // for the tree. Beyond, they refuse with the reason. 0: no limit.
+    std::uint64_t maxLoadBytes = 0;
+    std::uint64_t maxLoadElements = 0;
+    std::uint64_t maxLoadMemory = 0;
+    // Called while a document is loaded, at least once per megabyte, with the bytes read so far and
+    // those of the whole input; some inputs are read twice, and it starts again then. False ends
+    // the loading, which then fails as cancelled. May be empty.
+    std::function<bool(std::uint64_t done, std::uint64_t total)> loadProgress;
 };
 
 // The process's services. A service that was set to nothing is the default one again. Set services

@@ -1,0 +1,199 @@
+#include "xml/expat_support.h"
+
+#include <algorithm>
+#include <array>
+#include <new>
+#include <vector>
+
+#include "base/ascii.h"
+#include "xml/encodings.h"
+#include "xml/references.h"
+
+namespace ux::xml {
+namespace {
+
+bool begins_with(std::string_view text, std::string_view start) {
+    return text.substr(0, start.size()) == start;
+}
+
+// The encoding in an XML declaration; "" when there is none.
+std::string_view declared_encoding(std::string_view start) {
+    if (!begins_with(start, "<?xml")) return {};
+    start = start.substr(0, start.find("?>"));
+    const std::size_t name = start.find("encoding");
+    if (name == std::string_view::npos) return {};
+    const std::size_t open = start.find_first_of("\"'", name);
+    if (open == std::string_view::npos) return {};
+    const std::size_t close = start.find(start[open], open + 1);
+    if (close == std::string_view::npos) return {};
+    return start.substr(open + 1, close - open - 1);
+}
+
+constexpr std::array<std::string_view, 5> kPredefined{"lt", "gt", "amp", "apos", "quot"};
+
+bool is_predefined(std::string_view name) {
+    return std::find(kPredefined.begin(), kPredefined.end(), name) != kPredefined.end();
+}
+
+// The names behind "&" in a text, without references to characters.
+std::vector<std::string_view> references_in(std::string_view text) {
+    std::vector<std::string_view> names;
+    for (std::size_t at = text.find('&'); at != std::string_view::npos;
+         at = text.find('&', at + 1)) {
+        const std::string_view name = text.substr(at + 1, text.find(';', at) - at - 1);
+        if (!name.empty() && name[0] != '#') names.push_back(name);
+    }
+    return names;
+}
+
+std::string utf16_as_utf8(std::string_view bytes, bool bigEndian) {
+    std::string text;
+    std::array<char, 4> character{};
+    for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
+        const auto high = static_cast<unsigned char>(bytes[bigEndian ? at : at + 1]);
+        const auto low = static_cast<unsigned char>(bytes[bigEndian ? at + 1 : at]);
+        const std::size_t size =
+            write_utf8(static_cast<std::uint32_t>(high << 8 | low), character.data());
+        text.append(character.data(), size);
+    }
+    return text;
+}
+
+std::string mapped_as_utf8(std::string_view bytes, const std::array<int, 256>& map) {
+    std::string text;
+    std::array<char, 4> character{};
+    for (const char byte : bytes) {
+        const int code = map[static_cast<unsigned char>(byte)];
+        const std::size_t size =
+            write_utf8(static_cast<std::uint32_t>(code < 0 ? '?' : code), character.data());
+        text.append(character.data(), size);
+    }
+    return text;
+}
+
+std::array<int, 256> character_map(const std::string& encoding) {
+    XML_Encoding info{};
+    if (!fill_encoding(encoding.c_str(), info)) {
+        for (int c = 0; c < 256; ++c) info.map[c] = c;  // ISO-8859-1
+    }
+    std::array<int, 256> map{};
+    std::copy_n(info.map, map.size(), map.begin());
+    return map;
+}
+
+// What the handlers of a prolog share.
+struct PrologReader {
+    XML_Parser parser;
+    Prolog prolog;
+    bool foundRoot = false;
+};
+
+void XMLCALL root_starts(void* data, const XML_Char* /*name*/, const XML_Char** /*atts*/) {
+    auto& reader = *static_cast<PrologReader*>(data);
+    reader.prolog.rootOffset = static_cast<std::uint64_t>(XML_GetCurrentByteIndex(reader.parser));
+    reader.foundRoot = true;
+    XML_StopParser(reader.parser, XML_FALSE);
+}
+void XMLCALL attribute_declared(void* data, const XML_Char* element, const XML_Char* name,
+                                const XML_Char* type, const XML_Char* /*value*/,
+                                int /*isRequired*/) {
+    auto& reader = *static_cast<PrologReader*>(data);
+    if (std::string_view(type) == "CDATA") return;
+    try {
+        reader.prolog.typed.emplace(element, name);
+    } catch (...) {
+        XML_StopParser(reader.parser, XML_FALSE);  // no root is found then
+    }
+}
+
+}  // namespace
+
+const char* settled_encoding(std::string_view start) {
+    if (begins_with(start, "\xEF\xBB\xBF")) return "UTF-8";
+    if (begins_with(start, "\xFE\xFF") || begins_with(start, "\xFF\xFE")) return "UTF-16";
+    const std::string_view declared = declared_encoding(start);
+    return equal_no_case(declared, "utf8") ? "UTF-8" : nullptr;
+}
+
+bool is_padding(std::string_view text) {
+    return text.find_first_not_of(std::string_view("\0 \t\r\n", 5)) == std::string_view::npos;
+}
+
+Feeder::Step Feeder::step() {
+    void* const buffer = XML_GetBuffer(parser_, static_cast<int>(block_));
+    if (buffer == nullptr) {
+        return XML_GetErrorCode(parser_) == XML_ERROR_NO_MEMORY ? Step::kNoMemory : Step::kRefused;
+    }
+    const long got = source_.read(static_cast<char*>(buffer), block_);
+    if (got < 0) return Step::kUnreadable;
+    fed_ += static_cast<std::uint64_t>(got);
+    const bool isLast = got == 0;
+    if (XML_ParseBuffer(parser_, static_cast<int>(got), isLast) != XML_STATUS_OK) {
+        return XML_GetErrorCode(parser_) == XML_ERROR_NO_MEMORY ? Step::kNoMemory : Step::kRefused;
+    }
+    const XML_Index reached = std::max<XML_Index>(XML_GetCurrentByteIndex(parser_), 0);
+    const std::uint64_t waiting = fed_ - std::min(static_cast<std::uint64_t>(reached), fed_);
+    block_ = waiting < block_ / 2 ? kBlockBytes : std::min(block_ * 2, kMostBytes);
+    return isLast ? Step::kEnd : Step::kFed;
+}
+
+bool Feeder::only_padding_follows() {
+    int offset = 0;
+    int size = 0;
+    const char* const context = XML_GetInputContext(parser_, &offset, &size);
+    if (context == nullptr) return false;
+    const auto rest = static_cast<std::size_t>(std::max(size - offset, 0));
+    if (!is_padding({context + offset, rest})) return false;
+    std::vector<char> block(kBlockBytes);
+    for (;;) {
+        const long got = source_.read(block.data(), block.size());
+        if (got <= 0) return got == 0;
+        if (!is_padding({block.data(), static_cast<std::size_t>(got)})) return false;
+    }
+}
+
+void DeclaredEntities::declare(std::string_view name, std::string_view text) {
+    texts_.emplace(name, text);
+}
+
+std::optional<std::string> DeclaredEntities::first_unknown(std::string_view text) const {
+    std::set<std::string_view> seen;
+    std::vector<std::string_view> pending{text};
+    while (!pending.empty()) {
+        const std::vector<std::string_view> names = references_in(pending.back());
+        pending.pop_back();
+        for (const std::string_view name : names) {
+            if (is_predefined(name) || !seen.insert(name).second) continue;
+            const auto found = texts_.find(name);
+            if (found == texts_.end()) return std::string(name);
+            pending.push_back(found->second);
+        }
+    }
+    return std::nullopt;
+}
+
+std::string as_utf8(std::string_view bytes, const std::string& encoding) {
+    if (encoding.empty()) return std::string(bytes);
+    if (encoding == "UTF-16") {
+        const bool bigEndian = !bytes.empty() && bytes[0] == '\0';
+        return utf16_as_utf8(bytes, bigEndian);
+    }
+    return mapped_as_utf8(bytes, character_map(encoding));
+}
+
+std::optional<Prolog> read_prolog(const ByteSource& source) {
+    const ParserHandle parser(XML_ParserCreate("UTF-8"));
+    if (parser == nullptr) throw std::bad_alloc();
+    PrologReader reader{parser.get(), {}};
+    XML_SetUserData(parser.get(), &reader);
+    XML_SetStartElementHandler(parser.get(), root_starts);
+    XML_SetAttlistDeclHandler(parser.get(), attribute_declared);
+    source.seek(0);
+    Feeder feeder(parser.get(), source);
+    while (feeder.step() == Feeder::Step::kFed) {
+    }
+    if (!reader.foundRoot) return std::nullopt;
+    return std::move(reader.prolog);
+}
+
+}  // namespace ux::xml

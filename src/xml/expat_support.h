@@ -1,0 +1,81 @@
+// What reading with expat needs besides handlers.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+#include <expat.h>
+
+#include "xml/byte_source.h"
+#include "xml/start_tag.h"
+
+namespace ux::xml {
+
+struct ParserDeleter {
+    void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
+};
+using ParserHandle = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter>;
+
+// The encoding that the start of an input settles whatever is declared, null when it leaves that to
+// the declaration: a byte order mark, and "utf8" for UTF-8.
+const char* settled_encoding(std::string_view start);
+
+// Is it nothing but NUL bytes and white space?
+bool is_padding(std::string_view text);
+
+// Gives an input to a parser. The blocks double while a token does not end, because the parser
+// begins it again with each block.
+class Feeder {
+public:
+    Feeder(XML_Parser parser, const ByteSource& source) : parser_(parser), source_(source) {}
+
+    enum class Step { kFed, kEnd, kRefused, kUnreadable, kNoMemory };
+    // Gives the next block; kEnd when it was the last one and all is well.
+    Step step();
+    std::uint64_t fed() const { return fed_; }
+    // After kRefused: is all that follows the place of the error, to the end of the input, NUL
+    // bytes and white space?
+    bool only_padding_follows();
+
+private:
+    static constexpr std::size_t kBlockBytes = std::size_t{1} << 16;
+    static constexpr std::size_t kMostBytes = std::size_t{1} << 29;
+
+    XML_Parser parser_;
+    const ByteSource& source_;
+    std::size_t block_ = kBlockBytes;
+    std::uint64_t fed_ = 0;
+};
+
+// The entities that a document declares with a text of their own.
+class DeclaredEntities {
+public:
+    void declare(std::string_view name, std::string_view text);
+    bool empty() const { return texts_.empty(); }
+    // The first name in a text, or in what it expands to, that is neither declared nor predefined.
+    std::optional<std::string> first_unknown(std::string_view text) const;
+
+private:
+    std::map<std::string, std::string, std::less<>> texts_;
+};
+
+// The bytes of an input as UTF-8 as far as names of entities need it, from the encoding that the
+// parser told of; "" is UTF-8.
+std::string as_utf8(std::string_view bytes, const std::string& encoding);
+
+struct Prolog {
+    std::uint64_t rootOffset = 0;
+    TypedAttributes typed;
+};
+// Reads a document of UTF-8 up to its root. Nothing when that is not well-formed.
+std::optional<Prolog> read_prolog(const ByteSource& source);
+
+}  // namespace ux::xml
