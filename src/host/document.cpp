@@ -10,7 +10,6 @@
 #include "uxtree/host/utilities.h"
 
 #include "base/seeded_hash.h"
-#include "host/node_detail.h"
 
 namespace uxhost {
 namespace {
@@ -37,7 +36,8 @@ std::size_t NameTable::probe(std::string_view name, std::uint32_t hash) const {
 }
 
 NameId NameTable::find(std::string_view name) const {
-    return slots_.empty() ? 0 : slots_[probe(name, static_cast<std::uint32_t>(ux::seeded_hash(name)))];
+    return slots_.empty() ? 0
+                          : slots_[probe(name, static_cast<std::uint32_t>(ux::seeded_hash(name)))];
 }
 
 NameId NameTable::intern(std::string_view name, ByteArena& bytes) {
@@ -470,24 +470,18 @@ void Document::move_content(const Element& source, Element& target) {
     }
 }
 
-int Document::bind_root(Document* document, UXXmlWrapperBase* out) {
-    return bind(*out, document, document->root());
-}
-
-int Document::clone(const Document& from, const Element& source, UXXmlWrapperBase* out) {
-    DocumentHolder made;
+void Document::become_copy(const Document& from, const Element& source) {
     // A whole document without many holes is copied as memory: references mean the same there.
     const bool whole = source.self == from.root_ && from.elements_.free_count() < 1024;
-    if (whole) {
-        made->elements_.copy_from(from.elements_);
-        made->bytes_.copy_from(from.bytes_);
-        made->names_.copy_from(from.names_, made->bytes_);
-        made->sharedValues_ = from.sharedValues_;
-        made->root_ = from.root_;
-    } else {
-        made->set_root(made->copy(from, source, true));
+    if (!whole) {
+        set_root(copy(from, source, true));
+        return;
     }
-    return bind_root(made.document, out);
+    elements_.copy_from(from.elements_);
+    bytes_.copy_from(from.bytes_);
+    names_.copy_from(from.names_, bytes_);
+    sharedValues_ = from.sharedValues_;
+    root_ = from.root_;
 }
 
 }  // namespace uxhost

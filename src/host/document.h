@@ -213,9 +213,8 @@ public:
         return bytes_.at(ref);
     }
 
-    // Binds a new document that is a deep copy of the element.
-    static int clone(const Document& from, const Element& source, UXXmlWrapperBase* out);
-    static int bind_root(Document* document, UXXmlWrapperBase* out);
+    // Makes an empty document a deep copy of the element.
+    void become_copy(const Document& from, const Element& source);
 
 private:
     ~Document() = default;

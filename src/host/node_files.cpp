@@ -45,7 +45,8 @@ ByteSource memory_source(std::string_view bytes, std::size_t& position) {
 int load_into(UXXmlWrapperBase& node, const ByteSource& source, std::uint64_t totalBytes) {
     const auto document =
         uxhost::load_document(source, totalBytes, uxhost::options_of_services(), lastLoadFailure);
-    return document == nullptr ? 0 : uxhost::Document::bind_root(document->document, &node);
+    if (document == nullptr) return 0;
+    return uxhost::bind(node, document->document, (*document)->root());
 }
 
 // Runs a load; an exception is shortage of memory.

@@ -148,7 +148,9 @@ int UXXmlWrapperBase::Clone(UXXmlWrapperBase* out, int /*unused*/) const {
     if (out == nullptr) return 0;
     const Element* element = live(*this);
     const int made = element == nullptr ? 0 : guarded([&] {
-        return Document::clone(*document_of(*this), *element, out);
+        const DocumentHolder copy;
+        copy->become_copy(*document_of(*this), *element);
+        return bind(*out, copy.document, copy->root());
     });
     if (made == 0) out->ReleaseNode();
     return made;

@@ -10,6 +10,7 @@
 #include "uxtree/host/node.h"
 
 #include "host/loader.h"
+#include "host/node_detail.h"
 #include "support/generated_xml.h"
 #include "support/test_tree.h"
 
@@ -32,7 +33,7 @@ std::string loaded_with(const std::string& xml, const uxhost::LoadOptions& optio
                std::string(error.message);
     }
     UXXmlWrapperBase root;
-    uxhost::Document::bind_root(document->document, &root);
+    uxhost::bind(root, document->document, (*document)->root());
     return uxtest::to_text(root);
 }
 
