@@ -3,8 +3,8 @@
 
 #include "uxtree/kit/c.h"
 
+#include "kit/c_last_error.h"
 #include "kit/c_texts.h"
-#include "kit/last_error.h"
 
 using ux::kit::accept_text;
 using ux::kit::guarded;

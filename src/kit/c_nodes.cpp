@@ -10,8 +10,8 @@
 #include "uxtree/kit/c.h"
 
 #include "base/xml_names.h"
+#include "kit/c_last_error.h"
 #include "kit/c_texts.h"
-#include "kit/last_error.h"
 
 using ux::kit::accept_text;
 using ux::kit::accept_value;

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "base/utf8.h"
-#include "kit/last_error.h"
+#include "kit/c_last_error.h"
 
 namespace ux::kit {
 namespace {

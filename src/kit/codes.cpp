@@ -5,7 +5,7 @@
 
 #include "uxtree/kit/c.h"
 
-#include "kit/last_error.h"
+#include "kit/c_last_error.h"
 
 namespace {
 

@@ -15,7 +15,7 @@
 #include "frame/guards.h"
 #include "import/n42_file_2006.h"
 #include "import/n42_file_2011.h"
-#include "kit/spectrum_notes.h"
+#include "kit/spectra_notes.h"
 
 namespace uxkit {
 namespace {

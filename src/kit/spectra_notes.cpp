@@ -1,5 +1,5 @@
 // The words for what a reader of spectrum files left out.
-#include "kit/spectrum_notes.h"
+#include "kit/spectra_notes.h"
 
 #include <algorithm>
 #include <string>

@@ -1,4 +1,4 @@
-#include "kit/last_error.h"
+#include "kit/c_last_error.h"
 
 #include "uxtree/kit/c.h"
 
