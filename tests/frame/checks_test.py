@@ -14,13 +14,14 @@ COMPILER = sys.argv[2]
 
 LAYERS = """
 # from the bottom up
-host/*
-frame/export frame/guards frame/results
-data/ids
-tree/lookup < tree/vectors
-outline/scanner
-import/n42
-analysis/ranges
+base:
+xml:     base
+host:    base xml
+frame:   base host
+tree:    base host frame
+data:    base host frame tree
+outline: base host frame
+kit:     base host frame tree data outline
 """
 
 VOCABULARY = """// Marks.
@@ -69,42 +70,122 @@ class CheckLayers(Folder):
         self.assert_clean(
             "src/tree/vectors.cpp",
             '#include "uxtree/tree/vectors.h"\n#include "tree/lookup.h"\n#include "frame/guards.h"\n'
-            '#include "uxtree/host/node.h"\n#include <vector>\n',
+            '#include "uxtree/host/node.h"\n#include <vector>\n#include <sys/stat.h>\n',
         )
 
-    def test_details_belong_to_their_component(self):
-        self.assert_clean("src/tree/vectors_detail.h", '#include "tree/lookup_detail.h"\n')
+    def test_upward_includes_are_refused_in_any_form(self):
+        reason = "frame does not see tree"
+        for include in (
+            '#include "uxtree/tree/lookup.h"',
+            "  #  include <tree/lookup.h>",
+            '/* why not */ #include "tree/lookup.h"',
+            '#include /* a room */ "tree/lookup.h"',
+            '#inc\\\nlude "tree/lookup.h"',
+            '%:include "tree/lookup.h"',
+            '#include_next "tree/lookup.h"',
+        ):
+            self.assert_refused("src/frame/guards.h", include + "\n", reason)
 
-    def test_upward_includes_are_refused(self):
-        upward = "frame/guards includes tree/lookup above it"
-        self.assert_refused("src/frame/guards.h", '#include "uxtree/tree/lookup.h"\n', upward)
-        within = "tree/lookup includes tree/vectors above it"
-        self.assert_refused("src/tree/lookup.cpp", '  # include "tree/vectors.h"\n', within)
+    def test_includes_in_comments_and_texts_do_not_count(self):
+        self.assert_clean(
+            "src/frame/guards.cpp",
+            '// #include "tree/lookup.h"\n/*\n#include "tree/lookup.h"\n*/\n'
+            'const char* text = R"(\n#include "tree/lookup.h"\n)"; // "\n',
+        )
+
+    def test_includes_that_cannot_be_followed_are_refused(self):
+        self.assert_refused("src/tree/lookup.cpp", "#include HEADER\n", "cannot be read: HEADER")
+        for path in ("../host/document.h", "./lookup.h", "/usr/include/x.h", "tree/../host/arena.h"):
+            reason = f'"{path}" is not written from the root' if path[0] != "/" else "in no room"
+            self.assert_refused("src/tree/lookup.cpp", f'#include "{path}"\n', reason)
+        self.assert_refused("src/tree/lookup.cpp", '#include "vectors.h"\n', "in no room")
 
     def test_public_headers_are_checked_too(self):
-        reason = "data/ids includes tree/lookup above it"
-        self.assert_refused("include/uxtree/data/ids.h", '#include "uxtree/tree/lookup.h"', reason)
+        reason = "tree does not see data"
+        self.assert_refused("include/uxtree/tree/lookup.h", '#include "uxtree/data/ids.h"', reason)
+        reason = "a public header includes public headers only"
+        self.assert_refused("include/uxtree/data/ids.h", '#include "data/ids_detail.h"', reason)
 
-    def test_unlisted_files_are_refused(self):
-        self.assert_refused("src/data/other.cpp", "", "src/data/other.cpp: no component")
-        self.assert_refused("src/tree/lookup.cpp", '#include "x.h"', '"x.h" has no component')
+    def test_headers_that_gather_all_stand_below_the_kit(self):
+        self.write("src/kit/door.cpp", '#include "uxtree/uxtree_Utils.h"\n')
+        layers = LAYERS.replace("kit:", "report:  base host frame tree data outline\nkit:")
+        layers = layers.replace("data outline\n\"", "data outline report\n\"")
+        self.write("docs/layers.txt", layers.rstrip() + " report\n")
+        self.assertEqual(run("check_layers.py", self.root)[0], 0)
+        self.write("src/tree/lookup.cpp", '#include "uxtree/uxtree_Utils.h"\n')
+        self.assertIn("tree does not see report", run("check_layers.py", self.root)[1])
 
-    def test_rooms_that_never_meet_are_refused(self):
-        reason = "outline never includes tree"
-        self.assert_refused("src/outline/scanner.cpp", '#include "tree/lookup.h"', reason)
+    def test_files_outside_the_rooms_are_refused(self):
+        self.assert_refused("src/other/x.cpp", "", "src/other/x.cpp: no room")
+        self.assert_refused("src/tree/lookup.cpp", '#include "other/x.h"', "in no room")
+
+    def test_rooms_beside_each_other_do_not_meet(self):
+        reason = "outline does not see data"
+        self.assert_refused("src/outline/scanner.cpp", '#include "data/ids_detail.h"', reason)
+
+    def test_a_room_is_listed_below_those_that_see_it(self):
+        self.write("docs/layers.txt", "frame: tree\ntree:\n")
+        code, output = run("check_layers.py", self.root)
+        self.assertEqual(code, 1)
+        self.assertIn("not below frame: tree", output)
 
     def test_the_store_is_the_hosts_own(self):
-        self.assert_refused("src/tree/lookup.cpp", '#include "host/arena.h"', "the host's own")
-        reason = "names the host's own storage"
-        self.assert_refused("src/tree/lookup.cpp", "uxhost::Element* e;", reason)
+        reason = "it is the host's own"
+        self.assert_refused("src/tree/lookup.cpp", '#include "host/arena.h"', reason)
+        self.assert_refused("src/tree/lookup.cpp", "#include <host/document.h>", reason)
+        self.assert_refused("src/kit/door.cpp", '#include "host/document.h"', reason)
+        self.assert_refused("src/tree/lookup.cpp", '#include "xml/output.h"', "does not see xml")
+
+    def test_the_store_is_not_named_under_any_alias(self):
+        reason = "names the host's own storage ("
+        for code in (
+            "uxhost::Element* e;",
+            "namespace store = uxhost;\nstore::Element* e;",
+            "namespace store = ::uxhost ;",
+            "using namespace uxhost;",
+            "namespace uxhost { class Document; }",
+        ):
+            self.assert_refused("src/tree/lookup.cpp", code, reason)
+        self.assert_refused("include/uxtree/host/node.h", "namespace uxhost { class D; }", reason)
+        self.assert_refused("tools/uxtree/main.cpp", "uxhost::Document* d;", reason)
 
     def test_the_host_may_name_its_store(self):
         self.assert_clean("src/host/node.cpp", '#include "host/arena.h"\nuxhost::Element* e;')
+        self.assert_clean("src/tree/lookup.cpp", 'auto t = "libuxhost.so uxhost"; // uxhost::x')
+
+    def test_what_the_embedded_host_adds_is_for_the_kit(self):
+        embedded = '#include "uxtree/host/embedded.h"\n'
+        self.assert_clean("src/kit/door.cpp", embedded)
+        self.assert_clean("src/host/node_files.cpp", embedded)
+        reason = "the embedded host is not every host"
+        self.assert_refused("src/tree/lookup.cpp", embedded, reason)
+        self.assert_refused("include/uxtree/host/host.h", embedded, reason)
+
+    def test_topics_that_include_each_other_are_refused(self):
+        self.write("src/data/saved.h", '#include "data/copy.h"\n')
+        reason = "a circle of includes: data/copy -> data/saved -> data/copy"
+        self.assert_refused("src/data/copy.h", '#include "data/saved.h"\n', reason)
+        self.write("src/data/copy.h", '#include "data/ids.h"\n')
+        reason = "data/copy -> data/ids -> data/saved -> data/copy"
+        self.assert_refused("src/data/ids.cpp", '#include "data/saved.h"\n', reason)
+
+    def test_a_detail_belongs_to_its_topic(self):
+        self.write("src/tree/lookup_detail.h", '#include "uxtree/tree/lookup.h"\n')
+        self.assert_clean("src/tree/lookup.cpp", '#include "tree/lookup_detail.h"\n')
+
+    def test_rooms_are_printed_from_the_bottom_up(self):
+        self.write("src/tree/lookup.cpp", '#include "frame/walk.h"\n#include "base/ascii.h"\n')
+        self.write("docs/layers.txt", LAYERS)
+        code, output = run("check_layers.py", "--rooms", self.root)
+        self.assertEqual(code, 0)
+        self.assertIn("frame\ntree      base frame\ndata\n", output)
 
     def test_tools_see_public_headers_only(self):
-        self.assert_clean("tools/uxtree/main.cpp", '#include "uxtree/uxtree_Utils.h"')
         reason = "only public headers"
-        self.assert_refused("tools/uxtree/main.cpp", '#include "tree/lookup.h"', reason)
+        self.assert_clean("tools/uxtree/main.cpp", '#include "uxtree/uxtree_Utils.h"')
+        for include in ('"tree/lookup.h"', "<host/document.h>", '"../../src/tree/lookup.h"'):
+            self.assert_refused("tools/uxtree/main.cpp", f"#include {include}", reason)
+            self.assert_refused("bindings/python/m.cpp", f"#include {include}", reason)
 
 
 class CheckQuirks(Folder):
@@ -189,6 +270,7 @@ class NewTopic(Folder):
     def test_refuses_names_that_are_taken_and_other_rooms(self):
         self.assertIn("entry point already", self.make("tree/rotate", "b")[1])
         self.assertIn("expected ROOM/TOPIC", self.make("host/rotate", "c")[1])
+        self.assertIn("expected ROOM/TOPIC", self.make("marks/rotate", "c")[1])
 
 
 class DerivedFiles(Folder):
