@@ -33,7 +33,9 @@ file      form  detectors  measurements  spectra  channels  calibrations  counts
 s.n42     2011          2             1        2  2-3                  1    21.5      1             4
 old.n42   2006          1             1        1  1                    1       5      0             0
 none.n42  2011          0             0        0                       0       0      0             0
-"""),
+""", err=["none.n42 has no spectra and no gross counts\n", "none.n42: no measurement in the file\n"]),
+    case("TellsThatNoFileHasAnything", ["n42", "info", "-f", "csv", "none.n42"], files=FILES,
+         code=1, contains=["none.n42,2011,0,"], err=["no measurement in the file"]),
     case("TellsItAsJson", ["n42", "info", "-f", "json", "old.n42"], files=FILES,
          json=[{"file": "old.n42", "form": "2006", "detectors": 1, "measurements": 1, "spectra": 1,
                 "channels": "1", "calibrations": 1, "counts": 5.0, "gross": 0,
@@ -45,7 +47,8 @@ none.n42  2011          0             0        0                       0       0
          err=["cut.n42:", "ends"], contains=["file"]),
     case("ListsDetectors", ["n42", "detectors", "s.n42"], files=FILES, out="D1\nN1\n"),
     case("ListsDetectorsOfStandardInput", ["n42", "detectors", "-"], stdin=OLD, out="A\n"),
-    case("FindsNoDetectors", ["n42", "detectors", "none.n42"], files=FILES, code=1),
+    case("FindsNoDetectors", ["n42", "detectors", "none.n42"], files=FILES, code=1,
+         err=["none.n42 lists no detectors: it has no RadDetectorInformation with an id"]),
     case("ImportsATree", ["n42", "import", "old.n42"], files=FILES, out="""\
 <?xml version="1.0" encoding="UTF-8"?><Import><n42><RadMeasurements FileDataDimsVector="1">\
 <RadMeasurement Label="RadMeasurement_1"><Spectrum Detector="A" ID="s" Label="Spectrum_0" \
@@ -61,7 +64,7 @@ Label="ChannelData_0" FileDataDimsVector="1">5</ChannelData_0></Spectrum></RadMe
     case("ImportsNothing", ["n42", "import", "none.n42", "-o", "t.xml"], files=FILES, code=1,
          err=["none.n42 has no spectra and no gross counts"], after={"t.xml": None}),
     case("ExportsColumnsBehindTheirEnergies", ["n42", "export", "s.n42"], files=FILES, out="""\
-channel,1.1 Background,energy E1,1.0 Background D1
+channel,1.1 Background,energy (keV) E1,1.0 Background D1
 1,7,2,1
 2,8,4,2.5
 3,,6,3
@@ -69,13 +72,14 @@ channel,1.1 Background,energy E1,1.0 Background D1
     case("NamesTheUnitOfEnergies", ["n42", "export", "old.n42"], files=FILES,
          out="channel,energy (MeV),1.0 Item A\n1,1,5\n"),
     case("ExportsObjects", ["n42", "export", "-f", "json", "s.n42"], files=FILES, json=[
-        {"name": "1.0 Background D1", "measurement": 1, "spectrum": 0, "id": None,
+        {"file": "s.n42", "name": "1.0 Background D1", "measurement": 1, "spectrum": 0, "id": None,
          "detector": "D1", "kind": "Background", "start": None, "realTime": None,
-         "liveTime": "PT1M2.5S", "unit": None, "calibration": "0 2", "energies": [2, 4, 6],
-         "counts": [1, 2.5, 3]},
-        {"name": "1.1 Background", "measurement": 1, "spectrum": 1, "id": "raw", "detector": None,
-         "kind": "Background", "start": None, "realTime": None, "liveTime": None, "unit": None,
-         "calibration": None, "energies": None, "counts": [7, 8]}]),
+         "liveTime": "PT1M2.5S", "realSeconds": None, "liveSeconds": 62.5, "unit": "keV",
+         "calibration": "0 2", "energies": [2, 4, 6], "counts": [1, 2.5, 3]},
+        {"file": "s.n42", "name": "1.1 Background", "measurement": 1, "spectrum": 1, "id": "raw",
+         "detector": None, "kind": "Background", "start": None, "realTime": None, "liveTime": None,
+         "realSeconds": None, "liveSeconds": None, "unit": None, "calibration": None,
+         "energies": None, "counts": [7, 8]}]),
     case("ExportsNothing", ["n42", "export", "none.n42"], files=FILES, code=1,
          err=["none.n42 has no spectra"]),
     case("RefusesAnUnknownSpectrum", ["n42", "plot", "-s", "1.2", "s.n42"], files=FILES, code=2,

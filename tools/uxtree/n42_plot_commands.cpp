@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <functional>
 #include <map>
 #include <memory>
 #include <numeric>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -30,73 +30,51 @@ struct PlotOptions {
     bool each = false;
 };
 
-using Spectra = std::vector<const SpectrumData*>;
+using Spectra = std::vector<const uxkit::Spectrum*>;
 
-// "2.1" chooses a spectrum by measurement and place, "2" all of a measurement.
-bool is_chosen(const SpectrumData& spectrum, const std::string& choice) {
-    return choice == fmt::format("{}", spectrum.measurement) ||
-           choice == fmt::format("{}.{}", spectrum.measurement, spectrum.place);
-}
-
-Spectra chosen_spectra(const SpectrumFile& content, const PlotOptions& options) {
+Spectra chosen_spectra(const std::vector<uxkit::Spectrum>& content, const PlotOptions& options) {
     Spectra out;
     if (options.chosen.empty()) {
-        for (const SpectrumData& spectrum : content.spectra) out.push_back(&spectrum);
+        for (const uxkit::Spectrum& spectrum : content) out.push_back(&spectrum);
     }
     for (const std::string& choice : options.chosen) {
         const std::size_t before = out.size();
-        for (const SpectrumData& spectrum : content.spectra) {
+        for (const uxkit::Spectrum& spectrum : content) {
             if (is_chosen(spectrum, choice)) out.push_back(&spectrum);
         }
-        if (out.size() > before) continue;
-        throw Failure(
-            kUsage, input_name(options.file), "no spectrum \"" + choice + "\"",
-            fmt::format("name one as MEASUREMENT.PLACE, such as {}.{}, or all of a "
-                        "measurement by its number",
-                        content.spectra.front().measurement, content.spectra.front().place));
+        if (out.size() == before) throw_no_spectrum(input_name(options.file), choice);
     }
     return out;
 }
 
 // A curve to draw, made of one spectrum or of the sum of several.
 struct Curve {
-    const SpectrumData* first;
-    std::vector<double> counts;
+    uxkit::Spectrum spectrum;
     std::size_t summed = 1;
-    double seconds = 0;  // of live time; negative when it is not known of all
-    double total() const { return std::accumulate(counts.begin(), counts.end(), 0.0); }
 };
-
-double live_seconds(const SpectrumData& spectrum) {
-    return seconds_of(spectrum.liveTime.empty() ? spectrum.realTime : spectrum.liveTime);
-}
 
 std::vector<Curve> single_curves(const Spectra& spectra) {
     std::vector<Curve> out;
-    for (const SpectrumData* spectrum : spectra) {
-        out.push_back({spectrum, spectrum->counts, 1, live_seconds(*spectrum)});
-    }
+    for (const uxkit::Spectrum* spectrum : spectra) out.push_back({*spectrum});
     return out;
 }
 
 // The sums of the spectra of each kind and detector that have the same channels.
 std::vector<Curve> summed_curves(const Spectra& spectra) {
     std::vector<Curve> out;
-    std::map<std::pair<std::string, const EnergyAxis*>, std::size_t> places;
-    for (const SpectrumData* spectrum : spectra) {
+    std::map<std::pair<std::string, const void*>, std::size_t> places;
+    for (const uxkit::Spectrum* spectrum : spectra) {
         const std::string words =
             fmt::format("{}\n{}\n{}", spectrum->kind, spectrum->detector, spectrum->counts.size());
         const auto [place, isNew] =
-            places.emplace(std::pair(words, spectrum->axis.get()), out.size());
-        const double seconds = live_seconds(*spectrum);
+            places.emplace(std::pair(words, spectrum->calibration.get()), out.size());
         if (isNew) {
-            out.push_back({spectrum, spectrum->counts, 1, seconds});
+            out.push_back({*spectrum});
             continue;
         }
         Curve& sum = out[place->second];
-        std::transform(sum.counts.begin(), sum.counts.end(), spectrum->counts.begin(),
-                       sum.counts.begin(), std::plus<>());
-        sum.seconds = sum.seconds < 0 || seconds < 0 ? -1 : sum.seconds + seconds;
+        uxkit::Rebinning rebinning;  // not needed: the channels are the same
+        uxkit::add_spectrum(sum.spectrum, *spectrum, rebinning);
         ++sum.summed;
     }
     return out;
@@ -107,7 +85,7 @@ void keep_largest(std::vector<Curve>& curves, std::size_t count, const std::stri
     note(fmt::format("{}: {} curves; the {} with most counts are drawn. -s chooses others",
                      input_name(file), curves.size(), count));
     std::vector<double> totals;
-    for (const Curve& curve : curves) totals.push_back(curve.total());
+    for (const Curve& curve : curves) totals.push_back(uxkit::total(curve.spectrum.counts));
     std::vector<double> sorted = totals;
     std::sort(sorted.begin(), sorted.end(), std::greater<>());
     const double least = sorted[count - 1];
@@ -119,31 +97,61 @@ void keep_largest(std::vector<Curve>& curves, std::size_t count, const std::stri
 }
 
 std::string name_of(const Curve& curve) {
-    if (curve.summed == 1) return curve.first->name;
-    std::string name = curve.first->kind;
-    if (!curve.first->detector.empty()) name += (name.empty() ? "" : " ") + curve.first->detector;
+    if (curve.summed == 1) return curve.spectrum.name;
+    std::string name = curve.spectrum.kind;
+    const std::string& detector = curve.spectrum.detector;
+    if (!detector.empty()) name += (name.empty() ? "" : " ") + detector;
     return name.empty() ? "Sum" : name;
+}
+
+// Sums of one detector with different channels would have one name.
+std::vector<std::string> names_of(const std::vector<Curve>& curves) {
+    std::vector<std::string> out;
+    std::set<std::string> used;
+    for (const Curve& curve : curves) {
+        const std::string name = name_of(curve);
+        std::string unique = name;
+        for (int i = 2; !used.insert(unique).second; ++i) unique = fmt::format("{} ({})", name, i);
+        out.push_back(std::move(unique));
+    }
+    return out;
+}
+
+double seconds_of_curve(const Curve& curve) {
+    const uxkit::Spectrum& spectrum = curve.spectrum;
+    return spectrum.liveSeconds < 0 ? spectrum.realSeconds : spectrum.liveSeconds;
 }
 
 std::string detail_of(const Curve& curve) {
     std::string detail;
     if (curve.summed > 1) detail = fmt::format("{} spectra, ", curve.summed);
-    if (curve.seconds >= 0) detail += fmt::format("{:.5g} s, ", curve.seconds);
-    const double rounded = std::stod(fmt::format("{:.3e}", curve.total()));
+    const double seconds = seconds_of_curve(curve);
+    if (seconds >= 0) detail += fmt::format("{:.5g} s, ", seconds);
+    const double rounded = std::stod(fmt::format("{:.3e}", uxkit::total(curve.spectrum.counts)));
     return detail + short_number(rounded) + " counts";
 }
 
-bool can_be_drawn(const EnergyAxis& axis) {
-    return std::all_of(axis.values.begin(), axis.values.end(),
-                       [](double value) { return std::isfinite(value); }) &&
-           std::is_sorted(axis.values.begin(), axis.values.end());
-}
-
-// Channel numbers stand in for energies where any curve has none that ascend.
-bool have_energies(const std::vector<Curve>& curves) {
-    return std::all_of(curves.begin(), curves.end(), [](const Curve& curve) {
-        return curve.first->axis != nullptr && can_be_drawn(*curve.first->axis);
-    });
+// The energies of the curves, shared by those that have the same; null where any curve has none
+// that ascend, since channel numbers stand in then.
+std::vector<PlotAxis> energies_of(const std::vector<Curve>& curves) {
+    std::map<std::pair<const void*, std::size_t>, PlotAxis> known;
+    std::vector<PlotAxis> out;
+    for (const Curve& curve : curves) {
+        const auto& calibration = curve.spectrum.calibration;
+        if (!calibration) return {};
+        const std::size_t channels = curve.spectrum.counts.size();
+        PlotAxis& axis = known[{calibration.get(), channels}];
+        if (!axis) {
+            std::vector<double> energies = uxkit::import_energies(*calibration, channels);
+            const bool ascends = std::is_sorted(energies.begin(), energies.end()) &&
+                                 std::all_of(energies.begin(), energies.end(),
+                                             [](double value) { return std::isfinite(value); });
+            if (energies.size() < channels || !ascends) return {};
+            axis = std::make_shared<const std::vector<double>>(std::move(energies));
+        }
+        out.push_back(axis);
+    }
+    return out;
 }
 
 PlotAxis channel_numbers(std::size_t count) {
@@ -153,18 +161,15 @@ PlotAxis channel_numbers(std::size_t count) {
 }
 
 // The lengths of the curves need not agree, so channel numbers go as far as the longest.
-void add_curves(Plot& plot, std::vector<Curve> curves, bool byEnergy) {
+void add_curves(Plot& plot, std::vector<Curve> curves, const std::vector<PlotAxis>& energies) {
     std::size_t longest = 0;
-    for (const Curve& curve : curves) longest = std::max(longest, curve.counts.size());
-    const PlotAxis channels = byEnergy ? nullptr : channel_numbers(longest);
-    for (Curve& curve : curves) {
-        PlotAxis axis = channels;
-        // Shares the ownership of the energies with the spectrum.
-        if (byEnergy) axis = PlotAxis(curve.first->axis, &curve.first->axis->values);
-        std::string name = name_of(curve);
-        std::string detail = detail_of(curve);
-        plot.curves.push_back(
-            {std::move(name), std::move(detail), std::move(axis), std::move(curve.counts)});
+    for (const Curve& curve : curves) longest = std::max(longest, curve.spectrum.counts.size());
+    const PlotAxis channels = energies.empty() ? channel_numbers(longest) : nullptr;
+    std::vector<std::string> names = names_of(curves);
+    for (std::size_t i = 0; i < curves.size(); ++i) {
+        plot.curves.push_back({std::move(names[i]), detail_of(curves[i]),
+                               energies.empty() ? channels : energies[i],
+                               std::move(curves[i].spectrum.counts)});
     }
 }
 
@@ -174,13 +179,13 @@ std::string format_of(const PlotOptions& options) {
     return extension == ".html" || extension == ".htm" ? "html" : "svg";
 }
 
-Plot plot_of(const PlotOptions& options, const SpectrumFile& content, bool page) {
+Plot plot_of(const PlotOptions& options, const std::vector<uxkit::Spectrum>& content, bool page) {
     const Spectra spectra = chosen_spectra(content, options);
     const bool single = options.each || !options.chosen.empty() || spectra.size() <= kPlotColours;
     std::vector<Curve> curves = single ? single_curves(spectra) : summed_curves(spectra);
     if (!page) keep_largest(curves, kPlotColours, options.file);
-    const bool byEnergy = have_energies(curves);
-    const SpectrumData& first = *spectra.front();
+    const std::vector<PlotAxis> energies = energies_of(curves);
+    const uxkit::Spectrum& first = *spectra.front();
     Plot plot;
     plot.title = options.title.empty()
                      ? std::filesystem::path(input_name(options.file)).filename().string()
@@ -189,21 +194,24 @@ Plot plot_of(const PlotOptions& options, const SpectrumFile& content, bool page)
     plot.logarithmic = !options.linear;
     plot.yTitle = "Counts per channel";
     plot.xTitle = "Channel";
-    if (byEnergy) {
-        const std::string& unit = first.axis->unit;
+    if (!energies.empty()) {
+        const std::string& unit = first.calibration->unit;
         plot.xTitle = unit.empty() ? "Energy (keV)" : "Energy (" + unit + ")";
     }
-    add_curves(plot, std::move(curves), byEnergy);
+    add_curves(plot, std::move(curves), energies);
     return plot;
 }
 
 int run_plot(const PlotOptions& options) {
-    const SpectrumFile content =
-        read_spectra(import_spectrum_file(SpectrumInput(options.file), {}));
-    if (content.spectra.empty()) {
-        note(input_name(options.file) + " has no spectra");
+    const SpectrumInput file(options.file);
+    uxkit::SpectrumReader reader = open_spectra(file);
+    const std::vector<uxkit::Spectrum> content = all_spectra(reader, file);
+    const std::vector<std::string> notes = notes_of(reader, file);
+    if (content.empty()) {
+        tell_nothing(file.name, "spectra", notes);
         return kNothingFound;
     }
+    tell(notes);
     const bool page = format_of(options) == "html";
     const Plot plot = plot_of(options, content, page);
     Output out(options.output);
@@ -222,10 +230,7 @@ const Command kPlot{
     [](CLI::App& app) {
         auto options = std::make_shared<PlotOptions>();
         add_file(app, options->file);
-        app.add_option("-s,--spectrum", options->chosen,
-                       "Draw this spectrum, as MEASUREMENT.PLACE or MEASUREMENT; may be repeated")
-            ->type_name("WHICH")
-            ->allow_extra_args(false);
+        add_selection(app, options->chosen, "Draw this spectrum");
         app.add_flag("--each", options->each, "Draw every spectrum by itself");
         app.add_flag("--linear", options->linear, "Draw counts on a linear axis");
         app.add_option("--title", options->title, "Title; the name of the file by default")

@@ -1,13 +1,14 @@
-// The content of a spectrum file as the commands work on it.
+// Opening spectrum files for the commands; numbers about spectra come from uxtree/kit.
 #pragma once
 
-#include <cstddef>
-#include <memory>
+#include <functional>
 #include <string>
 #include <vector>
 
-#include "uxtree/host/host.h"
+#include "uxtree/kit/spectra.h"
+#include "uxtree/kit/spectrum_math.h"
 
+#include "support/command.h"
 #include "support/input.h"
 
 namespace uxtool {
@@ -19,57 +20,34 @@ struct SpectrumInput {
     std::string name;  // in messages and results
 };
 
-// The energies of a spectrum's channels. Spectra with the same calibration share one.
-struct EnergyAxis {
-    std::vector<double> values;  // one per channel, or one more when they are boundaries
-    std::string id;              // of the calibration, "" when it has none
-    std::string comment;         // coefficients as written in the file, or "EnergyBoundaryValues"
-    std::string unit;            // "" when the file tells none
-};
+// Opens a spectrum file; throws Failure when it is no readable N42 file. detectors limits the gross
+// counts when it is not empty.
+uxkit::SpectrumReader open_spectra(const SpectrumInput& file,
+                                   const std::vector<std::string>& detectors = {});
+// Reads the next spectrum; throws Failure when memory runs out.
+bool next_spectrum(uxkit::SpectrumReader& reader, const SpectrumInput& file,
+                   uxkit::Spectrum& spectrum);
+std::vector<uxkit::Spectrum> all_spectra(uxkit::SpectrumReader& reader, const SpectrumInput& file);
 
-// One column of counts.
-struct SpectrumData {
-    std::string name;     // "1.0 Foreground Aa1", unique in the file
-    int measurement = 0;  // from 1
-    int place = 0;        // in the measurement, from 0
-    std::string id;       // the texts are "" when the file does not tell them
-    std::string detector;
-    std::string kind;  // class code, or source type
-    std::string start;
-    std::string realTime;
-    std::string liveTime;
-    std::shared_ptr<const EnergyAxis> axis;  // null without a known calibration
-    std::vector<double> counts;              // one per channel
-};
+// What was left out, cut or guessed: one line each, for note().
+std::vector<std::string> notes_of(const uxkit::SpectrumReader& reader, const SpectrumInput& file);
+// "FILE has no spectra", then the reasons.
+void tell_nothing(const std::string& file, const std::string& what,
+                  const std::vector<std::string>& reasons);
+void tell(const std::vector<std::string>& notes);
 
-struct GrossCount {
-    std::string id;
-    std::string kind;
-    std::string start;
-    std::string liveTime;
-    double count = 0;
-};
+// -d NAME, as often as wanted; what says what it chooses.
+CLI::Option* add_detectors(CLI::App& app, std::vector<std::string>& detectors,
+                           const std::string& what);
+// A name that no detector has selects nothing, which is hardly meant: throws Failure.
+void check_detectors(const std::vector<std::string>& known, const std::string& file,
+                     const std::vector<std::string>& wanted);
 
-struct SpectrumFile {
-    int measurements = 0;
-    std::vector<SpectrumData> spectra;
-    std::vector<GrossCount> grossCounts;
-};
-
-// Imports a spectrum file below a new root "Import". detectors limits the import when it is not
-// empty. Throws Failure when the file is no readable N42 file; tree stays empty when it holds
-// nothing to import.
-UXXmlWrapperBase import_spectrum_file(const SpectrumInput& file,
-                                      const std::vector<std::string>& detectors);
-// The detectors of a spectrum file; throws Failure as above.
-std::vector<std::string> detectors_of_file(const SpectrumInput& file);
-// "2011" or "2006".
-std::string form_of_file(const SpectrumInput& file);
-
-// What an import wrote.
-SpectrumFile read_spectra(const UXXmlWrapperBase& import);
-
-// An ISO 8601 duration such as PT1M2.5S in seconds; negative when the text is none.
-double seconds_of(const std::string& duration);
+// -s WHICH: "2.1" chooses a spectrum by measurement and place, "2" all of a measurement.
+CLI::Option* add_selection(CLI::App& app, std::vector<std::string>& chosen,
+                           const std::string& what);
+bool is_chosen(const uxkit::Spectrum& spectrum, const std::string& choice);
+// Throws Failure for a choice that chose nothing.
+[[noreturn]] void throw_no_spectrum(const std::string& file, const std::string& choice);
 
 }  // namespace uxtool
