@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <string>
 
 #include <locale.h>
 
@@ -29,43 +30,52 @@ int CStringUTF8::CompareNoCase(const char* text) const {
     other.MakeLower();
     return mine.Compare(other);
 }
+// What follows makes the new text in a std::string, apart from this one, into which an argument may
+// point.
 int CStringUTF8::Insert(int index, const char* text) {
-    text_.insert(Clip(index), std::string(view(text)));  // a copy: it may be a part of this text
+    std::string made(View());
+    made.insert(Clip(index), view(text));
+    Assign(made.data(), made.size());
     return GetLength();
 }
 int CStringUTF8::Insert(int index, char c) {
-    return Insert(index, CStringUTF8(c, 1));
+    std::string made(View());
+    made.insert(Clip(index), 1, c);
+    Assign(made.data(), made.size());
+    return GetLength();
 }
 int CStringUTF8::Delete(int index, int count) {
-    text_.erase(Clip(index), Size(count));
+    std::string made(View());
+    made.erase(Clip(index), Size(count));
+    Assign(made.data(), made.size());
     return GetLength();
 }
 int CStringUTF8::Replace(const char* oldText, const char* newText) {
-    const std::string wanted(view(oldText));
-    const std::string replacement(view(newText));
+    const std::string_view wanted = view(oldText);
+    const std::string_view replacement = view(newText);
+    std::string made(View());
     int count = 0;
     if (wanted.empty()) return 0;
-    for (std::size_t at = text_.find(wanted); at != std::string::npos; ++count) {
-        text_.replace(at, wanted.size(), replacement);
-        at = text_.find(wanted, at + replacement.size());
+    for (std::size_t at = made.find(wanted); at != std::string::npos; ++count) {
+        made.replace(at, wanted.size(), replacement);
+        at = made.find(wanted, at + replacement.size());
     }
+    Assign(made.data(), made.size());
     return count;
 }
 CStringUTF8& CStringUTF8::TrimLeft() {
-    text_.erase(0, text_.find_first_not_of(kSpace));
-    return *this;
+    const int kept = Position(View().find_first_not_of(kSpace));
+    return *this = Mid(kept < 0 ? GetLength() : kept);
 }
 CStringUTF8& CStringUTF8::TrimLeft(char c) {
-    text_.erase(0, text_.find_first_not_of(c));
+    while (!IsEmpty() && GetAt(0) == c) Delete(0);
     return *this;
 }
 CStringUTF8& CStringUTF8::TrimRight() {
-    text_.erase(text_.find_last_not_of(kSpace) + 1);
-    return *this;
+    return *this = Left(Position(View().find_last_not_of(kSpace)) + 1);
 }
 CStringUTF8& CStringUTF8::TrimRight(char c) {
-    text_.erase(text_.find_last_not_of(c) + 1);
-    return *this;
+    return *this = Left(Position(View().find_last_not_of(c)) + 1);
 }
 CStringUTF8& CStringUTF8::Trim() {
     return TrimRight().TrimLeft();
@@ -74,10 +84,10 @@ CStringUTF8& CStringUTF8::Trim(char c) {
     return TrimRight(c).TrimLeft(c);
 }
 void CStringUTF8::MakeUpper() {
-    std::transform(text_.begin(), text_.end(), text_.begin(), upper);
+    std::transform(Data(), Data() + GetLength(), Data(), upper);
 }
 void CStringUTF8::MakeLower() {
-    std::transform(text_.begin(), text_.end(), text_.begin(), lower);
+    std::transform(Data(), Data() + GetLength(), Data(), lower);
 }
 void CStringUTF8::FormatV(const char* format, va_list args) {
     static const locale_t neutral = newlocale(LC_ALL_MASK, "C", locale_t());
@@ -85,7 +95,7 @@ void CStringUTF8::FormatV(const char* format, va_list args) {
     char* made = nullptr;
     const int length = format == nullptr ? -1 : vasprintf(&made, format, args);
     uselocale(previous);
-    text_.assign(length < 0 ? "" : made, Size(length));
+    Assign(length < 0 ? "" : made, Size(length));
     std::free(length < 0 ? nullptr : made);
 }
 void CStringUTF8::Format(const char* format, ...) {

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -15,11 +16,6 @@
 
 namespace {
 using ux::view_of;
-
-// Positions and counts outside 0 to size become the nearer end.
-std::size_t clip(int value, std::size_t size) {
-    return value < 0 ? 0 : std::min(static_cast<std::size_t>(value), size);
-}
 
 // Formatted numbers have a decimal point whatever the locale of the process or the thread.
 class NeutralLocale {
@@ -66,71 +62,83 @@ std::string printed(const char* format, va_list args) {
 }  // namespace
 
 int CStringUTF8::CompareNoCase(const char* text) const {
+    const std::string_view mine = View();
     const std::string_view other = view_of(text);
-    const std::size_t common = std::min(text_.size(), other.size());
+    const std::size_t common = std::min(mine.size(), other.size());
     for (std::size_t i = 0; i < common; ++i) {
-        const auto mine = static_cast<unsigned char>(ux::to_lower(text_[i]));
-        const auto theirs = static_cast<unsigned char>(ux::to_lower(other[i]));
-        if (mine != theirs) return mine < theirs ? -1 : 1;
+        if (mine[i] == other[i]) continue;
+        const auto a = static_cast<unsigned char>(ux::to_lower(mine[i]));
+        const auto b = static_cast<unsigned char>(ux::to_lower(other[i]));
+        if (a != b) return a < b ? -1 : 1;
     }
-    if (text_.size() == other.size()) return 0;
-    return text_.size() < other.size() ? -1 : 1;
+    if (mine.size() == other.size()) return 0;
+    return mine.size() < other.size() ? -1 : 1;
 }
 
 int CStringUTF8::Insert(int index, const char* text) {
-    text_.insert(clip(index, text_.size()), view_of(text));
+    CStringUTF8 result(View().substr(0, Clip(index)));  // apart: text may be a part of this one
+    result.Add(view_of(text)).Add(View().substr(Clip(index)));
+    *this = std::move(result);
     return GetLength();
 }
 
 int CStringUTF8::Insert(int index, char c) {
-    text_.insert(clip(index, text_.size()), 1, c);
+    CStringUTF8 result(View().substr(0, Clip(index)));
+    result.Add({&c, 1}).Add(View().substr(Clip(index)));
+    *this = std::move(result);
     return GetLength();
 }
 
 int CStringUTF8::Delete(int index, int count) {
-    text_.erase(clip(index, text_.size()), clip(count, text_.size()));
+    const std::size_t at = Clip(index);
+    const std::size_t removed = std::min(Size(count), size_ - at);
+    std::memmove(Data() + at, Data() + at + removed, size_ - at - removed);
+    SetEnd(size_ - removed);
     return GetLength();
 }
 
 int CStringUTF8::Replace(const char* oldText, const char* newText) {
+    const std::string_view text = View();
     const std::string_view wanted = view_of(oldText);
     const std::string_view replacement = view_of(newText);
     if (wanted.empty()) return 0;
 
     int count = 0;
     std::size_t kept = 0;
-    std::string result;  // apart from text_, into which both arguments may point
-    for (std::size_t at = text_.find(wanted); at != std::string::npos;
-         at = text_.find(wanted, kept)) {
-        result.append(text_, kept, at - kept).append(replacement);
+    CStringUTF8 result;  // apart from this text, into which both arguments may point
+    for (std::size_t at = text.find(wanted); at != std::string_view::npos;
+         at = text.find(wanted, kept)) {
+        result.Add(text.substr(kept, at - kept)).Add(replacement);
         kept = at + wanted.size();
         ++count;
     }
     if (count == 0) return 0;
-    result.append(text_, kept);
-    text_ = std::move(result);
+    result.Add(text.substr(kept));
+    *this = std::move(result);
     return count;
 }
 
 CStringUTF8& CStringUTF8::TrimLeft() {
-    const auto kept = std::find_if_not(text_.begin(), text_.end(), ux::is_space);
-    text_.erase(text_.begin(), kept);
+    const std::string_view text = View();
+    const auto kept = std::find_if_not(text.begin(), text.end(), ux::is_space);
+    Delete(0, static_cast<int>(kept - text.begin()));
     return *this;
 }
 
 CStringUTF8& CStringUTF8::TrimLeft(char c) {
-    text_.erase(0, text_.find_first_not_of(c));
+    Delete(0, static_cast<int>(std::min(View().find_first_not_of(c), View().size())));
     return *this;
 }
 
 CStringUTF8& CStringUTF8::TrimRight() {
-    const auto kept = std::find_if_not(text_.rbegin(), text_.rend(), ux::is_space);
-    text_.erase(kept.base(), text_.end());
+    const std::string_view text = View();
+    const auto kept = std::find_if_not(text.rbegin(), text.rend(), ux::is_space);
+    SetEnd(static_cast<std::size_t>(text.rend() - kept));
     return *this;
 }
 
 CStringUTF8& CStringUTF8::TrimRight(char c) {
-    text_.erase(text_.find_last_not_of(c) + 1);  // npos + 1 is 0: nothing else is in the text
+    SetEnd(View().find_last_not_of(c) + 1);  // npos + 1 is 0: nothing else is in the text
     return *this;
 }
 
@@ -143,11 +151,11 @@ CStringUTF8& CStringUTF8::Trim(char c) {
 }
 
 void CStringUTF8::MakeUpper() {
-    std::transform(text_.begin(), text_.end(), text_.begin(), ux::to_upper);
+    std::transform(Data(), Data() + size_, Data(), ux::to_upper);
 }
 
 void CStringUTF8::MakeLower() {
-    std::transform(text_.begin(), text_.end(), text_.begin(), ux::to_lower);
+    std::transform(Data(), Data() + size_, Data(), ux::to_lower);
 }
 
 void CStringUTF8::Format(const char* format, ...) {
@@ -158,12 +166,14 @@ void CStringUTF8::Format(const char* format, ...) {
 }
 
 void CStringUTF8::FormatV(const char* format, va_list args) {
-    text_ = printed(format, args);
+    const std::string text = printed(format, args);
+    Assign(text.data(), text.size());
 }
 
 void CStringUTF8::AppendFormat(const char* format, ...) {
     va_list args;
     va_start(args, format);
-    text_ += printed(format, args);
+    const std::string text = printed(format, args);
     va_end(args);
+    Add(text);
 }
