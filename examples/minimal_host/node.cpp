@@ -586,12 +586,10 @@ int UXXmlWrapperBase::GetPropertyView(const UXNameKey& name, std::string_view& o
     out = *value;
     return 1;
 }
-int UXXmlWrapperBase::GetPropertyViews(const UXNameKey* names, int count,
-                                       std::string_view* out) const {
-    int found = 0;
-    for (int i = 0; i < count; ++i) {
-        out[i] = {};
-        found += GetPropertyView(names[i], out[i]);
+unsigned UXXmlWrapperBase::GetPropertyViews(const UXNameKeys& names, std::string_view* out) const {
+    unsigned found = 0;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (GetPropertyView(UXNameKey(names.c_str(i)), out[i]) != 0) found |= 1U << i;
     }
     return found;
 }

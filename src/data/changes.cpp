@@ -1,12 +1,15 @@
 #include "uxtree/data/changes.h"
 
+#include <string_view>
 #include <vector>
 
+#include "data/embedded.h"
 #include "data/ids_detail.h"
 #include "data/values_detail.h"
 #include "frame/guards.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
+#include "frame/text.h"
 #include "frame/walk.h"
 #include "marks/change_mark.h"
 #include "marks/names.h"
@@ -32,7 +35,7 @@ bool comparable(const CWBOStringArray* first, const CWBOStringArray* second) {
 class UnchangedRemover {
 public:
     UnchangedRemover(IdIndex& index, const CWBOStringArray& values, const char* idAttribute)
-        : index_(index), values_(values), idAttribute_(text_or(idAttribute, kDataId)) {}
+        : index_(index), values_(values), marks_(text_or(idAttribute, kDataId)) {}
 
     // The number of removed nodes, or kRepeatError.
     int run(const UXXmlWrapperBase& target) {
@@ -40,9 +43,10 @@ public:
         if (!step_into_first_child(node)) return 0;
         std::vector<int> inheritedRepeats{0};
         for (;;) {
-            TransportId id = read_id(node, idAttribute_, inheritedRepeats.back());
-            if (!combine_with_repeat(node, inheritedRepeats.back(), id, nullptr) ||
-                !combine_with_repeat_node(node, id, nullptr)) {
+            marks_.read(node);
+            TransportId id = read_id(marks_, inheritedRepeats.back());
+            if (!combine_with_repeat(node, marks_, inheritedRepeats.back(), id, nullptr) ||
+                !combine_with_repeat_node(node, marks_, id, nullptr)) {
                 return kRepeatError;
             }
             if (step_into_first_child(node)) {
@@ -64,7 +68,10 @@ private:
         if (id < 0) return false;
         const int found = index_.find(id);
         if (found < 0) return false;
-        read_node_value(leaf, ValueSource::kOwnText, true, value_);
+        std::string_view text;
+        leaf.NodeValueView(text, value_);
+        if (!has_embedded_settings(marks_) && text == view_of(values_[found])) return true;
+        read_node_value(leaf, marks_, ValueSource::kOwnText, true, value_);
         return !differ(value_, values_[found], false);
     }
 
@@ -80,7 +87,7 @@ private:
 
     IdIndex& index_;
     const CWBOStringArray& values_;
-    const char* idAttribute_;
+    NodeMarks marks_;  // of the node at hand
     CStringUTF8 value_;
     int removed_ = 0;
 };
@@ -99,14 +106,16 @@ int VCTreeUpdateChanges(UXXmlWrapperBase* tree, CWBOStringArray* oldValues) {
         if (!usable(tree) || any_null(oldValues)) return kBadArgument;
         int position = 0;
         int marked = 0;
-        CStringUTF8 value;
+        CStringUTF8 scratch;
+        ChangeMark mark;
         visit_below(*tree, [&](UXXmlWrapperBase& node) {
-            VCTreeNodeGetValue(node, value);
-            if (position < oldValues->GetSize() && (*oldValues)[position] != value) {
-                mark_changed(node, (*oldValues)[position]);
+            std::string_view value;
+            if (is_leaf(node)) node.NodeValueView(value, scratch);
+            if (position < oldValues->GetSize() && view_of((*oldValues)[position]) != value) {
+                mark.set(node, view_of((*oldValues)[position]));
                 ++marked;
             } else {
-                clear_change_mark(node);
+                mark.clear(node);
             }
             ++position;
             return Step::kIntoBranch;
@@ -150,11 +159,11 @@ int VCTreeIsSame(CArray<int, int>* a, CArray<int, int>* b) {
 extern "C" int uxtree_node_changed(UXXmlWrapperBase* node, int set, const char* oldValue) {
     return at_boundary(kFail, [&] {
         if (!usable(node)) return kFail;
-        if (set == 0) return is_marked_changed(*node) ? kOk : kFail;
+        if (set == 0) return ChangeMark().is_set(*node) ? kOk : kFail;
         if (oldValue == nullptr) {
-            clear_change_mark(*node);
+            ChangeMark().clear(*node);
         } else {
-            mark_changed(*node, oldValue);
+            ChangeMark().set(*node, oldValue);
         }
         return kOk;
     });

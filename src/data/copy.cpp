@@ -35,14 +35,17 @@ void copy_attributes(UXXmlWrapperBase& destination, UXXmlWrapperBase& source,
     }
 }
 
-void copy_value(UXXmlWrapperBase& destination, const UXXmlWrapperBase& source, bool dynamicChecks) {
+void copy_value(UXXmlWrapperBase& destination, const UXXmlWrapperBase& source, NodeMarks& marks,
+                bool dynamicChecks) {
     NodeWrite how;
     how.branch = !is_leaf(source);
     if (dynamicChecks) how.callFlags = kResetAutomatic | kCheckDynaUse;
     CStringUTF8 value;
-    read_node_value(source, how.branch ? ValueSource::kUseAttribute : ValueSource::kOwnText, true,
-                    value);
-    write_node_value(destination, value, how);
+    marks.read(source);
+    read_node_value(source, marks, how.branch ? ValueSource::kUseAttribute : ValueSource::kOwnText,
+                    true, value);
+    marks.read(destination);
+    write_node_value(destination, marks, value, how);
 }
 
 // Two nodes at the same place of two trees, stepping together.
@@ -182,9 +185,10 @@ int vctree_copy_values_between_homologous_trees(UXXmlWrapperBase& destination,
         Pair pair(destination, source);
         // Intended: the checks apply to the first pair only, the node that the caller edits.
         bool checks = dynamicChecks != 0;
+        NodeMarks marks;
         return visit_pairs(pair, [&](UXXmlWrapperBase& to, UXXmlWrapperBase& from) {
             if (copyAttributes != 0) copy_attributes(to, from, keptAttributes);
-            copy_value(to, from, checks);
+            copy_value(to, from, marks, checks);
             checks = false;
         });
     });

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <string_view>
+#include <utility>
 
 #include "marks/names.h"
 
@@ -12,7 +13,8 @@ constexpr std::string_view kOpening = "::{";
 constexpr int kShortestSetting = 7;  // "::{a=b}"
 
 // In the order of collection. Each goes in front, so the last one stands first in the text.
-constexpr std::array kTravelling = {kDynaUseCheck, kAuto, kDynaFx};
+constexpr std::array<std::pair<Mark, const char*>, 3> kTravelling = {
+    {{Mark::kDynaCheck, kDynaUseCheck}, {Mark::kAutoText, kAuto}, {Mark::kFormula, kDynaFx}}};
 
 struct Setting {
     std::string_view name;
@@ -47,16 +49,14 @@ void apply_setting(UXXmlWrapperBase& node, const CStringUTF8& name, const Settin
 
 }  // namespace
 
-bool add_embedded_settings(const UXXmlWrapperBase& node, CStringUTF8& text) {
+bool add_embedded_settings(const NodeMarks& marks, CStringUTF8& text) {
     bool found = false;
-    for (const char* name : kTravelling) {
-        if (!node.HasProperty(name, 0)) continue;
-        CStringUTF8 attribute;
-        node.GetPropertyValue(name, attribute, 0);
+    for (const auto& [mark, name] : kTravelling) {
+        if (!marks.has(mark)) continue;
         CStringUTF8 setting(kOpening.data());
         setting += name;
         setting += '=';
-        setting += attribute;
+        setting += CStringUTF8(marks.text(mark));
         setting += '}';
         setting += text;
         text = std::move(setting);

@@ -3,11 +3,16 @@
 
 #include "uxtree/host/node.h"
 
+#include "marks/node_marks.h"
+
 namespace ux {
 
+inline bool has_embedded_settings(const NodeMarks& marks) {
+    return marks.has(Mark::kDynaCheck) || marks.has(Mark::kAutoText) || marks.has(Mark::kFormula);
+}
 // Puts the settings of the attributes that travel this way in front of text; false when the node
 // has none of them.
-bool add_embedded_settings(const UXXmlWrapperBase& node, CStringUTF8& text);
+bool add_embedded_settings(const NodeMarks& marks, CStringUTF8& text);
 
 // Which of those attributes were among the settings of a value.
 struct EmbeddedNames {

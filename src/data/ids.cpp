@@ -22,10 +22,11 @@ constexpr unsigned kLow16 = 0xFFFF;
 
 namespace ux {
 
-int _tree_combine_id_with_repeat_id(UXXmlWrapperBase& node, int& dataId, int& repeatOut,
-                                    int inheritedRepeat) {
-    int own = -1;
-    if (read_repeat_id(node, own)) {
+namespace {
+
+// The rules themselves, by the RepeatID or RepeatNodeID of the node, -1 when it has none.
+int combine_id(int own, int& dataId, int& repeatOut, int inheritedRepeat) {
+    if (own >= 0 && own <= kLargestRepeat) {
         // Intended: 32767 is read as a RepeatID and then refused, whatever is inherited.
         if (own > kLargestCombinedRepeat) return kRepeatInvalid;
         if (inheritedRepeat < 1) {
@@ -46,9 +47,8 @@ int _tree_combine_id_with_repeat_id(UXXmlWrapperBase& node, int& dataId, int& re
     return kIdCombined;
 }
 
-int _tree_apply_repeat_node_id(UXXmlWrapperBase& node, int& dataId) {
-    int marker = -1;
-    if (dataId < 0 || !read_repeat_node_id(node, marker)) return kIdUnchanged;
+int apply_node_id(int marker, int& dataId) {
+    if (dataId < 0 || marker < 1 || marker > kLargestRepeat) return kIdUnchanged;
     if (marker > kLargestCombinedRepeat) return kRepeatInvalid;
     // Intended: only the low byte of a RepeatNodeID counts; from 128 on it makes the identifier
     // negative, which no leaf is collected or set by.
@@ -56,6 +56,21 @@ int _tree_apply_repeat_node_id(UXXmlWrapperBase& node, int& dataId) {
     if ((static_cast<unsigned>(dataId) & bits) != 0) return kRepeatConflict;
     dataId = static_cast<int>(static_cast<unsigned>(dataId) | bits);
     return kIdCombined;
+}
+
+}  // namespace
+
+int _tree_combine_id_with_repeat_id(UXXmlWrapperBase& node, int& dataId, int& repeatOut,
+                                    int inheritedRepeat) {
+    int own = -1;
+    read_repeat_id(node, own);
+    return combine_id(own, dataId, repeatOut, inheritedRepeat);
+}
+
+int _tree_apply_repeat_node_id(UXXmlWrapperBase& node, int& dataId) {
+    int marker = -1;
+    read_repeat_node_id(node, marker);
+    return apply_node_id(marker, dataId);
 }
 
 int _tree_find_dup_id(const CArray<int, int>& ids, int* dupOut) {
@@ -113,20 +128,18 @@ void format_duplicate_id(int id, int inheritedRepeat, CStringUTF8& errorText) {
                      static_cast<unsigned>(id), inheritedRepeat);
 }
 
-TransportId read_id(const UXXmlWrapperBase& node, const char* idAttribute, int inheritedRepeat) {
-    return {read_data_id(node, idAttribute), inheritedRepeat};
-}
-
-bool combine_with_repeat(UXXmlWrapperBase& node, int inheritedRepeat, TransportId& out,
-                         CStringUTF8* errorText) {
-    const int code = _tree_combine_id_with_repeat_id(node, out.id, out.repeat, inheritedRepeat);
+bool apply_repeat(const UXXmlWrapperBase& node, const NodeMarks& marks, int inheritedRepeat,
+                  TransportId& out, CStringUTF8* errorText) {
+    const int own = marks.number_or(Mark::kRepeat, -1);
+    const int code = combine_id(own, out.id, out.repeat, inheritedRepeat);
     if (code >= kIdUnchanged) return true;
     _tree_format_repeat_id_error(node, code, out.id, inheritedRepeat, errorText);
     return false;
 }
 
-bool combine_with_repeat_node(UXXmlWrapperBase& node, TransportId& out, CStringUTF8* errorText) {
-    const int code = _tree_apply_repeat_node_id(node, out.id);
+bool apply_repeat_node(const UXXmlWrapperBase& node, const NodeMarks& marks, TransportId& out,
+                       CStringUTF8* errorText) {
+    const int code = apply_node_id(marks.number_or(Mark::kRepeatNode, -1), out.id);
     if (code >= kIdUnchanged) return true;
     _tree_format_repeat_node_id_error(node, code, out.id, errorText);
     return false;

@@ -4,6 +4,8 @@
 #include "uxtree/host/array.h"
 #include "uxtree/host/node.h"
 
+#include "marks/node_marks.h"
+
 namespace ux {
 
 // The codes of both combining rules; 1 and 2 occur in the first one only.
@@ -43,10 +45,23 @@ struct TransportId {
     int repeat;
 };
 // The identifier before any combination: the attribute's value, -1 when it is absent or no number.
-TransportId read_id(const UXXmlWrapperBase& node, const char* idAttribute, int inheritedRepeat);
+inline TransportId read_id(const NodeMarks& marks, int inheritedRepeat) {
+    return {marks.number_or(Mark::kId, -1), inheritedRepeat};
+}
 // The two rules with their messages, in the order in which every walk applies them; false on error.
-bool combine_with_repeat(UXXmlWrapperBase& node, int inheritedRepeat, TransportId& out,
-                         CStringUTF8* errorText);
-bool combine_with_repeat_node(UXXmlWrapperBase& node, TransportId& out, CStringUTF8* errorText);
+// The marks are the node's. Most nodes have nothing to combine.
+bool apply_repeat(const UXXmlWrapperBase& node, const NodeMarks& marks, int inheritedRepeat,
+                  TransportId& out, CStringUTF8* errorText);
+bool apply_repeat_node(const UXXmlWrapperBase& node, const NodeMarks& marks, TransportId& out,
+                       CStringUTF8* errorText);
+inline bool combine_with_repeat(const UXXmlWrapperBase& node, const NodeMarks& marks,
+                                int inheritedRepeat, TransportId& out, CStringUTF8* errorText) {
+    return (inheritedRepeat < 1 && !marks.has(Mark::kRepeat)) ||
+           apply_repeat(node, marks, inheritedRepeat, out, errorText);
+}
+inline bool combine_with_repeat_node(const UXXmlWrapperBase& node, const NodeMarks& marks,
+                                     TransportId& out, CStringUTF8* errorText) {
+    return !marks.has(Mark::kRepeatNode) || apply_repeat_node(node, marks, out, errorText);
+}
 
 }  // namespace ux

@@ -13,8 +13,6 @@
 namespace ux {
 namespace {
 
-constexpr char kIgnore[] = "TreeGetByIdIgnore";
-
 // Kinds of nodes that need no DataID, by their intrinsic ID.
 constexpr int kNoKind = 0;
 constexpr int kExemptKind = 77;
@@ -44,18 +42,18 @@ public:
         : ids_(ids),
           record_(record),
           options_(options),
-          idAttribute_(text_or(options.idAttribute, kDataId)),
-          defaultAttribute_(CStringUTF8(idAttribute_) == kDataId) {}
+          marks_(text_or(options.idAttribute, kDataId)),
+          defaultAttribute_(CStringUTF8(text_or(options.idAttribute, kDataId)) == kDataId) {}
 
     Step visit(UXXmlWrapperBase& node, Level& level, Level& below) {
-        int ignore = 0;
-        if (node.GetPropertyValue(kIgnore, ignore, 0) && ignore > 0) return Step::kOverBranch;
+        marks_.read(node);
+        if (marks_.number_or(Mark::kIgnored, 0) > 0) return Step::kOverBranch;
 
-        TransportId id = read_id(node, idAttribute_, level.inheritedRepeat);
+        TransportId id = read_id(marks_, level.inheritedRepeat);
         report_missing_id(node, id.id);
         // A broken rule costs a message only: the node travels under the identifier it has.
-        combine_with_repeat(node, level.inheritedRepeat, id, options_.errorText);
-        combine_with_repeat_node(node, id, options_.errorText);
+        combine_with_repeat(node, marks_, level.inheritedRepeat, id, options_.errorText);
+        combine_with_repeat_node(node, marks_, id, options_.errorText);
 
         if (is_leaf(node)) {
             collect_leaf(node, id.id, level);
@@ -77,7 +75,7 @@ private:
 
     void collect_leaf(UXXmlWrapperBase& node, int id, const Level& level) {
         if (id < 0) return;
-        const bool fromUse = options_.useFlag && node.HasProperty(kUse, 0);
+        const bool fromUse = options_.useFlag && marks_.has(Mark::kUseText);
         collect(node, id, fromUse ? ValueSource::kUseAttribute : ValueSource::kOwnText,
                 level.themeFlag);
     }
@@ -87,14 +85,14 @@ private:
     // Intended: what clears the theme flag here clears it for the rest of the level, so that a
     // theme ends where the first themed branch of a level begins.
     bool collect_branch(UXXmlWrapperBase& node, int id, Level& level) {
-        const bool themed = (bits_of(node, kThemeApplicability) & kThemeData) != 0;
+        const bool themed = (marks_.bits(Mark::kTheme) & kThemeData) != 0;
         if (themed) level.themeFlag = false;
         if (id == -1) return themed;
         collect(node, id, themed ? ValueSource::kDataAttribute : ValueSource::kUseAttribute,
                 level.themeFlag);
 
         int second = 0;
-        if (node.GetPropertyValue(kThemeApplicabilityEx, second, 0)) {
+        if (marks_.number(Mark::kThemeEx, second)) {
             if (second != 0) level.themeFlag = false;
             collect(node, negated(id),
                     second != 0 ? ValueSource::kDataAttribute : ValueSource::kUseAttribute,
@@ -109,55 +107,65 @@ private:
         if (!taken) return;
         ids_.Add(id);
         if (record_.labels != nullptr) record_.labels->Add(label_or_tag(node));
-        append_attribute(node, record_.firstName, record_.firstValues);
-        append_attribute(node, record_.secondName, record_.secondValues);
+        append_attribute(node, firstName_, record_.firstValues);
+        append_attribute(node, secondName_, record_.secondValues);
     }
 
     bool collect_value(UXXmlWrapperBase& node, ValueSource source, bool themeFlag) {
-        if (!read_node_value(node, source, themeFlag, text_)) return false;
-        if (options_.onlyChanged && !refresh_change(node, text_)) return false;
-        record_.values->Add(text_);
+        CStringUTF8 text;
+        if (!read_node_value(node, marks_, source, themeFlag, text)) return false;
+        if (options_.onlyChanged) {
+            if (!refresh_change(node, text)) return false;
+            marks_.read(node);
+        }
+        record_.values->Add(std::move(text));
         return true;
     }
 
     bool carries_attribute(const UXXmlWrapperBase& node) {
-        return (record_.firstValues != nullptr && has_text(node, record_.firstName)) ||
-               (record_.secondValues != nullptr && has_text(node, record_.secondName));
+        return (record_.firstValues != nullptr && has_text(node, firstName_)) ||
+               (record_.secondValues != nullptr && has_text(node, secondName_));
     }
-    bool has_text(const UXXmlWrapperBase& node, const char* name) {
-        return node.GetPropertyValue(name, text_, 0) != 0 && !text_.IsEmpty();
+    static bool has_text(const UXXmlWrapperBase& node, const UXNameKey& name) {
+        std::string_view text;
+        return node.GetPropertyView(name, text) != 0 && !text.empty();
     }
 
-    static void append_attribute(const UXXmlWrapperBase& node, const char* name,
+    static void append_attribute(const UXXmlWrapperBase& node, const UXNameKey& name,
                                  CWBOStringArray* values) {
-        if (values != nullptr) values->Add(attribute_of(node, name));
+        if (values == nullptr) return;
+        std::string_view text;
+        node.GetPropertyView(name, text);
+        values->Add(CStringUTF8(text));
     }
 
     CArray<int, int>& ids_;
     const ValueRecord& record_;
     const CollectOptions& options_;
-    const char* idAttribute_;
+    UXNameKey firstName_{record_.firstName};
+    UXNameKey secondName_{record_.secondName};
+    NodeMarks marks_;  // of the node at hand
     bool defaultAttribute_;
-    CStringUTF8 text_;  // of the node at hand
 };
 
 }  // namespace
 
-bool read_node_value(const UXXmlWrapperBase& node, ValueSource source, bool keepMissing,
-                     CStringUTF8& out) {
+bool read_node_value(const UXXmlWrapperBase& node, const NodeMarks& marks, ValueSource source,
+                     bool keepMissing, CStringUTF8& out) {
     bool found = true;
     if (source == ValueSource::kOwnText) {
         node.GetNodeStringWithBlobInfo(out, 0);
     } else if (source == ValueSource::kDataAttribute) {
-        out.Empty();
-        found = node.GetPropertyValue(kData, out, 0) != 0;
+        out = CStringUTF8(marks.text(Mark::kDataText));
+        found = marks.has(Mark::kDataText);
         convert_numeric_separator(out);
     } else {
-        out = "-1";  // stands for "nothing to say" and changes nothing when it is set
-        found = node.GetPropertyValue(kUse, out, 0) != 0;
+        // "-1" stands for "nothing to say" and changes nothing when it is set.
+        found = marks.has(Mark::kUseText);
+        out = found ? CStringUTF8(marks.text(Mark::kUseText)) : CStringUTF8("-1");
     }
-    const bool embedded = add_embedded_settings(node, out);
-    return found || embedded || keepMissing;
+    if (!has_embedded_settings(marks)) return found || keepMissing;
+    return add_embedded_settings(marks, out);
 }
 
 int _tree_get_values_by_ids(const UXXmlWrapperBase& tree, CArray<int, int>& ids,

@@ -6,6 +6,7 @@
 #include "uxtree/host/node.h"
 
 #include "data/id_index.h"
+#include "marks/node_marks.h"
 
 namespace ux {
 
@@ -40,10 +41,10 @@ enum : DWORD {
 
 enum class ValueSource { kOwnText, kUseAttribute, kDataAttribute };
 
-// The value of one node, its embedded settings in front. False when it has none to give: a source
-// attribute is missing, so are settings, and keepMissing is not set.
-bool read_node_value(const UXXmlWrapperBase& node, ValueSource source, bool keepMissing,
-                     CStringUTF8& out);
+// The value of one node, by its marks, its embedded settings in front. False when it has none to
+// give: a source attribute is missing, so are settings, and keepMissing is not set.
+bool read_node_value(const UXXmlWrapperBase& node, const NodeMarks& marks, ValueSource source,
+                     bool keepMissing, CStringUTF8& out);
 
 struct CollectOptions {
     bool recursive = true;
@@ -81,8 +82,9 @@ struct NodeWrite {
     bool validateOff = true;
     _SETVALUESBYIDS* callback = nullptr;  // armed for this node
 };
-// True when a value was written, as opposed to held back.
-bool write_node_value(UXXmlWrapperBase& node, const CStringUTF8& value, const NodeWrite& how);
+// True when a value was written, as opposed to held back. The marks are the node's.
+bool write_node_value(UXXmlWrapperBase& node, const NodeMarks& marks, const CStringUTF8& value,
+                      const NodeWrite& how);
 
 struct SetOptions {
     DWORD defaultFlags = 0;

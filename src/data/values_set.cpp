@@ -15,14 +15,14 @@ namespace ux {
 namespace {
 
 // What a value that is about to be written says about attributes it does not mention.
-void apply_missing_settings(UXXmlWrapperBase& node, const EmbeddedNames& names, DWORD callFlags) {
+void apply_missing_settings(UXXmlWrapperBase& node, const NodeMarks& marks,
+                            const EmbeddedNames& names, DWORD callFlags) {
     // Intended: a formula lasts only as long as the values that carry it.
-    if (!names.dynaFx) node.RemoveProperty(kDynaFx);
+    if (!names.dynaFx && marks.has(Mark::kFormula)) node.RemoveProperty(kDynaFx);
     if ((callFlags & kResetAutomatic) != 0 && !names.automatic) {
         switch_auto_off(node);
     }
-    if ((callFlags & kCheckDynaUse) != 0 && !names.dynaUseCheck &&
-        node.HasProperty(kDynaUseCheck, 0)) {
+    if ((callFlags & kCheckDynaUse) != 0 && !names.dynaUseCheck && marks.has(Mark::kDynaCheck)) {
         node.SetPropertyValue(kDynaUseCheck, 1);
     }
 }
@@ -49,9 +49,9 @@ bool store(UXXmlWrapperBase& node, const CStringUTF8& value, const NodeWrite& ho
 }
 
 // Writes a value whose settings were taken out, unless it is held back.
-bool write_text(UXXmlWrapperBase& node, const CStringUTF8& text, const EmbeddedNames& names,
-                const NodeWrite& how) {
-    apply_missing_settings(node, names, how.callFlags);
+bool write_text(UXXmlWrapperBase& node, const NodeMarks& marks, const CStringUTF8& text,
+                const EmbeddedNames& names, const NodeWrite& how) {
+    apply_missing_settings(node, marks, names, how.callFlags);
     if ((how.flags & kThemeNoValue) != 0) return false;
     if ((how.flags & kThemeValidate) != 0 && !how.validateOff &&
         !call_out(UXGetHostServices().validateValue, node, text)) {
@@ -104,17 +104,18 @@ public:
           index_(index),
           record_(record),
           options_(options),
-          idAttribute_(text_or(options.idAttribute, kDataId)) {}
+          marks_(text_or(options.idAttribute, kDataId)) {}
 
     Step visit(UXXmlWrapperBase& node, const Level& level, Level& below) {
-        TransportId id = read_id(node, idAttribute_, level.inheritedRepeat);
-        if (!combine_with_repeat(node, level.inheritedRepeat, id, options_.errorText) ||
-            !combine_with_repeat_node(node, id, options_.errorText)) {
+        marks_.read(node);
+        TransportId id = read_id(marks_, level.inheritedRepeat);
+        if (!combine_with_repeat(node, marks_, level.inheritedRepeat, id, options_.errorText) ||
+            !combine_with_repeat_node(node, marks_, id, options_.errorText)) {
             return Step::kStop;
         }
         below.inheritedRepeat = id.repeat;
         int own = 0;
-        if (node.GetPropertyValue(kThemeApplicability, own, 0)) {
+        if (marks_.number(Mark::kTheme, own)) {
             below.flags = static_cast<DWORD>(own);
         }
         const bool leaf = is_leaf(node);
@@ -147,7 +148,8 @@ private:
         write(node, found, how(true, (flags & kThemeData) != 0, flags, nullptr));
         if (found + 1 >= ids_.GetSize() || ids_[found + 1] != negated(id)) return;
         int second = 0;
-        if (!node.GetPropertyValue(kThemeApplicabilityEx, second, 0)) return;
+        marks_.read(node);
+        if (!marks_.number(Mark::kThemeEx, second)) return;
         // Intended: where the second value goes depends on this attribute alone, so that a theme
         // is set as it was collected.
         write(node, found + 1, how(true, second != 0, flags, nullptr));
@@ -159,7 +161,8 @@ private:
     }
 
     void write(UXXmlWrapperBase& node, int index, const NodeWrite& how) {
-        if (record_.values != nullptr && write_node_value(node, (*record_.values)[index], how)) {
+        if (record_.values != nullptr &&
+            write_node_value(node, marks_, (*record_.values)[index], how)) {
             ++written_;
         }
         write_attribute(node, record_.firstName, record_.firstValues, index);
@@ -170,7 +173,7 @@ private:
     IdIndex& index_;
     const ValueRecord& record_;
     const SetOptions& options_;
-    const char* idAttribute_;
+    NodeMarks marks_;  // of the node at hand
     int written_ = 0;
 };
 
@@ -180,16 +183,15 @@ bool length_differs(const CWBOStringArray* values, const CArray<int, int>& ids) 
 
 }  // namespace
 
-bool write_node_value(UXXmlWrapperBase& node, const CStringUTF8& value, const NodeWrite& how) {
-    if (!may_hold_embedded_settings(value) && how.callback == nullptr) {
-        return write_text(node, value, {}, how);
-    }
+bool write_node_value(UXXmlWrapperBase& node, const NodeMarks& marks, const CStringUTF8& value,
+                      const NodeWrite& how) {
+    if (!may_hold_embedded_settings(value)) return write_text(node, marks, value, {}, how);
     CStringUTF8 own = value;
-    EmbeddedNames names;
-    if (may_hold_embedded_settings(own)) {
-        names = take_embedded_settings(node, own, (how.flags & kThemeNoSettings) == 0);
-    }
-    return write_text(node, own, names, how);
+    const EmbeddedNames names =
+        take_embedded_settings(node, own, (how.flags & kThemeNoSettings) == 0);
+    NodeMarks changed = marks;
+    changed.read(node);
+    return write_text(node, changed, own, names, how);
 }
 
 int check_lists(const CArray<int, int>& ids, const ValueRecord& record) {

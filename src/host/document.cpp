@@ -197,11 +197,7 @@ void Document::clear_attributes(Element& element) {
 
 // --- values ------------------------------------------------------------------------------------
 
-std::string_view Document::value_text(const Element& element, CStringUTF8& scratch) const {
-    if (element.valueBytes == 0) return {};
-    if (element.valueKind == ValueKind::kText) {
-        return {bytes_.at(element.value), element.valueBytes};
-    }
+std::string_view Document::doubles_text(const Element& element, CStringUTF8& scratch) const {
     scratch.Empty();
     const double* values = doubles(element);
     CStringUTF8 number;

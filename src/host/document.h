@@ -148,7 +148,16 @@ public:
 
     bool has_value(const Element& element) const { return element.valueBytes != 0; }
     // The value's text, empty when there is none. scratch holds it when it has to be made.
-    std::string_view value_text(const Element& element, CStringUTF8& scratch) const;
+    std::string_view value_text(const Element& element, CStringUTF8& scratch) const {
+        if (element.valueKind == ValueKind::kDoubles) return doubles_text(element, scratch);
+        if (element.valueBytes == 0) return {};
+        return {bytes_.at(element.value), element.valueBytes};
+    }
+    void get_value(const Element& element, CStringUTF8& out) const {
+        CStringUTF8 scratch;
+        const std::string_view text = value_text(element, scratch);
+        out.Assign(text.data(), text.size());
+    }
     const double* doubles(const Element& element) const {
         return reinterpret_cast<const double*>(bytes_.at(element.value));
     }
@@ -235,6 +244,7 @@ private:
     NameId map_name(const Document& from, NameId name, NameMap& nameMap);
     void free_storage(Element& element) noexcept;
     bool shares_value(const Element& element) const;
+    std::string_view doubles_text(const Element& element, CStringUTF8& scratch) const;
     void remove_found(Element& element, const Attribute* found);
     const Attribute* find_marked(const Element& element, const char* name) const;
     void move_content(const Element& source, Element& target);

@@ -158,24 +158,16 @@ int UXXmlWrapperBase::GetPropertyView(const UXNameKey& name, std::string_view& o
     return 1;
 }
 
-int UXXmlWrapperBase::GetPropertyViews(const UXNameKey* names, int count,
-                                       std::string_view* out) const {
+unsigned UXXmlWrapperBase::GetPropertyViews(const UXNameKeys& names, std::string_view* out) const {
     const Element* element = live(*this);
-    std::fill_n(out, count, std::string_view());
     if (element == nullptr || element->attributeCount == 0) return 0;
     const Document& document = *document_of(*this);
-    const Attribute* const attributes = document.attributes(*element);
-    int found = 0;
-    for (int i = 0; i < count; ++i) {
-        const NameId number = UXNodeAccess::number(names[i], document);
-        if (number == 0) continue;
-        for (std::uint32_t at = 0; at < element->attributeCount; ++at) {
-            if (attributes[at].name != number) continue;
-            out[i] = present_value(document, attributes[at]);
-            ++found;
-            break;
-        }
-    }
+    unsigned found = 0;
+    UXNodeAccess::visit_named(names, document, *element,
+                              [&](const Attribute& attribute, unsigned place) {
+                                  out[place] = present_value(document, attribute);
+                                  found |= 1U << place;
+                              });
     return found;
 }
 

@@ -20,6 +20,32 @@ struct UXNodeAccess {
         }
         return static_cast<uxhost::NameId>(name.number_);
     }
+    // The same for several names. keep(attribute, place) is called for each attribute among them.
+    template <typename Keep>
+    static void visit_named(const UXNameKeys& names, const uxhost::Document& document,
+                            const uxhost::Element& element, Keep&& keep) {
+        if (names.stamp_ != document.name_stamp()) find_numbers(names, document);
+        const uxhost::Attribute* attribute = document.attributes(element);
+        const uxhost::Attribute* const end = attribute + element.attributeCount;
+        for (; attribute != end; ++attribute) {
+            if ((names.marks_ >> uxhost::NameTable::mark_in(attribute->name) & 1U) == 0) continue;
+            for (std::size_t i = 0; i < names.knownSize_; ++i) {
+                if (names.numbers_[i] == attribute->name) keep(*attribute, names.places_[i]);
+            }
+        }
+    }
+    static void find_numbers(const UXNameKeys& names, const uxhost::Document& document) {
+        names.knownSize_ = 0;
+        names.marks_ = 0;
+        for (std::size_t place = 0; place < names.size_; ++place) {
+            const uxhost::NameId number = document.find_name(names.texts_[place]);
+            if (number == 0) continue;
+            names.marks_ |= std::uint64_t{1} << uxhost::NameTable::mark_in(number);
+            names.numbers_[names.knownSize_] = number;
+            names.places_[names.knownSize_++] = static_cast<std::uint8_t>(place);
+        }
+        names.stamp_ = document.name_stamp();
+    }
 };
 
 namespace uxhost {

@@ -113,8 +113,7 @@ int UXXmlWrapperBase::NodeValue(CStringUTF8& text, int get, int /*unused*/,
             document_of(*this)->set_value(*element, view(text));
             return 1;
         }
-        CStringUTF8 scratch;
-        assign(text, document_of(*this)->value_text(*element, scratch));
+        document_of(*this)->get_value(*element, text);
         return document_of(*this)->has_value(*element) ? 1 : 0;
     });
 }
@@ -266,7 +265,7 @@ int UXXmlWrapperBase::GetNodeStringWithBlobInfo(CStringUTF8& out, DWORD /*unused
     const Element* element = live(*this);
     if (element == nullptr) return 0;
     return guarded([&] {
-        CStringUTF8 scratch;
-        return assign(out, document_of(*this)->value_text(*element, scratch));
+        document_of(*this)->get_value(*element, out);
+        return 1;
     });
 }

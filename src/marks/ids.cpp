@@ -3,12 +3,10 @@
 
 #include "frame/node_values.h"
 #include "frame/results.h"
+#include "marks/names.h"
 
 namespace ux {
 namespace {
-
-constexpr char kRepeatId[] = "RepeatID";
-constexpr char kRepeatNodeId[] = "RepeatNodeID";
 
 int read_marker(const UXXmlWrapperBase& node, const char* name, int lowest, int& out) {
     out = int_attribute_of(node, name, -1);

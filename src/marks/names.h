@@ -4,6 +4,9 @@
 namespace ux {
 
 inline constexpr char kDataId[] = "DataID";
+inline constexpr char kRepeatId[] = "RepeatID";
+inline constexpr char kRepeatNodeId[] = "RepeatNodeID";
+inline constexpr char kIgnore[] = "TreeGetByIdIgnore";
 inline constexpr char kLabel[] = "Label";
 inline constexpr char kName[] = "Name";
 inline constexpr char kShow[] = "Show";

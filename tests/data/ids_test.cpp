@@ -37,7 +37,9 @@ std::string repeat_error(const char* xml, int dataId, int inheritedRepeat) {
     UXXmlWrapperBase node = tree.root();
     ux::TransportId id{dataId, inheritedRepeat};
     CStringUTF8 text("earlier text");
-    EXPECT_FALSE(ux::combine_with_repeat(node, inheritedRepeat, id, &text));
+    ux::NodeMarks marks;
+    marks.read(node);
+    EXPECT_FALSE(ux::combine_with_repeat(node, marks, inheritedRepeat, id, &text));
     return static_cast<const char*>(text);
 }
 
@@ -46,7 +48,9 @@ std::string repeat_node_error(const char* xml, int dataId) {
     UXXmlWrapperBase node = tree.root();
     ux::TransportId id{dataId, 0};
     CStringUTF8 text("earlier text");
-    EXPECT_FALSE(ux::combine_with_repeat_node(node, id, &text));
+    ux::NodeMarks marks;
+    marks.read(node);
+    EXPECT_FALSE(ux::combine_with_repeat_node(node, marks, id, &text));
     return static_cast<const char*>(text);
 }
 

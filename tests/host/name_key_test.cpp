@@ -80,8 +80,8 @@ TEST(UXNameKey, OnAnInvalidHandle) {
     int number = 5;
     EXPECT_EQ(node.GetPropertyView(keys[0], texts[0]), 0);
     EXPECT_EQ(texts[0], "x");
-    EXPECT_EQ(node.GetPropertyViews(keys.data(), 2, texts.data()), 0);
-    EXPECT_EQ(texts[1].data(), nullptr);
+    EXPECT_EQ(node.GetPropertyViews({"a", "b"}, texts.data()), 0U);
+    EXPECT_EQ(texts[1], "y");
     EXPECT_EQ(node.GetPropertyValue(keys[0], scratch), 0);
     EXPECT_EQ(node.GetPropertyValue(keys[0], number), 0);
     EXPECT_EQ(node.SetPropertyView(keys[0], "x"), 0);
@@ -97,15 +97,30 @@ TEST(UXNameKey, OnAnInvalidHandle) {
 }
 
 TEST(GetPropertyViews, SortsTheAttributesByName) {
-    const std::array keys{UXNameKey("c"), UXNameKey("none"), UXNameKey("a"), UXNameKey("e")};
+    const UXNameKeys keys = {"c", "none", "a", nullptr, "e", "a"};
     UXXmlWrapperBase tree = tree_of("<r a='1' b='2' c='3' e=''/>");
-    std::array<string_view, 4> texts{"x", "x", "x", "x"};
-    EXPECT_EQ(tree.GetPropertyViews(keys.data(), 4, texts.data()), 3);
-    EXPECT_EQ(texts[0], "3");
-    EXPECT_EQ(texts[1].data(), nullptr);
-    EXPECT_EQ(texts[2], "1");
-    EXPECT_EQ(texts[3], "");
-    EXPECT_NE(texts[3].data(), nullptr);  // present and empty
+    std::array<string_view, 6> texts{"x", "x", "x", "x", "x", "x"};
+    EXPECT_EQ(tree.GetPropertyViews(keys, texts.data()), 0b110101U);
+    EXPECT_EQ(texts, (std::array<string_view, 6>{"3", "x", "1", "x", "", "1"}));
+    tree.SetPropertyValue("none", 5);  // a name that the document did not have
+    tree.RemoveProperty("a");
+    EXPECT_EQ(tree.GetPropertyViews(keys, texts.data()), 0b010011U);
+    EXPECT_EQ(texts[1], "5");
+    UXXmlWrapperBase other = tree_of("<r a='4'/>");
+    EXPECT_EQ(other.GetPropertyViews(keys, texts.data()), 0b100100U);
+    EXPECT_EQ(texts[2], "4");
+}
+
+TEST(GetPropertyViews, TakesThirtyTwoNames) {
+    const std::initializer_list<const char*> names = {
+        "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a",
+        "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a"};
+    const UXNameKeys keys(names);
+    std::array<string_view, 34> texts;
+    EXPECT_EQ(keys.size(), UXNameKeys::kMost);
+    EXPECT_EQ(tree_of("<r a='1'/>").GetPropertyViews(keys, texts.data()), ~0U);
+    EXPECT_EQ(texts[31], "1");
+    EXPECT_EQ(texts[32].data(), nullptr);
 }
 
 TEST(SetPropertyView, WritesAsSetPropertyValueDoes) {

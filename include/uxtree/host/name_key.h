@@ -1,7 +1,10 @@
-// A name that is asked of many nodes.
+// Names that are asked of many nodes.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <string_view>
 
 // The name of an attribute or a tag, with room for what a host makes of it: looking it up once for
@@ -20,4 +23,32 @@ private:
     std::string_view text_ = "";
     mutable std::uint64_t stamp_ = 0;  // when the number was found; 0 is never
     mutable std::uint64_t number_ = 0;
+};
+
+// Several names that are asked at once. A text may be null, for a name that nothing has.
+class UXNameKeys {
+public:
+    static constexpr std::size_t kMost = 32;
+
+    // Names beyond kMost are left out.
+    UXNameKeys(std::initializer_list<const char*> names) {
+        for (const char* name : names) {
+            if (size_ < kMost) texts_[size_++] = name == nullptr ? "" : name;
+        }
+    }
+    std::size_t size() const { return size_; }
+    const char* c_str(std::size_t i) const { return texts_[i]; }
+
+private:
+    friend struct UXNodeAccess;
+
+    std::array<const char*, kMost> texts_;
+    std::size_t size_ = 0;
+    // The numbers that the names have in a document, and their places above, of those alone that
+    // it knows; and a few bits of all of them.
+    mutable std::uint64_t stamp_ = 0;
+    mutable std::uint64_t marks_ = 0;
+    mutable std::size_t knownSize_ = 0;
+    mutable std::array<std::uint32_t, kMost> numbers_;
+    mutable std::array<std::uint8_t, kMost> places_;
 };

@@ -134,10 +134,10 @@ public:
     // holds until the next change of the node's document or of scratch, whichever it stands in. The
     // plainest implementation asks by the key's text.
     int GetPropertyView(const UXNameKey& name, std::string_view& out) const;
-    // One look at the attributes for several names: out[i] receives the value of names[i], with a
-    // null data() for a missing one (an empty value has none that is null). Yields the number of
-    // those found, 0 with every view null for an invalid handle.
-    int GetPropertyViews(const UXNameKey* names, int count, std::string_view* out) const;
+    // One look at the attributes for several names: bit i of the result says that the node has
+    // names[i], whose value is out[i] then; the other views stay as they are. 0 for an invalid
+    // handle.
+    unsigned GetPropertyViews(const UXNameKeys& names, std::string_view* out) const;
     int GetPropertyValue(const UXNameKey& name, CStringUTF8& out) const;
     int GetPropertyValue(const UXNameKey& name, int& out) const;
     int HasProperty(const UXNameKey& name) const;
