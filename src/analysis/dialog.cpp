@@ -1,3 +1,4 @@
+// Option trees that drive dialogs.
 #include "uxtree/analysis/dialog.h"
 
 #include <algorithm>

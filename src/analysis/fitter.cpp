@@ -1,3 +1,4 @@
+// Weights of the fitter: which inputs a method takes, and the options that show them.
 #include "uxtree/analysis/fitter.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// Parameter settings of the fitter: its lists, and filling them from arrays.
 #include <algorithm>
 #include <array>
 #include <string_view>

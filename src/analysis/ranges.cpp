@@ -1,3 +1,4 @@
+// Trees of data ranges and their sub-ranges.
 #include "uxtree/analysis/ranges.h"
 
 #include "uxtree/data/ids.h"

@@ -1,3 +1,4 @@
+// Settings and results of descriptive statistics and histograms.
 #include "uxtree/analysis/stats.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// Writing beside a file and taking its place, after everything reached the disk.
 #include "base/file_output.h"
 
 #include <atomic>

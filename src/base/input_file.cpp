@@ -1,3 +1,4 @@
+// Opening regular files without waiting, reading and mapping them.
 #include "base/input_file.h"
 
 #include <cerrno>

@@ -1,3 +1,4 @@
+// Hashes of texts with a secret of this process.
 #include "base/seeded_hash.h"
 
 #include <cstring>

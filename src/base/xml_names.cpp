@@ -1,3 +1,4 @@
+// The characters of XML names, as sets of bits made of the published classes.
 #include "base/xml_names.h"
 
 #include <array>

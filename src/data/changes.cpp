@@ -1,3 +1,4 @@
+// Marking the nodes that changed, stripping a tree to them, and comparing lists.
 #include "uxtree/data/changes.h"
 
 #include <string_view>

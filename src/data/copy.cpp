@@ -1,3 +1,4 @@
+// Carrying values, attributes and identifiers from one tree to another.
 #include "uxtree/data/copy.h"
 
 #include <string>

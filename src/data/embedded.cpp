@@ -1,3 +1,4 @@
+// Attribute settings in front of a value: put there, and taken out again.
 #include "data/embedded.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// The table behind searches for identifiers, made only when it pays.
 #include "data/id_index.h"
 
 #include <algorithm>

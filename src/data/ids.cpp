@@ -1,3 +1,4 @@
+// Combining identifiers along a path, and what is said when that fails.
 #include "uxtree/data/ids.h"
 
 #include "data/id_index.h"

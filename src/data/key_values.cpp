@@ -1,3 +1,4 @@
+// A branch written as key and value text, and read back; dotted paths of nodes.
 #include "uxtree/data/key_values.h"
 
 #include <string>

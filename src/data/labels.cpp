@@ -1,3 +1,4 @@
+// Display labels of nodes, combined labels, and their parts replaced.
 #include "uxtree/data/labels.h"
 
 #include <algorithm>

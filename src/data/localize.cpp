@@ -1,3 +1,4 @@
+// Texts in the user's language, by way of the host's message module.
 #include <atomic>
 #include <mutex>
 

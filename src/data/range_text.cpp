@@ -1,3 +1,4 @@
+// Converting the text of a range by way of a module of the host.
 #include "data/range_text.h"
 
 #include "uxtree/host/services.h"

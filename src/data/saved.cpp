@@ -1,3 +1,4 @@
+// Values with identifiers kept as a small document, in a file or in a tree.
 #include "uxtree/data/saved.h"
 
 #include <array>

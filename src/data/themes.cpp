@@ -1,3 +1,4 @@
+// The theme bound to a tree, and lookups in a theme tree.
 #include "uxtree/data/themes.h"
 
 #include <array>

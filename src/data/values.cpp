@@ -1,3 +1,4 @@
+// Collecting and setting values by identifier: the entry points, and plain lists of values.
 #include "uxtree/data/values.h"
 
 #include "data/id_index.h"

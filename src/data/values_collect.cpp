@@ -1,3 +1,4 @@
+// The engine that collects values by identifier.
 #include <utility>
 
 #include "data/embedded.h"

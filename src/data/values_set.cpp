@@ -1,3 +1,4 @@
+// The engine that sets values by identifier.
 #include "uxtree/host/services.h"
 
 #include "data/embedded.h"

@@ -1,3 +1,4 @@
+// Lookups along a path of tags given as arguments, and the default code page.
 #include "uxtree/frame/path_lookup.h"
 
 #include <cstdarg>

@@ -1,3 +1,4 @@
+// Finding, opening and closing modules at run time.
 #include "frame/runtime_module.h"
 
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// Growing and copying a document's storage.
 #include "host/arena.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// The element tree: names, attributes, values, structure and copies.
 #include "host/document.h"
 
 #include <algorithm>

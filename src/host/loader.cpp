@@ -1,3 +1,4 @@
+// Loading a document: limits, progress, and which reader reads.
 #include "host/loader.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Whole number arrays moved between the value of an element and an array of a caller.
 #include "host/numbers.h"
 
 #include <charconv>

@@ -1,3 +1,4 @@
+// The base class of objects of the script language.
 #include "uxtree/host/script_object.h"
 
 UXScriptObject::~UXScriptObject() = default;

@@ -1,3 +1,4 @@
+// The host's services as they are when nobody supplies others.
 #include "uxtree/host/services.h"
 
 #include <string>

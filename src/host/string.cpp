@@ -1,3 +1,4 @@
+// The host's string: comparing, searching, cutting and formatting.
 #include "uxtree/host/string.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Making a document of what a reader tells.
 #include "host/tree_sink.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Tokens, numbers, names and files: the fixed helpers of the host.
 #include "uxtree/host/utilities.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Descriptions of the arrays that callers own.
 #include "uxtree/host/vector_desc.h"
 
 UXVectorDesc::UXVectorDesc() : element(Element::kNone), array(nullptr) {}

@@ -1,3 +1,4 @@
+// Writing elements as XML text, into memory or into a file.
 #include "host/writer.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Reading N42 spectrum files into trees: which form, and the entry points.
 #include "uxtree/import/n42.h"
 
 #include <atomic>

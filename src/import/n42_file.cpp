@@ -1,3 +1,4 @@
+// Opening spectrum files, calibrations and columns: what both forms share.
 #include "import/n42_file.h"
 
 #include <algorithm>

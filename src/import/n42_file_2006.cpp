@@ -1,3 +1,4 @@
+// The reader of the 2006 form.
 #include "import/n42_file_2006.h"
 
 #include "frame/guards.h"

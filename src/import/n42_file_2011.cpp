@@ -1,3 +1,4 @@
+// The reader of the 2011 form.
 #include "import/n42_file_2011.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The table of element and attribute names.
 #include "import/n42_names.h"
 
 namespace ux {

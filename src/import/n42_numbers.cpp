@@ -1,3 +1,4 @@
+// Reading lists of numbers, plain ones and ones with counted zeroes.
 #include "import/n42_numbers.h"
 
 #include <algorithm>

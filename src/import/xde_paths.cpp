@@ -1,3 +1,4 @@
+// Attributes, values and node paths of import trees.
 #include "uxtree/import/xde_paths.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Turning the description of an imported file into a tree with recognisable arrays.
 #include "uxtree/import/xde_prepare.h"
 
 #include <cstddef>

@@ -1,3 +1,4 @@
+// The last error of each thread, and the functions that tell it.
 #include "kit/c_last_error.h"
 
 #include "uxtree/kit/c.h"

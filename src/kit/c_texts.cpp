@@ -1,3 +1,4 @@
+// Tests of the texts that come through the C door.
 #include "kit/c_texts.h"
 
 #include <string>

@@ -1,3 +1,4 @@
+// Names and meanings of result codes, looked up in the table made of the annotations.
 #include "kit/codes.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The version, as the build knows it.
 #include "uxtree/kit/version.h"
 
 const char* ux_version(void) {

@@ -1,3 +1,4 @@
+// Nodes matched by an attribute: by an index, or by walks where a transfer changes the key.
 #include "marks/attribute_match.h"
 
 #include <string>

@@ -1,3 +1,4 @@
+// Decoding the scanner's input in place, ordinary text many bytes at a time.
 #include "outline/decoding.h"
 
 #include <cstddef>

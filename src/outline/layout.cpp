@@ -1,3 +1,4 @@
+// Outlines of files and of trees, written as nodes.
 #include "uxtree/outline/layout.h"
 
 #include <memory>

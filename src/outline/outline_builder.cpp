@@ -1,3 +1,4 @@
+// Folding repeated elements into entries while a document is read.
 #include "outline/outline_builder.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Matching open elements with the listed paths, level by level.
 #include "outline/path_filter.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// Reading a file block by block as characters, and handing its markup to a handler.
 #include "outline/scanner.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Path queries over a tree: reading a path, and following it step by step.
 #include "uxtree/outline/xpath.h"
 
 #include <algorithm>

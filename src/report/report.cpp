@@ -1,3 +1,4 @@
+// Reference strings of reports: made, and given another type.
 #include "uxtree/report/report.h"
 
 #include "data/labels_detail.h"

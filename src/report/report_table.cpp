@@ -1,3 +1,4 @@
+// The input-data table of a report: rows of data sets, parameters and their columns.
 #include <array>
 #include <limits>
 #include <vector>

@@ -1,3 +1,4 @@
+// One attribute over a branch: set, removed, saved, restored, copied, collected and counted.
 #include "uxtree/tree/attributes.h"
 
 #include <string_view>

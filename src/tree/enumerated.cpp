@@ -1,3 +1,4 @@
+// Families of children named by a prefix and a number, or by column letters.
 #include "uxtree/tree/enumerated.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The order in which the exchange sort of children leaves equal keys, in less than its time.
 #include <algorithm>
 #include <array>
 #include <bit>

@@ -1,3 +1,4 @@
+// Finding nodes by position, identifier, tag, attribute and path; finding or making a child.
 #include "uxtree/tree/lookup.h"
 
 #include <vector>

@@ -1,3 +1,4 @@
+// Moving, appending, stripping, copying and renaming nodes.
 #include "uxtree/tree/structure.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Lists of values kept as the children of one node, read and written.
 #include "uxtree/tree/vectors.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Single-byte encodings by name and by code page, as tables for the parser.
 #include "xml/encodings.h"
 
 #include <algorithm>

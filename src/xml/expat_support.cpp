@@ -1,3 +1,4 @@
+// Finding the encoding of an input, the facts of its prolog and its references, with expat.
 #include "xml/expat_support.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Reading references, and putting the characters that they stand for into values.
 #include "xml/references.h"
 
 #include <array>

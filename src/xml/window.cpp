@@ -1,3 +1,4 @@
+// Moving the window over an input, and making room in it.
 #include "xml/window.h"
 
 #include <algorithm>

@@ -55,8 +55,11 @@ class Folder(unittest.TestCase):
 class CheckLayers(Folder):
     def check(self, name, content):
         self.write("docs/layers.txt", LAYERS)
-        self.write(name, content)
+        self.write_code(name, content)
         return run("check_layers.py", self.root)
+
+    def write_code(self, name, content):
+        self.write(name, "// What it is about.\n" + content)
 
     def assert_clean(self, name, content):
         self.assertEqual(self.check(name, content), (0, "layers: every include points downward\n"))
@@ -107,12 +110,12 @@ class CheckLayers(Folder):
         self.assert_refused("include/uxtree/data/ids.h", '#include "data/ids_detail.h"', reason)
 
     def test_headers_that_gather_all_stand_below_the_kit(self):
-        self.write("src/kit/door.cpp", '#include "uxtree/uxtree_Utils.h"\n')
+        self.write_code("src/kit/door.cpp", '#include "uxtree/uxtree_Utils.h"\n')
         layers = LAYERS.replace("kit:", "report:  base host frame tree data outline\nkit:")
         layers = layers.replace("data outline\n\"", "data outline report\n\"")
         self.write("docs/layers.txt", layers.rstrip() + " report\n")
         self.assertEqual(run("check_layers.py", self.root)[0], 0)
-        self.write("src/tree/lookup.cpp", '#include "uxtree/uxtree_Utils.h"\n')
+        self.write_code("src/tree/lookup.cpp", '#include "uxtree/uxtree_Utils.h"\n')
         self.assertIn("tree does not see report", run("check_layers.py", self.root)[1])
 
     def test_files_outside_the_rooms_are_refused(self):
@@ -174,11 +177,20 @@ class CheckLayers(Folder):
         self.assert_clean("src/tree/lookup.cpp", '#include "tree/lookup_detail.h"\n')
 
     def test_rooms_are_printed_from_the_bottom_up(self):
-        self.write("src/tree/lookup.cpp", '#include "frame/walk.h"\n#include "base/ascii.h"\n')
+        self.write_code("src/tree/lookup.cpp", '#include "frame/walk.h"\n#include "base/ascii.h"\n')
         self.write("docs/layers.txt", LAYERS)
         code, output = run("check_layers.py", "--rooms", self.root)
         self.assertEqual(code, 0)
         self.assertIn("frame\ntree      base frame\ndata\n", output)
+
+    def test_a_source_says_its_topic_in_its_first_line(self):
+        reason = "src/tree/lookup.cpp: the first line does not say its topic"
+        self.write("docs/layers.txt", LAYERS)
+        for content in ("", "#include <vector>\n", "//\n", "\n// Late.\n", "// TODO\n"):
+            self.write("src/tree/lookup.cpp", content)
+            self.assertIn(reason, run("check_layers.py", self.root)[1])
+        self.write("src/tree/lookup.cpp", "// Finding nodes.\n")
+        self.assertEqual(run("check_layers.py", self.root)[0], 0)
 
     def test_tools_see_public_headers_only(self):
         reason = "only public headers"

@@ -1,3 +1,4 @@
+// The registry of the tool's commands.
 #include "support/command.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// What a failed command prints.
 #include "support/failure.h"
 
 #include <cstdio>

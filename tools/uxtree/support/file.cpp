@@ -1,3 +1,4 @@
+// File descriptors and temporary files.
 #include "support/file.h"
 
 #include <cerrno>

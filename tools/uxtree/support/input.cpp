@@ -1,3 +1,4 @@
+// Reading trees and files, advice on broken ones, and the progress line.
 #include "support/input.h"
 
 #include <algorithm>

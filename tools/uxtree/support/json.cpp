@@ -1,3 +1,4 @@
+// Escaping, and lists with one entry per line.
 #include "support/json.h"
 
 namespace uxtool {

@@ -1,3 +1,4 @@
+// Nodes named by the tags that lead to them.
 #include "support/node_path.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Writing results to standard output or into a file, and edited trees into theirs.
 #include "support/output.h"
 
 #include <cerrno>

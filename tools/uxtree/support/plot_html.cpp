@@ -1,3 +1,4 @@
+// Plots of spectra as a page of their own.
 #include <map>
 #include <string_view>
 

@@ -1,3 +1,4 @@
+// Plots of spectra as SVG.
 #include <algorithm>
 #include <array>
 #include <cmath>

@@ -1,3 +1,4 @@
+// Whether there is colour, and which.
 #include "support/style.h"
 
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// Tables as aligned text, CSV or JSON.
 #include "support/table.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Text for people: widths, clipping, nearest names.
 #include "support/text.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Nodes as standard strings, and walks over them.
 #include "support/tree.h"
 
 namespace uxtool {

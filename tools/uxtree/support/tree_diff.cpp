@@ -1,3 +1,4 @@
+// Comparing two trees, and printing the difference for people.
 #include "support/tree_diff.h"
 
 #include <algorithm>

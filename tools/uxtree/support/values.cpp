@@ -1,3 +1,4 @@
+// Values with identifiers: collected, read from files, set and saved.
 #include "support/values.h"
 
 #include <array>
