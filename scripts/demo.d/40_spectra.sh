@@ -6,6 +6,10 @@ say "A spectrum file of two detectors"
 lines=6
 run n42 info "$spectrum"
 
+say "Its spectra, with times, rates and energies"
+lines=8
+run n42 list "$spectrum"
+
 say "As a tree, in which every spectrum is a vector with its energies"
 run n42 import "$spectrum" -o spectrum.xml
 lines=12
