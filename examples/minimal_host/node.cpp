@@ -626,6 +626,32 @@ int UXXmlWrapperBase::FindChild(const UXNameKey& tag, UXXmlWrapperBase* out) con
     return FindChild(tag.c_str(), out, 0);
 }
 
+int UXXmlWrapperBase::NextSibling(const UXNameKey& tag, UXXmlWrapperBase* out) const {
+    if (out == nullptr) return 0;
+    *out = *this;
+    std::string_view name;
+    while (out->NextSibling(out) != 0) {
+        if (out->GetTagView(name) != 0 && name == tag.text()) return 1;
+    }
+    return 0;
+}
+int UXXmlWrapperBase::NextBelow(const UXXmlWrapperBase& top, const UXNameKey* tag,
+                                UXXmlWrapperBase* out) const {
+    if (out == nullptr) return 0;
+    UXXmlWrapperBase node = *this;
+    const UXXmlWrapperBase above = top;
+    std::string_view name;
+    do {
+        UXXmlWrapperBase next;
+        if (node.FirstChild(&next) == 0) {
+            while (!(node == above) && node.NextSibling(&next) == 0) node.GetParent(&node);
+        }
+        node = next;
+    } while (tag != nullptr && node.GetTagView(name) != 0 && name != tag->text());
+    *out = node;
+    return node.IsNodeValid();
+}
+
 // --- identifiers, visibility, label ------------------------------------------------------------
 
 int UXXmlWrapperBase::GetDataID(int& id) const {

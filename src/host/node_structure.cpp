@@ -243,6 +243,31 @@ int UXXmlWrapperBase::FindChild(const UXNameKey& tag, UXXmlWrapperBase* out) con
     return bind(*out, document, child);
 }
 
+int UXXmlWrapperBase::NextSibling(const UXNameKey& tag, UXXmlWrapperBase* out) const {
+    if (out == nullptr) return 0;
+    const Element* element = live(*this);
+    if (element == nullptr) return out->ReleaseNode() - 1;
+    Document* const document = document_of(*this);
+    const NameId wanted = UXNodeAccess::number(tag, *document);
+    Element* next = wanted == 0 ? nullptr : document->element(element->next);
+    while (next != nullptr && next->tag != wanted) next = document->element(next->next);
+    return bind(*out, document, next);
+}
+
+int UXXmlWrapperBase::NextBelow(const UXXmlWrapperBase& top, const UXNameKey* tag,
+                                UXXmlWrapperBase* out) const {
+    if (out == nullptr) return 0;
+    const Element* const above = live(top);
+    const Element* const element = live(*this);
+    if (element == nullptr || above == nullptr) return out->ReleaseNode() - 1;
+    Document* const document = document_of(*this);
+    if (tag == nullptr) return bind(*out, document, document->next_below(*above, *element));
+    const NameId wanted = UXNodeAccess::number(*tag, *document);
+    Element* next = wanted == 0 ? nullptr : document->next_below(*above, *element);
+    while (next != nullptr && next->tag != wanted) next = document->next_below(*above, *next);
+    return bind(*out, document, next);
+}
+
 int UXXmlWrapperBase::FindNodeByAttribute(UXXmlWrapperBase* out, const char* name,
                                           const char* value, int noCase, int deep) const {
     if (out == nullptr) return 0;

@@ -186,4 +186,32 @@ TEST(FindChildByKey, IsTheFirstChildOfTheTag) {
     EXPECT_EQ(tree.FindChild(UXNameKey("b"), nullptr), 0);
 }
 
+TEST(UXNameKey, LeadsFromOneElementOfATagToTheNext) {
+    const UXXmlWrapperBase root = tree_of("<b><a/><b><b/><c/></b><a><c/></a><b/></b>");
+    const UXNameKey tag("b");
+    const UXNameKey other("none");
+    const auto below = [](const UXXmlWrapperBase& top, const UXNameKey* wanted) {
+        std::string found;
+        for (UXXmlWrapperBase node = top; node.NextBelow(top, wanted, &node) != 0;) {
+            found += tag_text(node) + std::to_string(node.GetNodeCount()) + " ";
+        }
+        return found;
+    };
+    EXPECT_EQ(below(root, &tag), "b2 b0 b0 ");
+    EXPECT_EQ(below(root, nullptr), "a0 b2 b0 c0 a1 c0 b0 ");
+    EXPECT_EQ(below(root, &other), "");
+    UXXmlWrapperBase inner;
+    ASSERT_EQ(root.FindChild(tag, &inner), 1);
+    EXPECT_EQ(below(inner, nullptr), "b0 c0 ");
+    UXXmlWrapperBase next;
+    ASSERT_EQ(inner.NextSibling(tag, &next), 1);
+    EXPECT_EQ(next.GetNodeCount(), 0);
+    EXPECT_EQ(next.NextSibling(tag, &next), 0);
+    EXPECT_EQ(next.IsNodeValid(), 0);
+    EXPECT_EQ(next.NextSibling(tag, &inner), 0);
+    EXPECT_EQ(inner.NextBelow(root, nullptr, &next), 0);
+    EXPECT_EQ(root.NextSibling(tag, nullptr), 0);
+    EXPECT_EQ(root.NextBelow(root, &tag, nullptr), 0);
+}
+
 }  // namespace

@@ -150,6 +150,11 @@ public:
     int SetValueView(std::string_view text);
     int GetTagView(std::string_view& out) const;
     int FindChild(const UXNameKey& tag, UXXmlWrapperBase* out) const;
+    // The next sibling of the tag.
+    int NextSibling(const UXNameKey& tag, UXXmlWrapperBase* out) const;
+    // The next element in pre-order that is below top, behind this one, which is top or below it;
+    // with a tag (null: any), the next one of the tag.
+    int NextBelow(const UXXmlWrapperBase& top, const UXNameKey* tag, UXXmlWrapperBase* out) const;
 
     // --- identifiers, visibility, label --------------------------------------------------------
 
