@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "kit/blocks.h"
 #include "kit/select_conditions.h"
 #include "kit/select_program.h"
 #include "kit/select_tree.h"
@@ -32,7 +33,7 @@ struct UXSelected::Items {
     }
     void read_branches();
 
-    std::vector<Item> items;
+    uxkit::Blocks<Item> items;
     std::vector<std::string> attributes{""};
     std::unordered_map<std::string, std::uint32_t> numbers;
     std::uint32_t last = 0;
@@ -167,6 +168,76 @@ private:
     static Truth unsure() { throw MixedText(); }
 
     void run_steps() {
+        if constexpr (Tree::kIndexed) {
+            run_on_sets();
+        } else {
+            const Node start = program_.path.absolute ? tree_.document() : tree_.context();
+            lastParents_.resize(program_.path.steps.size());
+            follow(start, 0);
+        }
+    }
+
+    // --- by handles ------------------------------------------------------------------------------
+
+    // One node after another to the end of the path, which finds them in the order of the document;
+    // see Parser. The depth of this recursion is that of the expression.
+    void follow(const Node& node, std::size_t at) {
+        const std::vector<Step>& steps = program_.path.steps;
+        if (at == steps.size()) return add_node(node);
+        const Step& step = steps[at];
+        switch (step.axis) {
+            case Axis::kSelf:
+                return follow(node, at + 1);
+            case Axis::kParent:
+                return follow_parent(node, at);
+            case Axis::kChild:
+                conditions_.children(
+                    node, step,
+                    [&](const Node& child) {
+                        follow(child, at + 1);
+                        return Truth::kNo;
+                    },
+                    unsure);
+                return;
+            case Axis::kDescendant:
+            case Axis::kDescendantOrSelf:
+                return follow_below(node, at);
+            default:
+                add_leaves(node, step);
+        }
+    }
+
+    // The children of one parent come one behind the other.
+    void follow_parent(Node node, std::size_t at) {
+        if (!tree_.parent(node)) return;
+        std::optional<Node>& last = lastParents_[at];
+        if (last && *last == node) return;
+        last = node;
+        follow(node, at + 1);
+    }
+
+    void follow_below(const Node& top, std::size_t at) {
+        const Step& step = program_.path.steps[at];
+        if (step.axis == Axis::kDescendantOrSelf) follow(top, at + 1);
+        Node first = top;
+        if (tree_.is_document(top)) {
+            if (!tree_.first_child(top, kAnyName, first)) return;
+            if (tree_.first_child(top, step.name, first)) visit_below(first, at);
+            tree_.first_child(top, kAnyName, first);
+        }
+        const Node branch = first;
+        for (Node node = branch; tree_.next_below(branch, step.name, node);) visit_below(node, at);
+    }
+
+    void visit_below(const Node& node, std::size_t at) {
+        const Truth holds = conditions_.all_hold(node, program_.path.steps[at]);
+        if (holds == Truth::kUnknown) unsure();
+        if (holds == Truth::kYes) follow(node, at + 1);
+    }
+
+    // --- by the index ----------------------------------------------------------------------------
+
+    void run_on_sets() {
         const Path& path = program_.path;
         Set set{path.absolute ? tree_.document() : tree_.context()};
         for (std::size_t i = 0; i < path.steps.size(); ++i) {
@@ -174,20 +245,20 @@ private:
             switch (step.axis) {
                 case Axis::kAttribute:
                 case Axis::kText:
-                    for (const Node& node : set) add_leaves(node, step);
+                    for (const Node node : set) add_leaves(node, step);
                     return;
                 case Axis::kDescendantOrSelf:
                     for_each_inside(set, true,
-                                    [&](const Node& node) { add_leaves(node, path.steps[i + 1]); });
+                                    [&](Node node) { add_leaves(node, path.steps[i + 1]); });
                     return;
                 default:
-                    set = stepped(set, step);
+                    set = stepped(std::move(set), step);
             }
         }
-        for (Node& node : set) add_node(std::move(node));
+        for (const Node node : set) add_node(node);
     }
 
-    Set stepped(Set& set, const Step& step) {
+    Set stepped(Set set, const Step& step) {
         switch (step.axis) {
             case Axis::kParent:
                 return parents(set);
@@ -196,38 +267,34 @@ private:
             case Axis::kDescendant:
                 return descendants(set, step);
             default:
-                return std::move(set);
+                return set;
         }
     }
 
-    // By handles, nodes come in order and parents one behind the other; see Parser.
     static Set ordered(Set set) {
-        if constexpr (Tree::kIndexed) {
-            if (!std::is_sorted(set.begin(), set.end())) std::sort(set.begin(), set.end());
-            set.erase(std::unique(set.begin(), set.end()), set.end());
-        }
+        if (!std::is_sorted(set.begin(), set.end())) std::sort(set.begin(), set.end());
+        set.erase(std::unique(set.begin(), set.end()), set.end());
         return set;
     }
 
-    Set parents(Set& set) {
+    Set parents(const Set& set) {
         Set found;
-        for (Node& node : set) {
-            if (!tree_.parent(node)) continue;
-            if (found.empty() || !(found.back() == node)) found.push_back(std::move(node));
+        for (Node node : set) {
+            if (tree_.parent(node)) found.push_back(node);
         }
         return ordered(std::move(found));
     }
 
     Set children(const Set& set, const Step& step) {
         Set found;
-        for (const Node& node : set) add_children(node, step, found);
+        for (const Node node : set) add_children(node, step, found);
         return ordered(std::move(found));
     }
 
-    void add_children(const Node& node, const Step& step, Set& found) {
+    void add_children(Node node, const Step& step, Set& found) {
         conditions_.children(
             node, step,
-            [&](const Node& child) {
+            [&](Node child) {
                 found.push_back(child);
                 return Truth::kNo;
             },
@@ -236,11 +303,11 @@ private:
 
     Set descendants(const Set& set, const Step& step) {
         Set found;
-        if (Tree::kIndexed && step.usesPosition) {
-            for_each_inside(set, true, [&](const Node& node) { add_children(node, step, found); });
+        if (step.usesPosition) {
+            for_each_inside(set, true, [&](Node node) { add_children(node, step, found); });
             return ordered(std::move(found));
         }
-        for_each_inside(set, false, [&](const Node& node) {
+        for_each_inside(set, false, [&](Node node) {
             if (!tree_.matches(node, step.name)) return;
             const Truth holds = conditions_.all_hold(node, step);
             if (holds == Truth::kUnknown) unsure();
@@ -252,39 +319,15 @@ private:
     // Every node below those of the set once, in order, and perhaps themselves.
     template <typename Visit>
     void for_each_inside(const Set& set, bool themselves, Visit&& visit) {
-        if constexpr (Tree::kIndexed) {
-            Node done = 0;  // nodes before were visited
-            for (const Node top : set) {
-                const Node first = themselves ? top : top + 1;
-                for (Node node = std::max(first, done); node < tree_.end_of(top); ++node) {
-                    visit(node);
-                }
-                done = std::max(done, tree_.end_of(top));
-            }
-        } else {
-            for (const Node& top : set) walk(top, themselves, visit);
+        Node done = 0;  // nodes before were visited
+        for (const Node top : set) {
+            const Node first = themselves ? top : top + 1;
+            for (Node node = std::max(first, done); node < tree_.end_of(top); ++node) visit(node);
+            done = std::max(done, tree_.end_of(top));
         }
     }
 
-    template <typename Visit>
-    void walk(const Node& top, bool itself, Visit&& visit) {
-        if (itself) visit(top);
-        Node node;
-        if (!tree_.first_child(top, node)) return;
-        Node step;
-        for (;;) {
-            visit(node);
-            if (tree_.first_child(node, step)) {
-                node = std::move(step);
-                continue;
-            }
-            while (!tree_.next_sibling(node, step)) {
-                tree_.parent(node);
-                if (node == top) return;
-            }
-            node = std::move(step);
-        }
-    }
+    // --- results ---------------------------------------------------------------------------------
 
     void add_leaves(const Node& node, const Step& step) {
         if (step.axis == Axis::kAttribute) {
@@ -309,23 +352,22 @@ private:
         if (seen == Truth::kUnknown) unsure();
     }
 
-    void add_node(Node&& node) {
-        if (tree_.is_document(node)) {
-            UXXmlWrapperBase root;
-            Node child{};
-            if (tree_.first_child(node, child)) root = tree_.handle(child);
-            out_.items.push_back({std::move(root), UXSelectedKind::kDocument, 0});
-        } else if constexpr (Tree::kIndexed) {
-            out_.items.push_back({tree_.handle(node), UXSelectedKind::kElement, 0});
-        } else {
-            out_.items.push_back({std::move(node), UXSelectedKind::kElement, 0});
+    void add_node(const Node& node) {
+        UXSelected::Items::Item& item = out_.items.emplace_back();
+        if (!tree_.is_document(node)) {
+            item.node = tree_.handle(node);
+            return;
         }
+        Node root{};
+        if (tree_.first_child(node, kAnyName, root)) item.node = tree_.handle(root);
+        item.kind = UXSelectedKind::kDocument;
     }
 
     Tree& tree_;
     const UXSelection::Program& program_;
     Conditions<Tree> conditions_;
     UXSelected::Items& out_;
+    std::vector<std::optional<Node>> lastParents_;  // of each step
 };
 
 UXSelectOutcome run_program(const UXSelection::Program& program, const UXXmlWrapperBase& context,

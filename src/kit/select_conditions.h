@@ -85,14 +85,13 @@ public:
     template <typename Emit, typename Unsure>
     Truth children(const Node& node, const Step& step, Emit&& emit, Unsure&& unsure) {
         Node child{};
-        const bool any = tree_.first_child(node, child);
+        const bool any = tree_.first_child(node, step.name, child);
         if (step.usesLast || step.predicates.size() > kMostCounted) {
             return listed(step, listed_children(any, child, step), emit, unsure);
         }
         std::array<std::size_t, kMostCounted> counts{};
         Truth result = Truth::kNo;
-        for (bool more = any; more; more = tree_.next_sibling(child)) {
-            if (!tree_.matches(child, step.name)) continue;
+        for (bool more = any; more; more = tree_.next_sibling(child, step.name)) {
             const Truth fits = all_hold(child, step, counts);
             if (fits != Truth::kNo) {
                 const Truth seen = fits == Truth::kYes ? emit(child) : unsure();
@@ -124,10 +123,9 @@ public:
     Truth attributes(const Node& node, const Step& step, Emit&& emit, Unsure&& unsure) {
         if (tree_.is_document(node)) return Truth::kNo;
         if (step.name != kAnyName) {
-            const std::string& name = program_.names[static_cast<std::size_t>(step.name)];
-            CStringUTF8 scratch;
-            const auto value = attribute_of(tree_.handle(node), name, scratch);
+            const auto value = tree_.attribute(node, step.name);
             if (!value) return Truth::kNo;
+            const std::string& name = program_.names[static_cast<std::size_t>(step.name)];
             return leaves(step, {{name, std::string(*value)}}, emit, unsure);
         }
         return leaves(step, attributes_of(tree_.handle(node)), emit, unsure);
@@ -181,8 +179,8 @@ private:
 
     std::vector<Node> listed_children(bool any, Node child, const Step& step) {
         std::vector<Node> list;
-        for (bool more = any; more; more = tree_.next_sibling(child)) {
-            if (tree_.matches(child, step.name)) list.push_back(child);
+        for (bool more = any; more; more = tree_.next_sibling(child, step.name)) {
+            list.push_back(child);
         }
         return list;
     }
@@ -382,49 +380,58 @@ private:
         std::vector<Hits> hits;
     };
 
-    // The node where the part of a path begins that goes down, and its first step; false when there
+    // The node where the part of a path begins that goes down, and its first step; none when there
     // is no such node.
-    bool start_of(const Path& path, const NodeFocus& focus, Node& start, std::size_t& step) {
-        start = path.absolute ? tree_.document() : *focus.node;
-        for (step = 0; step < path.steps.size(); ++step) {
-            const Axis axis = path.steps[step].axis;
-            if (axis == Axis::kParent && !tree_.parent(start)) return false;
-            if (axis != Axis::kParent && axis != Axis::kSelf) break;
+    struct Start {
+        Start(const Path& path, const NodeFocus& focus, Tree& tree) {
+            node = focus.node;
+            if (path.absolute) {
+                made = tree.document();
+                node = &made;
+            }
+            for (; step < path.steps.size(); ++step) {
+                const Axis axis = path.steps[step].axis;
+                if (axis != Axis::kParent && axis != Axis::kSelf) return;
+                if (axis == Axis::kSelf) continue;
+                if (node != &made) made = *node;
+                node = tree.parent(made) ? &made : nullptr;
+                if (node == nullptr) return;
+            }
         }
-        return true;
-    }
+        const Node* node = nullptr;
+        std::size_t step = 0;
+        Node made{};
+    };
 
     // Runs ask, which fills an answer for the node where the path begins, unless it is known.
     template <typename Ask>
     Answer asked(const Path& path, const NodeFocus& focus, Ask&& ask) {
-        Node start{};
-        std::size_t step = 0;
+        const Start start(path, focus, tree_);
         Answer answer;
-        if (!start_of(path, focus, start, step)) {
+        if (start.node == nullptr) {
             answer.count = 0;
             return answer;
         }
         if constexpr (Tree::kIndexed) {
             if (path.isShared) {
                 auto& answers = remembered_[path.site].answers;
-                const auto known = answers.find(start);
+                const auto known = answers.find(*start.node);
                 if (known != answers.end()) return known->second;
-                ask(start, step, answer);
-                answers.emplace(start, answer);
+                ask(*start.node, start.step, answer);
+                answers.emplace(*start.node, answer);
                 return answer;
             }
         }
-        ask(start, step, answer);
+        ask(*start.node, start.step, answer);
         return answer;
     }
 
     Truth search(const Path& path, const NodeFocus& focus, Visitor<Node>& visitor) {
         if (focus.leaf != nullptr) return visitor.leaf(*focus.leaf);  // "." is all there is
         if (!path.isShared) {
-            Node start{};
-            std::size_t step = 0;
-            return start_of(path, focus, start, step) ? reach(path, step, start, visitor)
-                                                      : Truth::kNo;
+            const Start start(path, focus, tree_);
+            return start.node == nullptr ? Truth::kNo
+                                         : reach(path, start.step, *start.node, visitor);
         }
         return asked(path, focus,
                      [&](const Node& start, std::size_t step, Answer& answer) {
@@ -462,9 +469,7 @@ private:
                            Unsure&& unsure) {
         if (step.name != kAnyName && step.predicates.empty()) {  // without copies
             if (tree_.is_document(node)) return Truth::kNo;
-            const auto value = attribute_of(tree_.handle(node),
-                                            program_.names[static_cast<std::size_t>(step.name)],
-                                            attributeScratch_);
+            const auto value = tree_.attribute(node, step.name);
             return value ? visitor.leaf(*value) : Truth::kNo;
         }
         return attributes(
@@ -697,7 +702,6 @@ private:
     std::vector<Remembered> remembered_;
     UXXmlWrapperBase mixed_;
     CStringUTF8 scratch_;
-    CStringUTF8 attributeScratch_;
 };
 
 }  // namespace uxkit

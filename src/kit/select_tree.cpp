@@ -8,23 +8,11 @@
 
 namespace uxkit {
 
-bool has_tag(const UXXmlWrapperBase& node, const std::string& tag, CStringUTF8& scratch) {
-    return node.GetTagName(scratch) != 0 && ux::view_of(scratch) == tag;
-}
-
-std::optional<std::string_view> attribute_of(const UXXmlWrapperBase& node, const std::string& name,
-                                             CStringUTF8& scratch) {
-    if (node.GetPropertyValue(name.c_str(), scratch, 0) == 0) return std::nullopt;
-    return ux::view_of(scratch);
-}
-
-std::string_view own_text(const UXXmlWrapperBase& node, CStringUTF8& scratch) {
-    node.GetNodeStringWithBlobInfo(scratch, 0);
-    return ux::view_of(scratch);
-}
-
-bool is_branch(const UXXmlWrapperBase& node) {
-    return node.GetNodeCount() > 0;
+Keys keys_of(const Names& names) {
+    Keys keys;
+    keys.reserve(names.size());
+    for (const std::string& name : names) keys.emplace_back(name.c_str());
+    return keys;
 }
 
 std::vector<NamedText> attributes_of(const UXXmlWrapperBase& node) {
@@ -47,47 +35,42 @@ UXXmlWrapperBase root_of(const UXXmlWrapperBase& node) {
 }
 
 IndexTree::IndexTree(const Names& names, const UXXmlWrapperBase& context, bool whole)
-    : names_(names) {
+    : names_(names), keys_(keys_of(names)) {
     for (std::size_t i = 0; i < names.size(); ++i) numbers_.emplace(names[i], static_cast<int>(i));
     const UXXmlWrapperBase top = whole ? root_of(context) : context;
     entries_.emplace_back();
-    entries_[0].handle = top;
-    add(top, 0);
-    UXXmlWrapperBase node = top;
-    Node last = 1;  // the number of node
-    UXXmlWrapperBase next;
-    for (;;) {
-        if (whole && node == context) context_ = last;
-        if (node.FirstChild(&next) != 0) {
-            node = std::move(next);
-            add(node, last);
+    handles_.push_back(top);
+    handles_.push_back(top);
+    describe(0);
+    for (Node last = 1;;) {
+        if (whole && handles_[last] == context) context_ = last;
+        UXXmlWrapperBase& next = handles_.emplace_back();
+        if (uxkit::is_branch(handles_[last]) && handles_[last].FirstChild(&next) != 0) {
+            describe(last);
         } else {
             // The branch of a node ends where the next one that is not in it begins.
-            while (last != 1 && entries_[last].handle.NextSibling(&next) == 0) {
+            while (last != 1 && handles_[last].NextSibling(&next) == 0) {
                 entries_[last].end = end();
                 last = entries_[last].parent;
             }
             entries_[last].end = end();
             if (last == 1) break;
-            node = std::move(next);
-            add(node, entries_[last].parent);
+            describe(entries_[last].parent);
         }
         last = end() - 1;
     }
+    handles_.pop_back();
     entries_[0].end = end();
 }
 
-void IndexTree::add(const UXXmlWrapperBase& node, Node parent) {
+// The node whose handle came last.
+void IndexTree::describe(Node parent) {
     if (entries_.size() >= std::numeric_limits<Node>::max()) throw std::length_error("nodes");
-    Entry& entry = entries_.emplace_back();
-    entry.handle = node;
-    entry.parent = parent;
-    entry.name = name_of(node);
+    entries_.push_back({parent, 0, name_of(handles_[entries_.size()])});
 }
 
 int IndexTree::name_of(const UXXmlWrapperBase& node) {
-    node.GetTagName(tag_);
-    const std::string_view tag = ux::view_of(tag_);
+    const std::string_view tag = tag_of(node);
     constexpr std::size_t kFew = 4;
     if (names_.size() <= kFew) {
         const auto found = std::find(names_.begin(), names_.end(), tag);

@@ -13,6 +13,7 @@
 #include "uxtree/host/node.h"
 
 #include "base/text_view.h"
+#include "kit/blocks.h"
 #include "kit/select_program.h"
 
 namespace uxkit {
@@ -31,12 +32,30 @@ struct Text {
 // Thrown where a question needs the text of whole branches and the tree is not indexed.
 struct NeedsIndex {};
 
+// Names as keys, for one run.
+using Keys = std::vector<UXNameKey>;
+Keys keys_of(const Names& names);
+
 // What the host says of one element.
-bool has_tag(const UXXmlWrapperBase& node, const std::string& tag, CStringUTF8& scratch);
-std::optional<std::string_view> attribute_of(const UXXmlWrapperBase& node, const std::string& name,
-                                             CStringUTF8& scratch);
-std::string_view own_text(const UXXmlWrapperBase& node, CStringUTF8& scratch);
-bool is_branch(const UXXmlWrapperBase& node);
+inline std::string_view tag_of(const UXXmlWrapperBase& node) {
+    std::string_view tag;
+    node.GetTagView(tag);
+    return tag;
+}
+inline std::optional<std::string_view> attribute_of(const UXXmlWrapperBase& node,
+                                                    const UXNameKey& name) {
+    std::string_view value;
+    if (node.GetPropertyView(name, value) == 0) return std::nullopt;
+    return value;
+}
+inline std::string_view own_text(const UXXmlWrapperBase& node, CStringUTF8& scratch) {
+    std::string_view text;
+    node.NodeValueView(text, scratch);
+    return text;
+}
+inline bool is_branch(const UXXmlWrapperBase& node) {
+    return node.GetNodeCount() > 0;
+}
 // The attributes that are no declarations of namespaces.
 struct NamedText {
     std::string name;
@@ -52,27 +71,36 @@ public:
     static constexpr bool kIndexed = false;
 
     HandleTree(const Names& names, const UXXmlWrapperBase& context)
-        : names_(names), context_(context) {}
+        : keys_(keys_of(names)), context_(context) {}
 
     Node document() const { return {}; }
     const Node& context() const { return context_; }
-    UXXmlWrapperBase handle(const Node& node) const { return node; }
+    static const UXXmlWrapperBase& handle(const Node& node) { return node; }
     static bool is_document(const Node& node) { return node.IsNodeValid() == 0; }
 
-    bool first_child(const Node& node, Node& out) {
-        if (!is_document(node)) return node.FirstChild(&out) != 0;
-        out = root();
-        return true;
+    // The first child of a name, and the next one behind a child.
+    bool first_child(const Node& node, int name, Node& out) {
+        if (is_document(node)) {
+            out = root();
+            return matches(out, name);
+        }
+        return (name == kAnyName ? node.FirstChild(&out) : node.FindChild(key(name), &out)) != 0;
     }
-    bool next_sibling(Node& node) const { return next_sibling(node, node); }
-    bool next_sibling(const Node& node, Node& out) const { return node.NextSibling(&out) != 0; }
+    bool next_sibling(Node& node, int name) const {
+        return (name == kAnyName ? node.NextSibling(&node) : node.NextSibling(key(name), &node)) !=
+               0;
+    }
+    // The next node of a name below top, in order.
+    bool next_below(const Node& top, int name, Node& node) const {
+        return node.NextBelow(top, name == kAnyName ? nullptr : &key(name), &node) != 0;
+    }
     bool parent(Node& node) const {
         if (is_document(node)) return false;
         node.GetParent(&node);  // the root's is the document
         return true;
     }
-    bool matches(const Node& node, int name) {
-        return name == kAnyName || has_tag(node, names_[static_cast<std::size_t>(name)], tag_);
+    std::optional<std::string_view> attribute(const Node& node, int name) const {
+        return attribute_of(node, key(name));
     }
     bool is_branch(const Node& node) const { return uxkit::is_branch(node); }
     std::string_view own_text(const Node& node, CStringUTF8& scratch) const {
@@ -84,15 +112,18 @@ public:
     }
 
 private:
+    const UXNameKey& key(int name) const { return keys_[static_cast<std::size_t>(name)]; }
+    bool matches(const Node& node, int name) const {
+        return name == kAnyName || tag_of(node) == key(name).text();
+    }
     const UXXmlWrapperBase& root() {
         if (root_.IsNodeValid() == 0) root_ = root_of(context_);
         return root_;
     }
 
-    const Names& names_;
+    Keys keys_;
     UXXmlWrapperBase context_;
     UXXmlWrapperBase root_;
-    CStringUTF8 tag_;
 };
 
 // Nodes are numbers in the order of the document; the document itself is 0, and the first element
@@ -110,17 +141,19 @@ public:
     Node end() const { return static_cast<Node>(entries_.size()); }
     // One behind the last node in the branch of a node.
     Node end_of(Node node) const { return entries_[node].end; }
-    const UXXmlWrapperBase& handle(Node node) const { return entries_[node].handle; }
+    const UXXmlWrapperBase& handle(Node node) const { return handles_[node]; }
     static bool is_document(Node node) { return node == 0; }
 
-    bool first_child(Node node, Node& out) const {
+    bool first_child(Node node, int name, Node& out) const {
         out = node + 1;
-        return entries_[node].end > out;
+        return entries_[node].end > out && (matches(out, name) || next_sibling(out, name));
     }
-    bool next_sibling(Node& node) const {
-        if (node == 0 || entries_[node].end >= entries_[entries_[node].parent].end) return false;
-        node = entries_[node].end;
-        return true;
+    bool next_sibling(Node& node, int name) const {
+        const Node behind = entries_[entries_[node].parent].end;
+        do {
+            node = entries_[node].end;
+        } while (node < behind && !matches(node, name));
+        return node < behind;
     }
     bool parent(Node& node) const {
         if (node == 0) return false;
@@ -130,9 +163,12 @@ public:
     bool matches(Node node, int name) const {
         return name == kAnyName ? node != 0 : entries_[node].name == name;
     }
+    std::optional<std::string_view> attribute(Node node, int name) const {
+        return attribute_of(handles_[node], keys_[static_cast<std::size_t>(name)]);
+    }
     bool is_branch(Node node) const { return entries_[node].end > node + 1; }
     std::string_view own_text(Node node, CStringUTF8& scratch) const {
-        return node == 0 ? std::string_view() : uxkit::own_text(entries_[node].handle, scratch);
+        return node == 0 ? std::string_view() : uxkit::own_text(handles_[node], scratch);
     }
     Text string_value(Node node, CStringUTF8& scratch);
     // Does the text stand in that of a branch? site numbers the questions.
@@ -140,20 +176,20 @@ public:
 
 private:
     struct Entry {
-        UXXmlWrapperBase handle;
         Node parent = 0;
         Node end = 0;
         int name = kOtherName;
     };
 
-    void add(const UXXmlWrapperBase& node, Node parent);
     int name_of(const UXXmlWrapperBase& node);
+    void describe(Node parent);
     void read_texts();
 
     const Names& names_;
+    Keys keys_;
     std::unordered_map<std::string_view, int> numbers_;
-    CStringUTF8 tag_;
     std::vector<Entry> entries_;
+    Blocks<UXXmlWrapperBase> handles_;
     Node context_ = 1;
     // All texts, one behind the other, and where that of each node begins.
     bool textsAreRead_ = false;
