@@ -2,6 +2,7 @@
 #include "uxtree/tree/structure.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -51,13 +52,14 @@ std::vector<UXXmlWrapperBase> children_with_prefix(const UXXmlWrapperBase& paren
     return matching;
 }
 
+// -1 when none of them has an ID. All may lie below that.
 int largest_id(const std::vector<UXXmlWrapperBase>& nodes) {
-    int largest = -1;
+    std::optional<int> largest;
     for (const UXXmlWrapperBase& node : nodes) {
-        int id = -1;
-        if (node.GetID(id)) largest = std::max(largest, id);
+        int id = 0;
+        if (node.GetID(id)) largest = std::max(largest.value_or(id), id);
     }
-    return largest;
+    return largest.value_or(-1);
 }
 
 // ---- stripping --------------------------------------------------------------------------------
@@ -219,7 +221,8 @@ int uxtree_append_children(UXXmlWrapperBase* target, UXXmlWrapperBase* source,
         if (!usable(target) || !usable(source)) return kFail;
         const char* prefix = text_or(tagPrefix, "");
         // Intended: without a matching child in target, identifiers start at 0, which is given to
-        // no copy; the copies then keep their own and the result is 0.
+        // no copy; the copies then keep their own and the result is 0. So it is with identifiers
+        // that would start below 0.
         int id = wrapping_sum(largest_id(children_with_prefix(*target, prefix)), 1);
         UXXmlWrapperBase place = *target;
         for (UXXmlWrapperBase& child : children_with_prefix(*source, prefix)) {

@@ -1,5 +1,6 @@
 // Edits of thousands of random trees, compared with plain recursive definitions of them.
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -258,11 +259,11 @@ int append(Node& target, const Node& source, const std::string& prefix) {
     const auto matches = [&](const Node& child) {
         return same_text(child.tag.substr(0, prefix.size()), prefix, false);
     };
-    int largest = -1;
+    std::optional<int> largest;
     for (const Node& child : target.children) {
-        if (matches(child)) largest = std::max(largest, child.id.value_or(-1));
+        if (matches(child) && child.id) largest = std::max(largest.value_or(*child.id), *child.id);
     }
-    int next = largest + 1;
+    int next = largest.value_or(-1) + 1;
     for (const Node& child : source.children) {
         if (!matches(child)) continue;
         target.children.push_back(child);

@@ -118,6 +118,18 @@ TEST(uxtree_append_children, AnIdOfZeroStartsAtOne) {
     EXPECT_EQ(target.text(), tree_text("<t><a _ux_id='0'/><b _ux_id='1'/><c _ux_id='2'/></t>"));
 }
 
+TEST(uxtree_append_children, IdsBelowMinusOneHaveALargestOneToo) {
+    TestTree target("<t><a _ux_id='-5'/><a _ux_id='-9'/><a/></t>");
+    TestTree source("<s><b _ux_id='3'/><c/></s>");
+    UXXmlWrapperBase to = target.root();
+    UXXmlWrapperBase from = source.root();
+
+    EXPECT_EQ(uxtree_append_children(&to, &from, nullptr), -4);
+
+    EXPECT_EQ(target.text(),
+              tree_text("<t><a _ux_id='-5'/><a _ux_id='-9'/><a/><b _ux_id='3'/><c/></t>"));
+}
+
 TEST(uxtree_append_children, TheSourceMayBeTheTarget) {
     TestTree tree("<r><a _ux_id='1'/><b/></r>");
     UXXmlWrapperBase root = tree.root();

@@ -80,9 +80,10 @@ UXTREE_API bool uxtree_sort_children_by_int_attribute(UX_EDITS UXXmlWrapperBase*
                                                       UX_IN const char* attrName, int ascending)
     UX_RETURNS(done, not_done = 0);
 // Appends copies of the children of source whose tags begin with the prefix, in any case (null or
-// empty: all). They get the IDs that follow the largest one among such children of target; when
-// these have none, the copies keep their own IDs, and the result is 0. Returns the next free ID; 0
-// for an unusable node.
+// empty: all). They get the IDs that follow the largest one among such children of target. When
+// these have none, the copies keep their own IDs, and the result is 0; when the next ID would be
+// below 0, they keep them too, and it is the result. Otherwise returns the next free ID; 0 for an
+// unusable node.
 UXTREE_API int uxtree_append_children(UX_EDITS UXXmlWrapperBase* target,
                                       UX_IN UXXmlWrapperBase* source, UX_OPT const char* tagPrefix)
     UX_RETURNS(count, unusable = 0);
