@@ -89,17 +89,21 @@ void renumber_in_place(UXXmlWrapperBase& rangeTree) {
 }
 
 void rebuild_numbered(UXXmlWrapperBase& rangeTree) {
-    UXXmlWrapperBase old;
-    if (!rangeTree.Clone(&old, 1)) return;
-    rangeTree.RemoveAllChildren();
+    // Beside the tree, which takes it only when it is whole.
+    UXXmlWrapperBase rebuilt;
+    if (!rangeTree.Clone(&rebuilt, 1)) return;
+    rebuilt.RemoveAllChildren();
     int number = 0;
-    for (UXXmlWrapperBase& source : children(old)) {
-        source.SetLabel(range_label(++number));
-        UXXmlWrapperBase range;  // the tree was emptied, so no child has this tag yet
-        if (!rangeTree.AddNode(&range, numbered(kRangeTag, number), -1)) return;
-        range.Replace(&source, 0, 0, 0);
+    for (UXXmlWrapperBase& source : children(rangeTree)) {
+        UXXmlWrapperBase range;  // the copy was emptied, so no child has this tag yet
+        if (!rebuilt.AddNode(&range, numbered(kRangeTag, ++number), -1) ||
+            !range.Replace(&source, 0, 0, 0)) {
+            return;
+        }
+        range.SetLabel(range_label(number));
         set_next_repeat_id(range);
     }
+    rangeTree.Replace(&rebuilt, 0, 0, 0);
 }
 
 const char* third_slot_tag(int rangeType) {

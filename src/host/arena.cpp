@@ -81,6 +81,7 @@ Ref ByteArena::pop(std::size_t units) {
 }
 
 Ref ByteArena::allocate_short(std::size_t units) {
+    if constexpr (kTight) short_.nextChunkBytes = units << 3;
     open_chunk(short_);
     return short_.take(units);
 }

@@ -13,6 +13,13 @@ namespace uxhost {
 
 using Ref = std::uint32_t;  // 0 is none
 
+// A store that asks for memory at every step, for tests of what happens when there is none.
+#ifdef UXTREE_TIGHT_STORE
+inline constexpr bool kTight = true;
+#else
+inline constexpr bool kTight = false;
+#endif
+
 inline constexpr std::size_t kFirstChunkBytes = std::size_t{1} << 11;
 inline constexpr std::size_t kFullChunkBytes = std::size_t{1} << 21;
 
@@ -53,6 +60,7 @@ public:
     // New memory for several blocks of at most kShortBytes that follow each other, in units of 8
     // bytes, at most kRunUnits in all. Each block is released by itself.
     Ref take_run(std::size_t units) {
+        if constexpr (kTight) short_.nextChunkBytes = units << 3;
         while (units > short_.unitsLeft) open_chunk(short_);
         return short_.take(units);
     }
@@ -197,7 +205,7 @@ private:
         chunks_.push_back(std::move(chunk));
         next_ = static_cast<Ref>(chunks_.size() - 1) << kSlotBits;
         slotsLeft_ = nextChunkBytes_ / sizeof(Slot);
-        nextChunkBytes_ = std::min(nextChunkBytes_ * 8, kFullChunkBytes);
+        nextChunkBytes_ = kTight ? sizeof(Slot) : std::min(nextChunkBytes_ * 8, kFullChunkBytes);
         if (next_ == 0) {  // number 0 means none
             ++next_;
             --slotsLeft_;
@@ -210,7 +218,7 @@ private:
     std::size_t freeCount_ = 0;
     Ref next_ = 0;
     std::size_t slotsLeft_ = 0;
-    std::size_t nextChunkBytes_ = kFirstChunkBytes;
+    std::size_t nextChunkBytes_ = kTight ? 2 * sizeof(Slot) : kFirstChunkBytes;
     std::size_t chunkBytes_ = 0;
 };
 

@@ -1,6 +1,7 @@
 // What the parts of the node handle share.
 #pragma once
 
+#include <new>
 #include <string_view>
 
 #include "uxtree/host/node.h"
@@ -63,11 +64,14 @@ inline Element* live(const UXXmlWrapperBase& node) {
 // Makes the handle refer to the element; a null element releases it. Yields the handle's validity.
 int bind(UXXmlWrapperBase& node, Document* document, Element* element) noexcept;
 
-// Operations report failures as 0; shortage of memory is one of them.
+// Operations report failures as 0. A shortage of memory alone passes, with the tree as it was: it
+// is no answer about the tree, and who is far enough up to know what to do about it has a guard.
 template <typename Body>
-int guarded(Body&& body) noexcept {
+int guarded(Body&& body) {
     try {
         return body();
+    } catch (const std::bad_alloc&) {
+        throw;
     } catch (...) {
         return 0;
     }

@@ -105,12 +105,10 @@ int UXXmlWrapperBase::Save(const char* path, int /*unused*/) const {
 int UXXmlWrapperBase::GetString(CStringUTF8& out, int /*unused*/) const {
     const Element* element = live(*this);
     if (element == nullptr) return 0;
-    try {
+    return uxhost::guarded([&] {
         uxhost::serialise(*document_of(*this), *element, out);
         return 1;
-    } catch (...) {
-        return 0;
-    }
+    });
 }
 
 CStringUTF8 UXGetLastLoadError() {

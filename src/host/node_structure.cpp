@@ -60,6 +60,23 @@ std::vector<CStringUTF8> path_steps(const char* path) {
     return steps;
 }
 
+// Nodes that one operation creates below each other; they go again unless it comes to its end.
+class NewBranch {
+public:
+    NewBranch() = default;
+    ~NewBranch() { top_.RemoveNode(); }
+    NewBranch(const NewBranch&) = delete;
+    NewBranch& operator=(const NewBranch&) = delete;
+    void starts_at(const UXXmlWrapperBase& node) {
+        if (!exists()) top_ = node;
+    }
+    bool exists() const { return top_.IsNodeValid() != 0; }
+    void keep() { top_.ReleaseNode(); }
+
+private:
+    UXXmlWrapperBase top_;
+};
+
 // Each number from 0 to below count stands in order once.
 bool is_permutation(const CArray<int, int>& order, std::uint32_t count) {
     if (static_cast<std::uint32_t>(order.GetSize()) != count) return false;
@@ -306,15 +323,18 @@ int UXXmlWrapperBase::FindCreateNode(const char* path, UXXmlWrapperBase* out, in
     if (out == nullptr) return 0;
     const int found = live(*this) == nullptr ? 0 : guarded([&] {
         UXXmlWrapperBase node(*this);
-        bool created = false;
+        NewBranch made;
         for (const CStringUTF8& tag : path_steps(path)) {
             UXXmlWrapperBase child;
-            created = node.FindChild(tag, &child, 1) == 0;
-            if (created && !node.AddNode(&child, tag, id)) return 0;
+            if (node.FindChild(tag, &child, 1) == 0) {
+                if (!node.AddNode(&child, tag, id)) return 0;
+                made.starts_at(child);
+            }
             node = std::move(child);
         }
         if (node == *this) return 0;
-        if (created && text != nullptr) node.SetString(text);
+        if (made.exists() && text != nullptr) node.SetString(text);
+        made.keep();
         *out = std::move(node);
         return 1;
     });

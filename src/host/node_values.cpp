@@ -247,18 +247,20 @@ int UXXmlWrapperBase::LoadXDEArraySize(int* size) const {
 }
 
 int UXXmlWrapperBase::SaveXDEArraySize(int size) {
+    const int done =
+        size < 1 ? RemoveAttr(kSizeAttribute, 0) : SetPropertyValue(kSizeAttribute, size);
     RemoveAttr("DimLens", 0);
-    return size < 1 ? RemoveAttr(kSizeAttribute, 0) : SetPropertyValue(kSizeAttribute, size);
+    return done;
 }
 
 int UXXmlWrapperBase::SaveXDE2DArraySize(int rows, int cols) {
-    RemoveAttr("DimLens", 0);
-    if (rows < 1 || cols < 1) return RemoveAttr(kSizeAttribute, 0);
-    return guarded([&] {
+    const int done = rows < 1 || cols < 1 ? RemoveAttr(kSizeAttribute, 0) : guarded([&] {
         CStringUTF8 text;
         text.Format("%d|%d", rows, cols);
         return SetPropertyValue(kSizeAttribute, text);
     });
+    RemoveAttr("DimLens", 0);
+    return done;
 }
 
 int UXXmlWrapperBase::GetNodeStringWithBlobInfo(CStringUTF8& out, DWORD /*unused*/) const {

@@ -209,7 +209,10 @@ int uxtree_move_node(UXXmlWrapperBase* tree, int fromIndex, int toIndex, unsigne
         if (!usable(added)) return kFail;
         // Intended: the node is replaced by a copy, so handles to it become invalid, and one that
         // is moved into its own branch is lost with that branch.
-        added.Replace(&source, 1, 0, 0);
+        if (!added.Replace(&source, 1, 0, 0)) {
+            added.RemoveNode();
+            return kFail;
+        }
         source.RemoveNode();
         return kOk;
     });

@@ -43,8 +43,8 @@ private:
 
 class UnderThrowingServices : public Probe {
 public:
-    void before() override { services_.emplace(); }
-    void after() override {
+    void before_call() override { services_.emplace(); }
+    void after_call() override {
         threw = services_->threw();
         services_.reset();
     }
@@ -76,7 +76,7 @@ TEST_P(Services, ThatThrowMakeTheCallFail) {
         try {
             call.probe(probe);
         } catch (...) {
-            probe.after();
+            probe.after_call();
             ADD_FAILURE() << "an exception left the library";
         }
     }

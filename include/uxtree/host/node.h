@@ -34,6 +34,9 @@ struct UXNodeAccess;  // each host defines it in its own sources, to reach the s
 // writes it into its output handle, which becomes invalid on failure; the output may be the called
 // handle itself. Arguments named unused are accepted and have no meaning.
 //
+// When memory runs out, an operation throws std::bad_alloc, having changed nothing; it throws nothing
+// else. Loading and saving yield 0 instead and say why.
+//
 // A document and its handles belong to one thread at a time.
 class UXHOST_API UXXmlWrapperBase : public UXScriptObject {
 public:
@@ -189,7 +192,7 @@ public:
     // Child i, from 0, gets the content (tag, attributes, ID, text, children) that child order[i]
     // has before; order holds each number from 0 to below GetNodeCount once. The children keep
     // identity and place. A handle into a branch whose content moved becomes invalid, while a child
-    // that keeps its content keeps its branch. 0 for any other order, and when memory runs out.
+    // that keeps its content keeps its branch. 0 for any other order.
     int ArrangeChildContents(const CArray<int, int>& order);
     // Removes the element with its branch; the handle becomes invalid.
     int RemoveNode();

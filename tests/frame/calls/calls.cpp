@@ -188,7 +188,9 @@ void Call::probe(Probe& probe) const {
     std::vector<const Trial*> chosen;
     for (const Trials& trials : all) chosen.push_back(&trials.front());
     Scene scene(row_.tree);
-    const Outcome result = invoke_(make(chosen, scene).data(), &probe);
+    const std::vector<const void*> arguments = make(chosen, scene);
+    probe.prepare(scene);
+    const Outcome result = invoke_(arguments.data(), &probe);
     probe.done(scene, result, row_);
 }
 

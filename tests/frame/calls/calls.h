@@ -383,12 +383,13 @@ Texts texts_of(const Argument& argument) {
 
 // --- calls ------------------------------------------------------------------------------------
 
-// Looks at a call: before() and after() stand right around the call alone.
+// Looks at a call: before_call() and after_call() stand right around the call alone.
 class Probe {
 public:
     virtual ~Probe() = default;
-    virtual void before() = 0;
-    virtual void after() = 0;
+    virtual void prepare(const Scene& /*scene*/) {}
+    virtual void before_call() = 0;
+    virtual void after_call() = 0;
     virtual void done(const Scene& scene, const Outcome& result, const Row& row) = 0;
 };
 
@@ -453,14 +454,14 @@ private:
     template <typename Result, typename... Params, std::size_t... I>
     static Call::Invoke invoker(Result (*entry)(Params...), std::index_sequence<I...>) {
         return [entry]([[maybe_unused]] const void* const* arguments, Probe* probe) -> Outcome {
-            if (probe != nullptr) probe->before();
+            if (probe != nullptr) probe->before_call();
             if constexpr (std::is_void_v<Result>) {
                 entry(argument_at<Params>(arguments[I])...);
-                if (probe != nullptr) probe->after();
+                if (probe != nullptr) probe->after_call();
                 return {};
             } else {
                 const Result result = entry(argument_at<Params>(arguments[I])...);
-                if (probe != nullptr) probe->after();
+                if (probe != nullptr) probe->after_call();
                 return result;
             }
         };

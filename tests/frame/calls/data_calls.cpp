@@ -53,7 +53,7 @@ void add_value_rows(Sweep& sweep) {
     sweep.add(UX_ENTRY(vctree_set_values_by_nodeids), byNodeId, node(), ints({4}), strings({"x"}));
     sweep.add(UX_ENTRY(uxtree_set_values_by_nodeids), byNodeId, node(), ints({4}), strings({"x"}));
     sweep.add(UX_ENTRY(VCTreeGetValues), {.good = 0, .bad = 0}, node(), strings(), false);
-    sweep.add(UX_ENTRY(uxtree_get_values), {.good = 0, .bad = 0}, node(),
+    sweep.add(UX_ENTRY(uxtree_get_values), {.good = 0, .bad = 0, .shortage = {-1}}, node(),
               strings().null(-1).wrong_type(-1), false);
     sweep.add(UX_ENTRY(uxtree_clear_all_value), {}, node());
     sweep.add(UX_ENTRY(uxtree_recursively_replace_values), {}, node(), text("1").optional(),

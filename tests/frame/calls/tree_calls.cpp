@@ -12,8 +12,9 @@ int get_attributes(UXXmlWrapperBase* tree, CWBOStringArray* out, const char* nam
 void add_attribute_rows(Sweep& sweep) {
     const Row done{.good = 1, .bad = 0};
     const Row counted{.good = 1, .bad = -1};
-    const Row moved{.good = 1, .bad = -1, .shortage = {0}};
+    const Row moved{.good = 1, .bad = -1};
     const Row always{.good = 0, .bad = 0};
+    const Row scripted{.good = 0, .bad = 0, .shortage = {-1}};
     const Row nothing{};
 
     // Without a list the values are written instead of collected.
@@ -32,8 +33,7 @@ void add_attribute_rows(Sweep& sweep) {
     sweep.add(UX_ENTRY(uxtree_remove_attribute), counted, node(), text("n"), 1);
     sweep.add(UX_ENTRY(uxtree_store_attribute), moved, node(), text("n"));
     sweep.add(UX_ENTRY(uxtree_restore_attribute),
-              {.good = 1, .bad = -1, .tree = "<r><a StorePrefixn='5'/></r>", .shortage = {0}},
-              node(), text("n"));
+              {.good = 1, .bad = -1, .tree = "<r><a StorePrefixn='5'/></r>"}, node(), text("n"));
     sweep.add(UX_ENTRY(uxtree_node_copy_attribute), done, node("a"), other("b"), text("n"));
     sweep.add(UX_ENTRY(uxtree_copy_atts), {.good = 4, .bad = -1}, node(), other(), text("Label"),
               0);
@@ -47,15 +47,15 @@ void add_attribute_rows(Sweep& sweep) {
     sweep.add(UX_ENTRY(uxtree_count_items_by_attribute), counted, node(), text("Label").optional(2),
               text("A").optional(2), 0, 0);
     sweep.add(UX_ENTRY(uxtree_all_nodes_has_attrib), done, node(), text("DataID"));
-    sweep.add(UX_ENTRY(uxtree_attribute_values), always, node(), text("n"), 5,
+    sweep.add(UX_ENTRY(uxtree_attribute_values), scripted, node(), text("n"), 5,
               ints().optional().wrong_type(-1), 0);
-    sweep.add(UX_ENTRY(uxtree_get_attributes), always, node(), strings().null(-1).wrong_type(-1),
+    sweep.add(UX_ENTRY(uxtree_get_attributes), scripted, node(), strings().null(-1).wrong_type(-1),
               text("n"), 1);
     sweep.add(UX_ENTRY(uxtree_set_attributes),
               {.good = 1, .bad = 0, .tree = "<r><b><c/></b><a DataID='11'/></r>"}, node(),
               ints({11}), text("v").optional(), text("x").optional(), text("DataID").optional(),
               true);
-    sweep.add(UX_ENTRY(uxtree_get_node_names), always, node(), strings().null(-1).wrong_type(-1),
+    sweep.add(UX_ENTRY(uxtree_get_node_names), scripted, node(), strings().null(-1).wrong_type(-1),
               1);
 }
 
@@ -63,7 +63,7 @@ void add_structure_rows(Sweep& sweep) {
     const Row done{.good = 1, .bad = 0};
     const Row counted{.good = 1, .bad = -1};
     const Row two{.good = 2, .bad = -1};
-    const Row copied{.good = 2, .bad = -1, .shortage = {-2}};
+    const Row copied{.good = 2, .bad = -1};
 
     sweep.add(UX_ENTRY(VCTreeCopyWithSkipping), copied, other("a"), node(),
               strings({"none"}).optional(), DWORD{0});
@@ -82,8 +82,8 @@ void add_structure_rows(Sweep& sweep) {
     sweep.add(UX_ENTRY(uxtree_sort_children_by_int_attribute),
               {.good = 1, .bad = 0, .tree = "<r><a n='2'/><b n='1'/></r>"}, node(), text("n"), 1);
     sweep.add(UX_ENTRY(uxtree_append_children),
-              {.good = 6, .bad = 0, .tree = "<r><a _ux_id='4'/></r>", .shortage = {5}}, node(),
-              other(), text("a").optional());
+              {.good = 6, .bad = 0, .tree = "<r><a _ux_id='4'/></r>"}, node(), other(),
+              text("a").optional());
     sweep.add(UX_ENTRY(uxtree_filter), counted, node(), 12, 1, 13, strings({"2"}), 1, 13,
               strings());
     sweep.add(UX_ENTRY(uxtree_filter_by_attrib_find), done, node(), 12, text("Label"), text("x"), 0,

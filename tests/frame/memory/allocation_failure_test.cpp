@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <new>
+#include <set>
 
 #include "frame/calls/calls.h"
 
@@ -88,34 +89,106 @@ void expect_sound(UXXmlWrapperBase root) {
     EXPECT_EQ(to_text(root), text);
 }
 
+// What a call gave and left.
+struct Aftermath {
+    std::string result, trees, outputs;
+    bool operator==(const Aftermath& other) const {
+        return result == other.result && trees == other.trees && outputs == other.outputs;
+    }
+};
+
+// The texts in a tree: values of elements and of attributes.
+std::set<std::string> contents(const UXXmlWrapperBase& top) {
+    std::set<std::string> all;
+    if (!top.IsNodeValid()) return all;
+    std::vector<UXXmlWrapperBase> waiting{top};
+    while (!waiting.empty()) {
+        UXXmlWrapperBase node = waiting.back();
+        waiting.pop_back();
+        CStringUTF8 text;
+        if (node.NodeValue(text, 1, 1, nullptr)) all.insert(std::string(text));
+        CWBOStringArray attributes, values;
+        node.GetPropertyNamesAndValues(attributes, &values, nullptr);
+        for (int i = 0; i < values.GetSize(); ++i) all.insert(std::string(values[i]));
+        UXXmlWrapperBase child;
+        for (node.FirstChild(&child); child.IsNodeValid(); child.NextSibling(&child)) {
+            waiting.push_back(child);
+        }
+    }
+    return all;
+}
+std::set<std::string> contents(const Scene& scene) {
+    std::set<std::string> all = contents(scene.root(0));
+    all.merge(contents(scene.root(1)));
+    return all;
+}
+
+// One call, complete.
+class Complete : public Probe {
+public:
+    void prepare(const Scene& scene) override { before = contents(scene); }
+    void before_call() override {}
+    void after_call() override {}
+    void done(const Scene& scene, const Outcome& result, const Row& /*row*/) override {
+        left = {result.text(), scene.trees(), scene.outputs()};
+        after = contents(scene);
+    }
+
+    Aftermath left;
+    std::set<std::string> before, after;
+};
+
 class FailingAllocation : public Probe {
 public:
-    explicit FailingAllocation(long index) : index_(index) {}
-    void before() override {
+    FailingAllocation(long index, const Complete& complete) : index_(index), complete_(complete) {}
+    void prepare(const Scene& /*scene*/) override {}
+    void before_call() override {
         failed = false;
         untilFailure = index_;
     }
-    void after() override { untilFailure = -1; }
+    void after_call() override { untilFailure = -1; }
     void done(const Scene& scene, const Outcome& result, const Row& row) override {
         for (const std::size_t tree : {0U, 1U}) expect_sound(scene.root(tree));
-        std::vector<std::string> allowed{row.bad.text(), row.good.text()};
-        for (const Outcome& shortage : row.shortage) allowed.push_back(shortage.text());
-        EXPECT_THAT(allowed, testing::Contains(result.text()));
+        expect_failure_or_all(scene, result, row);
+        expect_content(scene);
     }
 
 private:
+    // A call that lacked memory either fails or has done everything.
+    void expect_failure_or_all(const Scene& scene, const Outcome& result, const Row& row) {
+        const Aftermath left{result.text(), scene.trees(), scene.outputs()};
+        if (left == complete_.left) return;
+        std::vector<std::string> allowed{row.bad.text()};
+        for (const Outcome& shortage : row.shortage) allowed.push_back(shortage.text());
+        EXPECT_THAT(allowed, testing::Contains(result.text()))
+            << "left:\n"
+            << left.trees << left.outputs << "complete:\n"
+            << complete_.left.trees << complete_.left.outputs;
+    }
+    // What the whole call keeps is nowhere lost when it fails.
+    void expect_content(const Scene& scene) {
+        const std::set<std::string> now = contents(scene);
+        for (const std::string& text : complete_.before) {
+            if (complete_.after.count(text) == 0) continue;
+            EXPECT_EQ(now.count(text), 1u) << "lost: " << text << "\n" << scene.trees();
+        }
+    }
+
     long index_;
+    const Complete& complete_;
 };
 
 void fail_each_allocation(const Call& call) {
+    Complete complete;
+    call.probe(complete);
     long index = 0;
     do {
         SCOPED_TRACE("allocation " + std::to_string(index));
-        FailingAllocation probe(index++);
+        FailingAllocation probe(index++, complete);
         try {
             call.probe(probe);
         } catch (...) {
-            probe.after();
+            probe.after_call();
             ADD_FAILURE() << "an exception left the library";
         }
     } while (failed && !testing::Test::HasFailure());
@@ -165,7 +238,12 @@ TEST(ArrangeChildContents, LeavesTheTreeAsItWasWhenMemoryRunsShort) {
         UXXmlWrapperBase x = tree.at("a/x");
         failed = false;
         untilFailure = index++;
-        const int arranged = tree.root().ArrangeChildContents(order);
+        int arranged = 0;
+        try {
+            arranged = tree.root().ArrangeChildContents(order);
+        } catch (const std::bad_alloc&) {
+            EXPECT_TRUE(failed);
+        }
         untilFailure = -1;
 
         EXPECT_EQ(arranged, failed ? 0 : 1);
@@ -179,7 +257,7 @@ TEST(ArrangeChildContents, LeavesTheTreeAsItWasWhenMemoryRunsShort) {
 namespace {
 
 // Calls the action, which yields a host's result, with one after another of its allocations
-// failing; the action sets its stage first.
+// failing: the host lets the failure pass. The stage is set before each call.
 template <typename Stage, typename Action, typename Check>
 void fail_each_of_host(Stage stage, Action action, Check check) {
     long index = 0;
@@ -187,8 +265,15 @@ void fail_each_of_host(Stage stage, Action action, Check check) {
         auto scene = stage();
         failed = false;
         untilFailure = index++;
-        const int result = action(scene);
+        int result = 0;
+        bool passed = false;
+        try {
+            result = action(scene);
+        } catch (const std::bad_alloc&) {
+            passed = true;
+        }
         untilFailure = -1;
+        EXPECT_EQ(passed, failed);
         EXPECT_EQ(result, failed ? 0 : 1) << "allocation " << index - 1;
         check(scene, result);
     } while (failed && !testing::Test::HasFailure());

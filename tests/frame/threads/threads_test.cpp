@@ -12,8 +12,8 @@ namespace {
 // What a call gave and left.
 class Noted : public Probe {
 public:
-    void before() override {}
-    void after() override {}
+    void before_call() override {}
+    void after_call() override {}
     void done(const Scene& scene, const Outcome& result, const Row& /*row*/) override {
         text_ += result.text() + "\n" + scene.trees() + "\n" + scene.outputs() + "\n";
     }
