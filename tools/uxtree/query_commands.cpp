@@ -4,6 +4,7 @@
 
 #include "uxtree/outline/xpath.h"
 
+#include "query.h"
 #include "support/command.h"
 #include "support/input.h"
 #include "support/json.h"
@@ -14,16 +15,6 @@
 
 namespace uxtool {
 namespace {
-
-struct QueryOptions {
-    std::string path;
-    std::vector<std::string> files;
-    std::string format = "text";
-    std::string output;
-    bool table = false;
-    bool withName = false;
-    bool withoutName = false;
-};
 
 struct Result {
     CWBOStringArray values;
@@ -251,7 +242,27 @@ void check_path(const std::string& path) {
     }
 }
 
+// Steps separated by "|" are the library's own language; "|" stands in no selection.
+bool has_old_steps(const std::string& path) {
+    char quote = '\0';
+    for (const char c : path) {
+        if (quote != '\0') {
+            if (c == quote) quote = '\0';
+        } else if (c == '\'' || c == '"') {
+            quote = c;
+        } else if (c == '|') {
+            return true;
+        }
+    }
+    return false;
+}
+
 int run_query(const QueryOptions& options) {
+    if (!has_old_steps(options.path)) return run_selection_query(options);
+    if (options.schema || options.xml) {
+        throw Failure(kUsage, "uxtree query",
+                      "--schema and --xml want a path with / between the steps", "");
+    }
     check_path(options.path);
     Output out(options.output);
     Querier querier(options, out);
@@ -261,20 +272,25 @@ int run_query(const QueryOptions& options) {
 }
 
 const Command kQuery{
-    "query", "Print the values that a path reaches",
-    "uxtree query '/catalog|book|@id' catalog.xml         # an attribute of each book\n"
-    "uxtree query '/catalog|book|title' *.xml             # texts, with the file names\n"
-    "uxtree query -t '/catalog|book' catalog.xml          # a table: one row for each book\n"
-    "uxtree query -t -f csv '/catalog|book' catalog.xml   # the same as CSV, or json\n"
-    "uxtree outline -f paths catalog.xml                  # the paths that there are",
+    "query", "Print what a path selects",
+    "uxtree query '//book/@id' catalog.xml                  # an attribute of each book\n"
+    "uxtree query \"//book[@lang='fr']/title\" *.xml        # texts, with the file names\n"
+    "uxtree query '/catalog/book[price > 10]' c.xml --xml   # whole elements\n"
+    "uxtree query -t //book catalog.xml                     # a table: one row for each book\n"
+    "uxtree query -t -f csv //book catalog.xml              # the same as CSV, or json\n"
+    "uxtree query '/catalog|book|@id' catalog.xml           # the older form, with | for steps\n"
+    "uxtree outline -f paths catalog.xml                    # the paths that there are",
     [](CLI::App& app) {
         auto options = std::make_shared<QueryOptions>();
-        app.add_option("PATH", options->path, "Such as '/root|child|@attribute'")
+        app.add_option("PATH", options->path,
+                       "Such as //book[@lang='fr']/title: a part of XPath 1.0")
             ->required()
             ->type_name("");
         add_files(app, options->files);
         app.add_flag("-t,--table", options->table,
-                     "One row for each matched element; columns go by position below it");
+                     "One row for each element: its attributes, and the texts below it");
+        app.add_flag("--schema", options->schema, "Print the columns of that table instead");
+        app.add_flag("--xml", options->xml, "Print elements as XML instead of their texts");
         add_format(app, options->format, table_formats());
         CLI::Option* with = app.add_flag("-H,--with-filename", options->withName,
                                          "Print file names (default with several files)");

@@ -6,6 +6,7 @@
 #include "support/command.h"
 #include "support/input.h"
 #include "support/output.h"
+#include "support/selection.h"
 #include "support/text.h"
 #include "support/tree.h"
 #include "support/tree_lines.h"
@@ -16,6 +17,7 @@ namespace {
 struct ShowOptions {
     std::string file;
     std::string output;
+    std::string select;
     bool attributes = false;
     bool full = false;
     long long depth = std::numeric_limits<long long>::max();
@@ -39,12 +41,14 @@ bool is_shown_by_itself(const std::string& name) {
 // Writes the line of one node after another.
 class Shower {
 public:
-    Shower(Output& out, const ShowOptions& options) : out_(out), options_(options) {}
+    // Alone: its siblings are not shown.
+    Shower(Output& out, const ShowOptions& options, bool alone)
+        : out_(out), options_(options), alone_(alone) {}
 
     // Yields whether the branch is shown.
     bool show(const UXXmlWrapperBase& node, std::size_t level) {
         UXXmlWrapperBase next;
-        const bool isLast = node.NextSibling(&next) == 0;
+        const bool isLast = (alone_ && level == 0) || node.NextSibling(&next) == 0;
         out_.write(palette().paint(Role::kDim, lines_.prefix(level, isLast)));
         out_.write(palette().paint(Role::kTag, visible(tag_of(node))));
         show_ids(node);
@@ -107,16 +111,38 @@ private:
 
     Output& out_;
     const ShowOptions& options_;
+    bool alone_;
     TreeLines lines_;
 };
 
+// Another tree with lines of its own.
+void show_tree(Output& out, const ShowOptions& options, const UXXmlWrapperBase& top, bool alone) {
+    Shower shower(out, options, alone);
+    walk(
+        top, [&](const auto& node, std::size_t level) { return shower.show(node, level); },
+        [](const auto&, std::size_t) {});
+}
+
+// The element of each result, once.
+int show_selected(const ShowOptions& options, const UXXmlWrapperBase& root) {
+    const Selection selection(options.select);
+    const UXSelected selected = selection.run(root, options.file);
+    if (selected.size() == 0) throw selection.nothing(root, options.file);
+    Output out(options.output);
+    UXXmlWrapperBase last;
+    for (std::size_t i = 0; i < selected.size(); ++i) {
+        UXXmlWrapperBase node = selected.node(i);
+        if (i == 0 || !(node == last)) show_tree(out, options, node, true);
+        last = std::move(node);
+    }
+    return out.finish();
+}
+
 int run_show(const ShowOptions& options) {
     const UXXmlWrapperBase root = open_tree(options.file);
+    if (!options.select.empty()) return show_selected(options, root);
     Output out(options.output);
-    Shower shower(out, options);
-    walk(
-        root, [&](const auto& node, std::size_t level) { return shower.show(node, level); },
-        [](const auto&, std::size_t) {});
+    show_tree(out, options, root, false);
     return out.finish();
 }
 
@@ -124,6 +150,7 @@ const Command kShow{
     "show", "Show a tree with its tags, ids, labels and values",
     "uxtree show tree.xml\n"
     "uxtree show -a -d 2 tree.xml       # with all attributes, two levels deep\n"
+    "uxtree show tree.xml --select \"//Range[@Show='1']\"\n"
     "zcat tree.xml.gz | uxtree show -   # from standard input",
     [](CLI::App& app) {
         auto options = std::make_shared<ShowOptions>();
@@ -132,6 +159,7 @@ const Command kShow{
         app.add_option("-d,--depth", options->depth, "Show this many levels below the root")
             ->type_name("N")
             ->check(CLI::NonNegativeNumber);
+        add_select(app, options->select);
         app.add_flag("--full", options->full, "Show long texts whole");
         add_output(app, options->output);
         return [options] { return run_show(*options); };

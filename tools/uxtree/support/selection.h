@@ -1,0 +1,37 @@
+// Selections on the command line.
+#pragma once
+
+#include <string>
+
+#include "uxtree/kit/select.h"
+
+#include "support/command.h"
+
+namespace uxtool {
+
+// A selection as a user wrote it.
+class Selection {
+public:
+    // Throws Failure with kUsage, with the place of the fault.
+    explicit Selection(const std::string& expression);
+
+    // Selects in a tree. Throws Failure with kRefused when the answer depends on text in mixed
+    // content.
+    UXSelected run(const UXXmlWrapperBase& root, const std::string& file) const;
+    // Why nothing was found: kNothingFound, with the names that the tree does not have.
+    Failure nothing(const UXXmlWrapperBase& root, const std::string& file) const;
+    // A text of a result; throws as run does.
+    static std::string text(const UXSelected& selected, std::size_t index, const std::string& file);
+
+private:
+    std::string expression_;
+    UXSelection selection_;
+};
+
+// --select PATH: which nodes the command is about.
+CLI::Option* add_select(CLI::App& app, std::string& expression);
+
+// "/catalog/book[2]": where a node stands, as a selection that finds it alone.
+std::string place_of(const UXXmlWrapperBase& node);
+
+}  // namespace uxtool
