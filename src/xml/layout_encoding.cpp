@@ -1,0 +1,205 @@
+// Encodings of files, both ways.
+#include "xml/layout_encoding.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "base/ascii.h"
+#include "base/utf8.h"
+
+namespace ux::xml {
+namespace {
+
+// Characters of the bytes 0x80 to 0x9F in windows-1252; 0 is none.
+constexpr std::array<char16_t, 32> kWindows1252{
+    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
+
+bool same_ignoring_case(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return to_lower(x) == to_lower(y); });
+}
+
+// The encoding's name in a declaration at the start, "" when there is none.
+std::string_view declared_name(std::string_view bytes) {
+    if (bytes.substr(0, 5) != "<?xml") return {};
+    const std::string_view declaration = bytes.substr(0, bytes.find("?>"));
+    std::size_t at = declaration.find("encoding");
+    if (at == std::string_view::npos) return {};
+    at = declaration.find_first_of("\"'", at);
+    if (at == std::string_view::npos) return {};
+    const std::size_t end = declaration.find(declaration[at], at + 1);
+    return end == std::string_view::npos ? std::string_view()
+                                         : declaration.substr(at + 1, end - at - 1);
+}
+
+// The character of a byte; above the last one that there is for a byte without one.
+char32_t character_of(unsigned char byte, FileEncoding encoding) {
+    constexpr char32_t kNone = 0x110000;
+    if (byte < 0x80) return byte;
+    if (encoding == FileEncoding::kAscii) return kNone;
+    if (encoding == FileEncoding::kLatin1 || byte >= 0xA0) return byte;
+    const char32_t code = kWindows1252[byte - 0x80U];
+    return code == 0 ? kNone : code;
+}
+
+// The byte of a character, -1 for none.
+int byte_of(char32_t code, FileEncoding encoding) {
+    if (code < 0x80) return static_cast<int>(code);
+    if (encoding == FileEncoding::kAscii) return -1;
+    if (code <= 0xFF && (encoding == FileEncoding::kLatin1 || code >= 0xA0)) {
+        return static_cast<int>(code);
+    }
+    if (encoding == FileEncoding::kLatin1) return -1;
+    const auto found = std::find(kWindows1252.begin(), kWindows1252.end(), code);
+    return found == kWindows1252.end() ? -1 : static_cast<int>(found - kWindows1252.begin()) + 0x80;
+}
+
+void append_utf8(std::string& out, char32_t code) {
+    char bytes[4];
+    out.append(bytes, static_cast<std::size_t>(encode_utf8(code, bytes) - bytes));
+}
+
+std::optional<std::string> from_utf16(std::string_view bytes, bool little) {
+    std::string out;
+    out.reserve(bytes.size());
+    const auto unit = [&](std::size_t at) {
+        const auto a = static_cast<unsigned char>(bytes[at]);
+        const auto b = static_cast<unsigned char>(bytes[at + 1]);
+        return static_cast<char32_t>(little ? a | b << 8 : a << 8 | b);
+    };
+    if (bytes.size() % 2 != 0) return std::nullopt;
+    for (std::size_t at = 0; at < bytes.size(); at += 2) {
+        char32_t code = unit(at);
+        if (code >= 0xDC00 && code <= 0xDFFF) return std::nullopt;
+        if (code >= 0xD800 && code <= 0xDBFF) {
+            at += 2;
+            if (at >= bytes.size()) return std::nullopt;
+            const char32_t low = unit(at);
+            if (low < 0xDC00 || low > 0xDFFF) return std::nullopt;
+            code = 0x10000 + ((code - 0xD800) << 10) + (low - 0xDC00);
+        }
+        append_utf8(out, code);
+    }
+    return out;
+}
+
+void append_utf16(std::string& out, char32_t code, bool little) {
+    const auto put = [&](char32_t unit) {
+        const char low = static_cast<char>(unit & 0xFF);
+        const char high = static_cast<char>(unit >> 8);
+        out += little ? low : high;
+        out += little ? high : low;
+    };
+    if (code < 0x10000) {
+        put(code);
+        return;
+    }
+    put(0xD800 + ((code - 0x10000) >> 10));
+    put(0xDC00 + ((code - 0x10000) & 0x3FF));
+}
+
+}  // namespace
+
+std::optional<FileEncoding> encoding_by_name(std::string_view name) {
+    static constexpr std::array<std::pair<std::string_view, FileEncoding>, 17> kNames{{
+        {"UTF-8", FileEncoding::kUtf8},
+        {"utf8", FileEncoding::kUtf8},
+        {"UTF-16LE", FileEncoding::kUtf16Little},
+        {"UTF-16BE", FileEncoding::kUtf16Big},
+        {"ISO-8859-1", FileEncoding::kLatin1},
+        {"latin1", FileEncoding::kLatin1},
+        {"latin-1", FileEncoding::kLatin1},
+        {"iso8859-1", FileEncoding::kLatin1},
+        {"iso_8859-1", FileEncoding::kLatin1},
+        {"windows-1252", FileEncoding::kWindows1252},
+        {"cp1252", FileEncoding::kWindows1252},
+        {"cp-1252", FileEncoding::kWindows1252},
+        {"US-ASCII", FileEncoding::kAscii},
+        {"ascii", FileEncoding::kAscii},
+        {"ANSI_X3.4-1968", FileEncoding::kAscii},
+        {"iso646-us", FileEncoding::kAscii},
+        {"UTF-16", FileEncoding::kUtf16Big},
+    }};
+    const auto found = std::find_if(kNames.begin(), kNames.end(), [&](const auto& row) {
+        return same_ignoring_case(row.first, name);
+    });
+    if (found == kNames.end()) return std::nullopt;
+    return found->second;
+}
+
+std::optional<FileEncoding> encoding_of(std::string_view bytes, FileEncoding undeclared) {
+    const std::string_view start = bytes.substr(0, 2);
+    if (start == "\xFE\xFF" || start == std::string_view("\0<", 2)) return FileEncoding::kUtf16Big;
+    if (start == "\xFF\xFE" || start == std::string_view("<\0", 2)) {
+        return FileEncoding::kUtf16Little;
+    }
+    if (bytes.substr(0, 3) == "\xEF\xBB\xBF") return FileEncoding::kUtf8;
+    const std::string_view name = declared_name(bytes);
+    return name.empty() ? undeclared : encoding_by_name(name);
+}
+
+bool has_encoding_mark(std::string_view bytes) {
+    const auto as_one = encoding_of(bytes, FileEncoding::kUtf8);
+    const auto as_other = encoding_of(bytes, FileEncoding::kAscii);
+    return as_one == as_other;
+}
+
+bool is_utf8(std::string_view bytes) {
+    for (std::size_t at = 0; at < bytes.size();) {
+        if (static_cast<unsigned char>(bytes[at]) < 0x80) {
+            ++at;
+            continue;
+        }
+        const Utf8Char character = decode_utf8(bytes, at);
+        if (character.length == 0) return false;
+        at += character.length;
+    }
+    return true;
+}
+
+std::optional<std::string> to_utf8(std::string_view bytes, FileEncoding encoding) {
+    if (encoding == FileEncoding::kUtf8) return std::string(bytes);
+    if (encoding == FileEncoding::kUtf16Little || encoding == FileEncoding::kUtf16Big) {
+        return from_utf16(bytes, encoding == FileEncoding::kUtf16Little);
+    }
+    std::string out;
+    out.reserve(bytes.size() + bytes.size() / 16);
+    for (const char c : bytes) {
+        const char32_t code = character_of(static_cast<unsigned char>(c), encoding);
+        if (code > 0x10FFFF) return std::nullopt;
+        append_utf8(out, code);
+    }
+    return out;
+}
+
+bool holds_character(FileEncoding encoding, char32_t code) {
+    switch (encoding) {
+        case FileEncoding::kUtf8:
+        case FileEncoding::kUtf16Little:
+        case FileEncoding::kUtf16Big:
+            return true;
+        default:
+            return byte_of(code, encoding) >= 0;
+    }
+}
+
+void append_encoded(std::string& out, std::string_view utf8, FileEncoding encoding) {
+    if (encoding == FileEncoding::kUtf8) {
+        out += utf8;
+        return;
+    }
+    for (std::size_t at = 0; at < utf8.size();) {
+        const Utf8Char character = decode_utf8(utf8, at);
+        at += std::max<std::size_t>(character.length, 1);
+        if (encoding == FileEncoding::kUtf16Little || encoding == FileEncoding::kUtf16Big) {
+            append_utf16(out, character.code, encoding == FileEncoding::kUtf16Little);
+        } else {
+            out += static_cast<char>(byte_of(character.code, encoding));
+        }
+    }
+}
+
+}  // namespace ux::xml
