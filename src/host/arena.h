@@ -167,6 +167,28 @@ public:
     std::size_t free_count() const { return freeCount_; }
     // In all chunks.
     std::size_t bytes() const { return chunkBytes_; }
+    // Where a slot stands, for tables beside the slots that are cut as they are.
+    static std::size_t chunk_of(Ref ref) { return ref >> kSlotBits; }
+    static std::size_t place_of(Ref ref) { return ref & kSlotMask; }
+    // Calls take(first, count) with the slots of one chunk after the other that were handed out.
+    template <typename Take>
+    void for_each_chunk(Take&& take) const {
+        for (std::size_t i = 0; i < bases_.size(); ++i) {
+            const Ref first = static_cast<Ref>(i << kSlotBits) + (i == 0 ? 1 : 0);
+            const bool filling = slotsLeft_ > 0 && i == next_ >> kSlotBits;
+            const Ref end = filling ? next_
+                                    : static_cast<Ref>(i << kSlotBits) +
+                                          static_cast<Ref>(slots_in_chunk(i));
+            take(first, static_cast<std::size_t>(end - first));
+        }
+    }
+    static std::size_t slots_in_chunk(std::size_t chunk) {
+        std::size_t bytes = kFirstChunkBytes;
+        for (; chunk > 0 && bytes < kFullChunkBytes; --chunk) {
+            bytes = std::min(bytes * 8, kFullChunkBytes);
+        }
+        return bytes / sizeof(Slot);
+    }
 
     // Becomes a copy of other. This arena must be new.
     void copy_from(const SlotArena& other) {

@@ -267,12 +267,33 @@ Element* Document::new_element(NameId tag, int id) {
     const Ref ref = elements_.allocate(fresh);
     Element* element = elements_.at(ref);
     const std::uint32_t generation = fresh ? 1 : element->generation;
+    if (layout_ != nullptr) prepare_origin(*element, ref, generation);
     *element = Element{};
     element->self = ref;
     element->generation = generation;
     element->tag = tag;
     element->id = id;
     return element;
+}
+
+void Document::keep_source(std::shared_ptr<const LayoutSource> source) {
+    auto layout = std::make_unique<DocumentLayout>();
+    layout->source = std::move(source);
+    elements_.for_each_chunk(
+        [&](Ref first, std::size_t count) { layout->origins.number_chunk(first, count); });
+    layout_ = std::move(layout);
+}
+
+// A slot of a document that keeps origins has one of its own; without room for it there is no slot.
+void Document::prepare_origin(Element& element, Ref ref, std::uint32_t generation) {
+    try {
+        layout_->origins.prepare(ref);
+    } catch (...) {
+        element.generation = generation;
+        elements_.release(ref);
+        throw;
+    }
+    layout_->origins.set(ref, 0);
 }
 
 void Document::insert(Element& parent, Element& child, Element* before) {
@@ -381,7 +402,12 @@ void Document::copy_value(const Document& from, const Element& source, Element& 
 
 Element* Document::copy(const Document& from, const Element& source, bool deep) {
     NameMap nameMap;
+    const bool sameSource = shares_source(from);
     Element* const top = new_element(map_name(from, source.tag, nameMap), source.id);
+    if (sameSource) {
+        layout_->origins.set(top->self,
+                             from.layout_->origins.get(source.self) & OriginTable<Element>::kMost);
+    }
     try {
         copy_attributes(from, source, *top, nameMap);
         if (!deep) return top;
@@ -403,6 +429,7 @@ Element* Document::copy(const Document& from, const Element& source, bool deep) 
             at = next;
             made = new_element(map_name(from, at->tag, nameMap), at->id);
             append(*parent, *made);
+            if (sameSource) layout_->origins.set(made->self, from.layout_->origins.get(at->self));
             copy_attributes(from, *at, *made, nameMap);
             copy_value(from, *at, *made);
         }
@@ -417,6 +444,7 @@ void Document::adopt(Element& element, Element& copy) {
     clear_attributes(element);
     clear_value(element);
     element.id = copy.id;
+    if (layout_ != nullptr) layout_->origins.set(element.self, layout_->origins.get(copy.self));
     element.attributes = std::exchange(copy.attributes, 0);
     element.attributeCount = std::exchange(copy.attributeCount, 0);
     element.attributeCapacity = std::exchange(copy.attributeCapacity, 0);
@@ -442,11 +470,24 @@ void Document::arrange_children(Element& parent, const int* order) {
          child = element(child->next)) {
         *copied++ = *child;
     }
+    std::vector<std::uint32_t> origins;
+    if (layout_ != nullptr) {
+        origins.reserve(count);
+        for (std::size_t i = 0; i < count; ++i) {
+            origins.push_back(layout_->origins.get(before[i].self));
+        }
+    }
     std::size_t place = 0;
     for (Element* child = element(parent.first); child != nullptr; child = element(child->next)) {
         if (place + kAhead < count) __builtin_prefetch(&before[order[place + kAhead]]);
-        const Element& source = before[order[place++]];
-        if (source.self != child->self) move_content(source, *child);
+        const auto number = static_cast<std::size_t>(order[place++]);
+        const Element& source = before[number];
+        if (source.self == child->self) continue;
+        move_content(source, *child);
+        if (layout_ != nullptr && origins[number] != 0) {
+            layout_->origins.set(child->self, origins[number] | OriginTable<Element>::kArranged);
+        }
+        if (layout_ != nullptr && origins[number] == 0) layout_->origins.set(child->self, 0);
     }
 }
 
@@ -468,6 +509,11 @@ void Document::move_content(const Element& source, Element& target) {
 }
 
 void Document::become_copy(const Document& from, const Element& source) {
+    if (from.layout_ != nullptr) {
+        layout_ = std::make_unique<DocumentLayout>();
+        layout_->source = from.layout_->source;
+        layout_->whole = from.layout_->whole && source.self == from.root_;
+    }
     // A whole document without many holes is copied as memory: references mean the same there.
     const bool whole = source.self == from.root_ && from.elements_.free_count() < 1024;
     if (!whole) {
@@ -479,6 +525,7 @@ void Document::become_copy(const Document& from, const Element& source) {
     names_.copy_from(from.names_, bytes_);
     sharedValues_ = from.sharedValues_;
     root_ = from.root_;
+    if (from.layout_ != nullptr) layout_->origins = from.layout_->origins.copy();
 }
 
 }  // namespace uxhost

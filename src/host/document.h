@@ -2,13 +2,16 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "uxtree/host/node.h"
 
 #include "host/arena.h"
+#include "host/layout.h"
 
 namespace uxhost {
 
@@ -225,6 +228,13 @@ public:
     // Makes an empty document a deep copy of the element.
     void become_copy(const Document& from, const Element& source);
 
+    // --- where elements come from, in a document that was loaded for editing -----------------------
+
+    // Behind loading: the elements came, in this order, from the start tags of a source.
+    void keep_source(std::shared_ptr<const LayoutSource> source);
+    // Null for a document that was not loaded for editing.
+    const DocumentLayout* layout() const { return layout_.get(); }
+
 private:
     ~Document() = default;
     friend struct DocumentHolder;
@@ -248,6 +258,11 @@ private:
     void remove_found(Element& element, const Attribute* found);
     const Attribute* find_marked(const Element& element, const char* name) const;
     void move_content(const Element& source, Element& target);
+    void prepare_origin(Element& element, Ref ref, std::uint32_t generation);
+    bool shares_source(const Document& other) const {
+        return layout_ != nullptr && other.layout_ != nullptr &&
+               layout_->source == other.layout_->source;
+    }
 
     SlotArena<Element> elements_;
     ByteArena bytes_;
@@ -256,6 +271,7 @@ private:
     // Long values that copies within the document share, and how many elements beyond the first
     // have each. A shared value is never written into.
     std::unordered_map<Ref, std::uint32_t> sharedValues_;
+    std::unique_ptr<DocumentLayout> layout_;
     Ref root_ = 0;
     std::uint32_t references_ = 0;
 };

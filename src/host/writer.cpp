@@ -1,12 +1,11 @@
 // Writing elements as XML text, into memory or into a file.
 #include "host/writer.h"
 
-#include <algorithm>
 #include <stdexcept>
 #include <string_view>
-#include <vector>
 
 #include "base/file_output.h"
+#include "host/element_path.h"
 #include "xml/escaping.h"
 #include "xml/output.h"
 
@@ -16,40 +15,18 @@ using namespace ux::xml;
 
 namespace {
 
+constexpr std::string_view kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
+
 // Something that XML cannot hold; what() tells where.
 struct Unwritable : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-std::string step_of(const Document& document, const Element& element) {
-    int position = 1;
-    for (Ref ref = element.previous; ref != 0; ref = document.element(ref)->previous) {
-        position += document.element(ref)->tag == element.tag ? 1 : 0;
-    }
-    std::string step = "/";
-    step += document.name_view(element.tag);
-    if (element.parent != 0) step.append("[").append(std::to_string(position)).append("]");
-    return step;
-}
-
-// "/r/a[2]/b[1]"; of a very deep path the steps next to the element.
-std::string path_of(const Document& document, const Element& element) {
-    constexpr std::size_t kSteps = 100;
-    std::vector<const Element*> line;
-    const Element* at = &element;
-    for (; at != nullptr && line.size() < kSteps; at = document.element(at->parent)) {
-        line.push_back(at);
-    }
-    std::string path = at == nullptr ? "" : "...";
-    std::for_each(line.rbegin(), line.rend(),
-                  [&](const Element* ancestor) { path += step_of(document, *ancestor); });
-    return path;
-}
-
 class Writer {
 public:
-    Writer(const Document& document, ux::FileOutput* file)
-        : document_(document), toFile_(file != nullptr), out_(file) {}
+    // toFile: what is written is a file's content, with IDs and only what XML can hold.
+    Writer(const Document& document, bool toFile, ux::FileOutput* file)
+        : document_(document), toFile_(toFile), out_(file) {}
 
     Output& out() { return out_; }
 
@@ -151,9 +128,23 @@ private:
 }  // namespace
 
 void serialise(const Document& document, const Element& element, CStringUTF8& text) {
-    Writer writer(document, nullptr);
+    Writer writer(document, false, nullptr);
     writer.write(element);
     text.Assign(writer.out().text().data(), writer.out().text().size());
+}
+
+bool file_content(const Document& document, const Element& element, CStringUTF8& text,
+                  std::string& reason) {
+    try {
+        Writer writer(document, true, nullptr);
+        writer.out().put(kDeclaration);
+        writer.write(element);
+        text.Assign(writer.out().text().data(), writer.out().text().size());
+        return true;
+    } catch (const Unwritable& unwritable) {
+        reason = unwritable.what();
+        return false;
+    }
 }
 
 bool save_file(const Document& document, const Element& element, const char* path,
@@ -161,8 +152,8 @@ bool save_file(const Document& document, const Element& element, const char* pat
     ux::FileOutput file(path);
     if (!file.failed()) {
         try {
-            Writer writer(document, &file);
-            writer.out().put("<?xml version=\"1.0\" encoding=\"UTF-8\"?>");
+            Writer writer(document, true, &file);
+            writer.out().put(kDeclaration);
             writer.write(element);
             writer.out().flush();
         } catch (const Unwritable& unwritable) {

@@ -2,8 +2,12 @@
 // includes it; a program that does depends on libuxtree_host as it comes with the library.
 #pragma once
 
+#include <cstddef>
+
 #include "uxtree/host/export.h"
 #include "uxtree/host/string.h"
+
+class UXXmlWrapperBase;
 
 // Why and where an XML file could not be read.
 struct UXFileError {
@@ -14,3 +18,54 @@ struct UXFileError {
 
 // The failure of this thread's last load in parts, for tools that print positions.
 UXHOST_API const UXFileError& UXGetLastLoadFailure();
+
+// --- files that people wrote --------------------------------------------------------------------
+//
+// A document that is loaded for editing keeps the bytes it was read from, and saving it with its
+// layout writes these bytes again, except where the tree has changed: comments, processing
+// instructions, the document type declaration, white space, line ends, quotes, references, CDATA
+// sections, encoding and byte order mark stay. It costs the size of the file and four bytes for each
+// element; load() and Save() of the contract know nothing of it and cost and write what they always
+// did. Every load and save of the node operations works on such a document too.
+
+// Like load and LoadFromMemory; the reason of a failure is where theirs is.
+UXHOST_API int UXLoadForEditing(UXXmlWrapperBase* out, const char* path);
+UXHOST_API int UXLoadForEditingFromMemory(UXXmlWrapperBase* out, const char* bytes,
+                                          std::size_t length);
+// Was the node's document loaded for editing, or cloned from one that was?
+UXHOST_API int UXKeepsLayout(const UXXmlWrapperBase* node);
+// The bytes that the node's document was read from; 0 when it does not keep them.
+UXHOST_API int UXGetSourceBytes(const UXXmlWrapperBase* node, CStringUTF8* out);
+
+enum class UXSaveForm {
+    kKeepLayout,  // as Save for a document that keeps none
+    kPlain,       // as Save
+    kIndented,    // in lines of their own, indented; comments and the like are left out
+};
+// Which IDs are written that the elements did not have in the file they come from, or not so. Form
+// kPlain writes all IDs.
+enum class UXSaveIds {
+    kAsDocument,  // all when the file had any, otherwise none
+    kWrite,
+    kLeaveOut,
+};
+struct UXSaveOptions {
+    UXSaveForm form = UXSaveForm::kKeepLayout;
+    UXSaveIds ids = UXSaveIds::kAsDocument;
+    int indent = 2;  // blanks a level, of kIndented
+};
+struct UXSaveReport {
+    std::size_t idsWritten = 0;  // of those that UXSaveIds is about
+    std::size_t idsLeftOut = 0;
+    std::size_t commentsLeftOut = 0;  // and processing instructions, by kIndented
+};
+
+// Writes the element as the root of an XML file, atomically as Save does. The root of a document
+// that keeps its layout is written with what stands before and behind it, in the file's encoding;
+// any other element with a declaration of its own, in UTF-8. 0 when something cannot be written as
+// it would have to be: UXGetLastSaveError then names the node. report may be null.
+UXHOST_API int UXSaveAs(const UXXmlWrapperBase* node, const char* path,
+                        const UXSaveOptions& options, UXSaveReport* report);
+// The same into memory: the bytes of the file. out is untouched on failure.
+UXHOST_API int UXSaveToMemory(const UXXmlWrapperBase* node, CStringUTF8* out,
+                              const UXSaveOptions& options, UXSaveReport* report);

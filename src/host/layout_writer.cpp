@@ -1,0 +1,924 @@
+// Writing a document with the bytes of its source.
+#include "host/layout_writer.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <unordered_map>
+#include <utility>
+
+#include "uxtree/host/utilities.h"
+
+#include "base/utf8.h"
+#include "host/element_path.h"
+#include "xml/escaping.h"
+#include "xml/layout_content.h"
+#include "xml/layout_lines.h"
+
+namespace uxhost {
+
+using namespace ux::xml;
+
+namespace {
+
+constexpr std::string_view kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
+
+// Indentation of a branch that comes to another place: lines that begin with one white space begin
+// with another one there. Number 0 changes nothing.
+struct Shift {
+    std::string from;
+    std::string to;
+};
+
+// An element that is being written.
+struct Frame {
+    enum class Form : std::uint8_t { kSame, kPlanned, kNew };
+    const Element* element = nullptr;
+    const Element* child = nullptr;  // the next one, of same and new ones
+    std::uint32_t source = kNone;    // its number in the source
+    std::uint32_t shift = 0;
+    Form form = Form::kNew;
+    bool preserve = false;
+    bool lines = false;  // new: children have lines of their own
+    bool renamed = false;
+    bool openedEmpty = false;  // planned: the source has no end tag
+    std::size_t at = 0;        // same: written up to here; planned: the next item
+    std::size_t endTag = 0;
+    std::unique_ptr<ContentPlan> plan;
+    std::vector<const Element*> children;  // planned
+    std::string indent;                    // new: of its own line
+};
+
+// An attribute as it has to be written.
+struct WantedAttribute {
+    std::string_view name;
+    std::string_view value;
+};
+
+class LayoutWriter final : public ContentStyle {
+public:
+    LayoutWriter(const Document& document, IdPolicy ids, KeptDocument& out)
+        : document_(document), layout_(document.layout()), ids_(ids), out_(out), shifts_(1) {}
+
+    void run(const Element& top) {
+        top_ = &top;
+        whole_ = layout_->whole && &top == document_.root();
+        telling_place([&] {
+            read_source();
+            write(top);
+        });
+    }
+
+    // Without the bytes of any source.
+    void run_anew(const Element& top, std::string_view step) {
+        top_ = &top;
+        anew_ = true;
+        hasIds_ =
+            layout_ == nullptr || layout_->source->bytes.find(kIdAttribute) != std::string::npos;
+        formatting_ = Formatting{};
+        formatting_->hasLines = true;
+        formatting_->step = step;
+        telling_place([&] {
+            if (layout_ != nullptr) {
+                read_source();
+                out_.commentsLeftOut = count_comments(scanned_);
+                out_.source = {};
+                out_.tail = {};
+                out_.encoding = FileEncoding::kUtf8;
+            }
+            out_.text.put(kDeclaration);
+            out_.text.put("\n");
+            push_new(top, "", false, true);
+            while (!frames_.empty()) this->step();
+            out_.text.put("\n");
+        });
+    }
+
+    template <typename Body>
+    void telling_place(Body&& body) {
+        try {
+            body();
+        } catch (const Unkept& unkept) {
+            const Element& place = current_ == nullptr ? *top_ : *current_;
+            throw Unkept(path_of(document_, place) + attribute_ + ": " + unkept.what());
+        }
+    }
+
+    // --- what plans ask for ----------------------------------------------------------------------
+
+    std::string line_end() override { return formatting().hasLines ? formatting().lineEnd : ""; }
+    std::string first_child_indent() override { return line_indent(*planned_) + formatting().step; }
+    std::string end_tag_indent() override { return line_indent(*planned_); }
+    bool has_moved(std::uint32_t element) override {
+        find_homes();
+        return anywhere_[element] && !atHome_[element];
+    }
+    bool takes_comments(std::uint32_t element) override {
+        if (!has_moved(element) || taken_[element]) return false;
+        taken_[element] = true;
+        return true;
+    }
+    bool has_lines(std::uint32_t parent) override {
+        const auto known = hasLines_.find(parent);
+        if (known != hasLines_.end()) return known->second;
+        ScannedTag tag;
+        bool lines = scan_tag(text(), scanned_.elements[parent].begin, tag);
+        if (lines) {
+            ReadContent content(scanned_, entityText_);
+            read_content(scanned_, parent, tag.end, tag.empty, content);
+            lines = !content.mixed && !source_preserves(parent);
+        }
+        hasLines_[parent] = lines;
+        return lines;
+    }
+
+private:
+    std::string_view text() const { return out_.source; }
+    std::string_view range(std::size_t begin, std::size_t end) const {
+        return text().substr(begin, end - begin);
+    }
+
+    // --- the source ----------------------------------------------------------------------------
+
+    void read_source() {
+        const LayoutSource& source = *layout_->source;
+        const std::string_view bytes = source.bytes;
+        out_.encoding = encoding_of_source(source);
+        out_.source = bytes;
+        if (out_.encoding != FileEncoding::kUtf8) {
+            const bool wide = out_.encoding == FileEncoding::kUtf16Little ||
+                              out_.encoding == FileEncoding::kUtf16Big;
+            const std::size_t whole = wide ? bytes.size() / 2 * 2 : bytes.size();
+            std::optional<std::string> converted = to_utf8(bytes.substr(0, whole), out_.encoding);
+            if (!converted) throw Unkept("the file's bytes are not of its encoding");
+            out_.converted = std::move(*converted);
+            out_.source = out_.converted;
+            out_.tail = bytes.substr(whole);
+        }
+        if (!scan_document(text(), entityElements_, scanned_)) {
+            throw Unkept("the file's layout cannot be read again");
+        }
+        hasReferences_ = text().find('&') != std::string_view::npos;
+        hasReturns_ = text().find('\r') != std::string_view::npos;
+        preserves_ = document_.find_name("xml:space") != 0;
+    }
+
+    static FileEncoding encoding_of_source(const LayoutSource& source) {
+        const std::optional<FileEncoding> encoding = encoding_of(source.bytes, FileEncoding::kUtf8);
+        if (!encoding) throw Unkept("the file's encoding has another name than is known here");
+        const bool declared = has_encoding_mark(source.bytes);
+        if (declared || source.codePage == FileEncoding::kUtf8) return *encoding;
+        return is_utf8(source.bytes) ? FileEncoding::kUtf8 : source.codePage;
+    }
+
+    bool source_preserves(std::uint32_t element) const {
+        if (text().find("xml:space") == std::string_view::npos) return false;
+        ScannedTag tag;
+        for (; element != kNoElement; element = scanned_.elements[element].parent) {
+            if (!scan_tag(text(), scanned_.elements[element].begin, tag)) return false;
+            for (const ScannedAttribute& attribute : tag.attributes) {
+                if (range(attribute.nameBegin, attribute.nameEnd) != "xml:space") continue;
+                return range(attribute.valueBegin, attribute.valueEnd) == "preserve";
+            }
+        }
+        return false;
+    }
+
+    std::uint32_t source_of(const Element& element) const {
+        if (anew_) return kNone;
+        const std::uint32_t origin =
+            layout_->origins.get(element.self) & OriginTable<Element>::kMost;
+        return origin == 0 || origin > scanned_.elements.size() ? kNone : origin - 1;
+    }
+    bool is_arranged(const Element& element) const {
+        return (layout_->origins.get(element.self) & OriginTable<Element>::kArranged) != 0;
+    }
+
+    // Which elements of the source stand anywhere in the tree, and which below the parent they had.
+    void find_homes() {
+        if (!atHome_.empty()) return;
+        atHome_.assign(scanned_.elements.size(), false);
+        anywhere_.assign(scanned_.elements.size(), false);
+        taken_.assign(scanned_.elements.size(), false);
+        for (const Element* at = top_; at != nullptr; at = document_.next_below(*top_, *at)) {
+            const std::uint32_t source = source_of(*at);
+            if (source == kNone) continue;
+            anywhere_[source] = true;
+            const Element* parent = document_.element(at->parent);
+            const std::uint32_t before = scanned_.elements[source].parent;
+            const bool home = at == top_ || parent == nullptr ? before == kNoElement || !whole_
+                                                              : source_of(*parent) == before;
+            if (home) atHome_[source] = true;
+        }
+    }
+
+    // --- how the document is formatted -----------------------------------------------------------
+
+    struct Formatting {
+        bool hasLines = false;  // elements have lines of their own
+        std::string lineEnd = "\n";
+        std::string step = "  ";
+    };
+
+    const Formatting& formatting() {
+        if (formatting_) return *formatting_;
+        formatting_ = Formatting{};
+        const std::size_t feed = text().find_first_of("\r\n");
+        if (feed != std::string_view::npos) {
+            formatting_->lineEnd = text()[feed] == '\n'              ? "\n"
+                                   : range(feed, feed + 2) == "\r\n" ? "\r\n"
+                                                                     : "\r";
+        }
+        std::map<std::string_view, std::size_t> steps;
+        for (const ScannedElement& element : scanned_.elements) {
+            const std::optional<std::string_view> own = own_indent(element.begin);
+            if (!own || element.parent == kNoElement) continue;
+            formatting_->hasLines = true;
+            const std::optional<std::string_view> above =
+                own_indent(scanned_.elements[element.parent].begin);
+            if (!above || own->size() <= above->size()) continue;
+            if (own->substr(0, above->size()) == *above) ++steps[own->substr(above->size())];
+        }
+        const auto most =
+            std::max_element(steps.begin(), steps.end(),
+                             [](const auto& a, const auto& b) { return a.second < b.second; });
+        if (most != steps.end()) formatting_->step = most->first;
+        return *formatting_;
+    }
+
+    // The white space before a place at the start of its line; nothing elsewhere.
+    std::optional<std::string_view> own_indent(std::size_t at) const {
+        std::size_t begin = at;
+        while (begin > 0 && (text()[begin - 1] == ' ' || text()[begin - 1] == '\t')) --begin;
+        if (begin > 0 && text()[begin - 1] != '\n' && text()[begin - 1] != '\r') {
+            return std::nullopt;
+        }
+        return range(begin, at);
+    }
+
+    // The indentation of the line on which an element's start tag is written.
+    std::string line_indent(const Frame& frame) const {
+        if (frame.source == kNone) return frame.indent;
+        constexpr std::size_t kFarthest = 4096;
+        const std::size_t begin = scanned_.elements[frame.source].begin;
+        std::size_t line = begin;
+        while (line > 0 && text()[line - 1] != '\n' && text()[line - 1] != '\r') {
+            if (begin - line == kFarthest) return "";
+            --line;
+        }
+        std::size_t end = line;
+        while (end < begin && (text()[end] == ' ' || text()[end] == '\t')) ++end;
+        return shifted(range(line, end), frame.shift);
+    }
+
+    std::string shifted(std::string_view indent, std::uint32_t shift) const {
+        const Shift& by = shifts_[shift];
+        if (shift == 0 || indent.substr(0, by.from.size()) != by.from) return std::string(indent);
+        return by.to + std::string(indent.substr(by.from.size()));
+    }
+
+    std::uint32_t add_shift(std::string_view from, std::string_view to) {
+        if (from == to) return 0;
+        shifts_.push_back({std::string(from), std::string(to)});
+        return static_cast<std::uint32_t>(shifts_.size() - 1);
+    }
+
+    // White space in a tag, in which lines are indented.
+    void put_space(std::size_t begin, std::size_t end, std::uint32_t shift) {
+        if (shift == 0) {
+            out_.text.copy(begin, end);
+            return;
+        }
+        std::size_t at = begin;
+        while (at < end) {
+            const std::size_t line = text().find_first_of("\r\n", at);
+            if (line >= end) break;
+            std::size_t next = line;
+            while (next < end && (text()[next] == '\r' || text()[next] == '\n')) ++next;
+            out_.text.copy(at, next);
+            const std::size_t indentEnd = std::min(text().find_first_not_of(" \t", next), end);
+            put_indent(next, indentEnd, shift);
+            at = indentEnd;
+        }
+        out_.text.copy(at, end);
+    }
+    void put_indent(std::size_t begin, std::size_t end, std::uint32_t shift) {
+        const Shift& by = shifts_[shift];
+        if (shift == 0 || range(begin, end).substr(0, by.from.size()) != by.from) {
+            out_.text.copy(begin, end);
+            return;
+        }
+        out_.text.put(by.to);
+        out_.text.copy(begin + by.from.size(), end);
+    }
+
+    // --- tags ----------------------------------------------------------------------------------
+
+    void put_name(std::string_view name) {
+        for (std::size_t at = 0; at < name.size();) {
+            const ux::Utf8Char character = ux::decode_utf8(name, at);
+            if (!holds_character(out_.encoding, character.code)) {
+                throw Unkept("the file's encoding lacks a character of the name \"" +
+                             std::string(name) + "\"");
+            }
+            at += std::max<std::size_t>(character.length, 1);
+        }
+        out_.text.put(name);
+    }
+
+    static bool is_number(std::string_view value, int& number) { return UXParseInt(value, number); }
+
+    void check_characters(std::string_view value) const {
+        if (!holds_only_characters(value)) {
+            throw Unkept("the text has bytes that XML cannot hold");
+        }
+    }
+
+    // Is the ID that the element has, and did not have in the source, to be written?
+    bool writes_new_id() {
+        switch (ids_) {
+            case IdPolicy::kWrite:
+                break;
+            case IdPolicy::kLeaveOut:
+                ++out_.idsLeftOut;
+                return false;
+            case IdPolicy::kAsDocument:
+                if (!has_ids_in_source()) {
+                    ++out_.idsLeftOut;
+                    return false;
+                }
+        }
+        ++out_.idsWritten;
+        return true;
+    }
+    bool has_ids_in_source() {
+        if (!hasIds_) hasIds_ = text().find(kIdAttribute) != std::string_view::npos;
+        return *hasIds_;
+    }
+
+    void put_attribute(std::string_view space, std::string_view name, std::string_view value,
+                       char quote) {
+        attribute_ = "/@" + std::string(name);
+        check_characters(value);
+        out_.text.put(space);
+        put_name(name);
+        std::string written = {'=', quote};
+        append_attribute_value(written, value, quote, out_.encoding);
+        written += quote;
+        out_.text.put(written);
+        attribute_.clear();
+    }
+
+    // Does the written value stand for the other one as it is?
+    bool is_same_value(const ScannedAttribute& attribute, std::string_view value) const {
+        const std::string_view raw = range(attribute.valueBegin, attribute.valueEnd);
+        if (raw.size() == value.size() && raw == value) {
+            return raw.find_first_of("&\t\n\r") == std::string_view::npos;
+        }
+        if (raw.find_first_of("&\t\n\r") == std::string_view::npos) return false;
+        WrittenValue written(text(), entityText_);
+        written.add_attribute(attribute.valueBegin, attribute.valueEnd);
+        return written.text() == value;
+    }
+
+    void put_changed_value(const ScannedAttribute& attribute, std::string_view value,
+                           std::string_view name) {
+        attribute_ = "/@" + std::string(name);
+        check_characters(value);
+        WrittenValue written(text(), entityText_);
+        written.add_attribute(attribute.valueBegin, attribute.valueEnd);
+        const std::vector<std::optional<std::string>> runs =
+            written.rewritten(value, out_.encoding);
+        if (runs[0]) {
+            out_.text.put(*runs[0]);
+        } else {
+            out_.text.copy(attribute.valueBegin, attribute.valueEnd);
+        }
+        attribute_.clear();
+    }
+
+    const ScannedAttribute* source_attribute(const ScannedTag& tag, std::string_view name,
+                                             std::size_t from) const {
+        for (std::size_t i = from; i < tag.attributes.size(); ++i) {
+            const ScannedAttribute& attribute = tag.attributes[i];
+            if (range(attribute.nameBegin, attribute.nameEnd) == name) return &attribute;
+        }
+        return nullptr;
+    }
+
+    // The ID that a tag gives its element; kNoId for none.
+    int source_id(const ScannedTag& tag, const ScannedAttribute*& attribute) const {
+        attribute = nullptr;
+        for (const ScannedAttribute& other : tag.attributes) {
+            if (text()[other.nameBegin] != '_' ||
+                range(other.nameBegin, other.nameEnd) != kIdAttribute) {
+                continue;
+            }
+            WrittenValue value(text(), entityText_);
+            value.add_attribute(other.valueBegin, other.valueEnd);
+            int id = kNoId;
+            if (!is_number(value.text(), id)) return kNoId;
+            attribute = &other;
+            return id;
+        }
+        return kNoId;
+    }
+
+    // Writes the start tag up to behind its last attribute. Those that stand in the order of the
+    // tree stay; the first one that does not, and all behind it, are written anew.
+    void put_start(const Frame& frame, const ScannedTag& tag) {
+        const Element& element = *frame.element;
+        const std::size_t begin = scanned_.elements[frame.source].begin;
+        const std::string_view name = document_.name_view(element.tag);
+        if (name == range(begin + 1, tag.nameEnd)) {
+            out_.text.copy(begin, tag.nameEnd);
+        } else {
+            out_.text.put("<");
+            put_name(name);
+        }
+        const ScannedAttribute* idAttribute = nullptr;
+        const int idBefore = source_id(tag, idAttribute);
+        const bool keepsId = idAttribute != nullptr && element.id != kNoId;
+        bool newId = element.id != idBefore && element.id != kNoId;
+        if (newId) newId = writes_new_id();
+
+        const Attribute* wanted = document_.attributes_or_null(element);
+        const Attribute* const wantedEnd = wanted + element.attributeCount;
+        const Attribute* next = wanted;
+        const std::vector<ScannedAttribute>& attributes = tag.attributes;
+        const ScannedAttribute* lastKept = nullptr;
+        for (std::size_t i = 0; i < attributes.size(); ++i) {
+            const ScannedAttribute& attribute = attributes[i];
+            const bool isId = &attribute == idAttribute;
+            if (isId ? !keepsId : !is_next(attribute, next, wantedEnd)) continue;
+            const ScannedAttribute& space = lastKept == nullptr ? attributes[0] : attribute;
+            put_space(space.spaceBegin, space.nameBegin, frame.shift);
+            lastKept = &attribute;
+            out_.text.copy(attribute.nameBegin, attribute.valueBegin);
+            if (isId) {
+                put_kept_id(attribute, element.id, newId);
+            } else {
+                const std::string_view value = document_.attribute_value(*next);
+                if (is_same_value(attribute, value)) {
+                    out_.text.copy(attribute.valueBegin, attribute.valueEnd);
+                } else {
+                    put_changed_value(attribute, value, document_.name_view(next->name));
+                }
+                ++next;
+            }
+            out_.text.copy(attribute.valueEnd, attribute.valueEnd + 1);
+        }
+        put_new_attributes(frame, tag, lastKept, next, wantedEnd);
+        if (newId && !keepsId) put_new_id(frame, tag, lastKept, element);
+    }
+
+    // Does the attribute of the source come next in the tree? Otherwise it is left out.
+    bool is_next(const ScannedAttribute& attribute, const Attribute* next,
+                 const Attribute* end) const {
+        return next != end &&
+               document_.name_view(next->name) == range(attribute.nameBegin, attribute.nameEnd);
+    }
+
+    void put_kept_id(const ScannedAttribute& attribute, int id, bool changed) {
+        if (changed) {
+            out_.text.put(std::to_string(id));
+        } else {
+            out_.text.copy(attribute.valueBegin, attribute.valueEnd);
+        }
+    }
+
+    // The white space and the quote that a new attribute gets.
+    std::pair<std::string, char> attribute_form(const Frame& frame, const ScannedTag& tag,
+                                                const ScannedAttribute* lastKept) const {
+        const ScannedAttribute* model = lastKept;
+        if (model == nullptr && !tag.attributes.empty()) model = &tag.attributes.back();
+        if (model == nullptr) return {" ", '"'};
+        const std::string_view space = range(model->spaceBegin, model->nameBegin);
+        const char quote = text()[model->valueEnd];
+        const std::size_t line = space.find_last_of("\r\n");
+        if (line == std::string_view::npos) return {" ", quote};
+        return {
+            std::string(space.substr(0, line + 1)) + shifted(space.substr(line + 1), frame.shift),
+            quote};
+    }
+
+    void put_new_attributes(const Frame& frame, const ScannedTag& tag,
+                            const ScannedAttribute* lastKept, const Attribute* next,
+                            const Attribute* end) {
+        if (next == end) return;
+        const auto [space, quote] = attribute_form(frame, tag, lastKept);
+        for (; next != end; ++next) {
+            put_attribute(space, document_.name_view(next->name), document_.attribute_value(*next),
+                          quote);
+        }
+    }
+
+    void put_new_id(const Frame& frame, const ScannedTag& tag, const ScannedAttribute* lastKept,
+                    const Element& element) {
+        refuse_other_id(element);
+        const auto [space, quote] = attribute_form(frame, tag, lastKept);
+        put_attribute(space, kIdAttribute, std::to_string(element.id), quote);
+    }
+
+    // The reserved attribute may stand in a document without being a number.
+    void refuse_other_id(const Element& element) const {
+        if (document_.find_attribute(element, kIdAttribute) != nullptr) {
+            throw Unkept("the ID has no place: the element has another attribute \"_ux_id\"");
+        }
+    }
+
+    // --- elements ------------------------------------------------------------------------------
+
+    void write(const Element& top) {
+        const ScannedElement& root = scanned_.elements[0];
+        if (whole_) {
+            out_.text.copy(0, root.begin);
+        } else {
+            out_.encoding = FileEncoding::kUtf8;
+            out_.text.put(kDeclaration);
+        }
+        push_top(top);
+        while (!frames_.empty()) step();
+        if (whole_) {
+            out_.text.copy(root.end, text().size());
+        } else {
+            out_.tail = {};
+        }
+    }
+
+    void push_top(const Element& top) {
+        const std::uint32_t source = source_of(top);
+        if (source == kNone) {
+            push_new(top, "", false, !line_end().empty());
+            return;
+        }
+        std::uint32_t shift = 0;
+        if (source != 0) {
+            const std::optional<std::string_view> indent =
+                own_indent(scanned_.elements[source].begin);
+            if (indent) shift = add_shift(*indent, "");
+        }
+        push_from_source(top, source, shift, source_preserves(source));
+    }
+
+    void push_from_source(const Element& element, std::uint32_t source, std::uint32_t shift,
+                          bool preserve) {
+        current_ = &element;
+        Frame frame;
+        frame.element = &element;
+        frame.source = source;
+        frame.shift = shift;
+        frame.preserve = preserves(element, preserve);
+        if (scanned_.comes_from_entity(source)) {
+            throw Unkept("the element comes from an entity and cannot be written elsewhere");
+        }
+        if (!scan_tag(text(), scanned_.elements[source].begin, tag_)) {
+            throw Unkept("the file's layout cannot be read again");
+        }
+        const bool same = has_same_content(frame);
+        put_start(frame, tag_);
+        if (same) {
+            push_same(std::move(frame));
+        } else {
+            push_planned(std::move(frame));
+        }
+    }
+
+    bool preserves(const Element& element, bool inherited) const {
+        if (!preserves_) return inherited;
+        const Attribute* space = document_.find_attribute(element, "xml:space");
+        if (space == nullptr) return inherited;
+        return document_.attribute_value(*space) == "preserve";
+    }
+
+    void push_same(Frame&& frame) {
+        const ScannedElement& place = scanned_.elements[frame.source];
+        put_space(tag_.attributesEnd, tag_.end, frame.shift);
+        frame.form = Frame::Form::kSame;
+        frame.at = tag_.end;
+        frame.child = document_.element(frame.element->first);
+        frame.endTag = tag_.empty ? place.end : end_tag_of(place);
+        frame.openedEmpty = tag_.empty;
+        const std::string_view name = document_.name_view(frame.element->tag);
+        frame.renamed = name != range(place.begin + 1, tag_.nameEnd);
+        frames_.push_back(std::move(frame));
+    }
+
+    std::size_t end_tag_of(const ScannedElement& element) const {
+        return text().rfind('<', element.end - 1);
+    }
+
+    // Has the element the children it had, in their order, and the text? A branch whose indentation
+    // changes is never the same.
+    bool has_same_content(const Frame& frame) {
+        const Element& element = *frame.element;
+        const ScannedElement& place = scanned_.elements[frame.source];
+        std::uint32_t expected = frame.source + 1;
+        for (const Element* child = document_.element(element.first); child != nullptr;
+             child = document_.element(child->next)) {
+            if (expected >= place.next || source_of(*child) != expected) return false;
+            expected = scanned_.elements[expected].next;
+        }
+        if (expected != place.next) return false;
+        if (frame.shift != 0 && element.first != 0) return false;
+        const std::string_view value = document_.value_text(element, scratch_);
+        if (element.first == 0) return has_same_text(frame, value);
+        return has_same_branch_text(frame, value);
+    }
+
+    bool has_same_text(const Frame& frame, std::string_view value) {
+        if (tag_.empty) return value.empty();
+        const std::size_t begin = tag_.end;
+        const std::size_t end = end_tag_of(scanned_.elements[frame.source]);
+        const std::string_view raw = range(begin, end);
+        if (raw.find_first_of("<&\r") == std::string_view::npos) return raw == value;
+        return read_value(frame) == value;
+    }
+    std::string read_value(const Frame& frame) {
+        ReadContent content(scanned_, entityText_);
+        read_content(scanned_, frame.source, tag_.end, tag_.empty, content);
+        return content.value.text();
+    }
+
+    bool has_same_branch_text(const Frame& frame, std::string_view value) {
+        const ScannedElement& place = scanned_.elements[frame.source];
+        if (value.empty()) {
+            std::size_t at = tag_.end;
+            std::uint32_t child = frame.source + 1;
+            bool blank = true;
+            while (blank && child < place.next) {
+                blank = is_blank(range(at, scanned_.elements[child].begin));
+                at = scanned_.elements[child].end;
+                child = scanned_.elements[child].next;
+            }
+            if (blank && is_blank(range(at, end_tag_of(place)))) return true;
+        }
+        return read_value(frame) == value;
+    }
+
+    void push_planned(Frame&& frame) {
+        const Element& element = *frame.element;
+        const ScannedElement& place = scanned_.elements[frame.source];
+        ContentRequest request;
+        request.element = frame.source;
+        request.contentBegin = tag_.end;
+        request.emptyTag = tag_.empty;
+        request.preserve = frame.preserve;
+        CStringUTF8 made;
+        request.value = document_.value_text(element, made);
+        check_characters(request.value);
+        for (const Element* child = document_.element(element.first); child != nullptr;
+             child = document_.element(child->next)) {
+            frame.children.push_back(child);
+            request.children.push_back({source_of(*child), is_arranged(*child)});
+        }
+        const bool staysEmpty = tag_.empty && request.children.empty() && request.value.empty();
+        if (tag_.empty && !staysEmpty) {
+            out_.text.put(">");
+        } else {
+            put_space(tag_.attributesEnd, tag_.end, frame.shift);
+        }
+        frame.openedEmpty = tag_.empty;
+        frame.endTag = tag_.empty ? place.end : end_tag_of(place);
+        frame.renamed = document_.name_view(element.tag) != range(place.begin + 1, tag_.nameEnd);
+        frame.form = Frame::Form::kPlanned;
+        planned_ = &frame;
+        frame.plan = std::make_unique<ContentPlan>(
+            plan_content(scanned_, request, entityText_, out_.encoding, *this));
+        frames_.push_back(std::move(frame));
+    }
+
+    void push_new(const Element& element, std::string indent, bool preserve, bool lines) {
+        current_ = &element;
+        out_.text.put("<");
+        put_name(document_.name_view(element.tag));
+        for (std::uint32_t i = 0; i < element.attributeCount; ++i) {
+            const Attribute& attribute = document_.attributes(element)[i];
+            put_attribute(" ", document_.name_view(attribute.name),
+                          document_.attribute_value(attribute), '"');
+        }
+        if (element.id != kNoId && writes_new_id()) {
+            refuse_other_id(element);
+            put_attribute(" ", kIdAttribute, std::to_string(element.id), '"');
+        }
+        CStringUTF8 made;
+        const std::string_view value = document_.value_text(element, made);
+        check_characters(value);
+        if (value.empty() && element.first == 0) {
+            out_.text.put("/>");
+            return;
+        }
+        out_.text.put(">");
+        std::string text;
+        if (element.first != 0 && is_blank(value)) {
+            append_blank_text(text, value);
+        } else {
+            append_text(text, value, out_.encoding);
+        }
+        out_.text.put(text);
+        Frame frame;
+        frame.element = &element;
+        frame.child = document_.element(element.first);
+        frame.preserve = preserves(element, preserve);
+        frame.lines = lines && value.empty() && !frame.preserve;
+        frame.indent = std::move(indent);
+        frames_.push_back(std::move(frame));
+    }
+
+    // --- going on ------------------------------------------------------------------------------
+
+    void step() {
+        switch (frames_.back().form) {
+            case Frame::Form::kSame:
+                return step_same();
+            case Frame::Form::kPlanned:
+                return step_planned();
+            case Frame::Form::kNew:
+                return step_new();
+        }
+    }
+
+    void step_same() {
+        Frame& frame = frames_.back();
+        if (frame.child != nullptr) {
+            const Element& child = *frame.child;
+            const std::uint32_t source = source_of(child);
+            out_.text.copy(frame.at, scanned_.elements[source].begin);
+            frame.at = scanned_.elements[source].end;
+            frame.child = document_.element(child.next);
+            push_from_source(child, source, frame.shift, frame.preserve);
+            return;
+        }
+        const std::size_t end = scanned_.elements[frame.source].end;
+        if (!frame.renamed || frame.openedEmpty) {
+            out_.text.copy(frame.at, end);
+        } else {
+            out_.text.copy(frame.at, frame.endTag);
+            put_end_tag(frame);
+        }
+        frames_.pop_back();
+    }
+
+    void put_end_tag(const Frame& frame) {
+        current_ = frame.element;
+        const std::size_t end = scanned_.elements[frame.source].end;
+        if (frame.openedEmpty) {
+            out_.text.put("</");
+            put_name(document_.name_view(frame.element->tag));
+            out_.text.put(">");
+        } else if (!frame.renamed) {
+            out_.text.copy(frame.endTag, end);
+        } else {
+            std::size_t nameEnd = frame.endTag + 2;
+            while (!is_blank(text()[nameEnd]) && text()[nameEnd] != '>') ++nameEnd;
+            out_.text.put("</");
+            put_name(document_.name_view(frame.element->tag));
+            out_.text.copy(nameEnd, end);
+        }
+    }
+
+    void step_planned() {
+        Frame& frame = frames_.back();
+        const std::vector<ContentItem>& items = frame.plan->items;
+        while (frame.at < items.size()) {
+            const ContentItem& item = items[frame.at++];
+            if (item.kind == ItemKind::kChild) {
+                push_child(frame, item);
+                return;
+            }
+            put_item(frame, item);
+        }
+        const bool closes =
+            !frame.openedEmpty || frame.element->first != 0 || document_.has_value(*frame.element);
+        if (closes) put_end_tag(frame);
+        frames_.pop_back();
+    }
+
+    bool behind_line_end(const Frame& frame) const {
+        return frame.at >= 2 && frame.plan->items[frame.at - 2].kind == ItemKind::kLineEnd;
+    }
+
+    void put_item(const Frame& frame, const ContentItem& item) {
+        if (item.text != kNone) {
+            out_.text.put(frame.plan->texts[item.text]);
+        } else if (item.kind == ItemKind::kSpace && behind_line_end(frame)) {
+            put_indent(item.begin, item.end, frame.shift);
+        } else {
+            out_.text.copy(item.begin, item.end);
+        }
+    }
+
+    // The white space that was written before a child that begins its line.
+    std::string indent_before(const Frame& frame) const {
+        if (frame.at < 2) return "";
+        const ContentItem& item = frame.plan->items[frame.at - 2];
+        if (item.kind != ItemKind::kSpace) return "";
+        const std::string bytes(frame.plan->bytes_of(item, text()));
+        return item.text != kNone ? bytes : shifted(bytes, frame.shift);
+    }
+
+    void push_child(const Frame& frame, const ContentItem& item) {
+        const Element& child = *frame.children[item.child];
+        const std::uint32_t source = item.element;
+        if (source == kNone) {
+            const bool lines = item.ownLine && !line_end().empty();
+            push_new(child, item.ownLine ? indent_before(frame) : std::string(), frame.preserve,
+                     lines);
+        } else if (item.inPlace) {
+            push_from_source(child, source, frame.shift, frame.preserve);
+        } else {
+            push_elsewhere(child, source, item.ownLine, indent_before(frame), frame.preserve);
+        }
+    }
+
+    void push_elsewhere(const Element& child, std::uint32_t source, bool ownLine,
+                        std::string_view indent, bool preserve) {
+        std::uint32_t shift = 0;
+        const std::optional<std::string_view> before = own_indent(scanned_.elements[source].begin);
+        if (ownLine && before) shift = add_shift(*before, indent);
+        push_from_source(child, source, shift, preserve);
+    }
+
+    void step_new() {
+        Frame& frame = frames_.back();
+        const bool lines = frame.lines;
+        if (frame.child == nullptr) {
+            if (lines && frame.element->first != 0) {
+                out_.text.put(line_end());
+                out_.text.put(frame.indent);
+            }
+            out_.text.put("</");
+            put_name(document_.name_view(frame.element->tag));
+            out_.text.put(">");
+            frames_.pop_back();
+            return;
+        }
+        const Element& child = *frame.child;
+        frame.child = document_.element(child.next);
+        std::string indent;
+        if (lines) {
+            indent = frame.indent + formatting().step;
+            out_.text.put(line_end());
+            out_.text.put(indent);
+        }
+        const std::uint32_t source = source_of(child);
+        if (source == kNone) {
+            push_new(child, std::move(indent), frame.preserve, lines);
+        } else {
+            push_elsewhere(child, source, lines, indent, frame.preserve);
+        }
+    }
+
+    const Document& document_;
+    const DocumentLayout* layout_;
+    IdPolicy ids_;
+    KeptDocument& out_;
+    const Element* top_ = nullptr;
+    bool whole_ = false;
+    bool anew_ = false;
+    ScannedDocument scanned_;
+    EntityElements entityElements_;
+    EntityText entityText_;
+    bool hasReferences_ = false;
+    bool hasReturns_ = false;
+    bool preserves_ = false;
+    std::optional<bool> hasIds_;
+    std::optional<Formatting> formatting_;
+    std::vector<bool> anywhere_;
+    std::vector<bool> atHome_;
+    std::vector<bool> taken_;
+    std::unordered_map<std::uint32_t, bool> hasLines_;
+    std::vector<Shift> shifts_;
+    std::vector<Frame> frames_;
+    ScannedTag tag_;
+    CStringUTF8 scratch_;
+    const Frame* planned_ = nullptr;
+    const Element* current_ = nullptr;
+    std::string attribute_;
+};
+
+}  // namespace
+
+void KeptDocument::for_each_piece(const std::function<void(std::string_view)>& take) const {
+    if (encoding == FileEncoding::kUtf8) {
+        text.for_each(source, take);
+    } else {
+        text.for_each(source, [&](std::string_view piece) {
+            std::string encoded;
+            append_encoded(encoded, piece, encoding);
+            take(encoded);
+        });
+    }
+    if (!tail.empty()) take(tail);
+}
+
+void write_kept(const Document& document, const Element& top, IdPolicy ids, KeptDocument& out) {
+    LayoutWriter(document, ids, out).run(top);
+}
+
+void write_indented(const Document& document, const Element& top, std::size_t step, IdPolicy ids,
+                    KeptDocument& out) {
+    LayoutWriter(document, ids, out).run_anew(top, std::string(step, ' '));
+}
+
+}  // namespace uxhost

@@ -1,0 +1,87 @@
+// Writing a document that was loaded for editing with the bytes it was read from, except where its
+// tree has changed.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/document.h"
+
+namespace uxhost {
+
+enum class IdPolicy {
+    kAsDocument,  // IDs are written when the source had any
+    kWrite,       // and otherwise as well, where an element's ID is not the one it was read with
+    kLeaveOut,    // such an ID is not written
+};
+
+// What is to be written: bytes of a text and new ones, piece by piece.
+class KeptText {
+public:
+    void copy(std::size_t begin, std::size_t end) {
+        if (begin == end) return;
+        if (!pieces_.empty() && pieces_.back().fromSource && pieces_.back().end == begin) {
+            pieces_.back().end = end;
+        } else {
+            pieces_.push_back({begin, end, true});
+        }
+    }
+    void put(std::string_view bytes) {
+        if (bytes.empty()) return;
+        const std::size_t begin = made_.size();
+        made_ += bytes;
+        if (!pieces_.empty() && !pieces_.back().fromSource && pieces_.back().end == begin) {
+            pieces_.back().end = made_.size();
+        } else {
+            pieces_.push_back({begin, made_.size(), false});
+        }
+    }
+    // Calls take with one piece after the other.
+    template <typename Take>
+    void for_each(std::string_view source, Take&& take) const {
+        for (const Piece& piece : pieces_) {
+            const std::string_view from = piece.fromSource ? source : std::string_view(made_);
+            take(from.substr(piece.begin, piece.end - piece.begin));
+        }
+    }
+
+private:
+    struct Piece {
+        std::size_t begin;
+        std::size_t end;
+        bool fromSource;
+    };
+    std::vector<Piece> pieces_;
+    std::string made_;
+};
+
+struct KeptDocument {
+    std::string converted;    // the source in UTF-8, when it is in another encoding
+    std::string_view source;  // in UTF-8
+    std::string_view tail;    // bytes of the file behind it, as they stand
+    KeptText text;
+    ux::xml::FileEncoding encoding = ux::xml::FileEncoding::kUtf8;
+    std::size_t idsWritten = 0;  // new or changed ones
+    std::size_t idsLeftOut = 0;
+    std::size_t commentsLeftOut = 0;  // and processing instructions
+
+    // The bytes of the file, piece by piece.
+    void for_each_piece(const std::function<void(std::string_view)>& take) const;
+};
+
+// The element as the root of a file. A document's root is written with everything before and behind
+// it, another element with a declaration of its own, in UTF-8. Throws ux::xml::Unkept, with the
+// place, when something cannot be kept. The document must have a layout and outlive the result.
+void write_kept(const Document& document, const Element& top, IdPolicy ids, KeptDocument& out);
+
+// The element as the root of a file in UTF-8 that is formatted anew: every element without text on
+// a line of its own, indented by step blanks a level. Comments are not in the tree and so not
+// written.
+void write_indented(const Document& document, const Element& top, std::size_t step, IdPolicy ids,
+                    KeptDocument& out);
+
+}  // namespace uxhost
