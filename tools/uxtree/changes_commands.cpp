@@ -108,7 +108,7 @@ int strip(UXXmlWrapperBase& tree, UXXmlWrapperBase& old, const ChangesOptions& o
 }
 
 int run_changes(const ChangesOptions& options) {
-    UXXmlWrapperBase tree = open_tree(options.tree);
+    UXXmlWrapperBase tree = options.target.open(options.tree);
     UXXmlWrapperBase old = open_tree(options.old);
     if (options.mark || options.strip) {
         const int count = options.mark ? mark(tree, old, options) : strip(tree, old, options);

@@ -12,7 +12,6 @@
 #include "support/table.h"
 #include "support/text.h"
 #include "support/tree.h"
-#include "support/tree_diff.h"
 
 namespace uxtool {
 namespace {
@@ -22,7 +21,6 @@ namespace {
 struct EditOptions {
     std::string file;
     std::string at;
-    bool dryRun = false;
     EditTarget target;
     std::string hint;  // for a call without an edit
     // Edits the branch below a node; yields what to tell the user, "" for nothing.
@@ -33,30 +31,21 @@ using Edit = std::shared_ptr<EditOptions>;
 
 int run_edit(const EditOptions& options) {
     if (!options.edit) throw Failure(kUsage, "uxtree", "say what to do after FILE", options.hint);
-    UXXmlWrapperBase node = open_node(options.file, options.at);
-    UXXmlWrapperBase root;
-    uxtree_get_root_node(&node, &root);
-    std::vector<TreeLine> before;
-    if (options.dryRun) before = lines_of(root);
+    const UXXmlWrapperBase root = options.target.open(options.file);
+    UXXmlWrapperBase node = node_at(root, options.at, options.file);
     const std::string told = options.edit(node);
     if (root.IsNodeValid() == 0) {
         throw Failure(kRefused, input_name(options.file), "the edit would remove the whole tree");
     }
     if (!told.empty()) note(told);
-    if (!options.dryRun) {
-        options.target.save(root, options.file);
-        return kSuccess;
-    }
-    Output out("");
-    if (!write_tree_diff(out, before, lines_of(root))) note("nothing would change");
-    return out.finish();
+    options.target.save(root, options.file);
+    return kSuccess;
 }
 
 Edit add_edit_options(CLI::App& app) {
     auto options = std::make_shared<EditOptions>();
     add_file(app, options->file);
     add_at(app, options->at);
-    app.add_flag("-n,--dry-run", options->dryRun, "Print what would change, and change nothing");
     options->target.add_options(app);
     app.fallthrough();
     return options;

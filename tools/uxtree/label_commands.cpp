@@ -89,7 +89,7 @@ struct ReplaceOptions {
 };
 
 int run_replace(const ReplaceOptions& options) {
-    UXXmlWrapperBase root = open_tree(options.file);
+    UXXmlWrapperBase root = options.target.open(options.file);
     const int changed = uxtree_recursively_replace_label_attributes(&root, options.oldText.c_str(),
                                                                     options.newText.c_str());
     options.target.save(root, options.file);
@@ -131,9 +131,8 @@ int run_to_pairs(const PairOptions& options) {
 }
 
 int run_from_pairs(const PairOptions& options) {
-    UXXmlWrapperBase node = open_node(options.file, options.at);
-    UXXmlWrapperBase root;
-    uxtree_get_root_node(&node, &root);
+    const UXXmlWrapperBase root = options.target.open(options.file);
+    UXXmlWrapperBase node = node_at(root, options.at, options.file);
     const std::string text = options.text == "-" ? read_all("-") : options.text;
     if (uxtree_key_value_pairs_str_to_branch(&node, text.c_str(), options.keySeparator[0],
                                              options.pairSeparator[0]) == 0) {

@@ -89,7 +89,7 @@ struct ApplyOptions {
 
 int run_apply(const ApplyOptions& options) {
     ValueList list = read_saved_values(options.theme);
-    const UXXmlWrapperBase root = open_tree(options.tree);
+    const UXXmlWrapperBase root = options.target.open(options.tree);
     const int written = set_values(root, list, options.tree);
     options.target.save(root, options.tree);
     note(counted(written, "value") + " written");

@@ -84,7 +84,7 @@ std::vector<std::string> unknown_ids(const UXXmlWrapperBase& root, const ValueLi
 
 int run_import(const ImportOptions& options) {
     ValueList list = read_values(options.values);
-    UXXmlWrapperBase root = open_tree(options.file);
+    UXXmlWrapperBase root = options.target.open(options.file);
     const std::vector<std::string> unknown = unknown_ids(root, list);
     const int written = set_values(root, list, options.file);
     options.target.save(root, options.file);
@@ -156,7 +156,7 @@ int copy_by_attribute(UXXmlWrapperBase& from, UXXmlWrapperBase& to, const CopyOp
 
 int run_copy(const CopyOptions& options) {
     UXXmlWrapperBase from = open_tree(options.from);
-    UXXmlWrapperBase to = open_tree(options.to);
+    UXXmlWrapperBase to = options.target.open(options.to);
     if (options.by == "id") {
         const int written = copy_by_id(from, to, options);
         note(counted(written, "value") + " written");

@@ -107,6 +107,21 @@ std::string advice_for(std::string_view message) {
         .with_excerpt(isText ? excerpt(content, failure.line, failure.column) : "");
 }
 
+template <typename LoadText, typename LoadFile>
+UXXmlWrapperBase open_as(const std::string& file, const std::string& name, LoadText&& loadText,
+                         LoadFile&& loadFile) {
+    const Descriptor descriptor = open_for_reading(file);
+    const Progress progress("reading " + name);
+    UXXmlWrapperBase root;
+    if (file == "-" || !is_regular(descriptor)) {
+        const std::string content = read_open_file(descriptor, file);
+        if (loadText(root, content) == 0) throw_load_failure(name, content);
+    } else if (loadFile(root, file.c_str()) == 0) {
+        throw_load_failure(name, read_open_file(descriptor, file));
+    }
+    return root;
+}
+
 }  // namespace
 
 std::string input_name(const std::string& file) {
@@ -118,18 +133,21 @@ UXXmlWrapperBase open_tree(const std::string& file) {
 }
 
 UXXmlWrapperBase open_tree(const std::string& file, const std::string& name) {
-    const Descriptor descriptor = open_for_reading(file);
-    const Progress progress("reading " + name);
-    UXXmlWrapperBase root;
-    if (file == "-" || !is_regular(descriptor)) {
-        const std::string content = read_open_file(descriptor, file);
-        if (root.LoadFromMemory(content.data(), content.size()) == 0) {
-            throw_load_failure(name, content);
-        }
-    } else if (root.load(file.c_str(), 0, false) == 0) {
-        throw_load_failure(name, read_open_file(descriptor, file));
-    }
-    return root;
+    return open_as(
+        file, name,
+        [](UXXmlWrapperBase& root, const std::string& content) {
+            return root.LoadFromMemory(content.data(), content.size());
+        },
+        [](UXXmlWrapperBase& root, const char* path) { return root.load(path, 0, false); });
+}
+
+UXXmlWrapperBase open_tree_for_editing(const std::string& file) {
+    return open_as(
+        file, input_name(file),
+        [](UXXmlWrapperBase& root, const std::string& content) {
+            return UXLoadForEditingFromMemory(&root, content.data(), content.size());
+        },
+        [](UXXmlWrapperBase& root, const char* path) { return UXLoadForEditing(&root, path); });
 }
 
 std::string read_all(const std::string& file) {

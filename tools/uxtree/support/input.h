@@ -22,6 +22,9 @@ UXXmlWrapperBase open_tree(const std::string& file);
 // The same for a file that messages call by another name.
 UXXmlWrapperBase open_tree(const std::string& file, const std::string& name);
 
+// The same for a tree that is to be saved with the layout of its file.
+UXXmlWrapperBase open_tree_for_editing(const std::string& file);
+
 // The whole content of a file, of "-" or of a pipe; throws Failure with kUnreadable.
 std::string read_all(const std::string& file);
 

@@ -15,7 +15,12 @@ CLI::Option* add_at(CLI::App& app, std::string& path) {
 }
 
 UXXmlWrapperBase open_node(const std::string& file, const std::string& path) {
-    UXXmlWrapperBase node = open_tree(file);
+    return node_at(open_tree(file), path, file);
+}
+
+UXXmlWrapperBase node_at(const UXXmlWrapperBase& root, const std::string& path,
+                         const std::string& file) {
+    UXXmlWrapperBase node = root;
     std::istringstream steps(path);
     std::string step;
     while (std::getline(steps, step, '/')) {

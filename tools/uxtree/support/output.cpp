@@ -11,6 +11,8 @@
 #include <unistd.h>
 
 #include "support/input.h"
+#include "support/text_diff.h"
+#include "support/tree.h"
 
 namespace uxtool {
 namespace {
@@ -42,14 +44,30 @@ mode_t permissions_for(const std::string& file) {
     return 0666U & ~mask;
 }
 
+[[noreturn]] void throw_save_failure(const std::string& name) {
+    const CStringUTF8 reason = UXGetLastSaveError();
+    throw Failure(kRefused, name,
+                  reason.IsEmpty() ? "cannot be written" : static_cast<const char*>(reason));
+}
+
 // Saves through the host and hands on its reason when that is refused.
 void save_through_host(const UXXmlWrapperBase& root, const std::string& path,
                        const std::string& name) {
     const Progress progress("writing " + name);
-    if (root.Save(path.c_str(), 0) != 0) return;
-    const CStringUTF8 reason = UXGetLastSaveError();
-    throw Failure(kRefused, name,
-                  reason.IsEmpty() ? "cannot be written" : static_cast<const char*>(reason));
+    if (root.Save(path.c_str(), 0) == 0) throw_save_failure(name);
+}
+
+void write_difference(Output& out, std::string_view difference) {
+    while (!difference.empty()) {
+        const std::size_t end = std::min(difference.find('\n'), difference.size() - 1);
+        const std::string line(difference.substr(0, end));
+        difference.remove_prefix(end + 1);
+        const bool heads = line.starts_with("---") || line.starts_with("+++");
+        const bool added = line.starts_with('+');
+        const bool paints = !heads && (added || line.starts_with('-'));
+        out.write(paints ? out.palette().paint(added ? Role::kValue : Role::kError, line) : line);
+        out.write("\n");
+    }
 }
 
 // For places that the host cannot replace: the same bytes, by way of a temporary file.
@@ -150,14 +168,92 @@ void EditTarget::add_options(CLI::App& app) {
     app.add_option("--backup", backupSuffix_, "With -i: the suffix under which the old file stays")
         ->type_name("SUFFIX")
         ->needs(inPlace);
+    app.add_flag("-n,--dry-run", dryRun_, "Print what would change, and change nothing");
+    CLI::Option* plain =
+        app.add_flag("--plain", plain_, "Write the tree alone: no comments, no white space");
+    app.add_option("--indent", indent_, "Format the tree anew, without comments: N blanks a level")
+        ->type_name("N")
+        ->check(CLI::Range(0, 100))
+        ->excludes(plain);
+    app.add_flag("--no-ids", noIds_, "Leave out IDs that the edit gave to nodes")->excludes(plain);
+}
+
+UXXmlWrapperBase EditTarget::open(const std::string& file) const {
+    return plain_ && !dryRun_ ? open_tree(file) : open_tree_for_editing(file);
+}
+
+UXSaveOptions EditTarget::save_options() const {
+    UXSaveOptions options;
+    if (plain_) options.form = UXSaveForm::kPlain;
+    if (indent_ >= 0) options.form = UXSaveForm::kIndented;
+    options.indent = indent_;
+    options.ids = noIds_ ? UXSaveIds::kLeaveOut : UXSaveIds::kWrite;
+    return options;
+}
+
+void EditTarget::tell(const UXSaveReport& report) const {
+    const auto count = [](std::size_t ids) {
+        return fmt::format("{} new ID{}", ids, ids == 1 ? "" : "s");
+    };
+    if (report.idsWritten != 0) note(count(report.idsWritten) + " written; --no-ids leaves out");
+    if (report.idsLeftOut != 0) note(count(report.idsLeftOut) + " left out");
+    if (report.commentsLeftOut != 0) {
+        note(fmt::format("{} comment{} or instruction{} left out", report.commentsLeftOut,
+                         report.commentsLeftOut == 1 ? "" : "s",
+                         report.commentsLeftOut == 1 ? "" : "s"));
+    }
 }
 
 void EditTarget::save(const UXXmlWrapperBase& root, const std::string& inputFile) const {
-    if (inPlace_) {
+    if (dryRun_) {
+        print_difference(root, inputFile);
+    } else if (inPlace_) {
         save_in_place(root, inputFile);
     } else {
-        save_tree(root, output_);
+        save_to(root, output_);
     }
+}
+
+void EditTarget::save_to(const UXXmlWrapperBase& root, const std::string& output) const {
+    if (!is_standard_output(output) && !exists_but_not_regular(output)) {
+        save_content(root, resolved(output), output);
+        return;
+    }
+    const std::string content = content_of(root, is_standard_output(output) ? "stdout" : output);
+    Output out(output);
+    out.write(content);
+    const bool ended = !content.empty() && content.back() == '\n';
+    if (!ended && is_standard_output(output) && ::isatty(STDOUT_FILENO) == 1) out.write("\n");
+    out.finish();
+}
+
+void EditTarget::save_content(const UXXmlWrapperBase& root, const std::string& path,
+                              const std::string& name) const {
+    const Progress progress("writing " + name);
+    UXSaveReport report;
+    if (UXSaveAs(&root, path.c_str(), save_options(), &report) == 0) throw_save_failure(name);
+    tell(report);
+}
+
+std::string EditTarget::content_of(const UXXmlWrapperBase& root, const std::string& name) const {
+    CStringUTF8 content;
+    UXSaveReport report;
+    if (UXSaveToMemory(&root, &content, save_options(), &report) == 0) throw_save_failure(name);
+    tell(report);
+    return to_string(content);
+}
+
+void EditTarget::print_difference(const UXXmlWrapperBase& root,
+                                  const std::string& inputFile) const {
+    CStringUTF8 before;
+    UXGetSourceBytes(&root, &before);
+    const std::string name = input_name(inputFile);
+    Output out("");
+    const std::string difference =
+        unified_diff(to_string(before), content_of(root, name), name, name);
+    if (difference.empty()) note("nothing would change");
+    write_difference(out, difference);
+    out.finish();
 }
 
 void EditTarget::save_in_place(const UXXmlWrapperBase& root, const std::string& inputFile) const {
@@ -170,7 +266,7 @@ void EditTarget::save_in_place(const UXXmlWrapperBase& root, const std::string& 
                                    std::filesystem::copy_options::overwrite_existing, error);
         if (error) throw Failure(kRefused, inputFile + backupSuffix_, error.message());
     }
-    save_through_host(root, resolved(inputFile), inputFile);
+    save_content(root, resolved(inputFile), inputFile);
 }
 
 std::vector<std::string> with_backup_option(std::vector<std::string> arguments) {

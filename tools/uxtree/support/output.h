@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include "uxtree/host/embedded.h"
 #include "uxtree/host/host.h"
 
 #include "support/command.h"
@@ -58,21 +59,36 @@ void save_tree(const UXXmlWrapperBase& root, const std::string& output);
 // Where an edited tree goes: -o FILE, -i (back into the file it came from), else standard output.
 //
 //     EditTarget target;  target.add_options(app);        when the options are declared
+//     UXXmlWrapperBase root = target.open(options.file);   "-" is standard input
 //     target.save(root, options.file);                     when the work is done
 //
-// -iSUFFIX keeps the old file under its name with SUFFIX appended. Saving is atomic; a tree that
-// cannot be written is refused and the old file stays.
+// The file's layout is kept: what the edit is not about stays as it was written. --plain and
+// --indent write the tree anew; -n prints the difference and writes nothing. -iSUFFIX keeps the old
+// file under its name with SUFFIX appended. Saving is atomic; a tree that cannot be written is
+// refused and the old file stays.
 class EditTarget {
 public:
     void add_options(CLI::App& app);
+    UXXmlWrapperBase open(const std::string& file) const;
     void save(const UXXmlWrapperBase& root, const std::string& inputFile) const;
 
 private:
     void save_in_place(const UXXmlWrapperBase& root, const std::string& inputFile) const;
+    void save_content(const UXXmlWrapperBase& root, const std::string& path,
+                      const std::string& name) const;
+    void save_to(const UXXmlWrapperBase& root, const std::string& output) const;
+    std::string content_of(const UXXmlWrapperBase& root, const std::string& name) const;
+    void print_difference(const UXXmlWrapperBase& root, const std::string& inputFile) const;
+    void tell(const UXSaveReport& report) const;
+    UXSaveOptions save_options() const;
 
     std::string output_;
     bool inPlace_ = false;
     std::string backupSuffix_;
+    bool dryRun_ = false;
+    bool plain_ = false;
+    int indent_ = -1;  // -1: as it was
+    bool noIds_ = false;
 };
 
 // Rewrites "-iSUFFIX" and "--in-place=SUFFIX" to "-i --backup=SUFFIX", as EditTarget declares them.
