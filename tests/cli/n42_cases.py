@@ -137,6 +137,43 @@ def test_ManySpectraAreSummedUnlessChosen(tool):
     assert "9 curves" not in tool.run(["n42", "plot", "--each", "-f", "html", "m.n42"]).err
 
 
+def test_LegendStandsBelowTheCurvesAndNothingIsCut(tool):
+    long = "Title of a measurement that is far too long for one line of a picture of spectra " * 3
+    name = "".join(f"detector-{i}-" for i in range(12))
+    tool.write("l.n42", SMALL.replace('"D1"', f'"{name}"'))
+    svg = picture(tool, "--title", long, "l.n42")
+    words = " ".join(re.findall(r'<text class="title"[^>]*>([^<]*)<', svg)).split()
+    assert words == long.split()
+    keys = re.findall(r'<text class="key" x="\d+" y="([\d.]+)">([^<]*)', svg)
+    assert "".join(text for _, text in keys[:-1]).replace(" ", "") == \
+        ("1.0 Background " + name).replace(" ", "")
+    bottom = float(re.search(r'<path class="frame" d="M\S+ \S+V(\S+)H', svg).group(1))
+    height = float(re.search(r' height="([\d.]+)"', svg).group(1))
+    assert all(bottom < float(y) < height for y, _ in keys), (bottom, keys, height)
+    assert "\u2026" not in svg and max(len(text) for _, text in keys) <= 50
+
+
+def test_CurvesOfOneDetectorHaveDifferentNames(tool):
+    spectra = "".join('<Spectrum radDetectorInformationReference="D"><ChannelData>'
+                      + "1 " * count + "</ChannelData></Spectrum>" for count in [2, 2, 3, 3] * 3)
+    tool.write("m.n42", "<RadInstrumentData><RadMeasurement><MeasurementClassCode>F"
+               "</MeasurementClassCode>" + spectra + "</RadMeasurement></RadInstrumentData>")
+    svg = picture(tool, "m.n42")
+    assert re.findall(r'class="key"[^>]*>([^<]*)<', svg) == ["F D", "F D (2)"]
+
+
+def test_RatesAreDrawnWhereTimesAreKnown(tool):
+    tool.write("e.n42", EXAMPLE)
+    svg = picture(tool, "--rate", "e.n42")
+    assert ">Counts per second and channel</text>" in svg and "577.8k counts, 160.6/s" in svg
+    page = picture(tool, "--rate", "-f", "html", "e.n42")
+    assert '"rates":true' in page and '"live":3597.69' in page
+    tool.write("s.n42", SMALL)
+    for form in ["svg", "html"]:
+        result = tool.run(["n42", "plot", "--rate", "-f", form, "s.n42"])
+        assert result.code == 4 and "1.1 Background as rates: it has no live time" in result.err
+
+
 def test_TextsOfAFileCannotBreakOut(tool):
     evil = '<Measurement><Spectrum Detector="&lt;/script&gt;&lt;b a=&quot;1&quot;&gt;&lt;!--">' \
         "<ChannelData>1 2</ChannelData></Spectrum></Measurement>"

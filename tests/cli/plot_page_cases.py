@@ -1,4 +1,5 @@
 """The page of n42 plot, as a browser draws it. Cannot be tried without Chromium."""
+import json
 import pathlib
 import re
 import shutil
@@ -12,8 +13,8 @@ EXAMPLE = pathlib.Path(__file__).resolve().parents[2] / "examples" / "spectrum.n
 CURVE_COLOURS = [(0x1f, 0x6f, 0xeb), (0xd9, 0x48, 0x0f), (0x2b, 0x8a, 0x3e), (0x9c, 0x36, 0xb5)]
 
 
-def open_page(tool, *args):
-    """Opens page.html; yields what the browser writes on standard output and standard error."""
+def open_page(tool, *args, what=""):
+    """Opens page.html, showing what; yields what the browser writes on standard output and standard error."""
     program = shutil.which("chromium") or shutil.which("chromium-browser")
     if not program:
         raise Skip("no Chromium, so the page is not opened")
@@ -21,7 +22,7 @@ def open_page(tool, *args):
         [program, "--headless=new", "--no-sandbox", "--disable-gpu", "--hide-scrollbars",
          f"--user-data-dir={tool.path('profile')}", "--enable-logging=stderr", "--v=0",
          "--window-size=1000,600", "--virtual-time-budget=2000", *args,
-         tool.path("page.html").as_uri()],
+         tool.path("page.html").as_uri() + what],
         capture_output=True, timeout=120, check=True, cwd=tool.folder)
     return done.stdout.decode(), done.stderr.decode()
 
@@ -79,3 +80,69 @@ def test_PageDrawsItsCurvesWithoutAWordOnTheConsole(tool):
     for colour in CURVE_COLOURS:
         near = sum(n for c, n in seen.items() if all(abs(a - b) < 40 for a, b in zip(c, colour)))
         assert near > 200, (colour, near)
+
+
+def region_of(counts, first, last):
+    """Gross and net counts and centroid of channels from 0, the background being a line between
+    the means of three channels on either side."""
+    left, right = sum(counts[first - 3:first]) / 3, sum(counts[last + 1:last + 4]) / 3
+    width = last - first + 1
+    below = [left + (right - left) * (i + 0.5) / width for i in range(width)]
+    net = [c - b for c, b in zip(counts[first:last + 1], below)]
+    return sum(counts[first:last + 1]), sum(net), \
+        sum((first + i) * n for i, n in enumerate(net)) / sum(net)
+
+
+def regions_in(document):
+    rows = re.findall(r'data-gross="([^"]*)" data-net="([^"]*)" data-centroid="([^"]*)" '
+                      r'data-first="([^"]*)" data-last="([^"]*)"', document)
+    return [[float(value) for value in row] for row in rows]
+
+
+def near(one, other):
+    return abs(one - other) <= 1e-6 * max(abs(one), abs(other), 1)
+
+
+def test_PageSumsRegionsLikeTheLibrary(tool):
+    tool.write("page.html", tool.run(["n42", "plot", "-f", "html", "-s", "2", str(EXAMPLE)]).out)
+    spectra = json.loads(tool.run(["n42", "export", "-f", "json", "-s", "2", str(EXAMPLE)]).out)
+
+    document, messages = open_page(tool, "--dump-dom", what="#region=600:720")
+    assert "CONSOLE" not in messages, messages
+    rows = regions_in(document)
+    assert len(rows) == 2, rows
+    for spectrum, (gross, net, centroid, first, last) in zip(spectra, rows):
+        energies = spectrum["energies"]
+        inside = [i for i, energy in enumerate(energies) if 600 <= energy <= 720]
+        assert (inside[0] + 1, inside[-1] + 1) == (first, last)
+        wanted = region_of(spectrum["counts"], inside[0], inside[-1])
+        whole = int(wanted[2])
+        energy = energies[whole] + (energies[whole + 1] - energies[whole]) * (wanted[2] - whole)
+        assert near(gross, wanted[0]) and near(net, wanted[1]), (gross, net, wanted)
+        assert abs(centroid - energy) < 1e-3, (centroid, energy)
+
+    document, _ = open_page(tool, "--dump-dom", what="#region=200:250&channel&rates&sum&linear")
+    rows = regions_in(document)
+    assert len(rows) == 3, rows
+    for spectrum, (gross, net, centroid, first, last) in zip(spectra, rows):
+        wanted = region_of(spectrum["counts"], 199, 249)
+        assert (first, last) == (200, 250)
+        assert near(gross, wanted[0] / spectrum["liveSeconds"])
+        assert near(net, wanted[1] / spectrum["liveSeconds"])
+        assert abs(centroid - wanted[2] - 1) < 1e-6
+    counts = sum(sum(spectrum["counts"][199:250]) for spectrum in spectra)
+    seconds = sum(spectrum["liveSeconds"] for spectrum in spectra)
+    assert near(rows[2][0], counts / seconds), (rows[2], counts / seconds)
+    assert "Mean of 2: " in document
+
+
+def test_PageRefusesWhatItCannotShow(tool):
+    tool.write("t.n42", "<N42InstrumentData><Measurement><Spectrum><ChannelData>1 2</ChannelData>"
+               "</Spectrum><Spectrum><ChannelData>1 2 3</ChannelData></Spectrum></Measurement>"
+               "</N42InstrumentData>")
+    tool.write("page.html", tool.run(["n42", "plot", "-f", "html", "t.n42"]).out)
+    document, messages = open_page(tool, "--dump-dom", what="#rates&sum&channel")
+    assert "CONSOLE" not in messages, messages
+    assert re.search(r'<button id="rates"[^>]*disabled', document)
+    assert re.search(r'<button id="energy"[^>]*disabled', document)
+    assert '<p id="total">No sum: ' in document

@@ -28,6 +28,7 @@ struct PlotOptions {
     std::vector<std::string> chosen;
     bool linear = false;
     bool each = false;
+    bool rates = false;
 };
 
 using Spectra = std::vector<const uxkit::Spectrum*>;
@@ -51,11 +52,12 @@ Spectra chosen_spectra(const std::vector<uxkit::Spectrum>& content, const PlotOp
 struct Curve {
     uxkit::Spectrum spectrum;
     std::size_t summed = 1;
+    std::string detail;  // times, counts, rate
 };
 
 std::vector<Curve> single_curves(const Spectra& spectra) {
     std::vector<Curve> out;
-    for (const uxkit::Spectrum* spectrum : spectra) out.push_back({*spectrum});
+    for (const uxkit::Spectrum* spectrum : spectra) out.push_back({*spectrum, 1, ""});
     return out;
 }
 
@@ -69,7 +71,7 @@ std::vector<Curve> summed_curves(const Spectra& spectra) {
         const auto [place, isNew] =
             places.emplace(std::pair(words, spectrum->calibration.get()), out.size());
         if (isNew) {
-            out.push_back({*spectrum});
+            out.push_back({*spectrum, 1, ""});
             continue;
         }
         Curve& sum = out[place->second];
@@ -78,6 +80,24 @@ std::vector<Curve> summed_curves(const Spectra& spectra) {
         ++sum.summed;
     }
     return out;
+}
+
+double seconds_of_curve(const Curve& curve) {
+    const uxkit::Spectrum& spectrum = curve.spectrum;
+    return spectrum.liveSeconds < 0 ? spectrum.realSeconds : spectrum.liveSeconds;
+}
+
+std::string detail_of(const Curve& curve) {
+    std::string detail;
+    if (curve.summed > 1) detail = fmt::format("{} spectra, ", curve.summed);
+    const double seconds = seconds_of_curve(curve);
+    if (seconds >= 0) detail += fmt::format("{:.5g} s, ", seconds);
+    const auto shortened = [](double value) {
+        return short_number(std::stod(fmt::format("{:.3e}", value)));
+    };
+    detail += shortened(uxkit::total(curve.spectrum.counts)) + " counts";
+    const double rate = uxkit::rate_of(curve.spectrum);
+    return rate < 0 ? detail : detail + ", " + shortened(rate) + "/s";
 }
 
 void keep_largest(std::vector<Curve>& curves, std::size_t count, const std::string& file) {
@@ -104,6 +124,21 @@ std::string name_of(const Curve& curve) {
     return name.empty() ? "Sum" : name;
 }
 
+// The page divides by itself, and can go back to counts.
+void make_rates(std::vector<Curve>& curves, const std::string& file, bool page) {
+    for (Curve& curve : curves) {
+        uxkit::SpectrumProblem problem = uxkit::SpectrumProblem::kNone;
+        if (!page) {
+            problem = uxkit::make_rates(curve.spectrum);
+        } else if (uxkit::rate_of(curve.spectrum) < 0) {
+            problem = uxkit::SpectrumProblem::kNoLiveTime;
+        }
+        if (problem == uxkit::SpectrumProblem::kNone) continue;
+        throw Failure(kRefused, input_name(file),
+                      name_of(curve) + " as rates: " + uxkit::text_of(problem));
+    }
+}
+
 // Sums of one detector with different channels would have one name.
 std::vector<std::string> names_of(const std::vector<Curve>& curves) {
     std::vector<std::string> out;
@@ -115,20 +150,6 @@ std::vector<std::string> names_of(const std::vector<Curve>& curves) {
         out.push_back(std::move(unique));
     }
     return out;
-}
-
-double seconds_of_curve(const Curve& curve) {
-    const uxkit::Spectrum& spectrum = curve.spectrum;
-    return spectrum.liveSeconds < 0 ? spectrum.realSeconds : spectrum.liveSeconds;
-}
-
-std::string detail_of(const Curve& curve) {
-    std::string detail;
-    if (curve.summed > 1) detail = fmt::format("{} spectra, ", curve.summed);
-    const double seconds = seconds_of_curve(curve);
-    if (seconds >= 0) detail += fmt::format("{:.5g} s, ", seconds);
-    const double rounded = std::stod(fmt::format("{:.3e}", uxkit::total(curve.spectrum.counts)));
-    return detail + short_number(rounded) + " counts";
 }
 
 // The energies of the curves, shared by those that have the same; null where any curve has none
@@ -167,9 +188,10 @@ void add_curves(Plot& plot, std::vector<Curve> curves, const std::vector<PlotAxi
     const PlotAxis channels = energies.empty() ? channel_numbers(longest) : nullptr;
     std::vector<std::string> names = names_of(curves);
     for (std::size_t i = 0; i < curves.size(); ++i) {
-        plot.curves.push_back({std::move(names[i]), detail_of(curves[i]),
+        plot.curves.push_back({std::move(names[i]), std::move(curves[i].detail),
                                energies.empty() ? channels : energies[i],
-                               std::move(curves[i].spectrum.counts)});
+                               std::move(curves[i].spectrum.counts),
+                               curves[i].spectrum.liveSeconds});
     }
 }
 
@@ -183,7 +205,9 @@ Plot plot_of(const PlotOptions& options, const std::vector<uxkit::Spectrum>& con
     const Spectra spectra = chosen_spectra(content, options);
     const bool single = options.each || !options.chosen.empty() || spectra.size() <= kPlotColours;
     std::vector<Curve> curves = single ? single_curves(spectra) : summed_curves(spectra);
+    for (Curve& curve : curves) curve.detail = detail_of(curve);
     if (!page) keep_largest(curves, kPlotColours, options.file);
+    if (options.rates) make_rates(curves, options.file, page);
     const std::vector<PlotAxis> energies = energies_of(curves);
     const uxkit::Spectrum& first = *spectra.front();
     Plot plot;
@@ -192,7 +216,9 @@ Plot plot_of(const PlotOptions& options, const std::vector<uxkit::Spectrum>& con
                      : options.title;
     plot.subtitle = first.start;
     plot.logarithmic = !options.linear;
-    plot.yTitle = "Counts per channel";
+    plot.energies = !energies.empty();
+    plot.rates = options.rates;
+    plot.yTitle = options.rates && !page ? "Counts per second and channel" : "Counts per channel";
     plot.xTitle = "Channel";
     if (!energies.empty()) {
         const std::string& unit = first.calibration->unit;
@@ -233,6 +259,7 @@ const Command kPlot{
         add_selection(app, options->chosen, "Draw this spectrum");
         app.add_flag("--each", options->each, "Draw every spectrum by itself");
         app.add_flag("--linear", options->linear, "Draw counts on a linear axis");
+        app.add_flag("--rate", options->rates, "Draw counts per second of live time");
         app.add_option("--title", options->title, "Title; the name of the file by default")
             ->type_name("TEXT");
         add_format(app, options->format, {"auto", "svg", "html"});

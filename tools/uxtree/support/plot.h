@@ -17,6 +17,7 @@ struct PlotCurve {
     std::string detail;  // a few more words, "" for none
     PlotAxis x;          // one position per value, or more
     std::vector<double> y;
+    double liveSeconds = -1;  // below 0 when it is not known
 };
 
 struct Plot {
@@ -25,6 +26,8 @@ struct Plot {
     std::string xTitle;
     std::string yTitle;
     bool logarithmic = true;  // of the y axis; in the page, at first
+    bool rates = false;       // the page shows rates at first; its values are counts all the same
+    bool energies = false;    // positions are energies; else channels from 1
     std::vector<PlotCurve> curves;
 };
 
@@ -32,7 +35,8 @@ inline constexpr std::size_t kPlotColours = 8;  // curves beyond repeat them
 
 // A picture that follows the viewer's light or dark scheme and grows its texts when it is small.
 void write_plot_svg(Output& out, const Plot& plot);
-// A page that needs nothing but itself: zoom, values under the pointer, both scales, selection.
+// A page that needs nothing but itself: zoom, values under the pointer, both scales, counts or
+// rates, energies or channels, sums of curves and of regions.
 void write_plot_html(Output& out, const Plot& plot);
 
 // Round positions of at most about count ticks between low and high.

@@ -49,9 +49,11 @@ void write_data(Output& out, const Plot& plot) {
     for (const PlotCurve& curve : plot.curves) {
         if (axes.emplace(curve.x.get(), inOrder.size()).second) inOrder.push_back(curve.x.get());
     }
-    out.print("{{\"title\":{},\"subtitle\":{},\"xTitle\":{},\"yTitle\":{},\"log\":{},\n\"axes\":[",
-              script_string(plot.title), script_string(plot.subtitle), script_string(plot.xTitle),
-              script_string(plot.yTitle), plot.logarithmic);
+    out.print(
+        "{{\"title\":{},\"subtitle\":{},\"xTitle\":{},\"yTitle\":{},\"log\":{},"
+        "\"energies\":{},\"rates\":{},\n\"axes\":[",
+        script_string(plot.title), script_string(plot.subtitle), script_string(plot.xTitle),
+        script_string(plot.yTitle), plot.logarithmic, plot.energies, plot.rates);
     const char* separator = "";
     for (const std::vector<double>* axis : inOrder) {
         out.write(separator);
@@ -61,8 +63,9 @@ void write_data(Output& out, const Plot& plot) {
     out.write("],\n\"curves\":[");
     separator = "";
     for (const PlotCurve& curve : plot.curves) {
-        out.print("{}{{\"name\":{},\"detail\":{},\"axis\":{},\"y\":", separator,
-                  script_string(curve.name), script_string(curve.detail), axes[curve.x.get()]);
+        out.print("{}{{\"name\":{},\"detail\":{},\"axis\":{},\"live\":{},\"y\":", separator,
+                  script_string(curve.name), script_string(curve.detail), axes[curve.x.get()],
+                  curve.liveSeconds < 0 ? "null" : fmt::format("{}", curve.liveSeconds));
         write_numbers(out, curve.y, true);
         out.write("}");
         separator = ",\n";

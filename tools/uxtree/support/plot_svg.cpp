@@ -12,13 +12,15 @@ namespace uxtool {
 namespace {
 
 constexpr double kWidth = 800;
-constexpr double kHeight = 450;
-constexpr double kLeft = 66;
-constexpr double kRight = 774;
-constexpr double kTop = 58;
-constexpr double kBottom = 392;
+constexpr double kLeft = 84;
+constexpr double kRight = 762;
+constexpr double kPlotHeight = 334;
+constexpr double kTitleLine = 26;
+constexpr double kLegendLine = 25;
 constexpr double kMostDecades = 8;
-constexpr std::size_t kNameWidth = 34;  // characters
+// Characters of a line, which fit also when texts grow in a small picture.
+constexpr std::size_t kTitleWidth = 48;
+constexpr std::size_t kNameWidth = 50;
 
 // Colours that keep apart for most eyes, on white and on black.
 constexpr std::array<std::pair<const char*, const char*>, kPlotColours> kColours{
@@ -36,10 +38,40 @@ struct Range {
     double high = 1;
 };
 
+// Lines of at most width characters; nothing of the text is lost.
+std::vector<std::string> wrapped(const std::string& text, std::size_t width) {
+    std::vector<std::string> lines;
+    std::string line;
+    std::size_t used = 0;
+    std::size_t blank = std::string::npos;  // where the line may break
+    const std::string shown = visible(text);
+    for (std::size_t i = 0; i < shown.size();) {
+        std::size_t end = i + 1;  // of the character
+        while (end < shown.size() && (static_cast<unsigned char>(shown[end]) & 0xC0U) == 0x80U)
+            ++end;
+        if (shown[i] == ' ') blank = line.size();
+        line.append(shown, i, end - i);
+        i = end;
+        if (++used < width || i == shown.size()) continue;
+        std::string rest;
+        if (blank != std::string::npos && blank > 0) {
+            rest = line.substr(blank + 1);
+            line.resize(blank);
+        }
+        lines.push_back(std::move(line));
+        line = std::move(rest);
+        used = display_width(line);
+        blank = std::string::npos;
+    }
+    if (!line.empty() || lines.empty()) lines.push_back(std::move(line));
+    return lines;
+}
+
 // From data to the picture.
 class Scale {
 public:
-    Scale(Range x, Range y, bool logarithmic) : x_(x), y_(y), logarithmic_(logarithmic) {}
+    Scale(Range x, Range y, bool logarithmic, double top)
+        : x_(x), y_(y), logarithmic_(logarithmic), top_(top) {}
     double x(double value) const {
         return kLeft + (value - x_.low) / (x_.high - x_.low) * (kRight - kLeft);
     }
@@ -48,13 +80,14 @@ public:
             logarithmic_
                 ? value <= y_.low ? 0 : std::log(value / y_.low) / std::log(y_.high / y_.low)
                 : (value - y_.low) / (y_.high - y_.low);
-        return kBottom - part * (kBottom - kTop);
+        return top_ + (1 - part) * kPlotHeight;
     }
 
 private:
     Range x_;
     Range y_;
     bool logarithmic_;
+    double top_;
 };
 
 Range range_of_x(const Plot& plot) {
@@ -94,25 +127,36 @@ public:
           plot_(plot),
           xRange_(range_of_x(plot)),
           yRange_(range_of_y(plot)),
-          scale_(xRange_, yRange_, plot.logarithmic) {}
+          title_(wrapped(plot.title, kTitleWidth)),
+          subtitle_(wrapped(plot.subtitle, 2 * kTitleWidth)),
+          top_(14 + kTitleLine * static_cast<double>(title_.size()) +
+               18 * static_cast<double>(subtitle_.size())),
+          bottom_(top_ + kPlotHeight),
+          scale_(xRange_, yRange_, plot.logarithmic, top_) {
+        for (const PlotCurve& curve : plot.curves) {
+            names_.push_back(wrapped(curve.name, kNameWidth));
+            legendLines_ += names_.back().size();
+        }
+    }
 
     void write() {
+        const double height = legend_top() + kLegendLine * static_cast<double>(legendLines_) + 4;
         out_.print(
             "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 {0} {1}\" width=\"{0}\" "
             "height=\"{1}\" role=\"img\">\n<title>{2}</title>\n",
-            kWidth, kHeight, markup(plot_.title));
+            kWidth, height, markup(plot_.title));
         write_style();
-        out_.print("<rect class=\"paper\" width=\"{}\" height=\"{}\"/>\n", kWidth, kHeight);
+        out_.print("<rect class=\"paper\" width=\"{}\" height=\"{}\"/>\n", kWidth, height);
         write_titles();
         write_x_axis();
         plot_.logarithmic ? write_decades() : write_y_ticks();
         out_.print(
             "<clipPath id=\"area\"><rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\"/>"
             "</clipPath>\n<g clip-path=\"url(#area)\">\n",
-            kLeft, kTop, kRight - kLeft, kBottom - kTop + 1);
+            kLeft, top_, kRight - kLeft, bottom_ - top_ + 1);
         for (std::size_t i = 0; i < plot_.curves.size(); ++i) write_curve(i);
         out_.write("</g>\n");
-        out_.print("<path class=\"frame\" d=\"M{0} {1}V{2}H{3}\"/>\n", kLeft, kTop, kBottom,
+        out_.print("<path class=\"frame\" d=\"M{0} {1}V{2}H{3}\"/>\n", kLeft, top_, bottom_,
                    kRight);
         write_legend();
         out_.write("</svg>\n");
@@ -125,16 +169,15 @@ private:
             "text{font:13px system-ui,-apple-system,\"Segoe UI\",\"DejaVu Sans\",sans-serif;"
             "fill:#24292f}\n"
             ".title{font-size:17px;font-weight:600}.sub,.tick{fill:#57606a}\n"
-            ".x{text-anchor:middle}.y,.key{text-anchor:end}\n"
-            ".key,.paper{paint-order:stroke;stroke:#fff;stroke-width:4px;stroke-linejoin:round}\n"
+            ".x{text-anchor:middle}.y{text-anchor:end}\n"
             ".paper{fill:#fff}.grid{stroke:#d0d7de;stroke-width:.7}.fine{stroke-opacity:.45}\n"
             ".frame{fill:none;stroke:#57606a}\n"
             ".c{fill:none;stroke-width:1.3;stroke-linejoin:round}.a{stroke:none;opacity:.14}\n");
         write_colours(&std::pair<const char*, const char*>::first);
         out_.write(
             "@media (prefers-color-scheme:dark){\n"
-            "text{fill:#e6edf3}.sub,.tick{fill:#9da7b3}.paper{fill:#0d1117;stroke:#0d1117}\n"
-            ".key{stroke:#0d1117}.grid{stroke:#30363d}.frame{stroke:#9da7b3}.a{opacity:.22}\n");
+            "text{fill:#e6edf3}.sub,.tick{fill:#9da7b3}.paper{fill:#0d1117}\n"
+            ".grid{stroke:#30363d}.frame{stroke:#9da7b3}.a{opacity:.22}\n");
         write_colours(&std::pair<const char*, const char*>::second);
         // Drawn small, texts take more of the picture, and every second label goes.
         out_.write(
@@ -152,15 +195,25 @@ private:
         out_.write("\n");
     }
 
+    // The legend stands below the axis, where it covers nothing.
+    double legend_top() const { return bottom_ + 58; }
+
     void write_titles() {
-        out_.print("<text class=\"title\" x=\"{}\" y=\"24\">{}</text>\n", kLeft,
-                   markup(clipped(plot_.title, 60)));
-        out_.print("<text class=\"sub\" x=\"{}\" y=\"43\">{}</text>\n", kLeft,
-                   markup(clipped(plot_.subtitle, 100)));
+        double y = kTitleLine - 2;
+        for (const std::string& line : title_) {
+            out_.print("<text class=\"title\" x=\"{}\" y=\"{}\">{}</text>\n", kLeft, y,
+                       markup(line));
+            y += kTitleLine;
+        }
+        y -= 7;
+        for (const std::string& line : subtitle_) {
+            out_.print("<text class=\"sub\" x=\"{}\" y=\"{}\">{}</text>\n", kLeft, y, markup(line));
+            y += 18;
+        }
         out_.print("<text class=\"x\" x=\"{}\" y=\"{}\">{}</text>\n", (kLeft + kRight) / 2,
-                   kHeight - 10, markup(plot_.xTitle));
-        out_.print("<text class=\"x wide\" transform=\"translate(16 {}) rotate(-90)\">{}</text>\n",
-                   (kTop + kBottom) / 2, markup(plot_.yTitle));
+                   bottom_ + 46, markup(plot_.xTitle));
+        out_.print("<text class=\"x wide\" transform=\"translate(20 {}) rotate(-90)\">{}</text>\n",
+                   (top_ + bottom_) / 2, markup(plot_.yTitle));
     }
 
     void write_x_axis() {
@@ -170,7 +223,7 @@ private:
             out_.print(
                 "<path class=\"grid\" d=\"M{0:.1f} {1}V{2}\"/><text class=\"tick x{3}\" "
                 "x=\"{0:.1f}\" y=\"{4}\">{5}</text>\n",
-                x, kTop, kBottom, place++ % 2 != 0 ? " odd" : "", kBottom + 20, short_number(tick));
+                x, top_, bottom_, place++ % 2 != 0 ? " odd" : "", bottom_ + 20, short_number(tick));
         }
     }
 
@@ -214,7 +267,7 @@ private:
         const std::size_t colour = index % kPlotColours;
         if (plot_.curves.size() == 1) {
             out_.print("<path class=\"a s{0}\" d=\"M{1:.1f} {2}L{3}V{2}Z\"/>\n", colour,
-                       scale_.x(curve.x->front()), kBottom, path);
+                       scale_.x(curve.x->front()), bottom_, path);
         }
         out_.print("<path class=\"c s{}\" d=\"M{}\"/>\n", colour, path);
     }
@@ -263,26 +316,34 @@ private:
     }
 
     void write_legend() {
+        double y = legend_top() + 18;
         for (std::size_t i = 0; i < plot_.curves.size(); ++i) {
-            const PlotCurve& curve = plot_.curves[i];
-            const double y = kTop + 20 + 25 * static_cast<double>(i);
-            const std::string detail =
-                curve.detail.empty() ? ""
-                                     : "<tspan class=\"sub\"> · " +
-                                           markup(clipped(curve.detail, kNameWidth)) + "</tspan>";
-            out_.print(
-                "<text class=\"key\" x=\"{0}\" y=\"{1}\">{2}{6}</text><path class=\"c s{3}\" "
-                "style=\"stroke-width:4\" d=\"M{4} {5}h18\"/>\n",
-                kRight - 32, y, markup(clipped(curve.name, kNameWidth)), i % kPlotColours,
-                kRight - 24, y - 4.5, detail);
+            out_.print("<path class=\"c s{}\" style=\"stroke-width:4\" d=\"M{} {}h18\"/>\n",
+                       i % kPlotColours, kLeft, y - 4.5);
+            for (std::size_t line = 0; line < names_[i].size(); ++line, y += kLegendLine) {
+                out_.print("<text class=\"key\" x=\"{}\" y=\"{}\">{}{}</text>\n", kLeft + 28, y,
+                           markup(names_[i][line]),
+                           line + 1 == names_[i].size() ? detail_of(plot_.curves[i]) : "");
+            }
         }
+    }
+
+    static std::string detail_of(const PlotCurve& curve) {
+        if (curve.detail.empty()) return "";
+        return "<tspan class=\"sub\"> \xC2\xB7 " + markup(visible(curve.detail)) + "</tspan>";
     }
 
     Output& out_;
     const Plot& plot_;
     Range xRange_;
     Range yRange_;
+    std::vector<std::string> title_;
+    std::vector<std::string> subtitle_;
+    double top_;  // of the area of the curves
+    double bottom_;
     Scale scale_;
+    std::vector<std::vector<std::string>> names_;  // lines of each curve's
+    std::size_t legendLines_ = 0;
 };
 
 }  // namespace
