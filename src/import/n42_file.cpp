@@ -14,7 +14,10 @@ namespace ux {
 namespace {
 
 constexpr int kReadPermission = 4;
-constexpr int kColumnOfX = 3;  // the column designation of energies
+constexpr int kColumnOfX = 3;                          // the column designation of energies
+constexpr const char* kCountedZeros = "CountedZeros";  // as some instruments spell it
+constexpr char kBinding[] = "xmlns:";
+constexpr std::size_t kBindingLength = sizeof kBinding - 1;
 constexpr const char* kFromBoundaries = "EnergyBoundaryValues";
 
 std::uint64_t file_size(const CStringUTF8& path) {
@@ -24,19 +27,11 @@ std::uint64_t file_size(const CStringUTF8& path) {
     return failed ? 0 : size;
 }
 
-bool equals_ignoring_case(std::string_view text, std::string_view upper) {
-    if (text.size() != upper.size()) return false;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        if ((c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c) != upper[i]) return false;
-    }
-    return true;
-}
-
-// An address whose last segment names one of the two forms.
+// An address whose last segment that is not empty names one of the two forms.
 bool is_n42_namespace(std::string_view address) {
+    while (!address.empty() && address.back() == '/') address.remove_suffix(1);
     const std::string_view last = address.substr(address.rfind('/') + 1);
-    return equals_ignoring_case(last, "N42") || equals_ignoring_case(last, "ANSIN4242");
+    return equal_no_case(last, "N42") || equal_no_case(last, "ANSIN4242");
 }
 
 CStringUTF8 indexed(const char* name, int index) {
@@ -84,37 +79,57 @@ int CVCn42FileBase::OpenDocument() {
 }
 
 void CVCn42FileBase::CollectPrefixes() {
-    static constexpr std::string_view kBinding = "xmlns:";
     prefixes_ = {"n42"};
     CWBOStringArray names;
     CWBOStringArray values;
     document_.GetPropertyNamesAndValues(names, &values, nullptr);
     for (int i = 0; i < names.GetSize(); ++i) {
         const std::string_view name = static_cast<const char*>(names[i]);
-        if (name.substr(0, kBinding.size()) != kBinding) continue;
+        if (name.substr(0, kBindingLength) != kBinding) continue;
         if (is_n42_namespace(static_cast<const char*>(values[i]))) {
-            prefixes_.emplace(name.substr(kBinding.size()));
+            prefixes_.emplace(name.substr(kBindingLength));
         }
     }
 }
 
+// Names are remembered with what this makes of them, so it knows no places.
 bool CVCn42FileBase::NormalizeTag(CStringUTF8& tag) {
     const int colon = tag.Find(':');
-    if (colon < 0 || prefixes_.count(static_cast<const char*>(tag.Left(colon))) == 0) return false;
+    if (colon < 0 || !IsKnown(tag.Left(colon))) return false;
     tag = tag.Mid(colon + 1);
     return true;
+}
+
+bool CVCn42FileBase::IsKnown(const CStringUTF8& prefix) const {
+    return prefixes_.count(static_cast<const char*>(prefix)) != 0;
+}
+
+// The tag of the element; without its prefix, when the nearest binding of that, at the element or
+// around it, is below the root and names an N42 namespace.
+void CVCn42FileBase::GetTag(const UXXmlWrapperBase& element, CStringUTF8& tag) const {
+    element.GetTagName(tag);
+    const int colon = tag.Find(':');
+    if (colon < 0 || IsKnown(tag.Left(colon))) return;
+    const CStringUTF8 name = kBinding + tag.Left(colon);
+    const UXNameKey binding(name);
+    std::string_view address;
+    for (UXXmlWrapperBase at = element; usable(at) && !(at == document_); at.GetParent(&at)) {
+        if (!at.GetPropertyView(binding, address)) continue;
+        if (is_n42_namespace(address)) tag = tag.Mid(colon + 1);
+        return;
+    }
 }
 
 // ---- reading ----------------------------------------------------------------------------------
 
 int CVCn42FileBase::IdOf(const UXXmlWrapperBase& element) {
     Q_n42_ID id{};
-    element.GetTagName(tag_);
+    GetTag(element, tag_);
     return GetID(tag_, id) ? id : 0;
 }
 
 bool CVCn42FileBase::HasLocalName(const UXXmlWrapperBase& element, const char* name) {
-    element.GetTagName(tag_);
+    GetTag(element, tag_);
     return tag_ == name || (NormalizeTag(tag_) && tag_ == name);
 }
 
@@ -184,10 +199,12 @@ void CVCn42FileBase::ReadCoefficients(EnergyCalibration& calibration) {
 
 void CVCn42FileBase::ReadChannels(const UXXmlWrapperBase& element, Spectrum& spectrum) {
     // Real files write the code under either name in both forms.
-    const char* counted = GetName(kN42CountedZeroes);
+    const auto counts_zeroes = [&](Q_n42_ID name) {
+        const CStringUTF8 code = Attribute(element, name);
+        return is_word(code, GetName(kN42CountedZeroes)) || is_word(code, kCountedZeros);
+    };
     ChannelList list;
-    list.compressed = Attribute(element, kN42CompressionCode) == counted ||
-                      Attribute(element, kN42Compression) == counted;
+    list.compressed = counts_zeroes(kN42CompressionCode) || counts_zeroes(kN42Compression);
     const char* text = Text(element);
     if (!(list.compressed ? has_counted_zeroes(text) : has_numbers(text))) return;
     list.element = element;

@@ -13,6 +13,8 @@
 
 #include "uxtree/host/host.h"
 
+#include "base/ascii.h"
+#include "base/text_view.h"
 #include "import/n42_names.h"
 #include "import/n42_numbers.h"
 
@@ -55,6 +57,11 @@ struct N42Losses {
     std::uint64_t cutZeros = 0;  // channels that they lack, as far as their last run tells
 };
 
+// Is the text the word, in any case and with any blanks around it?
+inline bool is_word(const CStringUTF8& text, const char* word) {
+    return equal_no_case(trimmed(view_of(text)), word);
+}
+
 // A reader of one N42 file. Open it, Read it, Build the tree from what was read. The loaded
 // document lives as long as the reader, and records refer to its elements: the channels of a
 // spectrum are first turned into numbers when they are written into the tree, so that no second
@@ -63,7 +70,8 @@ class CVCn42FileBase : public CQXMLFileAccess<Q_n42_ID, 0> {
 public:
     CVCn42FileBase(const char* path, DWORD flags);
 
-    // Takes off the prefix "n42", and any that the root element binds to an N42 namespace. Other
+    // Takes off the prefix "n42", and any that the root element binds to an N42 namespace. Those
+    // that are bound at an element, or around it, are taken off when the element is read. Other
     // prefixes stay, so that an instrument's own extensions never pass for standard elements.
     bool NormalizeTag(CStringUTF8& tag) override;
 
@@ -241,6 +249,8 @@ protected:
 private:
     int OpenDocument();
     void CollectPrefixes();
+    bool IsKnown(const CStringUTF8& prefix) const;
+    void GetTag(const UXXmlWrapperBase& element, CStringUTF8& tag) const;
     void Expand(const ChannelList& list);
     int WriteSpectrum(UXXmlWrapperBase& measurement, Spectrum& spectrum, int place, bool alone,
                       const Values& values);

@@ -66,7 +66,7 @@ int CVCn42File2006::Read(CWBOStringArray* detectors) {
 void CVCn42File2006::ReadLevel(const UXXmlWrapperBase& element, Q_n42_ID id, int outer) {
     const std::size_t before = spectra_.size();
     const int level = static_cast<int>(levels_.size());
-    levels_.push_back({outer, element, {}, {}, {}});
+    levels_.push_back({outer, element, {}, {}, {}, {}});
     NoteShared(Attribute(element, kN42DetectorType));
     for (UXXmlWrapperBase& child : children(element)) ReadChildOfLevel(child, id, level);
     // Nothing refers to a level without spectra, and a file may have a million of them.
@@ -96,6 +96,8 @@ void CVCn42File2006::ReadChildOfLevel(const UXXmlWrapperBase& child, Q_n42_ID le
         default:
             if (rank_of(id) > rank_of(levelId)) {
                 ReadLevel(child, static_cast<Q_n42_ID>(id), level);
+            } else if (HasLocalName(child, kRealTime)) {
+                note(data.realTime, TextOf(child));
             } else if (HasLocalName(child, kGrossCountMeasurement)) {
                 ++losses_.grossOfOtherForm;
             }
@@ -174,7 +176,7 @@ bool CVCn42File2006::ReadCalibration(const UXXmlWrapperBase& element,
                                      EnergyCalibration& calibration) {
     CStringUTF8 type = GetName(kN42Energy);
     element.GetPropertyValue("Type", type, 0);
-    if (type != GetName(kN42Energy)) return false;
+    if (!is_word(type, GetName(kN42Energy))) return false;
     calibration.id = Attribute(element, kN42Id2006);
     calibration.unit = Attribute(element, kN42EnergyUnits);
     NoteShared(calibration.id);
@@ -259,11 +261,13 @@ void CVCn42File2006::CollectWords(std::size_t spectrum) {
     };
     words_.startTime = pick(TextOf(data.startTime),
                             [&](const DataAtLevel& level) { return TextOf(level.startTime); });
-    words_.sampleRealTime = pick(TextOf(data.sampleRealTime), [&](const DataAtLevel& level) {
-        return TextOf(level.sampleRealTime);
-    });
-    // Files without levels have no other time than the spectrum's own.
-    if (words_.sampleRealTime.IsEmpty()) words_.sampleRealTime = TextOf(data.realTime);
+    // The nearest time of either name, since the live time of a spectrum belongs to that: an
+    // enclosing one would give a wrong dead time.
+    const auto realTimeOf = [&](const auto& around) {
+        CStringUTF8 text = TextOf(around.sampleRealTime);
+        return text.IsEmpty() ? TextOf(around.realTime) : text;
+    };
+    words_.sampleRealTime = pick(realTimeOf(data), realTimeOf);
     words_.liveTime = TextOf(spectra_[spectrum].liveTime);
     words_.sourceType = TextOf(data.sourceType);
     words_.detectorType =

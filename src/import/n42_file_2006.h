@@ -29,6 +29,7 @@ private:
         UXXmlWrapperBase element;
         Word startTime;
         Word sampleRealTime;
+        Word realTime;
         Word itemInformation;
     };
     // What a spectrum itself says, and where it stands. Entry i belongs to spectrum i.

@@ -22,8 +22,12 @@ constexpr std::array<double, 16> kPowersOfTen{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  
 bool is_blank(char c) {
     return c == ' ' || c == '\n' || c == '\t' || c == '\r';
 }
+// Some instruments write commas or semicolons between the numbers.
+bool is_separator(char c) {
+    return is_blank(c) || c == ',' || c == ';';
+}
 bool ends_token(char c) {
-    return is_blank(c) || c == '\0';
+    return is_separator(c) || c == '\0';
 }
 unsigned digit_of(char c) {
     return static_cast<unsigned>(static_cast<unsigned char>(c)) - '0';
@@ -36,7 +40,7 @@ public:
 
     // Goes to the next token; false at the end of the text.
     bool next() {
-        while (is_blank(*at_)) ++at_;
+        while (is_separator(*at_)) ++at_;
         return *at_ != '\0';
     }
     // Reads the token. Almost all are short whole numbers, and most others plain decimal

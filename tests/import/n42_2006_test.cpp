@@ -31,7 +31,7 @@ TEST(VCTree_n42_, WritesOneTreeOf2006) {
               "<Spectrum CalibrationIDs=\"none c\" Type=\"PHA\" Label=\"Spectrum_0\""
               " FileDataDimsVector=\"1\">"
               "<StartTime Label=\"StartTime\">10:00</StartTime>"
-              "<SampleRealTime Label=\"SampleRealTime\">PT1S</SampleRealTime>"
+              "<SampleRealTime Label=\"SampleRealTime\">PT9S</SampleRealTime>"
               "<LiveTime Label=\"LiveTime\">PT0.9S</LiveTime>"
               "<SourceType Label=\"SourceType\">Item</SourceType>"
               "<DetectorType Label=\"DetectorType\">Gamma</DetectorType>"
@@ -77,8 +77,11 @@ TEST(VCTree_n42_, NearerWordsOf2006Win) {
                 HasSubstr("<StartTime Label=\"StartTime\">own</StartTime>" + sample +
                           "<DetectorType Label=\"DetectorType\">X</DetectorType>"
                           "<ChannelData_0"));
-    EXPECT_THAT(import.spectrum(1), HasSubstr("<StartTime Label=\"StartTime\">inner</StartTime>" +
-                                              sample + "<ChannelData_0"));
+    // Its own real time is nearer than the sample's.
+    EXPECT_THAT(import.spectrum(1),
+                HasSubstr("<StartTime Label=\"StartTime\">inner</StartTime>"
+                          "<SampleRealTime Label=\"SampleRealTime\">PT8S</SampleRealTime>"
+                          "<ChannelData_0"));
     EXPECT_THAT(import.spectrum(2), HasSubstr(sample + "<DetectorType Label=\"DetectorType\">Y"
                                                        "</DetectorType><ChannelData_0"));
 }
@@ -90,6 +93,23 @@ TEST(VCTree_n42_, OwnRealTimeStandsInForAMissingSampleRealTime) {
 
     EXPECT_THAT(import.spectrum(),
                 HasSubstr("<SampleRealTime Label=\"SampleRealTime\">PT8S</SampleRealTime>"));
+}
+
+TEST(VCTree_n42_, TheNearestRealTimeOf2006Wins) {
+    const Import import(in_2006(
+        "<Measurement><SampleRealTime>PT1S</SampleRealTime><DetectorData><RealTime>PT2S</RealTime>"
+        "<RealTime>no</RealTime><DetectorMeasurement><SampleRealTime/><SpectrumMeasurement>"
+        "<SampleRealTime>PT3S</SampleRealTime><RealTime>PT4S</RealTime>" +
+        spectrum_of("1") + "</SpectrumMeasurement>" + spectrum_of("2") +
+        "</DetectorMeasurement></DetectorData>" + spectrum_of("3") + "</Measurement>"));
+    const auto sample = [](const char* time) {
+        return HasSubstr(std::string("<SampleRealTime Label=\"SampleRealTime\">") + time +
+                         "</SampleRealTime>");
+    };
+
+    EXPECT_THAT(import.spectrum(0), sample("PT3S"));
+    EXPECT_THAT(import.spectrum(1), sample("PT2S"));
+    EXPECT_THAT(import.spectrum(2), sample("PT1S"));
 }
 
 TEST(VCTree_n42_, OwnSampleRealTimeWinsOverTheOthers) {
@@ -146,7 +166,12 @@ TEST(VCTree_n42_, OwnCalibrationOf2006IsUsedWithoutReferences) {
 TEST(VCTree_n42_, CalibrationsOf2006NeedNoTypeAndNoModelButNoOtherOnes) {
     EXPECT_THAT(with_own_calibration(calibration_2006("", "1 2", "")), HasSubstr(">3 5<"));
     EXPECT_EQ(with_own_calibration(calibration_2006("", "1 2", " Model='LowerChannelEdge'")), "");
-    EXPECT_EQ(with_own_calibration(calibration_2006(" Type='energy'", "1 2")), "");
+    EXPECT_THAT(with_own_calibration(calibration_2006(" Type='energy'", "1 2")),
+                HasSubstr(">3 5<"));
+    EXPECT_THAT(with_own_calibration(calibration_2006(" Type=' ENERGY '", "1 2")),
+                HasSubstr(">3 5<"));
+    EXPECT_EQ(with_own_calibration(calibration_2006(" Type=''", "1 2")), "");
+    EXPECT_EQ(with_own_calibration(calibration_2006(" Type='Energy width'", "1 2")), "");
     EXPECT_THAT(with_own_calibration("<Calibration><Equation Model='Other'><Coefficients>9"
                                      "</Coefficients></Equation><Equation><Coefficients>1 2"
                                      "</Coefficients></Equation></Calibration>"),

@@ -30,14 +30,16 @@ TEST(read_numbers, ReadsEveryTokenWhereverItStands) {
     std::mt19937 random(3);
     static constexpr std::array<const char*, 12> kTokens{
         "0", "7", "42", "999", "12345678", "123456789", "1.5", "-3", "1e3", "x", "99999999", ".25"};
-    static constexpr std::array<const char*, 5> kBlanks{" ", "\n", "  ", "\t\r\n", "      "};
+    static constexpr std::array<const char*, 8> kBlanks{" ",      "\n", "  ", "\t\r\n",
+                                                        "      ", ",",  ";",  " ,\n; "};
     ux::NumberList list;
     for (int round = 0; round < 3000; ++round) {
         std::string text = random() % 2 == 0 ? "" : kBlanks[random() % kBlanks.size()];
         std::vector<double> expected;
         for (auto i = random() % 60; i > 0; --i) {
             const char* const token = kTokens[random() % kTokens.size()];
-            text += std::string(token) + (i > 1 || random() % 2 == 0 ? kBlanks[random() % 5] : "");
+            text += std::string(token) +
+                    (i > 1 || random() % 2 == 0 ? kBlanks[random() % kBlanks.size()] : "");
             expected.push_back(std::strtod(token, nullptr));
         }
         ux::read_numbers(text.c_str(), list);
@@ -85,8 +87,17 @@ TEST(VCTree_n42_, CompressionIsKnownUnderBothAttributeNames) {
     EXPECT_EQ(read_channels("0 3", " compressionCode='CountedZeroes'"), "0 0 0");
     EXPECT_EQ(read_channels("0 3", " compressionCode='None' Compression='CountedZeroes'"), "0 0 0");
     EXPECT_EQ(read_channels("0 3", " compressionCode='None'"), "0 3");
-    EXPECT_EQ(read_channels("0 3", " compressionCode='countedzeroes'"), "0 3");
+    EXPECT_EQ(read_channels("0 3", " compressionCode=' countedzeroes '"), "0 0 0");
+    EXPECT_EQ(read_channels("0 3", " Compression='CountedZeros'"), "0 0 0");
+    EXPECT_EQ(read_channels("0 3", " Compression='CountedZero'"), "0 3");
+    EXPECT_EQ(read_channels("0 3", " Compression='Counted Zeroes'"), "0 3");
     EXPECT_EQ(read_channels("0 3", " Code='CountedZeroes'"), "0 3");
+}
+
+TEST(VCTree_n42_, CommasAndSemicolonsSeparateNumbers) {
+    EXPECT_EQ(read_channels("1,2;3, 4 ;\n5"), "1 2 3 4 5");
+    EXPECT_EQ(read_channels("1.5e1,-2,x,,3"), "15 -2 0 3");
+    EXPECT_EQ(read_channels("7,0,2,8", kCounted), "7 0 0 8");
 }
 
 TEST(VCTree_n42_, RunsStopAtTheLongestListAndEndIt) {

@@ -174,6 +174,30 @@ TEST(VCTree_n42_, StandardPrefixesAreTakenOff) {
     EXPECT_FALSE(prefixed("N42", ""));
 }
 
+TEST(VCTree_n42_, PrefixesBoundBelowTheRootAreTakenOffWhereTheyHold) {
+    constexpr char kN42[] = " xmlns:p='http://physics.nist.gov/N42/2011/N42/'";
+    constexpr char kOther[] = " xmlns:p='http://example.org/extension'";
+    const auto imported = [](const std::string& atMeasurement, const std::string& atSpectrum) {
+        const Import import(
+            in_2011("<RadMeasurement" + atMeasurement +
+                    "><MeasurementClassCode>F</MeasurementClassCode><p:Spectrum" + atSpectrum +
+                    "><p:ChannelData>5</p:ChannelData></p:Spectrum></RadMeasurement>"
+                    "<RadMeasurement><MeasurementClassCode>F</MeasurementClassCode>"
+                    "<p:Spectrum><ChannelData>6</ChannelData></p:Spectrum></RadMeasurement>"));
+        EXPECT_EQ(import.result, 0);
+        // The second measurement stands outside of any binding.
+        EXPECT_THAT(import.tree.text(), Not(HasSubstr("6</ChannelData_0>")));
+        return import.tree.text().find(">5</ChannelData_0>") != std::string::npos;
+    };
+
+    EXPECT_TRUE(imported(kN42, ""));
+    EXPECT_TRUE(imported("", kN42));
+    EXPECT_TRUE(imported(kOther, kN42));
+    EXPECT_FALSE(imported(kN42, kOther));
+    EXPECT_FALSE(imported("", ""));
+    EXPECT_FALSE(imported("", kOther));
+}
+
 TEST(VCTree_n42_, ExtensionsNeverPassForStandardElements) {
     const Import import(
         in_2011(measured("<x:Spectrum><ChannelData>1</ChannelData></x:Spectrum>"

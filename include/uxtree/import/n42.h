@@ -23,9 +23,17 @@
 // Energies are polynomials of the channel number, and channel numbers count from 1: the first
 // channel has the energy c0 + c1 + c2 + ...
 //
-// Channel lists with the code "CountedZeroes" are expanded. A list is expanded to 1,048,576 values
-// at most, and the runs of a file to about 16 million zeros and 16 for each of its bytes; a run
-// beyond ends its list.
+// Numbers of a list are separated by white space, commas and semicolons; what is no number is 0.
+// Channel lists with the code "CountedZeroes" or "CountedZeros", in any case, are expanded. A list
+// is expanded to 1,048,576 values at most, and the runs of a file to about 16 million zeros and 16
+// for each of its bytes; a run beyond ends its list.
+//
+// In the 2006 form a calibration counts when its "Type" is absent or "Energy", in any case, and
+// "SampleRealTime" in the output is the nearest real time: of the spectrum, else of what is around
+// it, at each level "SampleRealTime" before "RealTime".
+//
+// Prefixes of tags are taken off when they are "n42" or bound to an N42 namespace, at the root or
+// where the element stands.
 //
 // Returns 0, also when there is nothing to import and tree stays as it is, or
 //   -1     preview without a detector array
