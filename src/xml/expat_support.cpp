@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "base/ascii.h"
+#include "base/utf8.h"
 #include "xml/encodings.h"
-#include "xml/references.h"
 
 namespace ux::xml {
 namespace {
@@ -53,9 +53,8 @@ std::string utf16_as_utf8(std::string_view bytes, bool bigEndian) {
     for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
         const auto high = static_cast<unsigned char>(bytes[bigEndian ? at : at + 1]);
         const auto low = static_cast<unsigned char>(bytes[bigEndian ? at + 1 : at]);
-        const std::size_t size =
-            write_utf8(static_cast<std::uint32_t>(high << 8 | low), character.data());
-        text.append(character.data(), size);
+        text.append(character.data(),
+                    encode_utf8(static_cast<std::uint32_t>(high << 8 | low), character.data()));
     }
     return text;
 }
@@ -65,9 +64,8 @@ std::string mapped_as_utf8(std::string_view bytes, const std::array<int, 256>& m
     std::array<char, 4> character{};
     for (const char byte : bytes) {
         const int code = map[static_cast<unsigned char>(byte)];
-        const std::size_t size =
-            write_utf8(static_cast<std::uint32_t>(code < 0 ? '?' : code), character.data());
-        text.append(character.data(), size);
+        text.append(character.data(), encode_utf8(static_cast<std::uint32_t>(code < 0 ? '?' : code),
+                                                  character.data()));
     }
     return text;
 }

@@ -44,19 +44,15 @@ struct NameKey {
 namespace name_masks {
 constexpr std::array<NameKey, 17> make() {
     std::array<NameKey, 17> masks{};
-    for (unsigned length = 0; length <= 16; ++length) {
-        const auto bytes = [](unsigned count) {
-            return count >= 8 ? ~std::uint64_t{0} : (std::uint64_t{1} << (8 * count)) - 1;
-        };
-        masks[length].low = bytes(length);
-        masks[length].high = length > 8 ? bytes(length - 8) : 0;
+    for (std::size_t length = 0; length <= 16; ++length) {
+        std::array<unsigned char, 16> bytes{};
+        for (std::size_t i = 0; i < length; ++i) bytes[i] = 0xFF;
+        masks[length] = std::bit_cast<NameKey>(bytes);
     }
     return masks;
 }
 inline constexpr std::array<NameKey, 17> kMasks = make();
 }  // namespace name_masks
-
-static_assert(std::endian::native == std::endian::little, "keys are compared as they stand");
 
 inline const NameKey& NameKey::mask_of(unsigned length) {
     return name_masks::kMasks[length];

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "base/utf8.h"
+
 namespace ux::xml {
 namespace {
 
@@ -58,30 +60,6 @@ Reference read_reference(const char* at) {
     return {};
 }
 
-std::size_t write_utf8(std::uint32_t code, char* out) {
-    const auto put = [&out](std::uint32_t byte) { *out++ = static_cast<char>(byte); };
-    if (code < 0x80) {
-        put(code);
-        return 1;
-    }
-    if (code < 0x800) {
-        put(0xC0 | code >> 6);
-        put(0x80 | (code & 0x3F));
-        return 2;
-    }
-    if (code < 0x10000) {
-        put(0xE0 | code >> 12);
-        put(0x80 | (code >> 6 & 0x3F));
-        put(0x80 | (code & 0x3F));
-        return 3;
-    }
-    put(0xF0 | code >> 18);
-    put(0x80 | (code >> 12 & 0x3F));
-    put(0x80 | (code >> 6 & 0x3F));
-    put(0x80 | (code & 0x3F));
-    return 4;
-}
-
 std::uint32_t unescape_value(char* value, std::uint32_t size) {
     const char* const end = value + size;
     char* out = value;
@@ -89,7 +67,7 @@ std::uint32_t unescape_value(char* value, std::uint32_t size) {
         if (*at == '&') {
             const Reference reference = read_reference(at);
             at += reference.length;
-            out += write_utf8(reference.code, out);
+            out = encode_utf8(reference.code, out);
         } else if (*at == '\r' || *at == '\n' || *at == '\t') {
             at += at[0] == '\r' && at[1] == '\n' ? 2 : 1;
             *out++ = ' ';

@@ -16,9 +16,6 @@ struct Reference {
 // byte that cannot belong to one must stand behind the input.
 Reference read_reference(const char* at);
 
-// Writes a character in UTF-8 and yields its length, at most 4.
-std::size_t write_utf8(std::uint32_t code, char* out);
-
 // Replaces references by their characters and white space by blanks in an attribute value that was
 // found to be well-formed. Yields its new length, which is at most the old one.
 std::uint32_t unescape_value(char* value, std::uint32_t size);

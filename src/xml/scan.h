@@ -84,10 +84,11 @@ inline char* find_text_stop(char* bytes) {
 
 // The first byte that ends a run of plain characters in a value with such quotes. The other quote
 // may end it too.
-inline char* find_value_stop(char* bytes, [[maybe_unused]] char quote) {
+template <char kQuote>
+char* find_value_stop(char* bytes) {
 #if UXTREE_SSE2_SEARCH
     const __m128i firstPlain = _mm_set1_epi8(0x20);
-    const __m128i quotes = _mm_set1_epi8(quote);
+    const __m128i quotes = _mm_set1_epi8(kQuote);
     for (;; bytes += 16) {
         const __m128i block = load_16(bytes);
         const __m128i odd =

@@ -310,7 +310,7 @@ private:
         char* at = tag + 1;
         tag_ = name_at(at);
         if (tag_ == nullptr) return nullptr;
-        attributes_.clear();
+        attributeCount_ = 0;
         escaped_.clear();
         ++stamp_;
         for (;;) {
@@ -323,7 +323,7 @@ private:
                 if (name != nullptr) {
                     if (name->stamp == stamp_) return fail(window_.begin());  // twice
                     name->stamp = stamp_;
-                    at = value(tag, at, name);
+                    at = at[-1] == '"' ? value<'"'>(tag, at, name) : value<'\''>(tag, at, name);
                     if (at == nullptr) return nullptr;
                     continue;
                 }
@@ -337,6 +337,7 @@ private:
             return fail(at);
         }
     }
+
     // At a blank in a tag. Moves behind the opening quote of an attribute's value and yields the
     // attribute's name. Null when the tag ends, with its place, or when it is not understood, with
     // no place.
@@ -349,6 +350,9 @@ private:
                 return foreseen;
             }
         }
+        return attribute_name_at(at);
+    }
+    KnownName* attribute_name_at(char*& at) {
         do ++at;
         while (is_blank(*at));
         if (*at == '>' || *at == '/') return nullptr;
@@ -373,24 +377,34 @@ private:
         return name;
     }
     KnownName* foreseen_attribute() const {
-        const std::size_t place = attributes_.size();
-        if (tag_->attributes == nullptr || place >= KnownName::kForeseen) return nullptr;
-        return (*tag_->attributes)[place];
+        if (tag_->attributes == nullptr || attributeCount_ >= KnownName::kForeseen) return nullptr;
+        return (*tag_->attributes)[attributeCount_];
     }
     void foresee_attribute(KnownName* name) {
-        const std::size_t place = attributes_.size();
-        if (place >= KnownName::kForeseen) return;
+        if (attributeCount_ >= KnownName::kForeseen) return;
         if (tag_->attributes == nullptr) tag_->attributes = names_.new_foreseen();
-        (*tag_->attributes)[place] = name;
+        (*tag_->attributes)[attributeCount_] = name;
     }
 
     // Behind the opening quote. Keeps the attribute and yields what follows the closing one.
+    template <char kQuote>
     char* value(const char* tag, char* at, KnownName* name) {
-        const char quote = at[-1];
         char* const begin = at;
-        at = find_value_stop(at, quote);
+        at = find_value_stop<kQuote>(at);
+        if (*at != kQuote) {
+            at = odd_value<kQuote>(at);
+            if (at == nullptr) return nullptr;
+        }
+        if (attributeCount_ == attributes_.size()) attributes_.resize(2 * attributeCount_);
+        attributes_[attributeCount_++] = {name, static_cast<std::uint32_t>(begin - tag),
+                                          static_cast<std::uint32_t>(at - begin)};
+        return at + 1;
+    }
+    // In a value that is not plain. Yields its closing quote.
+    template <char kQuote>
+    __attribute__((noinline)) char* odd_value(char* at) {
         bool escaped = false;
-        while (*at != quote) {
+        while (*at != kQuote) {
             const auto byte = static_cast<unsigned char>(*at);
             if (byte >= 0x80) {
                 char* const behind = skip_high(at);
@@ -409,12 +423,10 @@ private:
             } else {
                 return fail(at);
             }
-            at = find_value_stop(at, quote);
+            at = find_value_stop<kQuote>(at);
         }
-        if (escaped) escaped_.push_back(static_cast<std::uint32_t>(attributes_.size()));
-        attributes_.push_back({name, static_cast<std::uint32_t>(begin - tag),
-                               static_cast<std::uint32_t>(at - begin)});
-        return at + 1;
+        if (escaped) escaped_.push_back(static_cast<std::uint32_t>(attributeCount_));
+        return at;
     }
 
     char* tell_tag(char* tag, char* behind) {
@@ -422,7 +434,7 @@ private:
             ReadAttribute& attribute = attributes_[i];
             attribute.size = unescape_value(tag + attribute.offset, attribute.size);
         }
-        const StartTag told{*tag_, tag, attributes_.data(), attributes_.size()};
+        const StartTag told{*tag_, tag, attributes_.data(), attributeCount_};
         if (tag_->isTyped && !values_are_plain(told)) return nullptr;
         if (!sink_.start(told)) return nullptr;
         if (tagIsEmpty_) {
@@ -554,9 +566,9 @@ private:
             reference = read_reference(at);
         }
         // The character is written where its reference stands, which is longer.
-        const std::size_t size = write_utf8(reference.code, at);
+        char* const behind = encode_utf8(reference.code, at);
         if (reference.code <= ' ') sink_.keep();
-        sink_.text(at, at + size);
+        sink_.text(at, behind);
         return at + reference.length;
     }
 
@@ -609,7 +621,9 @@ private:
     KnownName* tag_ = nullptr;
     bool tagIsEmpty_ = false;
     std::uint32_t stamp_ = 0;
-    std::vector<ReadAttribute> attributes_;
+    std::vector<ReadAttribute> attributes_ =
+        std::vector<ReadAttribute>(KnownName::kForeseen);  // room for more than are used
+    std::size_t attributeCount_ = 0;
     std::vector<std::uint32_t> escaped_;  // which have references or white space other than blanks
 };
 

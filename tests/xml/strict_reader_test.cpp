@@ -157,8 +157,8 @@ TEST(StrictReader, ChecksUtf8) {
     }
     for (unsigned code = 0x80; code < 0x110000; code += code < 0x3000 ? 1 : 0x3F) {
         if (code >= 0xD800 && code < 0xE000) continue;
-        std::string character(4, '\0');
-        character.resize(ux::xml::write_utf8(code, character.data()));
+        std::array<char, 4> bytes{};
+        const std::string character(bytes.data(), ux::encode_utf8(code, bytes.data()));
         const std::string xml = "<n" + character + " " + character + "='1'/>";
         ASSERT_EQ(read_strictly(xml, 64).accepted, read_with_expat(xml).accepted) << code;
     }
