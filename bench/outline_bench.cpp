@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <memory>
 #include <set>
@@ -22,6 +21,7 @@
 #include "uxtree/outline/layout.h"
 
 #include "bench.h"
+#include "documents.h"
 
 namespace {
 
@@ -152,89 +152,14 @@ void compare(const char* path, int rounds) {
 
 // --- inputs ------------------------------------------------------------------------------------
 
-constexpr const char* kWords[] = {"signal",  "baseline",
-                                  "peak",    "width",
-                                  "channel", "Gr\xC3\xB6\xC3\x9F\x65",
-                                  "error",   "weight",
-                                  "column",  "\xE6\xB8\xA9\xE5\xBA\xA6",
-                                  "scale",   "residual"};
-
-class Writer {
-public:
-    explicit Writer(unsigned long long size) : random_(1), size_(size) {}
-
-    // Calls body for one piece of the text after the other until there is enough.
-    std::string file(const std::string& name, const char* opening, const char* closing,
-                     const std::function<void()>& body) {
-        const std::string path = std::filesystem::temp_directory_path() / name;
-        std::ofstream out(path, std::ios::binary);
-        out << opening;
-        for (unsigned long long written = 0; written < size_; written += text_.size()) {
-            text_.clear();
-            while (text_.size() < 65536) body();
-            out << text_;
-        }
-        out << closing;
-        return path;
-    }
-    void add(std::string_view text) { text_ += text; }
-    void add_number() { text_ += std::to_string(random_.below(100000)); }
-    void add_words(unsigned count) {
-        for (; count > 0; --count) {
-            text_ += kWords[random_.below(std::size(kWords))];
-            text_ += ' ';
-        }
-    }
-    unsigned below(unsigned bound) { return random_.below(bound); }
-
-private:
-    uxbench::Random random_;
-    unsigned long long size_;
-    std::string text_;
-};
-
 std::vector<std::string> make_inputs() {
-    Writer writer(200'000'000);
-    std::vector<std::string> paths;
-    paths.push_back(writer.file("outline_records.xml", "<list>\n", "</list>\n", [&] {
-        writer.add("  <record id=\"");
-        writer.add_number();
-        writer.add("\" status=\"ok\">\n    <title lang=\"en\">");
-        writer.add_words(3 + writer.below(6));
-        writer.add("</title>\n");
-        if (writer.below(3) == 0) writer.add("    <operator first=\"A\" last=\"B\"/>\n");
-        for (unsigned i = writer.below(4); i > 0; --i) {
-            writer.add("    <channel index=\"");
-            writer.add_number();
-            writer.add("\" low=\"0\"><fit a=\"1.25\" b=\"0\"/></channel>\n");
-        }
-        if (writer.below(5) == 0) writer.add("    <!-- checked twice -->\n");
-        writer.add("  </record>\n");
-    }));
-    paths.push_back(writer.file("outline_attributes.xml", "<map>\n", "</map>\n", [&] {
-        writer.add("<node id=\"");
-        writer.add_number();
-        writer.add("\" lat=\"");
-        writer.add_number();
-        writer.add("\" lon=\"");
-        writer.add_number();
-        writer.add("\" v=\"1\"><tag k=\"kind\" v=\"");
-        writer.add_number();
-        writer.add("\"/></node>\n");
-    }));
-    paths.push_back(writer.file("outline_text.xml", "<book>\n", "</book>\n", [&] {
-        writer.add("<p>");
-        for (int i = 0; i < 500; ++i) {
-            writer.add(i % 25 == 0 ? kWords[5] : kWords[writer.below(5)]);
-            writer.add(" ");
-        }
-        writer.add("</p>\n");
-    }));
-    Writer large(500'000'000);
-    paths.push_back(large.file("outline_one_comment.xml", "<r><!-- ", " --><a/></r>\n",
-                               [&] { large.add("remark - "); }));
-    paths.push_back(large.file("outline_one_value.xml", "<r a=\"", "\"><a/></r>\n",
-                               [&] { large.add("value > "); }));
+    uxbench::DocumentWriter writer("outline", 200'000'000);
+    std::vector<std::string> paths{writer.records(), writer.attributes(), writer.text()};
+    uxbench::DocumentWriter large("outline", 500'000'000);
+    paths.push_back(
+        large.file("one_comment", "<r><!-- ", " --><a/></r>\n", [&] { large.add("remark - "); }));
+    paths.push_back(
+        large.file("one_value", "<r a=\"", "\"><a/></r>\n", [&] { large.add("value > "); }));
     return paths;
 }
 
