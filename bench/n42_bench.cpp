@@ -1,10 +1,12 @@
 // Importing radiation spectrum files, against reading them with a plain DOM: pugixml loads the
 // file and from_chars reads every channel into vectors that are kept. Times and peak memory are
-// those of processes of their own, each doing one thing once; the fastest of five counts.
+// those of processes of their own, each doing one thing once; the fastest of five counts. Then the
+// tool's table of many small files, one after another and two at a time.
 //
 // Usage: n42_bench [FILE.n42...]    without files: five kinds of 100 MB that it makes itself
 #include "uxtree/import/n42.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
@@ -148,6 +150,38 @@ void measure_made_files() {
     std::filesystem::remove(file);
 }
 
+// The table of many small files by the tool, one after another and two at a time.
+void measure_table() {
+    namespace fs = std::filesystem;
+    constexpr int kFiles = 1000;
+    constexpr std::size_t kBytes = 20'000;
+    const fs::path folder = fs::temp_directory_path() / "uxtree_bench_table";
+    fs::remove_all(folder);
+    fs::create_directory(folder);
+    for (int i = 0; i < kFiles; ++i) {
+        const std::string name = (folder / (std::to_string(i) + ".n42")).string();
+        uxbench::SpectrumFileWriter(uxbench::kSpectrumFileKinds[0], name, kBytes);
+    }
+    double seconds[2] = {1e300, 1e300};
+    for (int run = 0; run < 5; ++run) {
+        for (int jobs = 1; jobs <= 2; ++jobs) {
+            const std::string command = std::string(UXTREE_TOOL) + " n42 list -f csv -j " +
+                                        std::to_string(jobs) + " '" + folder.string() +
+                                        "' > /dev/null";
+            const double time = uxbench::best_of(1, [&] {
+                if (std::system(command.c_str()) != 0) std::exit(1);
+            });
+            seconds[jobs - 1] = std::min(seconds[jobs - 1], time);
+        }
+    }
+    fs::remove_all(folder);
+    std::printf(
+        "\n| table of                                     | -j 1 ms | -j 2 ms |   ratio |\n");
+    std::printf("|---|---|---|---|\n");
+    std::printf("| %-44s | %7.0f | %7.0f | %7.2f |\n", "1,000 files of 20 KB", seconds[0] * 1e3,
+                seconds[1] * 1e3, seconds[1] / seconds[0]);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -169,5 +203,6 @@ int main(int argc, char** argv) {
         measure(std::filesystem::path(argv[i]).filename().string(), argv[i]);
     }
     if (argc < 2) measure_made_files();
+    if (argc < 2) measure_table();
     return 0;
 }
