@@ -1,4 +1,4 @@
-// The import of a spectrum file, its preview included. The first byte chooses flags, a selection
+// The import of a spectrum file, its preview included, and the reader without a tree. The first byte chooses flags, a selection
 // and whether there is an information tree; the rest is the file.
 #include "uxtree/import/n42.h"
 
@@ -7,9 +7,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include <sys/mman.h>
 #include <unistd.h>
+
+#include "uxtree/kit/spectra.h"
+#include "uxtree/kit/spectrum_math.h"
 
 namespace {
 
@@ -44,6 +48,42 @@ void require(bool holds) {
     if (!holds) std::abort();
 }
 
+std::string text_of(const UXXmlWrapperBase& node) {
+    CStringUTF8 text;
+    node.GetString(text);
+    return static_cast<const char*>(text);
+}
+
+// The reader that builds no tree must read what the import reads, and build the same tree.
+void compare_with_reader(const char* path, const std::string& detector, int imported,
+                         const UXXmlWrapperBase& tree) {
+    uxkit::SpectrumReader reader;
+    std::vector<std::string> wanted;
+    if (!detector.empty()) wanted.push_back(detector);
+    const bool opened = reader.open(path, wanted) == uxkit::SpectrumOpening::kOpened;
+    require(opened == (imported != -9093));
+    if (!opened) return;
+    std::size_t count = 0;
+    uxkit::Spectrum sum;
+    for (uxkit::Spectrum spectrum; reader.next(spectrum); ++count) {
+        require(!spectrum.name.empty());
+        uxkit::dead_percent(spectrum);
+        if (spectrum.calibration) uxkit::channel_edges(*spectrum.calibration, 100);
+        uxkit::join_channels(spectrum, 3);
+        uxkit::Rebinning rebinning;
+        if (count == 0) sum = spectrum;
+        uxkit::add_spectrum(sum, spectrum, rebinning);
+        uxkit::subtract_background(sum, spectrum, rebinning);
+    }
+    require(!reader.failed());
+    require(count > 0 || !reader.gross_counts().empty() || !reader.notes().empty());
+    UXXmlWrapperBase other;
+    other.CreateNew(0, "t");
+    other.AddNode(nullptr, "old", -1);
+    require(reader.import_into(other) == imported);
+    require(text_of(other) == text_of(tree));
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -72,5 +112,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     tree.FindChild("n42", &n42, 1);
     if (imported != 0) require(old.IsNodeValid() != 0);
     require((old.IsNodeValid() != 0) != (n42.IsNodeValid() != 0));
+    compare_with_reader(path, selection.GetSize() > 0 ? static_cast<const char*>(selection[0]) : "",
+                        imported, tree);
     return 0;
 }
