@@ -236,16 +236,18 @@ bool UXIsName(std::string_view text) {
 }
 
 UXHostServices& UXGetHostServices() {
-    static UXHostServices services{
-        message_text,
-        [](UXXmlWrapperBase&, UXXmlWrapperBase&, int, int category) { return category; },
-        wildcard_match,
-        [](UXXmlWrapperBase&, const CStringUTF8&) { return true; },
-        range_slots,
-        [](UXXmlWrapperBase&, int) {},
-        clean_name,
-        {},
-        {},
-        10000};
+    static UXHostServices services = [] {
+        UXHostServices made;
+        made.messageText = message_text;
+        made.helpCategory = [](UXXmlWrapperBase&, UXXmlWrapperBase&, int, int category) {
+            return category;
+        };
+        made.wildcardMatch = wildcard_match;
+        made.validateValue = [](UXXmlWrapperBase&, const CStringUTF8&) { return true; };
+        made.rangeSlots = range_slots;
+        made.finishRange = [](UXXmlWrapperBase&, int) {};
+        made.cleanName = clean_name;
+        return made;
+    }();
     return services;
 }
