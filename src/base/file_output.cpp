@@ -20,6 +20,7 @@ constexpr std::size_t kEarlyBytes = std::size_t{1} << 20;
 
 FileOutput::FileOutput(const char* path) : target_(path == nullptr ? "" : path) {
     if (target_.empty()) {
+        error_ = ENOENT;
         reason_ = "no file name";
         return;
     }
@@ -63,6 +64,7 @@ FileOutput::~FileOutput() {
 
 void FileOutput::fail(const char* action, int error) {
     if (reason_.empty()) {
+        error_ = error;
         reason_ = std::string(action) + " " + target_ + ": " + std::strerror(error);
     }
 }

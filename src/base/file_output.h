@@ -19,6 +19,8 @@ public:
     void write(std::string_view bytes);
     bool commit();
     bool failed() const { return !reason_.empty(); }
+    // The system's number of what failed first, 0 while nothing has.
+    int error() const { return error_; }
     const std::string& reason() const { return reason_; }
 
 private:
@@ -29,6 +31,7 @@ private:
     std::string target_;
     std::string temporary_;  // empty for a device
     std::string reason_;
+    int error_ = 0;
     int descriptor_ = -1;
 };
 

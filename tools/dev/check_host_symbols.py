@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 """Checks that a host library has every symbol of the contract.
 
-Usage: tools/dev/check_host_symbols.py EMBEDDED_HOST OTHER_HOST EMBEDDED_HEADER
+Usage: tools/dev/check_host_symbols.py EMBEDDED_HOST OTHER_HOST EMBEDDED_HEADER...
 
 The contract is what the embedded host exports, without its own namespaces, what the compiler may
-leave out (weak symbols) and what EMBEDDED_HEADER declares.
+leave out (weak symbols) and what the EMBEDDED_HEADERs declare.
 """
 
 import pathlib
@@ -23,12 +23,14 @@ def symbols(library):
 
 
 def main():
-    embedded, other, header = sys.argv[1:]
-    own = set(re.findall(r"\b(UX\w+)\(", pathlib.Path(header).read_text()))
+    embedded, other, *headers = sys.argv[1:]
+    own = set()
+    for header in headers:
+        own.update(re.findall(r"\b(UX\w+)(?:\(| \{)", pathlib.Path(header).read_text()))
     contract = [
         symbol
         for symbol, kind in symbols(embedded).items()
-        if kind == "T" and not INTERNAL.search(symbol) and symbol.split("(")[0] not in own
+        if kind == "T" and not INTERNAL.search(symbol) and re.split(r"\(|::", symbol)[0] not in own
     ]
     present = symbols(other)
     missing = sorted(symbol for symbol in contract if symbol not in present)

@@ -35,15 +35,6 @@ bool exists_but_not_regular(const std::string& file) {
     return ::stat(file.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
 }
 
-// The permissions of the file to replace, or those of a new file.
-mode_t permissions_for(const std::string& file) {
-    struct stat status {};
-    if (::stat(file.c_str(), &status) == 0) return status.st_mode & 07777U;
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666U & ~mask;
-}
-
 [[noreturn]] void throw_save_failure(const std::string& name) {
     const CStringUTF8 reason = UXGetLastSaveError();
     throw Failure(kRefused, name,
@@ -101,23 +92,14 @@ Output::Output(const std::string& file) : palette_(false) {
     palette_ = palette_for_descriptor(descriptor_);
 }
 
-Output::~Output() {
-    if (!temporary_.empty()) ::unlink(temporary_.c_str());
-}
-
 void Output::open_file(const std::string& file) {
-    if (exists_but_not_regular(file)) {
-        file_ = Descriptor(::open(file.c_str(), O_WRONLY | O_CLOEXEC));
-    } else {
-        target_ = resolved(file);
-        std::string path = target_ + ".XXXXXX";
-        file_ = Descriptor(::mkstemp(path.data()));
-        if (file_.is_open()) {
-            temporary_ = path;
-            ::fchmod(file_.number(), permissions_for(target_));
-        }
+    if (!exists_but_not_regular(file)) {
+        replaced_.emplace(file.c_str());
+        if (replaced_->Error() != 0) throw_write_error(replaced_->Error());
+        return;
     }
-    if (!file_.is_open()) throw_write_error();
+    file_ = Descriptor(::open(file.c_str(), O_WRONLY | O_CLOEXEC));
+    if (!file_.is_open()) throw_write_error(errno);
     descriptor_ = file_.number();
 }
 
@@ -131,23 +113,26 @@ void Output::flush_when_full() {
 }
 
 void Output::flush() {
-    if (!write_fully(descriptor_, buffer_)) throw_write_error();
+    if (replaced_) {
+        if (!replaced_->Write(buffer_)) throw_write_error(replaced_->Error());
+    } else if (!write_fully(descriptor_, buffer_)) {
+        throw_write_error(errno);
+    }
     buffer_.clear();
 }
 
 int Output::finish(int exitCode) {
-    if (temporary_.empty() || exitCode <= kNothingFound) flush();
-    if (temporary_.empty() || exitCode > kNothingFound) return exitCode;
-    if (::fsync(descriptor_) != 0 || !file_.close() ||
-        ::rename(temporary_.c_str(), target_.c_str()) != 0) {
-        throw_write_error();
-    }
-    temporary_.clear();
+    const bool failed = exitCode > kNothingFound;
+    if (!replaced_ || !failed) flush();
+    if (!replaced_ || failed) return exitCode;
+    if (!replaced_->Commit()) throw_write_error(replaced_->Error());
+    replaced_.reset();
     return exitCode;
 }
 
-void Output::throw_write_error() const {
-    if (errno == EPIPE) throw ClosedPipe();
+void Output::throw_write_error(int error) const {
+    if (error == EPIPE) throw ClosedPipe();
+    errno = error;
     throw Failure(kRefused, name_, system_error());
 }
 

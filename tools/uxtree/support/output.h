@@ -1,6 +1,7 @@
 // Where results go.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -8,6 +9,7 @@
 #include <fmt/format.h>
 
 #include "uxtree/host/embedded.h"
+#include "uxtree/host/embedded_files.h"
 #include "uxtree/host/host.h"
 
 #include "support/command.h"
@@ -22,7 +24,6 @@ namespace uxtool {
 class Output {
 public:
     explicit Output(const std::string& file);
-    ~Output();
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
@@ -42,13 +43,12 @@ private:
     void open_file(const std::string& file);
     void flush_when_full();
     void flush();
-    [[noreturn]] void throw_write_error() const;
+    [[noreturn]] void throw_write_error(int error) const;
 
-    std::string name_;       // in messages
-    std::string target_;     // the file to replace; "" when written directly
-    std::string temporary_;  // beside target_
+    std::string name_;                      // in messages
+    std::optional<UXFileOutput> replaced_;  // nothing when the place is written directly
     Descriptor file_;
-    int descriptor_ = -1;
+    int descriptor_ = -1;  // of what is written directly
     std::string buffer_;
     Palette palette_;
 };
