@@ -52,7 +52,7 @@ struct UXHostServices {
     // Called while a document is loaded, at least once per megabyte, with the bytes read so far and
     // those of the whole input; some inputs are read twice, and it starts again then. False ends
     // the loading, which then fails as cancelled. May be empty.
-    std::function<bool(std::uint64_t done, std::uint64_t total)> loadProgress;
+    std::function<bool(std::uint64_t done, std::uint64_t total)> loadProgress{};
 };
 
 // The process's services. A service that was set to nothing is the default one again. Set services
