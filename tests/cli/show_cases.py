@@ -50,7 +50,7 @@ Options  "Fit options"
          err=["--color", "uxtree show --help"]),
     case("RefusesANegativeDepth", ["show", "-d", "-1", "-"], code=2, err=["-1"]),
     case("ShowsWhatIsSelected", ["show", "--select", "//b[@i]", "-"],
-         stdin="<r><a><b i='1'>x</b><b/></a><b i='2'><c/></b></r>", out="b  = x\nb\n└─ c\n"),
+         stdin="<r><a><b i='1'>x</b><b/></a><b i='2'><c/></b></r>", out="b  = x\nb\n└── c\n"),
     case("SaysThatNothingIsSelected", ["show", "--select", "//c", "-"], stdin="<r><b/></r>", code=1,
          err=["nothing matches '//c'", "no element is called 'c'"]),
 ]

@@ -234,6 +234,37 @@ void add_filter(CLI::App& app, const Edit& edit) {
 
 // ---- edit: order, copies, names ---------------------------------------------------------------
 
+// The library makes the copy there and removes it with its source.
+void refuse_move_into_itself(UXXmlWrapperBase& top, int from, int to, unsigned int flags) {
+    UXXmlWrapperBase source;
+    UXXmlWrapperBase place;
+    uxtree_get_node_ex(&top, &source, from, flags, nullptr);
+    uxtree_get_node_ex(&top, &place, to, flags, nullptr);
+    if (source.IsNodeValid() == 0 || place == source) return;
+    while (place.IsNodeValid() != 0 && place.GetParent(&place) != 0) {
+        if (!(place == source)) continue;
+        throw Failure(
+            kRefused, "move",
+            fmt::format("number {} is inside the branch of number {}: it would be lost", to, from));
+    }
+}
+
+// Children whose attribute is no integer keep their places. Says how many of them there are.
+std::string tell_unsorted(const UXXmlWrapperBase& node, const std::string& attribute) {
+    int others = 0;
+    for_each_child(node, [&](const UXXmlWrapperBase& child) {
+        int number = 0;
+        if (child.GetPropertyValue(attribute.c_str(), number, 0) == 0) ++others;
+    });
+    if (others == 0) return "";
+    if (others == node.GetNodeCount()) {
+        throw Failure(kRefused, "sort", "no child has an integer in '" + attribute + "'",
+                      "sorting is by integers alone");
+    }
+    return fmt::format("{} of {} keep their places: '{}' is missing there or no integer", others,
+                       counted(node.GetNodeCount(), "node"), attribute);
+}
+
 void add_move_and_sort(CLI::App& app, const Edit& edit) {
     add_edit(app, edit, "move", "Move a node to another place, counted in document order",
              [](CLI::App& sub) {
@@ -249,6 +280,7 @@ void add_move_and_sort(CLI::App& app, const Edit& edit) {
                  sub.add_flag("--branches", *branches, "Count only nodes with children");
                  return [from, to, branches](UXXmlWrapperBase& node) -> std::string {
                      const unsigned int flags = *branches ? 0x20000U : 0U;
+                     refuse_move_into_itself(node, *from, *to, flags);
                      if (uxtree_move_node(&node, *from, *to, flags, nullptr) == 1) return "";
                      throw Failure(kNothingFound, "move", "there is no node with that number",
                                    "numbers start at 0 below the root, or below --at");
@@ -260,9 +292,10 @@ void add_move_and_sort(CLI::App& app, const Edit& edit) {
         add_attribute(sub, *attribute);
         sub.add_flag("-d,--descending", *descending, "The largest first");
         return [attribute, descending](UXXmlWrapperBase& node) -> std::string {
-            const bool sorted =
-                uxtree_sort_children_by_int_attribute(&node, attribute->c_str(), !*descending);
-            return sorted ? "" : "there are not two children to sort";
+            if (node.GetNodeCount() < 2) return "there are not two children to sort";
+            const std::string told = tell_unsorted(node, *attribute);
+            uxtree_sort_children_by_int_attribute(&node, attribute->c_str(), !*descending);
+            return told;
         };
     });
 }
@@ -430,6 +463,18 @@ void add_attr_set(CLI::App& app, const Edit& edit) {
         });
 }
 
+// What is put aside and brought back is an integer: another text would become 0.
+void require_integers(const UXXmlWrapperBase& top, const std::string& name) {
+    walk(top, [&](const UXXmlWrapperBase& node, std::size_t) {
+        int number = 0;
+        const auto text = attribute_of(node, name.c_str());
+        if (!text || UXParseInt(text->c_str(), number)) return;
+        throw Failure(kRefused, "uxtree",
+                      fmt::format("'{}' of <{}> is no integer: \"{}\"", name, tag_of(node), *text),
+                      "only integers can be put aside; nothing was changed");
+    });
+}
+
 void add_attr_changes(CLI::App& app, const Edit& edit) {
     add_edit(app, edit, "remove", "Remove an attribute below the root", [](CLI::App& sub) {
         auto name = std::make_shared<std::string>();
@@ -444,6 +489,7 @@ void add_attr_changes(CLI::App& app, const Edit& edit) {
         auto name = std::make_shared<std::string>();
         add_name(sub, *name);
         return [name](UXXmlWrapperBase& node) {
+            require_integers(node, *name);
             return changed(uxtree_store_attribute(&node, name->c_str()));
         };
     });
@@ -451,6 +497,7 @@ void add_attr_changes(CLI::App& app, const Edit& edit) {
         auto name = std::make_shared<std::string>();
         add_name(sub, *name);
         return [name](UXXmlWrapperBase& node) {
+            require_integers(node, "StorePrefix" + *name);
             return changed(uxtree_restore_attribute(&node, name->c_str()));
         };
     });

@@ -130,10 +130,30 @@ int run_to_pairs(const PairOptions& options) {
     return out.finish(found ? kSuccess : kNothingFound);
 }
 
+// Pairs without a key that can be a tag would be dropped without a word.
+void refuse_lost_pairs(const std::string& text, char keySeparator, char pairSeparator) {
+    CWBOStringArray pairs;
+    UXGetTokens(pairs, text.c_str(), pairSeparator, '"');
+    for (const std::string& pair : to_strings(pairs)) {
+        CStringUTF8 key = pair.substr(0, pair.find(keySeparator)).c_str();
+        key.Trim();
+        const bool isPair = pair.find(keySeparator) != std::string::npos;
+        if (key.IsEmpty() && !isPair) continue;  // nothing between two separators
+        UXXmlWrapperBase trial;
+        trial.CreateNew(0, "trial");
+        if (isPair && trial.AddNode(nullptr, key, -1) != 0) continue;
+        throw Failure(kRefused, "uxtree",
+                      isPair ? "'" + to_string(key) + "' is no element name"
+                             : "'" + pair + "' is no pair of a key and a value",
+                      "nothing was changed; keys are element names");
+    }
+}
+
 int run_from_pairs(const PairOptions& options) {
     const UXXmlWrapperBase root = options.target.open(options.file);
     UXXmlWrapperBase node = node_at(root, options.at, options.file);
     const std::string text = options.text == "-" ? read_all("-") : options.text;
+    refuse_lost_pairs(text, options.keySeparator[0], options.pairSeparator[0]);
     if (uxtree_key_value_pairs_str_to_branch(&node, text.c_str(), options.keySeparator[0],
                                              options.pairSeparator[0]) == 0) {
         throw Failure(kRefused, "uxtree", "no pair of a key and a value in the text",

@@ -1,5 +1,6 @@
 // uxtree n42 plot: a spectrum is looked at, not read.
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <filesystem>
 #include <map>
@@ -198,7 +199,14 @@ void add_curves(Plot& plot, std::vector<Curve> curves, const std::vector<PlotAxi
 std::string format_of(const PlotOptions& options) {
     if (options.format != "auto") return options.format;
     const std::string extension = std::filesystem::path(options.output).extension().string();
-    return extension == ".html" || extension == ".htm" ? "html" : "svg";
+    if (extension == ".html" || extension == ".htm") return "html";
+    constexpr std::array<std::string_view, 8> kPictures{".png", ".jpg",  ".jpeg", ".gif",
+                                                        ".pdf", ".webp", ".eps",  ".ps"};
+    if (std::find(kPictures.begin(), kPictures.end(), extension) != kPictures.end()) {
+        throw Failure(kUsage, "uxtree n42 plot", "no pictures of the kind '" + extension + "'",
+                      "-o FILE.svg and -o FILE.html are written; -f svg writes SVG into any name");
+    }
+    return "svg";
 }
 
 Plot plot_of(const PlotOptions& options, const std::vector<uxkit::Spectrum>& content, bool page) {
@@ -229,6 +237,7 @@ Plot plot_of(const PlotOptions& options, const std::vector<uxkit::Spectrum>& con
 }
 
 int run_plot(const PlotOptions& options) {
+    const bool page = format_of(options) == "html";
     const SpectrumInput file(options.file);
     uxkit::SpectrumReader reader = open_spectra(file);
     const std::vector<uxkit::Spectrum> content = all_spectra(reader, file);
@@ -238,7 +247,6 @@ int run_plot(const PlotOptions& options) {
         return kNothingFound;
     }
     tell(notes);
-    const bool page = format_of(options) == "html";
     const Plot plot = plot_of(options, content, page);
     Output out(options.output);
     page ? write_plot_html(out, plot) : write_plot_svg(out, plot);

@@ -153,7 +153,14 @@ std::string manual() {
            ".SH EXIT STATUS\n"
            "0 done, 1 nothing found, 2 usage, 3 unreadable or not XML, 4 refused.\n"
            ".SH ENVIRONMENT\n"
-           "NO_COLOR turns colour off; TMPDIR is the folder of temporary files.\n";
+           "NO_COLOR turns colour off; TMPDIR is the folder of temporary files.\n"
+           "UXTREE_HOST_UTILITY_MODULE and UXTREE_HOST_MESSAGE_MODULE name the modules that "
+           "convert\n"
+           "texts of ranges and translate labels, by an absolute path or by a plain name. A "
+           "relative\n"
+           "path is not taken, and neither is any in a program that runs with more rights than "
+           "its\n"
+           "caller.\n";
 }
 
 const Command kManual{"man", "Print the manual page",

@@ -57,7 +57,8 @@ const Command kListValues{"values list",
 const Command kExportValues{
     "values export", "Write the values of a tree as a document that can be set again",
     "uxtree values export dialog.xml -o values.xml\n"
-    "uxtree values export -f csv dialog.xml -o values.csv   # for a spreadsheet",
+    "uxtree values export -f csv dialog.xml -o values.csv   # for a spreadsheet; with\n"
+    "# --csv-safe no text in it is a formula to one, but such texts then begin with '",
     [](CLI::App& app) { return prepare_list(app, "xml"); }};
 
 // --- values import -----------------------------------------------------------------------------

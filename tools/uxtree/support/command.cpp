@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "support/table.h"
+
 namespace uxtool {
 namespace {
 
@@ -72,6 +74,11 @@ CLI::Option* add_format(CLI::App& app, std::string& format,
                         const std::vector<std::string>& choices) {
     std::string names;
     for (const std::string& choice : choices) names += (names.empty() ? "" : ", ") + choice;
+    if (std::find(choices.begin(), choices.end(), "csv") != choices.end()) {
+        app.add_flag_callback(
+            "--csv-safe", [] { set_csv_safe(true); },
+            "With csv: an apostrophe before texts that a spreadsheet would take for formulas");
+    }
     return app
         .add_option("-f,--format", format, "Output format: " + names + " (default " + format + ")")
         ->type_name("NAME")

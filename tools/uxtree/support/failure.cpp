@@ -3,23 +3,30 @@
 
 #include <cstdio>
 
+#include <unistd.h>
+
 #include "support/style.h"
 #include "support/text.h"
 
 namespace uxtool {
 namespace {
 
+// File names and contents may hold what steers a terminal.
+void print(const std::string& text) {
+    const std::string shown = isatty(STDERR_FILENO) == 1 ? terminal_safe(text) : text;
+    std::fwrite(shown.data(), 1, shown.size(), stderr);
+}
+
 void print_line(Role role, const std::string& label, const std::string& text) {
     const Palette palette = palette_for_errors();
-    const std::string line = palette.paint(role, label + ":") + " " + visible_lines(text) + "\n";
-    std::fwrite(line.data(), 1, line.size(), stderr);
+    print(palette.paint(role, visible(label) + ":") + " " + visible_lines(text) + "\n");
 }
 
 }  // namespace
 
 void report(const Failure& failure) {
     print_line(Role::kError, failure.subject(), failure.what());
-    if (!failure.excerpt().empty()) std::fprintf(stderr, "%s\n", failure.excerpt().c_str());
+    if (!failure.excerpt().empty()) print(failure.excerpt() + "\n");
     if (!failure.hint().empty()) print_line(Role::kHint, "hint", failure.hint());
 }
 

@@ -233,7 +233,8 @@ struct Progress::Ticker {
 };
 
 Progress::Progress(std::string text) {
-    if (isatty(STDERR_FILENO) == 1) ticker_ = std::make_unique<Ticker>(clipped(text, 60));
+    if (isatty(STDERR_FILENO) == 1)
+        ticker_ = std::make_unique<Ticker>(terminal_safe(clipped(text, 60)));
 }
 
 Progress::~Progress() = default;

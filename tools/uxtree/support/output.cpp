@@ -1,6 +1,7 @@
 // Writing results to standard output or into a file, and edited trees into theirs.
 #include "support/output.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -59,6 +60,17 @@ void write_difference(Output& out, std::string_view difference) {
         out.write(paints ? out.palette().paint(added ? Role::kValue : Role::kError, line) : line);
         out.write("\n");
     }
+}
+
+// "-in" looks like -i and -n, the dry run, and would write the file.
+void require_suffix(const std::string& argument, const std::string& suffix) {
+    const bool isWord = !suffix.empty() && std::all_of(suffix.begin(), suffix.end(), [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    });
+    if (!isWord) return;
+    throw Failure(kUsage, "uxtree", "'" + argument + "' is no suffix: it looks like options",
+                  "write -i." + suffix + " for a copy FILE." + suffix +
+                      ", or the options apart: -i -" + suffix);
 }
 
 // For places that the host cannot replace: the same bytes, by way of a temporary file.
@@ -268,8 +280,10 @@ std::vector<std::string> with_backup_option(std::vector<std::string> arguments) 
             out.push_back(std::move(argument));
             continue;
         }
+        const std::string suffix = argument.substr(prefix);
+        require_suffix(argument, suffix);
         out.emplace_back("-i");
-        if (argument.size() > prefix) out.push_back("--backup=" + argument.substr(prefix));
+        if (!suffix.empty()) out.push_back("--backup=" + suffix);
     }
     return out;
 }

@@ -71,9 +71,16 @@ void write_text(Output& out, const Table& table) {
     }
 }
 
-std::string csv_field(const std::string& text) {
-    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-    std::string quoted = "\"";
+bool& csv_is_safe() {
+    static bool safe = false;
+    return safe;
+}
+
+std::string csv_field(const std::string& text, bool isNumber) {
+    const bool isFormula = csv_is_safe() && !isNumber && !text.empty() &&
+                           std::string_view("=+-@\t\r").find(text[0]) != std::string_view::npos;
+    if (!isFormula && text.find_first_of(",\"\r\n") == std::string::npos) return text;
+    std::string quoted = isFormula ? "\"'" : "\"";
     for (const char c : text) {
         if (c == '"') quoted += '"';
         quoted += c;
@@ -84,9 +91,12 @@ std::string csv_field(const std::string& text) {
 void write_csv(Output& out, const Table& table) {
     write_csv_line(out, table.columns);
     for (const auto& row : table.rows) {
-        std::vector<std::string> fields;
-        for (const Cell& cell : row) fields.push_back(text_of(cell));
-        write_csv_line(out, fields);
+        std::string line;
+        for (const Cell& cell : row) {
+            if (&cell != &row.front()) line += ',';
+            line += csv_field(text_of(cell), is_number(cell));
+        }
+        out.write(line + "\n");
     }
 }
 
@@ -123,11 +133,15 @@ void Table::add(std::vector<Cell> cells) {
 }
 
 // An empty line would be read as no row, so a lone empty field is quoted.
+void set_csv_safe(bool safe) {
+    csv_is_safe() = safe;
+}
+
 void write_csv_line(Output& out, const Fields& fields) {
     std::string line;
     for (std::size_t i = 0; i < fields.size(); ++i) {
         if (i > 0) line += ',';
-        line += csv_field(fields[i]);
+        line += csv_field(fields[i], false);
     }
     out.write(line.empty() ? "\"\"" : line);
     out.write("\n");

@@ -31,6 +31,10 @@ void write_table(Output& out, const Table& table, const std::string& format);
 using Fields = std::vector<std::string>;
 void write_csv_line(Output& out, const Fields& fields);
 
+// From now on, texts in CSV that begin with = + - @ TAB or CR, which spreadsheets take for formulas,
+// are quoted and begin with an apostrophe. Numbers of write_table stay numbers.
+void set_csv_safe(bool safe);
+
 // The formats of write_table, for add_format.
 const std::vector<std::string>& table_formats();
 

@@ -134,6 +134,47 @@ std::string visible_lines(std::string_view text) {
     return out;
 }
 
+namespace {
+
+bool steers_a_terminal(std::uint32_t value) {
+    constexpr std::array<CharacterRange, 5> kSteering{
+        {{0x80, 0x9F}, {0x61C, 0x61C}, {0x200E, 0x200F}, {0x202A, 0x202E}, {0x2066, 0x2069}}};
+    return in_ranges(value, kSteering);
+}
+
+// The length of a colour sequence at the start of the text, 0 when there is none.
+std::size_t colour_length(std::string_view text) {
+    if (!text.starts_with("\x1b[")) return 0;
+    std::size_t end = 2;
+    while (end < text.size() && ((text[end] >= '0' && text[end] <= '9') || text[end] == ';')) ++end;
+    return end < text.size() && text[end] == 'm' && end < 8 ? end + 1 : 0;
+}
+
+}  // namespace
+
+std::string terminal_safe(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    while (!text.empty()) {
+        CodePoint point = decode(text);
+        const auto lead = static_cast<unsigned char>(text[0]);
+        if (const std::size_t colour = colour_length(text); colour > 0) {
+            point.length = colour;
+            out += text.substr(0, colour);
+        } else if (point.length == 1 && lead >= 0x80) {
+            out += fmt::format("\\x{:02x}", lead);
+        } else if (point.length > 1 && steers_a_terminal(point.value)) {
+            out += fmt::format("\\u{{{:x}}}", point.value);
+        } else if (point.length > 1 || lead == '\n' || lead == '\t') {
+            out += text.substr(0, point.length);
+        } else {
+            append_visible(out, text[0]);
+        }
+        text.remove_prefix(point.length);
+    }
+    return out;
+}
+
 std::string clipped(std::string_view text, std::size_t width) {
     // Only as much is looked at as can be shown: a value may be very long.
     const bool cut = width != 0 && text.size() > 8 * width;

@@ -21,6 +21,11 @@ std::string visible(std::string_view text);
 // The same, keeping line breaks and TAB.
 std::string visible_lines(std::string_view text);
 
+// What is shown on a terminal: C1 controls, characters that turn the direction of text and bytes that
+// are no UTF-8 are written as \u{..} and \x.., and so are control characters but for line breaks, TAB
+// and the colours that this tool writes itself.
+std::string terminal_safe(std::string_view text);
+
 // visible(text), cut to width columns with a closing ellipsis; width 0 keeps all.
 std::string clipped(std::string_view text, std::size_t width);
 

@@ -2,6 +2,7 @@
 #include "support/values.h"
 
 #include <array>
+#include <charconv>
 #include <limits>
 #include <set>
 
@@ -90,8 +91,14 @@ void add_labels(const UXXmlWrapperBase& root, ValueList& list) {
     }
 }
 
+Failure not_values(const std::string& file, const std::string& why) {
+    return {
+        kUnreadable, input_name(file), why,
+        "values are a saved document, a CSV table or a JSON list with the columns id and value"};
+}
+
 // Splits one CSV text (RFC 4180) into rows of fields.
-std::vector<std::vector<std::string>> csv_rows(const std::string& text) {
+std::vector<std::vector<std::string>> csv_rows(const std::string& file, const std::string& text) {
     std::vector<std::vector<std::string>> rows{{""}};
     bool quoted = false;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -115,24 +122,29 @@ std::vector<std::vector<std::string>> csv_rows(const std::string& text) {
             field += c;
         }
     }
+    if (quoted) throw not_values(file, "a quoted field is not closed");
     if (rows.back() == std::vector<std::string>{""}) rows.pop_back();
     return rows;
 }
 
-Failure not_values(const std::string& file, const std::string& why) {
-    return {
-        kUnreadable, input_name(file), why,
-        "values are a saved document, a CSV table or a JSON list with the columns id and value"};
-}
-
+// The library reads "5.7" as 5 and counts beyond its largest integer from below again; here both are
+// no identifiers.
 int id_of(const std::string& file, const std::string& text) {
     int id = 0;
-    if (!UXParseInt(text, id)) throw not_values(file, "\"" + visible(text) + "\" is no identifier");
+    const std::size_t first = text.find_first_not_of(" \t");
+    const std::size_t last = text.find_last_not_of(" \t");
+    const std::string_view digits = first == std::string::npos
+                                        ? std::string_view()
+                                        : std::string_view(text).substr(first, last + 1 - first);
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), id);
+    if (digits.empty() || error != std::errc() || end != digits.data() + digits.size()) {
+        throw not_values(file, "\"" + visible(text) + "\" is no identifier");
+    }
     return id;
 }
 
 ValueList values_of_csv(const std::string& file, const std::string& text) {
-    const auto rows = csv_rows(text);
+    const auto rows = csv_rows(file, text);
     std::size_t idColumn = std::numeric_limits<std::size_t>::max();
     std::size_t valueColumn = idColumn;
     for (std::size_t i = 0; !rows.empty() && i < rows[0].size(); ++i) {
