@@ -11,6 +11,8 @@
 
 #include "base/utf8.h"
 #include "host/element_path.h"
+#include "host/layout_dtd.h"
+#include "host/same_branch.h"
 #include "xml/escaping.h"
 #include "xml/layout_content.h"
 #include "xml/layout_lines.h"
@@ -67,6 +69,21 @@ public:
             read_source();
             write(top);
         });
+    }
+
+    // Reads back what is to be written, unless it is long and of the most ordinary kind.
+    void check_result(const Element& top) const {
+        constexpr std::size_t kOrdinaryBytes = std::size_t{4} << 20;
+        const bool ordinary = out_.encoding == FileEncoding::kUtf8 && dtd_ == nullptr;
+        if (ordinary && out_.text.size() > kOrdinaryBytes) return;
+        std::string bytes;
+        out_.for_each_piece([&](std::string_view piece) { bytes += piece; });
+        const auto read = read_text(bytes);
+        if (read != nullptr &&
+            same_branch(document_, top, *read->document, *(*read)->root(), out_.idsLeftOut == 0)) {
+            return;
+        }
+        throw Unkept("with its layout the document would not be read as it is");
     }
 
     // Without the bytes of any source.
@@ -155,12 +172,22 @@ private:
             out_.source = out_.converted;
             out_.tail = bytes.substr(whole);
         }
+        if (scan_prolog(text(), scanned_)) read_doctype(scanned_.doctype());
         if (!scan_document(text(), entityElements_, scanned_)) {
             throw Unkept("the file's layout cannot be read again");
         }
-        hasReferences_ = text().find('&') != std::string_view::npos;
-        hasReturns_ = text().find('\r') != std::string_view::npos;
         preserves_ = document_.find_name("xml:space") != 0;
+    }
+
+    void read_doctype(std::string_view doctype) {
+        if (doctype.find("<!ENTITY") == std::string_view::npos &&
+            doctype.find("<!ATTLIST") == std::string_view::npos) {
+            return;
+        }
+        const std::string_view prolog = text().substr(0, scanned_.doctypeBegin);
+        dtd_ = std::make_unique<LayoutDtd>(prolog, doctype);
+        entityText_ = [this](std::string_view name) { return dtd_->entity_text(name); };
+        entityElements_ = [this](std::string_view name) { return dtd_->entity_elements(name); };
     }
 
     static FileEncoding encoding_of_source(const LayoutSource& source) {
@@ -380,6 +407,17 @@ private:
         written.add_attribute(attribute.valueBegin, attribute.valueEnd);
         return written.text() == value;
     }
+    // The same where the DTD may have given the attribute a type, which takes blanks away.
+    bool is_same_typed_value(const ScannedAttribute& attribute, std::string_view tagName,
+                             std::string_view value) const {
+        if (is_same_value(attribute, value)) return true;
+        if (dtd_ == nullptr) return false;
+        const std::string_view name = range(attribute.nameBegin, attribute.nameEnd);
+        if (!dtd_->takes_blanks(tagName, name)) return false;
+        WrittenValue written(text(), entityText_);
+        written.add_attribute(attribute.valueBegin, attribute.valueEnd);
+        return without_extra_blanks(written.text()) == value;
+    }
 
     void put_changed_value(const ScannedAttribute& attribute, std::string_view value,
                            std::string_view name) {
@@ -430,7 +468,8 @@ private:
         const Element& element = *frame.element;
         const std::size_t begin = scanned_.elements[frame.source].begin;
         const std::string_view name = document_.name_view(element.tag);
-        if (name == range(begin + 1, tag.nameEnd)) {
+        const std::string_view sourceName = range(begin + 1, tag.nameEnd);
+        if (name == sourceName) {
             out_.text.copy(begin, tag.nameEnd);
         } else {
             out_.text.put("<");
@@ -459,7 +498,7 @@ private:
                 put_kept_id(attribute, element.id, newId);
             } else {
                 const std::string_view value = document_.attribute_value(*next);
-                if (is_same_value(attribute, value)) {
+                if (is_same_typed_value(attribute, sourceName, value)) {
                     out_.text.copy(attribute.valueBegin, attribute.valueEnd);
                 } else {
                     put_changed_value(attribute, value, document_.name_view(next->name));
@@ -614,16 +653,43 @@ private:
         const Element& element = *frame.element;
         const ScannedElement& place = scanned_.elements[frame.source];
         std::uint32_t expected = frame.source + 1;
-        for (const Element* child = document_.element(element.first); child != nullptr;
-             child = document_.element(child->next)) {
+        bool fromEntity = false;
+        const Element* child = document_.element(element.first);
+        while (child != nullptr) {
             if (expected >= place.next || source_of(*child) != expected) return false;
+            if (scanned_.comes_from_entity(expected)) {
+                child = behind_entity(*child, expected);
+                fromEntity = true;
+            } else {
+                child = document_.element(child->next);
+            }
             expected = scanned_.elements[expected].next;
         }
         if (expected != place.next) return false;
         if (frame.shift != 0 && element.first != 0) return false;
         const std::string_view value = document_.value_text(element, scratch_);
         if (element.first == 0) return has_same_text(frame, value);
+        if (fromEntity) return has_same_text_with_entities(frame, value);
         return has_same_branch_text(frame, value);
+    }
+
+    // The children of a node that an entity's reference stands for must be what it stands for.
+    // Yields the first child behind them.
+    const Element* behind_entity(const Element& first, std::uint32_t source) const {
+        const ScannedElement& reference = scanned_.elements[source];
+        const std::string_view name = range(reference.begin + 1, reference.end - 1);
+        const Document& entity = *dtd_->entity(name)->document;
+        const Element* expected = entity.element(entity.root()->first);
+        const Element* child = &first;
+        while (expected != nullptr) {
+            if (child == nullptr || !same_branch(entity, *expected, document_, *child, true)) {
+                throw Unkept("what the entity reference &" + std::string(name) +
+                             "; stands for has changed");
+            }
+            expected = entity.element(expected->next);
+            child = document_.element(child->next);
+        }
+        return child;
     }
 
     bool has_same_text(const Frame& frame, std::string_view value) {
@@ -633,6 +699,15 @@ private:
         const std::string_view raw = range(begin, end);
         if (raw.find_first_of("<&\r") == std::string_view::npos) return raw == value;
         return read_value(frame) == value;
+    }
+    // Text of entities with elements is part of the value as well.
+    bool has_same_text_with_entities(const Frame& frame, std::string_view value) const {
+        const std::size_t end = end_tag_of(scanned_.elements[frame.source]);
+        const auto content = dtd_->read_content(range(tag_.end, end));
+        if (content == nullptr) throw Unkept("the file's layout cannot be read again");
+        CStringUTF8 made;
+        if ((*content)->value_text(*(*content)->root(), made) == value) return true;
+        throw Unkept("the text beside elements that come from an entity has changed");
     }
     std::string read_value(const Frame& frame) {
         ReadContent content(scanned_, entityText_);
@@ -743,9 +818,10 @@ private:
         if (frame.child != nullptr) {
             const Element& child = *frame.child;
             const std::uint32_t source = source_of(child);
+            frame.child = document_.element(child.next);
+            if (scanned_.comes_from_entity(source)) return;  // its reference is copied
             out_.text.copy(frame.at, scanned_.elements[source].begin);
             frame.at = scanned_.elements[source].end;
-            frame.child = document_.element(child.next);
             push_from_source(child, source, frame.shift, frame.preserve);
             return;
         }
@@ -879,8 +955,7 @@ private:
     ScannedDocument scanned_;
     EntityElements entityElements_;
     EntityText entityText_;
-    bool hasReferences_ = false;
-    bool hasReturns_ = false;
+    std::unique_ptr<LayoutDtd> dtd_;
     bool preserves_ = false;
     std::optional<bool> hasIds_;
     std::optional<Formatting> formatting_;
@@ -913,7 +988,9 @@ void KeptDocument::for_each_piece(const std::function<void(std::string_view)>& t
 }
 
 void write_kept(const Document& document, const Element& top, IdPolicy ids, KeptDocument& out) {
-    LayoutWriter(document, ids, out).run(top);
+    LayoutWriter writer(document, ids, out);
+    writer.run(top);
+    if (!out.is_unchanged()) writer.check_result(top);
 }
 
 void write_indented(const Document& document, const Element& top, std::size_t step, IdPolicy ids,

@@ -40,6 +40,16 @@ public:
             pieces_.push_back({begin, made_.size(), false});
         }
     }
+    // Is it nothing but this range of the source?
+    bool is_copy(std::size_t begin, std::size_t end) const {
+        return pieces_.size() == 1 && pieces_[0].fromSource && pieces_[0].begin == begin &&
+               pieces_[0].end == end;
+    }
+    std::size_t size() const {
+        std::size_t size = 0;
+        for (const Piece& piece : pieces_) size += piece.end - piece.begin;
+        return size;
+    }
     // Calls take with one piece after the other.
     template <typename Take>
     void for_each(std::string_view source, Take&& take) const {
@@ -69,6 +79,7 @@ struct KeptDocument {
     std::size_t idsLeftOut = 0;
     std::size_t commentsLeftOut = 0;  // and processing instructions
 
+    bool is_unchanged() const { return text.is_copy(0, source.size()); }
     // The bytes of the file, piece by piece.
     void for_each_piece(const std::function<void(std::string_view)>& take) const;
 };

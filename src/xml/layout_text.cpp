@@ -261,10 +261,10 @@ void WrittenValue::add_reference(std::size_t at, std::size_t end, bool& marked) 
             return;
         }
     }
-    const std::optional<std::string> text = entityText_ ? entityText_(name) : std::nullopt;
-    if (!text) throw Unkept("the reference &" + std::string(name) + "; cannot be resolved");
-    if (text->size() == 1 && is_blank(*text)) marked = true;
-    add_atom(AtomKind::kEntity, at, end, *text);
+    const std::optional<EntityValue> entity = entityText_ ? entityText_(name) : std::nullopt;
+    if (!entity) throw Unkept("the reference &" + std::string(name) + "; cannot be resolved");
+    marked = marked || entity->kept;
+    add_atom(AtomKind::kEntity, at, end, entity->text);
 }
 
 // --- writing -----------------------------------------------------------------------------------

@@ -20,8 +20,14 @@ struct Unkept : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// The text that a declared entity stands for; nothing when it stands for elements or is unknown.
-using EntityText = std::function<std::optional<std::string>(std::string_view name)>;
+// The text that a declared entity stands for, and whether the reader keeps it where it is white space
+// alone.
+struct EntityValue {
+    std::string text;
+    bool kept = true;
+};
+// By the entity's name; nothing when it stands for elements or is unknown.
+using EntityText = std::function<std::optional<EntityValue>(std::string_view name)>;
 
 // A value in the form in which a document holds it: runs of character data and CDATA sections, or
 // the one run between the quotes of an attribute.
