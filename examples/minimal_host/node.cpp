@@ -324,21 +324,11 @@ int minimal::bind_root(UXXmlWrapperBase& handle, const NodePtr& root) {
 UXXmlWrapperBase::UXXmlWrapperBase(const UXXmlWrapperBase& other) noexcept : UXScriptObject(other) {
     UXNodeAccess::set_link(*this, UXNodeAccess::link(other));
 }
-UXXmlWrapperBase::UXXmlWrapperBase(UXXmlWrapperBase&& other) noexcept {
-    std::swap(storage_, other.storage_);
-}
-UXXmlWrapperBase::~UXXmlWrapperBase() {
-    UXNodeAccess::set_link(*this, nullptr);
-}
 UXXmlWrapperBase& UXXmlWrapperBase::operator=(const UXXmlWrapperBase& other) noexcept {
     UXNodeAccess::set_link(*this, UXNodeAccess::link(other));
     return *this;
 }
-UXXmlWrapperBase& UXXmlWrapperBase::operator=(UXXmlWrapperBase&& other) noexcept {
-    std::swap(storage_, other.storage_);
-    return *this;
-}
-int UXXmlWrapperBase::ReleaseNode() {
+int UXXmlWrapperBase::ReleaseNode() noexcept {
     UXNodeAccess::set_link(*this, nullptr);
     return 1;
 }
@@ -586,12 +576,18 @@ int UXXmlWrapperBase::GetPropertyView(const UXNameKey& name, std::string_view& o
     out = *value;
     return 1;
 }
-unsigned UXXmlWrapperBase::GetPropertyViews(const UXNameKeys& names, std::string_view* out) const {
-    unsigned found = 0;
+int UXXmlWrapperBase::Look(const UXNameKeys& names, UXNodeLook& out) const {
+    const NodePtr node = node_of(*this);
+    out.present = 0;
     for (std::size_t i = 0; i < names.size(); ++i) {
-        if (GetPropertyView(UXNameKey(names.c_str(i)), out[i]) != 0) found |= 1U << i;
+        if (GetPropertyView(UXNameKey(names.c_str(i)), out.attributes[i]) != 0) {
+            out.present |= 1U << i;
+        }
     }
-    return found;
+    out.childCount = GetNodeCount();
+    out.textAtHand = true;
+    out.value = node == nullptr ? std::string_view() : node->text;
+    return node == nullptr ? 0 : 1;
 }
 int UXXmlWrapperBase::GetPropertyValue(const UXNameKey& name, CStringUTF8& out) const {
     return GetPropertyValue(name.c_str(), out, 0);

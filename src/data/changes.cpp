@@ -69,11 +69,10 @@ private:
         if (id < 0) return false;
         const int found = index_.find(id);
         if (found < 0) return false;
-        std::string_view text;
-        leaf.NodeValueView(text, value_);
-        if (!has_embedded_settings(marks_) && text == view_of(values_[found])) return true;
+        const CStringUTF8& value = values_[found];
+        if (has_plain_text(marks_) && marks_.own_text() == view_of(value)) return true;
         read_node_value(leaf, marks_, ValueSource::kOwnText, true, value_);
-        return !differ(value_, values_[found], false);
+        return !differ(value_, value, false);
     }
 
     // Steps to the next sibling, or else to the parent and yields false, before removing the node.
@@ -110,13 +109,12 @@ int VCTreeUpdateChanges(UXXmlWrapperBase* tree, CWBOStringArray* oldValues) {
         CStringUTF8 scratch;
         ChangeMark mark;
         visit_below(*tree, [&](UXXmlWrapperBase& node) {
-            std::string_view value;
-            if (is_leaf(node)) node.NodeValueView(value, scratch);
+            const std::string_view value = mark.look(node, scratch);
             if (position < oldValues->GetSize() && view_of((*oldValues)[position]) != value) {
                 mark.set(node, view_of((*oldValues)[position]));
                 ++marked;
             } else {
-                mark.clear(node);
+                mark.clear_seen(node);
             }
             ++position;
             return Step::kIntoBranch;

@@ -8,7 +8,11 @@
 namespace ux {
 
 inline bool has_embedded_settings(const NodeMarks& marks) {
-    return marks.has(Mark::kDynaCheck) || marks.has(Mark::kAutoText) || marks.has(Mark::kFormula);
+    return marks.has_any(Mark::kDynaCheck, Mark::kAutoText, Mark::kFormula);
+}
+// The node's value is its own text as it stands.
+inline bool has_plain_text(const NodeMarks& marks) {
+    return marks.text_at_hand() && !has_embedded_settings(marks);
 }
 // Puts the settings of the attributes that travel this way in front of text; false when the node
 // has none of them.

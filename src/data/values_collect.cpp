@@ -56,7 +56,7 @@ public:
         combine_with_repeat(node, marks_, level.inheritedRepeat, id, options_.errorText);
         combine_with_repeat_node(node, marks_, id, options_.errorText);
 
-        if (is_leaf(node)) {
+        if (marks_.is_leaf()) {
             collect_leaf(node, id.id, level);
             return Step::kOverBranch;
         }
@@ -113,6 +113,10 @@ private:
     }
 
     bool collect_value(UXXmlWrapperBase& node, ValueSource source, bool themeFlag) {
+        if (source == ValueSource::kOwnText && !options_.onlyChanged && has_plain_text(marks_)) {
+            record_.values->Add(CStringUTF8(marks_.own_text()));
+            return true;
+        }
         CStringUTF8 text;
         if (!read_node_value(node, marks_, source, themeFlag, text)) return false;
         if (options_.onlyChanged) {
@@ -155,7 +159,7 @@ bool read_node_value(const UXXmlWrapperBase& node, const NodeMarks& marks, Value
                      bool keepMissing, CStringUTF8& out) {
     bool found = true;
     if (source == ValueSource::kOwnText) {
-        node.GetNodeStringWithBlobInfo(out, 0);
+        marks.own_text(node, out);
     } else if (source == ValueSource::kDataAttribute) {
         out = CStringUTF8(marks.text(Mark::kDataText));
         found = marks.has(Mark::kDataText);

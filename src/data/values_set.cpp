@@ -49,10 +49,9 @@ bool store(UXXmlWrapperBase& node, const CStringUTF8& value, const NodeWrite& ho
     return true;
 }
 
-// Writes a value whose settings were taken out, unless it is held back.
-bool write_text(UXXmlWrapperBase& node, const NodeMarks& marks, const CStringUTF8& text,
-                const EmbeddedNames& names, const NodeWrite& how) {
-    apply_missing_settings(node, marks, names, how.callFlags);
+// Apart from write_text because few nodes need it, and its frame is a large one.
+[[gnu::noinline]] bool write_guarded_text(UXXmlWrapperBase& node, const CStringUTF8& text,
+                                          const NodeWrite& how) {
     if ((how.flags & kThemeNoValue) != 0) return false;
     if ((how.flags & kThemeValidate) != 0 && !how.validateOff &&
         !call_out(UXGetHostServices().validateValue, node, text)) {
@@ -60,6 +59,17 @@ bool write_text(UXXmlWrapperBase& node, const NodeMarks& marks, const CStringUTF
     }
     return how.callback == nullptr ? store(node, text, how)
                                    : store(node, announced(*how.callback, text), how);
+}
+
+// Writes a value whose settings were taken out, unless it is held back.
+bool write_text(UXXmlWrapperBase& node, const NodeMarks& marks, const CStringUTF8& text,
+                const EmbeddedNames& names, const NodeWrite& how) {
+    if (how.callFlags != 0 || marks.has(Mark::kFormula)) {
+        apply_missing_settings(node, marks, names, how.callFlags);
+    }
+    const bool guarded = (how.flags & (kThemeNoValue | kThemeValidate)) != 0;
+    return guarded || how.callback != nullptr ? write_guarded_text(node, text, how)
+                                              : store(node, text, how);
 }
 
 void write_attribute(UXXmlWrapperBase& node, const char* name, const CWBOStringArray* values,
@@ -119,7 +129,7 @@ public:
         if (marks_.number(Mark::kTheme, own)) {
             below.flags = static_cast<DWORD>(own);
         }
-        const bool leaf = is_leaf(node);
+        const bool leaf = marks_.is_leaf();
         if (id.id >= 0) {
             if (leaf) {
                 set_leaf(node, id.id, below.flags);
@@ -184,15 +194,24 @@ bool length_differs(const CWBOStringArray* values, const CArray<int, int>& ids) 
 
 }  // namespace
 
-bool write_node_value(UXXmlWrapperBase& node, const NodeMarks& marks, const CStringUTF8& value,
-                      const NodeWrite& how) {
-    if (!may_hold_embedded_settings(value)) return write_text(node, marks, value, {}, how);
+namespace {
+
+[[gnu::noinline]] bool write_with_settings(UXXmlWrapperBase& node, const NodeMarks& marks,
+                                           const CStringUTF8& value, const NodeWrite& how) {
     CStringUTF8 own = value;
     const EmbeddedNames names =
         take_embedded_settings(node, own, (how.flags & kThemeNoSettings) == 0);
     NodeMarks changed = marks;
     changed.read(node);
     return write_text(node, changed, own, names, how);
+}
+
+}  // namespace
+
+bool write_node_value(UXXmlWrapperBase& node, const NodeMarks& marks, const CStringUTF8& value,
+                      const NodeWrite& how) {
+    return may_hold_embedded_settings(value) ? write_with_settings(node, marks, value, how)
+                                             : write_text(node, marks, value, {}, how);
 }
 
 int check_lists(const CArray<int, int>& ids, const ValueRecord& record) {

@@ -94,14 +94,19 @@ enum class Step { kIntoBranch, kOverBranch, kStop };
 template <typename Visit>
 bool visit_below(const UXXmlWrapperBase& top, Visit&& visit) {
     UXXmlWrapperBase node;
+    UXXmlWrapperBase next;
     if (!top.FirstChild(&node)) return true;
     for (;;) {
         const Step step = visit(node);
         if (step == Step::kStop) return false;
-        if (step == Step::kIntoBranch && step_into_first_child(node)) continue;
-        while (!step_to_next_sibling(node)) {
+        if (step == Step::kIntoBranch && !is_leaf(node)) {
+            node.FirstChild(&node);
+            continue;
+        }
+        while (!node.NextSibling(&next)) {
             if (!step_to_parent(node) || node == top) return true;
         }
+        std::swap(node, next);
     }
 }
 

@@ -22,6 +22,12 @@ constexpr std::uint32_t kSharedValueBytes = 1024;
 
 // --- names -------------------------------------------------------------------------------------
 
+// The low half counts the names, of which there are fewer than 2^26.
+std::uint64_t NameTable::first_stamp() {
+    static std::atomic<std::uint64_t> made{0};
+    return ++made << 32;
+}
+
 // The slot that holds the name, or the free one where it belongs.
 std::size_t NameTable::probe(std::string_view name, std::uint32_t hash) const {
     std::size_t slot = hash & (slots_.size() - 1);
@@ -59,6 +65,7 @@ NameId NameTable::intern(std::string_view name, ByteArena& bytes) {
     entry.text = {text, name.size()};
     entry.hash = hash;
     names_.push_back(entry);
+    ++stamp_;
     slots_[slot] = id_at(names_.size() - 1);
     marks_ |= std::uint64_t{1} << mark_in(slots_[slot]);
     return slots_[slot];
@@ -78,15 +85,10 @@ void NameTable::copy_from(const NameTable& other, const ByteArena& bytes) {
     names_ = other.names_;
     slots_ = other.slots_;
     marks_ = other.marks_;
+    ++stamp_;
     for (Entry& entry : names_) {
         if (entry.ref != 0) entry.text = {bytes.at(entry.ref), entry.text.size()};
     }
-}
-
-// The low half of a stamp is the number of names, which is below 2^26 and only grows.
-Document::Document() {
-    static std::atomic<std::uint64_t> made{0};
-    stamp_ = ++made << 32;
 }
 
 NameId Document::valid_name(const char* name) {

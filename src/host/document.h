@@ -54,6 +54,7 @@ struct Attribute {
 // The tag and attribute names of a document, each stored once.
 class NameTable {
 public:
+    static constexpr unsigned kMarkBits = 6;
     // The mark that identifiers of a name carry.
     static NameId mark_of(const char* name) {
         const auto first = static_cast<unsigned char>(name[0]);
@@ -70,17 +71,19 @@ public:
     NameId find(std::string_view name) const;
     // Adds the name when it is new; the caller has made sure that it is valid.
     NameId intern(std::string_view name, ByteArena& bytes);
+    // Another number for every state of every table.
+    std::uint64_t stamp() const { return stamp_; }
     // One more than the names, and than any place.
     std::size_t size() const { return names_.size(); }
     void copy_from(const NameTable& other, const ByteArena& bytes);
 
 private:
+    static std::uint64_t first_stamp();
     struct Entry {
         std::string_view text;
         Ref ref = 0;
         std::uint32_t hash = 0;
     };
-    static constexpr unsigned kMarkBits = 6;
     static constexpr NameId kMarkMask = (NameId{1} << kMarkBits) - 1;
     static constexpr std::size_t kMostNames = std::size_t{1} << (32 - kMarkBits);
 
@@ -93,13 +96,14 @@ private:
     std::vector<Entry> names_{Entry{}};
     std::vector<NameId> slots_;  // open addressing, a power of two; 0 is free
     std::uint64_t marks_ = 0;    // a bit for the mark of every name
+    std::uint64_t stamp_ = first_stamp();
     static_assert(kMarkBits == 6, "a mark is a place in marks_");
 };
 
 // A document: elements, their texts and names. Lives as long as a handle refers to it.
 class Document {
 public:
-    Document();
+    Document() = default;
     Document(const Document&) = delete;
     Document& operator=(const Document&) = delete;
 
@@ -119,7 +123,7 @@ public:
     NameId find_name(std::string_view name) const { return names_.find(name); }
     // Tells the names of all documents and all their states apart: what was looked up under the
     // same stamp is still so.
-    std::uint64_t name_stamp() const { return stamp_ + names_.size(); }
+    std::uint64_t name_stamp() const { return names_.stamp(); }
     // The number of a valid name, added when new; 0 when the text is no name.
     NameId valid_name(const char* name);
     NameId intern(std::string_view name) { return names_.intern(name, bytes_); }
@@ -133,6 +137,10 @@ public:
     std::string_view attribute_value(const Attribute& attribute) const {
         if (attribute.size == 0) return {};  // an empty value has no storage
         return {bytes_.at(attribute.value), attribute.size};
+    }
+    // The same with a data that is never null.
+    std::string_view present_value(const Attribute& attribute) const {
+        return {attribute.size == 0 ? "" : bytes_.at(attribute.value), attribute.size};
     }
     const Attribute* find_attribute(const Element& element, const char* name) const {
         if (name == nullptr || *name == '\0' || !names_.has_mark(NameTable::mark_of(name))) {
@@ -153,12 +161,21 @@ public:
     // The value's text, empty when there is none. scratch holds it when it has to be made.
     std::string_view value_text(const Element& element, CStringUTF8& scratch) const {
         if (element.valueKind == ValueKind::kDoubles) return doubles_text(element, scratch);
-        if (element.valueBytes == 0) return {};
+        return text_at_hand(element);
+    }
+    // The value's text, empty when it has to be made.
+    std::string_view text_at_hand(const Element& element) const {
+        if (element.valueBytes == 0 || element.valueKind != ValueKind::kText) return {};
         return {bytes_.at(element.value), element.valueBytes};
     }
     void get_value(const Element& element, CStringUTF8& out) const {
-        CStringUTF8 scratch;
-        const std::string_view text = value_text(element, scratch);
+        if (element.valueKind == ValueKind::kDoubles) {
+            CStringUTF8 made;
+            doubles_text(element, made);
+            out = std::move(made);
+            return;
+        }
+        const std::string_view text = text_at_hand(element);
         out.Assign(text.data(), text.size());
     }
     const double* doubles(const Element& element) const {
@@ -267,7 +284,6 @@ private:
     SlotArena<Element> elements_;
     ByteArena bytes_;
     NameTable names_;
-    std::uint64_t stamp_;  // see name_stamp
     // Long values that copies within the document share, and how many elements beyond the first
     // have each. A shared value is never written into.
     std::unordered_map<Ref, std::uint32_t> sharedValues_;

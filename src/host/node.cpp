@@ -38,11 +38,6 @@ UXXmlWrapperBase::UXXmlWrapperBase(const UXXmlWrapperBase& other) noexcept
     : UXScriptObject(other), storage_(other.storage_) {
     if (Document* document = document_of(*this)) document->retain();
 }
-UXXmlWrapperBase::UXXmlWrapperBase(UXXmlWrapperBase&& other) noexcept
-    : storage_(std::exchange(other.storage_, {})) {}
-UXXmlWrapperBase::~UXXmlWrapperBase() {
-    if (Document* document = document_of(*this)) document->let_go();
-}
 UXXmlWrapperBase& UXXmlWrapperBase::operator=(const UXXmlWrapperBase& other) noexcept {
     if (this == &other) return *this;
     if (Document* document = document_of(other)) document->retain();
@@ -50,14 +45,10 @@ UXXmlWrapperBase& UXXmlWrapperBase::operator=(const UXXmlWrapperBase& other) noe
     storage_ = other.storage_;
     return *this;
 }
-UXXmlWrapperBase& UXXmlWrapperBase::operator=(UXXmlWrapperBase&& other) noexcept {
-    std::swap(storage_, other.storage_);
-    return *this;
-}
 
 int uxhost::bind(UXXmlWrapperBase& node, Document* document, Element* element) noexcept {
-    if (element == nullptr) return node.ReleaseNode() - 1;
     UXNodeStorage& storage = UXNodeAccess::storage(node);
+    if (element == nullptr) return node.ReleaseNode() - 1;
     if (storage.document != document) {
         document->retain();
         if (Document* old = document_of(node)) old->let_go();
@@ -68,7 +59,7 @@ int uxhost::bind(UXXmlWrapperBase& node, Document* document, Element* element) n
     return 1;
 }
 
-int UXXmlWrapperBase::ReleaseNode() {
+int UXXmlWrapperBase::ReleaseNode() noexcept {
     Document* const document = document_of(*this);
     storage_ = {};
     if (document != nullptr) document->let_go();

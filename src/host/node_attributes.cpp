@@ -34,11 +34,6 @@ const Attribute* find_attribute(const UXXmlWrapperBase& node, const UXNameKey& n
     return number == 0 ? nullptr : document.find_attribute(*element, number);
 }
 
-// The value as a view whose data is never null.
-std::string_view present_value(const Document& document, const Attribute& attribute) {
-    return attribute.size == 0 ? std::string_view("") : document.attribute_value(attribute);
-}
-
 int set_attribute(UXXmlWrapperBase& node, const char* name, const CStringUTF8& value) {
     Element* element = live(node);
     if (element == nullptr) return 0;
@@ -51,6 +46,20 @@ int set_attribute(UXXmlWrapperBase& node, const char* name, const CStringUTF8& v
 }
 
 }  // namespace
+
+void UXNodeAccess::find_numbers(const UXNameKeys& names, const Document& document) {
+    static_assert(1U << uxhost::NameTable::kMarkBits <= 64, "chains_ has a place for each mark");
+    std::uint8_t count = 0;
+    names.chains_.fill(0);
+    for (std::size_t place = 0; place < names.size_; ++place) {
+        const NameId number = document.find_name(names.texts_[place]);
+        if (number == 0) continue;
+        std::uint8_t& chain = names.chains_[uxhost::NameTable::mark_in(number)];
+        names.known_[count] = {number, static_cast<std::uint8_t>(place), chain};
+        chain = ++count;
+    }
+    names.stamp_ = document.name_stamp();
+}
 
 // --- attributes --------------------------------------------------------------------------------
 
@@ -154,21 +163,27 @@ int UXXmlWrapperBase::CopyAllAttributes(UXXmlWrapperBase& source, int /*unused*/
 int UXXmlWrapperBase::GetPropertyView(const UXNameKey& name, std::string_view& out) const {
     const Attribute* attribute = find_attribute(*this, name);
     if (attribute == nullptr) return 0;
-    out = present_value(*document_of(*this), *attribute);
+    out = document_of(*this)->present_value(*attribute);
     return 1;
 }
 
-unsigned UXXmlWrapperBase::GetPropertyViews(const UXNameKeys& names, std::string_view* out) const {
+int UXXmlWrapperBase::Look(const UXNameKeys& names, UXNodeLook& out) const {
     const Element* element = live(*this);
-    if (element == nullptr || element->attributeCount == 0) return 0;
+    if (element == nullptr) {
+        out.present = 0;
+        out.childCount = 0;
+        out.textAtHand = true;
+        out.value = {};
+        return 0;
+    }
     const Document& document = *document_of(*this);
-    unsigned found = 0;
-    UXNodeAccess::visit_named(names, document, *element,
-                              [&](const Attribute& attribute, unsigned place) {
-                                  out[place] = present_value(document, attribute);
-                                  found |= 1U << place;
-                              });
-    return found;
+    out.childCount = static_cast<int>(element->childCount);
+    out.textAtHand = element->valueKind == uxhost::ValueKind::kText;
+    out.value = document.text_at_hand(*element);
+    out.present = element->attributeCount == 0
+                      ? 0
+                      : UXNodeAccess::find_named(names, document, *element, out.attributes.data());
+    return 1;
 }
 
 int UXXmlWrapperBase::GetPropertyValue(const UXNameKey& name, CStringUTF8& out) const {

@@ -21,32 +21,26 @@ struct UXNodeAccess {
         }
         return static_cast<uxhost::NameId>(name.number_);
     }
-    // The same for several names. keep(attribute, place) is called for each attribute among them.
-    template <typename Keep>
-    static void visit_named(const UXNameKeys& names, const uxhost::Document& document,
-                            const uxhost::Element& element, Keep&& keep) {
+    // The same for several names: the values of those that the element has go into out. Bit i of
+    // the result says that names[i] is among them.
+    static unsigned find_named(const UXNameKeys& names, const uxhost::Document& document,
+                               const uxhost::Element& element, std::string_view* out) {
         if (names.stamp_ != document.name_stamp()) find_numbers(names, document);
         const uxhost::Attribute* attribute = document.attributes(element);
         const uxhost::Attribute* const end = attribute + element.attributeCount;
+        unsigned present = 0;
         for (; attribute != end; ++attribute) {
-            if ((names.marks_ >> uxhost::NameTable::mark_in(attribute->name) & 1U) == 0) continue;
-            for (std::size_t i = 0; i < names.knownSize_; ++i) {
-                if (names.numbers_[i] == attribute->name) keep(*attribute, names.places_[i]);
+            unsigned link = names.chains_[uxhost::NameTable::mark_in(attribute->name)];
+            for (; link != 0; link = names.known_[link - 1].next) {
+                const UXNameKeys::Known& known = names.known_[link - 1];
+                if (known.number != attribute->name) continue;
+                out[known.place] = document.present_value(*attribute);
+                present |= 1U << known.place;
             }
         }
+        return present;
     }
-    static void find_numbers(const UXNameKeys& names, const uxhost::Document& document) {
-        names.knownSize_ = 0;
-        names.marks_ = 0;
-        for (std::size_t place = 0; place < names.size_; ++place) {
-            const uxhost::NameId number = document.find_name(names.texts_[place]);
-            if (number == 0) continue;
-            names.marks_ |= std::uint64_t{1} << uxhost::NameTable::mark_in(number);
-            names.numbers_[names.knownSize_] = number;
-            names.places_[names.knownSize_++] = static_cast<std::uint8_t>(place);
-        }
-        names.stamp_ = document.name_stamp();
-    }
+    static void find_numbers(const UXNameKeys& names, const uxhost::Document& document);
 };
 
 namespace uxhost {

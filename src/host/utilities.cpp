@@ -7,6 +7,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <string>
 #include <system_error>
@@ -194,6 +195,29 @@ char* print_shortest(double positive, char* begin, char* end) {
     return lay_out({digits.data(), static_cast<std::size_t>(count)}, exponent, begin);
 }
 
+// Four to eight digits at once, in the bytes of a word: pairs of digits are added up to numbers
+// below a hundred, those to numbers below ten thousand, and those to the number.
+bool parse_word_of_digits(std::string_view text, int& value) {
+    std::uint32_t first = 0;
+    std::uint32_t last = 0;  // overlap unless there are eight
+    std::memcpy(&first, text.data(), 4);
+    std::memcpy(&last, text.data() + text.size() - 4, 4);
+    if constexpr (std::endian::native == std::endian::big) {
+        first = __builtin_bswap32(first);
+        last = __builtin_bswap32(last);
+    }
+    const auto end = static_cast<unsigned>(8 * text.size());
+    std::uint64_t digits = (first | std::uint64_t{last} << (end - 32)) ^ 0x3030303030303030U;
+    digits <<= 64 - end;  // zeros in front, the last digit in the highest byte
+    if (((digits | (digits + 0x7676767676767676U)) & 0x8080808080808080U) != 0) return false;
+    digits = digits * 10 + (digits >> 8);
+    digits = ((digits & 0x000000FF000000FFU) * 0x000F424000000064U +
+              (digits >> 16 & 0x000000FF000000FFU) * 0x0000271000000001U) >>
+             32;
+    value = static_cast<int>(static_cast<std::uint32_t>(digits));
+    return true;
+}
+
 char* print_double(double value, char* begin, char* end) {
     constexpr double kPlainDigits = 1e15;  // below it an integer has no exponent in 15 digits
     const bool whole = std::abs(value) < kPlainDigits && value == std::trunc(value);
@@ -207,6 +231,7 @@ char* print_double(double value, char* begin, char* end) {
 // The usual integer, without anything around its digits.
 bool parse_plain_digits(std::string_view text, int& value) {
     constexpr std::size_t kSafeDigits = 9;
+    if (text.size() >= 4 && text.size() <= 8) return parse_word_of_digits(text, value);
     if (text.empty() || text.size() > kSafeDigits) return false;
     int number = 0;
     for (const char c : text) {

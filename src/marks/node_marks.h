@@ -1,7 +1,6 @@
 // The attributes by which the engines know a node, read with one look at it.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <string_view>
 
@@ -23,8 +22,7 @@ enum class Mark : std::size_t {
     kThemeEx,
     kDynaCheck,
     kAutoText,
-    kFormula,
-    kCount
+    kFormula
 };
 
 // Made once for a walk and read at each node. The texts hold until the next change of the node's
@@ -36,14 +34,27 @@ public:
                  kData,       kThemeApplicability, kThemeApplicabilityEx, kDynaUseCheck, kAuto,
                  kDynaFx} {}
 
-    void read(const UXXmlWrapperBase& node) {
-        present_ = node.GetPropertyViews(names_, views_.data());
+    void read(const UXXmlWrapperBase& node) { node.Look(names_, look_); }
+    bool is_leaf() const { return look_.childCount < 1; }
+    bool has(Mark mark) const { return (look_.present & bit(mark)) != 0; }
+    template <typename... Marks>
+    bool has_any(Marks... marks) const {
+        return (look_.present & (bit(marks) | ...)) != 0;
     }
-    bool has(Mark mark) const { return (present_ >> static_cast<std::size_t>(mark) & 1U) != 0; }
     // "" for a missing one.
     std::string_view text(Mark mark) const {
-        return has(mark) ? views_[static_cast<std::size_t>(mark)] : std::string_view();
+        return has(mark) ? look_.attributes[static_cast<std::size_t>(mark)] : std::string_view();
     }
+    // The text of the node itself.
+    void own_text(const UXXmlWrapperBase& node, CStringUTF8& out) const {
+        if (look_.textAtHand) {
+            out.Assign(look_.value.data(), look_.value.size());
+        } else {
+            node.GetNodeStringWithBlobInfo(out, 0);
+        }
+    }
+    bool text_at_hand() const { return look_.textAtHand; }
+    std::string_view own_text() const { return look_.value; }
     // False, with value untouched, for one that is missing or no number.
     bool number(Mark mark, int& value) const { return has(mark) && UXParseInt(text(mark), value); }
     int number_or(Mark mark, int fallback) const {
@@ -53,9 +64,10 @@ public:
     unsigned bits(Mark mark) const { return static_cast<unsigned>(number_or(mark, 0)); }
 
 private:
+    static constexpr unsigned bit(Mark mark) { return 1U << static_cast<unsigned>(mark); }
+
     UXNameKeys names_;
-    std::array<std::string_view, static_cast<std::size_t>(Mark::kCount)> views_;
-    unsigned present_ = 0;
+    UXNodeLook look_;
 };
 
 }  // namespace ux

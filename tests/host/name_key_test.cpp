@@ -1,5 +1,7 @@
 // Names by key and texts as views.
 #include <array>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -80,8 +82,12 @@ TEST(UXNameKey, OnAnInvalidHandle) {
     int number = 5;
     EXPECT_EQ(node.GetPropertyView(keys[0], texts[0]), 0);
     EXPECT_EQ(texts[0], "x");
-    EXPECT_EQ(node.GetPropertyViews({"a", "b"}, texts.data()), 0U);
-    EXPECT_EQ(texts[1], "y");
+    UXNodeLook look;
+    tree_of("<r a='1'>text<b/></r>").Look({"a"}, look);
+    EXPECT_EQ(node.Look({"a"}, look), 0);
+    EXPECT_EQ(look.present, 0U);
+    EXPECT_EQ(look.childCount, 0);
+    EXPECT_EQ(look.value, "");
     EXPECT_EQ(node.GetPropertyValue(keys[0], scratch), 0);
     EXPECT_EQ(node.GetPropertyValue(keys[0], number), 0);
     EXPECT_EQ(node.SetPropertyView(keys[0], "x"), 0);
@@ -96,31 +102,76 @@ TEST(UXNameKey, OnAnInvalidHandle) {
     EXPECT_EQ(number, 5);
 }
 
-TEST(GetPropertyViews, SortsTheAttributesByName) {
+TEST(Look, SortsTheAttributesByName) {
     const UXNameKeys keys = {"c", "none", "a", nullptr, "e", "a"};
     UXXmlWrapperBase tree = tree_of("<r a='1' b='2' c='3' e=''/>");
-    std::array<string_view, 6> texts{"x", "x", "x", "x", "x", "x"};
-    EXPECT_EQ(tree.GetPropertyViews(keys, texts.data()), 0b110101U);
-    EXPECT_EQ(texts, (std::array<string_view, 6>{"3", "x", "1", "x", "", "1"}));
+    UXNodeLook look;
+    EXPECT_EQ(tree.Look(keys, look), 1);
+    EXPECT_EQ(look.present, 0b110101U);
+    EXPECT_EQ(look.attributes[0], "3");
+    EXPECT_EQ(look.attributes[2], "1");
+    EXPECT_EQ(look.attributes[4], "");
+    EXPECT_EQ(look.attributes[5], "1");
     tree.SetPropertyValue("none", 5);  // a name that the document did not have
     tree.RemoveProperty("a");
-    EXPECT_EQ(tree.GetPropertyViews(keys, texts.data()), 0b010011U);
-    EXPECT_EQ(texts[1], "5");
+    tree.Look(keys, look);
+    EXPECT_EQ(look.present, 0b010011U);
+    EXPECT_EQ(look.attributes[1], "5");
     UXXmlWrapperBase other = tree_of("<r a='4'/>");
-    EXPECT_EQ(other.GetPropertyViews(keys, texts.data()), 0b100100U);
-    EXPECT_EQ(texts[2], "4");
+    other.Look(keys, look);
+    EXPECT_EQ(look.present, 0b100100U);
+    EXPECT_EQ(look.attributes[2], "4");
 }
 
-TEST(GetPropertyViews, TakesThirtyTwoNames) {
+TEST(Look, TellsNamesApartThatBeginAlike) {
+    std::string xml = "<r";
+    std::vector<std::string> names;
+    for (int i = 0; i < 32; ++i) {
+        names.push_back("name" + std::to_string(i));
+        if (i % 3 == 0) xml += " " + names.back() + "='" + std::to_string(i) + "'";
+    }
+    const UXXmlWrapperBase tree = tree_of((xml + "/>").c_str());
+    const UXNameKeys keys = {names[0].c_str(), names[1].c_str(), names[2].c_str(),
+                             names[3].c_str(), names[9].c_str(), names[30].c_str()};
+    UXNodeLook look;
+    tree.Look(keys, look);
+    EXPECT_EQ(look.present, 0b111001U);
+    EXPECT_EQ(look.attributes[0], "0");
+    EXPECT_EQ(look.attributes[3], "3");
+    EXPECT_EQ(look.attributes[4], "9");
+    EXPECT_EQ(look.attributes[5], "30");
+}
+
+TEST(Look, TakesThirtyTwoNames) {
     const std::initializer_list<const char*> names = {
         "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a",
         "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a", "a"};
     const UXNameKeys keys(names);
-    std::array<string_view, 34> texts;
+    const UXXmlWrapperBase tree = tree_of("<r a='1'/>");
+    UXNodeLook look;
     EXPECT_EQ(keys.size(), UXNameKeys::kMost);
-    EXPECT_EQ(tree_of("<r a='1'/>").GetPropertyViews(keys, texts.data()), ~0U);
-    EXPECT_EQ(texts[31], "1");
-    EXPECT_EQ(texts[32].data(), nullptr);
+    tree.Look(keys, look);
+    EXPECT_EQ(look.present, ~0U);
+    EXPECT_EQ(look.attributes[31], "1");
+}
+
+TEST(Look, TellsTheValueAndTheNumberOfChildren) {
+    UXXmlWrapperBase tree = tree_of("<r>some <b/><b/></r>");
+    UXNodeLook look;
+    tree.Look({}, look);
+    EXPECT_EQ(look.childCount, 2);
+    EXPECT_TRUE(look.textAtHand);
+    EXPECT_EQ(look.value, "some ");
+    CArray<double, double> numbers;
+    numbers.Add(0.5);
+    tree.NodeValue(numbers, 0);
+    tree.Look({}, look);
+    EXPECT_FALSE(look.textAtHand);
+    EXPECT_EQ(look.value, "");
+    tree.SetString("");
+    tree.Look({}, look);
+    EXPECT_TRUE(look.textAtHand);
+    EXPECT_EQ(look.value, "");
 }
 
 TEST(SetPropertyView, WritesAsSetPropertyValueDoes) {

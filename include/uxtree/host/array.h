@@ -184,7 +184,7 @@ private:
         if (size <= capacity_) return;
         const int half = std::min(capacity_ / 2, std::numeric_limits<int>::max() - capacity_);
         const int capacity = std::max({4, size, capacity_ + half});
-        std::unique_ptr<T[]> items(new T[Index(capacity)]());
+        std::unique_ptr<T[]> items(new T[Index(capacity)]);  // SetSize and Add assign
         std::move(items_.get(), items_.get() + size_, items.get());
         items_ = std::move(items);
         capacity_ = capacity;

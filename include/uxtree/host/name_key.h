@@ -44,11 +44,23 @@ private:
 
     std::array<const char*, kMost> texts_;
     std::size_t size_ = 0;
-    // The numbers that the names have in a document, and their places above, of those alone that
-    // it knows; and a few bits of all of them.
+    // What a host found for the document of the stamp: the numbers of the names that it knows and
+    // their places above, chained by a part of the number.
+    struct Known {
+        std::uint32_t number;
+        std::uint8_t place;
+        std::uint8_t next;  // 1 above its index, 0 at the end
+    };
     mutable std::uint64_t stamp_ = 0;
-    mutable std::uint64_t marks_ = 0;
-    mutable std::size_t knownSize_ = 0;
-    mutable std::array<std::uint32_t, kMost> numbers_;
-    mutable std::array<std::uint8_t, kMost> places_;
+    mutable std::array<std::uint8_t, 64> chains_;
+    mutable std::array<Known, kMost> known_;
+};
+
+// What one look at a node tells.
+struct UXNodeLook {
+    unsigned present = 0;  // bit i: the node has the attribute names[i]
+    int childCount = 0;
+    bool textAtHand = false;  // false when the host would have to make the text of the value
+    std::string_view value;   // the node's own text, "" when there is none or it is not at hand
+    std::array<std::string_view, UXNameKeys::kMost> attributes;  // those that are present
 };

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <string_view>
+#include <utility>
 
 #include "uxtree/host/array.h"
 #include "uxtree/host/export.h"
@@ -17,7 +18,8 @@ struct UXNodeOptions;                                            // opaque; call
 using UXPropertyFilter = std::function<bool(const char* name)>;  // true keeps the attribute
 
 // What a handle holds. The size is the contract, the meaning is the host's: the embedded one keeps
-// a document, an element and the element's generation.
+// a document, an element and the element's generation. Handles are moved by copying the words, and
+// one whose document is null has nothing to let go.
 struct UXNodeStorage {
     void* document = nullptr;
     void* node = nullptr;
@@ -42,14 +44,19 @@ class UXHOST_API UXXmlWrapperBase : public UXScriptObject {
 public:
     UXXmlWrapperBase() noexcept = default;
     UXXmlWrapperBase(const UXXmlWrapperBase& other) noexcept;
-    UXXmlWrapperBase(UXXmlWrapperBase&& other) noexcept;
-    ~UXXmlWrapperBase() override;
+    UXXmlWrapperBase(UXXmlWrapperBase&& other) noexcept { std::swap(storage_, other.storage_); }
+    ~UXXmlWrapperBase() override {
+        if (storage_.document != nullptr) UXXmlWrapperBase::ReleaseNode();
+    }
     UXXmlWrapperBase& operator=(const UXXmlWrapperBase& other) noexcept;
-    UXXmlWrapperBase& operator=(UXXmlWrapperBase&& other) noexcept;
+    UXXmlWrapperBase& operator=(UXXmlWrapperBase&& other) noexcept {
+        std::swap(storage_, other.storage_);
+        return *this;
+    }
     // The same element; any two invalid handles are equal.
     bool operator==(const UXXmlWrapperBase& other) const;
     // The handle refers to nothing afterwards. Always 1.
-    int ReleaseNode();
+    int ReleaseNode() noexcept;
 
     // --- validity and counting -----------------------------------------------------------------
 
@@ -137,10 +144,8 @@ public:
     // holds until the next change of the node's document or of scratch, whichever it stands in. The
     // plainest implementation asks by the key's text.
     int GetPropertyView(const UXNameKey& name, std::string_view& out) const;
-    // One look at the attributes for several names: bit i of the result says that the node has
-    // names[i], whose value is out[i] then; the other views stay as they are. 0 for an invalid
-    // handle.
-    unsigned GetPropertyViews(const UXNameKeys& names, std::string_view* out) const;
+    // One look at the node for several names. An invalid handle has none of them, nor anything else.
+    int Look(const UXNameKeys& names, UXNodeLook& out) const;
     int GetPropertyValue(const UXNameKey& name, CStringUTF8& out) const;
     int GetPropertyValue(const UXNameKey& name, int& out) const;
     int HasProperty(const UXNameKey& name) const;

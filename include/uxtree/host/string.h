@@ -200,9 +200,26 @@ private:
     }
     // The text is new, and the view no part of it.
     void AssignApart(std::string_view text) {
-        Reserve(text.size());
-        if (!text.empty()) std::memcpy(Data(), text.data(), text.size());
+        if (text.size() <= kLocal) {
+            CopyShort(local_, text.data(), text.size());
+        } else {
+            Reserve(text.size());
+            std::memcpy(Data(), text.data(), text.size());
+        }
         SetEnd(text.size());
+    }
+    // Up to kLocal bytes, in overlapping words.
+    static void CopyShort(char* to, const char* from, std::size_t size) {
+        if (size >= 8) {
+            std::memcpy(to, from, 8);
+            if (size > 16) std::memcpy(to + 8, from + 8, 8);
+            std::memcpy(to + size - 8, from + size - 8, 8);
+        } else if (size >= 4) {
+            std::memcpy(to, from, 4);
+            std::memcpy(to + size - 4, from + size - 4, 4);
+        } else {
+            for (std::size_t i = 0; i < size; ++i) to[i] = from[i];
+        }
     }
     CStringUTF8& Add(std::string_view text) {
         const std::size_t sum = size_ + text.size();
