@@ -11,7 +11,6 @@ namespace ux {
 namespace {
 
 constexpr std::string_view kOpening = "::{";
-constexpr int kShortestSetting = 7;  // "::{a=b}"
 
 // In the order of collection. Each goes in front, so the last one stands first in the text.
 constexpr std::array<std::pair<Mark, const char*>, 3> kTravelling = {
@@ -64,10 +63,6 @@ bool add_embedded_settings(const NodeMarks& marks, CStringUTF8& text) {
         found = true;
     }
     return found;
-}
-
-bool may_hold_embedded_settings(const CStringUTF8& value) {
-    return value.GetLength() >= kShortestSetting && value.Find(kOpening.data()) >= 0;
 }
 
 EmbeddedNames take_embedded_settings(UXXmlWrapperBase& node, CStringUTF8& value, bool apply) {

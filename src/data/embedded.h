@@ -25,7 +25,11 @@ struct EmbeddedNames {
     bool dynaUseCheck = false;
 };
 
-bool may_hold_embedded_settings(const CStringUTF8& value);
+// A quick test; what it lets pass may still hold none.
+inline bool may_hold_embedded_settings(const CStringUTF8& value) {
+    constexpr int kShortest = 7;  // "::{a=b}"
+    return value.GetLength() >= kShortest && value.Find(':') >= 0 && value.Find("::{") >= 0;
+}
 // Cuts the settings out of value and, unless apply is false, sets them as attributes of the node.
 // Text in front of a setting is lost. The first malformed setting ends the search; it and what
 // follows the last good one is the value.

@@ -31,9 +31,7 @@ IdIndex::IdIndex(const CArray<int, int>& ids) : ids_(ids.GetData()), size_(ids.G
     }
 }
 
-int IdIndex::find(int id) {
-    // The entry in order may be taken at once only where no earlier one can be equal.
-    if (repeated_ < 0 && next_ < size_ && ids_[next_] == id) return next_++;
+int IdIndex::look_up(int id) {
     int index = kFree;
     if (size_ <= kLinearSize) {
         const int* const found = std::find(ids_, ids_ + size_, id);

@@ -15,7 +15,11 @@ public:
 
     // Index of the first entry equal to id, -1 when there is none. Asking in the array's order is
     // the cheapest.
-    int find(int id);
+    int find(int id) {
+        // The entry in order may be taken at once only where no earlier one can be equal.
+        if (repeated_ < 0 && next_ < size_ && ids_[next_] == id) return next_++;
+        return look_up(id);
+    }
     // Index of the first entry that occurs again further on, -1 when all differ.
     int first_repeated() const { return repeated_; }
 
@@ -26,6 +30,7 @@ private:
     };
 
     void build();
+    int look_up(int id);
     Entry& slot_of(int id);
 
     const int* ids_;

@@ -77,6 +77,11 @@ private:
     void collect_leaf(UXXmlWrapperBase& node, int id, const Level& level) {
         if (id < 0) return;
         const bool fromUse = options_.useFlag && marks_.has(Mark::kUseText);
+        if (valuesOnly_ && !fromUse && has_plain_text(marks_)) {  // the usual leaf
+            record_.values->AddText(marks_.own_text());
+            ids_.Add(id);
+            return;
+        }
         collect(node, id, fromUse ? ValueSource::kUseAttribute : ValueSource::kOwnText,
                 level.themeFlag);
     }
@@ -113,10 +118,6 @@ private:
     }
 
     bool collect_value(UXXmlWrapperBase& node, ValueSource source, bool themeFlag) {
-        if (source == ValueSource::kOwnText && !options_.onlyChanged && has_plain_text(marks_)) {
-            record_.values->Add(CStringUTF8(marks_.own_text()));
-            return true;
-        }
         CStringUTF8 text;
         if (!read_node_value(node, marks_, source, themeFlag, text)) return false;
         if (options_.onlyChanged) {
@@ -141,7 +142,7 @@ private:
         if (values == nullptr) return;
         std::string_view text;
         node.GetPropertyView(name, text);
-        values->Add(CStringUTF8(text));
+        values->AddText(text);
     }
 
     CArray<int, int>& ids_;
@@ -151,6 +152,9 @@ private:
     UXNameKey secondName_{record_.secondName};
     NodeMarks marks_;  // of the node at hand
     bool defaultAttribute_;
+    bool valuesOnly_ = record_.values != nullptr && record_.labels == nullptr &&
+                       record_.firstValues == nullptr && record_.secondValues == nullptr &&
+                       !options_.onlyChanged;
 };
 
 }  // namespace

@@ -72,6 +72,16 @@ bool write_text(UXXmlWrapperBase& node, const NodeMarks& marks, const CStringUTF
                                               : store(node, text, how);
 }
 
+[[gnu::noinline]] bool write_with_settings(UXXmlWrapperBase& node, const NodeMarks& marks,
+                                           const CStringUTF8& value, const NodeWrite& how) {
+    CStringUTF8 own = value;
+    const EmbeddedNames names =
+        take_embedded_settings(node, own, (how.flags & kThemeNoSettings) == 0);
+    NodeMarks changed = marks;
+    changed.read(node);
+    return write_text(node, changed, own, names, how);
+}
+
 void write_attribute(UXXmlWrapperBase& node, const char* name, const CWBOStringArray* values,
                      int index) {
     if (values == nullptr || !given(name)) return;
@@ -149,8 +159,14 @@ private:
         if (found < 0) return;
         const bool asBranch =
             (static_cast<DWORD>(id) & kIdAsBranch) != 0 && (options_.callFlags & kThemeOff) == 0;
-        write(node, found,
-              how(false, asBranch && (flags & kThemeData) != 0, flags, arming.record()));
+        const bool toData = asBranch && (flags & kThemeData) != 0;
+        if (valuesOnly_ && !toData && (flags & (kThemeNoValue | kThemeValidate)) == 0 &&
+            arming.record() == nullptr && !marks_.has(Mark::kFormula) &&
+            !may_hold_embedded_settings((*record_.values)[found])) {  // the usual leaf
+            written_ += node.CheckSetValue(options_.setMode, (*record_.values)[found], 0);
+            return;
+        }
+        write(node, found, how(false, toData, flags, arming.record()));
     }
 
     void set_branch(UXXmlWrapperBase& node, int id, DWORD flags) {
@@ -185,25 +201,14 @@ private:
     const ValueRecord& record_;
     const SetOptions& options_;
     NodeMarks marks_;  // of the node at hand
+    bool valuesOnly_ = record_.values != nullptr && record_.firstValues == nullptr &&
+                       record_.secondValues == nullptr &&
+                       (options_.callFlags & (kResetAutomatic | kCheckDynaUse)) == 0;
     int written_ = 0;
 };
 
 bool length_differs(const CWBOStringArray* values, const CArray<int, int>& ids) {
     return values != nullptr && values->GetSize() != ids.GetSize();
-}
-
-}  // namespace
-
-namespace {
-
-[[gnu::noinline]] bool write_with_settings(UXXmlWrapperBase& node, const NodeMarks& marks,
-                                           const CStringUTF8& value, const NodeWrite& how) {
-    CStringUTF8 own = value;
-    const EmbeddedNames names =
-        take_embedded_settings(node, own, (how.flags & kThemeNoSettings) == 0);
-    NodeMarks changed = marks;
-    changed.read(node);
-    return write_text(node, changed, own, names, how);
 }
 
 }  // namespace

@@ -88,26 +88,34 @@ inline detail::Range<detail::ChildAheadIterator> children_ahead(const UXXmlWrapp
 
 enum class Step { kIntoBranch, kOverBranch, kStop };
 
-// Calls visit(node) for every node below top, a node before its branch, never top itself. Returns
-// false when a visit stopped the walk. Steps along the tree's own links. visit must not remove
-// nodes; changing the handle it is given changes only where the walk goes on, so it must not.
+// Calls visit(node, level) for every node below top, a node before its branch, never top itself; the
+// children of top are at firstLevel. Returns false when a visit stopped the walk. Steps along the
+// tree's own links. visit must not remove nodes; changing the handle it is given changes only where
+// the walk goes on, so it must not.
 template <typename Visit>
-bool visit_below(const UXXmlWrapperBase& top, Visit&& visit) {
+bool visit_with_level(const UXXmlWrapperBase& top, long long firstLevel, Visit&& visit) {
     UXXmlWrapperBase node;
     UXXmlWrapperBase next;
     if (!top.FirstChild(&node)) return true;
-    for (;;) {
-        const Step step = visit(node);
+    for (long long level = firstLevel;;) {
+        const Step step = visit(node, level);
         if (step == Step::kStop) return false;
         if (step == Step::kIntoBranch && !is_leaf(node)) {
             node.FirstChild(&node);
+            ++level;
             continue;
         }
         while (!node.NextSibling(&next)) {
-            if (!step_to_parent(node) || node == top) return true;
+            if (level-- == firstLevel || !step_to_parent(node)) return true;
         }
-        std::swap(node, next);
+        node = std::move(next);
     }
+}
+
+// The same without the level.
+template <typename Visit>
+bool visit_below(const UXXmlWrapperBase& top, Visit&& visit) {
+    return visit_with_level(top, 0, [&](UXXmlWrapperBase& node, long long) { return visit(node); });
 }
 
 }  // namespace ux

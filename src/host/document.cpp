@@ -13,12 +13,7 @@
 #include "base/seeded_hash.h"
 
 namespace uxhost {
-namespace {
-
-// Shorter values are cheaper to copy than to share.
-constexpr std::uint32_t kSharedValueBytes = 1024;
-
-}  // namespace
+namespace {}  // namespace
 
 // --- names -------------------------------------------------------------------------------------
 
@@ -89,6 +84,10 @@ void NameTable::copy_from(const NameTable& other, const ByteArena& bytes) {
     for (Entry& entry : names_) {
         if (entry.ref != 0) entry.text = {bytes.at(entry.ref), entry.text.size()};
     }
+}
+
+void Document::destroy() noexcept {
+    delete this;
 }
 
 NameId Document::valid_name(const char* name) {
@@ -220,7 +219,8 @@ void Document::set_value_bytes(Element& element, const void* bytes, std::size_t 
         return;
     }
     const bool fits = element.valueBytes != 0 && !shares_value(element) &&
-                      ByteArena::capacity(element.valueBytes) == ByteArena::capacity(size);
+                      (element.valueBytes == size ||
+                       ByteArena::capacity(element.valueBytes) == ByteArena::capacity(size));
     if (fits) {
         std::memmove(bytes_.at(element.value), bytes, size);
     } else {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <cstring>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -109,7 +110,7 @@ public:
 
     void retain() noexcept { ++references_; }
     void let_go() noexcept {
-        if (--references_ == 0) delete this;
+        if (--references_ == 0) destroy();
     }
 
     Element* root() const { return element(root_); }
@@ -135,12 +136,8 @@ public:
         return element.attributeCount == 0 ? nullptr : attributes(element);
     }
     std::string_view attribute_value(const Attribute& attribute) const {
-        if (attribute.size == 0) return {};  // an empty value has no storage
+        // An empty value has no storage; number 0 is a place all the same.
         return {bytes_.at(attribute.value), attribute.size};
-    }
-    // The same with a data that is never null.
-    std::string_view present_value(const Attribute& attribute) const {
-        return {attribute.size == 0 ? "" : bytes_.at(attribute.value), attribute.size};
     }
     const Attribute* find_attribute(const Element& element, const char* name) const {
         if (name == nullptr || *name == '\0' || !names_.has_mark(NameTable::mark_of(name))) {
@@ -182,6 +179,10 @@ public:
         return reinterpret_cast<const double*>(bytes_.at(element.value));
     }
     void set_value(Element& element, std::string_view text) {
+        if (text.size() == element.valueBytes && owns_short_text(element)) {
+            std::memmove(bytes_.at(element.value), text.data(), text.size());
+            return;
+        }
         set_value_bytes(element, text.data(), text.size(), ValueKind::kText);
     }
     void set_doubles(Element& element, const double* values, std::size_t count);
@@ -254,6 +255,7 @@ public:
 
 private:
     ~Document() = default;
+    void destroy() noexcept;  // apart, so that letting go stays short
     friend struct DocumentHolder;
 
     static constexpr std::size_t kNameBytes = 48;  // in the table, with the slots
@@ -271,6 +273,12 @@ private:
     NameId map_name(const Document& from, NameId name, NameMap& nameMap);
     void free_storage(Element& element) noexcept;
     bool shares_value(const Element& element) const;
+    // Shorter values are cheaper to copy than to share.
+    static constexpr std::uint32_t kSharedValueBytes = 1024;
+    static bool owns_short_text(const Element& element) {
+        return element.valueBytes - 1 < kSharedValueBytes - 1 &&
+               element.valueKind == ValueKind::kText;
+    }
     std::string_view doubles_text(const Element& element, CStringUTF8& scratch) const;
     void remove_found(Element& element, const Attribute* found);
     const Attribute* find_marked(const Element& element, const char* name) const;

@@ -47,7 +47,8 @@ int set_attribute(UXXmlWrapperBase& node, const char* name, const CStringUTF8& v
 
 }  // namespace
 
-void UXNodeAccess::find_numbers(const UXNameKeys& names, const Document& document) {
+[[gnu::noinline]] void UXNodeAccess::find_numbers(const UXNameKeys& names,
+                                                  const Document& document) {
     static_assert(1U << uxhost::NameTable::kMarkBits <= 64, "chains_ has a place for each mark");
     std::uint8_t count = 0;
     names.chains_.fill(0);
@@ -163,7 +164,7 @@ int UXXmlWrapperBase::CopyAllAttributes(UXXmlWrapperBase& source, int /*unused*/
 int UXXmlWrapperBase::GetPropertyView(const UXNameKey& name, std::string_view& out) const {
     const Attribute* attribute = find_attribute(*this, name);
     if (attribute == nullptr) return 0;
-    out = document_of(*this)->present_value(*attribute);
+    out = document_of(*this)->attribute_value(*attribute);
     return 1;
 }
 

@@ -28,14 +28,16 @@ struct UXNodeAccess {
         if (names.stamp_ != document.name_stamp()) find_numbers(names, document);
         const uxhost::Attribute* attribute = document.attributes(element);
         const uxhost::Attribute* const end = attribute + element.attributeCount;
+        const UXNameKeys::Known* const known = names.known_.data();
         unsigned present = 0;
         for (; attribute != end; ++attribute) {
-            unsigned link = names.chains_[uxhost::NameTable::mark_in(attribute->name)];
-            for (; link != 0; link = names.known_[link - 1].next) {
-                const UXNameKeys::Known& known = names.known_[link - 1];
-                if (known.number != attribute->name) continue;
-                out[known.place] = document.present_value(*attribute);
-                present |= 1U << known.place;
+            const uxhost::NameId number = attribute->name;
+            for (unsigned link = names.chains_[uxhost::NameTable::mark_in(number)]; link != 0;) {
+                const UXNameKeys::Known& name = known[link - 1];
+                link = name.next;
+                if (name.number != number) continue;
+                out[name.place] = document.attribute_value(*attribute);
+                present |= 1U << name.place;
             }
         }
         return present;

@@ -242,6 +242,19 @@ bool parse_plain_digits(std::string_view text, int& value) {
     return true;
 }
 
+// Apart because most integers are plain, and its frame is a large one.
+[[gnu::noinline]] bool parse_any_integer(std::string_view text, int& value) {
+    Decimal number;
+    std::uint64_t magnitude = 0;
+    if (!take_apart(text, number) || !integer_part(number, magnitude)) return false;
+    if (number.negative) {
+        if (magnitude > 0x80000000U) return false;
+        magnitude = 0U - magnitude;
+    }
+    value = static_cast<int>(static_cast<std::uint32_t>(magnitude));
+    return true;
+}
+
 }  // namespace
 
 bool UXIsName(std::string_view text) {
@@ -312,16 +325,7 @@ bool UXParseDouble(std::string_view text, double& value) {
 }
 
 bool UXParseInt(std::string_view text, int& value) {
-    if (parse_plain_digits(text, value)) return true;
-    Decimal number;
-    std::uint64_t magnitude = 0;
-    if (!take_apart(text, number) || !integer_part(number, magnitude)) return false;
-    if (number.negative) {
-        if (magnitude > 0x80000000U) return false;
-        magnitude = 0U - magnitude;
-    }
-    value = static_cast<int>(static_cast<std::uint32_t>(magnitude));
-    return true;
+    return parse_plain_digits(text, value) || parse_any_integer(text, value);
 }
 
 int UXLeadingInt(const char* text) {

@@ -20,24 +20,6 @@ constexpr int kAnyValue = -39999;     // matches every value of the attribute
 constexpr int kNoRepeatId = -1;       // any repeat identifier
 constexpr int kInconsistentIds = -2;  // result of the chain of identifiers
 
-// visit_below with the level of each node, the children of top being at firstLevel.
-template <typename Visit>
-bool visit_with_level(const UXXmlWrapperBase& top, long long firstLevel, Visit&& visit) {
-    UXXmlWrapperBase node;
-    if (!top.FirstChild(&node)) return true;
-    for (long long level = firstLevel;;) {
-        const Step step = visit(node, level);
-        if (step == Step::kStop) return false;
-        if (step == Step::kIntoBranch && step_into_first_child(node)) {
-            ++level;
-            continue;
-        }
-        while (!step_to_next_sibling(node)) {
-            if (level-- == firstLevel || !step_to_parent(node)) return true;
-        }
-    }
-}
-
 // ---- numbering --------------------------------------------------------------------------------
 
 enum NodeFlag : unsigned int {
@@ -60,8 +42,9 @@ bool number_nodes(const UXXmlWrapperBase& tree, const Numbering& rule, int level
     const bool limited = rule.maxLevel >= 0;
     if (rule.index < 0 || (limited && level > rule.maxLevel)) return false;
     const bool marked = given(rule.attrName);
+    const UXNameKey mark(rule.attrName);
     return !visit_with_level(tree, level, [&](UXXmlWrapperBase& node, long long nodeLevel) {
-        const bool hasMark = marked && node.HasProperty(rule.attrName, 0) != 0;
+        const bool hasMark = marked && node.HasProperty(mark) != 0;
         if (marked && !rule.skipSubtreeOfMarked && !hasMark) return Step::kOverBranch;
         if (rule.branchesOnly && is_leaf(node)) return Step::kOverBranch;
         if (counter == rule.index) {
@@ -135,10 +118,10 @@ bool has_id(const UXXmlWrapperBase& node, int id) {
     return node.GetDataID(value) && value == id;
 }
 
-bool has_int(const UXXmlWrapperBase& node, const char* name, int wanted) {
-    if (wanted == kAnyValue) return node.HasProperty(name, 0) != 0;
+bool has_int(const UXXmlWrapperBase& node, const UXNameKey& name, int wanted) {
+    if (wanted == kAnyValue) return node.HasProperty(name) != 0;
     int value = 0;
-    return node.GetPropertyValue(name, value, 0) && value == wanted;
+    return node.GetPropertyValue(name, value) && value == wanted;
 }
 
 bool has_repeat_id(const UXXmlWrapperBase& node, int wanted) {
@@ -156,11 +139,12 @@ struct IdSearch {
 };
 
 bool find_by_id(const UXXmlWrapperBase& tree, const IdSearch& search, UXXmlWrapperBase& found) {
+    const UXNameKey name(search.attrName);
     return !visit_with_level(tree, 0, [&](UXXmlWrapperBase& node, long long level) {
         // Intended: the repeat identifier constrains the first level only. A node found deeper
         // matches with any repeat identifier.
         const bool repeatIdCounts = level == 0 && search.repeatId >= 1;
-        if (has_int(node, search.attrName, search.value) &&
+        if (has_int(node, name, search.value) &&
             (!repeatIdCounts || has_repeat_id(node, search.repeatId))) {
             found = node;
             return Step::kStop;

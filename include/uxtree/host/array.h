@@ -6,6 +6,7 @@
 #include <limits>
 #include <memory>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -41,6 +42,8 @@ public:
         items_.push_back(std::move(value));
         return GetUpperBound();
     }
+    // Adds a text that is no part of this array.
+    void AddText(std::string_view text) { items_.emplace_back(text); }
     int Append(const CWBOStringArray& other) {  // index of the first new element
         if (this == &other) return Append(CWBOStringArray(other));
         const int first = GetSize();

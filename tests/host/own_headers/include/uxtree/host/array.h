@@ -104,4 +104,7 @@ private:
     int capacity_ = 0;
 };
 
-class UXHOST_API CWBOStringArray : public CArray<CStringUTF8> {};
+class UXHOST_API CWBOStringArray : public CArray<CStringUTF8> {
+public:
+    void AddText(std::string_view text) { Add(CStringUTF8(text)); }
+};
