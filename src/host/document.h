@@ -2,8 +2,8 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <cstring>
+#include <memory>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
