@@ -51,6 +51,31 @@ bool is_one_of(const std::string& name, const std::vector<std::string>& names) {
                   what.spectrum.name + " " + operation + ": " + uxkit::text_of(problem));
 }
 
+std::string counted_spectra(std::size_t count) {
+    return count == 1 ? "1 spectrum" : fmt::format("{} spectra", count);
+}
+
+// Spectra whose counts were divided among the channels of another one: one line for all.
+class Rebinned {
+public:
+    void add(const uxkit::Rebinning& rebinning) {
+        if (!rebinning.needed) return;
+        ++count_;
+        outside_ += rebinning.outside;
+    }
+    void tell(const std::string& other) const {
+        if (count_ == 0) return;
+        note(
+            fmt::format("{} {} other channels than {}: counts are divided by overlap, and {:.6g} "
+                        "lie outside",
+                        counted_spectra(count_), count_ == 1 ? "has" : "have", other, outside_));
+    }
+
+private:
+    std::size_t count_ = 0;
+    double outside_ = 0;
+};
+
 // ---- the background ---------------------------------------------------------------------------
 
 // What --background names: spectra of one file, one for all or one for each detector.
@@ -76,10 +101,13 @@ public:
         if (spectra_.empty()) throw_no_spectrum(file.name, which_);
     }
 
-    bool holds(const Exported& what) const {
-        return what.file == input_name(path_) && is_chosen(what.spectrum, which_);
+    // However the file is called.
+    bool is_in(const std::string& path) const {
+        std::error_code unknown;
+        return path == path_ || std::filesystem::equivalent(path, path_, unknown);
     }
-    void subtract_from(Exported& what) const {
+    const std::string& which() const { return which_; }
+    void subtract_from(Exported& what) {
         const uxkit::Spectrum& background = spectrum_for(what);
         uxkit::Rebinning rebinning;
         const uxkit::SpectrumProblem problem =
@@ -87,13 +115,10 @@ public:
         if (problem != uxkit::SpectrumProblem::kNone) {
             throw_problem(what, "less the background " + background.name, problem);
         }
-        if (rebinning.needed) {
-            note(
-                fmt::format("{}: {} has other channels than the background {}, which is divided "
-                            "among them by overlap; {:.6g} counts lie outside",
-                            what.file, what.spectrum.name, background.name, rebinning.outside));
-        }
+        rebinned_.add(rebinning);
     }
+
+    void tell() const { rebinned_.tell("the background"); }
 
 private:
     const uxkit::Spectrum& spectrum_for(const Exported& what) const {
@@ -115,6 +140,7 @@ private:
     std::string path_;
     std::string which_;
     std::vector<uxkit::Spectrum> spectra_;
+    Rebinned rebinned_;
 };
 
 // ---- formats ----------------------------------------------------------------------------------
@@ -357,15 +383,14 @@ public:
 
     int finish() override {
         if (!toFolder_) write(only_, options_.output);
+        for (const auto& [text, count] : lost_) note(counted_spectra(count) + ": " + text);
         return kSuccess;
     }
 
 private:
-    void write(const Exported& what, const std::string& path) const {
+    void write(const Exported& what, const std::string& path) {
         Output out(path);
-        for (const std::string& lost : write_spe(out, what.spectrum, what.file)) {
-            note(what.file + ": " + what.spectrum.name + ": " + lost);
-        }
+        for (const std::string& lost : write_spe(out, what.spectrum, what.file)) ++lost_[lost];
         out.finish();
     }
 
@@ -386,6 +411,7 @@ private:
     int written_ = 0;
     Exported only_;
     std::set<std::string> used_;
+    std::map<std::string, std::size_t> lost_;  // what the form could not hold, and of how many
 };
 
 std::unique_ptr<Writer> writer_for(const ExportOptions& options, bool severalFiles) {
@@ -408,6 +434,7 @@ public:
     ExitCode read(const std::string& path) {
         const SpectrumInput file(path);
         uxkit::SpectrumReader reader = open_spectra(file);
+        inFileOfBackground_ = background_ && background_->is_in(path);
         if (!severalFiles_) check_detectors(reader.detectors(), file.name, options_.detectors);
         bool any = false;
         bool chosen = false;
@@ -437,22 +464,19 @@ public:
             }
         }
         if (options_.sum && summed_ > 0) {
-            sum_.spectrum.name = fmt::format("sum of {}", counted_spectra());
+            sum_.spectrum.name = "sum of " + counted_spectra(summed_);
             hand_on(std::move(sum_));
         }
         if (!writer_) {
             if (sawAny_) note("no spectrum was chosen");
             return kNothingFound;
         }
+        tell_changes();
         const int finished = writer_->finish();
         return finished == kSuccess ? code : finished;
     }
 
 private:
-    std::string counted_spectra() const {
-        return summed_ == 1 ? "1 spectrum" : fmt::format("{} spectra", summed_);
-    }
-
     bool is_wanted(const Exported& what) {
         sawAny_ = true;
         if (!options_.detectors.empty() && !is_one_of(what.spectrum.detector, options_.detectors)) {
@@ -465,7 +489,7 @@ private:
             wanted = true;
         }
         // Less itself it would be nothing.
-        return wanted && (!background_ || !background_->holds(what));
+        return wanted && !(inFileOfBackground_ && is_chosen(what.spectrum, background_->which()));
     }
 
     void take(Exported&& what) {
@@ -481,27 +505,26 @@ private:
         if (problem != uxkit::SpectrumProblem::kNone) {
             throw_problem(what, "in one sum with " + firstOfSum_, problem);
         }
-        if (rebinning.needed) {
-            note(
-                fmt::format("{}: {} has other channels than {}, and is divided among them by "
-                            "overlap; {:.6g} counts lie outside",
-                            what.file, what.spectrum.name, firstOfSum_, rebinning.outside));
-        }
+        rebinned_.add(rebinning);
     }
 
     void hand_on(Exported&& what) {
         if (background_) background_->subtract_from(what);
         if (options_.joined > 1) {
-            const std::size_t rest = what.spectrum.counts.size() % options_.joined;
-            if (rest != 0) {
-                note(fmt::format("{}: {}: the last channel joins {} instead of {}", what.file,
-                                 what.spectrum.name, rest, options_.joined));
-            }
+            if (what.spectrum.counts.size() % options_.joined != 0) ++unevenlyJoined_;
             check(uxkit::join_channels(what.spectrum, options_.joined), what, "in wider channels");
         }
         if (options_.rates) check(uxkit::make_rates(what.spectrum), what, "as rates");
         if (!writer_) writer_ = writer_for(options_, severalFiles_ && !options_.sum);
         writer_->add(std::move(what));
+    }
+
+    void tell_changes() const {
+        rebinned_.tell(firstOfSum_);
+        if (background_) background_->tell();
+        if (unevenlyJoined_ == 0) return;
+        note(fmt::format("{}: the last channel joins fewer than {}",
+                         counted_spectra(unevenlyJoined_), options_.joined));
     }
 
     static void check(uxkit::SpectrumProblem problem, const Exported& what,
@@ -512,12 +535,15 @@ private:
     const ExportOptions& options_;
     bool severalFiles_;
     std::unique_ptr<Background> background_;
+    bool inFileOfBackground_ = false;
     std::unique_ptr<Writer> writer_;
     std::set<std::string> found_;  // the choices that chose something
     bool sawAny_ = false;
     Exported sum_;
     std::string firstOfSum_;
     std::size_t summed_ = 0;
+    Rebinned rebinned_;
+    std::size_t unevenlyJoined_ = 0;
 };
 
 int run_export(const ExportOptions& options) {
