@@ -5,15 +5,11 @@
 #include <string_view>
 
 #include "base/utf8.h"
+#include "base/xml_names.h"
 #include "kit/c_last_error.h"
 
 namespace ux::kit {
 namespace {
-
-bool xml_character(char32_t code) {
-    if (code < 0x20) return code == '\t' || code == '\n' || code == '\r';
-    return code != 0xFFFE && code != 0xFFFF;
-}
 
 // Steps over the characters of a text as long as they are accepted.
 template <typename Accept>
@@ -46,7 +42,7 @@ bool accept_value(const char* text) {
     if (text == nullptr) return true;
     if (!accept_text(text)) return false;
     const std::string_view view(text);
-    return refuse_at(view, accepted_bytes(view, xml_character), "XML cannot hold the character");
+    return refuse_at(view, accepted_bytes(view, is_xml_character), "XML cannot hold the character");
 }
 
 }  // namespace ux::kit

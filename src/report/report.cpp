@@ -1,6 +1,7 @@
 // Reference strings of reports: made, and given another type.
 #include "uxtree/report/report.h"
 
+#include "base/ascii.h"
 #include "data/labels_detail.h"
 #include "frame/guards.h"
 #include "frame/results.h"
@@ -104,10 +105,6 @@ void append_strings(CWBOStringArray& out, int index, UXScriptObject* rowsObject,
         out.Add(isData ? data_string(index, data, suffix)
                        : label_string(index, row, label, suffix));
     }
-}
-
-bool is_letter(char c) {
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
 int retype(CStringUTF8& text, char type) {

@@ -11,6 +11,7 @@
 
 #include "uxtree/tree/lookup.h"
 
+#include "base/ascii.h"
 #include "frame/guards.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
@@ -22,10 +23,6 @@
 using namespace ux;
 
 namespace {
-
-bool is_digit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 // The numbers up to a limit that are in use. Among n names the first free number is at most n + 1,
 // so that larger ones need no place.
@@ -135,7 +132,7 @@ int next_numbered_name(const UXXmlWrapperBase& tree, CStringUTF8* out) {
 long long column_number(std::string_view name, long long limit) {
     long long number = 0;
     for (const char c : name) {
-        const char letter = fold(c);
+        const char letter = to_lower(c);
         if (letter < 'a' || letter > 'z') return 0;
         number = std::min(limit + 1, number * 26 + (letter - 'a' + 1));
     }

@@ -2,33 +2,15 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <unordered_map>
 
 #include "uxtree/host/array.h"
 #include "uxtree/host/string.h"
 
+#include "base/ascii.h"
 #include "frame/text.h"
 
 namespace ux {
-
-inline char fold(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-inline std::string folded(std::string_view text) {
-    std::string out(text);
-    for (char& c : out) c = fold(c);
-    return out;
-}
-
-inline bool starts_with_no_case(std::string_view text, std::string_view start) {
-    if (text.size() < start.size()) return false;
-    for (std::size_t i = 0; i < start.size(); ++i) {
-        if (fold(text[i]) != fold(start[i])) return false;
-    }
-    return true;
-}
 
 // Texts, each numbered from 0 in the order of its first appearance.
 class FoldedTexts {

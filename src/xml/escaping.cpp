@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "base/utf8.h"
+#include "base/xml_names.h"
 
 namespace ux::xml {
 namespace {
@@ -14,7 +15,7 @@ std::size_t character_length(std::string_view text) {
     if ((bits & kForbidden) != 0) return 0;
     if ((bits & kHigh) == 0) return 1;
     const Utf8Char character = decode_utf8(text, 0);
-    return character.code == 0xFFFE || character.code == 0xFFFF ? 0 : character.length;
+    return is_xml_character(character.code) ? character.length : 0;
 }
 
 }  // namespace

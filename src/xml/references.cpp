@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/utf8.h"
+#include "base/xml_names.h"
 
 namespace ux::xml {
 namespace {
@@ -18,12 +19,6 @@ constexpr std::array<Predefined, 5> kPredefined{
     {{"amp;", '&'}, {"lt;", '<'}, {"gt;", '>'}, {"quot;", '"'}, {"apos;", '\''}}};
 
 constexpr std::uint32_t kMostCode = 0x10FFFF;
-
-bool is_character(std::uint32_t code) {
-    if (code < 0x20) return code == '\t' || code == '\n' || code == '\r';
-    if (code >= 0xD800 && code <= 0xDFFF) return false;
-    return code <= kMostCode && code != 0xFFFE && code != 0xFFFF;
-}
 
 // The value of a digit, 16 when it is none.
 std::uint32_t digit_of(char c) {
@@ -43,7 +38,7 @@ Reference numbered(const char* at) {
         code = code * base + digit_of(*p);
         if (code > kMostCode) code = kMostCode + 1;
     }
-    if (p == first || *p != ';' || !is_character(code)) return {0, 0, p - at};
+    if (p == first || *p != ';' || !is_xml_character(code)) return {0, 0, p - at};
     return {code, static_cast<std::uint32_t>(p + 1 - at), 0};
 }
 
