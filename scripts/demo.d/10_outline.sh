@@ -12,7 +12,7 @@ run outline -f paths "$mime"
 
 say "All $(ls "$cldr"/main/*.xml | wc -l) locale files of CLDR, $(du -sh "$cldr/main" | cut -f1)"
 cd "$cldr/main"
-shown='outline --mmap -o outlines.txt *.xml'
-run outline --mmap -o "$folder/outlines.txt" ./*.xml
+shown='outline -o outlines.txt *.xml'
+run outline -o "$folder/outlines.txt" ./*.xml
 shown=
 note "outlines.txt has $(wc -l <"$folder/outlines.txt") lines"

@@ -1,34 +1,16 @@
 // Reading XML files into documents.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 
 #include "uxtree/host/embedded.h"
 
 #include "host/document.h"
+#include "host/load_options.h"
 #include "xml/byte_source.h"
-#include "xml/window.h"
 
 namespace uxhost {
-
-struct LoadOptions {
-    int maxNesting = 10000;
-    // 0: no limit.
-    std::uint64_t maxBytes = 0;
-    std::uint64_t maxElements = 0;
-    std::uint64_t maxMemory = 0;
-    // May be empty; false ends the reading.
-    std::function<bool(std::uint64_t done, std::uint64_t total)> progress;
-    // For tests: the parser reads everything, or the reader's window is smaller.
-    bool parserAlone = false;
-    std::size_t window = ux::xml::Window::kCapacity;
-};
-
-// What the host's services ask for.
-LoadOptions options_of_services();
 
 // The document of an input of so many bytes; null, with the reason and its place, when it is
 // refused.

@@ -13,6 +13,7 @@
 #include "base/input_file.h"
 #include "host/document.h"
 #include "host/layout_writer.h"
+#include "host/event_reader.h"
 #include "host/loader.h"
 #include "host/node_detail.h"
 #include "host/writer.h"
@@ -53,6 +54,13 @@ int load_into(UXXmlWrapperBase& node, const ByteSource& source, std::uint64_t to
         uxhost::load_document(source, totalBytes, uxhost::options_of_services(), lastLoadFailure);
     if (document == nullptr) return 0;
     return uxhost::bind(node, document->document, (*document)->root());
+}
+
+int read_events(UXXmlEvents& events, const ByteSource& source, std::uint64_t totalBytes) {
+    return uxhost::read_events(source, totalBytes, uxhost::options_of_services(), events,
+                               lastLoadFailure)
+               ? 1
+               : 0;
 }
 
 // The same source, of which everything that is read is kept.
@@ -194,6 +202,21 @@ void make_content(const uxhost::Document& document, const Element& element,
 int UXXmlWrapperBase::load(const char* path, int /*unused*/, bool /*unusedFlag*/) {
     return loading_file(path, [&](const ux::RegularFile& file) {
         return load_into(*this, file_source(file), file.size());
+    });
+}
+
+int UXReadXml(const char* path, UXXmlEvents* events) {
+    return loading_file(path, [&](const ux::RegularFile& file) {
+        if (events == nullptr) return 0;
+        return read_events(*events, file_source(file), file.size());
+    });
+}
+int UXReadXmlFromMemory(const char* bytes, std::size_t length, UXXmlEvents* events) {
+    return loading("(memory)", [&] {
+        if (events == nullptr) return 0;
+        std::size_t position = 0;
+        const std::string_view input(bytes, bytes == nullptr ? 0 : length);
+        return read_events(*events, memory_source(input, position), input.size());
     });
 }
 

@@ -1,11 +1,7 @@
 // Outlines of files and of trees, written as nodes.
 #include "uxtree/outline/layout.h"
 
-#include <memory>
 #include <new>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "base/input_file.h"
 #include "frame/guards.h"
@@ -13,6 +9,7 @@
 #include "frame/walk.h"
 #include "outline/layout_detail.h"
 #include "outline/markup.h"
+#include "outline/outline_nodes.h"
 #include "outline/path_filter.h"
 #include "outline/scanner.h"
 
@@ -43,53 +40,6 @@ bool fold_element(UXXmlWrapperBase& element, OutlineBuilder& outline) {
     for (int i = 0; i < names.GetSize(); ++i) outline.attribute(view_of(names[i]));
     outline.start();
     return true;
-}
-
-void add_labelled(UXXmlWrapperBase& parent, const char* tag, const std::string& label,
-                  UXXmlWrapperBase& added) {
-    require(parent.AddNode(&added, tag, -1));
-    require(added.SetPropertyValue("Label", CStringUTF8(label.c_str())));
-}
-
-// Adds the entry with its attributes, without its children.
-UXXmlWrapperBase write_entry(UXXmlWrapperBase& parent, const LayoutNode& entry) {
-    UXXmlWrapperBase node;
-    UXXmlWrapperBase attribute;
-    add_labelled(parent, "Node", entry.name, node);
-    for (const std::string& name : entry.attributeNames) {
-        add_labelled(node, "Attr", "@" + name, attribute);
-    }
-    return node;
-}
-
-void write_children(const UXXmlWrapperBase& rootNode, const LayoutNode& root) {
-    struct Place {
-        const LayoutNode* entry;
-        std::size_t nextChild;
-        UXXmlWrapperBase node;
-    };
-    std::vector<Place> path{{&root, 0, rootNode}};
-    while (!path.empty()) {
-        Place& place = path.back();
-        if (place.nextChild == place.entry->children.size()) {
-            path.pop_back();
-            continue;
-        }
-        const LayoutNode& child = *place.entry->children[place.nextChild++];
-        UXXmlWrapperBase node = write_entry(place.node, child);
-        if (!child.children.empty()) path.push_back({&child, 0, std::move(node)});
-    }
-}
-
-// Appends the outline to the target, or nothing when there is no memory for all of it.
-void write_outline(UXXmlWrapperBase& target, const LayoutNode& root) {
-    const int before = target.GetNodeCount();
-    try {
-        write_children(write_entry(target, root), root);
-    } catch (...) {
-        target.SetSizeTrimFromEnd(before);
-        throw;
-    }
 }
 
 }  // namespace

@@ -41,7 +41,7 @@ LayoutNode& LayoutNode::add_child(std::string_view tag) {
     if (index_ != nullptr) {
         index_->emplace(added.name, &added);
     } else if (children.size() > kFewChildren) {
-        index_ = std::make_unique<std::unordered_map<std::string_view, LayoutNode*>>();
+        index_ = std::make_unique<std::unordered_map<std::string_view, LayoutNode*, SeededHash>>();
         for (const auto& child : children) index_->emplace(child->name, child.get());
     }
     return added;

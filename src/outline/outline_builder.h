@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/byte_search.h"
+#include "base/seeded_hash.h"
 #include "outline/scanner.h"
 
 namespace ux {
@@ -51,7 +52,8 @@ struct LayoutNode {
     std::vector<std::unique_ptr<KnownAttribute>> knownAttributes;  // the first few
 
 private:
-    std::unique_ptr<std::unordered_map<std::string_view, LayoutNode*>> index_;  // of many children
+    std::unique_ptr<std::unordered_map<std::string_view, LayoutNode*, SeededHash>>
+        index_;  // of many children
 };
 
 // Folds the elements of a document into an outline, and foresees them: a sink of the grammar (see

@@ -1,10 +1,12 @@
 // uxtree outline: which elements and attributes occur where in XML files.
 #include <algorithm>
 #include <array>
+#include <cstdint>
 
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "uxtree/kit/outline.h"
 #include "uxtree/outline/layout.h"
 
 #include "support/command.h"
@@ -22,8 +24,11 @@ struct OutlineOptions {
     std::vector<std::string> files;
     std::string format = "tree";
     std::string output;
+    bool lenient = false;
     bool mapped = false;
-    bool check = false;
+    bool partial = false;
+    bool check = false;  // asked for, and done anyway
+    std::uint64_t maxSpool = NamedInput::kMaxSpool;
 };
 
 std::string label_of(const UXXmlWrapperBase& node) {
@@ -175,46 +180,19 @@ bool holds_long_characters(const std::string& path) {
     }
 }
 
-// The end of a file.
-std::string tail_of(const std::string& path) {
-    std::array<char, 16384> block;
-    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    const off_t size = ::lseek(file.number(), 0, SEEK_END);
-    const off_t start = std::max<off_t>(0, size - static_cast<off_t>(block.size()));
-    const ssize_t got = ::pread(file.number(), block.data(), block.size(), start);
-    return std::string(block.data(), got > 0 ? static_cast<std::size_t>(got) : 0);
-}
-
-// Does the entry have element entries below it?
-bool has_entries(const UXXmlWrapperBase& entry) {
-    UXXmlWrapperBase last;
-    return entry.GetChild(&last, entry.GetNodeCount() - 1) != 0 && tag_of(last) == "Node";
-}
-
-// Is the root element closed near the end of the file? The scan stops quietly at a syntax error, so
-// this is how a file that was cut off is told.
-bool looks_complete(const std::string& path, const UXXmlWrapperBase& outline) {
-    const std::string tail = tail_of(path);
-    const std::size_t lastEndTag = tail.rfind("</");
-    if (lastEndTag != std::string::npos) {
-        return tail.compare(lastEndTag + 2, label_of(outline).size(), label_of(outline)) == 0;
-    }
-    // Without any end tag the root itself has to be an empty element.
-    return !has_entries(outline) && tail.find("/>") != std::string::npos;
-}
-
 class Outliner {
 public:
     Outliner(const OutlineOptions& options, Output& out) : options_(options), out_(out) {}
 
     ExitCode outline(const std::string& file) {
-        const NamedInput input(file);
-        if (options_.check) open_tree(input.path(), input_name(file));
+        const NamedInput input(file, options_.maxSpool);
         UXXmlWrapperBase holder;
         holder.CreateNew(0, "Outline");
-        const UXXmlWrapperBase root = outline_of(holder, input.path(), file);
-        write(root, input_name(file));
-        if (!looks_complete(input.path(), root)) open_tree(input.path(), input_name(file));
+        if (options_.lenient) return outline_leniently(holder, input.path(), input_name(file));
+        const bool good = read_strictly(holder, input.path(), input_name(file));
+        UXXmlWrapperBase root;
+        if (holder.FirstChild(&root) != 0) write(root, input_name(file));
+        if (!good) throw_refused_file(input_name(file), input.path());
         return kSuccess;
     }
 
@@ -231,20 +209,30 @@ public:
     }
 
 private:
-    UXXmlWrapperBase outline_of(UXXmlWrapperBase& holder, const std::string& path,
-                                const std::string& file) {
-        const Progress progress("outlining " + input_name(file));
-        const bool mapped = options_.mapped || holds_long_characters(path);
-        SAXTreeLayout(&holder, nullptr, path.c_str(), mapped ? 1 : 0);
+    bool read_strictly(UXXmlWrapperBase& holder, const std::string& path, const std::string& name) {
+        const Progress progress("outlining " + name);
+        return UXOutlineFile(&holder, path.c_str(), options_.partial) == 1;
+    }
+
+    // The forgiving scan says nothing about where it stopped, so the strict reader is asked.
+    ExitCode outline_leniently(UXXmlWrapperBase& holder, const std::string& path,
+                               const std::string& name) {
         UXXmlWrapperBase root;
-        holder.FirstChild(&root);
-        if (!label_of(root).empty()) return root;
-        // Nothing was found: the loader says why, or reads what the scanner cannot (UTF-16).
-        UXXmlWrapperBase source = open_tree(path, input_name(file));
-        holder.RemoveAllChildren();
-        SAXTreeLayout(&holder, &source, nullptr, 0);
-        holder.FirstChild(&root);
-        return root;
+        {
+            const Progress progress("outlining " + name);
+            const bool mapped = options_.mapped || holds_long_characters(path);
+            SAXTreeLayout(&holder, nullptr, path.c_str(), mapped ? 1 : 0);
+            holder.FirstChild(&root);
+        }
+        UXXmlWrapperBase checked;
+        checked.CreateNew(0, "Outline");
+        const bool good = read_strictly(checked, path, name);
+        // The scan knows neither UTF-16 nor the end of what is no XML at all.
+        if (label_of(root).empty() && checked.FirstChild(&root) == 0)
+            throw_refused_file(name, path);
+        write(root, name);
+        if (!good) warn_of_refused_file(name, "the outline is what the forgiving scan made of it");
+        return kSuccess;
     }
 
     void write(const UXXmlWrapperBase& root, const std::string& name) {
@@ -283,15 +271,23 @@ const Command kOutline{
     "uxtree outline big.xml\n"
     "uxtree outline -f paths big.xml     # one line each, ready for uxtree query\n"
     "uxtree outline -f json *.xml        # a list with one entry per file\n"
-    "uxtree outline --check upload.xml   # say first whether it is well-formed",
+    "uxtree outline --partial cut.xml    # what stands before the error, too\n"
+    "uxtree outline --lenient broken.xml # the forgiving scan of what is no XML",
     [](CLI::App& app) {
         auto options = std::make_shared<OutlineOptions>();
         add_files(app, options->files);
         add_format(app, options->format, {"tree", "paths", "xml", "json"});
         add_output(app, options->output);
-        app.add_flag("--mmap", options->mapped, "Read through a memory mapping");
+        app.add_flag("--partial", options->partial,
+                     "Of a broken file, show the outline up to the error");
+        CLI::Option* const lenient =
+            app.add_flag("--lenient", options->lenient,
+                         "Scan forgivingly: text that is no XML yields what can be made out");
+        app.add_flag("--mmap", options->mapped, "Let the forgiving scan read through a mapping")
+            ->needs(lenient);
         app.add_flag("--check", options->check,
-                     "Check first that the file is well-formed; the scan alone is forgiving");
+                     "Nothing more than without: files are always checked");
+        add_max_spool(app, options->maxSpool);
         return [options] { return run_outline(*options); };
     }};
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 
 #include "uxtree/host/export.h"
 #include "uxtree/host/string.h"
@@ -18,6 +19,40 @@ struct UXFileError {
 
 // The failure of this thread's last load in parts, for tools that print positions.
 UXHOST_API const UXFileError& UXGetLastLoadFailure();
+
+// --- reading without a tree ----------------------------------------------------------------------
+
+// An attribute as a listener is told of it.
+struct UXXmlAttribute {
+    std::string_view name;
+    std::string_view value;
+};
+
+// Hears what an XML document consists of, in its order. The texts are UTF-8 and valid during the
+// call. The document is checked while it is read: only when the reading succeeds is all of it well.
+class UXXmlEvents {
+public:
+    virtual ~UXXmlEvents() = default;
+    // What was told so far does not count: the document is told again from its start. This happens
+    // at most twice, where the fast reader has to leave a document to the general one.
+    virtual void Restart() = 0;
+    // An element starts; no attribute comes twice, and none that a DTD would add.
+    virtual void Start(std::string_view name, const UXXmlAttribute* attributes,
+                       std::size_t count) = 0;
+    // A part of the text of the innermost open element; a text may come in many.
+    virtual void Text(std::string_view /*text*/) {}
+    // The innermost open element ends.
+    virtual void End() = 0;
+};
+
+// Reads a regular file as load does, with the same checks, and tells the listener about it instead
+// of making a tree; memory does not grow with the file, apart from its longest tag. Nesting has no
+// limit; of the limits in the host's services those of bytes and progress hold. 1, or 0 with the
+// reason where that of load is; the listener then heard what stands before the place of the error.
+// What the listener throws ends the reading like a shortage of memory.
+UXHOST_API int UXReadXml(const char* path, UXXmlEvents* events);
+// The same for bytes in memory.
+UXHOST_API int UXReadXmlFromMemory(const char* bytes, std::size_t length, UXXmlEvents* events);
 
 // --- files that people wrote --------------------------------------------------------------------
 //

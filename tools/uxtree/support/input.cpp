@@ -160,26 +160,46 @@ void require_readable(const std::string& file) {
     open_for_reading(file);
 }
 
-NamedInput::NamedInput(const std::string& file) : path_(file) {
+void throw_refused_file(const std::string& name, const std::string& path) {
+    constexpr std::uint64_t kMostBytes = std::uint64_t{64} << 20;  // to be read for an excerpt
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat status {};
+    const bool isSmall = file.is_open() && ::fstat(file.number(), &status) == 0 &&
+                         static_cast<std::uint64_t>(status.st_size) <= kMostBytes;
+    throw_load_failure(name, isSmall && is_regular(file) ? read_open_file(file, path) : "");
+}
+
+void warn_of_refused_file(const std::string& name, const std::string& consequence) {
+    const UXFileError& failure = UXGetLastLoadFailure();
+    warn(fmt::format("{}:{}:{}: {}; {}", name, failure.line, failure.column,
+                     static_cast<const char*>(failure.message), consequence));
+}
+
+NamedInput::NamedInput(const std::string& file, std::uint64_t maxSpool) : path_(file) {
     const Descriptor source = open_for_reading(file);
     if (!source.is_open()) throw_unreadable(file);
     if (file != "-" && is_regular(source)) return;
     auto [path, copy] = create_temporary();
-    path_ = path;
-    temporary_ = true;
+    ::unlink(path.c_str());
+    copy_ = std::move(copy);
+    path_ = "/proc/self/fd/" + std::to_string(copy_.number());
     const Progress progress("reading " + input_name(file));
-    try {
-        read_blocks(source, file, [&, target = copy.number()](std::string_view block) {
-            if (!write_fully(target, block)) throw Failure(kRefused, path_, system_error());
-        });
-    } catch (...) {
-        ::unlink(path_.c_str());
-        throw;
-    }
+    std::uint64_t size = 0;
+    read_blocks(source, file, [&](std::string_view block) {
+        size += block.size();
+        if (size > maxSpool) {
+            throw Failure(kRefused, input_name(file),
+                          fmt::format("more than {} bytes, which a copy of it may have", maxSpool),
+                          "--max-spool allows more, or save it to a file first");
+        }
+        if (!write_fully(copy_.number(), block)) throw Failure(kRefused, path, system_error());
+    });
 }
 
-NamedInput::~NamedInput() {
-    if (temporary_) ::unlink(path_.c_str());
+void add_max_spool(CLI::App& app, std::uint64_t& bytes) {
+    app.add_option("--max-spool", bytes,
+                   "Refuse input from a pipe that is larger, like 500MB (4GB)")
+        ->transform(CLI::AsSizeValue(true));
 }
 
 int for_each_file(const std::vector<std::string>& files,

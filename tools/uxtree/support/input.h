@@ -1,6 +1,7 @@
 // Reading trees and files, and the progress line.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -10,6 +11,7 @@
 #include "uxtree/host/host.h"
 
 #include "support/failure.h"
+#include "support/file.h"
 
 namespace uxtool {
 
@@ -31,20 +33,31 @@ std::string read_all(const std::string& file);
 // Throws Failure with kUnreadable unless file can be opened for reading and is no directory.
 void require_readable(const std::string& file);
 
+// Says why the last load of this thread failed, where it did; path is what the library read. Throws
+// Failure with kUnreadable.
+[[noreturn]] void throw_refused_file(const std::string& name, const std::string& path);
+// The same as a warning; consequence is what that means for the result.
+void warn_of_refused_file(const std::string& name, const std::string& consequence);
+
 // A file name that the library can open by itself: file, or for "-" and pipes a temporary copy that
-// lives as long as the object.
+// lives as long as the object and has no name that others could see. Throws Failure with kRefused
+// when the copy would be larger than maxSpool bytes.
 class NamedInput {
 public:
-    explicit NamedInput(const std::string& file);
-    ~NamedInput();
+    static constexpr std::uint64_t kMaxSpool = std::uint64_t{4} << 30;
+
+    explicit NamedInput(const std::string& file, std::uint64_t maxSpool = kMaxSpool);
     NamedInput(const NamedInput&) = delete;
     NamedInput& operator=(const NamedInput&) = delete;
     const std::string& path() const { return path_; }
 
 private:
     std::string path_;
-    bool temporary_ = false;
+    Descriptor copy_;
 };
+
+// The option --max-spool of a command that reads NamedInput.
+void add_max_spool(CLI::App& app, std::uint64_t& bytes);
 
 // Calls work for each file. A file that fails is reported and does not keep the others from being
 // worked on. Work yields kSuccess or kNothingFound. The result is the gravest failure, else

@@ -1,0 +1,64 @@
+// Inputs that somebody keeps an eye on.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <utility>
+
+#include "host/load_options.h"
+#include "xml/byte_source.h"
+
+namespace uxhost {
+
+// An input that ends with a reason when a limit is passed or when whoever watches says so.
+class WatchedInput {
+public:
+    WatchedInput(const ux::xml::ByteSource& source, std::uint64_t total, const LoadOptions& options,
+                 std::function<std::size_t()> memory)
+        : source_(source), total_(total), options_(options), memory_(std::move(memory)) {}
+
+    ux::xml::ByteSource source() {
+        return {[this](char* buffer, std::size_t size) { return read(buffer, size); },
+                [this](std::uint64_t offset) {
+                    source_.seek(offset);
+                    done_ = offset;
+                }};
+    }
+    // Why it ended, "" when it did not.
+    const std::string& reason() const { return reason_; }
+
+private:
+    static constexpr std::size_t kStepBytes = std::size_t{1} << 20;
+
+    long read(char* buffer, std::size_t size) {
+        if (reason_.empty()) check();
+        if (!reason_.empty()) return -1;
+        const long got = source_.read(buffer, std::min(size, kStepBytes));
+        if (got > 0) done_ += static_cast<std::uint64_t>(got);
+        return got;
+    }
+    void check() {
+        if (passes(options_.maxBytes, std::max(done_, total_))) {
+            reason_ = "larger than " + std::to_string(options_.maxBytes) + " bytes";
+        } else if (passes(options_.maxMemory, memory_())) {
+            reason_ = "takes more than " + std::to_string(options_.maxMemory) + " bytes of memory";
+        } else if (options_.progress && !options_.progress(done_, total_)) {
+            reason_ = "cancelled";
+        }
+    }
+    static bool passes(std::uint64_t limit, std::uint64_t value) {
+        return limit != 0 && value > limit;
+    }
+
+    const ux::xml::ByteSource& source_;
+    std::uint64_t total_;
+    const LoadOptions& options_;
+    std::function<std::size_t()> memory_;
+    std::uint64_t done_ = 0;
+    std::string reason_;
+};
+
+}  // namespace uxhost

@@ -1,0 +1,67 @@
+// Outlines of well-formed files: what a reading tells, folded.
+#include <memory>
+#include <string_view>
+
+#include "uxtree/host/embedded.h"
+#include "uxtree/host/utilities.h"
+#include "uxtree/kit/outline.h"
+
+#include "frame/guards.h"
+#include "outline/outline_builder.h"
+#include "outline/outline_nodes.h"
+
+using namespace ux;
+namespace {
+
+constexpr std::string_view kIdAttribute = "_ux_id";  // carries an ID in files, and is one no more
+
+// Folds what it hears.
+class Folder : public UXXmlEvents {
+public:
+    void Restart() override { builder_ = std::make_unique<OutlineBuilder>(); }
+    void Start(std::string_view name, const UXXmlAttribute* attributes,
+               std::size_t count) override {
+        const KnownText* const tag = builder_->expected_tag();
+        if (tag != nullptr && tag->text() == name) {
+            builder_->begin_expected();
+        } else {
+            builder_->begin(name);
+        }
+        for (std::size_t i = 0; i < count; ++i) add(attributes[i]);
+        builder_->start();
+        isEmpty_ = false;
+    }
+    void End() override { builder_->end_expected(); }
+
+    bool is_empty() const { return isEmpty_; }
+    const LayoutNode& outline() const { return builder_->root(); }
+
+private:
+    void add(const UXXmlAttribute& attribute) {
+        int id = 0;
+        if (attribute.name == kIdAttribute && UXParseInt(attribute.value, id)) return;
+        const KnownText* const known = builder_->expected_attribute();
+        const bool isKnown = known != nullptr && known->size() == attribute.name.size() + 2 &&
+                             known->text().substr(0, attribute.name.size()) == attribute.name;
+        if (isKnown) {
+            builder_->attribute_expected();
+        } else {
+            builder_->attribute(attribute.name);
+        }
+    }
+
+    std::unique_ptr<OutlineBuilder> builder_ = std::make_unique<OutlineBuilder>();
+    bool isEmpty_ = true;
+};
+
+}  // namespace
+
+int UXOutlineFile(UXXmlWrapperBase* target, const char* path, bool partial) {
+    return at_boundary(0, [&] {
+        if (target == nullptr || !usable(*target)) return 0;
+        Folder folder;
+        const int read = UXReadXml(path, &folder);
+        if (read != 0 || (partial && !folder.is_empty())) write_outline(*target, folder.outline());
+        return read;
+    });
+}

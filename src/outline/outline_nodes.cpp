@@ -1,0 +1,64 @@
+// Writing an outline as nodes.
+#include "outline/outline_nodes.h"
+
+#include <cstddef>
+#include <new>
+#include <string>
+#include <utility>
+#include <vector>
+
+using namespace ux;
+namespace {
+
+// The host tells a failure, which on valid nodes is a shortage of memory, only by its result.
+void require(int hostResult) {
+    if (hostResult == 0) throw std::bad_alloc();
+}
+
+void add_labelled(UXXmlWrapperBase& parent, const char* tag, const std::string& label,
+                  UXXmlWrapperBase& added) {
+    require(parent.AddNode(&added, tag, -1));
+    require(added.SetPropertyValue("Label", CStringUTF8(label.c_str())));
+}
+
+// Adds the entry with its attributes, without its children.
+UXXmlWrapperBase write_entry(UXXmlWrapperBase& parent, const LayoutNode& entry) {
+    UXXmlWrapperBase node;
+    UXXmlWrapperBase attribute;
+    add_labelled(parent, "Node", entry.name, node);
+    for (const std::string& name : entry.attributeNames) {
+        add_labelled(node, "Attr", "@" + name, attribute);
+    }
+    return node;
+}
+
+void write_children(const UXXmlWrapperBase& rootNode, const LayoutNode& root) {
+    struct Place {
+        const LayoutNode* entry;
+        std::size_t nextChild;
+        UXXmlWrapperBase node;
+    };
+    std::vector<Place> path{{&root, 0, rootNode}};
+    while (!path.empty()) {
+        Place& place = path.back();
+        if (place.nextChild == place.entry->children.size()) {
+            path.pop_back();
+            continue;
+        }
+        const LayoutNode& child = *place.entry->children[place.nextChild++];
+        UXXmlWrapperBase node = write_entry(place.node, child);
+        if (!child.children.empty()) path.push_back({&child, 0, std::move(node)});
+    }
+}
+
+}  // namespace
+
+void ux::write_outline(UXXmlWrapperBase& target, const LayoutNode& root) {
+    const int before = target.GetNodeCount();
+    try {
+        write_children(write_entry(target, root), root);
+    } catch (...) {
+        target.SetSizeTrimFromEnd(before);
+        throw;
+    }
+}
