@@ -257,17 +257,26 @@ class CheckFuzzMap(Folder):
 
 class NewTopic(Folder):
     def make(self, *arguments):
-        self.write("docs/layers.txt", LAYERS)
+        self.write("docs/layers.txt", LAYERS + "report: base host frame tree\n")
         self.write("docs/entry_points.txt", "native\tb\tOther\nscript\ta\tOther\n")
+        self.write("include/uxtree/uxtree_Utils.h", '#include "uxtree/frame/app.h"\n')
         return run("new_topic", *arguments, "--root", self.root)
 
     def test_makes_files_that_the_other_checks_accept(self):
-        code, output = self.make("tree/rotate", "VCTreeRotate", "Turning")
+        self.write("include/uxtree/frame/annotate.h", VOCABULARY.replace("none", "unusable"))
+        self.write("tests/frame/calls/t.cpp", "sweep.add(UX_ENTRY(VCTreeRotate), row, node());")
+        code, output = self.make("tree/rotate", "VCTreeRotate")
         self.assertEqual(code, 0, output)
-        self.assertEqual(run("check_layers.py", self.root)[0], 0)
-        listed = (self.root / "docs/entry_points.txt").read_text()
+        self.write("include/uxtree/frame/app.h", "")
+        self.assertEqual(run("check_layers.py", self.root), (0, "layers: every include points downward\n"))
         self.assertEqual(
-            listed, "native\tVCTreeRotate\tTurning\nnative\tb\tOther\nscript\ta\tOther\n"
+            (self.root / "include/uxtree/uxtree_Utils.h").read_text(),
+            '#include "uxtree/frame/app.h"\n#include "uxtree/tree/rotate.h"\n',
+        )
+        self.assertEqual(run("make_entry_points.py", self.root)[0], 0)
+        self.assertEqual(
+            (self.root / "docs/entry_points.txt").read_text(),
+            "native\tVCTreeRotate\tuxtree/tree/rotate.h\t1\n",
         )
         for name in ("include/uxtree/tree/rotate.h", "tests/tree/rotate_test.cpp"):
             self.assertIn("VCTreeRotate", (self.root / name).read_text())
@@ -328,6 +337,32 @@ class DerivedFiles(Folder):
         text = self.read("include/uxtree/uxtree_c.h")
         self.assertIn("int ux_count(int kind);", text)
         self.assertNotIn("vc_count", text)
+
+    def test_entry_points_want_a_row_of_the_sweep_each(self):
+        row = "sweep.add(UX_ENTRY({}), done, node());\n"
+        self.write("tests/frame/calls/a.cpp", row.format("vc_count"))
+        self.write("include/uxtree/tree/things.h", self.header)
+        self.assertIn("no row in tests/frame/calls: ux_count", run("make_entry_points.py", self.root)[1])
+        self.write("tests/frame/calls/b.cpp", row.format("ux_count") + row.format("ux_other"))
+        self.assertIn("a row for no entry point: ux_other", run("make_entry_points.py", self.root)[1])
+        self.write("tests/frame/calls/b.cpp", 2 * row.format("ux_count"))
+        self.assertEqual(run("make_entry_points.py", self.root)[0], 0)
+        self.assertEqual(
+            self.read("docs/entry_points.txt"),
+            "native\tvc_count\tuxtree/tree/things.h\t1\nscript\tux_count\tuxtree/tree/things.h\t2\n",
+        )
+        self.write("tests/frame/calls/b.cpp", row.format("ux_count"))
+        self.assertIn("is stale", run("make_entry_points.py", "--check", self.root)[1])
+
+    def test_reference_says_what_annotations_say(self):
+        header = self.header.replace("UX_IN Tree&", "UX_EDITS UXXmlWrapperBase&").replace(
+            "int kind)\n", "UX_NULL_COUNTS const char* name)\n"
+        )
+        self.make("make_reference.py", header)
+        self.assertIn(
+            '| `vc_count` | `tree` is edited | `name` (not as "") | a count or position | 0 none |  |',
+            self.read("docs/reference.md"),
+        )
 
     def test_stale_files_are_refused(self):
         for script in ("make_reference.py", "make_c_header.py"):

@@ -104,7 +104,7 @@ def main():
     target = include / "uxtree" / "uxtree_c.h"
     if write_or_compare(target, c_header(read_headers(include)), options.check):
         return 0
-    print(f"{target.name} is stale: run tools/dev/make_c_header.py .")
+    print(f"{target.name} is stale: run tools/dev/make_derived .")
     return 1
 
 

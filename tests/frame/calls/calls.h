@@ -4,6 +4,10 @@
 // knows how it can be bad: a pointer may be null, a handle invalid or its node removed, a script
 // object of another type. A call with a bad argument must give the failure value and leave the
 // trees as they were; arguments that may be missing must not keep the call from working.
+//
+// Row and annotations must say the same: what may be missing, what is written, what an array holds,
+// which value a failure has. Where they differ, the row does not compile. The calls then show that
+// both are right.
 #pragma once
 
 #include <array>
@@ -19,6 +23,7 @@
 
 #include "uxtree/uxtree_Utils.h"
 
+#include "entry_facts.h"
 #include "gmock/gmock.h"
 #include "support/test_tree.h"
 
@@ -27,15 +32,22 @@ namespace uxtest {
 // A result as a row states it: a number or a text; nothing for void.
 class Outcome {
 public:
-    Outcome() = default;
+    constexpr Outcome() = default;
     template <typename T, typename = std::enable_if_t<std::is_integral_v<T>>>
-    Outcome(T number) : text_(std::to_string(static_cast<long long>(number))) {}
-    Outcome(const char* text) : text_(text) {}
-    Outcome(const CStringUTF8& text) : text_(static_cast<const char*>(text)) {}
-    const std::string& text() const { return text_; }
+    constexpr Outcome(T number) : number_(static_cast<long long>(number)), isNumber_(true) {}
+    constexpr Outcome(const char* text) : text_(text) {}
+    constexpr bool is_number() const { return isNumber_; }
+    constexpr bool is_nothing() const { return !isNumber_ && text_ == nullptr; }
+    constexpr long long number() const { return number_; }
+    std::string text() const {
+        if (isNumber_) return std::to_string(number_);
+        return text_ == nullptr ? "nothing" : text_;
+    }
 
 private:
-    std::string text_ = "nothing";
+    long long number_ = 0;
+    bool isNumber_ = false;
+    const char* text_ = nullptr;
 };
 
 // A script object that cannot even be asked.
@@ -43,6 +55,15 @@ struct ThrowingObject : UXScriptObject {
     int IsValid() override { throw std::runtime_error("asked"); }
     void* GetInternalData(unsigned int) override { throw std::runtime_error("asked"); }
 };
+// A result as it came, in the words of an Outcome.
+template <typename T>
+std::string text_of_result(const T& result) {
+    if constexpr (std::is_integral_v<T>) {
+        return std::to_string(static_cast<long long>(result));
+    } else {
+        return static_cast<const char*>(result);
+    }
+}
 
 // --- the values that a call works on ----------------------------------------------------------
 
@@ -90,6 +111,8 @@ public:
     UXXmlWrapperBase root(std::size_t tree) const { return trees_[tree].root(); }
     std::string trees() const { return trees_[0].text() + "\n" + trees_[1].text(); }
     std::string outputs() const;
+    std::size_t output_count() const { return outputs_.size(); }
+    std::string output(std::size_t number) const { return outputs_[number](); }
 
 private:
     std::array<TestTree, 2> trees_;
@@ -106,8 +129,8 @@ struct Row {
     const char* tree =
         "<r DataID='1' Label='R'><a DataID='11' Label='A' n='5'>1</a>"
         "<b DataID='12' Label='B'><c DataID='13' Label='C'>2</c></b></r>";
-    bool clearsOutputs = false;          // a failure empties outputs, or releases output handles
-    std::vector<Outcome> shortage = {};  // further results when memory runs short
+    bool clearsOutputs = false;  // a failure empties outputs, or releases output handles
+    Outcome shortage[2] = {};    // further results when memory runs short
 };
 
 // What an argument must know of the parameter that it fills.
@@ -127,6 +150,7 @@ struct Trial {
     std::function<const void*(Scene&)> make;
     Outcome expected;
     bool acts;
+    bool isHandle = false;
 };
 using Trials = std::vector<Trial>;  // the good one comes first
 
@@ -140,7 +164,8 @@ Trial kept_trial(std::string how, Parameter parameter, Make make, const Outcome&
         }
         return &kept;
     };
-    return {std::move(how), keep, expected, acts};
+    using Kept = std::decay_t<std::invoke_result_t<Make, Scene&>>;
+    return {std::move(how), keep, expected, acts, std::is_same_v<Kept, UXXmlWrapperBase>};
 }
 
 // A place inside an argument where a text stands: a string, or the first element of an array.
@@ -164,94 +189,122 @@ struct Texts {
 };
 
 // What an argument says about its bad forms; unsaid, they give the row's failure value.
-template <typename Self>
 struct Spoilable {
     std::optional<Outcome> onNull, onInvalid, onWrongType, onThrow;
     bool nullActs = false;
     bool invalidActs = false;
-
-    // May be missing: null works like a good argument, or with a result of its own.
-    Self optional() const {
-        Self copy = self();
-        copy.nullActs = true;
-        return copy;
-    }
-    Self optional(Outcome result) const { return optional().null(result); }
-    Self null(Outcome result) const {
-        Self copy = self();
-        copy.onNull = result;
-        return copy;
-    }
-    Self invalid(Outcome result) const {
-        Self copy = self();
-        copy.onInvalid = result;
-        return copy;
-    }
-    // An invalid handle works like a good one.
-    Self may_be_invalid() const {
-        Self copy = self();
-        copy.invalidActs = true;
-        return copy;
-    }
-    Self wrong_type(Outcome result) const {
-        Self copy = self();
-        copy.onWrongType = result;
-        return copy;
-    }
-
-    Self throwing(Outcome result) const {
-        Self copy = self();
-        copy.onThrow = result;
-        return copy;
-    }
 
     void add_null(Trials& trials, Parameter parameter, const Row& row) const {
         if (!parameter.isPointer) return;
         trials.push_back({"null", [](Scene&) -> const void* { return nullptr; },
                           onNull.value_or(nullActs ? row.good : row.bad), nullActs});
     }
+};
+
+// What a row says about an argument that the annotations say too.
+struct Marks {
+    bool optional = false;      // may be missing
+    bool mayBeInvalid = false;  // may be a handle that refers to nothing
+    bool needed = false;        // here it may not, though the annotation says so for other calls
+    facts::Direction direction = facts::Direction::kIn;
+};
+
+// An argument with its marks, which are part of its type.
+template <typename Argument, Marks kGiven = Marks{}>
+struct Marked : Argument {
+    static constexpr Marks kMarks = kGiven;
+
+    // May be missing: null works like a good argument, or with a result of its own.
+    auto optional() const {
+        constexpr Marks kNew{true, kGiven.mayBeInvalid, kGiven.needed, kGiven.direction};
+        Marked<Argument, kNew> copy{*this};
+        copy.nullActs = true;
+        return copy;
+    }
+    auto optional(Outcome result) const { return optional().null(result); }
+    // An invalid handle works like a good one.
+    auto may_be_invalid() const {
+        constexpr Marks kNew{kGiven.optional, true, kGiven.needed, kGiven.direction};
+        Marked<Argument, kNew> copy{*this};
+        copy.invalidActs = true;
+        return copy;
+    }
+    auto needed_here() const {
+        constexpr Marks kNew{kGiven.optional, kGiven.mayBeInvalid, true, kGiven.direction};
+        return Marked<Argument, kNew>{*this};
+    }
+    // What becomes of it; unsaid, it is read.
+    auto out() const { return directed<facts::Direction::kOut>(); }
+    auto appends() const { return directed<facts::Direction::kAppends>(); }
+    auto inout() const { return directed<facts::Direction::kInOut>(); }
+    auto getset() const { return directed<facts::Direction::kGetSet>(); }
+
+    Marked null(Outcome result) const {
+        Marked copy = *this;
+        copy.onNull = result;
+        return copy;
+    }
+    Marked invalid(Outcome result) const {
+        Marked copy = *this;
+        copy.onInvalid = result;
+        return copy;
+    }
+    Marked throwing(Outcome result) const {
+        Marked copy = *this;
+        copy.onThrow = result;
+        return copy;
+    }
+    Marked wrong_type(Outcome result) const {
+        Marked copy = *this;
+        copy.onWrongType = result;
+        return copy;
+    }
 
 private:
-    const Self& self() const { return static_cast<const Self&>(*this); }
+    template <facts::Direction kDirection>
+    auto directed() const {
+        constexpr Marks kNew{kGiven.optional, kGiven.mayBeInvalid, kGiven.needed, kDirection};
+        return Marked<Argument, kNew>{*this};
+    }
 };
 
 // A handle to a node of one of the two trees.
-struct NodeArgument : Spoilable<NodeArgument> {
+struct NodeArgument : Spoilable {
     using Object = UXXmlWrapperBase;
-    std::size_t tree;
-    const char* path;
+    std::size_t tree = 0;
+    const char* path = "";
 
     Trials trials(Parameter parameter, const Row& row) const;
 };
-inline NodeArgument node(const char* path = "") {
-    return {{}, 0, path};
+inline Marked<NodeArgument> node(const char* path = "") {
+    return {{{}, 0, path}};
 }
-inline NodeArgument other(const char* path = "") {
-    return {{}, 1, path};
+inline Marked<NodeArgument> other(const char* path = "") {
+    return {{{}, 1, path}};
 }
 
 // A handle that only receives a node, so that what it holds before the call does not matter.
-struct OutNodeArgument : Spoilable<OutNodeArgument> {
+struct OutNodeArgument : Spoilable {
     using Object = UXXmlWrapperBase;
     Trials trials(Parameter parameter, const Row& row) const;
 };
-inline OutNodeArgument out() {
+inline Marked<OutNodeArgument> out() {
     return {};
 }
 
-struct TextArgument : Spoilable<TextArgument> {
+struct TextArgument : Spoilable {
     using Object = char;
     std::string text;
 
     Trials trials(Parameter parameter, const Row& row) const;
 };
-inline TextArgument text(const std::string& value) {
-    return {{}, value};
+inline Marked<TextArgument> text(const std::string& value) {
+    return {{{}, value}};
 }
 
 // A string, number, record or native array, in or out.
 template <typename T>
-struct ValueArgument : Spoilable<ValueArgument<T>> {
+struct ValueArgument : Spoilable {
     using Object = T;
     T initial;
 
@@ -263,17 +316,18 @@ struct ValueArgument : Spoilable<ValueArgument<T>> {
     }
 };
 template <typename T>
-ValueArgument<T> value(T initial) {
-    return {{}, initial};
+Marked<ValueArgument<T>> value(T initial) {
+    return {{{}, initial}};
 }
-inline ValueArgument<CStringUTF8> string(const char* initial = "kept") {
-    return {{}, initial};
+inline Marked<ValueArgument<CStringUTF8>> string(const char* initial = "kept") {
+    return {{{}, initial}};
 }
 
 // An array, in or out: itself, or behind a script object as the parameter asks.
 template <typename Array>
-struct ArrayArgument : Spoilable<ArrayArgument<Array>> {
+struct ArrayArgument : Spoilable {
     using Object = Array;
+    static constexpr bool kIsArray = true;
     Array initial;
 
     Held hold(Scene& scene, Parameter parameter, const std::string* text) const {
@@ -319,19 +373,20 @@ private:
         }
     }
 };
-inline ArrayArgument<CWBOStringArray> strings(const std::vector<std::string>& values = {}) {
-    return {{}, string_list(values)};
+inline Marked<ArrayArgument<CWBOStringArray>> strings(const std::vector<std::string>& values = {}) {
+    return {{{}, string_list(values)}};
 }
-inline ArrayArgument<CArray<int, int>> ints(const std::vector<int>& values = {}) {
-    return {{}, number_list(values)};
+inline Marked<ArrayArgument<CArray<int, int>>> ints(const std::vector<int>& values = {}) {
+    return {{{}, number_list(values)}};
 }
-inline ArrayArgument<CArray<double, double>> doubles(const std::vector<double>& values = {}) {
-    return {{}, number_list(values)};
+inline Marked<ArrayArgument<CArray<double, double>>> doubles(
+    const std::vector<double>& values = {}) {
+    return {{{}, number_list(values)}};
 }
-inline ArrayArgument<CArray<bool, bool>> bools(const std::vector<bool>& values = {}) {
+inline Marked<ArrayArgument<CArray<bool, bool>>> bools(const std::vector<bool>& values = {}) {
     CArray<bool, bool> array;
     for (const bool value : values) array.Add(value);
-    return {{}, array};
+    return {{{}, array}};
 }
 
 // All ways to fill a parameter with an argument; a plain value has a good one alone.
@@ -342,9 +397,9 @@ TrialMaker trials_of(const Argument& argument) {
         using Object = typename Argument::Object;
         using Referred = std::remove_cv_t<std::remove_pointer_t<std::remove_reference_t<Param>>>;
         static_assert(
-            std::is_same_v<Referred, Object> || (std::is_same_v<Referred, UXScriptObject> &&
-                                                 (std::is_base_of_v<UXScriptObject, Object> ||
-                                                  std::is_same_v<Argument, ArrayArgument<Object>>)),
+            std::is_same_v<Referred, Object> ||
+                (std::is_same_v<Referred, UXScriptObject> &&
+                 (std::is_base_of_v<UXScriptObject, Object> || requires { Argument::kIsArray; })),
             "the argument does not fit the parameter");
         return [argument](const Row& row) { return argument.trials(parameter_of<Param>(), row); };
     } else if constexpr (std::is_pointer_v<Param>) {
@@ -363,13 +418,13 @@ TrialMaker trials_of(const Argument& argument) {
 
 template <typename Param, typename Argument>
 Texts texts_of(const Argument& argument) {
-    if constexpr (std::is_same_v<Argument, TextArgument>) {
+    if constexpr (std::is_base_of_v<TextArgument, Argument>) {
         return {.text = argument.text, .hold = {}};
-    } else if constexpr (std::is_same_v<Argument, ArrayArgument<CWBOStringArray>>) {
+    } else if constexpr (std::is_base_of_v<ArrayArgument<CWBOStringArray>, Argument>) {
         return {.text = {}, .hold = [argument](Scene& scene, const std::string* text) {
                     return argument.hold(scene, parameter_of<Param>(), text);
                 }};
-    } else if constexpr (std::is_same_v<Argument, ValueArgument<CStringUTF8>>) {
+    } else if constexpr (std::is_base_of_v<ValueArgument<CStringUTF8>, Argument>) {
         const auto hold = [argument](Scene& scene, const std::string* text) -> Held {
             CStringUTF8& kept = scene.keep(argument.initial);
             if (text != nullptr) kept = text->c_str();
@@ -381,6 +436,119 @@ Texts texts_of(const Argument& argument) {
     }
 }
 
+// --- row and annotations ----------------------------------------------------------------------
+
+template <typename Object>
+constexpr facts::Element element_of() {
+    if (std::is_same_v<Object, CArray<int, int>>) return facts::Element::kInts;
+    if (std::is_same_v<Object, CArray<double, double>>) return facts::Element::kDoubles;
+    if (std::is_same_v<Object, CArray<bool, bool>>) return facts::Element::kBools;
+    if (std::is_same_v<Object, CWBOStringArray>) return facts::Element::kStrings;
+    return facts::Element::kNone;
+}
+
+constexpr bool is_result(facts::Direction direction) {
+    return direction == facts::Direction::kOut || direction == facts::Direction::kReleased;
+}
+
+// Does an argument say about a parameter what its annotation says? Plain values say nothing.
+template <typename Argument>
+constexpr bool same_direction(facts::Parameter annotated) {
+    using Object = typename Argument::Object;
+    if (std::is_base_of_v<OutNodeArgument, Argument>) return is_result(annotated.direction);
+    if (std::is_same_v<Object, UXXmlWrapperBase>) return !is_result(annotated.direction);
+    return annotated.direction == Argument::kMarks.direction;
+}
+template <typename Argument>
+constexpr bool same_optional(facts::Parameter annotated) {
+    return annotated.optional == Argument::kMarks.optional ||
+           (annotated.optional && Argument::kMarks.needed);
+}
+template <typename Argument>
+constexpr bool same_validity(facts::Parameter annotated) {
+    return annotated.mayBeInvalid == Argument::kMarks.mayBeInvalid ||
+           (annotated.mayBeInvalid && Argument::kMarks.needed) ||
+           std::is_same_v<typename Argument::Object, UXXmlWrapperBase> == false;
+}
+template <typename Param, typename Argument>
+constexpr bool same_element(facts::Parameter annotated) {
+    return !std::is_same_v<Param, UXScriptObject*> ||
+           annotated.element == element_of<typename Argument::Object>();
+}
+
+template <typename Facts, typename Param, std::size_t kPlace, typename Argument>
+constexpr bool compare_argument() {
+    if constexpr (requires { Argument::kMarks; }) {
+        constexpr facts::Parameter kAnnotated = Facts::kParameters[kPlace];
+        static_assert(same_direction<Argument>(kAnnotated), "row and annotation differ: direction");
+        static_assert(same_optional<Argument>(kAnnotated), "row and annotation differ: optional");
+        static_assert(same_validity<Argument>(kAnnotated), "row and annotation differ: invalid");
+        static_assert(same_element<Param, Argument>(kAnnotated),
+                      "row and annotation differ: array");
+    }
+    return true;
+}
+
+// May a failing call yield this number?
+template <typename Facts>
+constexpr bool is_code(long long number) {
+    for (const long long code : Facts::kCodes) {
+        if (code == number) return true;
+    }
+    return Facts::kFurtherCodes;
+}
+template <typename Facts>
+constexpr bool good_fits(const Row& row) {
+    using facts::Kind;
+    const long long good = row.good.number();
+    switch (Facts::kKind) {
+        case Kind::kNothing:
+            return row.good.is_nothing();
+        case Kind::kDone:
+            return good == 1;
+        case Kind::kYes:
+            return good == 0 || good == 1;
+        case Kind::kZero:
+            return good == 0;
+        case Kind::kCount:
+            return good >= 0;
+        case Kind::kText:
+            return !row.good.is_number() && !row.good.is_nothing();
+        default:
+            return row.good.is_number();
+    }
+}
+template <typename Facts>
+constexpr bool bad_fits(const Row& row) {
+    using facts::Kind;
+    switch (Facts::kKind) {
+        case Kind::kNothing:
+            return row.bad.is_nothing();
+        case Kind::kText:
+            return !row.bad.is_number();
+        case Kind::kSaysNothing:
+            return row.bad.number() == row.good.number() || is_code<Facts>(row.bad.number());
+        case Kind::kStored:
+            return Facts::kCodes.size() == 0 || is_code<Facts>(row.bad.number());
+        default:
+            return is_code<Facts>(row.bad.number());
+    }
+}
+
+// A row whose results are those of the annotation; no other one compiles.
+template <typename Facts>
+class CheckedRow {
+public:
+    consteval CheckedRow(const Row& row) : row_(row) {
+        if (!good_fits<Facts>(row)) throw "row and annotation differ: the good result";
+        if (!bad_fits<Facts>(row)) throw "row and annotation differ: the failure value";
+    }
+    const Row& row() const { return row_; }
+
+private:
+    Row row_;
+};
+
 // --- calls ------------------------------------------------------------------------------------
 
 // Looks at a call: before_call() and after_call() stand right around the call alone.
@@ -390,19 +558,23 @@ public:
     virtual void prepare(const Scene& /*scene*/) {}
     virtual void before_call() = 0;
     virtual void after_call() = 0;
-    virtual void done(const Scene& scene, const Outcome& result, const Row& row) = 0;
+    virtual void done(const Scene& scene, const std::string& result, const Row& row) = 0;
 };
 
 // A row: an entry point with all that may be passed to it.
 class Call {
 public:
-    using Invoke = std::function<Outcome(const void* const* arguments, Probe* probe)>;
+    using Invoke = std::function<std::string(const void* const* arguments, Probe* probe)>;
 
-    Call(Row row, Invoke invoke, std::vector<TrialMaker> parameters, std::vector<Texts> texts)
-        : row_(std::move(row)),
+    Call(const Row& row, Invoke invoke, std::vector<TrialMaker> parameters,
+         std::vector<Texts> texts, std::vector<facts::Direction> directions,
+         std::array<bool, 2> edits)
+        : row_(row),
           invoke_(std::move(invoke)),
           parameters_(std::move(parameters)),
-          texts_(std::move(texts)) {}
+          texts_(std::move(texts)),
+          directions_(std::move(directions)),
+          edits_(edits) {}
 
     // Calls with good arguments, then with each of them spoilt in each of its ways.
     void try_bad_arguments() const;
@@ -415,6 +587,7 @@ public:
 private:
     std::vector<Trials> all_trials() const;
     std::vector<const void*> make(const std::vector<const Trial*>& chosen, Scene& scene) const;
+    void try_good(const std::vector<const Trial*>& chosen) const;
     void try_once(const std::vector<const Trial*>& chosen, const Outcome& expected,
                   bool acts) const;
     void try_text_inside(std::size_t text, std::size_t holder, bool ownBuffer) const;
@@ -424,6 +597,8 @@ private:
     Invoke invoke_;
     std::vector<TrialMaker> parameters_;
     std::vector<Texts> texts_;
+    std::vector<facts::Direction> directions_;  // of each parameter; empty when nothing is known
+    std::array<bool, 2> edits_;                 // which of the trees the call may change
 };
 
 // Reads an argument out of where a trial has put it.
@@ -437,32 +612,86 @@ Param argument_at(const void* place) {
     }
 }
 
+// An entry point by its name and what the annotations say, by the type of the function.
+template <template <typename> class FactsFor>
+struct Entry {
+    const char* name;
+};
+// The same for a function that stands for the entry point because it cannot be called by its type.
+template <typename Facts>
+struct Wrapped {
+    const char* name;
+};
+// A class, whose members bear no annotations.
+struct Unannotated {
+    const char* name;
+};
+
+// Which trees a call may change: those that an edited handle belongs to.
+template <typename Argument>
+void note_edit(std::array<bool, 2>& edits, facts::Direction direction, const Argument& argument) {
+    if constexpr (std::is_base_of_v<NodeArgument, Argument>) {
+        if (direction != facts::Direction::kIn) edits[argument.tree] = true;
+    }
+}
+
 // Entry points by name, with their rows.
 class Sweep {
 public:
-    template <typename Result, typename... Params, typename... Arguments>
-    void add(const char* name, Result (*entry)(Params...), const Row& row,
+    template <template <typename> class FactsFor, typename Result, typename... Params,
+              typename... Arguments>
+    void add(Entry<FactsFor> entry, Result (*function)(Params...),
+             std::type_identity_t<CheckedRow<FactsFor<Result(Params...)>>> row,
              const Arguments&... arguments) {
-        static_assert(sizeof...(Params) == sizeof...(Arguments), "one argument per parameter");
-        calls_[name].push_back(Call(row, invoker(entry, std::index_sequence_for<Params...>()),
-                                    {trials_of<Params>(arguments)...},
-                                    {texts_of<Params>(arguments)...}));
+        add_annotated<FactsFor<Result(Params...)>>(
+            entry.name, function, row.row(), std::index_sequence_for<Params...>(), arguments...);
+    }
+    template <typename Facts, typename Result, typename... Params, typename... Arguments>
+    void add(Wrapped<Facts> entry, Result (*function)(Params...),
+             std::type_identity_t<CheckedRow<Facts>> row, const Arguments&... arguments) {
+        add_annotated<Facts>(entry.name, function, row.row(), std::index_sequence_for<Params...>(),
+                             arguments...);
+    }
+    template <typename Result, typename... Params, typename... Arguments>
+    void add(Unannotated entry, Result (*function)(Params...), const Row& row,
+             const Arguments&... arguments) {
+        add_call(entry.name, function, row, {}, {true, true}, arguments...);
     }
     const std::map<std::string, std::vector<Call>>& calls() const { return calls_; }
 
 private:
+    template <typename Facts, typename Result, typename... Params, std::size_t... I,
+              typename... Arguments>
+    void add_annotated(const char* name, Result (*function)(Params...), const Row& row,
+                       std::index_sequence<I...>, const Arguments&... arguments) {
+        static_assert(sizeof...(Params) == sizeof...(Arguments), "one argument per parameter");
+        static_assert((compare_argument<Facts, Params, I, Arguments>() && ...));
+        std::array<bool, 2> edits{};
+        (note_edit(edits, Facts::kParameters[I].direction, arguments), ...);
+        add_call(name, function, row, {Facts::kParameters[I].direction...}, edits, arguments...);
+    }
+    template <typename Result, typename... Params, typename... Arguments>
+    void add_call(const char* name, Result (*function)(Params...), const Row& row,
+                  std::vector<facts::Direction> directions, std::array<bool, 2> edits,
+                  const Arguments&... arguments) {
+        static_assert(sizeof...(Params) == sizeof...(Arguments), "one argument per parameter");
+        calls_[name].push_back(Call(row, invoker(function, std::index_sequence_for<Params...>()),
+                                    {trials_of<Params>(arguments)...},
+                                    {texts_of<Params>(arguments)...}, std::move(directions),
+                                    edits));
+    }
     template <typename Result, typename... Params, std::size_t... I>
     static Call::Invoke invoker(Result (*entry)(Params...), std::index_sequence<I...>) {
-        return [entry]([[maybe_unused]] const void* const* arguments, Probe* probe) -> Outcome {
+        return [entry]([[maybe_unused]] const void* const* arguments, Probe* probe) -> std::string {
             if (probe != nullptr) probe->before_call();
             if constexpr (std::is_void_v<Result>) {
                 entry(argument_at<Params>(arguments[I])...);
                 if (probe != nullptr) probe->after_call();
-                return {};
+                return Outcome().text();
             } else {
                 const Result result = entry(argument_at<Params>(arguments[I])...);
                 if (probe != nullptr) probe->after_call();
-                return result;
+                return text_of_result(result);
             }
         };
     }
@@ -473,8 +702,14 @@ private:
 // All of them.
 const Sweep& all_calls();
 
-// The name and the address of an entry point, for Sweep::add.
-#define UX_ENTRY(name) #name, &name
+// The name, the annotations and the address of an entry point, for Sweep::add.
+#define UX_ENTRY(name) Entry<facts::name>{#name}, &name
+// The same for one of several functions of a name.
+#define UX_ENTRY_AS(name, function) Entry<facts::name>{#name}, function
+// The same for a function that is called through another one.
+#define UX_WRAPPED(name, function) Wrapped<facts::only_##name>{#name}, function
+// A class that is tried through a function.
+#define UX_CLASS(name, function) Unannotated{#name}, function
 
 void add_frame_rows(Sweep& sweep);
 void add_lookup_rows(Sweep& sweep);

@@ -31,20 +31,21 @@ int vector_value(UXXmlWrapperBase& tree, CArray<double, double>& array, int get,
 
 void add_frame_rows(Sweep& sweep) {
     // Without a name the path is empty and leads to the start itself.
-    const Row lookup{.good = 1, .bad = 0};
-    sweep.add("wbxfu_tree_get_node", get_node, lookup, out(), node(), text("a").optional());
-    sweep.add("wbxfu_tree_check_get_node", check_get_node, lookup, out(), node(),
-              text("new").optional());
-    sweep.add("wbxfu_tree_check_get_node_ex", check_get_node_ex, lookup, out(), node(), 0,
+    constexpr Row lookup{.good = 1, .bad = 0};
+    sweep.add(UX_WRAPPED(wbxfu_tree_get_node, get_node), lookup, out(), node(),
               text("a").optional());
-    sweep.add("wbxfu_tree_check_get_node_ex", check_get_node_ex, lookup, out(), node(), 1,
+    sweep.add(UX_WRAPPED(wbxfu_tree_check_get_node, check_get_node), lookup, out(), node(),
               text("new").optional());
-    sweep.add("wbxfu_tree_node_vector_value", vector_value, lookup, node(), doubles({1.5}), 0,
+    sweep.add(UX_WRAPPED(wbxfu_tree_check_get_node_ex, check_get_node_ex), lookup, out(), node(), 0,
+              text("a").optional());
+    sweep.add(UX_WRAPPED(wbxfu_tree_check_get_node_ex, check_get_node_ex), lookup, out(), node(), 1,
               text("new").optional());
-    sweep.add("wbxfu_tree_node_vector_value", vector_value, lookup, node(), doubles(), 1,
-              text("a").optional(0));  // the start has no value to read
+    sweep.add(UX_WRAPPED(wbxfu_tree_node_vector_value, vector_value), lookup, node(),
+              doubles({1.5}).getset(), 0, text("new").optional());
+    sweep.add(UX_WRAPPED(wbxfu_tree_node_vector_value, vector_value), lookup, node(),
+              doubles().getset(), 1, text("a").optional(0));  // the start has no value to read
 
-    sweep.add(UX_ENTRY(uxtree_set_default_code_page), {.good = 1, .bad = 0}, 65001);
+    sweep.add(UX_ENTRY(uxtree_set_default_code_page), Row{.good = 1, .bad = 0}, 65001);
 }
 
 }  // namespace uxtest

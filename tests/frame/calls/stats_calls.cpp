@@ -12,8 +12,8 @@ constexpr char kSettings[] =
     "<BinoTrialsNum>1</BinoTrialsNum><Details><N>1</N></Details><PanelName>p</PanelName>"
     "<Result_1_1/><Result_2_3/></r>";
 
-const Row kNoResult{.tree = kSettings};
-const Row kResult{.good = 1, .bad = 0, .tree = kSettings};
+constexpr Row kNoResult{.tree = kSettings};
+constexpr Row kResult{.good = 1, .bad = 0, .tree = kSettings};
 
 using BinSize = void (*)(UXXmlWrapperBase&, double&, double&, double&, int&, int);
 using BinIntervals = void (*)(UXXmlWrapperBase&, double&, double&, int&, int&, int);
@@ -22,57 +22,71 @@ void add_native_rows(Sweep& sweep, int get) {
     const auto number = value(7.5);
     const auto count = value(7);
 
-    sweep.add("vctree_stats_get_set_bin_info", static_cast<BinSize>(&vctree_stats_get_set_bin_info),
-              kNoResult, node(), number, number, number, count, get);
-    sweep.add("vctree_stats_get_set_bin_info",
-              static_cast<BinIntervals>(&vctree_stats_get_set_bin_info), kNoResult, node(), number,
-              number, count, count, get);
-    sweep.add(UX_ENTRY(vctree_stats_get_set_box_info), kNoResult, node(), number, number, number,
-              number, number, get);
-    sweep.add(UX_ENTRY(vctree_stats_get_set_whisker_info), kNoResult, node(), number, number, get);
-    sweep.add(UX_ENTRY(vctree_stats_get_set_conf_interval_probability), kNoResult, node(), number,
-              number, get);
-    sweep.add(UX_ENTRY(vctree_stats_get_set_counts), kNoResult, node(), doubles({7.5}), get);
-    sweep.add(UX_ENTRY(vctree_stats_get_set_percentiles), kNoResult, node(), doubles({7.5}), get);
-    sweep.add(UX_ENTRY(vctree_stats_get_set_custom_quantiles), kNoResult, node(), doubles({7.5}),
+    sweep.add(UX_ENTRY_AS(vctree_stats_get_set_bin_info,
+                          static_cast<BinSize>(&vctree_stats_get_set_bin_info)),
+              kNoResult, node(), number.getset(), number.getset(), number.getset(), count.getset(),
               get);
-    sweep.add(UX_ENTRY(vctree_stats_get_set_interpolate), kResult, node(), count, get);
-    sweep.add(UX_ENTRY(vctree_stats_get_set_var_divisor), kResult, node(), count, get);
-    sweep.add(UX_ENTRY(vctree_stats_get_set_trials_num), kResult, node(), count, get);
-    sweep.add(UX_ENTRY(vctree_stats_get_set_output_distribution), kNoResult, node(), count, get);
-    sweep.add(UX_ENTRY(vctree_stats_get_set_output_distr_curve_type), kNoResult, node(), ints({7}),
+    sweep.add(UX_ENTRY_AS(vctree_stats_get_set_bin_info,
+                          static_cast<BinIntervals>(&vctree_stats_get_set_bin_info)),
+              kNoResult, node(), number.getset(), number.getset(), count.getset(), count.getset(),
               get);
-    sweep.add(UX_ENTRY(vctree_stats_get_set_sum), kNoResult, node(), number, get);
+    sweep.add(UX_ENTRY(vctree_stats_get_set_box_info), kNoResult, node(), number.getset(),
+              number.getset(), number.getset(), number.getset(), number.getset(), get);
+    sweep.add(UX_ENTRY(vctree_stats_get_set_whisker_info), kNoResult, node(), number.getset(),
+              number.getset(), get);
+    sweep.add(UX_ENTRY(vctree_stats_get_set_conf_interval_probability), kNoResult, node(),
+              number.getset(), number.getset(), get);
+    sweep.add(UX_ENTRY(vctree_stats_get_set_counts), kNoResult, node(), doubles({7.5}).getset(),
+              get);
+    sweep.add(UX_ENTRY(vctree_stats_get_set_percentiles), kNoResult, node(),
+              doubles({7.5}).getset(), get);
+    sweep.add(UX_ENTRY(vctree_stats_get_set_custom_quantiles), kNoResult, node(),
+              doubles({7.5}).getset(), get);
+    sweep.add(UX_ENTRY(vctree_stats_get_set_interpolate), kResult, node(), count.getset(), get);
+    sweep.add(UX_ENTRY(vctree_stats_get_set_var_divisor), kResult, node(), count.getset(), get);
+    sweep.add(UX_ENTRY(vctree_stats_get_set_trials_num), kResult, node(), count.getset(), get);
+    sweep.add(UX_ENTRY(vctree_stats_get_set_output_distribution), kNoResult, node(), count.getset(),
+              get);
+    sweep.add(UX_ENTRY(vctree_stats_get_set_output_distr_curve_type), kNoResult, node(),
+              ints({7}).getset(), get);
+    sweep.add(UX_ENTRY(vctree_stats_get_set_sum), kNoResult, node(), number.getset(), get);
     sweep.add(UX_ENTRY(vctree_stats_get_set_stats_results), kNoResult, node(),
-              value(tagDescStatResults{}), number, number, get);
+              value(tagDescStatResults{}).getset(), number.getset(), number.getset(), get);
     sweep.add(UX_ENTRY(vctree_stats_result_get_set_details), kResult, node(),
-              value(tagHistogramStatsResult{}), get);
-    sweep.add(UX_ENTRY(vctree_stats_result_get_set_counts), kResult, node(), doubles({7.5}), get);
-    sweep.add(UX_ENTRY(vctree_stats_result_get_set_panel_name), kResult, node(), string(), get);
+              value(tagHistogramStatsResult{}).getset(), get);
+    sweep.add(UX_ENTRY(vctree_stats_result_get_set_counts), kResult, node(),
+              doubles({7.5}).getset(), get);
+    sweep.add(UX_ENTRY(vctree_stats_result_get_set_panel_name), kResult, node(), string().getset(),
+              get);
 }
 
 void add_script_rows(Sweep& sweep, int get) {
     const auto number = value(7.5);
     const auto count = value(7);
 
-    sweep.add(UX_ENTRY(uxtree_stats_get_set_bin_info), kNoResult, node(), number, number, number,
-              count.optional(), get);
-    sweep.add(UX_ENTRY(uxtree_stats_get_set_bin_intervals), kNoResult, node(), number, number,
-              count, count.optional(), get);
-    sweep.add(UX_ENTRY(uxtree_stats_get_set_box_info), kNoResult, node(), number, number, number,
-              number, number, get);
-    sweep.add(UX_ENTRY(uxtree_stats_get_set_whisker_info), kNoResult, node(), number, number, get);
-    sweep.add(UX_ENTRY(uxtree_stats_get_set_counts), kNoResult, node(), doubles({7.5}), get);
-    sweep.add(UX_ENTRY(uxtree_stats_get_set_percentiles), kNoResult, node(), doubles({7.5}), get);
-    sweep.add(UX_ENTRY(uxtree_stats_get_set_interpolate), kResult, node(), count, get);
-    sweep.add(UX_ENTRY(uxtree_stats_get_set_var_divisor), kResult, node(), count, get);
-    sweep.add(UX_ENTRY(uxtree_stats_get_set_trials_num), kResult, node(), count, get);
-    sweep.add(UX_ENTRY(uxtree_stats_get_set_output_distribution), kNoResult, node(), count, get);
+    sweep.add(UX_ENTRY(uxtree_stats_get_set_bin_info), kNoResult, node(), number.getset(),
+              number.getset(), number.getset(), count.optional().getset(), get);
+    sweep.add(UX_ENTRY(uxtree_stats_get_set_bin_intervals), kNoResult, node(), number.getset(),
+              number.getset(), count.getset(), count.optional().getset(), get);
+    sweep.add(UX_ENTRY(uxtree_stats_get_set_box_info), kNoResult, node(), number.getset(),
+              number.getset(), number.getset(), number.getset(), number.getset(), get);
+    sweep.add(UX_ENTRY(uxtree_stats_get_set_whisker_info), kNoResult, node(), number.getset(),
+              number.getset(), get);
+    sweep.add(UX_ENTRY(uxtree_stats_get_set_counts), kNoResult, node(), doubles({7.5}).getset(),
+              get);
+    sweep.add(UX_ENTRY(uxtree_stats_get_set_percentiles), kNoResult, node(),
+              doubles({7.5}).getset(), get);
+    sweep.add(UX_ENTRY(uxtree_stats_get_set_interpolate), kResult, node(), count.getset(), get);
+    sweep.add(UX_ENTRY(uxtree_stats_get_set_var_divisor), kResult, node(), count.getset(), get);
+    sweep.add(UX_ENTRY(uxtree_stats_get_set_trials_num), kResult, node(), count.getset(), get);
+    sweep.add(UX_ENTRY(uxtree_stats_get_set_output_distribution), kNoResult, node(), count.getset(),
+              get);
     sweep.add(UX_ENTRY(uxtree_stats_get_set_stats_results), kNoResult, node(),
-              value(tagDescStatResults{}), number, number, get);
+              value(tagDescStatResults{}).getset(), number.getset(), number.getset(), get);
     sweep.add(UX_ENTRY(uxtree_stats_result_get_set_details), kResult, node(),
-              value(tagHistogramStatsResult{}), get);
-    sweep.add(UX_ENTRY(uxtree_stats_result_get_set_counts), kResult, node(), doubles({7.5}), get);
+              value(tagHistogramStatsResult{}).getset(), get);
+    sweep.add(UX_ENTRY(uxtree_stats_result_get_set_counts), kResult, node(),
+              doubles({7.5}).getset(), get);
 }
 
 }  // namespace
@@ -87,9 +101,10 @@ void add_stats_rows(Sweep& sweep) {
               value(tagPOINT{3, 4}));
     // Enumeration starts at the first child when there is no current one.
     sweep.add(UX_ENTRY(vctree_stats_enum_result_node), kResult, node(),
-              node("Result_1_1").may_be_invalid(), value(tagPOINT{7, 7}).optional());
+              node("Result_1_1").may_be_invalid(), value(tagPOINT{7, 7}).optional().out());
     sweep.add(UX_ENTRY(uxtree_stats_enum_result_node), kResult, node(),
-              node("Result_1_1").may_be_invalid(), value(7).optional(), value(7).optional());
+              node("Result_1_1").may_be_invalid(), value(7).optional().out(),
+              value(7).optional().out());
     sweep.add(UX_ENTRY(vctree_stats_get_boxchart_box_node), kResult, node(), out());
     sweep.add(UX_ENTRY(uxtree_stats_get_boxchart_box_node), kResult, node(), out());
     sweep.add(UX_ENTRY(vctree_stats_get_boxchart_whisker_node), kResult, node(), out());

@@ -129,8 +129,8 @@ public:
     void prepare(const Scene& scene) override { before = contents(scene); }
     void before_call() override {}
     void after_call() override {}
-    void done(const Scene& scene, const Outcome& result, const Row& /*row*/) override {
-        left = {result.text(), scene.trees(), scene.outputs()};
+    void done(const Scene& scene, const std::string& result, const Row& /*row*/) override {
+        left = {result, scene.trees(), scene.outputs()};
         after = contents(scene);
     }
 
@@ -147,7 +147,7 @@ public:
         untilFailure = index_;
     }
     void after_call() override { untilFailure = -1; }
-    void done(const Scene& scene, const Outcome& result, const Row& row) override {
+    void done(const Scene& scene, const std::string& result, const Row& row) override {
         for (const std::size_t tree : {0U, 1U}) expect_sound(scene.root(tree));
         expect_failure_or_all(scene, result, row);
         expect_content(scene);
@@ -155,12 +155,12 @@ public:
 
 private:
     // A call that lacked memory either fails or has done everything.
-    void expect_failure_or_all(const Scene& scene, const Outcome& result, const Row& row) {
-        const Aftermath left{result.text(), scene.trees(), scene.outputs()};
+    void expect_failure_or_all(const Scene& scene, const std::string& result, const Row& row) {
+        const Aftermath left{result, scene.trees(), scene.outputs()};
         if (left == complete_.left) return;
         std::vector<std::string> allowed{row.bad.text()};
         for (const Outcome& shortage : row.shortage) allowed.push_back(shortage.text());
-        EXPECT_THAT(allowed, testing::Contains(result.text()))
+        EXPECT_THAT(allowed, testing::Contains(result))
             << "left:\n"
             << left.trees << left.outputs << "complete:\n"
             << complete_.left.trees << complete_.left.outputs;
