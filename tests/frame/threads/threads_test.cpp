@@ -14,8 +14,8 @@ class Noted : public Probe {
 public:
     void before_call() override {}
     void after_call() override {}
-    void done(const Scene& scene, const Outcome& result, const Row& /*row*/) override {
-        text_ += result.text() + "\n" + scene.trees() + "\n" + scene.outputs() + "\n";
+    void done(const Scene& scene, const std::string& result, const Row& /*row*/) override {
+        text_ += result + "\n" + scene.trees() + "\n" + scene.outputs() + "\n";
     }
     const std::string& text() const { return text_; }
 
