@@ -319,7 +319,12 @@ def comment_text(line):
 
 
 def read_header(include_folder, path, vocabulary, export=EXPORT):
-    lines = (pathlib.Path(include_folder) / path).read_text(encoding="utf-8").splitlines()
+    text = (pathlib.Path(include_folder) / path).read_text(encoding="utf-8")
+    return parse_header(text, path, vocabulary, export)
+
+
+def parse_header(text, path, vocabulary, export=EXPORT):
+    lines = text.splitlines()
     header = Header(path, [])
     at = 0
     while at < len(lines) and lines[at].startswith("//"):

@@ -127,9 +127,9 @@ UXKIT_API int ux_string_length(UX_IN const CStringUTF8* string) UX_RETURNS(count
 // any other kind.
 UXKIT_API UXScriptObject* ux_array_new(int kind) UX_RETURNS(handle);
 // Gives an array back. Null is passed over.
-UXKIT_API void ux_array_free(UX_OPT UX_IN UX_ANY UXScriptObject* array);
+UXKIT_API void ux_array_free(UX_OPT UX_ANY UXScriptObject* array);
 // The number of elements; -1 for null and for an object that is no array.
-UXKIT_API int ux_array_size(UX_IN UX_ANY UXScriptObject* array) UX_RETURNS(count, unusable = -1);
+UXKIT_API int ux_array_size(UX_ANY UXScriptObject* array) UX_RETURNS(count, unusable = -1);
 // The elements, ux_array_size of them. Null for an array of another kind, and for an empty one.
 UXKIT_API const int* ux_array_ints(UX_INTS UXScriptObject* array) UX_RETURNS(borrowed);
 UXKIT_API const double* ux_array_doubles(UX_DOUBLES UXScriptObject* array) UX_RETURNS(borrowed);
