@@ -47,7 +47,7 @@ public:
             marks_.read(node);
             TransportId id = read_id(marks_, inheritedRepeats.back());
             if (!combine_with_repeat(node, marks_, inheritedRepeats.back(), id, nullptr) ||
-                !combine_with_repeat_node(node, marks_, id, nullptr)) {
+                !combine_with_repeat_node(node, marks_, inheritedRepeats.back(), id, nullptr)) {
                 return kRepeatError;
             }
             if (step_into_first_child(node)) {

@@ -1,4 +1,4 @@
-// Combining identifiers along a path, and what is said when that fails.
+// Combining identifiers at a node, and what is said when that fails.
 #include "uxtree/data/ids.h"
 
 #include "data/id_index.h"
@@ -12,54 +12,7 @@
 
 using namespace ux;
 
-namespace {
-
-constexpr int kLargestCombinedRepeat = 32766;  // what can be combined, one less than is read
-constexpr int kLargestCombinedId = 0xFFFF;
-
-constexpr unsigned kLow16 = 0xFFFF;
-
-}  // namespace
-
 namespace ux {
-
-namespace {
-
-// The rules themselves, by the RepeatID or RepeatNodeID of the node, -1 when it has none.
-int combine_id(int own, int& dataId, int& repeatOut, int inheritedRepeat) {
-    if (own >= 0 && own <= kLargestRepeat) {
-        // Intended: 32767 is read as a RepeatID and then refused, whatever is inherited.
-        if (own > kLargestCombinedRepeat) return kRepeatInvalid;
-        if (inheritedRepeat < 1) {
-            repeatOut = own;
-            return kRepeatStarted;
-        }
-        if ((inheritedRepeat & own) != 0) return kRepeatConflict;
-        repeatOut = own | inheritedRepeat;
-        // Intended: a repeated branch hands the merged RepeatID down and leaves its own
-        // identifier alone, so that its copies share it.
-        if (own > 0) return kRepeatMerged;
-    }
-    if (dataId < 0 || inheritedRepeat < 1) return kIdUnchanged;
-    if (dataId > kLargestCombinedId) return kIdTooLarge;
-    // Intended: the inherited RepeatID is stamped, not the merged one.
-    const unsigned high = static_cast<unsigned>(inheritedRepeat) & kLow16;
-    dataId = static_cast<int>(high << 16 | static_cast<unsigned>(dataId));
-    return kIdCombined;
-}
-
-int apply_node_id(int marker, int& dataId) {
-    if (dataId < 0 || marker < 1 || marker > kLargestRepeat) return kIdUnchanged;
-    if (marker > kLargestCombinedRepeat) return kRepeatInvalid;
-    // Intended: only the low byte of a RepeatNodeID counts; from 128 on it makes the identifier
-    // negative, which no leaf is collected or set by.
-    const unsigned bits = static_cast<unsigned>(marker) << 24;
-    if ((static_cast<unsigned>(dataId) & bits) != 0) return kRepeatConflict;
-    dataId = static_cast<int>(static_cast<unsigned>(dataId) | bits);
-    return kIdCombined;
-}
-
-}  // namespace
 
 int _tree_combine_id_with_repeat_id(UXXmlWrapperBase& node, int& dataId, int& repeatOut,
                                     int inheritedRepeat) {
@@ -124,26 +77,26 @@ void format_missing_data_id(const UXXmlWrapperBase& node, CStringUTF8& errorText
                      static_cast<const char*>(name), static_cast<const char*>(label));
 }
 
+void format_id_problem(const IdProblem& problem, CStringUTF8& errorText) {
+    switch (problem.fault) {
+        case IdFault::kNone:
+            return;
+        case IdFault::kRepeat:
+            _tree_format_repeat_id_error(problem.node, problem.code, problem.id,
+                                         problem.inheritedRepeat, &errorText);
+            return;
+        case IdFault::kRepeatNode:
+            _tree_format_repeat_node_id_error(problem.node, problem.code, problem.id, &errorText);
+            return;
+        case IdFault::kMissing:
+            format_missing_data_id(problem.node, errorText);
+            return;
+    }
+}
+
 void format_duplicate_id(int id, int inheritedRepeat, CStringUTF8& errorText) {
     errorText.Format("\n******  _tree_set_values_by_ids found dup id = %d, %X. RepeatID = %d\n", id,
                      static_cast<unsigned>(id), inheritedRepeat);
-}
-
-bool apply_repeat(const UXXmlWrapperBase& node, const NodeMarks& marks, int inheritedRepeat,
-                  TransportId& out, CStringUTF8* errorText) {
-    const int own = marks.number_or(Mark::kRepeat, -1);
-    const int code = combine_id(own, out.id, out.repeat, inheritedRepeat);
-    if (code >= kIdUnchanged) return true;
-    _tree_format_repeat_id_error(node, code, out.id, inheritedRepeat, errorText);
-    return false;
-}
-
-bool apply_repeat_node(const UXXmlWrapperBase& node, const NodeMarks& marks, TransportId& out,
-                       CStringUTF8* errorText) {
-    const int code = apply_node_id(marks.number_or(Mark::kRepeatNode, -1), out.id);
-    if (code >= kIdUnchanged) return true;
-    _tree_format_repeat_node_id_error(node, code, out.id, errorText);
-    return false;
 }
 
 }  // namespace ux

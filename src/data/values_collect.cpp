@@ -14,10 +14,6 @@
 namespace ux {
 namespace {
 
-// Kinds of nodes that need no DataID, by their intrinsic ID.
-constexpr int kNoKind = 0;
-constexpr int kExemptKind = 77;
-
 CStringUTF8 label_or_tag(const UXXmlWrapperBase& node) {
     CStringUTF8 label;
     if (!node.GetPropertyValue(kLabel, label, 0)) node.GetTagName(label);
@@ -44,17 +40,20 @@ public:
           record_(record),
           options_(options),
           marks_(text_or(options.idAttribute, kDataId)),
-          defaultAttribute_(CStringUTF8(text_or(options.idAttribute, kDataId)) == kDataId) {}
+          // What stands in the text already is not replaced by a missing identifier.
+          reportsMissing_(options.errorText != nullptr && options.errorText->IsEmpty() &&
+                          CStringUTF8(text_or(options.idAttribute, kDataId)) == kDataId),
+          problem_(options.errorText != nullptr ? &met_ : nullptr) {}
 
     Step visit(UXXmlWrapperBase& node, Level& level, Level& below) {
         marks_.read(node);
-        if (marks_.number_or(Mark::kIgnored, 0) > 0) return Step::kOverBranch;
+        if (is_ignored(marks_)) return Step::kOverBranch;
 
         TransportId id = read_id(marks_, level.inheritedRepeat);
-        report_missing_id(node, id.id);
+        if (reportsMissing_) note_missing_id(node, id.id, level.inheritedRepeat, met_);
         // A broken rule costs a message only: the node travels under the identifier it has.
-        combine_with_repeat(node, marks_, level.inheritedRepeat, id, options_.errorText);
-        combine_with_repeat_node(node, marks_, id, options_.errorText);
+        combine_with_repeat(node, marks_, level.inheritedRepeat, id, problem_);
+        combine_with_repeat_node(node, marks_, level.inheritedRepeat, id, problem_);
 
         if (marks_.is_leaf()) {
             collect_leaf(node, id.id, level);
@@ -65,15 +64,9 @@ public:
         return options_.recursive && !themed ? Step::kIntoBranch : Step::kOverBranch;
     }
 
-private:
-    void report_missing_id(const UXXmlWrapperBase& node, int id) {
-        CStringUTF8* const text = options_.errorText;
-        if (text == nullptr || !defaultAttribute_ || id != -1 || !text->IsEmpty()) return;
-        int kind = kNoKind;
-        node.GetID(kind);
-        if (kind != kNoKind && kind != kExemptKind) format_missing_data_id(node, *text);
-    }
+    const IdProblem& problem() const { return met_; }
 
+private:
     void collect_leaf(UXXmlWrapperBase& node, int id, const Level& level) {
         if (id < 0) return;
         const bool fromUse = options_.useFlag && marks_.has(Mark::kUseText);
@@ -91,7 +84,7 @@ private:
     // Intended: what clears the theme flag here clears it for the rest of the level, so that a
     // theme ends where the first themed branch of a level begins.
     bool collect_branch(UXXmlWrapperBase& node, int id, Level& level) {
-        const bool themed = (marks_.bits(Mark::kTheme) & kThemeData) != 0;
+        const bool themed = is_themed(marks_);
         if (themed) level.themeFlag = false;
         if (id == -1) return themed;
         collect(node, id, themed ? ValueSource::kDataAttribute : ValueSource::kUseAttribute,
@@ -151,7 +144,9 @@ private:
     UXNameKey firstName_{record_.firstName};
     UXNameKey secondName_{record_.secondName};
     NodeMarks marks_;  // of the node at hand
-    bool defaultAttribute_;
+    bool reportsMissing_;
+    IdProblem met_;
+    IdProblem* problem_;  // null when nobody asks
     bool valuesOnly_ = record_.values != nullptr && record_.labels == nullptr &&
                        record_.firstValues == nullptr && record_.secondValues == nullptr &&
                        !options_.onlyChanged;
@@ -187,6 +182,7 @@ int _tree_get_values_by_ids(const UXXmlWrapperBase& tree, CArray<int, int>& ids,
                  [&](UXXmlWrapperBase& node, Level& level, Level& below) {
                      return collector.visit(node, level, below);
                  });
+    if (options.errorText != nullptr) format_id_problem(collector.problem(), *options.errorText);
     return ids.GetSize();
 }
 

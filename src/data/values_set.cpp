@@ -130,8 +130,8 @@ public:
     Step visit(UXXmlWrapperBase& node, const Level& level, Level& below) {
         marks_.read(node);
         TransportId id = read_id(marks_, level.inheritedRepeat);
-        if (!combine_with_repeat(node, marks_, level.inheritedRepeat, id, options_.errorText) ||
-            !combine_with_repeat_node(node, marks_, id, options_.errorText)) {
+        if (!combine_with_repeat(node, marks_, level.inheritedRepeat, id, &problem_) ||
+            !combine_with_repeat_node(node, marks_, level.inheritedRepeat, id, &problem_)) {
             return Step::kStop;
         }
         below.inheritedRepeat = id.repeat;
@@ -151,6 +151,7 @@ public:
     }
 
     int written() const { return written_; }
+    const IdProblem& problem() const { return problem_; }
 
 private:
     void set_leaf(UXXmlWrapperBase& node, int id, DWORD flags) {
@@ -205,6 +206,7 @@ private:
                        record_.secondValues == nullptr &&
                        (options_.callFlags & (kResetAutomatic | kCheckDynaUse)) == 0;
     int written_ = 0;
+    IdProblem problem_;
 };
 
 bool length_differs(const CWBOStringArray* values, const CArray<int, int>& ids) {
@@ -250,7 +252,9 @@ int _tree_set_values_by_ids(const UXXmlWrapperBase& tree, const CArray<int, int>
                                        [&](UXXmlWrapperBase& node, Level& level, Level& below) {
                                            return setter.visit(node, level, below);
                                        });
-    return finished ? setter.written() : kRepeatError;
+    if (finished) return setter.written();
+    if (options.errorText != nullptr) format_id_problem(setter.problem(), *options.errorText);
+    return kRepeatError;
 }
 
 }  // namespace ux

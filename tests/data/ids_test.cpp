@@ -39,7 +39,9 @@ std::string repeat_error(const char* xml, int dataId, int inheritedRepeat) {
     CStringUTF8 text("earlier text");
     ux::NodeMarks marks;
     marks.read(node);
-    EXPECT_FALSE(ux::combine_with_repeat(node, marks, inheritedRepeat, id, &text));
+    ux::IdProblem problem;
+    EXPECT_FALSE(ux::combine_with_repeat(node, marks, inheritedRepeat, id, &problem));
+    ux::format_id_problem(problem, text);
     return static_cast<const char*>(text);
 }
 
@@ -50,7 +52,9 @@ std::string repeat_node_error(const char* xml, int dataId) {
     CStringUTF8 text("earlier text");
     ux::NodeMarks marks;
     marks.read(node);
-    EXPECT_FALSE(ux::combine_with_repeat_node(node, marks, id, &text));
+    ux::IdProblem problem;
+    EXPECT_FALSE(ux::combine_with_repeat_node(node, marks, 0, id, &problem));
+    ux::format_id_problem(problem, text);
     return static_cast<const char*>(text);
 }
 

@@ -7,6 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "uxtree/data/values.h"
+
 #include "support/test_tree.h"
 
 namespace {
@@ -233,4 +235,91 @@ TEST(ux_describe, YieldsNullForWhatNobodyReturns) {
     EXPECT_EQ(ux_describe("zzz", 0), nullptr);
     EXPECT_EQ(ux_describe("uxtree_clear_all_value", 0), nullptr);
     EXPECT_EQ(ux_code_name(nullptr, 0), nullptr);
+}
+
+namespace {
+
+struct Found {
+    int code = -9;
+    std::string tag;
+    int identifier = 7;
+    int repeat = 7;
+    bool operator==(const Found&) const = default;
+};
+void PrintTo(const Found& found, std::ostream* out) {
+    *out << found.code << " " << found.tag << " " << found.identifier << " " << found.repeat;
+}
+
+Found problem_of(const std::string& xml, int setting) {
+    const NodePtr tree = parse(xml);
+    const NodePtr node = own(ux_node_new(nullptr));
+    const StringPtr tag = text("");
+    Found found;
+    found.code = ux_values_problem(tree.get(), setting, nullptr, 0, node.get(), &found.identifier,
+                                   &found.repeat);
+    if (ux_node_valid(node.get()) == 1) ux_node_tag(node.get(), tag.get());
+    found.tag = ux_string_text(tag.get());
+    return found;
+}
+
+}  // namespace
+
+TEST(ux_values_problem, NamesTheNodeAndItsIdentifier) {
+    EXPECT_EQ(problem_of("<r><a RepeatID='3'><b RepeatID='2' DataID='5'/></a></r>", 1),
+              (Found{1, "b", 5, 3}));
+    EXPECT_EQ(problem_of("<r><a RepeatID='32767' DataID='4'/></r>", 1), (Found{2, "a", 4, 0}));
+    EXPECT_EQ(problem_of("<r><a RepeatID='1'><b DataID='65536'/></a></r>", 1),
+              (Found{3, "b", 65536, 1}));
+    EXPECT_EQ(problem_of("<r><a DataID='16777216' RepeatNodeID='1'/></r>", 1),
+              (Found{4, "a", 16777216, 0}));
+    EXPECT_EQ(problem_of("<r><a DataID='1' RepeatNodeID='32767'/></r>", 1), (Found{5, "a", 1, 0}));
+    EXPECT_EQ(problem_of("<r><a DataID='1'/></r>", 1), (Found{0, "", 7, 7}));
+}
+
+TEST(ux_values_problem, LooksAsCollectingOrAsSettingDoes) {
+    const std::string two = "<r><a RepeatID='32767'/><b RepeatID='32767'/></r>";
+    EXPECT_EQ(problem_of(two, 1).tag, "a");
+    EXPECT_EQ(problem_of(two, 0).tag, "b");
+    const std::string ignored = "<r><a TreeGetByIdIgnore='1' RepeatID='32767'/></r>";
+    EXPECT_EQ(problem_of(ignored, 1).code, 2);
+    EXPECT_EQ(problem_of(ignored, 0).code, 0);
+    const std::string missing = "<r><a _ux_id='5'/></r>";
+    EXPECT_EQ(problem_of(missing, 1).code, 0);
+    EXPECT_EQ(problem_of(missing, 0), (Found{6, "a", -1, 0}));
+}
+
+// The text and the parts come from the same rules, whatever the tree.
+TEST(ux_values_problem, AgreesWithTheTextsOfTheEntryPoints) {
+    const ArrayPtr ids = array(UX_ARRAY_INTS);
+    const ArrayPtr values = array(UX_ARRAY_STRINGS);
+    const int id = 1;
+    ux_array_set_ints(ids.get(), &id, 1);
+    ux_array_add_string(values.get(), "v");
+    int problems = 0;
+    for (const char* outer : {"", "RepeatID='1'", "RepeatID='32767'", "TreeGetByIdIgnore='1'"}) {
+        for (const char* inner :
+             {"", "RepeatID='1'", "RepeatNodeID='32767'", "RepeatNodeID='1'", "_ux_id='5'"}) {
+            for (const char* own : {"", "DataID='1'", "DataID='99999999'"}) {
+                const std::string xml =
+                    std::string("<r><a ") + outer + "><b " + inner + " " + own + ">t</b></a></r>";
+                SCOPED_TRACE(xml);
+                const NodePtr tree = parse(xml);
+                const ArrayPtr gotIds = array(UX_ARRAY_INTS);
+                const ArrayPtr got = array(UX_ARRAY_STRINGS);
+                const StringPtr message = text("");
+                uxtree_get_values_with_ids(tree.get(), gotIds.get(), got.get(), 1, 0, 0, nullptr, 0,
+                                           message.get());
+                const int collecting =
+                    ux_values_problem(tree.get(), 0, nullptr, 0, nullptr, nullptr, nullptr);
+                EXPECT_EQ(collecting != 0, ux_string_length(message.get()) > 0);
+                const int code = uxtree_set_values_by_ids(tree.get(), ids.get(), values.get(), 0,
+                                                          nullptr, 0, nullptr, nullptr);
+                const int setting =
+                    ux_values_problem(tree.get(), 1, nullptr, 0, nullptr, nullptr, nullptr);
+                EXPECT_EQ(setting != 0, code == -5);
+                problems += setting != 0 ? 1 : 0;
+            }
+        }
+    }
+    EXPECT_GT(problems, 10);
 }

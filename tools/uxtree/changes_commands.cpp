@@ -102,7 +102,7 @@ int strip(UXXmlWrapperBase& tree, UXXmlWrapperBase& old, const ChangesOptions& o
     if (removed < 0) {
         // Below the codes there are the identifiers that stand twice, negated.
         const int code = removed < kRepeatConflict ? kDuplicateIdentifier : removed;
-        throw_refusal(code, -removed, "", options.tree);
+        throw_refusal(code, -removed, tree, options.tree);
     }
     return removed;
 }

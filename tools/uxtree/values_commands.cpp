@@ -131,12 +131,10 @@ int copy_by_id(UXXmlWrapperBase& from, UXXmlWrapperBase& to, const CopyOptions& 
         if (written >= 0) return written;
         if (written == -2) return 0;
     }
-    CStringUTF8 errorText;
-    const int written = vctree_set_values_by_ids(&to, &list.ids, &list.values, 0, &duplicate, 0,
-                                                 nullptr, &errorText);
+    const int written =
+        vctree_set_values_by_ids(&to, &list.ids, &list.values, 0, &duplicate, 0, nullptr, nullptr);
     if (written < 0) {
-        throw_refusal(written, duplicate, to_string(errorText),
-                      written == -4 ? options.from : options.to);
+        throw_refusal(written, duplicate, to, written == -4 ? options.from : options.to);
     }
     return written;
 }

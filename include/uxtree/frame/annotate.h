@@ -70,11 +70,15 @@
 //   equal                There is no difference.
 //   host_refused         The host refused a change.
 //   lengths_differ       The arrays differ in length, or one is missing.
+//   missing_id           A node of a kind that needs an identifier has none.
 //   no                   The answer is no, or an argument is unusable.
 //   no_array             There is no array for the names, or the object is no string array.
 //   no_identifier        There is no identifier to look for, or a link of the chain is missing.
 //   no_memory            There is not enough memory.
 //   no_numbers           The text holds no numbers, or one of its tokens is none.
+//   no_problem           There is nothing wrong.
+//   node_out_of_range    The RepeatNodeID of the node is out of range.
+//   node_overlaps        The RepeatNodeID of the node shares bits with its identifier.
 //   none                 There is none, or an argument is unusable.
 //   not_a_spectrum_file  The file cannot be read, is no XML, or holds no spectra.
 //   not_added            A node could not be added, or the tree is unusable.

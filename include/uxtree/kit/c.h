@@ -168,6 +168,25 @@ UXKIT_API int ux_last_error_column(void) UX_RETURNS(stored);
 UXKIT_API const char* ux_code_name(UX_IN const char* function, int code) UX_RETURNS(borrowed);
 UXKIT_API const char* ux_describe(UX_IN const char* function, int code) UX_RETURNS(borrowed);
 
+// What the values of a tree have against being collected or set, in parts: the same that
+// uxtree_get_values_with_ids and uxtree_set_values_by_ids tell as a text. setting 0 looks as
+// collecting does, which names the last broken rule or else the first missing identifier, and goes
+// on; any other value looks as setting does, which the first broken rule stops.
+//
+//   idAttribute      "DataID" when null or empty
+//   inheritedRepeat  the RepeatID under which tree itself stands; 0 for none
+//   node             receives the node at fault
+//   identifier       receives its identifier as far as it was combined, -1 for none
+//   repeat           receives the RepeatID that the node inherits
+//
+// Returns 0 when there is nothing, and the outputs are as they were; else what is wrong.
+UXKIT_API int ux_values_problem(UX_IN const UXXmlWrapperBase* tree, int setting,
+                                UX_OPT const char* idAttribute, int inheritedRepeat,
+                                UX_OPT UX_OUT UXXmlWrapperBase* node, UX_OPT UX_OUT int* identifier,
+                                UX_OPT UX_OUT int* repeat)
+    UX_RETURNS(number, no_problem = 0, unusable = -1, repeat_overlaps = 1, repeat_out_of_range = 2,
+               too_large = 3, node_overlaps = 4, node_out_of_range = 5, missing_id = 6);
+
 #ifdef __cplusplus
 }
 #endif

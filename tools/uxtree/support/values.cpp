@@ -8,6 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "uxtree/kit/c.h"
 #include "uxtree/uxtree_Utils.h"
 
 #include "support/failure.h"
@@ -20,25 +21,27 @@ namespace {
 
 constexpr std::array<const char*, 3> kEmbedded{"DynaUseChck", "Auto", "DynaFx"};
 
-// "Repeat ID conflict for Node with Name = Range2, Label = Second, Repeat ID = 2" as
-// "repeat ID conflict at Range2 \"Second\"".
-std::string sentence_of(const std::string& errorText) {
-    constexpr std::string_view kNode = " for Node with Name = ";
-    constexpr std::string_view kLabel = ", Label = ";
-    const std::size_t node = errorText.find(kNode);
-    const std::size_t label = errorText.find(kLabel, node);
-    if (node == std::string::npos || label == std::string::npos) return visible(errorText);
-    std::string what = errorText.substr(0, node);
-    if (what.starts_with("Repeat") || what.starts_with("Missing")) {
-        what[0] = static_cast<char>(what[0] - 'A' + 'a');
+// By the codes of ux_values_problem.
+constexpr std::array<const char*, 7> kProblems{"",
+                                               "repeat ID conflict",
+                                               "repeat ID invalid",
+                                               "DataID conflict with RepeatID",
+                                               "repeat Node ID conflict",
+                                               "repeat Node ID invalid",
+                                               "missing DataID"};
+
+// What is wrong with the values of a tree, as "repeat ID conflict at Range2 "Second""; "" for
+// nothing.
+std::string problem_of(const UXXmlWrapperBase& root, bool setting) {
+    UXXmlWrapperBase node;
+    const int code = ux_values_problem(&root, setting ? 1 : 0, nullptr, 0, &node, nullptr, nullptr);
+    if (code <= 0) return "";
+    std::string what = kProblems.at(static_cast<std::size_t>(code));
+    what += " at " + tag_of(node);
+    CStringUTF8 label;
+    if (node.GetPropertyValue("Label", label, 0) != 0 && !label.IsEmpty()) {
+        what += " \"" + to_string(label) + "\"";
     }
-    const std::size_t nameAt = node + kNode.size();
-    what += " at " + errorText.substr(nameAt, label - nameAt);
-    const std::size_t labelAt = label + kLabel.size();
-    const std::size_t end = errorText.rfind(", Repeat");
-    const std::string text =
-        errorText.substr(labelAt, end == std::string::npos || end < labelAt ? end : end - labelAt);
-    if (!text.empty()) what += " \"" + text + "\"";
     return visible(what);
 }
 
@@ -185,15 +188,16 @@ ValueList values_of_json(const std::string& file, const std::string& text) {
 ValueList collect_values(const UXXmlWrapperBase& root, const std::string& file) {
     UXXmlWrapperBase tree = root;
     ValueList list;
-    CStringUTF8 errorText;
-    vctree_get_values_with_ids(&tree, &list.ids, &list.values, 1, 0, 0, nullptr, 0, &errorText);
-    if (!errorText.IsEmpty()) warn(input_name(file) + ": " + sentence_of(to_string(errorText)));
+    vctree_get_values_with_ids(&tree, &list.ids, &list.values, 1, 0, 0, nullptr, 0, nullptr);
+    const std::string problem = problem_of(root, false);
+    if (!problem.empty()) warn(input_name(file) + ": " + problem);
     add_labels(root, list);
     return list;
 }
 
-void throw_refusal(int code, int duplicate, const std::string& errorText, const std::string& file) {
+void throw_refusal(int code, int duplicate, const UXXmlWrapperBase& root, const std::string& file) {
     const std::string name = input_name(file);
+    const std::string problem = code == kRepeatConflict ? problem_of(root, true) : "";
     switch (code) {
         case kNoValues:
             throw Failure(kRefused, name, "no values to set");
@@ -201,8 +205,7 @@ void throw_refusal(int code, int duplicate, const std::string& errorText, const 
             throw Failure(kRefused, name, fmt::format("duplicate identifier {}", duplicate),
                           "each identifier may stand once among the values");
         case kRepeatConflict:
-            throw Failure(kRefused, name,
-                          errorText.empty() ? "repeat id conflict" : sentence_of(errorText),
+            throw Failure(kRefused, name, problem.empty() ? "repeat id conflict" : problem,
                           "nested repeated branches need RepeatIDs without common bits");
         default:
             throw Failure(kRefused, name, fmt::format("refused with code {}", code));
@@ -212,10 +215,9 @@ void throw_refusal(int code, int duplicate, const std::string& errorText, const 
 int set_values(const UXXmlWrapperBase& root, ValueList& list, const std::string& file) {
     UXXmlWrapperBase tree = root;
     int duplicate = 0;
-    CStringUTF8 errorText;
     const int written = vctree_set_values_by_ids(&tree, &list.ids, &list.values, 0, &duplicate, 0,
-                                                 nullptr, &errorText);
-    if (written < 0) throw_refusal(written, duplicate, to_string(errorText), file);
+                                                 nullptr, nullptr);
+    if (written < 0) throw_refusal(written, duplicate, root, file);
     return written;
 }
 

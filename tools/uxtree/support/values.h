@@ -28,8 +28,9 @@ int set_values(const UXXmlWrapperBase& root, ValueList& list, const std::string&
 
 // The negative results of setting and copying.
 enum : int { kNoValues = -2, kDuplicateIdentifier = -4, kRepeatConflict = -5 };
-// Throws the Failure that such a result stands for. errorText may be empty.
-[[noreturn]] void throw_refusal(int code, int duplicate, const std::string& errorText,
+// Throws the Failure that such a result stands for. root is the tree whose identifiers break the
+// rules; it may be invalid.
+[[noreturn]] void throw_refusal(int code, int duplicate, const UXXmlWrapperBase& root,
                                 const std::string& file);
 
 // A saved values document; throws Failure when it is none.
