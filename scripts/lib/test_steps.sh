@@ -16,6 +16,8 @@ long_steps=(
     static    # 600 s
     packages  # 120 s
     huge      # 60 s
+    conformance  # 20 s, and once 10 MB from npm
+    mutants      # 300 s
 )
 
 not_tried=()
@@ -83,4 +85,19 @@ step_huge() {
     build release
     say "Testing: huge inputs"
     tests/cli/huge_inputs.py build/release/tools/uxtree/uxtree
+}
+
+# The documents of the W3C/OASIS conformance suite.
+step_conformance() {
+    local status=0
+    say "Conformance suite"
+    ./scripts/conformance || status=$?
+    [ "$status" != 3 ] || die "the conformance suite could not be fetched"
+    [ "$status" = 0 ] || die "conformance"
+}
+
+# Faults seeded into the strict reader, each of which its tests must catch.
+step_mutants() {
+    say "Faults in the strict reader"
+    tools/dev/mutate_reader.py || die "a fault in the reader goes unnoticed"
 }

@@ -1,0 +1,121 @@
+#!/usr/bin/env python3
+"""Seeds faults into the strict reader, one at a time, and checks that its tests catch each.
+
+Usage: tools/dev/mutate_reader.py [NUMBER...]
+
+A fault is a replacement of text in one file of src/xml/. The tests of the reader are compiled with
+the changed file in front of the real one and must fail; without a fault they must pass. The result
+is 1 when a fault goes unnoticed, or when its text is not found any more: then the list below is to
+be brought up to date. Takes half a minute for each fault.
+"""
+
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+READER = "strict_reader.h"
+SCAN = "scan.h"
+
+# What goes wrong, the file, the text, and what stands in its place.
+FAULTS = [
+    ("attributes may come twice", READER,
+     "if (name->stamp == stamp_) return fail(window_.begin());  // twice", ""),
+    ("']]>' is text", READER,
+     "if (at[1] == ']' && at[2] == '>') return nullptr;", ""),
+    ("'--' may stand in a comment", READER,
+     "return at[2] == '>' ? at + 3 : nullptr;", "if (at[2] == '>') return at + 3;"),
+    ("an instruction may be called XML", READER,
+     "if (reserved) return nullptr;", ""),
+    ("attributes need no blank between them", READER,
+     "            return fail(at);\n        }\n    }\n\n    // At a blank in a tag.",
+     "            --at; if (*at == '\"' || *at == '\\'') { *at = ' '; continue; } return fail(at);\n"
+     "        }\n    }\n\n    // At a blank in a tag."),
+    ("an end tag fits when it begins like the name", READER,
+     "                if (*p == '>') {\n                    sink_.end();",
+     "                while (!is_kind(*p, kNameStop)) ++p;\n"
+     "                if (*p == '>') {\n                    sink_.end();"),
+    ("a name is known by its ASCII start", READER,
+     "if (static_cast<signed char>(at[length]) < 0) return new_name(at);", ""),
+    ("long names are known by their first 16 bytes", READER,
+     "if (!known->tail_stands_at(at, window_.end())) return new_name(at);", ""),
+    ("a CR stays a CR", READER,
+     "            *at = '\\n';\n            return at + 1;", "            return at + 1;"),
+    ("blanks written as references are not kept", READER,
+     "if (reference.code <= ' ') sink_.keep();", ""),
+    ("sections do not keep blanks", READER,
+     "        sink_.keep();\n        return section(at + 9);", "        return section(at + 9);"),
+    ("text at the end of the window is lost", READER,
+     "        if (at != piece) sink_.text(piece, at);\n        const bool more = refill(at);",
+     "        const bool more = refill(at);"),
+    ("U+FFFF is a character", SCAN,
+     "return first == 0xEF && byte(1) == 0xBF && byte(2) >= 0xBE ? 0 : 3;", "return 3;"),
+    ("surrogates are characters", SCAN,
+     "if (first == 0xED) return byte(1) < 0xA0 ? 3 : 0;", ""),
+    ("overlong forms are characters", SCAN,
+     "const __m128i overlong = _mm_cmpeq_epi16(firsts, _mm_set1_epi16(0x00C0));",
+     "const __m128i overlong = _mm_setzero_si128(); (void)firsts;"),
+    ("control characters are text", SCAN,
+     "const __m128i odd = _mm_andnot_si128(lines, _mm_cmplt_epi8(block, firstPlain));\n"
+     "        const __m128i markup",
+     "const __m128i odd = _mm_cmplt_epi8(block, _mm_setzero_si128()); (void)lines; "
+     "(void)firstPlain;\n        const __m128i markup"),
+    ("numbers of references may be any", "references.cpp",
+     "if (p == first || *p != ';' || !is_xml_character(code)) return {0, 0, p - at};",
+     "if (p == first || *p != ';') return {0, 0, p - at};"),
+    ("CR LF in a value is two blanks", "references.cpp",
+     "at += at[0] == '\\r' && at[1] == '\\n' ? 2 : 1;", "at += 1;"),
+]
+
+
+def passes(folder):
+    """Do the tests, compiled with the files in folder in front of those of src/, pass?"""
+    program = folder / "test"
+    sources = [ROOT / "tests/xml/strict_reader_test.cpp", ROOT / "tests/xml/events.cpp",
+               ROOT / "tests/support/generated_xml.cpp", folder / "xml/window.cpp",
+               folder / "xml/references.cpp", ROOT / "src/base/xml_names.cpp"]
+    subprocess.run(["g++", "-std=c++20", "-O1", "-w", f"-I{folder}", f"-I{ROOT}/src",
+                    f"-I{ROOT}/include", f"-I{ROOT}/tests", *map(str, sources), "-o", str(program),
+                    "-lgmock", "-lgtest", "-lgtest_main", "-lexpat", "-lpthread"], check=True)
+    try:
+        run = subprocess.run([program, "--gtest_brief=1"], timeout=120,
+                             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False)
+    except subprocess.TimeoutExpired:
+        return False
+    return run.returncode == 0
+
+
+def with_fault(fault):
+    """Compiles and runs the tests with the fault; None is no fault at all."""
+    with tempfile.TemporaryDirectory() as name:
+        folder = pathlib.Path(name)
+        shutil.copytree(ROOT / "src/xml", folder / "xml")
+        if fault is not None:
+            _, file, text, other = fault
+            path = folder / "xml" / file
+            content = path.read_text()
+            if content.count(text) != 1:
+                return None
+            path.write_text(content.replace(text, other))
+        return passes(folder)
+
+
+def main():
+    wanted = [int(number) for number in sys.argv[1:]] or range(len(FAULTS) + 1)
+    good = True
+    for number in wanted:
+        fault = FAULTS[number - 1] if number > 0 else None
+        result = with_fault(fault)
+        if number == 0:
+            verdict = "passes" if result else "FAILS without any fault"
+        else:
+            verdict = {None: "NOT FOUND", True: "UNNOTICED", False: "caught"}[result]
+        good = good and verdict in ("passes", "caught")
+        print(f"{number:3} {verdict:10} {fault[0] if fault else 'no fault'}", flush=True)
+    return 0 if good else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
