@@ -24,14 +24,14 @@ bool set_bits(UXXmlWrapperBase& node, const char* name, unsigned int bits) {
     return node.SetPropertyValue(name, static_cast<int>(bits)) != 0;
 }
 
-bool remove_attribute(UXXmlWrapperBase& node, const char* name) {
-    return node.HasProperty(name, 0) && node.RemoveProperty(name);
+bool remove_attribute(UXXmlWrapperBase& node, const UXNameKey& name) {
+    return node.HasProperty(name) && node.RemoveProperty(name);
 }
 
-bool copy_attribute(const UXXmlWrapperBase& source, UXXmlWrapperBase& target, const char* name) {
-    CStringUTF8 text;
-    if (!source.GetPropertyValue(name, text, 0)) return false;
-    return target.SetPropertyValue(name, text) != 0;
+bool copy_attribute(const UXXmlWrapperBase& source, UXXmlWrapperBase& target,
+                    const UXNameKey& name) {
+    std::string_view text;
+    return source.GetPropertyView(name, text) && target.SetPropertyView(name, text);
 }
 
 // Moves the integer of attribute `from` into attribute `to`.
@@ -223,9 +223,10 @@ bool uxtree_modify_attribute(UXXmlWrapperBase* node, const char* name, unsigned 
 int uxtree_remove_attribute(UXXmlWrapperBase* tree, const char* name, int includeSelf) {
     return at_boundary(kBadArgument, [&] {
         if (name == nullptr || !usable(tree)) return kBadArgument;
-        int removed = includeSelf != 0 && remove_attribute(*tree, name) ? 1 : 0;
+        const UXNameKey key(name);
+        int removed = includeSelf != 0 && remove_attribute(*tree, key) ? 1 : 0;
         visit_below(*tree, [&](UXXmlWrapperBase& node) {
-            if (remove_attribute(node, name)) ++removed;
+            if (remove_attribute(node, key)) ++removed;
             return Step::kIntoBranch;
         });
         return removed;
@@ -254,7 +255,7 @@ int uxtree_node_copy_attribute(UXXmlWrapperBase* source, UXXmlWrapperBase* targe
                                const char* name) {
     return at_boundary(kFail, [&] {
         if (name == nullptr || !usable(source) || !usable(target)) return kFail;
-        return copy_attribute(*source, *target, name) ? kOk : kFail;
+        return copy_attribute(*source, *target, UXNameKey(name)) ? kOk : kFail;
     });
 }
 
@@ -265,9 +266,10 @@ int uxtree_copy_atts(UXXmlWrapperBase* source, UXXmlWrapperBase* target, const c
         UXXmlWrapperBase from = *source;
         UXXmlWrapperBase to = *target;
         // childrenOnly spares this top pair alone.
-        int copied = childrenOnly == 0 && copy_attribute(from, to, name) ? 1 : 0;
+        const UXNameKey key(name);
+        int copied = childrenOnly == 0 && copy_attribute(from, to, key) ? 1 : 0;
         for (long long depth = 0; step_to_next_pair(from, to, depth);) {
-            if (copy_attribute(from, to, name)) ++copied;
+            if (copy_attribute(from, to, key)) ++copied;
         }
         return copied;
     });
@@ -327,12 +329,13 @@ int uxtree_count_items_by_attribute(UXXmlWrapperBase* tree, const char* name, co
     return at_boundary(kBadArgument, [&] {
         if (!usable(tree)) return kBadArgument;
         int count = 0;
-        CStringUTF8 text;
+        const UXNameKey key(name);
         const auto counts = [&](const UXXmlWrapperBase& node) {
+            std::string_view text;
             if (name == nullptr) return true;
             // Intended: countMissing is about nodes without the attribute, not about those with
             // another value.
-            if (!node.GetPropertyValue(name, text, 0)) return countMissing != 0;
+            if (!node.GetPropertyView(key, text)) return countMissing != 0;
             return value == nullptr || text == value;
         };
         visit_below(*tree, [&](const UXXmlWrapperBase& node) {

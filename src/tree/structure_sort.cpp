@@ -28,10 +28,11 @@ CArray<int, int> sorted_order(const UXXmlWrapperBase& parent, const char* attrNa
     int* const numbers = order.GetData();
     std::vector<KeyedItem> keyed;
     keyed.reserve(static_cast<std::size_t>(order.GetSize()));
+    const UXNameKey key(attrName);
     int number = 0;
     for (const UXXmlWrapperBase& child : children(parent)) {
         int value = 0;
-        const bool hasKey = child.GetPropertyValue(attrName, value, 0) != 0;
+        const bool hasKey = child.GetPropertyValue(key, value) != 0;
         if (hasKey) keyed.push_back({key_of(value, ascending), static_cast<std::uint32_t>(number)});
         numbers[number] = hasKey ? kKeyed : number;
         ++number;
