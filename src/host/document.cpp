@@ -13,7 +13,58 @@
 #include "base/seeded_hash.h"
 
 namespace uxhost {
-namespace {}  // namespace
+namespace {
+
+// Where attributes stand in a list: a few are looked through, many have an index.
+class PlaceOfName {
+public:
+    explicit PlaceOfName(const std::vector<Attribute>& all) : all_(all), known_(all.size()) {
+        if (known_ <= kFew) return;
+        for (std::size_t i = 0; i < known_; ++i) index_.emplace(all[i].name, i);
+    }
+    // The end of the list for a name that it did not have at first.
+    std::size_t find(NameId name) const {
+        if (known_ > kFew) {
+            const auto found = index_.find(name);
+            return found == index_.end() ? all_.size() : found->second;
+        }
+        for (std::size_t i = 0; i < known_; ++i) {
+            if (all_[i].name == name) return i;
+        }
+        return all_.size();
+    }
+
+private:
+    static constexpr std::size_t kFew = 16;
+    const std::vector<Attribute>& all_;
+    std::size_t known_;
+    std::unordered_map<NameId, std::size_t> index_;
+};
+
+// Copies of values, which go again unless they are kept.
+class NewValues {
+public:
+    NewValues(ByteArena& bytes, std::size_t count) : bytes_(bytes) { made_.reserve(count); }
+    ~NewValues() {
+        for (const auto& [ref, size] : made_) bytes_.release(ref, size);
+    }
+    NewValues(const NewValues&) = delete;
+    NewValues& operator=(const NewValues&) = delete;
+    Ref add(std::string_view value) {
+        if (value.empty()) return 0;
+        const Ref ref = bytes_.allocate(value.size());
+        std::memcpy(bytes_.at(ref), value.data(), value.size());
+        made_.emplace_back(ref, value.size());
+        return ref;
+    }
+    void keep() { made_.clear(); }
+
+private:
+    ByteArena& bytes_;
+    std::vector<std::pair<Ref, std::size_t>> made_;
+};
+
+}  // namespace
 
 // --- names -------------------------------------------------------------------------------------
 
@@ -168,15 +219,52 @@ void Document::set_attribute(Element& element, NameId name, std::string_view val
     attribute->size = static_cast<std::uint32_t>(value.size());
 }
 
-void Document::remove_attribute(Element& element, const char* name) {
-    remove_found(element, find_attribute(element, name));
+void Document::merge_attributes(Element& element, const Document& from, const Element& source) {
+    if (source.attributeCount == 0) return;
+    const std::size_t own = element.attributeCount;
+    std::vector<Attribute> merged;
+    merged.reserve(own + source.attributeCount);
+    if (own != 0) merged.assign(attributes(element), attributes(element) + own);
+    PlaceOfName places(merged);
+    NewValues made(bytes_, source.attributeCount);
+    for (std::uint32_t i = 0; i < source.attributeCount; ++i) {
+        const Attribute attribute = from.attributes(source)[i];
+        const NameId name = &from == this ? attribute.name : intern(from.name_view(attribute.name));
+        const std::size_t place = places.find(name);
+        if (place == merged.size()) merged.emplace_back();
+        merged[place] = {name, attribute.size, made.add(from.attribute_value(attribute))};
+    }
+    reserve_attributes(element, merged.size());
+    made.keep();
+    Attribute* const all = attributes(element);
+    for (std::size_t i = 0; i < own; ++i) {
+        if (all[i].size != 0 && all[i].value != merged[i].value) {
+            bytes_.release(all[i].value, all[i].size);
+        }
+    }
+    std::copy(merged.begin(), merged.end(), all);
+    element.attributeCount = static_cast<std::uint32_t>(merged.size());
 }
+
+void Document::remove_attribute(Element& element, const char* name) {
+    if (element.attributeCount == 0 || name == nullptr || *name == '\0') return;
+    if (!names_.has_mark(NameTable::mark_of(name))) return;
+    const NameId known = names_.find(name);
+    if (known != 0) remove_attribute(element, known);
+}
+
+// From the end, since who removes many begins there.
 void Document::remove_attribute(Element& element, NameId name) {
-    remove_found(element, find_attribute(element, name));
+    if (element.attributeCount == 0) return;
+    const Attribute* const all = attributes(element);
+    for (std::uint32_t i = element.attributeCount; i-- > 0;) {
+        if (all[i].name != name) continue;
+        remove_found(element, all + i);
+        return;
+    }
 }
 
 void Document::remove_found(Element& element, const Attribute* found) {
-    if (found == nullptr) return;
     if (found->size != 0) bytes_.release(found->value, found->size);
     Attribute* const all = attributes(element);
     const auto index = static_cast<std::size_t>(found - all);

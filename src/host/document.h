@@ -147,6 +147,8 @@ public:
     }
     const Attribute* find_attribute(const Element& element, NameId name) const;
     void set_attribute(Element& element, NameId name, std::string_view value);
+    // Sets all attributes of another element; all or none.
+    void merge_attributes(Element& element, const Document& from, const Element& source);
     void remove_attribute(Element& element, const char* name);
     void remove_attribute(Element& element, NameId name);
     void clear_attributes(Element& element);

@@ -1,5 +1,6 @@
 // Attributes through the node handle, and what is kept in them.
 #include <algorithm>
+#include <cstring>
 #include <string_view>
 
 #include "uxtree/host/node.h"
@@ -34,9 +35,14 @@ const Attribute* find_attribute(const UXXmlWrapperBase& node, const UXNameKey& n
     return number == 0 ? nullptr : document.find_attribute(*element, number);
 }
 
+// Files carry an ID as an attribute of this name, so no attribute may be called so.
+bool is_reserved(const char* name) {
+    return name != nullptr && std::strcmp(name, uxhost::kIdAttribute) == 0;
+}
+
 int set_attribute(UXXmlWrapperBase& node, const char* name, const CStringUTF8& value) {
     Element* element = live(node);
-    if (element == nullptr) return 0;
+    if (element == nullptr || is_reserved(name)) return 0;
     return guarded([&] {
         const NameId id = document_of(node)->valid_name(name);
         if (id == 0) return 0;
@@ -148,13 +154,7 @@ int UXXmlWrapperBase::CopyAllAttributes(UXXmlWrapperBase& source, int /*unused*/
     if (element == nullptr || from == nullptr) return 0;
     if (element == from) return 1;
     return guarded([&] {
-        const Document& other = *document_of(source);
-        for (std::uint32_t i = 0; i < from->attributeCount; ++i) {
-            const Attribute attribute = other.attributes(*from)[i];
-            document_of(*this)->set_attribute(
-                *element, document_of(*this)->intern(other.name_view(attribute.name)),
-                other.attribute_value(attribute));
-        }
+        document_of(*this)->merge_attributes(*element, *document_of(source), *from);
         return 1;
     });
 }
@@ -203,7 +203,7 @@ int UXXmlWrapperBase::HasProperty(const UXNameKey& name) const {
 
 int UXXmlWrapperBase::SetPropertyView(const UXNameKey& name, std::string_view value) {
     Element* element = live(*this);
-    if (element == nullptr) return 0;
+    if (element == nullptr || is_reserved(name.c_str())) return 0;
     return guarded([&] {
         Document& document = *document_of(*this);
         NameId number = UXNodeAccess::number(name, document);

@@ -76,7 +76,7 @@ private:
         const Attribute* attribute = document_.attributes_or_null(element);
         for (std::uint32_t i = 0; i < element.attributeCount; ++i, ++attribute) {
             const std::string_view name = document_.name_view(attribute->name);
-            if (withId && name == kIdAttribute) continue;
+            if (withId && name == kIdAttribute) refuse_id(element);
             out_.put(' ');
             out_.put_padded(name);
             out_.put("=\"");
@@ -111,6 +111,14 @@ private:
             refuse(element, attribute);
         }
         out_.put_escaped(text, found, place);
+    }
+
+    // The attribute stands for the ID in files; one that was loaded with a text that is no number
+    // would be lost.
+    [[noreturn]] void refuse_id(const Element& element) const {
+        throw Unwritable(path_of(document_, element) +
+                         ": the ID has no place, since the element has an attribute \"" +
+                         kIdAttribute + "\"");
     }
 
     [[noreturn]] void refuse(const Element& element, std::string_view attribute) const {

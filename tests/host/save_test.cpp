@@ -122,18 +122,38 @@ TEST(Save, RefusesWhatXmlCannotHoldAndNamesTheNode) {
     EXPECT_THAT(files_in(folder), ElementsAre("f.xml"));
 }
 
-TEST(Save, FieldWinsOverAnAttributeOfTheReservedName) {
-    const TemporaryFolder folder;
+TEST(Save, TheReservedNameCannotBeSet) {
     TestTree tree("<r/>");
     UXXmlWrapperBase root = tree.root();
-    root.SetPropertyValue("_ux_id", CStringUTF8("x"));
-    root.SetID(4, false);
+    CWBOStringArray texts;
 
-    ASSERT_EQ(root.Save(folder.path("f.xml").c_str(), 0), 1);
-    UXXmlWrapperBase read;
-    ASSERT_EQ(read.load(folder.path("f.xml").c_str(), 0, false), 1);
+    EXPECT_EQ(root.SetPropertyValue("_ux_id", CStringUTF8("x")), 0);
+    EXPECT_EQ(root.SetPropertyValue("_ux_id", 4), 0);
+    EXPECT_EQ(root.SetPropertyValue("_ux_id", 4.5), 0);
+    EXPECT_EQ(root.SetPropertyValue("_ux_id", texts), 0);
+    EXPECT_EQ(root.SetPropertyView(UXNameKey("_ux_id"), "x"), 0);
+    EXPECT_EQ(root.SetPropertyValue("_ux_ids", 4), 1);
 
-    EXPECT_EQ(to_text(read), R"(<r _ux_id="4"></r>)");
+    EXPECT_EQ(to_text(root), R"(<r _ux_ids="4"></r>)");
+}
+
+TEST(Save, AnIdHasNoPlaceBesideALoadedAttributeOfTheReservedName) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("f.xml", "<r><a _ux_id='x'/></r>");
+    UXXmlWrapperBase root;
+    UXXmlWrapperBase a;
+    UXXmlWrapperBase copy;
+    ASSERT_EQ(root.load(path.c_str(), 0, false), 1);
+    ASSERT_EQ(root.FindChild("a", &a, 1), 1);
+    ASSERT_EQ(root.AddNodeCopy(&a, 1, &copy), 1);
+    ASSERT_EQ(root.Save(path.c_str(), 0), 1);
+    EXPECT_THAT(read_file(path), HasSubstr("<r><a _ux_id=\"x\"/><a _ux_id=\"x\"/></r>"));
+
+    a.SetID(4, false);
+
+    EXPECT_EQ(root.Save(path.c_str(), 0), 0);
+    EXPECT_THAT(std::string(UXGetLastSaveError()), HasSubstr("/r/a[1]: the ID has no place"));
+    EXPECT_THAT(read_file(path), HasSubstr("<a _ux_id=\"x\"/>"));
 }
 
 TEST(Save, FailedSaveLeavesTheOldFileWhole) {

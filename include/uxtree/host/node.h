@@ -122,6 +122,7 @@ public:
     int GetPropertyValue(const char* name, int& out, int unused) const;
     int GetPropertyValue(const char* name, double& out, int unused) const;
     // Creates the attribute as the last one, or overwrites it in its place. 0 for an invalid name.
+    // 0 also for the name "_ux_id", by which files carry the ID.
     int SetPropertyValue(const char* name, int value);
     int SetPropertyValue(const char* name, double value);
     int SetPropertyValue(const char* name, const CStringUTF8& value);
