@@ -41,6 +41,10 @@ std::uint64_t word_at(const char* bytes) {
 
 }  // namespace
 
+std::uint64_t seeded_multiplier() {
+    return secrets().third | 1U;
+}
+
 std::uint64_t seeded_hash(std::string_view text) {
     const Secrets& secret = secrets();
     const char* at = text.data();

@@ -11,6 +11,10 @@ namespace ux {
 // the process draws at random, so that nobody can choose texts whose hashes collide.
 std::uint64_t seeded_hash(std::string_view text);
 
+// An odd number to multiply integers by, likewise drawn by the process: the high bits of the product
+// spread any integers that were chosen without knowing it.
+std::uint64_t seeded_multiplier();
+
 // For the containers of the standard library.
 struct SeededHash {
     std::size_t operator()(std::string_view text) const { return seeded_hash(text); }

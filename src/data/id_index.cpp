@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <functional>
 
+#include "base/seeded_hash.h"
+
 namespace ux {
 namespace {
 
@@ -48,6 +50,7 @@ void IdIndex::build() {
     const std::size_t buckets =
         std::bit_ceil(2 * static_cast<std::size_t>(size_) / kBucketSize + 1);
     bucketShift_ = 64U - static_cast<unsigned>(std::countr_zero(buckets));
+    multiplier_ = seeded_multiplier();
     table_.assign(buckets * kBucketSize, Entry{0, kFree});
     for (int i = 0; i < size_; ++i) {
         Entry& entry = slot_of(ids_[i]);
@@ -60,11 +63,10 @@ void IdIndex::build() {
 }
 
 // Identifiers that follow each other share a bucket, hence a cache line; the buckets are spread by
-// multiplication, so that no regular pattern of identifiers crowds one of them.
+// multiplication with a secret, so that no pattern of identifiers crowds one of them, chosen or not.
 IdIndex::Entry& IdIndex::slot_of(int id) {
     const std::uint64_t key = static_cast<std::uint32_t>(id) >> kBucketBits;
-    const std::uint64_t bucket =
-        bucketShift_ == 64U ? 0 : (key * 0x9E3779B97F4A7C15U) >> bucketShift_;
+    const std::uint64_t bucket = bucketShift_ == 64U ? 0 : (key * multiplier_) >> bucketShift_;
     std::size_t slot = static_cast<std::size_t>(bucket) * kBucketSize +
                        (static_cast<std::uint32_t>(id) & (kBucketSize - 1));
     while (table_[slot].index != kFree && table_[slot].id != id) {

@@ -1,6 +1,7 @@
 // Finding entries of an identifier array by value, at the same cost for a million as for ten.
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "uxtree/host/array.h"
@@ -38,6 +39,7 @@ private:
     int next_ = 0;
     int repeated_ = -1;
     unsigned bucketShift_ = 0;
+    std::uint64_t multiplier_ = 0;
     std::vector<Entry> table_;
 };
 

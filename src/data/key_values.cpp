@@ -2,6 +2,7 @@
 #include "uxtree/data/key_values.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "data/level_walk.h"
@@ -36,6 +37,44 @@ bool ends_escaped(const CStringUTF8& token) {
     }
     return backslashes % 2 != 0;
 }
+
+// A token with the texts that it takes up, kept apart so that a long chain of tokens is not copied
+// anew for each of them.
+class JoinedTokens {
+public:
+    explicit JoinedTokens(char separator) : separator_(separator) {}
+
+    void put_in_front(const CStringUTF8& token) {
+        CStringUTF8 text = token;
+        // A run of backslashes that goes on behind the separator is one run.
+        if (separator_ == '\\' && !texts_.empty()) text = text + take();
+        texts_.push_back(std::move(text));
+        escaped_.push_back(texts_.size() - 1);
+    }
+    // Halves every run of backslashes; texts without one are not looked at again.
+    void unescape() {
+        std::vector<std::size_t> still;
+        for (const std::size_t place : escaped_) {
+            if (texts_[place].Replace(kDoubledBackslash, kBackslash) > 0) still.push_back(place);
+        }
+        escaped_ = std::move(still);
+    }
+    // The whole text; nothing is left.
+    CStringUTF8 take() {
+        std::string whole;
+        for (auto text = texts_.rbegin(); text != texts_.rend(); ++text) whole += view_of(*text);
+        texts_.clear();
+        escaped_.clear();
+        CStringUTF8 out;
+        out.Assign(whole.data(), whole.size());
+        return out;
+    }
+
+private:
+    char separator_;
+    std::vector<CStringUTF8> texts_;    // the last one first
+    std::vector<std::size_t> escaped_;  // those that may hold doubled backslashes
+};
 
 void write_path(UXXmlWrapperBase& node, const char* attribute, const std::string& path) {
     node.SetPropertyValue(attribute, CStringUTF8(path.c_str()));
@@ -72,19 +111,23 @@ void vctree_convert_escape_character(CWBOStringArray& tokens, char separator, bo
         if (tokens.IsEmpty()) return;
         // Intended: the last token is unescaped only when the one before it takes it up, and a
         // text that was taken up is unescaped for the second time with its new owner.
-        int follower = tokens.GetSize() - 1;
-        for (int i = follower - 1; i >= 0; --i) {
-            CStringUTF8 token = std::move(tokens[i]);
-            if (ends_escaped(token)) {
+        std::vector<CStringUTF8> joined;  // the last one first
+        JoinedTokens group(separator);
+        for (int i = tokens.GetSize() - 1; i >= 0; --i) {
+            const bool isLast = i == tokens.GetSize() - 1;
+            CStringUTF8 token = tokens[i];
+            if (!isLast && ends_escaped(token)) {
                 token.SetAt(token.GetLength() - 1, separator);
-                token += tokens[follower];
-            } else {
-                --follower;
+            } else if (!isLast) {
+                joined.push_back(group.take());
             }
-            if (!keepEscapes) token.Replace(kDoubledBackslash, kBackslash);
-            tokens[follower] = std::move(token);
+            group.put_in_front(token);
+            if (!keepEscapes && !isLast) group.unescape();
         }
-        tokens.RemoveAt(0, follower);
+        joined.push_back(group.take());
+        CWBOStringArray out;
+        for (auto text = joined.rbegin(); text != joined.rend(); ++text) out.Add(std::move(*text));
+        tokens = std::move(out);
     });
 }
 

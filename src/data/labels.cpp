@@ -25,6 +25,9 @@ namespace {
 constexpr char kPartSeparator[] = " (\" - \") ";
 constexpr char kPlainSeparator[] = " - ";
 
+// Occurrences may overlap, so that each repeats most of the label.
+constexpr std::size_t kMostGrowth = std::size_t{1} << 24;
+
 enum : int { kModeTag = 0, kModeLabel = 1, kModeFull = 2 };
 
 CStringUTF8 enclosed(const CStringUTF8& text) {
@@ -140,6 +143,7 @@ bool replace_part(CStringUTF8& out, const CStringUTF8& label, const CWBOStringAr
     const std::string_view whole = text;
     std::vector<Rewritten> occurrences;
     std::size_t start = 0;
+    std::size_t length = 0;  // of what is rewritten so far
     if (!given(prefix) || whole.rfind(prefix, 0) == 0) {
         Locator locator(whole, find);
         Locator::Place place{};
@@ -149,6 +153,12 @@ bool replace_part(CStringUTF8& out, const CStringUTF8& label, const CWBOStringAr
                 {whole.substr(start, place.head - start),
                  combined_replacements(replacements,
                                        whole.substr(place.middle, place.tail - place.middle))});
+            const Rewritten& last = occurrences.back();
+            length += last.head.size() + view_of(last.combined).size();
+            if (length > whole.size() + kMostGrowth) {
+                out = label;
+                return false;
+            }
             start = place.tail;
         }
     }

@@ -1,4 +1,5 @@
 // The input-data table of a report: rows of data sets, parameters and their columns.
+#include <algorithm>
 #include <array>
 #include <limits>
 #include <vector>
@@ -77,25 +78,28 @@ UXXmlWrapperBase cell_of(UXXmlWrapperBase& row, const Column& column) {
 
 // --- parameters ----------------------------------------------------------------------------------
 
-// The first nodes of a tree by depth-first number, branches counted as well as leaves. They are
-// numbered once, because every row of a table asks for three of them.
+// The nodes of a tree by depth-first number, branches counted as well as leaves: those from first
+// to below end. They are numbered once, because every row of a table asks for three of them.
 class NumberedNodes {
 public:
-    explicit NumberedNodes(const UXXmlWrapperBase* tree,
-                           int limit = std::numeric_limits<int>::max()) {
-        if (!usable(tree) || limit < 1) return;
+    explicit NumberedNodes(const UXXmlWrapperBase* tree, int first = 0,
+                           int end = std::numeric_limits<int>::max())
+        : first_(std::max(first, 0)) {
+        if (!usable(tree) || end < 1) return;
+        int number = 0;
         visit_below(*tree, [&](UXXmlWrapperBase& node) {
-            nodes_.push_back(node);
-            return size() < limit ? Step::kIntoBranch : Step::kStop;
+            if (number >= first_) nodes_.push_back(node);
+            return ++number < end ? Step::kIntoBranch : Step::kStop;
         });
     }
     UXXmlWrapperBase* at(int number) {
-        if (number < 0 || number >= size()) return nullptr;
-        return &nodes_[static_cast<std::size_t>(number)];
+        if (number < first_) return nullptr;
+        const auto place = static_cast<std::size_t>(number - first_);
+        return place < nodes_.size() ? &nodes_[place] : nullptr;
     }
 
 private:
-    int size() const { return static_cast<int>(nodes_.size()); }
+    int first_;
     std::vector<UXXmlWrapperBase> nodes_;
 };
 
@@ -133,7 +137,7 @@ void write_reference(UXXmlWrapperBase& row, const Column& column, int dataIndex,
 void write_parameters(UXXmlWrapperBase& row, const Weighting& weighting,
                       const UXXmlWrapperBase* paramTree, int variablePlace) {
     const int first = first_parameter(variablePlace);
-    NumberedNodes nodes(paramTree, wrapping_sum(first, static_cast<int>(kParameterCount)));
+    NumberedNodes nodes(paramTree, first, wrapping_sum(first, static_cast<int>(kParameterCount)));
     for (std::size_t k = 0; k < kParameterCount; ++k) {
         if (!weighting.uses[k]) continue;
         UXXmlWrapperBase cell = cell_of(row, parameter_column(k));

@@ -22,6 +22,10 @@ def wide(count):
     return "<r>" + "".join(f'<n{i % 100} DataID="{i}">{i}</n{i % 100}>' for i in range(count)) + "</r>"
 
 
+def attributes(count):
+    return "<r " + " ".join(f'a{i}="{i}"' for i in range(count)) + "/>"
+
+
 # name, document, arguments ("@" is the file), exit code, bytes of output at least, seconds, MiB
 ROWS = [
     ("outline of a million levels", lambda: deep(1_000_000), ["outline", "@", "-o", "/dev/null"],
@@ -29,6 +33,10 @@ ROWS = [
     ("a million levels are refused", lambda: deep(1_000_000), ["show", "@"], 3, 0, 10, 500),
     ("a million siblings", lambda: wide(1_000_000), ["show", "@", "-o", "/dev/null"],
      0, 0, 20, 1500),
+    ("200,000 attributes of one element", lambda: attributes(200_000),
+     ["show", "-a", "@", "-o", "/dev/null"], 0, 0, 10, 1000),
+    ("200,000 attributes stripped", lambda: attributes(200_000),
+     ["edit", "-o", "/dev/null", "@", "strip"], 0, 0, 10, 1000),
     ("100 MB of text in one element", lambda: "<r>" + "word " * 20_000_000 + "</r>",
      ["show", "@", "-o", "/dev/null"], 0, 0, 20, 1500),
 ]

@@ -1,6 +1,8 @@
 #include "uxtree/data/key_values.h"
 
+#include <random>
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -161,6 +163,46 @@ TEST(vctree_convert_escape_character, JoinsATokenThatEndsInAnOddNumberOfBackslas
 TEST(vctree_convert_escape_character, KeepsDoubledBackslashesOnRequestButStillJoins) {
     EXPECT_THAT(rejoined({"ab\\\\", "cd"}, true), ElementsAre("ab\\\\", "cd"));
     EXPECT_THAT(rejoined({"a\\\\\\", "c"}, true), ElementsAre("a\\\\,c"));
+}
+
+// Token by token, each time over the whole text.
+std::vector<std::string> plainly_joined(std::vector<std::string> tokens, char separator,
+                                        bool keepEscapes) {
+    std::size_t follower = tokens.size() - 1;
+    for (std::size_t i = follower; i-- > 0;) {
+        std::string token = tokens[i];
+        const std::size_t text = token.find_last_not_of('\\') + 1;
+        if ((token.size() - text) % 2 != 0) {
+            token.back() = separator;
+            token += tokens[follower];
+        } else {
+            --follower;
+        }
+        for (std::size_t at = 0; !keepEscapes && (at = token.find("\\\\", at)) != std::string::npos;
+             ++at) {
+            token.erase(at, 1);
+        }
+        tokens[follower] = token;
+    }
+    tokens.erase(tokens.begin(), tokens.begin() + static_cast<std::ptrdiff_t>(follower));
+    return tokens;
+}
+
+TEST(vctree_convert_escape_character, JoinsAsThePlainDefinitionDoes) {
+    std::mt19937 random(11);
+    for (int round = 0; round < 5000; ++round) {
+        std::vector<std::string> tokens(1 + random() % 8);
+        for (std::string& token : tokens) {
+            for (auto i = random() % 6; i > 0; --i) token += "\\\\\\a,"[random() % 5];
+        }
+        const char separator = ",\\;"[random() % 3];
+        const bool keepEscapes = random() % 2 == 0;
+        CWBOStringArray array = uxtest::string_list(tokens);
+
+        vctree_convert_escape_character(array, separator, keepEscapes);
+
+        ASSERT_EQ(uxtest::texts(array), plainly_joined(tokens, separator, keepEscapes)) << round;
+    }
 }
 
 TEST(vctree_convert_escape_character, UnescapesTheLastTokenOnlyWhenItIsTakenUp) {

@@ -24,9 +24,7 @@ public:
 
     void add(const std::string& file, const UXXmlWrapperBase& node, const std::string& ownText) {
         rows_.push_back({file, {}});
-        for (const std::string& name : attribute_names(node)) {
-            add_value("@" + name, attribute_of(node, name.c_str()).value_or(""));
-        }
+        for (const auto& [name, value] : all_attributes(node)) add_value("@" + name, value);
         if (node.GetNodeCount() == 0) return add_value(".", ownText);
         std::vector<std::string> path;
         walk(node, [&](const UXXmlWrapperBase& below, std::size_t level) {

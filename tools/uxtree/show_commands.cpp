@@ -102,9 +102,8 @@ private:
     }
 
     void show_attributes(const UXXmlWrapperBase& node) {
-        for (const std::string& name : attribute_names(node)) {
+        for (const auto& [name, value] : all_attributes(node)) {
             if (is_shown_by_itself(name)) continue;
-            const std::string value = attribute_of(node, name.c_str()).value_or("");
             add(Role::kAttribute, fmt::format("@{}=\"{}\"", visible(name), shown(value)));
         }
     }

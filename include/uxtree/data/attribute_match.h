@@ -13,6 +13,10 @@ extern "C" {
 //   extraAttribute   null or empty: none.         recursive       0: the children of both only.
 //   all              0: the first match only.     caseSensitive   0: ASCII case is ignored.
 //
+// The time grows with the two trees together. Only when the target or the extra attribute is the
+// match attribute itself, so that what one leaf writes changes what the next one finds, does every
+// leaf walk the target: the time then grows with the leaves times the nodes.
+//
 // 1 or 0, for a match or none in the last search made. With `all`, a search reports only about the
 // nodes behind the last branch of target it entered. A recursive pass over a branch of source that
 // holds no leaf to match ends with 0. 0 also for an unusable tree.

@@ -51,7 +51,9 @@ UXTREE_API int uxtree_get_localization_node(UX_OUT_RELEASED UXXmlWrapperBase* ou
 // label that begins with it is rewritten. out and label may be the same string.
 //
 // True when the label was rewritten. Otherwise false: out is the label when a text or the prefix
-// was missing, and untouched for a null out or label or objects that are no string arrays.
+// was missing, or when the result would be more than 16 MiB longer than the label (parts may
+// overlap, so that each repeats most of it), and untouched for a null out or label or objects that
+// are no string arrays.
 UXTREE_API bool uxtree_get_replaced_combined_label(UX_OUT CStringUTF8* out,
                                                    UX_IN CStringUTF8* label,
                                                    UX_STRINGS UXScriptObject* find,

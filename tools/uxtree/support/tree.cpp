@@ -37,6 +37,17 @@ std::vector<std::string> attribute_names(const UXXmlWrapperBase& node) {
     return to_strings(names);
 }
 
+std::vector<std::pair<std::string, std::string>> all_attributes(const UXXmlWrapperBase& node) {
+    CWBOStringArray names;
+    CWBOStringArray values;
+    node.GetPropertyNamesAndValues(names, &values, nullptr);
+    std::vector<std::pair<std::string, std::string>> out;
+    for (int i = 0; i < names.GetSize(); ++i) {
+        out.emplace_back(to_string(names[i]), to_string(values[i]));
+    }
+    return out;
+}
+
 std::string value_of(const UXXmlWrapperBase& node) {
     CStringUTF8 text;
     node.GetNodeStringWithBlobInfo(text, 0);

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "uxtree/host/host.h"
@@ -17,6 +18,8 @@ std::string tag_of(const UXXmlWrapperBase& node);
 // Nothing when the node lacks the attribute.
 std::optional<std::string> attribute_of(const UXXmlWrapperBase& node, const char* name);
 std::vector<std::string> attribute_names(const UXXmlWrapperBase& node);
+// Names and values, in the order of the document.
+std::vector<std::pair<std::string, std::string>> all_attributes(const UXXmlWrapperBase& node);
 // The element's own text, "" when there is none.
 std::string value_of(const UXXmlWrapperBase& node);
 std::string join(const std::vector<std::string>& texts, const std::string& separator);

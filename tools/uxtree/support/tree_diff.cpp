@@ -305,8 +305,7 @@ std::vector<TreeLine> lines_of(const UXXmlWrapperBase& root) {
         if (level > 0) line.parent = open[level - 1];
         int id = 0;
         if (node.GetID(id) != 0) line.text += fmt::format("  #{}", id);
-        for (const std::string& name : attribute_names(node)) {
-            const std::string value = attribute_of(node, name.c_str()).value_or("");
+        for (const auto& [name, value] : all_attributes(node)) {
             line.text += fmt::format("  @{}=\"{}\"", visible(name), visible(value));
         }
         const std::string value = value_of(node);
