@@ -2,6 +2,7 @@
 #include "host/layout_writer.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <optional>
 #include <unordered_map>
@@ -22,6 +23,25 @@ namespace uxhost {
 using namespace ux::xml;
 
 namespace {
+
+// Bytes that mean something else than themselves, in character data and in a quoted value.
+enum : std::uint8_t { kInCharacters = 1, kInValue = 2 };
+
+constexpr std::array<std::uint8_t, 256> make_stops() {
+    std::array<std::uint8_t, 256> stops{};
+    stops['&'] = stops['\r'] = kInCharacters | kInValue;
+    stops['<'] = kInCharacters;
+    stops['\t'] = stops['\n'] = kInValue;
+    return stops;
+}
+constexpr std::array<std::uint8_t, 256> kStops = make_stops();
+
+// Does everything stand for itself?
+bool is_literal(std::string_view raw, std::uint8_t stop) {
+    std::uint8_t found = 0;
+    for (const char c : raw) found |= kStops[static_cast<unsigned char>(c)];
+    return (found & stop) == 0;
+}
 
 constexpr std::string_view kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
 
@@ -399,10 +419,7 @@ private:
     // Does the written value stand for the other one as it is?
     bool is_same_value(const ScannedAttribute& attribute, std::string_view value) const {
         const std::string_view raw = range(attribute.valueBegin, attribute.valueEnd);
-        if (raw.size() == value.size() && raw == value) {
-            return raw.find_first_of("&\t\n\r") == std::string_view::npos;
-        }
-        if (raw.find_first_of("&\t\n\r") == std::string_view::npos) return false;
+        if (is_literal(raw, kInValue)) return raw == value;
         WrittenValue written(text(), entityText_);
         written.add_attribute(attribute.valueBegin, attribute.valueEnd);
         return written.text() == value;
@@ -633,6 +650,12 @@ private:
     void push_same(Frame&& frame) {
         const ScannedElement& place = scanned_.elements[frame.source];
         put_space(tag_.attributesEnd, tag_.end, frame.shift);
+        const bool isLeaf = frame.element->first == 0;
+        if (isLeaf &&
+            document_.name_view(frame.element->tag) == range(place.begin + 1, tag_.nameEnd)) {
+            out_.text.copy(tag_.end, place.end);
+            return;
+        }
         frame.form = Frame::Form::kSame;
         frame.at = tag_.end;
         frame.child = document_.element(frame.element->first);
@@ -697,7 +720,7 @@ private:
         const std::size_t begin = tag_.end;
         const std::size_t end = end_tag_of(scanned_.elements[frame.source]);
         const std::string_view raw = range(begin, end);
-        if (raw.find_first_of("<&\r") == std::string_view::npos) return raw == value;
+        if (is_literal(raw, kInCharacters)) return raw == value;
         return read_value(frame) == value;
     }
     // Text of entities with elements is part of the value as well.

@@ -21,14 +21,15 @@ std::size_t behind(std::string_view text, std::size_t at, std::string_view mark)
 
 // Behind the ">" that ends a tag; quoted values may hold one.
 std::size_t tag_end(std::string_view text, std::size_t at) {
-    while (at < text.size()) {
-        const char c = text[at++];
-        if (c == '>') return at;
-        if (c == '"' || c == '\'') {
-            const void* quote = std::memchr(text.data() + at, c, text.size() - at);
-            if (quote == nullptr) return kNowhere;
-            at = static_cast<std::size_t>(static_cast<const char*>(quote) - text.data()) + 1;
-        }
+    const char* p = text.data() + at;
+    const char* const end = text.data() + text.size();
+    while (p < end) {
+        const char c = *p++;
+        if (c == '>') return static_cast<std::size_t>(p - text.data());
+        if (c != '"' && c != '\'') continue;
+        while (p < end && *p != c) ++p;  // most values are short
+        if (p == end) return kNowhere;
+        ++p;
     }
     return kNowhere;
 }
