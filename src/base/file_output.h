@@ -6,6 +6,8 @@
 
 namespace ux {
 
+// A file keeps its owner, group, mode, access control list and other attributes; until all of it is
+// there nobody else can read the new one. A link stays one, and what it leads to is replaced.
 // Writes beside the target and renames over it on commit, after everything reached the disk. A
 // device, which cannot be replaced, is written directly. Without commit nothing remains.
 class FileOutput {
@@ -24,7 +26,8 @@ public:
     const std::string& reason() const { return reason_; }
 
 private:
-    void open_temporary(unsigned mode);
+    void open_temporary(bool replaces);
+    void take_properties();
     void fail(const char* action, int error);
     bool check(int result, const char* action);
 
@@ -33,6 +36,16 @@ private:
     std::string reason_;
     int error_ = 0;
     int descriptor_ = -1;
+    int slot_ = -1;          // among the unfinished files
+    bool replaces_ = false;  // a file that was there
 };
+
+// Removes the files of this process that were begun and not committed. For a signal handler that
+// lets the process die then: it is async-signal-safe, and what goes on writing is not told.
+void remove_unfinished_files() noexcept;
+
+// What the last file that this thread replaced did not keep of the old one, because the system did
+// not allow it: "owner, group", "" when it kept all.
+std::string unkept_properties();
 
 }  // namespace ux

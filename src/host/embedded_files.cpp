@@ -23,3 +23,11 @@ bool UXFileOutput::Commit() {
 int UXFileOutput::Error() const {
     return state_->file.error();
 }
+
+void UXRemoveUnfinishedFiles() {
+    ux::remove_unfinished_files();
+}
+
+CStringUTF8 UXGetUnkeptProperties() {
+    return ux::unkept_properties().c_str();
+}

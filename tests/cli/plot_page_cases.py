@@ -1,4 +1,6 @@
 """The page of n42 plot, as a browser draws it. Cannot be tried without Chromium."""
+import base64
+import hashlib
 import json
 import pathlib
 import re
@@ -11,6 +13,17 @@ from harness import Skip
 
 EXAMPLE = pathlib.Path(__file__).resolve().parents[2] / "examples" / "spectrum.n42"
 CURVE_COLOURS = [(0x1f, 0x6f, 0xeb), (0xd9, 0x48, 0x0f), (0x2b, 0x8a, 0x3e), (0x9c, 0x36, 0xb5)]
+
+
+def test_AllowsNoScriptButItsOwn(tool):
+    tool.run(["n42", "plot", str(EXAMPLE), "-o", "page.html"])
+    page = tool.path("page.html").read_text()
+    policy = re.search('Content-Security-Policy" content="([^"]*)"', page).group(1)
+    script = page[page.index("<script>") + len("<script>"):page.rindex("</script>")]
+    digest = base64.b64encode(hashlib.sha256(script.encode()).digest()).decode()
+    assert f"script-src 'sha256-{digest}'" in policy, policy
+    assert policy.startswith("default-src 'none';"), policy
+    assert not re.search(r'<[^>]* on[a-z]+="', page), "a handler in an attribute would not run"
 
 
 def open_page(tool, *args, what=""):

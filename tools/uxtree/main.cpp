@@ -6,7 +6,10 @@
 
 #include <fmt/format.h>
 
+#include "uxtree/host/embedded_files.h"
+
 #include "support/command.h"
+#include "support/file.h"
 #include "support/output.h"
 #include "support/style.h"
 #include "support/text.h"
@@ -46,6 +49,25 @@ std::string general_help() {
         "  uxtree query '/root|item|@id' a.xml b.xml   the values that a path reaches\n"
         "\nExit codes: 0 done, 1 nothing found, 2 usage, 3 unreadable or not XML, 4 refused\n";
     return text;
+}
+
+// What was begun is removed, and the program dies as it would have without this.
+void die_of_signal(int signal) {
+    UXRemoveUnfinishedFiles();
+    remove_temporaries();
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+}
+
+void clean_up_on_signals() {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction action {};
+        // What was to be ignored, as under nohup, still is.
+        if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) continue;
+        action.sa_handler = die_of_signal;
+        action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
+        ::sigaction(signal, &action, nullptr);
+    }
 }
 
 void print(const std::string& text) {
@@ -192,6 +214,7 @@ int run(Words words) {
 
 int main(int argc, char** argv) {
     using namespace uxtool;
+    clean_up_on_signals();
     std::signal(SIGPIPE, SIG_IGN);  // a write to a closed pipe fails instead, and ends the run
     try {
         return run(Words(argv + 1, argv + argc));

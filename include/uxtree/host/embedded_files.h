@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "uxtree/host/export.h"
+#include "uxtree/host/string.h"
 
 // Writes beside the target and takes its place on Commit, after everything reached the disk. Until
 // then, and when anything fails, an old file stays as it is; without Commit nothing remains. A link
@@ -30,3 +31,10 @@ private:
     struct State;
     std::unique_ptr<State> state_;
 };
+
+// Removes the files of this process, saved trees among them, that were begun and not committed. For
+// the signal handler of a program that dies then: async-signal-safe.
+UXHOST_API void UXRemoveUnfinishedFiles();
+// What the last file that this thread replaced, saved trees included, did not keep of the old one,
+// because the system did not allow it: such as "owner, group"; "" when it kept all.
+UXHOST_API CStringUTF8 UXGetUnkeptProperties();

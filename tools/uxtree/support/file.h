@@ -35,5 +35,7 @@ bool write_fully(int descriptor, std::string_view bytes);
 // A new file in the folder for temporary files; yields its path and an open descriptor. Throws
 // Failure with kRefused.
 std::pair<std::string, Descriptor> create_temporary();
+// Removes those that a signal leaves behind; async-signal-safe.
+void remove_temporaries();
 
 }  // namespace uxtool

@@ -87,6 +87,15 @@ constexpr std::array<Advice, 13> kAdvice{{
     {"nested deeper", "uxtree outline reads any depth"},
 }};
 
+// Does the file say an encoding that is not UTF-8?
+bool declares_encoding(std::string_view content) {
+    const std::string_view start = content.substr(0, content.find('>'));
+    if (!content.starts_with("<?xml")) return false;
+    return start.find("encoding") != std::string_view::npos &&
+           start.find("UTF-8") == std::string_view::npos &&
+           start.find("utf-8") == std::string_view::npos;
+}
+
 std::string advice_for(std::string_view message) {
     const auto fits = [message](const Advice& advice) {
         return message.find(advice.message) != std::string_view::npos;
@@ -95,15 +104,94 @@ std::string advice_for(std::string_view message) {
     return found == kAdvice.end() ? std::string() : std::string(found->hint);
 }
 
+struct Magic {
+    std::string_view bytes;
+    const char* kind;
+    const char* unpacker;  // null: nothing to unpack
+};
+
+constexpr std::array<Magic, 12> kMagic{{
+    {{"\x1f\x8b", 2}, "gzip", "gunzip or zcat"},
+    {{"\x1f\x9d", 2}, "compress", "zcat"},
+    {{"BZh", 3}, "bzip2", "bzcat"},
+    {{"\xfd"
+      "7zXZ",
+      5},
+     "xz",
+     "xzcat"},
+    {{"\x28\xb5\x2f\xfd", 4}, "zstd", "zstdcat"},
+    {{"\x04\x22\x4d\x18", 4}, "lz4", "lz4cat"},
+    {{"PK\x03\x04", 4}, "zip", "unzip"},
+    {{"7z\xbc\xaf", 4}, "7z", "7z"},
+    {{"%PDF-", 5}, "PDF", nullptr},
+    {{"\x89PNG", 4}, "PNG", nullptr},
+    {{"\xff\xd8\xff", 3}, "JPEG", nullptr},
+    {{"\x7f"
+      "ELF",
+      4},
+     "ELF",
+     nullptr},
+}};
+
+// A message for what is no text at all; nothing is thrown for what may be broken XML.
+void throw_unless_text(const std::string& name, std::string_view content) {
+    for (const Magic& magic : kMagic) {
+        if (!content.starts_with(magic.bytes)) continue;
+        if (magic.unpacker == nullptr) {
+            throw Failure(kUnreadable, name, fmt::format("this is no XML: a {} file", magic.kind));
+        }
+        throw Failure(kUnreadable, name,
+                      fmt::format("compressed ({}): unpack it first", magic.kind),
+                      fmt::format("such as with {}, and - for FILE", magic.unpacker));
+    }
+    const std::string_view start = content.substr(0, 4096);
+    const bool isUtf16 = start.starts_with("\xff\xfe") || start.starts_with("\xfe\xff") ||
+                         start.starts_with(std::string_view("<\0", 2)) ||
+                         start.starts_with(std::string_view("\0<", 2));
+    const auto controls = std::count_if(start.begin(), start.end(), [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return byte < 0x20 && c != '\n' && c != '\r' && c != '\t';
+    });
+    // A few stray control characters are a fault in a text.
+    if (isUtf16 || controls * 50 <= static_cast<std::ptrdiff_t>(start.size())) return;
+    throw Failure(kUnreadable, name, "this is no XML: a binary file");
+}
+
+// What bytes that are no UTF-8 probably mean: windows-1252 has letters and signs where ISO-8859-1
+// has control characters.
+std::string encoding_hint(std::string_view content) {
+    bool inWindows = false;
+    bool isValid = true;
+    for (std::size_t at = 0; at < content.size();) {
+        const std::size_t length = utf8_length(content.substr(at));
+        if (length == 0) {
+            isValid = false;
+            const auto byte = static_cast<unsigned char>(content[at]);
+            inWindows = inWindows || (byte >= 0x80 && byte < 0xA0);
+        }
+        at += std::max<std::size_t>(length, 1);
+    }
+    if (isValid) return "";
+    const std::string name = inWindows ? "windows-1252" : "ISO-8859-1";
+    return fmt::format(
+        "the bytes are no UTF-8, probably {0}: begin the file with <?xml version=\"1.0\" "
+        "encoding=\"{0}\"?>, or convert it with iconv -f {0} -t UTF-8",
+        name);
+}
+
 // What the host's loader refused, with its position; content is what it read.
 [[noreturn]] void throw_load_failure(const std::string& name, std::string_view content) {
     const UXFileError& failure = UXGetLastLoadFailure();
     const std::string message =
         failure.message.IsEmpty() ? "cannot be loaded" : static_cast<const char*>(failure.message);
     if (failure.line <= 0) throw Failure(kUnreadable, name, message, advice_for(message));
+    throw_unless_text(name, content);
+    const bool isToken = message.find("invalid token") != std::string::npos;
+    const std::string encoding =
+        isToken && !declares_encoding(content) ? encoding_hint(content) : "";
     const bool isText = content.substr(0, 4096).find('\0') == std::string_view::npos;
     throw Failure(kUnreadable, fmt::format("{}:{}:{}", name, failure.line, failure.column), message,
-                  advice_for(message))
+                  encoding.empty() ? advice_for(message) : encoding)
         .with_excerpt(isText ? excerpt(content, failure.line, failure.column) : "");
 }
 

@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 #include "support/input.h"
+#include "support/text.h"
 #include "support/text_diff.h"
 #include "support/tree.h"
 
@@ -62,6 +63,37 @@ void write_difference(Output& out, std::string_view difference) {
     }
 }
 
+void tell_unkept(const std::string& name) {
+    const CStringUTF8 unkept = UXGetUnkeptProperties();
+    if (!unkept.IsEmpty()) note(name + ": not kept: " + to_string(unkept));
+}
+
+// The same file under another name, or where the file system cannot do that, a copy: nobody else can
+// read it before it is complete.
+bool link_or_copy(const std::string& file, const std::string& other) {
+    if (::link(file.c_str(), other.c_str()) == 0) return true;
+    struct stat status {};
+    if (errno == EEXIST || ::stat(file.c_str(), &status) != 0) return false;
+    const std::string content = read_all(file);
+    Descriptor copy(::open(other.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    return copy.is_open() && write_fully(copy.number(), content) &&
+           ::fchmod(copy.number(), status.st_mode & 0777U) == 0 && ::fsync(copy.number()) == 0 &&
+           copy.close();
+}
+
+// The old file stays as the backup, with all that belongs to it, since the new one takes its name.
+// A link under the name of the backup is replaced, not followed.
+void keep_backup(const std::string& file, const std::string& backup) {
+    const std::string made = fmt::format("{}.tmp{}", backup, ::getpid());
+    if (link_or_copy(file, made) && ::rename(made.c_str(), backup.c_str()) == 0) {
+        ::unlink(made.c_str());  // still there when the backup was this very file before
+        return;
+    }
+    const std::string reason = system_error();
+    ::unlink(made.c_str());
+    throw Failure(kRefused, backup, reason);
+}
+
 // "-in" looks like -i and -n, the dry run, and would write the file.
 void require_suffix(const std::string& argument, const std::string& suffix) {
     const bool isWord = !suffix.empty() && std::all_of(suffix.begin(), suffix.end(), [](char c) {
@@ -102,6 +134,7 @@ Output::Output(const std::string& file) : palette_(false) {
         open_file(file);
     }
     palette_ = palette_for_descriptor(descriptor_);
+    isTerminal_ = descriptor_ >= 0 && ::isatty(descriptor_) == 1;
 }
 
 void Output::open_file(const std::string& file) {
@@ -127,7 +160,7 @@ void Output::flush_when_full() {
 void Output::flush() {
     if (replaced_) {
         if (!replaced_->Write(buffer_)) throw_write_error(replaced_->Error());
-    } else if (!write_fully(descriptor_, buffer_)) {
+    } else if (!write_fully(descriptor_, isTerminal_ ? terminal_safe(buffer_) : buffer_)) {
         throw_write_error(errno);
     }
     buffer_.clear();
@@ -138,6 +171,7 @@ int Output::finish(int exitCode) {
     if (!replaced_ || !failed) flush();
     if (!replaced_ || failed) return exitCode;
     if (!replaced_->Commit()) throw_write_error(replaced_->Error());
+    tell_unkept(name_);
     replaced_.reset();
     return exitCode;
 }
@@ -229,6 +263,7 @@ void EditTarget::save_content(const UXXmlWrapperBase& root, const std::string& p
     const Progress progress("writing " + name);
     UXSaveReport report;
     if (UXSaveAs(&root, path.c_str(), save_options(), &report) == 0) throw_save_failure(name);
+    tell_unkept(name);
     tell(report);
 }
 
@@ -258,10 +293,7 @@ void EditTarget::save_in_place(const UXXmlWrapperBase& root, const std::string& 
         throw Failure(kUsage, "-i", "standard input cannot be edited in place", "use -o FILE");
     }
     if (!backupSuffix_.empty()) {
-        std::error_code error;
-        std::filesystem::copy_file(inputFile, inputFile + backupSuffix_,
-                                   std::filesystem::copy_options::overwrite_existing, error);
-        if (error) throw Failure(kRefused, inputFile + backupSuffix_, error.message());
+        keep_backup(resolved(inputFile), inputFile + backupSuffix_);
     }
     save_content(root, resolved(inputFile), inputFile);
 }

@@ -49,6 +49,7 @@ private:
     std::optional<UXFileOutput> replaced_;  // nothing when the place is written directly
     Descriptor file_;
     int descriptor_ = -1;  // of what is written directly
+    bool isTerminal_ = false;
     std::string buffer_;
     Palette palette_;
 };

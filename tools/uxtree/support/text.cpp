@@ -114,6 +114,17 @@ std::size_t display_width(std::string_view text) {
     return width;
 }
 
+std::size_t utf8_length(std::string_view text) {
+    if (text.empty()) return 0;
+    const CodePoint point = decode(text);
+    constexpr std::array<std::uint32_t, 5> kSmallest{0, 0, 0x80, 0x800, 0x10000};
+    if (point.length == 1) return point.value < 0x80 ? 1 : 0;
+    const bool isSurrogate = point.value >= 0xD800 && point.value <= 0xDFFF;
+    return point.value < kSmallest[point.length] || isSurrogate || point.value > 0x10FFFF
+               ? 0
+               : point.length;
+}
+
 std::string visible(std::string_view text) {
     std::string out;
     out.reserve(text.size());
