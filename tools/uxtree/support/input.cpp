@@ -267,9 +267,10 @@ NamedInput::NamedInput(const std::string& file, std::uint64_t maxSpool) : path_(
     const Descriptor source = open_for_reading(file);
     if (!source.is_open()) throw_unreadable(file);
     if (file != "-" && is_regular(source)) return;
-    auto [path, copy] = create_temporary();
+    auto made = create_temporary();
+    const std::string path = made.first;
     ::unlink(path.c_str());
-    copy_ = std::move(copy);
+    copy_ = std::move(made.second);
     path_ = "/proc/self/fd/" + std::to_string(copy_.number());
     const Progress progress("reading " + input_name(file));
     std::uint64_t size = 0;

@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include <CLI/CLI.hpp>
+
 #include "uxtree/host/host.h"
 
 #include "support/failure.h"
