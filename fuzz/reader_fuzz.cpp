@@ -10,6 +10,7 @@
 #include "uxtree/host/node.h"
 
 #include "host/loader.h"
+#include "host/node_detail.h"
 
 namespace {
 
@@ -30,7 +31,7 @@ std::string loaded_with(const char* bytes, std::size_t size, const uxhost::LoadO
                std::string(error.message);
     }
     UXXmlWrapperBase root;
-    uxhost::Document::bind_root(document->document, &root);
+    uxhost::bind(root, document->document, (*document)->root());
     CStringUTF8 text;
     if (root.GetString(text) == 0) std::abort();
     return std::string(text);

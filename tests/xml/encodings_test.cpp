@@ -6,7 +6,7 @@
 TEST(fill_encoding, KnowsSingleByteEncodingsByAnyCaseOfTheirNames) {
     XML_Encoding info{};
     ASSERT_TRUE(ux::xml::fill_encoding("Windows-1252", info));
-    EXPECT_EQ(info.map['a'], 'a');
+    EXPECT_EQ(info.map[0x61], 'a');
     EXPECT_EQ(info.map[0x80], 0x20AC);
     EXPECT_EQ(info.map[0x81], -1);
     EXPECT_EQ(info.map[0xE9], 0xE9);
