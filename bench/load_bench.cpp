@@ -2,6 +2,7 @@
 // processor time of a child process, and its peak memory.
 //
 //   load_bench [FILE...]    with files, the first table for them alone
+//   load_bench odd          the second table alone
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -138,9 +139,88 @@ std::vector<std::string> make_documents() {
     return paths;
 }
 
+// --- odd documents -----------------------------------------------------------------------------
+
+// A document that is one token, or has very many of something, of about so many bytes. start stands
+// before the root, finish behind it.
+struct Odd {
+    const char* name;
+    std::function<std::string(unsigned long long size, const char* start, const char* finish)> make;
+};
+
+std::string make_odd(unsigned long long size, std::string opening, std::string closing,
+                     const std::function<std::string(int number)>& part) {
+    uxbench::DocumentWriter writer("load", size);
+    int number = 0;
+    return writer.file("odd", opening, closing, [&] { writer.add(part(number++)); });
+}
+std::function<std::string(unsigned long long, const char*, const char*)> repeated(
+    const char* opening, const char* closing, std::function<std::string(int)> part) {
+    return [=](unsigned long long size, const char* start, const char* finish) {
+        return make_odd(size, std::string(start) + opening, std::string(closing) + finish, part);
+    };
+}
+std::vector<Odd> odd_documents() {
+    const auto always = [](const char* text) { return [text](int) { return std::string(text); }; };
+    const auto numbered = [](const char* before, const char* behind) {
+        return [=](int number) {
+            std::string text(before);
+            text += std::to_string(number);
+            return text += behind;
+        };
+    };
+    return {
+        {"ordinary elements",
+         repeated("<r>", "</r>", always("<a x=\"1\" label=\"some text\">value 12345</a>\n"))},
+        {"one attribute", repeated("<r a=\"", "\"/>", always("value "))},
+        {"one name", repeated("<n", "/>", always("name"))},
+        {"one text", repeated("<r>", "</r>", always("12345 "))},
+        {"one comment", repeated("<r><!-- ", " --></r>", always("remark "))},
+        {"one instruction", repeated("<r><?p ", " ?></r>", always("remark "))},
+        {"one section", repeated("<r><![CDATA[", "]]></r>", always("<b>& "))},
+        {"attributes of one element", repeated("<r", "/>", numbered(" a", "=\"\""))},
+        {"names, each once", repeated("<r>", "</r>", numbered("<n", "/>"))},
+    };
+}
+
+// Nanoseconds of processor time a byte at two sizes, and the peak of memory at the larger one.
+void measure_odd(const Odd& odd, const char* form, const char* start, const char* finish) {
+    constexpr std::array<unsigned long long, 2> kSizes{20'000'000, 200'000'000};
+    std::array<double, 2> nanoseconds{};
+    double megabytes = 0;
+    for (std::size_t i = 0; i < kSizes.size(); ++i) {
+        const std::string path = odd.make(kSizes[i], start, finish);
+        const auto size = static_cast<double>(std::filesystem::file_size(path));
+        Measure measure;
+        measure_in_child(measure, 1, 0, [&] { return load_ours(path) == (*finish == '\0'); });
+        nanoseconds[i] = measure.good ? measure.seconds / size * 1e9 : -1;
+        megabytes = measure.megabytes;
+        std::filesystem::remove(path);
+    }
+    std::printf("| %-26s | %-10s | %6.2f | %6.2f | %5.2f | %6.0f |\n", odd.name, form,
+                nanoseconds[0], nanoseconds[1], nanoseconds[1] / nanoseconds[0], megabytes);
+    std::fflush(stdout);
+}
+
+void measure_odd_documents() {
+    std::printf(
+        "\n| odd documents | form | ns a byte, 20 MB | 200 MB | growth | peak MB |\n"
+        "|---|---|---|---|---|---|\n");
+    for (const Odd& odd : odd_documents()) {
+        measure_odd(odd, "UTF-8", "", "");
+        measure_odd(odd, "ISO-8859-1", "<?xml version='1.0' encoding='ISO-8859-1'?>", "");
+        measure_odd(odd, "DOCTYPE", "<!DOCTYPE r>", "");
+        measure_odd(odd, "error", "", "x");
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (argc == 2 && std::string_view(argv[1]) == "odd") {
+        measure_odd_documents();
+        return 0;
+    }
     if (argc > 1) {
         compare_all({argv + 1, argv + argc}, 5);
         return 0;
@@ -148,5 +228,6 @@ int main(int argc, char** argv) {
     const std::vector<std::string> made = make_documents();
     compare_all(made, 5);
     for (const std::string& path : made) std::filesystem::remove(path);
+    measure_odd_documents();
     return 0;
 }
