@@ -12,6 +12,7 @@ short_steps=(
     release  # 120 s
 )
 long_steps=(
+    removals  # 90 s
     tsan      # 150 s
     static    # 600 s
     packages  # 120 s
@@ -74,6 +75,12 @@ step_static() {
         .ci/run || die "shellcheck found something"
     say "Checking with clang-tidy"
     build tidy
+}
+
+# What is made of the public headers misses what is taken away.
+step_removals() {
+    say "Taking annotations, sweep rows and made lines away"
+    ./scripts/lib/try_removals.sh
 }
 
 # The Debian packages, as scripts/package makes and proves them.
