@@ -19,10 +19,9 @@ UXTREE_API bool XVarNode_IsUseLabelForValue(UX_IN UXXmlWrapperBase* node) UX_RET
 //   labels       parallel to names; null, missing and empty entries write no label
 //   addFlags     the ID of a range that is added
 //   rangeIndex   0: the tree itself. k above 0: the child at position k - 1 whatever its tag, else
-//   a
-//                new range of number k. -k: always a new one.
+//                a new range of number k. -k: always a new one.
 //   valueIndex   which item gets value; negative: all of them. A null or empty value is not
-//   written.
+//                written.
 //
 // True, or false with nothing changed for a null range, tree or names, or an invalid tree.
 UXTREE_API bool VCTreeCheckAddInputDataBranch(

@@ -37,8 +37,7 @@ UXTREE_API int vctree_fitter_data_weight_node_expanded_to_compact(
     UX_RETURNS(done, not_found = 0);
 // Gives an expanded weight another method: its inputs are created where missing, labelled, and
 // shown or hidden as the method asks. data, a, b and c are written unless null, also into hidden
-// inputs;
-// "" clears the data.
+// inputs; "" clears the data.
 //
 //   change          0: as many inputs are shown as before, 1: fewer, 2: more. A new input counts as
 //                   shown before.

@@ -25,7 +25,8 @@
 //
 // Returns 0 when evaluated, also when nothing was found. Otherwise the results are as they were: 1
 // when an argument is null, and when a table would be too large; 4 when path does not begin with
-// "/"; 5 when tree is invalid or its tag is not the first step.
+// "/"; 5 when tree is invalid or its tag is not the first step. 1 as well when memory runs out,
+// with what was appended by then in the results.
 UXTREE_API int TreeEvalXPath(UX_INOUT CWBOStringArray* values, UX_OUT CArray<unsigned int>* offsets,
                              UX_INOUT CWBOStringArray* names, UX_IN UXXmlWrapperBase* tree,
                              UX_OPT const char* reserved, UX_IN const char* path, bool table)

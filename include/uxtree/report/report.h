@@ -3,8 +3,9 @@
 // A reference string names a data column or one of its label rows. It begins with "?$OP:":
 //
 //   data         ?$OP:<type>=<.><index>  or, with a separator character,
-//   ?$OP:<type>=<separator><index> label row    ?$OP:<separator><row>=<prefix><index>  or
-//   ?$OP:<separator>"<name>"=<prefix><index>
+//                ?$OP:<type>=<separator><index>
+//   label row    ?$OP:<separator><row>=<prefix><index>  or
+//                ?$OP:<separator>"<name>"=<prefix><index>
 //
 // Both end with the suffix character, when there is one, and then the tail number, when that is
 // above 0. A character of 0 is none.
@@ -52,10 +53,10 @@ UXTREE_API int report_set_escaped_data_string_type(UX_INOUT CStringUTF8* text, c
 //
 //   row               receives the row; may be null
 //   set, variable     zero-based; the row's number is variablesPerSet * set + variable + 1
-//   dataIndex         one-based index of the data, for the references; suffix and tailNumber end
-//   them paramTree         its nodes in depth-first order hold three parameters per variable; may
-//   be null.
-//                     The triple is that of paramIndex or, when that is negative, of
+//   dataIndex         one-based index of the data, for the references
+//   suffix, tailNumber  end the references
+//   paramTree         its nodes in depth-first order hold three parameters per variable; may be
+//                     null. The triple is that of paramIndex or, when that is negative, of
 //                     variablesPerSet * paramSet + variable. A missing node leaves the cell's
 //                     value.
 //   weightColumn      zero-based, for the reference of the weight data
