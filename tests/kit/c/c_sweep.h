@@ -6,7 +6,6 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-
 #include <uxtree/kit/version.h>
 #include <uxtree/uxtree_c.h>
 
