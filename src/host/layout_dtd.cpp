@@ -7,6 +7,16 @@
 #include "host/loader.h"
 
 namespace uxhost {
+namespace {
+
+std::string reference_to(std::string_view name) {
+    std::string reference(1, '&');
+    reference += name;
+    reference += ';';
+    return reference;
+}
+
+}  // namespace
 
 std::unique_ptr<DocumentHolder> read_text(std::string_view text) {
     LoadOptions options;
@@ -52,7 +62,7 @@ std::unique_ptr<DocumentHolder> LayoutDtd::read_content(std::string_view content
 const DocumentHolder* LayoutDtd::entity(std::string_view name) {
     const auto known = entities_.find(name);
     if (known != entities_.end()) return known->second.get();
-    return entities_.emplace(name, read_content("&" + std::string(name) + ";")).first->second.get();
+    return entities_.emplace(name, read_content(reference_to(name))).first->second.get();
 }
 
 std::optional<ux::xml::EntityValue> LayoutDtd::entity_text(std::string_view name) {
@@ -62,7 +72,7 @@ std::optional<ux::xml::EntityValue> LayoutDtd::entity_text(std::string_view name
     ux::xml::EntityValue value{std::string((*document)->value_text(*(*document)->root(), made)),
                                true};
     if (!value.text.empty() && value.text.find_first_not_of(" \t\r\n") == std::string::npos) {
-        const auto beside = read_content("&" + std::string(name) + ";<ux/>");
+        const auto beside = read_content(reference_to(name) + "<ux/>");
         value.kept = beside != nullptr && (*beside)->has_value(*(*beside)->root());
     }
     return value;
