@@ -111,6 +111,7 @@ UXTREE_API int vctree_stats_result_get_set_details(UX_EDITS UXXmlWrapperBase& no
                                                    UX_GETSET tagHistogramStatsResult& details,
                                                    int get) UX_RETURNS(done, not_found = 0);
 // The counts and the panel name of a result, read without creating. 1 when read or written, else 0.
+// An empty panel name reads as "", with the result 0.
 UXTREE_API int vctree_stats_result_get_set_counts(UX_EDITS UXXmlWrapperBase& node,
                                                   UX_GETSET CArray<double, double>& values, int get)
     UX_RETURNS(done, not_found = 0);
