@@ -17,7 +17,8 @@ int _tree_combine_id_with_repeat_id(UXXmlWrapperBase& node, int& dataId, int& re
 int _tree_apply_repeat_node_id(UXXmlWrapperBase& node, int& dataId);
 
 // 1 when all entries differ. Otherwise 0, and dupOut, when given, receives the value of the
-// first entry that occurs again.
+// first entry that occurs again. Kept for callers under its name; setting values has an index at
+// hand that tells the same.
 int _tree_find_dup_id(const CArray<int, int>& ids, int* dupOut);
 
 // What went wrong at a node, assigned to errorText when one is given and code is an error.

@@ -135,7 +135,7 @@ private:
     std::string scratch_;
 };
 
-// The same for a scanner that reports to a handler.
+// The same for a scanner that reports to a handler (see SaxScanner).
 class LayoutHandler : public SaxHandler {
 public:
     bool startElement(const std::string& name,

@@ -12,7 +12,8 @@
 namespace ux {
 
 // A sink of the grammar (see markup.h) in front of an outline. Paths are tags separated by "|",
-// the first being that of the top-level element.
+// the first being that of the top-level element. No entry point passes paths yet, and without paths
+// everything goes through.
 class PathFilter : public PlainSink {
 public:
     PathFilter(OutlineBuilder& outline, const char* const* paths, int count);

@@ -67,6 +67,9 @@ private:
     bool ended_ = false;
 };
 
+// Reports to a handler that is chosen at run time. The library itself runs the grammar over sinks
+// that the compiler sees (markup.h); this is for callers with handlers of their own, and tests
+// compare the two.
 class SaxScanner {
 public:
     explicit SaxScanner(SaxFileReader& reader) : reader_(reader) {}
