@@ -176,9 +176,9 @@ public:
         for (std::size_t i = 0; i < bases_.size(); ++i) {
             const Ref first = static_cast<Ref>(i << kSlotBits) + (i == 0 ? 1 : 0);
             const bool filling = slotsLeft_ > 0 && i == next_ >> kSlotBits;
-            const Ref end = filling ? next_
-                                    : static_cast<Ref>(i << kSlotBits) +
-                                          static_cast<Ref>(slots_in_chunk(i));
+            const Ref end =
+                filling ? next_
+                        : static_cast<Ref>(i << kSlotBits) + static_cast<Ref>(slots_in_chunk(i));
             take(first, static_cast<std::size_t>(end - first));
         }
     }
