@@ -7,13 +7,12 @@
 #include "uxtree/kit/outline.h"
 
 #include "frame/guards.h"
+#include "outline/markup.h"
 #include "outline/outline_builder.h"
 #include "outline/outline_nodes.h"
 
 using namespace ux;
 namespace {
-
-constexpr std::string_view kIdAttribute = "_ux_id";  // carries an ID in files, and is one no more
 
 // Folds what it hears.
 class Folder : public UXXmlEvents {

@@ -16,6 +16,8 @@
 //   const KnownText* expected_attribute()      `name="`, with the quote it expects; or null
 //   const KnownText* expected_end()            `/name>` of an end tag; or null
 //   begin_expected(), attribute_expected(), end_expected()   the events when it was right
+// A sink with kLeavesIdsOut does not hear of the attribute in which a file carries the ID of an
+// element: one of that name whose value is a number. It is none of the tree's attributes.
 #pragma once
 
 #include <array>
@@ -24,11 +26,15 @@
 #include <string>
 #include <string_view>
 
+#include "uxtree/host/utilities.h"
+
 #include "base/byte_search.h"
 #include "base/xml_names.h"
 #include "outline/decoding.h"
 
 namespace ux {
+
+inline constexpr std::string_view kIdAttribute = "_ux_id";  // carries an ID in files
 
 inline bool is_white(int character) {
     return character == ' ' || character == '\n' || character == '\t' || character == '\r';
@@ -68,6 +74,7 @@ private:
 
 // The base of sinks that foresee nothing.
 struct PlainSink {
+    static constexpr bool kLeavesIdsOut = false;
     static constexpr const KnownText* expected_tag() { return nullptr; }
     static constexpr const KnownText* expected_attribute() { return nullptr; }
     static constexpr const KnownText* expected_end() { return nullptr; }
@@ -375,13 +382,27 @@ private:
     bool attribute() {
         std::string_view name;
         if (!cursor_.take_name(name)) return false;
-        sink_.attribute(name);
+        const bool mayBeId = Sink::kLeavesIdsOut && name == kIdAttribute;
+        if (!mayBeId) sink_.attribute(name);
         cursor_.skip_white();
         if (!cursor_.take_if('=')) return false;
         cursor_.skip_white();
         const int quote = cursor_.take();
         if (quote != '"' && quote != '\'') return false;
-        return cursor_.skip_past(static_cast<char>(quote));
+        return mayBeId ? id_attribute(quote) : cursor_.skip_past(static_cast<char>(quote));
+    }
+    // Behind the opening quote. No number is written with more bytes than are looked at.
+    bool id_attribute(int quote) {
+        constexpr std::size_t kLongestNumber = 64;
+        std::string value;
+        for (int byte = cursor_.take(); byte != quote; byte = cursor_.take()) {
+            if (byte == MarkupCursor<Input>::kEnd) return false;
+            if (value.size() <= kLongestNumber) value += static_cast<char>(byte);
+        }
+        int id = 0;
+        const bool isId = value.size() <= kLongestNumber && UXParseInt(value, id);
+        if (!isId) sink_.attribute(kIdAttribute);
+        return true;
     }
 
     MarkupCursor<Input> cursor_;

@@ -60,6 +60,8 @@ private:
 // markup.h). Elements left open stay open; an end tag that does not fit closes nothing.
 class OutlineBuilder {
 public:
+    static constexpr bool kLeavesIdsOut = true;
+
     const LayoutNode& root() const { return root_; }
     // Is this the name of the innermost open element?
     bool is_open(std::string_view name) const {

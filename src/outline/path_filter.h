@@ -16,6 +16,8 @@ namespace ux {
 // everything goes through.
 class PathFilter : public PlainSink {
 public:
+    static constexpr bool kLeavesIdsOut = true;
+
     PathFilter(OutlineBuilder& outline, const char* const* paths, int count);
 
     void begin(std::string_view name);

@@ -62,6 +62,27 @@ constexpr const char* kEmpty = "<Node Label=\"\"></Node>";
 
 // --- folding files -----------------------------------------------------------------------------
 
+TEST(SAXTreeLayout, LeavesOutTheIdsThatAFileCarries) {
+    const std::string tag = "<Node Label=\"a\"><Attr Label=\"@k\"></Attr>";
+    const std::string attribute = "<Attr Label=\"@_ux_id\"></Attr>";
+    const std::string many(100, '0');
+
+    for (const DWORD flags : kVariants) {
+        for (const std::string id : {"5", "' 5 '", "-7", "1e3"}) {
+            const std::string value = id[0] == '\'' ? id : "\"" + id + "\"";
+            EXPECT_EQ(written_outline("<a _ux_id=" + value + " k='1'/>", flags),
+                      "<t>" + tag + "</Node></t>")
+                << id << flags;
+        }
+        for (const std::string& text : {"five"s, ""s, "5 5"s, many + "5", "'"s}) {
+            EXPECT_EQ(written_outline("<a k='1' _ux_id=\"" + text + "\"/>", flags),
+                      "<t><Node Label=\"a\">" + attribute + "<Attr Label=\"@k\"></Attr></Node></t>")
+                << text << flags;
+        }
+        EXPECT_EQ(written_outline("<a k='1'><b _ux_id='5", flags), "<t>" + tag + "</Node></t>");
+    }
+}
+
 TEST(SAXTreeLayout, FoldsRepeatedSiblingsAndPutsAttributesBeforeChildren) {
     expect_outline("<r><a x=\"1\"/><b/><a y=\"2\"><c/></a></r>",
                    "<Node Label=\"r\">"

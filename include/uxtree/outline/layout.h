@@ -8,7 +8,8 @@
 // each of them carries, with every repetition folded into one entry. An entry is an element "Node"
 // whose attribute "Label" is the tag. Below it stands first an element "Attr" for each attribute
 // name, in the order of the names' bytes, with the "Label" "@" and the name, and then the entries
-// of the children in the order of first appearance. What target already holds stays.
+// of the children in the order of first appearance. What target already holds stays. The attribute
+// "_ux_id" with a number, in which a file carries an element's ID, is none of them.
 //
 //   source    a tree to outline; fileName and flags are then ignored. May be null.
 //   fileName  UTF-8 name of an XML file to outline, read by a forgiving scanner: it is always taken
