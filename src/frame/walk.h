@@ -44,30 +44,10 @@ private:
     UXXmlWrapperBase node_;
 };
 
-class ChildAheadIterator {
+class Children {
 public:
-    explicit ChildAheadIterator(const UXXmlWrapperBase& parent) {
-        parent.FirstChild(&node_);
-        node_.NextSibling(&next_);
-    }
-    UXXmlWrapperBase& operator*() { return node_; }
-    ChildAheadIterator& operator++() {
-        node_ = std::move(next_);
-        node_.NextSibling(&next_);
-        return *this;
-    }
-    bool operator!=(End) const { return node_.IsNodeValid() != 0; }
-
-private:
-    UXXmlWrapperBase node_;
-    UXXmlWrapperBase next_;
-};
-
-template <typename Iterator>
-class Range {
-public:
-    explicit Range(const UXXmlWrapperBase& parent) : parent_(parent) {}
-    Iterator begin() const { return Iterator(parent_); }
+    explicit Children(const UXXmlWrapperBase& parent) : parent_(parent) {}
+    ChildIterator begin() const { return ChildIterator(parent_); }
     End end() const { return {}; }
 
 private:
@@ -76,14 +56,10 @@ private:
 }  // namespace detail
 
 // for (UXXmlWrapperBase& child : children(node)): the direct children, stepping after the body, so
-// that a child appended by the body is still reached. The body must not remove the child.
-inline detail::Range<detail::ChildIterator> children(const UXXmlWrapperBase& parent) {
-    return detail::Range<detail::ChildIterator>(parent);
-}
-// The same, stepping before the body: use it, and only it, where the body may remove the child.
-// The body must not remove the child's next sibling.
-inline detail::Range<detail::ChildAheadIterator> children_ahead(const UXXmlWrapperBase& parent) {
-    return detail::Range<detail::ChildAheadIterator>(parent);
+// that a child appended by the body is still reached. The body must not remove the child: one that
+// does keeps the next sibling itself.
+inline detail::Children children(const UXXmlWrapperBase& parent) {
+    return detail::Children(parent);
 }
 
 enum class Step { kIntoBranch, kOverBranch, kStop };
