@@ -7,15 +7,15 @@
 # There is no step for LLVM's standard library: version 14 of Debian 12 cannot read floating-point
 # numbers with std::from_chars, which the libraries rely on.
 short_steps=(
-    dev      # 400 s
-    clang    # 330 s
-    release  # 120 s
+    dev      # 355 s
+    clang    # 195 s
+    release  # 80 s
 )
 long_steps=(
     removals  # 90 s
     tsan      # 150 s
     static    # 600 s
-    packages  # 120 s
+    packages  # 180 s
     huge      # 60 s
     conformance  # 20 s, and once 10 MB from npm
     mutants      # 300 s

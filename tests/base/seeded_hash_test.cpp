@@ -22,6 +22,24 @@ TEST(SeededHash, TellsTextsOfEveryLengthApart) {
     EXPECT_EQ(hashes.size(), 70U + 69U * 70U / 2U);
 }
 
+// Names that were chosen to share one slot of a table whose hash everybody can compute.
+TEST(SeededHash, SpreadsNamesThatCollideInAnUnseededHash) {
+    const auto unseeded = [](const std::string& name) {
+        std::uint32_t hash = 2166136261U;
+        for (const char c : name) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+        return (hash ^ hash >> 15) & 0xFFFU;
+    };
+    std::set<std::string> chosen;
+    for (int i = 0; chosen.size() < 256; ++i) {
+        const std::string name = "n" + std::to_string(i);
+        if (unseeded(name) == 0) chosen.insert(name);
+    }
+
+    std::set<std::uint64_t> slots;
+    for (const std::string& name : chosen) slots.insert(ux::seeded_hash(name) & 0xFFF);
+    EXPECT_GT(slots.size(), 220U);  // of 256; chance alone gives 248
+}
+
 TEST(SeededHash, SpreadsOverTheSlotsOfATable) {
     std::set<std::uint64_t> slots;
     for (int i = 0; i < 4096; ++i) slots.insert(ux::seeded_hash("n" + std::to_string(i)) & 0xFFF);
