@@ -61,9 +61,10 @@ Char* find_kind(Char* bytes, ByteKind kind) {
     return bytes;
 }
 
-// The first byte that ends a run of plain text: markup, a reference, "]", a control character other
-// than TAB and LF, a byte that is not ASCII.
-inline char* find_text_stop(char* bytes) {
+// The first of two characters, "]", a control character other than TAB and LF, or a byte that is not
+// ASCII. The kind says the same; it may leave out CR.
+template <char kFirst, char kSecond, ByteKind kKind>
+char* find_line_stop(char* bytes) {
 #if UXTREE_SSE2_SEARCH
     const __m128i firstPlain = _mm_set1_epi8(0x20);
     for (;; bytes += 16) {
@@ -71,15 +72,21 @@ inline char* find_text_stop(char* bytes) {
         const __m128i lines = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\n')),
                                            _mm_cmpeq_epi8(block, _mm_set1_epi8('\t')));
         const __m128i odd = _mm_andnot_si128(lines, _mm_cmplt_epi8(block, firstPlain));
-        const __m128i markup = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('<')),
-                                            _mm_cmpeq_epi8(block, _mm_set1_epi8('&')));
+        const __m128i chosen = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8(kFirst)),
+                                            _mm_cmpeq_epi8(block, _mm_set1_epi8(kSecond)));
         const __m128i bracket = _mm_cmpeq_epi8(block, _mm_set1_epi8(']'));
-        const int stops = _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(odd, markup), bracket));
+        const int stops = _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(odd, chosen), bracket));
         if (stops != 0) return bytes + __builtin_ctz(static_cast<unsigned>(stops));
     }
 #else
-    return find_kind(bytes, kTextStop);
+    return find_kind(bytes, kKind);
 #endif
+}
+
+// The first byte that ends a run of plain text: markup, a reference, "]", a control character other
+// than TAB and LF, a byte that is not ASCII.
+inline char* find_text_stop(char* bytes) {
+    return find_line_stop<'<', '&', kTextStop>(bytes);
 }
 
 // The first byte that ends a run of plain characters in a value with such quotes. The other quote
@@ -106,22 +113,7 @@ char* find_value_stop(char* bytes) {
 // The first byte that a comment, an instruction or a section has to be looked at for; it may be one
 // that only another of them needs.
 inline char* find_comment_stop(char* bytes) {
-#if UXTREE_SSE2_SEARCH
-    const __m128i firstPlain = _mm_set1_epi8(0x20);
-    for (;; bytes += 16) {
-        const __m128i block = load_16(bytes);
-        const __m128i lines = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\n')),
-                                           _mm_cmpeq_epi8(block, _mm_set1_epi8('\t')));
-        const __m128i odd = _mm_andnot_si128(lines, _mm_cmplt_epi8(block, firstPlain));
-        const __m128i ends = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('-')),
-                                          _mm_cmpeq_epi8(block, _mm_set1_epi8('?')));
-        const __m128i bracket = _mm_cmpeq_epi8(block, _mm_set1_epi8(']'));
-        const int stops = _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(odd, ends), bracket));
-        if (stops != 0) return bytes + __builtin_ctz(static_cast<unsigned>(stops));
-    }
-#else
-    return find_kind(bytes, kCommentStop);
-#endif
+    return find_line_stop<'-', '?', kCommentStop>(bytes);
 }
 
 // The place of the first byte that ends an ASCII name, 16 when it is none of the first 16.
