@@ -59,9 +59,9 @@ FAULTS = [
      "const __m128i overlong = _mm_setzero_si128(); (void)firsts;"),
     ("control characters are text", SCAN,
      "const __m128i odd = _mm_andnot_si128(lines, _mm_cmplt_epi8(block, firstPlain));\n"
-     "        const __m128i markup",
+     "        const __m128i chosen",
      "const __m128i odd = _mm_cmplt_epi8(block, _mm_setzero_si128()); (void)lines; "
-     "(void)firstPlain;\n        const __m128i markup"),
+     "(void)firstPlain;\n        const __m128i chosen"),
     ("numbers of references may be any", "references.cpp",
      "if (p == first || *p != ';' || !is_xml_character(code)) return {0, 0, p - at};",
      "if (p == first || *p != ';') return {0, 0, p - at};"),
