@@ -16,6 +16,7 @@ long_steps=(
     tsan      # 150 s
     static    # 600 s
     packages  # 180 s
+    docs      # 5 s
     huge      # 60 s
     conformance  # 20 s, and once 10 MB from npm
     mutants      # 300 s
@@ -71,7 +72,7 @@ step_static() {
     say "Checking scripts"
     # Files that are sourced share variables and have no line that names the shell.
     shellcheck -x -s bash -e SC1090,SC1091,SC2034,SC2065,SC2154,SC2164 scripts/bench \
-        scripts/coverage scripts/demo scripts/fuzz scripts/package scripts/test scripts/lib/*.sh \
+        scripts/coverage scripts/demo scripts/docs scripts/fuzz scripts/package scripts/test scripts/lib/*.sh \
         .ci/run || die "shellcheck found something"
     say "Checking with clang-tidy"
     build tidy
@@ -85,6 +86,9 @@ step_removals() {
 
 # The Debian packages, as scripts/package makes and proves them.
 step_packages() { ./scripts/package; }
+
+# The site of the documentation, without dead links.
+step_docs() { ./scripts/docs; }
 
 # Documents far larger and deeper than people write, within bounds of time and memory.
 step_huge() {

@@ -201,11 +201,11 @@ class CheckLayers(Folder):
 
 
 class CheckQuirks(Folder):
-    def check(self, test="Suite.Sentence", topic="tree/lookup"):
+    def check(self, test="Suite.Sentence", topic="tree/lookup", advice="look twice"):
         self.write("tests/tree/lookup_test.cpp", "TEST_F(Suite, Sentence) {}")
         self.write("src/tree/lookup_detail.h", "// Intended: odd.")
-        head = f"## Lookup (`{topic}`)\n\n| What | Why | Test |\n|---|---|---|\n"
-        self.write("docs/quirks.md", f"{head}| odd | *contract* | `{test}` |\n")
+        head = f"## Lookup (`{topic}`)\n\n| What happens | So do this | Test |\n|---|---|---|\n"
+        self.write("docs/quirks.md", f"{head}| odd | {advice} | `{test}` |\n")
         return run("check_quirks.py", self.root)
 
     def test_rows_with_their_tests_are_fine(self):
@@ -220,6 +220,11 @@ class CheckQuirks(Folder):
         code, output = self.check(test="none")
         self.assertEqual(code, 1)
         self.assertIn("no test in: | odd", output)
+
+    def test_rows_without_advice_are_refused(self):
+        code, output = self.check(advice="")
+        self.assertEqual(code, 1)
+        self.assertIn("one of them advice", output)
 
     def test_marked_sources_without_a_section_are_refused(self):
         code, output = self.check(topic="tree/look")

@@ -3,7 +3,7 @@
 
 Usage: tools/dev/check_quirks.py [SOURCE_FOLDER]
 
-Fails on a row without a test, on a test that does not exist, and on a source file with an
+Fails on a row without advice or without a test, on a test that does not exist, and on a source file with an
 "Intended:" comment whose topic no section heading names.
 """
 
@@ -23,7 +23,7 @@ def tests_of(root):
 
 def rows_of(text):
     rows = (row for row in text.splitlines() if row.startswith("| "))
-    return [row for row in rows if row != "| What | Why | Test |"]
+    return [row for row in rows if row != "| What happens | So do this | Test |"]
 
 
 def has_section(stem, topics):
@@ -39,6 +39,8 @@ def check(root):
     text = (root / "docs/quirks.md").read_text()
     known = set(tests_of(root))
     for row in rows_of(text):
+        if row.count(" | ") != 2 or not row.split(" | ")[1].strip():
+            yield f"docs/quirks.md: three columns, one of them advice, are expected in: {row}"
         named = NAMED_TEST.findall(row.split(" | ")[-1])
         if not named:
             yield f"docs/quirks.md: no test in: {row}"
