@@ -94,7 +94,7 @@ public:
     // Reads back what is to be written, unless it is long and of the most ordinary kind.
     void check_result(const Element& top) const {
         constexpr std::size_t kOrdinaryBytes = std::size_t{4} << 20;
-        const bool ordinary = out_.encoding == FileEncoding::kUtf8 && dtd_ == nullptr;
+        const bool ordinary = out_.source.encoding == FileEncoding::kUtf8 && scan_.dtd == nullptr;
         if (ordinary && out_.text.size() > kOrdinaryBytes) return;
         std::string bytes;
         out_.for_each_piece([&](std::string_view piece) { bytes += piece; });
@@ -118,10 +118,10 @@ public:
         telling_place([&] {
             if (layout_ != nullptr) {
                 read_source();
-                out_.commentsLeftOut = count_comments(scanned_);
-                out_.source = {};
-                out_.tail = {};
-                out_.encoding = FileEncoding::kUtf8;
+                out_.commentsLeftOut = count_comments(scan_.document);
+                out_.source.text = {};
+                out_.source.tail = {};
+                out_.source.encoding = FileEncoding::kUtf8;
             }
             out_.text.put(kDeclaration);
             out_.text.put("\n");
@@ -159,10 +159,10 @@ public:
         const auto known = hasLines_.find(parent);
         if (known != hasLines_.end()) return known->second;
         ScannedTag tag;
-        bool lines = scan_tag(text(), scanned_.elements[parent].begin, tag);
+        bool lines = scan_tag(text(), scan_.document.elements[parent].begin, tag);
         if (lines) {
-            ReadContent content(scanned_, entityText_);
-            read_content(scanned_, parent, tag.end, tag.empty, content);
+            ReadContent content(scan_.document, scan_.entityText);
+            read_content(scan_.document, parent, tag.end, tag.empty, content);
             lines = !content.mixed && !source_preserves(parent);
         }
         hasLines_[parent] = lines;
@@ -170,7 +170,7 @@ public:
     }
 
 private:
-    std::string_view text() const { return out_.source; }
+    std::string_view text() const { return out_.source.text; }
     std::string_view range(std::size_t begin, std::size_t end) const {
         return text().substr(begin, end - begin);
     }
@@ -178,51 +178,16 @@ private:
     // --- the source ----------------------------------------------------------------------------
 
     void read_source() {
-        const LayoutSource& source = *layout_->source;
-        const std::string_view bytes = source.bytes;
-        out_.encoding = encoding_of_source(source);
-        out_.source = bytes;
-        if (out_.encoding != FileEncoding::kUtf8) {
-            const bool wide = out_.encoding == FileEncoding::kUtf16Little ||
-                              out_.encoding == FileEncoding::kUtf16Big;
-            const std::size_t whole = wide ? bytes.size() / 2 * 2 : bytes.size();
-            std::optional<std::string> converted = to_utf8(bytes.substr(0, whole), out_.encoding);
-            if (!converted) throw Unkept("the file's bytes are not of its encoding");
-            out_.converted = std::move(*converted);
-            out_.source = out_.converted;
-            out_.tail = bytes.substr(whole);
-        }
-        if (scan_prolog(text(), scanned_)) read_doctype(scanned_.doctype());
-        if (!scan_document(text(), entityElements_, scanned_)) {
-            throw Unkept("the file's layout cannot be read again");
-        }
+        uxhost::read_source(*layout_->source, out_.source);
+        scan_source(text(), scan_);
         preserves_ = document_.find_name("xml:space") != 0;
-    }
-
-    void read_doctype(std::string_view doctype) {
-        if (doctype.find("<!ENTITY") == std::string_view::npos &&
-            doctype.find("<!ATTLIST") == std::string_view::npos) {
-            return;
-        }
-        const std::string_view prolog = text().substr(0, scanned_.doctypeBegin);
-        dtd_ = std::make_unique<LayoutDtd>(prolog, doctype);
-        entityText_ = [this](std::string_view name) { return dtd_->entity_text(name); };
-        entityElements_ = [this](std::string_view name) { return dtd_->entity_elements(name); };
-    }
-
-    static FileEncoding encoding_of_source(const LayoutSource& source) {
-        const std::optional<FileEncoding> encoding = encoding_of(source.bytes, FileEncoding::kUtf8);
-        if (!encoding) throw Unkept("the file's encoding has another name than is known here");
-        const bool declared = has_encoding_mark(source.bytes);
-        if (declared || source.codePage == FileEncoding::kUtf8) return *encoding;
-        return is_utf8(source.bytes) ? FileEncoding::kUtf8 : source.codePage;
     }
 
     bool source_preserves(std::uint32_t element) const {
         if (text().find("xml:space") == std::string_view::npos) return false;
         ScannedTag tag;
-        for (; element != kNoElement; element = scanned_.elements[element].parent) {
-            if (!scan_tag(text(), scanned_.elements[element].begin, tag)) return false;
+        for (; element != kNoElement; element = scan_.document.elements[element].parent) {
+            if (!scan_tag(text(), scan_.document.elements[element].begin, tag)) return false;
             for (const ScannedAttribute& attribute : tag.attributes) {
                 if (range(attribute.nameBegin, attribute.nameEnd) != "xml:space") continue;
                 return range(attribute.valueBegin, attribute.valueEnd) == "preserve";
@@ -232,10 +197,7 @@ private:
     }
 
     std::uint32_t source_of(const Element& element) const {
-        if (anew_) return kNone;
-        const std::uint32_t origin =
-            layout_->origins.get(element.self) & OriginTable<Element>::kMost;
-        return origin == 0 || origin > scanned_.elements.size() ? kNone : origin - 1;
+        return anew_ ? kNone : scan_.source_of(*layout_, element);
     }
     bool is_arranged(const Element& element) const {
         return (layout_->origins.get(element.self) & OriginTable<Element>::kArranged) != 0;
@@ -244,15 +206,15 @@ private:
     // Which elements of the source stand anywhere in the tree, and which below the parent they had.
     void find_homes() {
         if (!atHome_.empty()) return;
-        atHome_.assign(scanned_.elements.size(), false);
-        anywhere_.assign(scanned_.elements.size(), false);
-        taken_.assign(scanned_.elements.size(), false);
+        atHome_.assign(scan_.document.elements.size(), false);
+        anywhere_.assign(scan_.document.elements.size(), false);
+        taken_.assign(scan_.document.elements.size(), false);
         for (const Element* at = top_; at != nullptr; at = document_.next_below(*top_, *at)) {
             const std::uint32_t source = source_of(*at);
             if (source == kNone) continue;
             anywhere_[source] = true;
             const Element* parent = document_.element(at->parent);
-            const std::uint32_t before = scanned_.elements[source].parent;
+            const std::uint32_t before = scan_.document.elements[source].parent;
             const bool home = at == top_ || parent == nullptr ? before == kNoElement || !whole_
                                                               : source_of(*parent) == before;
             if (home) atHome_[source] = true;
@@ -277,12 +239,12 @@ private:
                                                                      : "\r";
         }
         std::map<std::string_view, std::size_t> steps;
-        for (const ScannedElement& element : scanned_.elements) {
+        for (const ScannedElement& element : scan_.document.elements) {
             const std::optional<std::string_view> own = own_indent(element.begin);
             if (!own || element.parent == kNoElement) continue;
             formatting_->hasLines = true;
             const std::optional<std::string_view> above =
-                own_indent(scanned_.elements[element.parent].begin);
+                own_indent(scan_.document.elements[element.parent].begin);
             if (!above || own->size() <= above->size()) continue;
             if (own->substr(0, above->size()) == *above) ++steps[own->substr(above->size())];
         }
@@ -307,7 +269,7 @@ private:
     std::string line_indent(const Frame& frame) const {
         if (frame.source == kNone) return frame.indent;
         constexpr std::size_t kFarthest = 4096;
-        const std::size_t begin = scanned_.elements[frame.source].begin;
+        const std::size_t begin = scan_.document.elements[frame.source].begin;
         std::size_t line = begin;
         while (line > 0 && text()[line - 1] != '\n' && text()[line - 1] != '\r') {
             if (begin - line == kFarthest) return "";
@@ -364,7 +326,7 @@ private:
     void put_name(std::string_view name) {
         for (std::size_t at = 0; at < name.size();) {
             const ux::Utf8Char character = ux::decode_utf8(name, at);
-            if (!holds_character(out_.encoding, character.code)) {
+            if (!holds_character(out_.source.encoding, character.code)) {
                 throw Unkept("the file's encoding lacks a character of the name \"" +
                              std::string(name) + "\"");
             }
@@ -410,7 +372,7 @@ private:
         out_.text.put(space);
         put_name(name);
         std::string written = {'=', quote};
-        append_attribute_value(written, value, quote, out_.encoding);
+        append_attribute_value(written, value, quote, out_.source.encoding);
         written += quote;
         out_.text.put(written);
         attribute_.clear();
@@ -420,7 +382,7 @@ private:
     bool is_same_value(const ScannedAttribute& attribute, std::string_view value) const {
         const std::string_view raw = range(attribute.valueBegin, attribute.valueEnd);
         if (is_literal(raw, kInValue)) return raw == value;
-        WrittenValue written(text(), entityText_);
+        WrittenValue written(text(), scan_.entityText);
         written.add_attribute(attribute.valueBegin, attribute.valueEnd);
         return written.text() == value;
     }
@@ -428,10 +390,10 @@ private:
     bool is_same_typed_value(const ScannedAttribute& attribute, std::string_view tagName,
                              std::string_view value) const {
         if (is_same_value(attribute, value)) return true;
-        if (dtd_ == nullptr) return false;
+        if (scan_.dtd == nullptr) return false;
         const std::string_view name = range(attribute.nameBegin, attribute.nameEnd);
-        if (!dtd_->takes_blanks(tagName, name)) return false;
-        WrittenValue written(text(), entityText_);
+        if (!scan_.dtd->takes_blanks(tagName, name)) return false;
+        WrittenValue written(text(), scan_.entityText);
         written.add_attribute(attribute.valueBegin, attribute.valueEnd);
         return without_extra_blanks(written.text()) == value;
     }
@@ -440,10 +402,10 @@ private:
                            std::string_view name) {
         attribute_ = "/@" + std::string(name);
         check_characters(value);
-        WrittenValue written(text(), entityText_);
+        WrittenValue written(text(), scan_.entityText);
         written.add_attribute(attribute.valueBegin, attribute.valueEnd);
         const std::vector<std::optional<std::string>> runs =
-            written.rewritten(value, out_.encoding);
+            written.rewritten(value, out_.source.encoding);
         if (runs[0]) {
             out_.text.put(*runs[0]);
         } else {
@@ -469,7 +431,7 @@ private:
                 range(other.nameBegin, other.nameEnd) != kIdAttribute) {
                 continue;
             }
-            WrittenValue value(text(), entityText_);
+            WrittenValue value(text(), scan_.entityText);
             value.add_attribute(other.valueBegin, other.valueEnd);
             int id = kNoId;
             if (!is_number(value.text(), id)) return kNoId;
@@ -483,7 +445,7 @@ private:
     // tree stay; the first one that does not, and all behind it, are written anew.
     void put_start(const Frame& frame, const ScannedTag& tag) {
         const Element& element = *frame.element;
-        const std::size_t begin = scanned_.elements[frame.source].begin;
+        const std::size_t begin = scan_.document.elements[frame.source].begin;
         const std::string_view name = document_.name_view(element.tag);
         const std::string_view sourceName = range(begin + 1, tag.nameEnd);
         if (name == sourceName) {
@@ -586,11 +548,11 @@ private:
     // --- elements ------------------------------------------------------------------------------
 
     void write(const Element& top) {
-        const ScannedElement& root = scanned_.elements[0];
+        const ScannedElement& root = scan_.document.elements[0];
         if (whole_) {
             out_.text.copy(0, root.begin);
         } else {
-            out_.encoding = FileEncoding::kUtf8;
+            out_.source.encoding = FileEncoding::kUtf8;
             out_.text.put(kDeclaration);
         }
         push_top(top);
@@ -598,7 +560,7 @@ private:
         if (whole_) {
             out_.text.copy(root.end, text().size());
         } else {
-            out_.tail = {};
+            out_.source.tail = {};
         }
     }
 
@@ -611,7 +573,7 @@ private:
         std::uint32_t shift = 0;
         if (source != 0) {
             const std::optional<std::string_view> indent =
-                own_indent(scanned_.elements[source].begin);
+                own_indent(scan_.document.elements[source].begin);
             if (indent) shift = add_shift(*indent, "");
         }
         push_from_source(top, source, shift, source_preserves(source));
@@ -625,10 +587,10 @@ private:
         frame.source = source;
         frame.shift = shift;
         frame.preserve = preserves(element, preserve);
-        if (scanned_.comes_from_entity(source)) {
+        if (scan_.document.comes_from_entity(source)) {
             throw Unkept("the element comes from an entity and cannot be written elsewhere");
         }
-        if (!scan_tag(text(), scanned_.elements[source].begin, tag_)) {
+        if (!scan_tag(text(), scan_.document.elements[source].begin, tag_)) {
             throw Unkept("the file's layout cannot be read again");
         }
         const bool same = has_same_content(frame);
@@ -648,7 +610,7 @@ private:
     }
 
     void push_same(Frame&& frame) {
-        const ScannedElement& place = scanned_.elements[frame.source];
+        const ScannedElement& place = scan_.document.elements[frame.source];
         put_space(tag_.attributesEnd, tag_.end, frame.shift);
         const bool isLeaf = frame.element->first == 0;
         if (isLeaf &&
@@ -659,34 +621,30 @@ private:
         frame.form = Frame::Form::kSame;
         frame.at = tag_.end;
         frame.child = document_.element(frame.element->first);
-        frame.endTag = tag_.empty ? place.end : end_tag_of(place);
+        frame.endTag = tag_.empty ? place.end : scan_.end_tag_of(place);
         frame.openedEmpty = tag_.empty;
         const std::string_view name = document_.name_view(frame.element->tag);
         frame.renamed = name != range(place.begin + 1, tag_.nameEnd);
         frames_.push_back(std::move(frame));
     }
 
-    std::size_t end_tag_of(const ScannedElement& element) const {
-        return text().rfind('<', element.end - 1);
-    }
-
     // Has the element the children it had, in their order, and the text? A branch whose indentation
     // changes is never the same.
     bool has_same_content(const Frame& frame) {
         const Element& element = *frame.element;
-        const ScannedElement& place = scanned_.elements[frame.source];
+        const ScannedElement& place = scan_.document.elements[frame.source];
         std::uint32_t expected = frame.source + 1;
         bool fromEntity = false;
         const Element* child = document_.element(element.first);
         while (child != nullptr) {
             if (expected >= place.next || source_of(*child) != expected) return false;
-            if (scanned_.comes_from_entity(expected)) {
+            if (scan_.document.comes_from_entity(expected)) {
                 child = behind_entity(*child, expected);
                 fromEntity = true;
             } else {
                 child = document_.element(child->next);
             }
-            expected = scanned_.elements[expected].next;
+            expected = scan_.document.elements[expected].next;
         }
         if (expected != place.next) return false;
         if (frame.shift != 0 && element.first != 0) return false;
@@ -699,9 +657,9 @@ private:
     // The children of a node that an entity's reference stands for must be what it stands for.
     // Yields the first child behind them.
     const Element* behind_entity(const Element& first, std::uint32_t source) const {
-        const ScannedElement& reference = scanned_.elements[source];
+        const ScannedElement& reference = scan_.document.elements[source];
         const std::string_view name = range(reference.begin + 1, reference.end - 1);
-        const Document& entity = *dtd_->entity(name)->document;
+        const Document& entity = *scan_.dtd->entity(name)->document;
         const Element* expected = entity.element(entity.root()->first);
         const Element* child = &first;
         while (expected != nullptr) {
@@ -718,45 +676,45 @@ private:
     bool has_same_text(const Frame& frame, std::string_view value) {
         if (tag_.empty) return value.empty();
         const std::size_t begin = tag_.end;
-        const std::size_t end = end_tag_of(scanned_.elements[frame.source]);
+        const std::size_t end = scan_.end_tag_of(scan_.document.elements[frame.source]);
         const std::string_view raw = range(begin, end);
         if (is_literal(raw, kInCharacters)) return raw == value;
         return read_value(frame) == value;
     }
     // Text of entities with elements is part of the value as well.
     bool has_same_text_with_entities(const Frame& frame, std::string_view value) const {
-        const std::size_t end = end_tag_of(scanned_.elements[frame.source]);
-        const auto content = dtd_->read_content(range(tag_.end, end));
+        const std::size_t end = scan_.end_tag_of(scan_.document.elements[frame.source]);
+        const auto content = scan_.dtd->read_content(range(tag_.end, end));
         if (content == nullptr) throw Unkept("the file's layout cannot be read again");
         CStringUTF8 made;
         if ((*content)->value_text(*(*content)->root(), made) == value) return true;
         throw Unkept("the text beside elements that come from an entity has changed");
     }
     std::string read_value(const Frame& frame) {
-        ReadContent content(scanned_, entityText_);
-        read_content(scanned_, frame.source, tag_.end, tag_.empty, content);
+        ReadContent content(scan_.document, scan_.entityText);
+        read_content(scan_.document, frame.source, tag_.end, tag_.empty, content);
         return content.value.text();
     }
 
     bool has_same_branch_text(const Frame& frame, std::string_view value) {
-        const ScannedElement& place = scanned_.elements[frame.source];
+        const ScannedElement& place = scan_.document.elements[frame.source];
         if (value.empty()) {
             std::size_t at = tag_.end;
             std::uint32_t child = frame.source + 1;
             bool blank = true;
             while (blank && child < place.next) {
-                blank = is_blank(range(at, scanned_.elements[child].begin));
-                at = scanned_.elements[child].end;
-                child = scanned_.elements[child].next;
+                blank = is_blank(range(at, scan_.document.elements[child].begin));
+                at = scan_.document.elements[child].end;
+                child = scan_.document.elements[child].next;
             }
-            if (blank && is_blank(range(at, end_tag_of(place)))) return true;
+            if (blank && is_blank(range(at, scan_.end_tag_of(place)))) return true;
         }
         return read_value(frame) == value;
     }
 
     void push_planned(Frame&& frame) {
         const Element& element = *frame.element;
-        const ScannedElement& place = scanned_.elements[frame.source];
+        const ScannedElement& place = scan_.document.elements[frame.source];
         ContentRequest request;
         request.element = frame.source;
         request.contentBegin = tag_.end;
@@ -777,12 +735,12 @@ private:
             put_space(tag_.attributesEnd, tag_.end, frame.shift);
         }
         frame.openedEmpty = tag_.empty;
-        frame.endTag = tag_.empty ? place.end : end_tag_of(place);
+        frame.endTag = tag_.empty ? place.end : scan_.end_tag_of(place);
         frame.renamed = document_.name_view(element.tag) != range(place.begin + 1, tag_.nameEnd);
         frame.form = Frame::Form::kPlanned;
         planned_ = &frame;
         frame.plan = std::make_unique<ContentPlan>(
-            plan_content(scanned_, request, entityText_, out_.encoding, *this));
+            plan_content(scan_.document, request, scan_.entityText, out_.source.encoding, *this));
         frames_.push_back(std::move(frame));
     }
 
@@ -811,7 +769,7 @@ private:
         if (element.first != 0 && is_blank(value)) {
             append_blank_text(text, value);
         } else {
-            append_text(text, value, out_.encoding);
+            append_text(text, value, out_.source.encoding);
         }
         out_.text.put(text);
         Frame frame;
@@ -842,13 +800,13 @@ private:
             const Element& child = *frame.child;
             const std::uint32_t source = source_of(child);
             frame.child = document_.element(child.next);
-            if (scanned_.comes_from_entity(source)) return;  // its reference is copied
-            out_.text.copy(frame.at, scanned_.elements[source].begin);
-            frame.at = scanned_.elements[source].end;
+            if (scan_.document.comes_from_entity(source)) return;  // its reference is copied
+            out_.text.copy(frame.at, scan_.document.elements[source].begin);
+            frame.at = scan_.document.elements[source].end;
             push_from_source(child, source, frame.shift, frame.preserve);
             return;
         }
-        const std::size_t end = scanned_.elements[frame.source].end;
+        const std::size_t end = scan_.document.elements[frame.source].end;
         if (!frame.renamed || frame.openedEmpty) {
             out_.text.copy(frame.at, end);
         } else {
@@ -860,7 +818,7 @@ private:
 
     void put_end_tag(const Frame& frame) {
         current_ = frame.element;
-        const std::size_t end = scanned_.elements[frame.source].end;
+        const std::size_t end = scan_.document.elements[frame.source].end;
         if (frame.openedEmpty) {
             out_.text.put("</");
             put_name(document_.name_view(frame.element->tag));
@@ -933,7 +891,8 @@ private:
     void push_elsewhere(const Element& child, std::uint32_t source, bool ownLine,
                         std::string_view indent, bool preserve) {
         std::uint32_t shift = 0;
-        const std::optional<std::string_view> before = own_indent(scanned_.elements[source].begin);
+        const std::optional<std::string_view> before =
+            own_indent(scan_.document.elements[source].begin);
         if (ownLine && before) shift = add_shift(*before, indent);
         push_from_source(child, source, shift, preserve);
     }
@@ -975,10 +934,7 @@ private:
     const Element* top_ = nullptr;
     bool whole_ = false;
     bool anew_ = false;
-    ScannedDocument scanned_;
-    EntityElements entityElements_;
-    EntityText entityText_;
-    std::unique_ptr<LayoutDtd> dtd_;
+    SourceScan scan_;
     bool preserves_ = false;
     std::optional<bool> hasIds_;
     std::optional<Formatting> formatting_;
@@ -998,16 +954,16 @@ private:
 }  // namespace
 
 void KeptDocument::for_each_piece(const std::function<void(std::string_view)>& take) const {
-    if (encoding == FileEncoding::kUtf8) {
-        text.for_each(source, take);
+    if (source.encoding == FileEncoding::kUtf8) {
+        text.for_each(source.text, take);
     } else {
-        text.for_each(source, [&](std::string_view piece) {
+        text.for_each(source.text, [&](std::string_view piece) {
             std::string encoded;
-            append_encoded(encoded, piece, encoding);
+            append_encoded(encoded, piece, source.encoding);
             take(encoded);
         });
     }
-    if (!tail.empty()) take(tail);
+    if (!source.tail.empty()) take(source.tail);
 }
 
 void write_kept(const Document& document, const Element& top, IdPolicy ids, KeptDocument& out) {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/document.h"
+#include "host/layout_source.h"
 
 namespace uxhost {
 
@@ -70,16 +71,13 @@ private:
 };
 
 struct KeptDocument {
-    std::string converted;    // the source in UTF-8, when it is in another encoding
-    std::string_view source;  // in UTF-8
-    std::string_view tail;    // bytes of the file behind it, as they stand
+    SourceText source;  // with the encoding of what is written
     KeptText text;
-    ux::xml::FileEncoding encoding = ux::xml::FileEncoding::kUtf8;
     std::size_t idsWritten = 0;  // new or changed ones
     std::size_t idsLeftOut = 0;
     std::size_t commentsLeftOut = 0;  // and processing instructions
 
-    bool is_unchanged() const { return text.is_copy(0, source.size()); }
+    bool is_unchanged() const { return text.is_copy(0, source.text.size()); }
     // The bytes of the file, piece by piece.
     void for_each_piece(const std::function<void(std::string_view)>& take) const;
 };
