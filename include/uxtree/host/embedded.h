@@ -3,7 +3,9 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string_view>
+#include <vector>
 
 #include "uxtree/host/export.h"
 #include "uxtree/host/string.h"
@@ -104,3 +106,37 @@ UXHOST_API int UXSaveAs(const UXXmlWrapperBase* node, const char* path,
 // The same into memory: the bytes of the file. out is untouched on failure.
 UXHOST_API int UXSaveToMemory(const UXXmlWrapperBase* node, CStringUTF8* out,
                               const UXSaveOptions& options, UXSaveReport* report);
+
+// --- text among children --------------------------------------------------------------------------
+
+// A part of an element's text that no child interrupts.
+struct UXTextRun {
+    int childrenBefore = 0;  // how many of the element's children stand before it
+    std::size_t length = 0;  // in bytes, above 0
+};
+
+// Where the text of elements stands among their children, which a tree does not hold, but the bytes
+// of a document that was loaded for editing do. Reads the bytes of the document once, when it is
+// made, and serves all of its elements until the document changes. One thread at a time.
+class UXHOST_API UXTextOrder {
+public:
+    // For the document that the node is in. Throws std::bad_alloc.
+    explicit UXTextOrder(const UXXmlWrapperBase& node);
+    UXTextOrder(UXTextOrder&& other) noexcept;
+    UXTextOrder& operator=(UXTextOrder&& other) noexcept;
+    ~UXTextOrder();
+
+    // Does it know of anything? Not when the document was not loaded for editing.
+    bool IsKnown() const;
+    // The runs of an element's text in their order: runs[i] begins behind childrenBefore children,
+    // and all runs joined are the element's text value. White space that the tree does not hold is
+    // in no run. Texts that were changed, and those of elements that were added, stand where saving
+    // with the layout would write them. False when that is not known: without the bytes, for a node
+    // of another document, and for text beside children where any of it all comes from an entity
+    // with elements; runs is empty then. Time grows with the element's own content. Throws std::bad_alloc.
+    bool Runs(const UXXmlWrapperBase& node, std::vector<UXTextRun>& runs) const;
+
+private:
+    struct Source;
+    std::unique_ptr<Source> source_;
+};
