@@ -1,6 +1,7 @@
 #include "uxtree/kit/outline.h"
 
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -83,6 +84,141 @@ TEST(UXOutlineFile, IsTheOutlineOfTheLoadedTree) {
     }
     EXPECT_GT(accepted, kDocuments / 3);
     EXPECT_LT(accepted, kDocuments);
+}
+
+// --- merging -----------------------------------------------------------------------------------
+
+// The outlines of documents below an element "t".
+UXXmlWrapperBase outlines_of(const std::vector<std::string>& documents) {
+    UXXmlWrapperBase target;
+    target.CreateNew(0, "t");
+    for (const std::string& xml : documents) {
+        const TestTree tree(xml.c_str());
+        UXXmlWrapperBase root = tree.root();
+        UXXmlWrapperBase one;
+        one.CreateNew(0, "t");
+        EXPECT_EQ(SAXTreeLayout(&one, &root, nullptr, 0), 0);
+        EXPECT_EQ(UXMergeOutline(&target, &one), 1);
+    }
+    return target;
+}
+
+TEST(UXMergeOutline, AddsWhatIsMissingAtItsPlace) {
+    UXXmlWrapperBase target = outlines_of({"<r b='1'><x/><y d='1' f='1'><p/></y></r>"});
+    const UXXmlWrapperBase source =
+        outlines_of({"<r a='1' c='1'><z/><y f='1' e='1'><q><k g='1'/></q><p h='1'/></y></r>"});
+
+    EXPECT_EQ(UXMergeOutline(&target, &source), 1);
+
+    EXPECT_EQ(
+        to_text(target),
+        R"(<t><Node Label="r"><Attr Label="@a"></Attr><Attr Label="@b"></Attr>)"
+        R"(<Attr Label="@c"></Attr><Node Label="x"></Node><Node Label="y"><Attr Label="@d"></Attr>)"
+        R"(<Attr Label="@e"></Attr><Attr Label="@f"></Attr><Node Label="p"><Attr Label="@h">)"
+        R"(</Attr></Node><Node Label="q"><Node Label="k"><Attr Label="@g"></Attr></Node></Node>)"
+        R"(</Node><Node Label="z"></Node></Node></t>)");
+}
+
+TEST(UXMergeOutline, KeepsDocumentsOfOtherRootsApart) {
+    EXPECT_EQ(to_text(outlines_of({"<r/>", "<s/>", "<r><a/></r>"})),
+              R"(<t><Node Label="r"><Node Label="a"></Node></Node><Node Label="s"></Node></t>)");
+}
+
+TEST(UXMergeOutline, PassesOverWhatIsNoOutline) {
+    UXXmlWrapperBase target = TestTree("<t><other Label='r'/></t>").root();
+    const UXXmlWrapperBase source =
+        TestTree(
+            "<s><Attr Label='@a'/><other><Node Label='no'/></other><Node Label='r'>"
+            "<Attr Label='a'/><Attr/><other/><Attr Label='@b'/></Node><Node Label='r'/></s>")
+            .root();
+
+    EXPECT_EQ(UXMergeOutline(&target, &source), 1);
+
+    EXPECT_EQ(to_text(target), R"(<t><other Label="r"></other><Node Label="r"><Attr Label="@b">)"
+                               R"(</Attr></Node></t>)");
+}
+
+TEST(UXMergeOutline, TakesTargetAndSourceOfOneTree) {
+    UXXmlWrapperBase target = outlines_of({"<r a='1'><x><x><y/></x></x></r>"});
+    const std::string before = to_text(target);
+    EXPECT_EQ(UXMergeOutline(&target, &target), 1);
+    EXPECT_EQ(to_text(target), before);
+
+    UXXmlWrapperBase inner;
+    target.FirstChild(&inner);
+    EXPECT_EQ(UXMergeOutline(&inner, &target), 1);
+    EXPECT_EQ(to_text(target),
+              R"(<t><Node Label="r"><Attr Label="@a"></Attr><Node Label="x"><Node Label="x">)"
+              R"(<Node Label="y"></Node></Node></Node><Node Label="r"><Attr Label="@a"></Attr>)"
+              R"(<Node Label="x"><Node Label="x"><Node Label="y"></Node></Node></Node></Node>)"
+              R"(</Node></t>)");
+}
+
+TEST(UXMergeOutline, RefusesUnusableHandles) {
+    UXXmlWrapperBase target = outlines_of({"<r/>"});
+    const std::string before = to_text(target);
+    UXXmlWrapperBase none;
+
+    EXPECT_EQ(UXMergeOutline(nullptr, &target), 0);
+    EXPECT_EQ(UXMergeOutline(&target, nullptr), 0);
+    EXPECT_EQ(UXMergeOutline(&none, &target), 0);
+    EXPECT_EQ(UXMergeOutline(&target, &none), 0);
+    EXPECT_EQ(to_text(target), before);
+}
+
+// Depth costs no machine stack, and width no time but its own.
+TEST(UXMergeOutline, TakesDeepAndWideOutlines) {
+    UXXmlWrapperBase target;
+    UXXmlWrapperBase source;
+    for (UXXmlWrapperBase* top : {&target, &source}) {
+        top->CreateNew(0, "t");
+        UXXmlWrapperBase node = *top;
+        for (int i = 0; i < 50000; ++i) {
+            node.AddNode(&node, "Node", -1);
+            node.SetPropertyValue("Label", CStringUTF8("d"));
+        }
+        for (int i = 0; i < 20000; ++i) {
+            UXXmlWrapperBase leaf;
+            node.AddNode(&leaf, "Node", -1);
+            leaf.SetPropertyValue("Label", top == &target ? i : i + 10000);
+        }
+    }
+
+    EXPECT_EQ(UXMergeOutline(&target, &source), 1);
+
+    UXXmlWrapperBase node = target;
+    int depth = 0;
+    for (; node.GetNodeCount() == 1; ++depth) node.FirstChild(&node);
+    EXPECT_EQ(depth, 50000);
+    EXPECT_EQ(node.GetNodeCount(), 30000);
+}
+
+// The documents in one file have the outline that their outlines make, in whatever groups.
+TEST(UXMergeOutline, IsTheOutlineOfAllDocumentsTogether) {
+    uxtest::GeneratedXml generator(7);
+    const auto document = [&] {
+        for (;;) {
+            const std::string xml = generator.document();
+            UXXmlWrapperBase tree;
+            if (tree.LoadFromMemory(xml.data(), xml.size()) == 1) return to_text(tree);
+        }
+    };
+    for (int i = 0; i < 100; ++i) {
+        const std::string a = document();
+        const std::string b = document();
+        const std::string c = document();
+        const auto wrapped = [](const std::string& inner) { return "<w>" + inner + "</w>"; };
+        const std::vector<std::string> parts{wrapped(a), wrapped(b), wrapped(c)};
+
+        const UXXmlWrapperBase leftFirst = outlines_of(parts);
+        UXXmlWrapperBase rightFirst = outlines_of({parts[0]});
+        const UXXmlWrapperBase right = outlines_of({parts[1], parts[2]});
+        EXPECT_EQ(UXMergeOutline(&rightFirst, &right), 1);
+
+        const std::string whole = to_text(outlines_of({wrapped(a + b + c)}));
+        ASSERT_EQ(to_text(leftFirst), whole) << a << "\n" << b << "\n" << c;
+        ASSERT_EQ(to_text(rightFirst), whole) << a << "\n" << b << "\n" << c;
+    }
 }
 
 }  // namespace

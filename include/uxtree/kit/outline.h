@@ -1,4 +1,4 @@
-// Outlines of well-formed XML files.
+// Outlines of well-formed XML files, and of many of them as one.
 #pragma once
 
 #include "uxtree/frame/annotate.h"
@@ -14,3 +14,17 @@
 //
 // 1, or 0 when the file is refused or there is no memory; UXGetLastLoadError tells why.
 UXKIT_API int UXOutlineFile(UXXmlWrapperBase* target, const char* path, bool partial);
+
+// Adds to the outlines below target what those below source have and they lack, so that target holds
+// the outline of all the documents of both. Entries of the same label and place become one: its
+// attributes in the order of the names' bytes, its children in the order of first appearance, those
+// of target first. So merging is associative: outlines of parts of a long list of files may be made
+// anywhere, and merged in groups, as long as the order of the files is kept. An element without
+// outlines changes nothing. Whatever else stands below source is passed over.
+//
+// target and source may be in one tree, also the same. Time grows with source and with the entries
+// of target beside which something of source stands.
+//
+// 1, or 0 when a handle is unusable, with target untouched, or when memory runs out: target may then
+// have a part of what source adds, and merging again completes it.
+UXKIT_API int UXMergeOutline(UXXmlWrapperBase* target, const UXXmlWrapperBase* source);
