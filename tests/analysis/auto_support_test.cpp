@@ -1,3 +1,4 @@
+// The text that says whether and how a range finds its own data.
 #include "uxtree/analysis/auto_support.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// Dialog options: inputs and outputs, hidden values, menus, option bits.
 #include "uxtree/analysis/dialog.h"
 
 #include <limits>

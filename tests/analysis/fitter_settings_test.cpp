@@ -1,3 +1,4 @@
+// The lists of parameter settings in a fitter's tree.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

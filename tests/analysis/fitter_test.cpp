@@ -1,3 +1,4 @@
+// Weights of a fitter's data, compact and expanded.
 #include "uxtree/analysis/fitter.h"
 
 #include <array>

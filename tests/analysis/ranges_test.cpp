@@ -1,3 +1,4 @@
+// Range trees: iterators, support, composite ranges and their values.
 #include "uxtree/analysis/ranges.h"
 
 #include <gmock/gmock.h>

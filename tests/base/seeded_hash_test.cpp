@@ -1,3 +1,4 @@
+// Hashes that nobody can choose collisions for.
 #include "base/seeded_hash.h"
 
 #include <set>

@@ -1,3 +1,4 @@
+// Values of one tree into attributes of another, matched by attributes.
 #include "uxtree/data/attribute_match.h"
 
 #include <string>

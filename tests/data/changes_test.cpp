@@ -1,3 +1,4 @@
+// What changed in a tree: marks, lists, removal of the unchanged.
 #include "uxtree/data/changes.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// Copies of values and attributes between trees, by place, by identifier, by tag.
 #include "uxtree/data/copy.h"
 
 #include <string>

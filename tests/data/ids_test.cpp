@@ -1,3 +1,4 @@
+// Data and repeat identifiers: reading, combining, messages.
 #include "uxtree/data/ids.h"
 
 #include <climits>

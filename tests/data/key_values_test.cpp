@@ -1,3 +1,4 @@
+// Branches as key and value text, and the escapes in it.
 #include "uxtree/data/key_values.h"
 
 #include <random>

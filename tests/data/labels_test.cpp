@@ -1,3 +1,4 @@
+// Labels: those of nodes, combined ones, replaced texts.
 #include "uxtree/data/labels.h"
 
 #include <string>

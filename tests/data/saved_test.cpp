@@ -1,3 +1,4 @@
+// Saved values: documents of identifiers and values.
 #include "uxtree/data/saved.h"
 
 #include <climits>

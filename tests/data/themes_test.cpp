@@ -1,3 +1,4 @@
+// Themes: file names, types, nodes of a theme tree, lists of themes.
 #include "uxtree/data/themes.h"
 
 #include <climits>

@@ -1,3 +1,4 @@
+// Collecting values with their identifiers.
 #include <string>
 
 #include <gmock/gmock.h>

@@ -1,3 +1,4 @@
+// A plain model of collecting and setting values.
 #include "data/values_model.h"
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// Setting values by their identifiers.
 #include <stdexcept>
 #include <string>
 

@@ -1,3 +1,4 @@
+// Emptying, clearing, replacing and listing values.
 #include "uxtree/data/values.h"
 
 #include <gmock/gmock.h>

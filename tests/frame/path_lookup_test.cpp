@@ -1,3 +1,4 @@
+// Nodes by the tags on the way to them.
 #include "uxtree/frame/path_lookup.h"
 
 #include <string>

@@ -1,3 +1,4 @@
+// Blocks of bytes that are given back in bulk.
 #include "host/arena.h"
 
 #include <algorithm>

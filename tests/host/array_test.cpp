@@ -1,3 +1,4 @@
+// Arrays of the host.
 #include "uxtree/host/array.h"
 
 #include <climits>

@@ -1,3 +1,4 @@
+// Loading: what is read, what is refused, and where the fault is.
 #include <array>
 #include <cstdint>
 #include <random>

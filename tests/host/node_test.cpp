@@ -1,3 +1,4 @@
+// Nodes of the embedded host: handles, tags, attributes, values, structure.
 #include "uxtree/host/node.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Saving: bytes, replacement at once, failures that lose nothing.
 #include <filesystem>
 #include <random>
 

@@ -1,3 +1,4 @@
+// Objects and arrays that scripts hand over.
 #include "uxtree/host/script_object.h"
 
 #include <memory>

@@ -1,3 +1,4 @@
+// What a host does for the library: words, messages, limits.
 #include "uxtree/host/services.h"
 
 #include <chrono>

@@ -1,3 +1,4 @@
+// Strings of the host.
 #include "uxtree/host/string.h"
 
 #include <climits>

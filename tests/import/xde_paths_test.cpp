@@ -1,3 +1,4 @@
+// Paths within import descriptions.
 #include "uxtree/import/xde_paths.h"
 
 #include <string>

@@ -1,3 +1,4 @@
+// Trees made ready for the import dialog: arrays, previews, labels.
 #include "uxtree/import/xde_prepare.h"
 
 #include <string>

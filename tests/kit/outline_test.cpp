@@ -1,3 +1,4 @@
+// Outlines of files.
 #include "uxtree/kit/outline.h"
 
 #include <string>

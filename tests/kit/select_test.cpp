@@ -1,3 +1,4 @@
+// Selections: what each expression means, and how faults are told.
 #include "uxtree/kit/select.h"
 
 #include <gmock/gmock.h>

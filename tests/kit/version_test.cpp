@@ -1,3 +1,4 @@
+// The version at run time.
 #include "uxtree/kit/version.h"
 
 #include <gtest/gtest.h>

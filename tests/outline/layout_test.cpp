@@ -1,3 +1,4 @@
+// Outlines by the forgiving scanner and of trees.
 #include "uxtree/outline/layout.h"
 
 #include <string>

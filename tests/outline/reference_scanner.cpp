@@ -1,3 +1,4 @@
+// A slow, plain scanner that the fast one is compared with.
 #include "outline/reference_scanner.h"
 
 #include <cstddef>

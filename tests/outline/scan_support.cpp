@@ -1,3 +1,4 @@
+// What the tests of the scanner share: events as text, padded input.
 #include "outline/scan_support.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// The forgiving scanner: decoding, events, broken input.
 #include "outline/scanner.h"
 
 #include <filesystem>

@@ -1,3 +1,4 @@
+// Path queries: lists and tables.
 #include "uxtree/outline/xpath.h"
 
 #include <string>

@@ -1,3 +1,4 @@
+// The input-data table of a report.
 #include <gtest/gtest.h>
 
 #include "uxtree/report/report.h"

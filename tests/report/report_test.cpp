@@ -1,3 +1,4 @@
+// Reference strings of reports.
 #include "uxtree/report/report.h"
 
 #include <limits>

@@ -1,3 +1,4 @@
+// Random documents from a seed.
 #include "support/generated_xml.h"
 
 #include <string_view>

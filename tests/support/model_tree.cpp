@@ -1,3 +1,4 @@
+// A plain tree that stands for the host's in models.
 #include "support/model_tree.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Random trees from a seed.
 #include "support/random_tree.h"
 
 namespace uxtest {

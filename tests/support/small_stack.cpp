@@ -1,3 +1,4 @@
+// Work on a thread with a small stack.
 #include "support/small_stack.h"
 
 #include <stdexcept>

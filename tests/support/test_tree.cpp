@@ -1,3 +1,4 @@
+// A tree from XML text, and its text again.
 #include "support/test_tree.h"
 
 #include <cstdlib>

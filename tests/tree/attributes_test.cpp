@@ -1,3 +1,4 @@
+// Attributes over trees: bits, copies, counts, store and restore.
 #include "uxtree/tree/attributes.h"
 
 #include <string>

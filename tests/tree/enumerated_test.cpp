@@ -1,3 +1,4 @@
+// Numbered tags and nodes.
 #include "uxtree/tree/enumerated.h"
 
 #include <climits>

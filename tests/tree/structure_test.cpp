@@ -1,3 +1,4 @@
+// Moving, deleting, filtering, sorting and copying nodes.
 #include "uxtree/tree/structure.h"
 
 #include <string>

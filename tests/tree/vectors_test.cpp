@@ -1,3 +1,4 @@
+// Vectors as children of a node.
 #include "uxtree/tree/vectors.h"
 
 #include <climits>

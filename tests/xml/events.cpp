@@ -1,3 +1,4 @@
+// Events of a parser as text, from our reader and from expat.
 #include "xml/events.h"
 
 #include <algorithm>

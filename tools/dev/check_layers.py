@@ -18,7 +18,7 @@ import re
 import sys
 
 OUTSIDE = ("tools", "bindings", "examples")
-TOPICS_SAID = ("src", *OUTSIDE)
+TOPICS_SAID = ("src", *OUTSIDE, "tests", "bench", "fuzz")
 CODE = (".cpp", ".h", ".hpp", ".cc", ".c", ".inl")
 # The rooms of the headers that gather others, right below include/uxtree/.
 GATHERING = {"uxtree_Utils.h": "report", "uxtree_c.h": "kit"}

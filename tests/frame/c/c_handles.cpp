@@ -1,3 +1,4 @@
+// Handles that a C program needs, made in C++.
 #include "c_handles.h"
 
 #include <string>

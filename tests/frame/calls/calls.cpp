@@ -1,3 +1,4 @@
+// Every entry point by name, with good and with bad arguments.
 #include "frame/calls/calls.h"
 
 namespace uxtest {
