@@ -269,7 +269,7 @@ class NewTopic(Folder):
 
     def test_makes_files_that_the_other_checks_accept(self):
         self.write("include/uxtree/frame/annotate.h", VOCABULARY.replace("none", "unusable"))
-        self.write("tests/frame/calls/t.cpp", "// Rows.\nsweep.add(UX_ENTRY(VCTreeRotate), row, node());")
+        self.write("tests/frame/calls/t.cpp", "// The rows of this topic.\nsweep.add(UX_ENTRY(VCTreeRotate), row, node());")
         code, output = self.make("tree/rotate", "VCTreeRotate")
         self.assertEqual(code, 0, output)
         self.write("include/uxtree/frame/app.h", "")
