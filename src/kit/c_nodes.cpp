@@ -1,6 +1,5 @@
 // Nodes for C.
 #include <cstdint>
-#include <limits>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -10,39 +9,28 @@
 #include "uxtree/kit/c.h"
 
 #include "base/xml_names.h"
+#include "kit/c_arguments.h"
 #include "kit/c_last_error.h"
 #include "kit/c_texts.h"
 
 using ux::kit::accept_text;
 using ux::kit::accept_value;
+using ux::kit::given;
 using ux::kit::guarded;
 using ux::kit::last_error;
+using ux::kit::narrow;
 using ux::kit::refused;
+using ux::kit::usable;
 
 namespace {
 
 using Node = UXXmlWrapperBase;
-
-bool usable(const Node* node) {
-    if (node == nullptr) return refused(false, "the node is null");
-    if (node->IsNodeValid() == 0) return refused(false, "the handle refers to no node");
-    return true;
-}
-template <typename Object>
-bool given(const Object* out) {
-    return out != nullptr || refused(false, "there is no place for the result");
-}
 
 // Assigns what a lookup found.
 int found(Node* out, Node& node, const char* otherwise) {
     if (node.IsNodeValid() == 0) return refused(0, otherwise);
     *out = std::move(node);
     return 1;
-}
-
-int narrow(long long number) {
-    return number > std::numeric_limits<int>::max() ? std::numeric_limits<int>::max()
-                                                    : static_cast<int>(number);
 }
 
 Node* load_failed() {

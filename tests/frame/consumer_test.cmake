@@ -89,6 +89,13 @@ function(expect_first_steps)
   file(REMOVE ${WORK_DIR}/result.xml ${WORK_DIR}/theme.xml)
 endfunction()
 
+# A path in C, run under whatever comes first.
+function(expect_selection)
+  run(OUTPUT output COMMAND ${CMAKE_COMMAND} -E env LD_LIBRARY_PATH=${libraries} ${ARGN}
+    "//Find/*[. < 10]/@Label" ${SOURCE_DIR}/examples/dialog.xml)
+  expect("${output}" "LocalPoints@Label: Local Points")
+endfunction()
+
 function(test_c)
   install_and_move()
   ask_pkg_config(version --modversion uxtree_c)
@@ -106,12 +113,17 @@ function(test_c)
   run(COMMAND ${C_COMPILER} ${flags} -std=c99 -pedantic-errors -Wall -Wextra -Werror
     ${SOURCE_DIR}/examples/first_steps.c -o ${WORK_DIR}/first_steps ${options})
   expect_first_steps(${WORK_DIR}/first_steps)
+  run(COMMAND ${C_COMPILER} ${flags} -std=c99 -pedantic-errors -Wall -Wextra -Werror
+    ${SOURCE_DIR}/examples/select.c -o ${WORK_DIR}/select ${options})
+  expect_selection(${WORK_DIR}/select)
   if(NOT SANITIZE)
     expect_first_steps(${PYTHON} ${SOURCE_DIR}/examples/first_steps_ctypes.py
       ${libraries}/libuxtree_kit.so)
     if(VALGRIND)
-      expect_first_steps(${VALGRIND} -q --leak-check=full --show-leak-kinds=all
-        --error-exitcode=9 --suppressions=${consumer}/valgrind.supp ${WORK_DIR}/first_steps)
+      set(checked ${VALGRIND} -q --leak-check=full --show-leak-kinds=all --error-exitcode=9
+        --suppressions=${consumer}/valgrind.supp)
+      expect_first_steps(${checked} ${WORK_DIR}/first_steps)
+      expect_selection(${checked} ${WORK_DIR}/select)
     else()
       message(FATAL_ERROR "valgrind is missing")
     endif()

@@ -22,7 +22,12 @@ NUMBERS = {
 }
 PLAIN = {"int": "1", "unsigned int": "0", "DWORD": "0", "bool": "false", "char": "'a'",
          "unsigned char": "1", "unsigned short": "1", "double": "1.0", "size_t": "4"}
-RECORDS = {"tagDescStatResults*": "&w.statistics", "tagHistogramStatsResult*": "&w.histogram"}
+# What a world has one of.
+SINGLE = {"tagDescStatResults*": "&w.statistics", "tagHistogramStatsResult*": "&w.histogram",
+          "UXSelection*": "w.selection", "UXSelected*": "w.selected"}
+FREES = {HANDLE: "ux_node_free", "CStringUTF8*": "ux_string_free",
+         "UXScriptObject*": "ux_array_free", "UXSelection*": "ux_select_free",
+         "UXSelected*": "ux_selected_free"}
 # Counts of things to make: a huge one is a request for so much memory and time.
 MAKES = {("uxtree_nlsf_add_params_node_DataID", "count")}
 # What is refused, changes nothing, and is reported as done all the same.
@@ -53,8 +58,8 @@ class Arguments:
             return self.next(ARRAYS[each.element])
         if kind == "CStringUTF8*":
             return self.next("texts")
-        if kind in RECORDS:
-            return RECORDS[kind]
+        if kind in SINGLE:
+            return SINGLE[kind]
         if each.type == "const int*":
             return "w.number"
         if each.type == "const double*":
@@ -127,8 +132,7 @@ def trial(declaration, place, how, expression, must):
     lines = ["    {", "        World w = make_world();"]
     lines.append(f"        {code};" if result == "void" else f"        {result} r = {code};")
     if result != "void":
-        free = {HANDLE: "ux_node_free(r)", "CStringUTF8*": "ux_string_free(r)",
-                "UXScriptObject*": "ux_array_free(r)"}.get(result, "(void)r")
+        free = f"{FREES.get(result, '(void)')}(r)"
     name = f'"{declaration.name}", "{each.name}", "{how}"'
     if test:
         lines.append(f"        expect({test}, {name});")

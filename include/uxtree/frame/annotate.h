@@ -71,6 +71,7 @@
 //   host_refused         The host refused a change.
 //   lengths_differ       The arrays differ in length, or one is missing.
 //   missing_id           A node of a kind that needs an identifier has none.
+//   mixed_text           The answer depends on text whose place among child elements is not known.
 //   no                   The answer is no, or an argument is unusable.
 //   no_array             There is no array for the names, or the object is no string array.
 //   no_identifier        There is no identifier to look for, or a link of the chain is missing.

@@ -3,10 +3,11 @@
 // The script entry points (uxtree/uxtree_c.h) take handles of nodes, strings and script arrays. Here
 // they are made, filled, read and given back. All of it works on the embedded host.
 //
-// Ownership: who calls ux_node_new, ux_node_copy, ux_load, ux_load_memory, ux_string_new or
-// ux_array_new gives the result back to the matching ux_..._free, once. A handle keeps the whole
-// tree that its node belongs to; freeing a handle never removes the node. Texts and numbers that a
-// function yields stay with the object they come from, and are valid until it changes or is freed.
+// Ownership: who calls ux_node_new, ux_node_copy, ux_load, ux_load_memory, ux_string_new,
+// ux_array_new, ux_select_compile or ux_selected_new gives the result back to the matching
+// ux_..._free, once. A handle keeps the whole tree that its node belongs to; freeing a handle never
+// removes the node. Texts and numbers that a function yields stay with the object they come from,
+// and are valid until it changes or is freed.
 //
 // Null is allowed for every pointer and makes a call fail unless its comment says more. So does a
 // handle whose node was removed, a handle that refers to nothing, and a text that is not UTF-8.
@@ -17,12 +18,24 @@
 
 #include "uxtree/kit/export.h"
 
+// What the elements of an array are.
+enum { UX_ARRAY_INTS = 1, UX_ARRAY_DOUBLES = 2, UX_ARRAY_BOOLS = 3, UX_ARRAY_STRINGS = 4 };
+
+// What a selection found. The document holds the root element.
+enum {
+    UX_SELECTED_DOCUMENT = 0,
+    UX_SELECTED_ELEMENT = 1,
+    UX_SELECTED_ATTRIBUTE = 2,
+    UX_SELECTED_TEXT = 3
+};
+
 #ifdef __cplusplus
 #include <cstddef>
 
 #include "uxtree/host/node.h"
 #include "uxtree/host/script_object.h"
 #include "uxtree/host/string.h"
+#include "uxtree/kit/select.h"
 extern "C" {
 #else
 #include <stdbool.h>
@@ -33,10 +46,9 @@ typedef uint32_t DWORD;
 typedef struct UXXmlWrapperBase UXXmlWrapperBase;  // a handle of a tree node
 typedef struct UXScriptObject UXScriptObject;      // an array of the script language
 typedef struct CStringUTF8 CStringUTF8;            // a string of the host
+typedef struct UXSelection UXSelection;            // a compiled path
+typedef struct UXSelected UXSelected;              // what a path found
 #endif
-
-// What the elements of an array are.
-enum { UX_ARRAY_INTS = 1, UX_ARRAY_DOUBLES = 2, UX_ARRAY_BOOLS = 3, UX_ARRAY_STRINGS = 4 };
 
 // --- nodes
 
@@ -152,13 +164,54 @@ UXKIT_API int ux_array_set_bools(UX_OUT UX_BOOLS UXScriptObject* array,
 UXKIT_API int ux_array_add_string(UX_APPENDS UX_STRINGS UXScriptObject* array,
                                   UX_IN const char* text) UX_RETURNS(done, not_done = 0);
 
+// --- selections
+
+// Compiles a path in the short form of XPath 1.0, such as "//b[@a='v']/c"; docs/selection.md has
+// the table of all there is. It runs on any number of trees, in several threads at once if they
+// like. Null when it is not understood: ux_last_error tells why, and ux_last_error_column where, as
+// a byte of the path from 1.
+UXKIT_API UXSelection* ux_select_compile(UX_IN const char* path) UX_RETURNS(handle);
+// Gives a compiled path back. Null is passed over; results of it stay.
+UXKIT_API void ux_select_free(UX_OPT UX_IN UXSelection* selection);
+// A place for what a path finds, which is nothing yet.
+UXKIT_API UXSelected* ux_selected_new(void) UX_RETURNS(handle);
+// Gives it back. Null is passed over.
+UXKIT_API void ux_selected_free(UX_OPT UX_IN UXSelected* found);
+// Selects from a node: a path without "/" in front starts there, one with "/" at the document that
+// the node is in. found receives what there is, in the order of the document and nothing twice, in
+// place of what it held. It refers to the tree, and is to be read before the tree changes.
+//
+//   mixed  receives the element whose text decides the answer and stands beside child elements in
+//          an order that the tree does not hold, when that is why there is none
+//
+// Returns how many there are.
+UXKIT_API int ux_select_run(UX_IN const UXSelection* selection, UX_IN const UXXmlWrapperBase* node,
+                            UX_OUT UXSelected* found, UX_OPT UX_OUT UXXmlWrapperBase* mixed)
+    UX_RETURNS(count, unusable = -1, mixed_text = -2);
+// How many there are.
+UXKIT_API int ux_selected_count(UX_IN const UXSelected* found) UX_RETURNS(count, unusable = -1);
+// What stands at a position from 0: UX_SELECTED_ELEMENT and so on. -1 for a position outside.
+UXKIT_API int ux_selected_kind(UX_IN const UXSelected* found, int index)
+    UX_RETURNS(count, unusable = -1);
+// The element at a position; of an attribute or a text the element that has it; of the document its
+// root. 1 with it in out; otherwise 0, and out is as it was.
+UXKIT_API int ux_selected_node(UX_IN const UXSelected* found, int index,
+                               UX_OUT UXXmlWrapperBase* out) UX_RETURNS(done, unusable = 0);
+// The name of an attribute, "" of anything else. 1, or 0 with out as it was.
+UXKIT_API int ux_selected_attr(UX_IN const UXSelected* found, int index, UX_OUT CStringUTF8* out)
+    UX_RETURNS(done, unusable = 0);
+// The text: the value of an attribute, a text, and of an element all texts in it joined. 1, or with
+// out as it was 0, and mixed_text where it depends on text beside child elements.
+UXKIT_API int ux_selected_text(UX_IN const UXSelected* found, int index, UX_OUT CStringUTF8* out)
+    UX_RETURNS(done, unusable = 0, mixed_text = -2);
+
 // --- errors
 
 // Why the last call of a ux_ function of this thread failed; "" when it did not. For a load it tells
 // the file and the place. The text stays until the next such call of this thread. This function and
 // the two below leave the reason alone.
 UXKIT_API const char* ux_last_error(void) UX_RETURNS(borrowed);
-// Line and column, from 1, of what a load refused; 0 without a position.
+// Line and column, from 1, of what a load or ux_select_compile refused; 0 without a position.
 UXKIT_API int ux_last_error_line(void) UX_RETURNS(stored);
 UXKIT_API int ux_last_error_column(void) UX_RETURNS(stored);
 // What a code means that a function of the libraries has returned: its name, as in "duplicate_id",

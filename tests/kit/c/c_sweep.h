@@ -21,6 +21,8 @@ typedef struct World {
     UXXmlWrapperBase* invalid;
     UXXmlWrapperBase* removed;
     CStringUTF8* texts[kEach];
+    UXSelection* selection;
+    UXSelected* selected; /* several elements */
     UXScriptObject *ints[kEach], *doubles[kEach], *bools[kEach], *strings[kEach];
     int number[kNumbers];
     double real[kNumbers];
@@ -56,6 +58,9 @@ static World make_world(void) {
     w.removed = ux_node_new(NULL);
     ux_node_child(tree, "a", w.removed);
     ux_node_remove(w.removed);
+    w.selection = ux_select_compile("//*");
+    w.selected = ux_selected_new();
+    ux_select_run(w.selection, w.nodes[0], w.selected, NULL);
     ux_node_free(tree);
     ++trials;
     return w;
@@ -97,6 +102,8 @@ static void free_world(World* w, const char* function, const char* parameter, co
         ux_array_free(w->strings[i]);
     }
     ux_string_free(text);
+    ux_selected_free(w->selected);
+    ux_select_free(w->selection);
     ux_node_free(w->removed);
     ux_node_free(w->invalid);
 }
