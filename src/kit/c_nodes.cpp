@@ -40,8 +40,38 @@ Node* load_failed() {
     return refused<Node*>(nullptr, static_cast<const char*>(UXGetLastLoadError()));
 }
 
-bool no_flags(unsigned int flags) {
-    return flags == 0 || refused(false, "unknown flags " + std::to_string(flags));
+bool only_flags(unsigned int known, unsigned int flags) {
+    const unsigned int unknown = flags & ~known;
+    return unknown == 0 || refused(false, "unknown flags " + std::to_string(unknown));
+}
+bool has_both(unsigned int flags, unsigned int pair) {
+    return (flags & pair) == pair;
+}
+
+bool save_flags(const Node& node, unsigned int flags) {
+    constexpr unsigned int kForms = UX_SAVE_PLAIN | UX_SAVE_INDENTED;
+    constexpr unsigned int kIds = UX_SAVE_IDS | UX_SAVE_NO_IDS;
+    if (!only_flags(kForms | kIds, flags)) return false;
+    if (has_both(flags, kForms) || has_both(flags, kIds)) {
+        return refused(false, "flags that exclude each other");
+    }
+    const bool plain =
+        (flags & kForms) == UX_SAVE_PLAIN || ((flags & kForms) == 0 && UXKeepsLayout(&node) == 0);
+    return !plain || (flags & UX_SAVE_NO_IDS) == 0 ||
+           refused(false, "a tree without a layout is written with all IDs");
+}
+
+UXSaveOptions save_options(unsigned int flags) {
+    UXSaveOptions options;
+    if ((flags & UX_SAVE_PLAIN) != 0) options.form = UXSaveForm::kPlain;
+    if ((flags & UX_SAVE_INDENTED) != 0) options.form = UXSaveForm::kIndented;
+    if ((flags & UX_SAVE_IDS) != 0) options.ids = UXSaveIds::kWrite;
+    if ((flags & UX_SAVE_NO_IDS) != 0) options.ids = UXSaveIds::kLeaveOut;
+    return options;
+}
+
+int save_failed() {
+    return refused(0, static_cast<const char*>(UXGetLastSaveError()));
 }
 
 // Reads a text of a node into a string that is assigned last.
@@ -106,9 +136,11 @@ int ux_node_same(const Node* a, const Node* b) {
 
 Node* ux_load(const char* path, unsigned int flags) {
     return guarded<Node*>(nullptr, [&]() -> Node* {
-        if (!accept_text(path) || !no_flags(flags)) return nullptr;
+        if (!accept_text(path) || !only_flags(UX_LOAD_LAYOUT, flags)) return nullptr;
         auto node = std::make_unique<Node>();
-        return node->load(path, 0, false) != 0 ? node.release() : load_failed();
+        const bool loaded =
+            (flags != 0 ? UXLoadForEditing(node.get(), path) : node->load(path, 0, false)) != 0;
+        return loaded ? node.release() : load_failed();
     });
 }
 
@@ -118,17 +150,25 @@ Node* ux_load_memory(const char* bytes, size_t size, unsigned int flags) {
         if (size > static_cast<std::size_t>(PTRDIFF_MAX)) {
             return refused<Node*>(nullptr, "the size is larger than any memory");
         }
-        if (!no_flags(flags)) return nullptr;
+        if (!only_flags(UX_LOAD_LAYOUT, flags)) return nullptr;
         auto node = std::make_unique<Node>();
-        return node->LoadFromMemory(bytes, size) != 0 ? node.release() : load_failed();
+        const bool loaded = (flags != 0 ? UXLoadForEditingFromMemory(node.get(), bytes, size)
+                                        : node->LoadFromMemory(bytes, size)) != 0;
+        return loaded ? node.release() : load_failed();
     });
 }
 
 int ux_save(const Node* node, const char* path, unsigned int flags) {
     return guarded(0, [&] {
-        if (!usable(node) || !accept_text(path) || !no_flags(flags)) return 0;
-        if (node->Save(path, 0) != 0) return 1;
-        return refused(0, static_cast<const char*>(UXGetLastSaveError()));
+        if (!usable(node) || !accept_text(path) || !save_flags(*node, flags)) return 0;
+        return UXSaveAs(node, path, save_options(flags), nullptr) != 0 ? 1 : save_failed();
+    });
+}
+
+int ux_save_memory(const Node* node, unsigned int flags, CStringUTF8* out) {
+    return guarded(0, [&] {
+        if (!usable(node) || !given(out) || !save_flags(*node, flags)) return 0;
+        return UXSaveToMemory(node, out, save_options(flags), nullptr) != 0 ? 1 : save_failed();
     });
 }
 

@@ -102,6 +102,70 @@ TEST(ux_save, WritesAFileThatLoadsAgain) {
     EXPECT_STRNE(ux_last_error(), "");
 }
 
+namespace {
+
+std::string bytes_of(const NodePtr& node, unsigned int flags) {
+    const StringPtr out = text();
+    EXPECT_EQ(ux_save_memory(node.get(), flags, out.get()), 1) << ux_last_error();
+    return ux_string_text(out.get());
+}
+constexpr const char* kWritten = "<!-- c -->\n<r a='1' b=\"2\">\n <x/>\n</r>\n";
+
+}  // namespace
+
+TEST(ux_save, KeepsTheLayoutThatWasLoaded) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("people.xml", kWritten);
+    const NodePtr tree = own(ux_load(path.c_str(), UX_LOAD_LAYOUT));
+    ASSERT_NE(tree, nullptr);
+    ASSERT_EQ(ux_node_set_attr(tree.get(), "a", "9"), 1);
+
+    EXPECT_EQ(ux_save(tree.get(), path.c_str(), 0), 1);
+
+    const NodePtr again = own(ux_load(path.c_str(), UX_LOAD_LAYOUT));
+    EXPECT_EQ(bytes_of(again, 0), "<!-- c -->\n<r a='9' b=\"2\">\n <x/>\n</r>\n");
+    EXPECT_EQ(ux_save(tree.get(), (path + "/x").c_str(), 0), 0);
+    EXPECT_STRNE(ux_last_error(), "");
+}
+
+TEST(ux_save_memory, GivesTheFormThatIsAskedFor) {
+    const std::string written = kWritten;
+    const NodePtr tree = own(ux_load_memory(written.data(), written.size(), UX_LOAD_LAYOUT));
+    const std::string plain =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?><r a=\"1\" b=\"2\"><x/></r>";
+
+    EXPECT_EQ(bytes_of(tree, 0), written);
+    EXPECT_EQ(bytes_of(own(ux_node_copy(tree.get())), 0), written);
+    EXPECT_EQ(bytes_of(tree, UX_SAVE_PLAIN), plain);
+    EXPECT_EQ(bytes_of(tree, UX_SAVE_INDENTED),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r a=\"1\" b=\"2\">\n  <x/>\n</r>\n");
+    EXPECT_EQ(bytes_of(parse(written), 0), plain);
+}
+
+TEST(ux_save_memory, WritesNewIdsWhenItIsTold) {
+    const std::string written = "<r>\n <x/>\n</r>\n";
+    const NodePtr tree = own(ux_load_memory(written.data(), written.size(), UX_LOAD_LAYOUT));
+    tree->SetID(7, false);
+
+    EXPECT_EQ(bytes_of(tree, 0), written);
+    EXPECT_EQ(bytes_of(tree, UX_SAVE_NO_IDS), written);
+    EXPECT_EQ(bytes_of(tree, UX_SAVE_IDS), "<r _ux_id=\"7\">\n <x/>\n</r>\n");
+    EXPECT_EQ(bytes_of(tree, UX_SAVE_INDENTED | UX_SAVE_NO_IDS),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r>\n  <x/>\n</r>\n");
+}
+
+TEST(ux_save_memory, RefusesFlagsThatExcludeEachOther) {
+    const NodePtr tree = parse("<r/>");
+    const StringPtr out = text();
+    for (const unsigned int flags :
+         {UX_SAVE_PLAIN | UX_SAVE_INDENTED | 0U, UX_SAVE_IDS | UX_SAVE_NO_IDS | 0U,
+          UX_SAVE_PLAIN | UX_SAVE_NO_IDS | 0U, UX_SAVE_NO_IDS | 0U, 16U}) {
+        EXPECT_EQ(ux_save_memory(tree.get(), flags, out.get()), 0) << flags;
+        EXPECT_STRNE(ux_last_error(), "") << flags;
+    }
+    EXPECT_STREQ(ux_string_text(out.get()), "kept");
+}
+
 TEST(ux_node_child, FollowsAPathOfTags) {
     const NodePtr tree = parse("<r><a/><a><b>1</b></a><c><b>2</b></c></r>");
     const NodePtr out = own(ux_node_new(nullptr));

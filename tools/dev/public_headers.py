@@ -359,6 +359,8 @@ def parse_header(text, path, vocabulary, export=EXPORT):
             taken = take_declaration(lines, at - 1)
             at += len(taken) - 1
             header.structs[line.split()[1]] = "\n".join(taken)
+        elif line.startswith("enum "):
+            at += len(take_declaration(lines, at - 1)) - 1
         elif line.startswith('extern "C" {'):
             is_script = True
         elif line.startswith("}"):

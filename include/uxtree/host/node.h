@@ -228,12 +228,15 @@ public:
     // --- loading, saving, settings -------------------------------------------------------------
 
     // Parses an XML file strictly and binds the handle to its root; on failure the handle stays as
-    // it was, and UXGetLastLoadError tells why.
+    // it was, and UXGetLastLoadError tells why. Comments, instructions, the document type and white
+    // space between elements are no part of a tree. To change a file that people wrote, the embedded
+    // host has UXLoadForEditing and UXSaveAs, which keep them (uxtree/host/embedded.h).
     int load(const char* path, int unused, bool unusedFlag);
     // The same for XML text in memory.
     int LoadFromMemory(const char* bytes, std::size_t length);
-    // Writes the element as the root of an XML file, atomically: a failed save leaves the old file
-    // whole, and UXGetLastSaveError tells why it failed.
+    // Writes the element as the root of an XML file: the tree alone, in UTF-8, without white space
+    // between elements, so that equal trees give equal bytes however they were loaded. Atomically: a
+    // failed save leaves the old file whole, and UXGetLastSaveError tells why it failed.
     int Save(const char* path, int unused) const;
     static int SetDefaultCodePage(int codePage);
     // The serialised element: escaped, with a closing tag, without indentation or declaration.

@@ -68,17 +68,34 @@ UXKIT_API int ux_node_valid(UX_OPT UX_MAY_BE_INVALID UX_IN const UXXmlWrapperBas
 // 1 when both handles refer to the same node.
 UXKIT_API int ux_node_same(UX_IN const UXXmlWrapperBase* a, UX_IN const UXXmlWrapperBase* b)
     UX_RETURNS(yes, no = 0);
-// Loads an XML file and yields a handle to its root. flags are 0; others are refused. Null when the
-// file cannot be read or is no well-formed XML: ux_last_error tells why and where.
+// How to load, added up: 0, or UX_LOAD_LAYOUT to keep what the tree does not hold (comments, white
+// space, quotes, encoding; costs the size of the file and four bytes for each element).
+enum { UX_LOAD_LAYOUT = 1 };
+// How to save, added up. 0 writes a document that was loaded with UX_LOAD_LAYOUT, or a copy of one,
+// with the bytes it was read from, except where it was changed, in its own encoding; any other tree
+// in UTF-8 without white space of its own, with the IDs of all nodes. With a layout, nodes that got
+// their ID since are written without it unless the file had IDs; the last two flags say otherwise.
+enum {
+    UX_SAVE_PLAIN = 1,     // as a tree without a layout
+    UX_SAVE_INDENTED = 2,  // elements on lines of their own, two blanks a level, without comments
+    UX_SAVE_IDS = 4,       // with the IDs of all nodes
+    UX_SAVE_NO_IDS = 8     // without IDs that the file does not have; refused for a plain form
+};
+// Loads an XML file and yields a handle to its root. Null when the file cannot be read or is no
+// well-formed XML, and for unknown flags: ux_last_error tells why and where.
 UXKIT_API UXXmlWrapperBase* ux_load(UX_FILE const char* path, unsigned int flags) UX_RETURNS(handle)
     UX_BLOCKS;
 // The same for the bytes of a document in memory, which need not end in NUL.
 UXKIT_API UXXmlWrapperBase* ux_load_memory(UX_IN const char* bytes, size_t size, unsigned int flags)
     UX_RETURNS(handle);
-// Writes the node as the root of an XML file. flags are 0; others are refused. 1, or 0 with the old
-// file whole.
+// Writes the node as the root of an XML file. 1, or 0 with the old file whole: for unknown flags and
+// those that exclude each other, for a text that XML or a name that the file's encoding cannot hold,
+// and when the file cannot be written.
 UXKIT_API int ux_save(UX_IN const UXXmlWrapperBase* node, UX_FILE const char* path,
                       unsigned int flags) UX_RETURNS(done, not_done = 0) UX_BLOCKS;
+// The bytes that ux_save would write. 1, or 0 with out as it was.
+UXKIT_API int ux_save_memory(UX_IN const UXXmlWrapperBase* node, unsigned int flags,
+                             UX_OUT CStringUTF8* out) UX_RETURNS(done, not_done = 0);
 // Finds the node at the end of a path of tags below node, "a/b": each step takes the first child
 // with the tag. An empty path leads to node itself. 1 with the node in out, which may be node;
 // otherwise 0, and out is as it was.
