@@ -173,20 +173,6 @@ TEST(VCTreeCheckAddInputDataBranch, TheRangeMayBeTheTreesOwnHandle) {
     EXPECT_TRUE(node == tree.at("a"));
 }
 
-TEST(VCTreeCheckAddInputDataBranch, RefusesBadArguments) {
-    TestTree tree("<in/>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase range;
-    UXXmlWrapperBase invalid;
-    const CWBOStringArray names = uxtest::string_list({"X"});
-    EXPECT_FALSE(VCTreeCheckAddInputDataBranch(nullptr, &root, &names, nullptr, 0, 1, 0, "v"));
-    EXPECT_FALSE(VCTreeCheckAddInputDataBranch(&range, nullptr, &names, nullptr, 0, 1, 0, "v"));
-    EXPECT_FALSE(VCTreeCheckAddInputDataBranch(&range, &invalid, &names, nullptr, 0, 1, 0, "v"));
-    EXPECT_FALSE(VCTreeCheckAddInputDataBranch(&range, &root, nullptr, nullptr, 0, 1, 0, "v"));
-    EXPECT_EQ(tree.text(), "<in></in>");
-    EXPECT_FALSE(range.IsNodeValid());
-}
-
 TEST(uxtree_tree_check_add_input_data_branch, GivesTheNativeAnswer) {
     TestTree tree("<in/>");
     UXXmlWrapperBase root = tree.root();
@@ -289,17 +275,6 @@ TEST(vctree_GETN_reset_hidden_values, ALeafGivesZero) {
     EXPECT_EQ(reset("<r DataID='1'/>", {1}, true).count, 0);
 }
 
-TEST(vctree_GETN_reset_hidden_values, RefusesBadArguments) {
-    TestTree tree("<r><a DataID='1' _ux_id='10'>5</a></r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-    CArray<int, int> ids = uxtest::number_list<int>({1});
-    EXPECT_EQ(vctree_GETN_reset_hidden_values(nullptr, &ids, true), -1);
-    EXPECT_EQ(vctree_GETN_reset_hidden_values(&invalid, &ids, true), -1);
-    EXPECT_EQ(vctree_GETN_reset_hidden_values(&root, nullptr, true), -1);
-    EXPECT_EQ(tree.text(), "<r><a DataID=\"1\" _ux_id=\"10\">5</a></r>");
-}
-
 TEST(uxtree_GETN_reset_hidden_values, GivesTheNativeAnswer) {
     TestTree tree("<r><a DataID='1' _ux_id='10'>5</a></r>");
     UXXmlWrapperBase root = tree.root();
@@ -343,14 +318,6 @@ TEST(VCTreePrepareForMenu, TreatsTheGivenNodeItself) {
     EXPECT_EQ(VCTreePrepareForMenu(&root, next), 1);
     EXPECT_EQ(VCTreePrepareForMenu(&root, next), 0);
     EXPECT_EQ(tree.text(), "<m DataID=\"9\" _ux_id=\"11\"></m>");
-}
-
-TEST(VCTreePrepareForMenu, RefusesBadArguments) {
-    UXXmlWrapperBase invalid;
-    DWORD next = 9;
-    EXPECT_EQ(VCTreePrepareForMenu(nullptr, next), -1);
-    EXPECT_EQ(VCTreePrepareForMenu(&invalid, next), -1);
-    EXPECT_EQ(next, 9U);
 }
 
 TEST(VCTreePrepareForMenu, AVeryDeepTreeCostsNoStack) {

@@ -361,15 +361,6 @@ TEST(vctree_update_fitter_data_weight_node, AnUnknownMethodStillLocksTheBranch) 
     }
 }
 
-TEST(vctree_update_fitter_data_weight_node, AnInvalidNodeGivesZero) {
-    UXXmlWrapperBase invalid;
-    DWORD change = 99;
-    EXPECT_EQ(vctree_update_fitter_data_weight_node(invalid, 0, change, "d", nullptr, nullptr,
-                                                    nullptr, 0, 0),
-              0);
-    EXPECT_EQ(change, 99U);
-}
-
 // --- vctree_fitter_data_weight_node_compact_to_expanded ------------------------------------------
 
 TEST(vctree_fitter_data_weight_node_compact_to_expanded, ExpandsEverything) {
@@ -419,15 +410,6 @@ TEST(vctree_fitter_data_weight_node_compact_to_expanded, YieldsOneAlsoForAnUnkno
               "<WeightMethod _ux_id=\"11\"></WeightMethod></e>");
 }
 
-TEST(vctree_fitter_data_weight_node_compact_to_expanded, AnInvalidNodeGivesZero) {
-    TestTree tree("<W WeightMethod='1'/>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-    EXPECT_EQ(vctree_fitter_data_weight_node_compact_to_expanded(root, invalid), 0);
-    EXPECT_EQ(vctree_fitter_data_weight_node_compact_to_expanded(invalid, root), 0);
-    EXPECT_EQ(tree.text(), "<W WeightMethod=\"1\"></W>");
-}
-
 // --- vctree_fitter_data_weight_node_expanded_to_compact ------------------------------------------
 
 constexpr char kExpanded[] =
@@ -468,15 +450,6 @@ TEST(vctree_fitter_data_weight_node_expanded_to_compact, AMissingChildWritesNoth
         EXPECT_EQ(vctree_fitter_data_weight_node_expanded_to_compact(to, from), 0) << missing;
         EXPECT_EQ(compact.text(), "<W></W>");
     }
-}
-
-TEST(vctree_fitter_data_weight_node_expanded_to_compact, AnInvalidNodeGivesZero) {
-    TestTree expanded(kExpanded);
-    UXXmlWrapperBase from = expanded.root();
-    UXXmlWrapperBase invalid;
-    EXPECT_EQ(vctree_fitter_data_weight_node_expanded_to_compact(invalid, from), 0);
-    EXPECT_EQ(vctree_fitter_data_weight_node_expanded_to_compact(from, invalid), 0);
-    EXPECT_EQ(expanded.text(), TestTree(kExpanded).text());
 }
 
 }  // namespace

@@ -441,13 +441,6 @@ TEST(vctree_get_composite_subrange_values, AnEmptySlotReadsAsAnEmptyText) {
     EXPECT_EQ(values_of("<r><X/><Y/><Z/></r>", 0), (Values{1, "", "", ""}));
 }
 
-TEST(vctree_get_composite_subrange_values, AnInvalidNodeGivesZero) {
-    UXXmlWrapperBase invalid;
-    CStringUTF8 text = "t";
-    EXPECT_EQ(vctree_get_composite_subrange_values(invalid, text, text, text, 0), 0);
-    EXPECT_STREQ(text, "t");
-}
-
 // --- vctree_set_composite_subrange_values --------------------------------------------------------
 
 // Texts of the slots only: the attributes are the business of adding a range.
@@ -522,11 +515,6 @@ TEST(vctree_set_composite_subrange_values, HandsTheStoredArgumentToTheHost) {
     UXXmlWrapperBase root = tree.root();
     vctree_set_composite_subrange_values(root, "", "", "", 42, 0, 0, 0);
     EXPECT_EQ(stored, 42);
-}
-
-TEST(vctree_set_composite_subrange_values, AnInvalidNodeGivesZero) {
-    UXXmlWrapperBase invalid;
-    EXPECT_EQ(vctree_set_composite_subrange_values(invalid, "a", "b", "c", 0, 0, 0, 1), 0);
 }
 
 TEST(uxtree_set_composite_subrange_values, GivesTheNativeAnswer) {
@@ -629,11 +617,6 @@ TEST(VCTreeSetCompositeSubRangeNodeActionId, AChildIdBelowOneLeavesTheChildrenAl
         EXPECT_EQ(VCTreeSetCompositeSubRangeNodeActionId(root, -3, childId), 1);
         EXPECT_EQ(tree.text(), "<a _ACTION_OBJECT_ID=\"-3\"><b></b></a>");
     }
-}
-
-TEST(VCTreeSetCompositeSubRangeNodeActionId, AnInvalidNodeGivesZero) {
-    UXXmlWrapperBase invalid;
-    EXPECT_EQ(VCTreeSetCompositeSubRangeNodeActionId(invalid, 1, 1), 0);
 }
 
 }  // namespace

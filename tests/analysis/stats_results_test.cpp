@@ -57,14 +57,6 @@ TEST(vctree_stats_create_result_node, FindsTheOneThatIsThere) {
     EXPECT_EQ(tree.text(), before);
 }
 
-TEST(vctree_stats_create_result_node, AnInvalidNodeGivesZeroAndLeavesTheOutput) {
-    TestTree tree("<r/>");
-    UXXmlWrapperBase out = tree.root();
-    UXXmlWrapperBase invalid;
-    EXPECT_EQ(vctree_stats_create_result_node(invalid, out, {0, 0}), 0);
-    EXPECT_TRUE(out == tree.root());
-}
-
 // All results of a tree as "tag x y".
 std::vector<std::string> results_of(const char* xml) {
     TestTree tree(xml);
@@ -114,14 +106,6 @@ TEST(vctree_stats_enum_result_node, AtTheEndTheHandleStaysOnTheLastChild) {
         EXPECT_TRUE(cur == tree.at("c"));
         EXPECT_EQ(pos.x, 7);
     }
-}
-
-TEST(vctree_stats_enum_result_node, AnInvalidParentGivesZero) {
-    TestTree tree("<r><a/><Result/></r>");
-    UXXmlWrapperBase cur = tree.at("a");
-    UXXmlWrapperBase invalid;
-    EXPECT_EQ(vctree_stats_enum_result_node(invalid, cur, nullptr), 0);
-    EXPECT_TRUE(cur == tree.at("a"));
 }
 
 TEST(uxtree_stats_enum_result_node, GivesRowAndColumnOnlyWhenFound) {

@@ -131,20 +131,4 @@ TEST(uxtree_copy_values_to_attributes_by_attribute_matching, WorksOnASharedTree)
     EXPECT_EQ(tree.text(), TestTree("<r><a DataID='1' Show='0'>0</a></r>").text());
 }
 
-TEST(uxtree_copy_values_to_attributes_by_attribute_matching, YieldsZeroForUnusableTrees) {
-    TestTree tree("<r><a DataID='1'>0</a></r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-    const auto call = [](UXXmlWrapperBase* source, UXXmlWrapperBase* target) {
-        return uxtree_copy_values_to_attributes_by_attribute_matching(source, target, nullptr,
-                                                                      nullptr, nullptr, 1, 1, 1);
-    };
-
-    EXPECT_EQ(call(nullptr, &root), 0);
-    EXPECT_EQ(call(&root, nullptr), 0);
-    EXPECT_EQ(call(&invalid, &root), 0);
-    EXPECT_EQ(call(&root, &invalid), 0);
-    EXPECT_EQ(tree.text(), TestTree("<r><a DataID='1'>0</a></r>").text());
-}
-
 }  // namespace

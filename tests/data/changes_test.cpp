@@ -47,14 +47,6 @@ TEST(uxtree_node_changed, ClearsTheMarkWithTheOldName) {
     EXPECT_EQ(tree.text(), tree_text("<r k='1'/>"));
 }
 
-TEST(uxtree_node_changed, YieldsZeroForUnusableNodes) {
-    UXXmlWrapperBase invalid;
-
-    EXPECT_EQ(uxtree_node_changed(nullptr, 1, "x"), 0);
-    EXPECT_EQ(uxtree_node_changed(&invalid, 1, "x"), 0);
-    EXPECT_EQ(uxtree_node_changed(&invalid, 0, nullptr), 0);
-}
-
 TEST(VCTreeNodeGetValue, GivesTheTextOfALeafOnly) {
     TestTree tree("<r>own<a>x</a><b/></r>");
     UXXmlWrapperBase root = tree.root();
@@ -116,18 +108,6 @@ TEST(VCTreeUpdateChanges, StartsBelowTheTreeWhereTheListingStartsWithIt) {
     values.RemoveAt(0);  // the entry of the tree itself
 
     EXPECT_EQ(VCTreeUpdateChanges(&root, &values), 0);
-}
-
-TEST(VCTreeUpdateChanges, RefusesBadArguments) {
-    TestTree tree("<r><a OldValue='o'>x</a></r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-    CWBOStringArray values;
-
-    EXPECT_EQ(VCTreeUpdateChanges(nullptr, &values), -1);
-    EXPECT_EQ(VCTreeUpdateChanges(&invalid, &values), -1);
-    EXPECT_EQ(VCTreeUpdateChanges(&root, nullptr), -1);
-    EXPECT_EQ(tree.text(), tree_text("<r><a OldValue='o'>x</a></r>"));
 }
 
 TEST(uxtree_update_changes, NeedsAStringArray) {
@@ -295,18 +275,6 @@ TEST(uxtree_remove_unchange_nodes_by_id, StripsATreeAgainstItself) {
 
     EXPECT_EQ(uxtree_remove_unchange_nodes_by_id(&root, &root, "", ""), 3);
     EXPECT_EQ(tree.text(), tree_text("<r><a>z</a></r>"));
-}
-
-TEST(uxtree_remove_unchange_nodes_by_id, RefusesUnusableTrees) {
-    TestTree tree("<r><a DataID='1'>x</a></r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-
-    EXPECT_EQ(uxtree_remove_unchange_nodes_by_id(nullptr, &root, nullptr, nullptr), -1);
-    EXPECT_EQ(uxtree_remove_unchange_nodes_by_id(&root, nullptr, nullptr, nullptr), -1);
-    EXPECT_EQ(uxtree_remove_unchange_nodes_by_id(&invalid, &root, nullptr, nullptr), -1);
-    EXPECT_EQ(uxtree_remove_unchange_nodes_by_id(&root, &invalid, nullptr, nullptr), -1);
-    EXPECT_EQ(tree.text(), tree_text("<r><a DataID='1'>x</a></r>"));
 }
 
 }  // namespace

@@ -248,17 +248,6 @@ TEST(uxtree_copy_values_by_id, CopiesATreeOntoItself) {
               tree_text("<r><a DataID='1' DynaFx='f'>x</a><b DataID='2' Use='0'><c/></b></r>"));
 }
 
-TEST(uxtree_copy_values_by_id, RefusesUnusableTrees) {
-    TestTree tree("<r><a DataID='1'>x</a></r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-
-    EXPECT_EQ(uxtree_copy_values_by_id(nullptr, &root, 0, nullptr, nullptr, 0, 0, 0, 0, 0), -1);
-    EXPECT_EQ(uxtree_copy_values_by_id(&root, nullptr, 0, nullptr, nullptr, 0, 0, 0, 0, 0), -1);
-    EXPECT_EQ(uxtree_copy_values_by_id(&invalid, &root, 0, nullptr, nullptr, 0, 0, 0, 0, 0), -1);
-    EXPECT_EQ(uxtree_copy_values_by_id(&root, &invalid, 0, nullptr, nullptr, 0, 0, 0, 0, 0), -1);
-}
-
 struct NestedWatch : _SETVALUESBYIDS {
     UXXmlWrapperBase source;
     UXXmlWrapperBase destination;
@@ -346,17 +335,6 @@ TEST(uxtree_whole_copy_values_by_id, CompletesATreeFromItself) {
     EXPECT_EQ(tree.text(), tree_text("<r DataID='9'><a DataID='1'>x</a><r DataID='9'/></r>"));
 }
 
-TEST(uxtree_whole_copy_values_by_id, RefusesUnusableTrees) {
-    TestTree tree("<r DataID='1'/>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-
-    EXPECT_EQ(uxtree_whole_copy_values_by_id(nullptr, &root), -1);
-    EXPECT_EQ(uxtree_whole_copy_values_by_id(&root, nullptr), -1);
-    EXPECT_EQ(uxtree_whole_copy_values_by_id(&root, &invalid), -1);
-    EXPECT_EQ(uxtree_whole_copy_values_by_id(&invalid, &root), -1);
-}
-
 // --- attributes by identifier ------------------------------------------------------------------
 
 Homologous copy_atts(const char* source, const char* destination, const char* attribute,
@@ -413,16 +391,6 @@ TEST(uxtree_copy_atts_by_id, YieldsANegatedDuplicate) {
               shape(0, target));
 }
 
-TEST(uxtree_copy_atts_by_id, RefusesUnusableTrees) {
-    TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-
-    EXPECT_EQ(uxtree_copy_atts_by_id(nullptr, &root, "P", nullptr, nullptr, nullptr, 0), -1);
-    EXPECT_EQ(uxtree_copy_atts_by_id(&root, nullptr, "P", nullptr, nullptr, nullptr, 0), -1);
-    EXPECT_EQ(uxtree_copy_atts_by_id(&invalid, &root, "P", nullptr, nullptr, nullptr, 0), -1);
-}
-
 // --- identifiers by tag name -------------------------------------------------------------------
 
 Homologous copy_tags(const char* source, const char* destination, bool leavesOnly = false) {
@@ -451,17 +419,6 @@ TEST(uxtree_copy_ids_by_tagname, LooksAtLeavesOnlyOnRequest) {
     EXPECT_EQ(copy_tags("<r><a DataID='1'><b DataID='2'/></a><c DataID='3'/></r>",
                         "<a><c><x/></c><k><c/><b/><a/></k></a>", true),
               shape(2, "<a><c><x/></c><k><c DataID='3'/><b DataID='2'/><a/></k></a>"));
-}
-
-TEST(uxtree_copy_ids_by_tagname, YieldsZeroForUnusableTrees) {
-    TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-
-    EXPECT_EQ(uxtree_copy_ids_by_tagname(nullptr, &root, false), 0);
-    EXPECT_EQ(uxtree_copy_ids_by_tagname(&root, nullptr, false), 0);
-    EXPECT_EQ(uxtree_copy_ids_by_tagname(&invalid, &root, false), 0);
-    EXPECT_EQ(uxtree_copy_ids_by_tagname(&root, &invalid, false), 0);
 }
 
 }  // namespace

@@ -128,13 +128,6 @@ TEST(VCTreeSetRepeatId, WritesFromOneOnAndRemovesBelow) {
     EXPECT_EQ(tree.text(), "<n a=\"1\"></n>");
 }
 
-TEST(VCTreeSetRepeatId, FailsForAnInvalidNode) {
-    UXXmlWrapperBase invalid;
-
-    EXPECT_EQ(VCTreeSetRepeatId(invalid, 4), 0);
-    EXPECT_EQ(VCTreeSetRepeatId(invalid, 0), 0);
-}
-
 TEST(VCTreeSetRepeatNodeId, WritesFromOneOnAndRemovesBelow) {
     TestTree tree("<n/>");
     UXXmlWrapperBase node = tree.root();
@@ -143,13 +136,6 @@ TEST(VCTreeSetRepeatNodeId, WritesFromOneOnAndRemovesBelow) {
     EXPECT_EQ(tree.text(), "<n RepeatNodeID=\"1\"></n>");
     EXPECT_EQ(VCTreeSetRepeatNodeId(node, 0), 1);
     EXPECT_EQ(tree.text(), "<n></n>");
-}
-
-TEST(VCTreeSetRepeatNodeId, FailsForAnInvalidNode) {
-    UXXmlWrapperBase invalid;
-
-    EXPECT_EQ(VCTreeSetRepeatNodeId(invalid, 4), 0);
-    EXPECT_EQ(VCTreeSetRepeatNodeId(invalid, 0), 0);
 }
 
 // --- one-set identifiers and ranges ------------------------------------------------------------
@@ -259,21 +245,6 @@ TEST(uxtree_combine_treenode_id_with_repeat_id, RefusesALargeIdentifierOnlyWhere
     EXPECT_EQ(combine("<n/>", 65536, 1), (Combined{-1, 65536, kUntouched}));
     EXPECT_EQ(combine("<n/>", INT_MAX, 1), (Combined{-1, INT_MAX, kUntouched}));
     EXPECT_EQ(combine("<n/>", 65536, 0), (Combined{0, 65536, kUntouched}));
-}
-
-TEST(uxtree_combine_treenode_id_with_repeat_id, YieldsZeroForBadArguments) {
-    TestTree tree("<n RepeatID='2'/>");
-    UXXmlWrapperBase node = tree.root();
-    UXXmlWrapperBase invalid;
-    int id = 7;
-    int repeat = kUntouched;
-
-    EXPECT_EQ(uxtree_combine_treenode_id_with_repeat_id(nullptr, &id, &repeat, 0), 0);
-    EXPECT_EQ(uxtree_combine_treenode_id_with_repeat_id(&invalid, &id, &repeat, 4), 0);
-    EXPECT_EQ(uxtree_combine_treenode_id_with_repeat_id(&node, nullptr, &repeat, 0), 0);
-    EXPECT_EQ(uxtree_combine_treenode_id_with_repeat_id(&node, &id, nullptr, 0), 0);
-    EXPECT_EQ(id, 7);
-    EXPECT_EQ(repeat, kUntouched);
 }
 
 using Applied = std::pair<int, int>;

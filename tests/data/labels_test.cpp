@@ -212,21 +212,6 @@ TEST(uxtree_get_replaced_combined_label, EndsForEmptyFindTexts) {
     EXPECT_EQ(replaced("))", {""}, {"X"}), (Rewritten{true, "X)X)"}));
 }
 
-TEST(uxtree_get_replaced_combined_label, LeavesOutAloneForBadArguments) {
-    auto finds = script_texts({"A"});
-    auto ints = script_ints({1});
-    CStringUTF8 in("(A)");
-    CStringUTF8 out("old");
-
-    EXPECT_FALSE(uxtree_get_replaced_combined_label(nullptr, &in, &finds, &finds, nullptr));
-    EXPECT_FALSE(uxtree_get_replaced_combined_label(&out, nullptr, &finds, &finds, nullptr));
-    EXPECT_FALSE(uxtree_get_replaced_combined_label(&out, &in, nullptr, &finds, nullptr));
-    EXPECT_FALSE(uxtree_get_replaced_combined_label(&out, &in, &finds, nullptr, nullptr));
-    EXPECT_FALSE(uxtree_get_replaced_combined_label(&out, &in, &ints, &finds, nullptr));
-    EXPECT_FALSE(uxtree_get_replaced_combined_label(&out, &in, &finds, &ints, nullptr));
-    EXPECT_EQ(out, "old");
-}
-
 // --- replacing labels of a branch --------------------------------------------------------------
 
 TEST(uxtree_recursively_replace_label_attributes, RewritesTheBranchItsStartIncluded) {
@@ -356,18 +341,6 @@ TEST(uxtree_get_localization_node, FallsBackFromABlankTextOnRequest) {
     EXPECT_EQ(localized(9, 90, 0, 2), (Localized{1, "<c DataID=\"9\"></c>"}));
     EXPECT_EQ(localized(10, 90, 1, 2).node.substr(0, 2), "<d");  // blanks are spaces
     EXPECT_EQ(localized(9, 99, 1, 2), (Localized{0, "<c DataID=\"9\"></c>"}));
-}
-
-TEST(uxtree_get_localization_node, YieldsZeroForBadArguments) {
-    TestTree tree(kMessages);
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-    UXXmlWrapperBase out = tree.at("f");
-
-    EXPECT_EQ(uxtree_get_localization_node(nullptr, &root, 7, 90, 420, 0, 1), 0);
-    EXPECT_EQ(uxtree_get_localization_node(&out, nullptr, 7, 90, 420, 0, 1), 0);
-    EXPECT_EQ(uxtree_get_localization_node(&out, &invalid, 7, 90, 420, 0, 1), 0);
-    EXPECT_TRUE(out == tree.at("f"));
 }
 
 // --- the switch --------------------------------------------------------------------------------

@@ -31,18 +31,6 @@ TEST(uxtree_tree_get_theme_file_name, IsTrueForAnEmptyStoredName) {
     EXPECT_EQ(out, "");
 }
 
-TEST(uxtree_tree_get_theme_file_name, LeavesOutAloneForBadArguments) {
-    TestTree tree("<r ThemeFile='my.xml'/>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-    CStringUTF8 out("old");
-
-    EXPECT_FALSE(uxtree_tree_get_theme_file_name(nullptr, &out));
-    EXPECT_FALSE(uxtree_tree_get_theme_file_name(&invalid, &out));
-    EXPECT_FALSE(uxtree_tree_get_theme_file_name(&root, nullptr));
-    EXPECT_EQ(out, "old");
-}
-
 TEST(uxtree_tree_set_theme_file_name, RemovesForNullOnly) {
     TestTree tree("<r/>");
     UXXmlWrapperBase root = tree.root();

@@ -63,22 +63,6 @@ TEST(vctree_get_values_with_ids, ReadsAnotherIdentifierAttribute) {
               (Entries{{8, "x"}}));
 }
 
-TEST(vctree_get_values_with_ids, RefusesBadArgumentsWithoutTouchingTheArrays) {
-    TestTree tree("<r><a DataID='1'>x</a></r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-    CArray<int, int> ids = uxtest::number_list<int>({7});
-    CWBOStringArray values = uxtest::string_list({"kept"});
-
-    EXPECT_EQ(vctree_get_values_with_ids(nullptr, &ids, &values, 1, 0, 0, nullptr, 0, nullptr), -1);
-    EXPECT_EQ(vctree_get_values_with_ids(&invalid, &ids, &values, 1, 0, 0, nullptr, 0, nullptr),
-              -1);
-    EXPECT_EQ(vctree_get_values_with_ids(&root, nullptr, &values, 1, 0, 0, nullptr, 0, nullptr),
-              -1);
-    EXPECT_EQ(vctree_get_values_with_ids(&root, &ids, nullptr, 1, 0, 0, nullptr, 0, nullptr), -1);
-    EXPECT_EQ(uxtest::entries(ids, values), (Entries{{7, "kept"}}));
-}
-
 TEST(uxtree_get_values_with_ids, TakesScriptArraysOfTheRightTypesOnly) {
     TestTree tree("<r><a DataID='1'>x</a></r>");
     UXXmlWrapperBase root = tree.root();

@@ -95,23 +95,6 @@ TEST(vctree_set_values_by_ids, ReadsAnotherIdentifierAttribute) {
 
 // --- refusals ----------------------------------------------------------------------------------
 
-TEST(vctree_set_values_by_ids, RefusesBadArguments) {
-    TestTree tree("<r><a DataID='1'>o</a></r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-    CArray<int, int> ids = uxtest::number_list<int>({1});
-    CWBOStringArray values = uxtest::string_list({"x"});
-
-    EXPECT_EQ(vctree_set_values_by_ids(nullptr, &ids, &values, 0, nullptr, 0, nullptr, nullptr),
-              -1);
-    EXPECT_EQ(vctree_set_values_by_ids(&invalid, &ids, &values, 0, nullptr, 0, nullptr, nullptr),
-              -1);
-    EXPECT_EQ(vctree_set_values_by_ids(&root, nullptr, &values, 0, nullptr, 0, nullptr, nullptr),
-              -1);
-    EXPECT_EQ(vctree_set_values_by_ids(&root, &ids, nullptr, 0, nullptr, 0, nullptr, nullptr), -1);
-    EXPECT_EQ(tree.text(), tree_text("<r><a DataID='1'>o</a></r>"));
-}
-
 TEST(vctree_set_values_by_ids, RefusesEmptyAndUnequalArrays) {
     const char* const xml = "<r><a DataID='1'>o</a></r>";
 

@@ -135,18 +135,6 @@ TEST(VCTreeGetValues, GoesOneLevelDeepWithChildrenOnly) {
                 ElementsAre("kept", "", "x", "own", ""));
 }
 
-TEST(VCTreeGetValues, DoesNothingForBadArguments) {
-    TestTree tree("<r>x</r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-    CWBOStringArray values;
-
-    EXPECT_EQ(VCTreeGetValues(nullptr, &values, false), 0);
-    EXPECT_EQ(VCTreeGetValues(&invalid, &values, false), 0);
-    EXPECT_EQ(VCTreeGetValues(&root, nullptr, false), 0);
-    EXPECT_TRUE(values.IsEmpty());
-}
-
 TEST(uxtree_get_values, NeedsAStringArrayOnly) {
     TestTree tree("<r>x</r>");
     UXXmlWrapperBase root = tree.root();

@@ -86,18 +86,6 @@ TEST(vctree_XDE_XML_get_attributes, AppendsAndTakesNullValues) {
     EXPECT_THAT(texts(names), ElementsAre("before", "a", "b"));
 }
 
-TEST(vctree_XDE_XML_get_attributes, UnusableArgumentsYieldZero) {
-    TestTree tree("<n a='1'/>");
-    UXXmlWrapperBase node = tree.root();
-    UXXmlWrapperBase invalid;
-    CWBOStringArray names;
-
-    EXPECT_EQ(vctree_XDE_XML_get_attributes(nullptr, nullptr, &node, 0), 0);
-    EXPECT_EQ(vctree_XDE_XML_get_attributes(&names, nullptr, nullptr, 0), 0);
-    EXPECT_EQ(vctree_XDE_XML_get_attributes(&names, nullptr, &invalid, 0), 0);
-    EXPECT_THAT(texts(names), IsEmpty());
-}
-
 TEST(uxtree_XDE_get_attributes, ForwardsAndRefusesObjectsOfAnotherType) {
     TestTree tree("<n a='1'/>");
     UXXmlWrapperBase node = tree.root();
@@ -137,15 +125,6 @@ TEST(vctree_XDE_treenode_path_array_to_string, EmptyPathEmptiesTheText) {
 
 TEST(vctree_XDE_treenode_path_array_to_string, EmptyNamesKeepTheirSeparators) {
     EXPECT_EQ(joined({"", "a", ""}, true), "|a|");
-}
-
-TEST(vctree_XDE_treenode_path_array_to_string, NullArgumentsYieldZero) {
-    const CWBOStringArray path = string_list({"a"});
-    CStringUTF8 text("kept");
-
-    EXPECT_EQ(vctree_XDE_treenode_path_array_to_string(nullptr, &path, true), 0);
-    EXPECT_EQ(vctree_XDE_treenode_path_array_to_string(&text, nullptr, true), 0);
-    EXPECT_EQ(text, "kept");
 }
 
 TEST(uxtree_XDE_treenode_path_array_to_string, Forwards) {
@@ -546,14 +525,6 @@ TEST(VCTreeXDEDatNavPrepareStandardSourceTree, PathsLeadBackToTheirNodes) {
     EXPECT_TRUE(found == tree.at("c/d"));
 }
 
-TEST(VCTreeXDEDatNavPrepareStandardSourceTree, UnusableTreeYieldsMinusOne) {
-    UXXmlWrapperBase invalid;
-    CWBOStringArray paths;
-
-    EXPECT_EQ(VCTreeXDEDatNavPrepareStandardSourceTree(invalid, &paths, 0), -1);
-    EXPECT_THAT(texts(paths), IsEmpty());
-}
-
 TEST(uxtree_XDE_DatNav_prepare_standard_source_tree, Forwards) {
     TestTree tree("<r/>");
     UXXmlWrapperBase root = tree.root();
@@ -584,12 +555,6 @@ TEST(uxtree_save_XDE_array_info, SavesOneOrTwoSizesOrRemovesThem) {
     EXPECT_EQ(uxtree_save_XDE_array_info(&node, 4, -1), 1);
     EXPECT_EQ(uxtree_save_XDE_array_info(&node, -1, -1), 1);
     EXPECT_EQ(tree.text(), "<n></n>");
-}
-
-TEST(uxtree_save_XDE_array_info, UnusableNodeYieldsZero) {
-    UXXmlWrapperBase invalid;
-    EXPECT_EQ(uxtree_save_XDE_array_info(nullptr, 1, 1), 0);
-    EXPECT_EQ(uxtree_save_XDE_array_info(&invalid, 1, 1), 0);
 }
 
 TEST(uxtree_set_XDE_file_info_data_id, SetsOrRemovesTheDataId) {

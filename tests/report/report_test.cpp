@@ -73,10 +73,6 @@ TEST(report_get_escaped_data_string, TheTailNumberNeedsASuffix) {
     EXPECT_EQ(data(3, 0, 0, 0, 0, 0, 2), "?$OP:A=3");
 }
 
-TEST(report_get_escaped_data_string, ANullOutputGivesZero) {
-    EXPECT_EQ(report_get_escaped_data_string(nullptr, 3, 0, 0, 0, 0, 0, 0), 0);
-}
-
 // --- report_get_escaped_label_data_string --------------------------------------------------------
 
 TEST(report_get_escaped_label_data_string, ANumberedRow) {
@@ -181,12 +177,6 @@ TEST(report_get_escaped_data_string_ex, NoRowsAppendNothing) {
     EXPECT_EQ(report_get_escaped_data_string_ex(&out, 4, &rows, 0), 1);
     EXPECT_EQ(report_get_escaped_data_string_ex(&out, 4, &wrong, 0), 1);
     EXPECT_THAT(texts(out.array()), IsEmpty());
-}
-
-TEST(report_get_escaped_data_string_ex, NeedsAStringArray) {
-    auto wrong = uxtest::script_ints({});
-    EXPECT_EQ(report_get_escaped_data_string_ex(nullptr, 4, nullptr, 0), 0);
-    EXPECT_EQ(report_get_escaped_data_string_ex(&wrong, 4, nullptr, 0), 0);
 }
 
 // --- report_set_escaped_data_string_type ---------------------------------------------------------

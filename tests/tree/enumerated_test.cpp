@@ -85,16 +85,6 @@ TEST(uxtree_get_next_enum_tag_name, TheNumberedFormNeedsNoOutput) {
     EXPECT_EQ(uxtree_get_next_enum_tag_name(&root, nullptr, 0), -1);
 }
 
-TEST(uxtree_get_next_enum_tag_name, FailsWithBadArguments) {
-    UXXmlWrapperBase invalid;
-    CStringUTF8 name = "before";
-
-    EXPECT_EQ(uxtree_get_next_enum_tag_name(nullptr, &name, 0), -1);
-    EXPECT_EQ(uxtree_get_next_enum_tag_name(&invalid, &name, 1), -1);
-
-    EXPECT_EQ(std::string(name), "before");
-}
-
 std::string node_name(const char* tree, const char* prefix) {
     TestTree parsed(tree);
     UXXmlWrapperBase root = parsed.root();

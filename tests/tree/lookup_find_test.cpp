@@ -251,17 +251,6 @@ TEST(uxtree_find_node_by_dataID, EmptiesTheOutputWhenALaterLinkIsMissing) {
     EXPECT_FALSE(out.IsNodeValid());
 }
 
-TEST(uxtree_find_node_by_dataID, FailsWithBadArguments) {
-    TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase out = root;
-
-    EXPECT_EQ(uxtree_find_node_by_dataID(nullptr, &root, 3, 0, -1, 0, -1), 0);
-    EXPECT_EQ(uxtree_find_node_by_dataID(&out, nullptr, 3, 0, -1, 0, -1), 0);
-
-    EXPECT_FALSE(out.IsNodeValid());
-}
-
 std::string found_with_child(const char* xml, const char* name, const char* value,
                              const char* childTag, const char* childValue) {
     TestTree tree(xml);
@@ -301,17 +290,6 @@ TEST(uxtree_find_node_with_attr_child, SearchesTheDirectChildrenOnly) {
     EXPECT_EQ(uxtree_find_node_with_attr_child(&root, &out, nullptr, nullptr, "", "v"), 0);
 
     EXPECT_TRUE(out == root);
-}
-
-TEST(uxtree_find_node_with_attr_child, FailsWithBadArguments) {
-    TestTree tree("<r><a/></r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-    UXXmlWrapperBase out;
-
-    EXPECT_EQ(uxtree_find_node_with_attr_child(nullptr, &out, nullptr, "", nullptr, ""), 0);
-    EXPECT_EQ(uxtree_find_node_with_attr_child(&invalid, &out, nullptr, "", nullptr, ""), 0);
-    EXPECT_EQ(uxtree_find_node_with_attr_child(&root, nullptr, nullptr, "", nullptr, ""), 0);
 }
 
 TEST(uxtree_check_node_int_attr, EveryIntegerMustBeThere) {

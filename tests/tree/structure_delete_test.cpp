@@ -144,18 +144,6 @@ TEST(uxtree_delete_nodes_by_missing_attribute, TheTreeItselfMayProtectEverything
     EXPECT_EQ(kept("<r k=''><a/></r>", {1, 1, 0, 0}), "1 " + tree_text("<r k=''/>"));
 }
 
-TEST(uxtree_delete_nodes_by_missing_attribute, FailsWithBadArguments) {
-    TestTree tree("<r><a/></r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-
-    EXPECT_EQ(uxtree_delete_nodes_by_missing_attribute(nullptr, "k", 1, 0, 0, 0), -1);
-    EXPECT_EQ(uxtree_delete_nodes_by_missing_attribute(&invalid, "k", 1, 0, 0, 0), -1);
-    EXPECT_EQ(uxtree_delete_nodes_by_missing_attribute(&root, nullptr, 1, 0, 0, 0), -1);
-
-    EXPECT_EQ(tree.text(), tree_text("<r><a/></r>"));
-}
-
 TEST(uxtree_remove_nodes_by_attribute, RemovesEverywhereAndCountsTheRemovals) {
     TestTree tree("<r k='1'><a k='1'><b k='1'/></a><c><d k='1'/><e k='2'/></c><f k=' 1 '/></r>");
     UXXmlWrapperBase root = tree.root();
@@ -207,13 +195,6 @@ TEST(uxtree_remove_empty_child_nodes, RemovesBranchesInWhichNothingWasKept) {
     EXPECT_EQ(pruned("<r/>", true), "0 " + tree_text("<r/>"));
 }
 
-TEST(uxtree_remove_empty_child_nodes, FailsWithBadArguments) {
-    UXXmlWrapperBase invalid;
-
-    EXPECT_EQ(uxtree_remove_empty_child_nodes(nullptr, true), -1);
-    EXPECT_EQ(uxtree_remove_empty_child_nodes(&invalid, true), -1);
-}
-
 TEST(uxtree_remove_empty_child_nodes, WorksOnAVeryDeepTree) {
     UXXmlWrapperBase root;
     root.CreateNew(0, "r");
@@ -249,13 +230,6 @@ TEST(uxtree_hide_empty_nodes, ShowsFilledLeavesWhenAsked) {
     EXPECT_EQ(hidden("<r><a Show='0'/><b Show='0'>x</b><c Show='0'><d Show='0'>y</d></c></r>", true,
                      true),
               "1 " + tree_text("<r><a Show='0'/><b>x</b><c Show='0'><d>y</d></c></r>"));
-}
-
-TEST(uxtree_hide_empty_nodes, FailsWithBadArguments) {
-    UXXmlWrapperBase invalid;
-
-    EXPECT_EQ(uxtree_hide_empty_nodes(nullptr, true, false), -1);
-    EXPECT_EQ(uxtree_hide_empty_nodes(&invalid, true, false), -1);
 }
 
 }  // namespace

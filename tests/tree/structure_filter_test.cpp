@@ -226,19 +226,6 @@ TEST(uxtree_filter_by_attrib_find, ALeafThatIsNotTestedYieldsOne) {
     EXPECT_EQ(uxtree_filter_by_attrib_find(&root, 9, "k", "x", 1, 0), 1);
 }
 
-TEST(uxtree_filter_by_attrib_find, FailsWithBadArguments) {
-    TestTree tree("<r><n DataID='9'/></r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-
-    EXPECT_EQ(uxtree_filter_by_attrib_find(nullptr, 9, "k", "x", 1, 0), 0);
-    EXPECT_EQ(uxtree_filter_by_attrib_find(&invalid, 9, "k", "x", 1, 0), 0);
-    EXPECT_EQ(uxtree_filter_by_attrib_find(&root, 9, nullptr, "x", 1, 0), 0);
-    EXPECT_EQ(uxtree_filter_by_attrib_find(&root, 9, "k", nullptr, 1, 0), 0);
-
-    EXPECT_EQ(tree.text(), tree_text("<r><n DataID='9'/></r>"));
-}
-
 TEST(uxtree_filter_by_attrib_match, KeepsWhatMatchesThePattern) {
     TestTree tree(
         "<r><n DataID='9' k='Fit1'/><g><n DataID='9' k='fit22'/></g><n DataID='9'/>"
@@ -268,19 +255,6 @@ TEST(uxtree_filter_by_attrib_match, HandsTheFlagToTheHost) {
 
     EXPECT_EQ(asked, "v/p/42");
     EXPECT_EQ(tree.text(), tree_text("<r/>"));
-}
-
-TEST(uxtree_filter_by_attrib_match, FailsWithBadArguments) {
-    TestTree tree("<r><n DataID='9'/></r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase invalid;
-
-    EXPECT_EQ(uxtree_filter_by_attrib_match(nullptr, 9, "k", "x", 1), 0);
-    EXPECT_EQ(uxtree_filter_by_attrib_match(&invalid, 9, "k", "x", 1), 0);
-    EXPECT_EQ(uxtree_filter_by_attrib_match(&root, 9, nullptr, "x", 1), 0);
-    EXPECT_EQ(uxtree_filter_by_attrib_match(&root, 9, "k", nullptr, 1), 0);
-
-    EXPECT_EQ(tree.text(), tree_text("<r><n DataID='9'/></r>"));
 }
 
 }  // namespace
