@@ -13,7 +13,7 @@ foreach(host IN LISTS HOSTS)
     set(ENV{LD_LIBRARY_PATH} ${host})
     set(ENV{LD_BIND_NOW} 1)  # a missing symbol shows at once
     execute_process(COMMAND ldd ${SMOKE} OUTPUT_VARIABLE libraries COMMAND_ERROR_IS_FATAL ANY)
-    string(FIND "${libraries}" "libuxtree_host.so.0 => ${host}/libuxtree_host.so.0" found)
+    string(FIND "${libraries}" "libuxtree_host.so.0.2 => ${host}/libuxtree_host.so.0.2" found)
     if(found EQUAL -1)
       message(FATAL_ERROR "not the host library of ${host}:\n${libraries}")
     endif()

@@ -69,7 +69,7 @@ std::size_t value_length(std::string_view written, const EntityText& entityText)
 
 }  // namespace
 
-struct UXTextOrder::Source {
+struct [[gnu::visibility("hidden")]] UXTextOrder::Source {
     explicit Source(const UXXmlWrapperBase& node) : handle(node), document(*document_of(node)) {}
 
     UXXmlWrapperBase handle;  // keeps the document

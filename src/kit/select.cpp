@@ -12,7 +12,7 @@
 #include "kit/select_program.h"
 #include "kit/select_tree.h"
 
-struct UXSelected::Items {
+struct [[gnu::visibility("hidden")]] UXSelected::Items {
     struct Item {
         UXXmlWrapperBase node;
         UXSelectedKind kind = UXSelectedKind::kElement;

@@ -64,7 +64,7 @@ double text_length(const double* values, int count) {
 
 }  // namespace
 
-struct SpectrumReader::State {
+struct [[gnu::visibility("hidden")]] SpectrumReader::State {
     SpectrumOpening open(const char* path, const std::vector<std::string>& wanted);
     void list_detectors(const char* path);
     void list_gross_counts();

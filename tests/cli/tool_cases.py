@@ -7,7 +7,7 @@ import time
 from harness import case
 
 CASES = [
-    case("PrintsTheVersion", ["--version"], out="uxtree 0.1.0\n"),
+    case("PrintsTheVersion", ["--version"], out="uxtree 0.2.0\n"),
     case("HelpNamesCommandsExamplesAndExitCodes", ["--help"],
          contains=["\n  list ", "\n  outline ", "\n  query ", "\n  show ", "Examples:\n",
                    "Exit codes: 0 done, 1 nothing found"]),

@@ -443,38 +443,72 @@ class Annotations(Folder):
 
 
 class CheckExports(Folder):
-    def check(self, code, listed, *options):
+    HEADER = """
+#define TEST_API __attribute__((visibility("default")))
+TEST_API void f(int);
+TEST_API void f(char);
+class TEST_API C {
+public:
+    virtual ~C();
+    int m() const;
+
+private:
+    struct Inner;
+};
+class TEST_API Whole {
+    int half() { return twice(1); }
+    int twice(int a) { return a; }
+};
+namespace n {
+TEST_API const char* g(int a,
+                       int b);
+}
+extern "C" {
+TEST_API void s();
+}
+"""
+    SOURCE = """
+#include "names.h"
+void f(int) {}
+void f(char) {}
+C::~C() {}
+int C::m() const { return 0; }
+const char* n::g(int, int) { return ""; }
+void s() {}
+"""
+
+    def check(self, code, *flags):
+        header = self.write("names.h", self.HEADER)
         source = self.write("library.cpp", code)
         library = self.root / "library.so"
-        subprocess.run([COMPILER, "-shared", "-fPIC", "-o", library, source], check=True)
-        names = self.write("list.txt", "".join(row.replace(" ", "\t") + "\n" for row in listed))
-        return run("check_exports.py", *options, library, names)
+        command = [COMPILER, "-shared", "-fPIC", *flags, "-o", library, source]
+        subprocess.run(command, check=True)
+        return run("check_exports.py", library, "TEST_API", header)
 
-    def test_listed_functions_and_classes_are_fine(self):
-        code, output = self.check(
-            "void f(int) {} void f(char) {} struct C { virtual ~C(); void m(); };"
-            'C::~C() {} void C::m() {} extern "C" void s() {}',
-            ["native f topic", "native C topic", "script s topic"],
-            "--complete",
-        )
-        self.assertEqual((code, output), (0, "exports: 3 of 3 listed entry points\n"))
+    def test_marked_functions_and_classes_are_fine(self):
+        self.assertEqual(self.check(self.SOURCE), (0, "exports: 11 symbols of 5 names\n"))
 
-    def test_unlisted_exports_are_refused(self):
-        code, output = self.check("void f(int) {} void g(int) {}", ["native f topic"])
+    def test_names_that_no_header_marks_are_refused(self):
+        code, output = self.check(self.SOURCE + "void h(int) {} void fg(int) {}")
         self.assertEqual(code, 1)
-        self.assertIn("not listed: g(int)", output)
+        self.assertIn("no header marks it: h(int)\n", output)
+        self.assertIn("no header marks it: fg(int)\n", output)
 
-    def test_the_other_linkage_is_refused(self):
-        code, output = self.check("void f(int) {}", ["script f topic"])
-        self.assertEqual(code, 1)
-        self.assertIn("listed as script but exported as native: f(int)", output)
+    def test_classes_inside_a_class_are_refused(self):
+        code, output = self.check(self.SOURCE + "struct C::Inner { int m(); }; int C::Inner::m() { return 0; }")
+        self.assertEqual((code, output.splitlines()[1:]), (1, ["no header marks it: C::Inner::m()"]))
 
-    def test_missing_names_are_refused_only_when_complete(self):
-        listed = ["native f topic", "script s topic"]
-        code, output = self.check("void f(int) {}", listed)
-        self.assertEqual(code, 0)
-        self.assertIn("exports: 1 of 2 listed entry points\nstill to come: s", output)
-        self.assertEqual(self.check("void f(int) {}", listed, "--complete")[0], 1)
+    def test_names_without_a_symbol_are_refused(self):
+        code, output = self.check(self.SOURCE.replace("void s() {}", ""))
+        self.assertEqual((code, output.splitlines()[1:]), (1, ["marked but not exported: s"]))
+
+    def test_the_linker_lets_out_what_is_marked(self):
+        header = self.write("names.h", self.HEADER)
+        script = self.root / "names.map"
+        self.assertEqual(run("make_version_script.py", "TEST_API", script, header), (0, ""))
+        more = "#include <vector>\nstd::vector<int> v; void h() { v.push_back(1); }"
+        code, output = self.check(self.SOURCE + more, f"-Wl,--version-script={script}")
+        self.assertEqual((code, output), (0, "exports: 11 symbols of 5 names\n"))
 
 
 if __name__ == "__main__":

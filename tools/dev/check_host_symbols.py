@@ -3,16 +3,14 @@
 
 Usage: tools/dev/check_host_symbols.py EMBEDDED_HOST OTHER_HOST EMBEDDED_HEADER...
 
-The contract is what the embedded host exports, without its own namespaces, what the compiler may
-leave out (weak symbols) and what the EMBEDDED_HEADERs declare.
+The contract is what the embedded host exports, without what the compiler may leave out (weak
+symbols) and what the EMBEDDED_HEADERs declare.
 """
 
 import pathlib
 import re
 import subprocess
 import sys
-
-INTERNAL = re.compile(r"\b(uxhost|ux|std|__gnu_cxx)::")
 
 
 def symbols(library):
@@ -30,7 +28,7 @@ def main():
     contract = [
         symbol
         for symbol, kind in symbols(embedded).items()
-        if kind == "T" and not INTERNAL.search(symbol) and re.split(r"\(|::", symbol)[0] not in own
+        if kind == "T" and re.split(r"\(|::", symbol)[0] not in own
     ]
     present = symbols(other)
     missing = sorted(symbol for symbol in contract if symbol not in present)
