@@ -11,12 +11,17 @@ FILES = {"t.xml": TREE, "new.xml": "<s><Plot9>new</Plot9><Other/></s>"}
 START = '<?xml version="1.0" encoding="UTF-8"?>'
 
 
+def ended(xml):
+    """As a pipe gets it."""
+    return xml if xml.endswith("\n") else xml + "\n"
+
+
 def edit(name, args, stdin, out, err=None, command="edit", plain=None, **more):
     """An edit of standard input, written to standard output: with the layout of the input, and with
     --plain, where plain is what is written behind the declaration, out when it is not given."""
-    kept = case(name, [command, "-", *args], stdin=stdin, out=out, err=err or [], **more)
+    kept = case(name, [command, "-", *args], stdin=stdin, out=ended(out), err=err or [], **more)
     bare = case(name, [command, "-", "--plain", *args], stdin=stdin,
-                out=START + (plain or out), err=err or [], **more)
+                out=ended(START + (plain or out)), err=err or [], **more)
 
     def check(tool):
         kept(tool)
@@ -82,7 +87,7 @@ CASES = [
     case("SaysWhichIdsItWrote", ["edit", "-", "add", "Set", "1.5", "2"], stdin="<r/>", out=ANY,
          err=["note: 2 new IDs written; --no-ids leaves out"]),
     case("LeavesOutIdsOnRequest", ["edit", "-", "--no-ids", "add", "Set", "1.5"], stdin="<r/>",
-         out='<r><Set1 Label="Set1">1.5</Set1></r>', err=["note: 1 new ID left out"]),
+         out='<r><Set1 Label="Set1">1.5</Set1></r>\n', err=["note: 1 new ID left out"]),
     case("FormatsAnew", ["edit", "-", "--indent", "3", "strip"],
          stdin="<r><a>1</a><b><c/>t</b><!-- c --><d><e k='1'/></d></r>",
          out=START + "\n<r>\n   <a>1</a>\n   <b>t<c/></b>\n   <d>\n      <e/>\n   </d>\n</r>\n",

@@ -30,7 +30,8 @@ def keeps(name, args, before, after, from_xml=None, values_csv=None, code=0):
         assert result.code == code, result.err
         actual = tool.path("o.xml").read_bytes()
         assert actual == wanted, f"{actual!r}\nexpected\n{wanted!r}"
-        actual = tool.run(args).out.encode("utf-8", "surrogateescape")
+        tool.run(args, stdout_to=tool.path("stdout.xml"))
+        actual = tool.path("stdout.xml").read_bytes()
         assert actual == wanted, f"standard output: {actual!r}\nexpected\n{wanted!r}"
 
     check.__name__ = name

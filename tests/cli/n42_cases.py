@@ -56,7 +56,7 @@ FileDataDimsVector="1"><StartTime Label="StartTime">noon</StartTime>\
 <SourceType Label="SourceType">Item</SourceType><Energy FileDataDimsVector="1" Label="Energy" \
 ColDesignation="3" Comment="0 1&#xA;" Unit="MeV">1</Energy><ChannelData_0 \
 Label="ChannelData_0" FileDataDimsVector="1">5</ChannelData_0></Spectrum></RadMeasurement>\
-</RadMeasurements></n42></Import>""".replace("&#xA;", "&#10;")),
+</RadMeasurements></n42></Import>\n""".replace("&#xA;", "&#10;")),
     case("ImportsGrossCountsOfOneDetector", ["n42", "import", "-d", "D1", "s.n42", "-o", "t.xml"],
          files=FILES),
     case("RefusesAnUnknownDetector", ["n42", "import", "-d", "d1", "s.n42"], files=FILES, code=2,

@@ -90,9 +90,11 @@ struct ApplyOptions {
 int run_apply(const ApplyOptions& options) {
     ValueList list = read_saved_values(options.theme);
     const UXXmlWrapperBase root = options.target.open(options.tree);
+    const std::vector<std::string> unknown = unknown_ids(root, list);
     const int written = set_values(root, list, options.tree);
     options.target.save(root, options.tree);
     note(counted(written, "value") + " written");
+    if (!unknown.empty()) warn("no node has the identifier " + short_list(unknown));
     return kSuccess;
 }
 

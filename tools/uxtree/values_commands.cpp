@@ -1,11 +1,10 @@
 // uxtree values, copy: values by identifier.
-#include <set>
-
 #include "uxtree/uxtree_Utils.h"
 
 #include "support/command.h"
 #include "support/input.h"
 #include "support/output.h"
+#include "support/selection.h"
 #include "support/table.h"
 #include "support/text.h"
 #include "support/tree.h"
@@ -18,12 +17,17 @@ namespace {
 
 struct ValueListOptions {
     std::string file;
+    std::string select;
     std::string output;
     std::string format;
 };
 
 int write_values(const ValueListOptions& options) {
-    ValueList list = collect_values(open_tree(options.file), options.file);
+    const UXXmlWrapperBase root = open_tree(options.file);
+    ValueList list = collect_values(root, options.file);
+    if (!options.select.empty()) {
+        keep_values_of(root, Selection(options.select).elements(root, options.file), list);
+    }
     if (list.ids.IsEmpty()) {
         note(input_name(options.file) + ": no node has a value and a DataID");
         return kNothingFound;
@@ -41,6 +45,7 @@ Action prepare_list(CLI::App& app, const char* standardFormat) {
     auto options = std::make_shared<ValueListOptions>();
     options->format = standardFormat;
     add_file(app, options->file);
+    add_select(app, options->select);
     std::vector<std::string> formats = table_formats();
     formats.emplace_back("xml");
     add_format(app, options->format, formats);
@@ -51,6 +56,7 @@ Action prepare_list(CLI::App& app, const char* standardFormat) {
 const Command kListValues{"values list",
                           "List the values of a tree with their identifiers and labels",
                           "uxtree values list dialog.xml\n"
+                          "uxtree values list dialog.xml --select \"//Fit//*\"   # of these nodes\n"
                           "uxtree values list -f json dialog.xml   # one object per value",
                           [](CLI::App& app) { return prepare_list(app, "text"); }};
 
@@ -65,28 +71,22 @@ const Command kExportValues{
 
 struct ImportOptions {
     std::string file;
+    std::string select;
     std::string values;
     EditTarget target;
 };
-
-// Identifiers that no node of the tree carries.
-std::vector<std::string> unknown_ids(const UXXmlWrapperBase& root, const ValueList& list) {
-    UXXmlWrapperBase tree = root;
-    CArray<int, int> ids;
-    CWBOStringArray values;
-    vctree_get_values_with_ids(&tree, &ids, &values, 1, 0, 0, nullptr, 1, nullptr);
-    const std::set<int> known(ids.GetData(), ids.GetData() + ids.GetSize());
-    std::vector<std::string> unknown;
-    for (int i = 0; i < list.ids.GetSize(); ++i) {
-        if (known.count(list.ids[i]) == 0) unknown.push_back(std::to_string(list.ids[i]));
-    }
-    return unknown;
-}
 
 int run_import(const ImportOptions& options) {
     ValueList list = read_values(options.values);
     UXXmlWrapperBase root = options.target.open(options.file);
     const std::vector<std::string> unknown = unknown_ids(root, list);
+    if (!options.select.empty()) {
+        keep_values_of(root, Selection(options.select).elements(root, options.file), list);
+        if (list.ids.IsEmpty()) {
+            throw Failure(kNothingFound, input_name(options.file),
+                          "no value is for a node of '" + options.select + "'");
+        }
+    }
     const int written = set_values(root, list, options.file);
     options.target.save(root, options.file);
     note(counted(written, "value") + " written");
@@ -101,6 +101,7 @@ const Command kImportValues{
     [](CLI::App& app) {
         auto options = std::make_shared<ImportOptions>();
         add_file(app, options->file);
+        add_select(app, options->select);
         app.add_option("VALUES", options->values,
                        "What 'values export' wrote: xml, csv or json; - is standard input")
             ->required();

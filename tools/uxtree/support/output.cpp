@@ -3,15 +3,13 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <climits>
-#include <cstdlib>
-#include <filesystem>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "support/input.h"
+#include "support/replace_files.h"
 #include "support/text.h"
 #include "support/text_diff.h"
 #include "support/tree.h"
@@ -23,13 +21,6 @@ constexpr std::size_t kBufferSize = 65536;
 
 bool is_standard_output(const std::string& file) {
     return file.empty() || file == "-";
-}
-
-// The file behind symbolic links, so that replacing it keeps the link.
-std::string resolved(const std::string& file) {
-    std::error_code error;
-    std::filesystem::path path = std::filesystem::weakly_canonical(file, error);
-    return error ? file : path.string();
 }
 
 bool exists_but_not_regular(const std::string& file) {
@@ -63,35 +54,8 @@ void write_difference(Output& out, std::string_view difference) {
     }
 }
 
-void tell_unkept(const std::string& name) {
-    const CStringUTF8 unkept = UXGetUnkeptProperties();
-    if (!unkept.IsEmpty()) note(name + ": not kept: " + to_string(unkept));
-}
-
-// The same file under another name, or where the file system cannot do that, a copy: nobody else can
-// read it before it is complete.
-bool link_or_copy(const std::string& file, const std::string& other) {
-    if (::link(file.c_str(), other.c_str()) == 0) return true;
-    struct stat status {};
-    if (errno == EEXIST || ::stat(file.c_str(), &status) != 0) return false;
-    const std::string content = read_all(file);
-    Descriptor copy(::open(other.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-    return copy.is_open() && write_fully(copy.number(), content) &&
-           ::fchmod(copy.number(), status.st_mode & 0777U) == 0 && ::fsync(copy.number()) == 0 &&
-           copy.close();
-}
-
-// The old file stays as the backup, with all that belongs to it, since the new one takes its name.
-// A link under the name of the backup is replaced, not followed.
-void keep_backup(const std::string& file, const std::string& backup) {
-    const std::string made = fmt::format("{}.tmp{}", backup, ::getpid());
-    if (link_or_copy(file, made) && ::rename(made.c_str(), backup.c_str()) == 0) {
-        ::unlink(made.c_str());  // still there when the backup was this very file before
-        return;
-    }
-    const std::string reason = system_error();
-    ::unlink(made.c_str());
-    throw Failure(kRefused, backup, reason);
+std::string_view bytes_of(const CStringUTF8& text) {
+    return {static_cast<const char*>(text), static_cast<std::size_t>(text.GetLength())};
 }
 
 // "-in" looks like -i and -n, the dry run, and would write the file.
@@ -119,7 +83,7 @@ void save_to_stream(const UXXmlWrapperBase& root, const std::string& file) {
     ::unlink(path.c_str());
     Output out(file);
     out.write(content);
-    if (is_standard_output(file) && ::isatty(STDOUT_FILENO) == 1) out.write("\n");
+    if (is_standard_output(file)) out.end_line();
     out.finish();
 }
 
@@ -149,8 +113,19 @@ void Output::open_file(const std::string& file) {
 }
 
 void Output::write(std::string_view text) {
+    if (text.empty()) return;
+    if (isEmpty_) first_ = text.front();
+    isEmpty_ = false;
+    last_ = text.back();
     buffer_ += text;
     flush_when_full();
+}
+
+void Output::end_line() {
+    struct stat status {};
+    const bool isFile = ::fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode);
+    const bool isWide = first_ == '\0' || first_ == '\xff' || first_ == '\xfe' || last_ == '\0';
+    if (!isFile && !isWide && last_ != '\n') write("\n");
 }
 
 void Output::flush_when_full() {
@@ -190,7 +165,12 @@ void save_tree(const UXXmlWrapperBase& root, const std::string& output) {
     }
 }
 
-void EditTarget::add_options(CLI::App& app) {
+void tell_unkept(const std::string& name) {
+    const CStringUTF8 unkept = UXGetUnkeptProperties();
+    if (!unkept.IsEmpty()) note(name + ": not kept: " + to_string(unkept));
+}
+
+CLI::Option* EditTarget::add_options(CLI::App& app) {
     CLI::Option* output = add_output(app, output_);
     CLI::Option* inPlace =
         app.add_flag("-i,--in-place", inPlace_,
@@ -207,6 +187,7 @@ void EditTarget::add_options(CLI::App& app) {
         ->check(CLI::Range(0, 100))
         ->excludes(plain);
     app.add_flag("--no-ids", noIds_, "Leave out IDs that the edit gave to nodes")->excludes(plain);
+    return inPlace;
 }
 
 UXXmlWrapperBase EditTarget::open(const std::string& file) const {
@@ -235,14 +216,29 @@ void EditTarget::tell(const UXSaveReport& report) const {
     }
 }
 
-void EditTarget::save(const UXXmlWrapperBase& root, const std::string& inputFile) const {
-    if (dryRun_) {
-        print_difference(root, inputFile);
-    } else if (inPlace_) {
-        save_in_place(root, inputFile);
-    } else {
+bool EditTarget::save(const UXXmlWrapperBase& root, const std::string& inputFile) const {
+    if (dryRun_) return print_difference(root, inputFile);
+    if (!inPlace_) {
         save_to(root, output_);
+        return true;
     }
+    ReplacedFiles files(backupSuffix_);
+    const bool changed = add_to(files, root, inputFile);
+    files.commit();
+    return changed;
+}
+
+bool EditTarget::add_to(ReplacedFiles& files, const UXXmlWrapperBase& root,
+                        const std::string& inputFile) const {
+    if (inputFile == "-" || exists_but_not_regular(inputFile)) {
+        throw Failure(kUsage, "-i", "standard input cannot be edited in place", "use -o FILE");
+    }
+    const Progress progress("writing " + inputFile);
+    const CStringUTF8 content = content_of(root, inputFile);
+    CStringUTF8 before;
+    if (UXGetSourceBytes(&root, &before) != 0 && content == before) return false;
+    files.add(inputFile, bytes_of(content));
+    return true;
 }
 
 void EditTarget::save_to(const UXXmlWrapperBase& root, const std::string& output) const {
@@ -250,11 +246,10 @@ void EditTarget::save_to(const UXXmlWrapperBase& root, const std::string& output
         save_content(root, resolved(output), output);
         return;
     }
-    const std::string content = content_of(root, is_standard_output(output) ? "stdout" : output);
+    const CStringUTF8 content = content_of(root, is_standard_output(output) ? "stdout" : output);
     Output out(output);
-    out.write(content);
-    const bool ended = !content.empty() && content.back() == '\n';
-    if (!ended && is_standard_output(output) && ::isatty(STDOUT_FILENO) == 1) out.write("\n");
+    out.write(bytes_of(content));
+    if (is_standard_output(output)) out.end_line();
     out.finish();
 }
 
@@ -267,35 +262,26 @@ void EditTarget::save_content(const UXXmlWrapperBase& root, const std::string& p
     tell(report);
 }
 
-std::string EditTarget::content_of(const UXXmlWrapperBase& root, const std::string& name) const {
+CStringUTF8 EditTarget::content_of(const UXXmlWrapperBase& root, const std::string& name) const {
     CStringUTF8 content;
     UXSaveReport report;
     if (UXSaveToMemory(&root, &content, save_options(), &report) == 0) throw_save_failure(name);
     tell(report);
-    return to_string(content);
+    return content;
 }
 
-void EditTarget::print_difference(const UXXmlWrapperBase& root,
+bool EditTarget::print_difference(const UXXmlWrapperBase& root,
                                   const std::string& inputFile) const {
     CStringUTF8 before;
     UXGetSourceBytes(&root, &before);
     const std::string name = input_name(inputFile);
     Output out("");
     const std::string difference =
-        unified_diff(to_string(before), content_of(root, name), name, name);
+        unified_diff(to_string(before), to_string(content_of(root, name)), name, name);
     if (difference.empty()) note("nothing would change");
     write_difference(out, difference);
     out.finish();
-}
-
-void EditTarget::save_in_place(const UXXmlWrapperBase& root, const std::string& inputFile) const {
-    if (inputFile == "-" || exists_but_not_regular(inputFile)) {
-        throw Failure(kUsage, "-i", "standard input cannot be edited in place", "use -o FILE");
-    }
-    if (!backupSuffix_.empty()) {
-        keep_backup(resolved(inputFile), inputFile + backupSuffix_);
-    }
-    save_content(root, resolved(inputFile), inputFile);
+    return !difference.empty();
 }
 
 std::vector<std::string> with_backup_option(std::vector<std::string> arguments) {

@@ -14,6 +14,7 @@
 
 #include "support/command.h"
 #include "support/file.h"
+#include "support/replace_files.h"
 #include "support/style.h"
 
 namespace uxtool {
@@ -33,6 +34,9 @@ public:
         fmt::format_to(std::back_inserter(buffer_), format, std::forward<Args>(args)...);
         flush_when_full();
     }
+    // Ends what was written by write() in a line break, where it did not end so and people or programs
+    // read on; a regular file gets the bytes alone, and so does text that is not made of bytes.
+    void end_line();
     // Writes what is left, puts the file in its place and yields exitCode. A file is not put in
     // place when the code is that of a failure, nor when finish is never reached.
     int finish(int exitCode = kSuccess);
@@ -50,9 +54,15 @@ private:
     Descriptor file_;
     int descriptor_ = -1;  // of what is written directly
     bool isTerminal_ = false;
+    bool isEmpty_ = true;
+    char first_ = ' ';  // of the bytes given to write()
+    char last_ = ' ';
     std::string buffer_;
     Palette palette_;
 };
+
+// Notes what the file that was replaced last had, and the new one could not get.
+void tell_unkept(const std::string& name);
 
 // Writes a tree to the file of -o, at once, or to standard output.
 void save_tree(const UXXmlWrapperBase& root, const std::string& output);
@@ -69,17 +79,24 @@ void save_tree(const UXXmlWrapperBase& root, const std::string& output);
 // refused and the old file stays.
 class EditTarget {
 public:
-    void add_options(CLI::App& app);
+    CLI::Option* add_options(CLI::App& app);  // yields that of -i
     UXXmlWrapperBase open(const std::string& file) const;
-    void save(const UXXmlWrapperBase& root, const std::string& inputFile) const;
+    // Yields whether the file differs from before, or would; with -o, always. What does not differ is
+    // not written in place.
+    bool save(const UXXmlWrapperBase& root, const std::string& inputFile) const;
+    // In place, but together with others: the same without putting it in its place.
+    bool add_to(ReplacedFiles& files, const UXXmlWrapperBase& root,
+                const std::string& inputFile) const;
+    bool is_in_place() const { return inPlace_; }
+    bool is_dry_run() const { return dryRun_; }
+    const std::string& backup_suffix() const { return backupSuffix_; }
 
 private:
-    void save_in_place(const UXXmlWrapperBase& root, const std::string& inputFile) const;
     void save_content(const UXXmlWrapperBase& root, const std::string& path,
                       const std::string& name) const;
     void save_to(const UXXmlWrapperBase& root, const std::string& output) const;
-    std::string content_of(const UXXmlWrapperBase& root, const std::string& name) const;
-    void print_difference(const UXXmlWrapperBase& root, const std::string& inputFile) const;
+    CStringUTF8 content_of(const UXXmlWrapperBase& root, const std::string& name) const;
+    bool print_difference(const UXXmlWrapperBase& root, const std::string& inputFile) const;
     void tell(const UXSaveReport& report) const;
     UXSaveOptions save_options() const;
 

@@ -100,6 +100,31 @@ UXSelected Selection::run(const UXXmlWrapperBase& root, const std::string& file)
     }
 }
 
+std::vector<UXXmlWrapperBase> Selection::elements(const UXXmlWrapperBase& root,
+                                                  const std::string& file) const {
+    const UXSelected selected = run(root, file);
+    if (selected.size() == 0) throw nothing(root, file);
+    std::vector<UXXmlWrapperBase> nodes;
+    nodes.reserve(selected.size());
+    for (std::size_t i = 0; i < selected.size(); ++i) {
+        const bool isElement = selected.kind(i) == UXSelectedKind::kElement ||
+                               selected.kind(i) == UXSelectedKind::kDocument;
+        if (!isElement) {
+            throw Failure(kUsage, "--select", "this command is about elements",
+                          "select the elements that have the attribute or the text");
+        }
+        nodes.push_back(selected.node(i));
+    }
+    return nodes;
+}
+
+std::vector<UXXmlWrapperBase> selected_or_root(const UXXmlWrapperBase& root,
+                                               const std::string& expression,
+                                               const std::string& file) {
+    if (expression.empty()) return {root};
+    return Selection(expression).elements(root, file);
+}
+
 Failure Selection::nothing(const UXXmlWrapperBase& root, const std::string& file) const {
     std::set<std::string> tags;
     std::set<std::string> attributes;

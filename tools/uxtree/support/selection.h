@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "uxtree/kit/select.h"
 
@@ -18,6 +19,10 @@ public:
     // Selects in a tree. Throws Failure with kRefused when the answer depends on text in mixed
     // content.
     UXSelected run(const UXXmlWrapperBase& root, const std::string& file) const;
+    // The elements that it selects. Throws Failure with kUsage when it selects attributes or texts,
+    // with kNothingFound when nothing.
+    std::vector<UXXmlWrapperBase> elements(const UXXmlWrapperBase& root,
+                                           const std::string& file) const;
     // Why nothing was found: kNothingFound, with the names that the tree does not have.
     Failure nothing(const UXXmlWrapperBase& root, const std::string& file) const;
     // A text of a result; throws as run does.
@@ -30,6 +35,11 @@ private:
 
 // --select PATH: which nodes the command is about.
 CLI::Option* add_select(CLI::App& app, std::string& expression);
+
+// The elements of --select, or root alone without one.
+std::vector<UXXmlWrapperBase> selected_or_root(const UXXmlWrapperBase& root,
+                                               const std::string& expression,
+                                               const std::string& file);
 
 // "/catalog/book[2]": where a node stands, as a selection that finds it alone.
 std::string place_of(const UXXmlWrapperBase& node);

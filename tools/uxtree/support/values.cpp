@@ -79,6 +79,28 @@ UXXmlWrapperBase with_numbers_for_values(const UXXmlWrapperBase& root,
     return copy;
 }
 
+// The identifiers of some nodes, which stand in document order, as collecting puts them together.
+std::set<int> ids_of(const UXXmlWrapperBase& root, const std::vector<UXXmlWrapperBase>& nodes) {
+    std::vector<bool> isWanted;
+    auto next = nodes.begin();
+    walk(root, [&](const UXXmlWrapperBase& node, std::size_t) {
+        const bool found = next != nodes.end() && *next == node;
+        if (found) ++next;
+        isWanted.push_back(found);
+    });
+    std::vector<UXXmlWrapperBase> copies;
+    std::vector<std::string> places;
+    UXXmlWrapperBase numbered = with_numbers_for_values(root, copies, places);
+    CArray<int, int> ids;
+    CWBOStringArray numbers;
+    vctree_get_values_with_ids(&numbered, &ids, &numbers, 1, 0, 0, nullptr, 0, nullptr);
+    std::set<int> wanted;
+    for (int i = 0; i < ids.GetSize(); ++i) {
+        if (isWanted[static_cast<std::size_t>(UXLeadingInt(numbers[i]))]) wanted.insert(ids[i]);
+    }
+    return wanted;
+}
+
 void add_labels(const UXXmlWrapperBase& root, ValueList& list) {
     std::vector<UXXmlWrapperBase> nodes;
     std::vector<std::string> places;
@@ -210,6 +232,34 @@ void throw_refusal(int code, int duplicate, const UXXmlWrapperBase& root, const 
         default:
             throw Failure(kRefused, name, fmt::format("refused with code {}", code));
     }
+}
+
+void keep_values_of(const UXXmlWrapperBase& root, const std::vector<UXXmlWrapperBase>& nodes,
+                    ValueList& list) {
+    const std::set<int> wanted = ids_of(root, nodes);
+    ValueList kept;
+    kept.comment = list.comment;
+    for (int i = 0; i < list.ids.GetSize(); ++i) {
+        if (wanted.count(list.ids[i]) == 0) continue;
+        kept.ids.Add(list.ids[i]);
+        kept.values.Add(list.values[i]);
+        if (i < list.labels.GetSize()) kept.labels.Add(list.labels[i]);
+        if (!list.places.empty()) kept.places.push_back(list.places[static_cast<std::size_t>(i)]);
+    }
+    list = std::move(kept);
+}
+
+std::vector<std::string> unknown_ids(const UXXmlWrapperBase& root, const ValueList& list) {
+    UXXmlWrapperBase tree = root;
+    CArray<int, int> ids;
+    CWBOStringArray values;
+    vctree_get_values_with_ids(&tree, &ids, &values, 1, 0, 0, nullptr, 1, nullptr);
+    std::set<int> known(ids.GetData(), ids.GetData() + ids.GetSize());
+    std::vector<std::string> unknown;
+    for (int i = 0; i < list.ids.GetSize(); ++i) {
+        if (known.insert(list.ids[i]).second) unknown.push_back(std::to_string(list.ids[i]));
+    }
+    return unknown;
 }
 
 int set_values(const UXXmlWrapperBase& root, ValueList& list, const std::string& file) {

@@ -22,6 +22,14 @@ struct ValueList {
 // identifiers are warned about.
 ValueList collect_values(const UXXmlWrapperBase& root, const std::string& file);
 
+// Keeps those values alone whose identifier one of the nodes has; the nodes are of the tree, in
+// document order.
+void keep_values_of(const UXXmlWrapperBase& root, const std::vector<UXXmlWrapperBase>& nodes,
+                    ValueList& list);
+
+// Identifiers of the list that no node of the tree has, each once.
+std::vector<std::string> unknown_ids(const UXXmlWrapperBase& root, const ValueList& list);
+
 // Sets values into a tree; yields how many were written. A refusal becomes a Failure that speaks of
 // `file`, and the tree must not be saved then.
 int set_values(const UXXmlWrapperBase& root, ValueList& list, const std::string& file);

@@ -1,0 +1,101 @@
+// Several files replaced together: all of them, or none.
+#include "support/replace_files.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <utility>
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "support/failure.h"
+#include "support/file.h"
+#include "support/input.h"
+#include "support/output.h"
+
+namespace uxtool {
+namespace {
+
+// The same file under another name, or where the file system cannot do that, a copy: nobody else can
+// read it before it is complete.
+bool link_or_copy(const std::string& file, const std::string& other) {
+    if (::link(file.c_str(), other.c_str()) == 0) return true;
+    struct stat status {};
+    if (errno == EEXIST || ::stat(file.c_str(), &status) != 0) return false;
+    const std::string content = read_all(file);
+    Descriptor copy(::open(other.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    return copy.is_open() && write_fully(copy.number(), content) &&
+           ::fchmod(copy.number(), status.st_mode & 0777U) == 0 && ::fsync(copy.number()) == 0 &&
+           copy.close();
+}
+
+// The old file stays as the backup, with all that belongs to it, since the new one takes its name.
+// A link under the name of the backup is replaced, not followed.
+void keep_backup(const std::string& file, const std::string& backup) {
+    const std::string made = fmt::format("{}.tmp{}", backup, ::getpid());
+    if (link_or_copy(file, made) && ::rename(made.c_str(), backup.c_str()) == 0) {
+        ::unlink(made.c_str());  // still there when the backup was this very file before
+        return;
+    }
+    const std::string reason = system_error();
+    ::unlink(made.c_str());
+    throw Failure(kRefused, backup, reason);
+}
+
+}  // namespace
+
+std::string resolved(const std::string& file) {
+    std::error_code error;
+    std::filesystem::path path = std::filesystem::weakly_canonical(file, error);
+    return error ? file : path.string();
+}
+
+void ReplacedFiles::add(const std::string& file, std::string_view content) {
+    const std::string path = resolved(file);
+    Pending pending{file, path, UXFileOutput(path.c_str()), ""};
+    if (!pending.output.Write(content)) {
+        errno = pending.output.Error();
+        throw Failure(kRefused, file, system_error());
+    }
+    pending_.push_back(std::move(pending));
+}
+
+void ReplacedFiles::put_in_place(Pending& pending) {
+    if (!backupSuffix_.empty()) keep_backup(pending.path, pending.file + backupSuffix_);
+    if (pending_.size() > 1) {
+        const std::string old = fmt::format("{}.old{}", pending.path, ::getpid());
+        if (!link_or_copy(pending.path, old)) throw Failure(kRefused, old, system_error());
+        pending.old = old;
+    }
+    if (!pending.output.Commit()) {
+        errno = pending.output.Error();
+        throw Failure(kRefused, pending.file, system_error());
+    }
+    tell_unkept(pending.file);
+}
+
+void ReplacedFiles::commit() {
+    try {
+        for (Pending& pending : pending_) put_in_place(pending);
+    } catch (const Failure&) {
+        for (const Pending& pending : pending_) {
+            if (pending.old.empty()) continue;
+            if (::rename(pending.old.c_str(), pending.path.c_str()) == 0) {
+                ::unlink(pending.old.c_str());  // still there when the file was never replaced
+                continue;
+            }
+            warn(pending.file + " is not as it was: " + system_error() +
+                 "; its old content is in " + pending.old);
+        }
+        throw;
+    }
+    for (const Pending& pending : pending_) {
+        if (!pending.old.empty()) ::unlink(pending.old.c_str());
+    }
+    pending_.clear();
+}
+
+}  // namespace uxtool

@@ -1,0 +1,40 @@
+// Several files replaced together: all of them, or none.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "uxtree/host/embedded_files.h"
+
+namespace uxtool {
+
+// The file behind symbolic links, so that replacing it keeps the link.
+std::string resolved(const std::string& file);
+
+class ReplacedFiles {
+public:
+    // With a suffix, the old file of each stays under its name with the suffix appended.
+    explicit ReplacedFiles(std::string backupSuffix) : backupSuffix_(std::move(backupSuffix)) {}
+
+    // Writes the new content beside the file; nobody sees it before commit. Throws Failure with
+    // kRefused.
+    void add(const std::string& file, std::string_view content);
+    // Puts all in their places. When that fails with one, those before it get their old content
+    // back; throws Failure with kRefused.
+    void commit();
+
+private:
+    struct Pending {
+        std::string file;  // as named
+        std::string path;
+        UXFileOutput output;
+        std::string old;  // another name of the old file, while it may be wanted back
+    };
+    void put_in_place(Pending& pending);
+
+    std::string backupSuffix_;
+    std::vector<Pending> pending_;
+};
+
+}  // namespace uxtool
