@@ -82,7 +82,8 @@ def commands_by_entry_point(source, names):
     table = {name: [] for name in names}
     tool = source / "tools" / "uxtree"
     shared = {}
-    for path in sorted((tool / "support").glob("*.cpp")):
+    parts = {path for path in tool.glob("*.cpp") if not path.stem.endswith("_commands")}
+    for path in sorted(parts | set((tool / "support").glob("*.cpp"))):
         shared |= functions_of(path.read_text(encoding="utf-8"))
     for path in sorted(tool.glob("*_commands.cpp")):
         for command, reached in calls_of_commands(path.read_text(encoding="utf-8"), shared):

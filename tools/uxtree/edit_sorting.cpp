@@ -137,7 +137,7 @@ void sort_selected(Sorter& sorter, EditedNodes& nodes) {
         });
 }
 
-Told sort(EditedNodes& nodes, const SortOptions& options) {
+Told sort_items(EditedNodes& nodes, const SortOptions& options) {
     if (options.by.empty() && options.attribute.empty()) {
         throw Failure(kUsage, "sort", "say what to sort by", "-a NAME or --by PATH");
     }
@@ -169,7 +169,7 @@ void add_sort(CLI::App& app, const Edit& edit) {
                                 "their bytes")
                      ->check(CLI::IsMember({"number", "text"}));
                  sub.add_flag("-d,--descending", o->descending, "The largest first");
-                 return [o](EditedNodes& nodes) { return sort(nodes, *o); };
+                 return [o](EditedNodes& nodes) { return sort_items(nodes, *o); };
              });
 }
 

@@ -57,7 +57,7 @@ void rename_attribute(EditedItem& item, const std::string& name) {
     }
 }
 
-Told rename(EditedNodes& nodes, const std::string& name) {
+Told rename_items(EditedNodes& nodes, const std::string& name) {
     for (EditedItem& item : nodes.items) {
         if (item.kind == UXSelectedKind::kText) {
             throw Failure(kUsage, "--select", "a text has no name", "select its element");
@@ -89,7 +89,7 @@ void add_writing_edits(CLI::App& app, const Edit& edit) {
         return [name, adapt](EditedNodes& nodes) {
             CStringUTF8 wanted = name->c_str();
             if (*adapt) uxtree_adapt_for_tagname(&wanted);
-            return rename(nodes, to_string(wanted));
+            return rename_items(nodes, to_string(wanted));
         };
     });
 }
