@@ -9,7 +9,7 @@ TREE = """<Data Label="D|1"><Points><Point Label="Point_0"><x>1</x></Point>\
 
 CASES = [
     case("PreparesADescription", ["xde", "prepare", "d.xml"], files={"d.xml": DESCRIPTION},
-         out=PREPARED),
+         out=PREPARED + "\n"),
     case("PreparesIntoAFile", ["xde", "prepare", "-", "-o", "t.xml"], stdin=DESCRIPTION,
          after={"t.xml": PREPARED}),
     case("PreviewsFiveElementsOfAnArray", ["xde", "prepare", "--preview", "-"],
