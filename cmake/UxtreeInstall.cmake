@@ -4,11 +4,24 @@ include(CMakePackageConfigHelpers)
 
 # The libraries stand side by side, whatever the folder is called.
 set_target_properties(uxtree_host uxtree_Utils uxtree_kit PROPERTIES INSTALL_RPATH "$ORIGIN")
-target_compile_features(uxtree_host INTERFACE cxx_std_17)
 
 install(TARGETS uxtree_host uxtree_Utils uxtree_kit EXPORT uxtree_UtilsTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT dev
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT dev
   FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT dev)
+# Whoever links static libraries also links what stands behind them.
+set(find_static_dependencies "")
+set(static_requires "")
+set(static_libraries "")
+if(NOT BUILD_SHARED_LIBS)
+  set(find_static_dependencies "include(CMakeFindDependencyMacro)\nfind_dependency(EXPAT)")
+  set(static_requires expat)
+  foreach(library ${CMAKE_DL_LIBS} stdc++ c++ m)
+    if(library IN_LIST CMAKE_CXX_IMPLICIT_LINK_LIBRARIES OR library STREQUAL CMAKE_DL_LIBS)
+      string(APPEND static_libraries " -l${library}")
+    endif()
+  endforeach()
+endif()
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/uxtree_Utils)
 install(EXPORT uxtree_UtilsTargets NAMESPACE uxtree:: DESTINATION ${package_dir} COMPONENT dev)
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/uxtree_UtilsConfig.cmake.in

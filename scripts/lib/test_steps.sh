@@ -16,6 +16,7 @@ long_steps=(
     tsan      # 150 s
     static    # 600 s
     packages  # 180 s
+    consumers  # 130 s
     docs      # 5 s
     huge      # 60 s
     conformance  # 20 s, and once 10 MB from npm
@@ -89,6 +90,9 @@ step_packages() { ./scripts/package; }
 
 # The site of the documentation, without dead links.
 step_docs() { ./scripts/docs; }
+
+# Static libraries, and the sources as a part of another project.
+step_consumers() { ./scripts/lib/try_consumers.sh; }
 
 # Documents far larger and deeper than people write, within bounds of time and memory.
 step_huge() {
