@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <optional>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -16,6 +17,7 @@
 #include "support/text.h"
 #include "support/tree.h"
 #include "support/tree_lines.h"
+#include "support/work_ahead.h"
 
 namespace uxtool {
 namespace {
@@ -28,6 +30,8 @@ struct OutlineOptions {
     bool mapped = false;
     bool partial = false;
     bool check = false;  // asked for, and done anyway
+    bool merge = false;
+    unsigned jobs = 1;
     std::uint64_t maxSpool = NamedInput::kMaxSpool;
 };
 
@@ -180,19 +184,44 @@ bool holds_long_characters(const std::string& path) {
     }
 }
 
+// The outline of one file: what a thread of its own hands over.
+struct Outlined {
+    UXXmlWrapperBase holder;
+    UXXmlWrapperBase root;  // invalid when there is none
+    std::string name;
+    std::optional<Failure> failure;  // to be told when the outline was written
+};
+
 class Outliner {
 public:
-    Outliner(const OutlineOptions& options, Output& out) : options_(options), out_(out) {}
+    Outliner(const OutlineOptions& options, Output& out) : options_(options), out_(out) {
+        merged_.CreateNew(0, "Outline");
+    }
 
-    ExitCode outline(const std::string& file) {
+    // For any thread.
+    Outlined outline(const std::string& file) const {
         const NamedInput input(file, options_.maxSpool);
-        UXXmlWrapperBase holder;
-        holder.CreateNew(0, "Outline");
-        if (options_.lenient) return outline_leniently(holder, input.path(), input_name(file));
-        const bool good = read_strictly(holder, input.path(), input_name(file));
-        UXXmlWrapperBase root;
-        if (holder.FirstChild(&root) != 0) write(root, input_name(file));
-        if (!good) throw_refused_file(input_name(file), input.path());
+        Outlined result;
+        result.holder.CreateNew(0, "Outline");
+        result.name = input_name(file);
+        if (options_.lenient) {
+            outline_leniently(result, input.path());
+        } else {
+            outline_strictly(result, input.path());
+        }
+        return result;
+    }
+
+    // In the order of the files.
+    ExitCode take(const Outlined& result) {
+        if (result.root.IsNodeValid() != 0) {
+            if (options_.merge) {
+                UXMergeOutline(&merged_, &result.holder);
+            } else {
+                write(result.root, result.name);
+            }
+        }
+        if (result.failure) throw Failure(*result.failure);
         return kSuccess;
     }
 
@@ -203,40 +232,52 @@ public:
     }
 
     int finish(int exitCode) {
+        for_each_child(merged_, [this](const UXXmlWrapperBase& root) { write(root, ""); });
         if (options_.format == "xml") out_.write("</Outline>\n");
         if (options_.format == "json") list_.finish();
         return out_.finish(exitCode);
     }
 
 private:
-    bool read_strictly(UXXmlWrapperBase& holder, const std::string& path, const std::string& name) {
+    bool read_strictly(UXXmlWrapperBase& holder, const std::string& path,
+                       const std::string& name) const {
         const Progress progress("outlining " + name);
         return UXOutlineFile(&holder, path.c_str(), options_.partial) == 1;
     }
 
+    void outline_strictly(Outlined& result, const std::string& path) const {
+        const bool good = read_strictly(result.holder, path, result.name);
+        result.holder.FirstChild(&result.root);
+        if (good) return;
+        try {
+            throw_refused_file(result.name, path);
+        } catch (const Failure& failure) {
+            result.failure = failure;
+        }
+    }
+
     // The forgiving scan says nothing about where it stopped, so the strict reader is asked.
-    ExitCode outline_leniently(UXXmlWrapperBase& holder, const std::string& path,
-                               const std::string& name) {
-        UXXmlWrapperBase root;
+    void outline_leniently(Outlined& result, const std::string& path) const {
         {
-            const Progress progress("outlining " + name);
+            const Progress progress("outlining " + result.name);
             const bool mapped = options_.mapped || holds_long_characters(path);
-            SAXTreeLayout(&holder, nullptr, path.c_str(), mapped ? 1 : 0);
-            holder.FirstChild(&root);
+            SAXTreeLayout(&result.holder, nullptr, path.c_str(), mapped ? 1 : 0);
+            result.holder.FirstChild(&result.root);
         }
         UXXmlWrapperBase checked;
         checked.CreateNew(0, "Outline");
-        const bool good = read_strictly(checked, path, name);
+        const bool good = read_strictly(checked, path, result.name);
         // The scan knows neither UTF-16 nor the end of what is no XML at all.
-        if (label_of(root).empty() && checked.FirstChild(&root) == 0)
-            throw_refused_file(name, path);
-        write(root, name);
-        if (!good) warn_of_refused_file(name, "the outline is what the forgiving scan made of it");
-        return kSuccess;
+        if (label_of(result.root).empty()) {
+            result.holder = checked;
+            if (checked.FirstChild(&result.root) == 0) throw_refused_file(result.name, path);
+        }
+        if (good) return;
+        warn_of_refused_file(result.name, "the outline is what the forgiving scan made of it");
     }
 
     void write(const UXXmlWrapperBase& root, const std::string& name) {
-        const bool several = options_.files.size() > 1;
+        const bool several = options_.files.size() > 1 && !options_.merge;
         if (options_.format == "paths") return write_paths(out_, root, several ? name + ": " : "");
         if (options_.format == "xml") return write_xml(out_, root, name);
         if (options_.format == "json") {
@@ -255,14 +296,17 @@ private:
     Output& out_;
     JsonList list_{out_};
     bool any_ = false;
+    UXXmlWrapperBase merged_;
 };
 
 int run_outline(const OutlineOptions& options) {
     Output out(options.output);
     Outliner outliner(options, out);
     outliner.begin();
-    const int result = for_each_file(
-        options.files, [&](const std::string& file) { return outliner.outline(file); });
+    const int result = for_each_in_order(
+        options.files, options.jobs,
+        [&](const std::string& file) { return outliner.outline(file); },
+        [&](const Outlined& outlined) { return outliner.take(outlined); });
     return outliner.finish(result);
 }
 
@@ -271,6 +315,7 @@ const Command kOutline{
     "uxtree outline big.xml\n"
     "uxtree outline -f paths big.xml     # one line each, ready for uxtree query\n"
     "uxtree outline -f json *.xml        # a list with one entry per file\n"
+    "uxtree outline --merge *.xml        # what occurs in any of them\n"
     "uxtree outline --partial cut.xml    # what stands before the error, too\n"
     "uxtree outline --lenient broken.xml # the forgiving scan of what is no XML",
     [](CLI::App& app) {
@@ -287,6 +332,10 @@ const Command kOutline{
             ->needs(lenient);
         app.add_flag("--check", options->check,
                      "Nothing more than without: files are always checked");
+        app.add_flag("--merge", options->merge,
+                     "One outline of all files, with what occurs in any of them")
+            ->excludes(lenient);
+        add_jobs(app, options->jobs);
         add_max_spool(app, options->maxSpool);
         return [options] { return run_outline(*options); };
     }};

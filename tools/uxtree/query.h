@@ -16,6 +16,7 @@ struct QueryOptions {
     bool xml = false;
     bool withName = false;
     bool withoutName = false;
+    unsigned jobs = 1;
 };
 
 int run_selection_query(const QueryOptions& options);

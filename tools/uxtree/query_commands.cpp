@@ -1,5 +1,6 @@
 // uxtree query: the values that a path reaches.
 #include <algorithm>
+#include <optional>
 #include <set>
 
 #include "uxtree/outline/xpath.h"
@@ -12,11 +13,15 @@
 #include "support/table.h"
 #include "support/text.h"
 #include "support/tree.h"
+#include "support/work_ahead.h"
 
 namespace uxtool {
 namespace {
 
+// What one file yields, made by a thread of its own.
 struct Result {
+    std::string file;
+    std::optional<Failure> nothing;  // why
     CWBOStringArray values;
     CArray<unsigned int> offsets;
     CWBOStringArray names;
@@ -140,19 +145,29 @@ public:
           out_(out),
           named_(options.withName || (options.files.size() > 1 && !options.withoutName)) {}
 
-    ExitCode query(const std::string& file) {
+    // For any thread.
+    std::shared_ptr<Result> read(const std::string& file) const {
         UXXmlWrapperBase root = open_tree(file);
-        Result result;
-        const int code = TreeEvalXPath(&result.values, &result.offsets, &result.names, &root,
+        auto result = std::make_shared<Result>();
+        result->file = input_name(file);
+        const int code = TreeEvalXPath(&result->values, &result->offsets, &result->names, &root,
                                        nullptr, options_.path.c_str(), options_.table);
-        if (code != 0 || result.values.GetSize() == 0) {
-            report(Diagnosis(options_.path, input_name(file)).explain(root));
+        if (code != 0 || result->values.GetSize() == 0) {
+            result->nothing = Diagnosis(options_.path, result->file).explain(root);
+        }
+        return result;
+    }
+
+    // In the order of the files.
+    ExitCode take(const Result& result) {
+        if (result.nothing) {
+            report(*result.nothing);
             return kNothingFound;
         }
         if (options_.table) {
-            add_rows(result, input_name(file));
+            add_rows(result, result.file);
         } else {
-            add_values(result, input_name(file));
+            add_values(result, result.file);
         }
         return kSuccess;
     }
@@ -266,8 +281,9 @@ int run_query(const QueryOptions& options) {
     check_path(options.path);
     Output out(options.output);
     Querier querier(options, out);
-    const int result =
-        for_each_file(options.files, [&](const std::string& file) { return querier.query(file); });
+    const int result = for_each_in_order(
+        options.files, options.jobs, [&](const std::string& file) { return querier.read(file); },
+        [&](const std::shared_ptr<Result>& read) { return querier.take(*read); });
     return querier.finish(result);
 }
 
@@ -296,6 +312,7 @@ const Command kQuery{
                                          "Print file names (default with several files)");
         app.add_flag("--no-filename", options->withoutName, "Never print file names")
             ->excludes(with);
+        add_jobs(app, options->jobs);
         add_output(app, options->output);
         return [options] { return run_query(*options); };
     }};

@@ -12,6 +12,7 @@
 #include "support/table.h"
 #include "support/text.h"
 #include "support/tree.h"
+#include "support/work_ahead.h"
 
 namespace uxtool {
 namespace {
@@ -22,21 +23,44 @@ class Rows {
 public:
     using Values = std::vector<std::string>;
 
-    void add(const std::string& file, const UXXmlWrapperBase& node, const std::string& ownText) {
-        rows_.push_back({file, {}});
-        for (const auto& [name, value] : all_attributes(node)) add_value("@" + name, value);
-        if (node.GetNodeCount() == 0) return add_value(".", ownText);
+    using Fields = std::vector<std::pair<std::string, std::string>>;  // columns and values
+
+    static Fields fields_of(const UXXmlWrapperBase& node, const std::string& ownText) {
+        Fields fields;
+        for (const auto& [name, value] : all_attributes(node))
+            fields.emplace_back("@" + name, value);
+        if (node.GetNodeCount() == 0) {
+            fields.emplace_back(".", ownText);
+            return fields;
+        }
         std::vector<std::string> path;
         walk(node, [&](const UXXmlWrapperBase& below, std::size_t level) {
             if (level == 0) return;
             path.resize(level - 1);
             path.push_back(tag_of(below));
-            if (below.GetNodeCount() == 0) add_value(join(path, "/"), value_of(below));
+            if (below.GetNodeCount() == 0) fields.emplace_back(join(path, "/"), value_of(below));
         });
+        return fields;
     }
-    void add_single(const std::string& file, const std::string& column, const std::string& text) {
+
+    void add(const std::string& file, const Fields& fields) {
         rows_.push_back({file, {}});
-        add_value(column, text);
+        for (const auto& [name, value] : fields) add_value(name, value);
+    }
+
+    bool is_empty() const { return rows_.empty(); }
+
+    // The column of the elements' own texts, when none has any and there are other columns.
+    void drop_empty_text() {
+        const auto found = numbers_.find(".");
+        if (found == numbers_.end() || columns_.size() == 1) return;
+        const std::size_t column = found->second;
+        for (const Row& row : rows_) {
+            const auto texts = row.values.find(column);
+            if (texts != row.values.end() && !texts->second.front().empty()) return;
+        }
+        for (Row& row : rows_) row.values.erase(column);
+        columns_[column].most = 0;
     }
 
     void write(Output& out, const std::string& format, bool named) const {
@@ -68,6 +92,7 @@ public:
     void write_schema(Output& out, const std::string& format) const {
         Table table({"column", "rows", "most"});
         for (std::size_t k = 0; k < columns_.size(); ++k) {
+            if (columns_[k].most == 0) continue;
             const auto rows = std::count_if(rows_.begin(), rows_.end(), [&](const Row& row) {
                 return row.values.count(k) != 0;
             });
@@ -126,31 +151,47 @@ public:
           selection_(options.path),
           named_(options.withName || (options.files.size() > 1 && !options.withoutName)) {}
 
-    ExitCode query(const std::string& file) {
+    // What one file yields.
+    struct Answer {
+        std::string file;
+        std::optional<Failure> nothing;  // why
+        std::vector<std::string> values;
+        std::vector<Rows::Fields> rows;
+    };
+
+    // For any thread.
+    Answer read(const std::string& file) const {
         const UXXmlWrapperBase root = open_tree(file);
         const UXSelected selected = selection_.run(root, file);
-        if (selected.size() == 0) {
-            report(selection_.nothing(root, file));
-            return kNothingFound;
-        }
-        std::vector<std::string> texts;  // all of them first: a refusal leaves nothing behind
-        for (std::size_t i = 0; i < selected.size(); ++i)
-            texts.push_back(text_of(selected, i, file));
-        const std::string name = input_name(file);
+        Answer answer{input_name(file), std::nullopt, {}, {}};
+        if (selected.size() == 0) answer.nothing = selection_.nothing(root, file);
         for (std::size_t i = 0; i < selected.size(); ++i) {
+            const std::string text = text_of(selected, i, file);
             if (is_table()) {
-                add_row(name, selected, i, texts[i]);
+                answer.rows.push_back(fields_of(selected, i, text));
             } else {
-                write_value(texts[i], name);
+                answer.values.push_back(text);
             }
         }
+        return answer;
+    }
+
+    // In the order of the files.
+    ExitCode take(const Answer& answer) {
+        if (answer.nothing) {
+            report(*answer.nothing);
+            return kNothingFound;
+        }
+        for (const Rows::Fields& row : answer.rows) rows_.add(answer.file, row);
+        for (const std::string& value : answer.values) write_value(value, answer.file);
         return kSuccess;
     }
 
     int finish(int exitCode) {
+        rows_.drop_empty_text();
         if (options_.schema) {
             rows_.write_schema(out_, options_.format);
-        } else if (options_.table && (exitCode == kSuccess || options_.format == "json")) {
+        } else if (options_.table && (!rows_.is_empty() || options_.format == "json")) {
             rows_.write(out_, options_.format, named_);
         } else if (options_.format == "json" && !options_.table) {
             list_.finish();
@@ -173,15 +214,15 @@ private:
         return Selection::text(selected, i, file);
     }
 
-    void add_row(const std::string& file, const UXSelected& selected, std::size_t i,
-                 const std::string& text) {
+    static Rows::Fields fields_of(const UXSelected& selected, std::size_t i,
+                                  const std::string& text) {
         switch (selected.kind(i)) {
             case UXSelectedKind::kAttribute:
-                return rows_.add_single(file, std::string("@") + selected.attribute(i), text);
+                return {{std::string("@") + selected.attribute(i), text}};
             case UXSelectedKind::kText:
-                return rows_.add_single(file, tag_of(selected.node(i)), text);
+                return {{tag_of(selected.node(i)), text}};
             default:
-                rows_.add(file, selected.node(i), text);
+                return Rows::fields_of(selected.node(i), text);
         }
     }
 
@@ -207,8 +248,9 @@ private:
 int run_selection_query(const QueryOptions& options) {
     Output out(options.output);
     SelectionQuery query(options, out);
-    const int result =
-        for_each_file(options.files, [&](const std::string& file) { return query.query(file); });
+    const int result = for_each_in_order(
+        options.files, options.jobs, [&](const std::string& file) { return query.read(file); },
+        [&](const SelectionQuery::Answer& answer) { return query.take(answer); });
     return query.finish(result);
 }
 

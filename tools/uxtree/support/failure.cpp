@@ -11,8 +11,14 @@
 namespace uxtool {
 namespace {
 
+thread_local std::string* heldBack = nullptr;
+
 // File names and contents may hold what steers a terminal.
 void print(const std::string& text) {
+    if (heldBack != nullptr) {
+        *heldBack += text;
+        return;
+    }
     const std::string shown = isatty(STDERR_FILENO) == 1 ? terminal_safe(text) : text;
     std::fwrite(shown.data(), 1, shown.size(), stderr);
 }
@@ -23,6 +29,20 @@ void print_line(Role role, const std::string& label, const std::string& text) {
 }
 
 }  // namespace
+
+HeldMessages::HeldMessages() : outer_(std::exchange(heldBack, &text_)) {}
+
+HeldMessages::~HeldMessages() {
+    heldBack = outer_;
+}
+
+bool HeldMessages::is_held() {
+    return heldBack != nullptr;
+}
+
+void print_messages(const std::string& text) {
+    print(text);
+}
 
 void report(const Failure& failure) {
     print_line(Role::kError, failure.subject(), failure.what());

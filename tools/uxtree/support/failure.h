@@ -47,6 +47,24 @@ private:
 // The reader of standard output went away; the tool then ends quietly.
 class ClosedPipe : public std::exception {};
 
+// While it lives, what this thread would print on standard error by the functions below is held back,
+// and no progress is shown.
+class HeldMessages {
+public:
+    HeldMessages();
+    HeldMessages(const HeldMessages&) = delete;
+    HeldMessages& operator=(const HeldMessages&) = delete;
+    ~HeldMessages();
+    const std::string& text() const { return text_; }
+    static bool is_held();
+
+private:
+    std::string text_;
+    std::string* outer_;
+};
+// Prints what was held back.
+void print_messages(const std::string& text);
+
 void report(const Failure& failure);
 // One line on standard error: what a user may want to know, and what needs attention.
 void note(const std::string& text);

@@ -342,7 +342,7 @@ struct Progress::Ticker {
 };
 
 Progress::Progress(std::string text) {
-    if (isatty(STDERR_FILENO) == 1)
+    if (isatty(STDERR_FILENO) == 1 && !HeldMessages::is_held())
         ticker_ = std::make_unique<Ticker>(terminal_safe(clipped(text, 60)));
 }
 

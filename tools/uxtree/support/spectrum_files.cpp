@@ -1,6 +1,7 @@
 // Folders of spectrum files.
 #include "support/spectrum_files.h"
 
+#include <algorithm>
 #include <cctype>
 #include <filesystem>
 #include <system_error>
@@ -13,8 +14,6 @@ namespace uxtool {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr unsigned kMostJobs = 64;
 
 bool has_spectrum_extension(const fs::path& path) {
     std::string extension = path.extension().string();
@@ -55,12 +54,6 @@ CLI::Option* add_spectrum_files(CLI::App& app, std::vector<std::string>& files) 
                     "N42 files, or folders of files ending in .n42 or .xml; - is standard input")
         ->required()
         ->type_name("");
-}
-
-CLI::Option* add_jobs(CLI::App& app, unsigned& jobs) {
-    return app.add_option("-j,--jobs", jobs, "Read up to so many files at the same time")
-        ->type_name("COUNT")
-        ->check(CLI::Range(1U, kMostJobs));
 }
 
 std::vector<SpectrumFileName> spectrum_files(const std::vector<std::string>& files) {
