@@ -1,11 +1,14 @@
-// The long members of the string, which a host implements.
+// The long members of the string and the memory of arrays, which a host implements.
 #include "uxtree/host/string.h"
 
 #include <algorithm>
 #include <cstdlib>
+#include <new>
 #include <string>
 
 #include <locale.h>
+
+#include "uxtree/host/array.h"
 
 namespace {
 
@@ -22,6 +25,11 @@ char lower(char c) {
 }
 
 }  // namespace
+
+void* UXResizeMemory(void* block, std::size_t /*used*/, std::size_t bytes) {
+    if (void* const memory = std::realloc(block, bytes)) return memory;
+    throw std::bad_alloc();
+}
 
 int CStringUTF8::CompareNoCase(const char* text) const {
     CStringUTF8 mine(*this);

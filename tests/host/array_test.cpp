@@ -3,8 +3,10 @@
 
 #include <climits>
 #include <memory>
+#include <random>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -143,6 +145,65 @@ TEST(CWBOStringArray, RemovesSeveralAndNone) {
     EXPECT_THAT(texts(array), ElementsAre("d"));
     array.RemoveAll();
     EXPECT_THAT(texts(array), IsEmpty());
+}
+
+TEST(CWBOStringArray, MovingLeavesAnEmptyArray) {
+    CWBOStringArray from = string_list({"a", "a text too long for any small buffer inside"});
+    CWBOStringArray to = string_list({"x"});
+
+    to = std::move(from);
+
+    EXPECT_THAT(texts(to), ElementsAre("a", "a text too long for any small buffer inside"));
+    EXPECT_THAT(texts(from), IsEmpty());
+    from.Add("again");
+    EXPECT_THAT(texts(CWBOStringArray(std::move(from))), ElementsAre("again"));
+}
+
+// Long enough for blocks of huge pages.
+TEST(CWBOStringArray, GrowingKeepsShortAndLongTexts) {
+    const auto text_at = [](int i) {
+        return std::string(static_cast<std::size_t>(i % 40), 'x') + std::to_string(i);
+    };
+    constexpr int kCount = 200000;
+    CWBOStringArray array;
+
+    for (int i = 0; i < kCount; ++i) array.AddText(text_at(i));
+
+    ASSERT_EQ(array.GetSize(), kCount);
+    for (int i = 0; i < kCount; ++i) ASSERT_STREQ(array[i], text_at(i).c_str()) << i;
+}
+
+TEST(CWBOStringArray, AgreesWithAListOverManyRandomSteps) {
+    std::mt19937 random(7);
+    const auto below = [&](std::size_t bound) { return static_cast<int>(random() % bound); };
+    CWBOStringArray array;
+    std::vector<std::string> list;
+    for (int step = 0; step < 3000; ++step) {
+        const std::string text(static_cast<std::size_t>(below(40)), 'a');
+        const int at = below(list.size() + 1);
+        const int count = below(list.size() - static_cast<std::size_t>(at) + 1);
+        switch (below(6)) {
+            case 0:
+                array.RemoveAt(at, count);
+                list.erase(list.begin() + at, list.begin() + at + count);
+                break;
+            case 1:
+                array.InsertAt(at, text.c_str(), count % 5);
+                list.insert(list.begin() + at, static_cast<std::size_t>(count % 5), text);
+                break;
+            case 2:
+                if (list.size() < 200) {
+                    array.Append(CWBOStringArray(array));
+                    const std::vector<std::string> same = list;
+                    list.insert(list.end(), same.begin(), same.end());
+                }
+                break;
+            default:
+                array.Add(text.c_str());
+                list.push_back(text);
+        }
+        ASSERT_EQ(texts(array), list) << step;
+    }
 }
 
 TEST(CWBOStringArray, ThrowsForEveryIndexOutside) {

@@ -1,67 +1,98 @@
-// The host's growable arrays, whole in this header and the same for every host. An index outside an
-// array throws std::invalid_argument.
+// The host's growable arrays, the same for every host. An index outside an array throws
+// std::invalid_argument.
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdlib>
 #include <limits>
 #include <memory>
+#include <new>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "uxtree/host/export.h"
 #include "uxtree/host/string.h"
 
+// Makes a block of memory `bytes` long, perhaps at another place; its first `used` bytes stay. A null
+// block is a new one. std::free lets it go. Throws std::bad_alloc with the block as it was.
+UXHOST_API void* UXResizeMemory(void* block, std::size_t used, std::size_t bytes);
+
 // A growable array of strings.
 class UXHOST_API CWBOStringArray {
 public:
-    int GetSize() const { return static_cast<int>(items_.size()); }
+    CWBOStringArray() noexcept = default;
+    CWBOStringArray(const CWBOStringArray& other) : CWBOStringArray() { Append(other); }
+    CWBOStringArray(CWBOStringArray&& other) noexcept { Swap(other); }
+    ~CWBOStringArray() {
+        Cut(0);
+        std::free(items_);
+    }
+    CWBOStringArray& operator=(const CWBOStringArray& other) {
+        if (this != &other) *this = CWBOStringArray(other);
+        return *this;
+    }
+    CWBOStringArray& operator=(CWBOStringArray&& other) noexcept {
+        CWBOStringArray taken(std::move(other));
+        Swap(taken);
+        return *this;
+    }
+
+    int GetSize() const { return static_cast<int>(size_); }
     int GetCount() const { return GetSize(); }
     int GetUpperBound() const { return GetSize() - 1; }  // the last index, -1 when empty
-    bool IsEmpty() const { return items_.empty(); }
+    bool IsEmpty() const { return size_ == 0; }
     void SetSize(int size) {  // new elements are ""
         Check(size >= 0);
-        items_.resize(static_cast<std::size_t>(size));
+        Cut(Index(size));
+        Reserve(Index(size));
+        while (size_ < Index(size)) new (&items_[size_++]) CStringUTF8();
     }
     const CStringUTF8& GetAt(int index) const { return items_[Checked(index)]; }
     void SetAt(int index, const CStringUTF8& value) { items_[Checked(index)] = value; }
     void SetAtGrow(int index, CStringUTF8 value) {  // a copy: value may live in this array
-        Check(index >= 0);
-        if (Index(index) >= items_.size()) items_.resize(Index(index) + 1);
+        Check(index >= 0 && index < std::numeric_limits<int>::max());
+        if (index >= GetSize()) SetSize(index + 1);
         items_[Index(index)] = std::move(value);
     }
     CStringUTF8& ElementAt(int index) { return items_[Checked(index)]; }
     CStringUTF8& operator[](int index) { return items_[Checked(index)]; }
     const CStringUTF8& operator[](int index) const { return items_[Checked(index)]; }
     int Add(const CStringUTF8& value) {  // index of the new element
-        items_.push_back(value);
-        return GetUpperBound();
+        // A copy when the array grows: value may live in it.
+        return size_ == capacity_ ? Add(CStringUTF8(value)) : AddNew(value);
     }
     int Add(CStringUTF8&& value) {
-        items_.push_back(std::move(value));
-        return GetUpperBound();
+        CStringUTF8 taken(std::move(value));
+        return AddNew(std::move(taken));
     }
     // Adds a text that is no part of this array.
-    void AddText(std::string_view text) { items_.emplace_back(text); }
+    void AddText(std::string_view text) { AddNew(text); }
     int Append(const CWBOStringArray& other) {  // index of the first new element
-        if (this == &other) return Append(CWBOStringArray(other));
-        const int first = GetSize();
-        items_.insert(items_.end(), other.items_.begin(), other.items_.end());
-        return first;
+        const std::size_t first = size_;
+        const std::size_t added = other.size_;
+        Reserve(first + added);
+        for (std::size_t i = 0; i < added; ++i) AddNew(other.items_[i]);
+        return static_cast<int>(first);
     }
-    void Copy(const CWBOStringArray& other) { items_ = other.items_; }
+    void Copy(const CWBOStringArray& other) { *this = other; }
     void InsertAt(int index, const CStringUTF8& value, int count = 1) {
         Check(index >= 0 && count >= 0);
         const CStringUTF8 copy(value);  // value may live in this array
         if (index > GetSize()) SetSize(index);
-        items_.insert(items_.begin() + index, Index(count), copy);
+        const std::size_t old = size_;
+        Reserve(old + Index(count));
+        while (size_ < old + Index(count)) AddNew(copy);
+        std::rotate(items_ + index, items_ + old, items_ + size_);
     }
     void RemoveAt(int index, int count = 1) {
         Check(index >= 0 && count >= 0 && count <= GetSize() - index);
-        items_.erase(items_.begin() + index, items_.begin() + index + count);
+        if (count == 0) return;
+        std::move(items_ + index + count, items_ + size_, items_ + index);
+        Cut(size_ - Index(count));
     }
-    void RemoveAll() { items_.clear(); }
+    void RemoveAll() { Cut(0); }
 
 private:
     static std::size_t Index(int index) { return static_cast<std::size_t>(index); }
@@ -69,11 +100,38 @@ private:
         if (!inside) throw std::invalid_argument("array index outside the array");
     }
     std::size_t Checked(int index) const {
-        Check(index >= 0 && Index(index) < items_.size());
+        Check(index >= 0 && Index(index) < size_);
         return Index(index);
     }
+    template <typename Value>
+    int AddNew(Value&& value) {
+        if (size_ == capacity_) Reserve(size_ + 1);
+        new (&items_[size_]) CStringUTF8(std::forward<Value>(value));
+        return static_cast<int>(size_++);
+    }
+    void Cut(std::size_t size) {
+        while (size_ > size) items_[--size_].~CStringUTF8();
+    }
+    // Room for at least size elements, twice as many on growth. A string may be moved by copying
+    // its bytes, so the host may move the block as it likes.
+    void Reserve(std::size_t size) {
+        if (size <= capacity_) return;
+        if (size > Index(std::numeric_limits<int>::max()))
+            throw std::length_error("array too large");
+        const std::size_t capacity = std::max({std::size_t{4}, size, 2 * capacity_});
+        items_ = static_cast<CStringUTF8*>(
+            UXResizeMemory(items_, size_ * sizeof(CStringUTF8), capacity * sizeof(CStringUTF8)));
+        capacity_ = capacity;
+    }
+    void Swap(CWBOStringArray& other) noexcept {
+        std::swap(items_, other.items_);
+        std::swap(size_, other.size_);
+        std::swap(capacity_, other.capacity_);
+    }
 
-    std::vector<CStringUTF8> items_;
+    CStringUTF8* items_ = nullptr;
+    std::size_t size_ = 0;
+    std::size_t capacity_ = 0;
 };
 
 // A growable array of plain values. Not a std::vector inside: bool elements need addresses.
