@@ -56,7 +56,7 @@ struct Shift {
 struct Frame {
     enum class Form : std::uint8_t { kSame, kPlanned, kNew };
     const Element* element = nullptr;
-    const Element* child = nullptr;  // the next one, of same and new ones
+    const Element* child = nullptr;  // the next one that no plan is about
     std::uint32_t source = kNone;    // its number in the source
     std::uint32_t shift = 0;
     Form form = Form::kNew;
@@ -64,17 +64,17 @@ struct Frame {
     bool lines = false;  // new: children have lines of their own
     bool renamed = false;
     bool openedEmpty = false;  // planned: the source has no end tag
-    std::size_t at = 0;        // same: written up to here; planned: the next item
+    std::size_t at = 0;        // same and planned: written up to here
     std::size_t endTag = 0;
-    std::unique_ptr<ContentPlan> plan;
-    std::vector<const Element*> children;  // planned
-    std::string indent;                    // new: of its own line
-};
-
-// An attribute as it has to be written.
-struct WantedAttribute {
-    std::string_view name;
-    std::string_view value;
+    std::string indent;  // new: of its own line
+    // Planned: children before the plan stay where they are, as do those behind it.
+    std::size_t childrenBefore = 0;
+    std::unique_ptr<ContentPlan> plan;     // null when it was followed
+    std::size_t item = 0;                  // of the plan, the next one
+    std::vector<const Element*> children;  // of the plan
+    std::size_t planEnd = 0;               // in the source
+    std::size_t childrenBehind = 0;
+    const Element* childBehind = nullptr;  // the first of them
 };
 
 class LayoutWriter final : public ContentStyle {
@@ -162,7 +162,7 @@ public:
         bool lines = scan_tag(text(), scan_.document.elements[parent].begin, tag);
         if (lines) {
             ReadContent content(scan_.document, scan_.entityText);
-            read_content(scan_.document, parent, tag.end, tag.empty, content);
+            read_content(scan_.document, {parent, tag.end, tag.empty}, content);
             lines = !content.mixed && !source_preserves(parent);
         }
         hasLines_[parent] = lines;
@@ -692,7 +692,7 @@ private:
     }
     std::string read_value(const Frame& frame) {
         ReadContent content(scan_.document, scan_.entityText);
-        read_content(scan_.document, frame.source, tag_.end, tag_.empty, content);
+        read_content(scan_.document, {frame.source, tag_.end, tag_.empty}, content);
         return content.value.text();
     }
 
@@ -701,13 +701,13 @@ private:
         if (value.empty()) {
             std::size_t at = tag_.end;
             std::uint32_t child = frame.source + 1;
-            bool blank = true;
-            while (blank && child < place.next) {
-                blank = is_blank(range(at, scan_.document.elements[child].begin));
+            bool textless = true;
+            while (textless && child < place.next) {
+                textless = is_without_text(range(at, scan_.document.elements[child].begin));
                 at = scan_.document.elements[child].end;
                 child = scan_.document.elements[child].next;
             }
-            if (blank && is_blank(range(at, scan_.end_tag_of(place)))) return true;
+            if (textless && is_without_text(range(at, scan_.end_tag_of(place)))) return true;
         }
         return read_value(frame) == value;
     }
@@ -716,9 +716,7 @@ private:
         const Element& element = *frame.element;
         const ScannedElement& place = scan_.document.elements[frame.source];
         ContentRequest request;
-        request.element = frame.source;
-        request.contentBegin = tag_.end;
-        request.emptyTag = tag_.empty;
+        request.range = {frame.source, tag_.end, tag_.empty};
         request.preserve = frame.preserve;
         CStringUTF8 made;
         request.value = document_.value_text(element, made);
@@ -738,10 +736,32 @@ private:
         frame.endTag = tag_.empty ? place.end : scan_.end_tag_of(place);
         frame.renamed = document_.name_view(element.tag) != range(place.begin + 1, tag_.nameEnd);
         frame.form = Frame::Form::kPlanned;
+        frame.at = tag_.end;
+        frame.planEnd = frame.endTag;
+        if (scan_.dtd == nullptr && frame.shift == 0) leave_out_unchanged(frame, request);
         planned_ = &frame;
         frame.plan = std::make_unique<ContentPlan>(
             plan_content(scan_.document, request, scan_.entityText, out_.source.encoding, *this));
         frames_.push_back(std::move(frame));
+    }
+
+    // Children that stand where they stood need no plan, apart from those next to a change.
+    void leave_out_unchanged(Frame& frame, ContentRequest& request) const {
+        const std::optional<ContentPart> part = changed_part(scan_.document, request);
+        if (!part) return;
+        const auto before = static_cast<std::ptrdiff_t>(part->before);
+        const auto behind = static_cast<std::ptrdiff_t>(part->behind);
+        frame.childrenBefore = part->before;
+        frame.childrenBehind = part->behind;
+        frame.child = frame.children.front();
+        if (behind != 0) {
+            frame.childBehind = *(frame.children.end() - behind);
+            frame.planEnd = scan_.document.elements[part->range.behind].begin;
+        }
+        request.range = part->range;
+        const auto cut = [&](auto& list) { list = {list.begin() + before, list.end() - behind}; };
+        cut(frame.children);
+        cut(request.children);
     }
 
     void push_new(const Element& element, std::string indent, bool preserve, bool lines) {
@@ -796,16 +816,7 @@ private:
 
     void step_same() {
         Frame& frame = frames_.back();
-        if (frame.child != nullptr) {
-            const Element& child = *frame.child;
-            const std::uint32_t source = source_of(child);
-            frame.child = document_.element(child.next);
-            if (scan_.document.comes_from_entity(source)) return;  // its reference is copied
-            out_.text.copy(frame.at, scan_.document.elements[source].begin);
-            frame.at = scan_.document.elements[source].end;
-            push_from_source(child, source, frame.shift, frame.preserve);
-            return;
-        }
+        if (frame.child != nullptr) return push_in_place(frame);
         const std::size_t end = scan_.document.elements[frame.source].end;
         if (!frame.renamed || frame.openedEmpty) {
             out_.text.copy(frame.at, end);
@@ -814,6 +825,18 @@ private:
             put_end_tag(frame);
         }
         frames_.pop_back();
+    }
+
+    // The next child, with what stands before it.
+    void push_in_place(Frame& frame) {
+        const Element& child = *frame.child;
+        const std::uint32_t source = source_of(child);
+        frame.child = document_.element(child.next);
+        if (scan_.document.comes_from_entity(source)) return;  // its reference is copied
+        const ScannedElement& place = scan_.document.elements[source];
+        out_.text.copy(frame.at, place.begin);
+        frame.at = place.end;
+        push_from_source(child, source, frame.shift, frame.preserve);
     }
 
     void put_end_tag(const Frame& frame) {
@@ -836,23 +859,43 @@ private:
 
     void step_planned() {
         Frame& frame = frames_.back();
-        const std::vector<ContentItem>& items = frame.plan->items;
-        while (frame.at < items.size()) {
-            const ContentItem& item = items[frame.at++];
-            if (item.kind == ItemKind::kChild) {
-                push_child(frame, item);
-                return;
-            }
-            put_item(frame, item);
+        if (frame.childrenBefore != 0) {
+            --frame.childrenBefore;
+            return push_in_place(frame);
         }
+        if (frame.plan != nullptr) {
+            if (follow_plan(frame)) return;
+            frame.plan.reset();
+            frame.at = frame.planEnd;
+            frame.child = frame.childBehind;
+        }
+        if (frame.childrenBehind != 0) {
+            --frame.childrenBehind;
+            return push_in_place(frame);
+        }
+        out_.text.copy(frame.at, frame.endTag);
         const bool closes =
             !frame.openedEmpty || frame.element->first != 0 || document_.has_value(*frame.element);
         if (closes) put_end_tag(frame);
         frames_.pop_back();
     }
 
+    // Up to the next child; false when none is left.
+    bool follow_plan(Frame& frame) {
+        const std::vector<ContentItem>& items = frame.plan->items;
+        while (frame.item < items.size()) {
+            const ContentItem& item = items[frame.item++];
+            if (item.kind == ItemKind::kChild) {
+                push_child(frame, item);
+                return true;
+            }
+            put_item(frame, item);
+        }
+        return false;
+    }
+
     bool behind_line_end(const Frame& frame) const {
-        return frame.at >= 2 && frame.plan->items[frame.at - 2].kind == ItemKind::kLineEnd;
+        return frame.item >= 2 && frame.plan->items[frame.item - 2].kind == ItemKind::kLineEnd;
     }
 
     void put_item(const Frame& frame, const ContentItem& item) {
@@ -867,8 +910,8 @@ private:
 
     // The white space that was written before a child that begins its line.
     std::string indent_before(const Frame& frame) const {
-        if (frame.at < 2) return "";
-        const ContentItem& item = frame.plan->items[frame.at - 2];
+        if (frame.item < 2) return "";
+        const ContentItem& item = frame.plan->items[frame.item - 2];
         if (item.kind != ItemKind::kSpace) return "";
         const std::string bytes(frame.plan->bytes_of(item, text()));
         return item.text != kNone ? bytes : shifted(bytes, frame.shift);

@@ -110,9 +110,7 @@ void UXTextOrder::Source::plan_runs(const Element& element, std::uint32_t source
                                     const ScannedTag& tag, std::string_view value,
                                     RunList& runs) const {
     ContentRequest request;
-    request.element = source;
-    request.contentBegin = tag.end;
-    request.emptyTag = tag.empty;
+    request.range = {source, tag.end, tag.empty};
     request.value = value;
     for (const Element* child = document.element(element.first); child != nullptr;
          child = document.element(child->next)) {
@@ -143,7 +141,7 @@ bool UXTextOrder::Source::runs_of(const Element& element, std::string_view value
         return false;
     }
     ReadContent content(scan.document, scan.entityText);
-    read_content(scan.document, source, tag.end, tag.empty, content);
+    read_content(scan.document, {source, tag.end, tag.empty}, content);
     if (content.value.text() == value && has_children_of_source(element, source)) {
         read_runs(content, runs);
     } else {

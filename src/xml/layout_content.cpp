@@ -58,8 +58,7 @@ public:
           content_(document, entityText) {}
 
     ContentPlan run() {
-        read_content(document_, request_.element, request_.contentBegin, request_.emptyTag,
-                     content_);
+        read_content(document_, request_.range, content_);
         items_ = std::move(content_.items);
         byLines_ = content_.hasChildren && !content_.mixed && !request_.preserve;
         match();
@@ -548,10 +547,10 @@ private:
 
 }  // namespace
 
-void read_content(const ScannedDocument& document, std::uint32_t element, std::size_t contentBegin,
-                  bool emptyTag, ReadContent& content) {
-    content.hasChildren = document.elements[element].next > element + 1;
-    if (emptyTag) return;
+void read_content(const ScannedDocument& document, const ContentRange& range,
+                  ReadContent& content) {
+    content.hasChildren = document.elements[range.element].next > range.element + 1;
+    if (range.emptyTag) return;
     std::vector<Piece> gap;
     const auto close_gap = [&] {
         bool kept = !content.hasChildren;
@@ -578,8 +577,10 @@ void read_content(const ScannedDocument& document, std::uint32_t element, std::s
         }
         gap.clear();
     };
-    ContentScan scan(document, element, contentBegin);
+    const std::uint32_t first = range.first == kNone ? range.element + 1 : range.first;
+    ContentScan scan(document, range.element, range.begin, first);
     for (Piece piece = scan.next(); piece.kind != PieceKind::kEnd; piece = scan.next()) {
+        if (piece.kind == PieceKind::kElement && piece.element == range.behind) break;
         if (piece.kind != PieceKind::kElement) {
             gap.push_back(piece);
             continue;

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,10 +47,17 @@ public:
     virtual bool has_lines(std::uint32_t parent) = 0;
 };
 
-struct ContentRequest {
+// What stands between an element's tags, or the part of it from one child to another.
+struct ContentRange {
     std::uint32_t element = 0;
-    std::size_t contentBegin = 0;
-    bool emptyTag = false;
+    std::size_t begin = 0;         // behind the start tag, or behind a child
+    bool emptyTag = false;         // "<a/>"
+    std::uint32_t first = kNone;   // the child behind that one; kNone behind the start tag
+    std::uint32_t behind = kNone;  // the child before which it ends; kNone before the end tag
+};
+
+struct ContentRequest {
+    ContentRange range;
     bool preserve = false;  // white space stays as it is
     std::string_view value;
     std::vector<WantedChild> children;
@@ -65,8 +73,18 @@ struct ReadContent {
     bool mixed = false;              // text beside children
     bool hasEntityElements = false;  // a reference stands for elements
 };
-void read_content(const ScannedDocument& document, std::uint32_t element, std::size_t contentBegin,
-                  bool emptyTag, ReadContent& content);
+void read_content(const ScannedDocument& document, const ContentRange& range, ReadContent& content);
+
+// The part of an element's content that changes of its children concern: all children before and
+// behind it stand where they stood, and nothing in it depends on what is outside.
+struct ContentPart {
+    std::size_t before = 0;  // wanted children
+    std::size_t behind = 0;
+    ContentRange range;
+};
+// Nothing when most of the content is concerned, or when that is not plain to see.
+std::optional<ContentPart> changed_part(const ScannedDocument& document,
+                                        const ContentRequest& request);
 
 // What is to be written between the tags. Throws Unkept.
 ContentPlan plan_content(const ScannedDocument& document, const ContentRequest& request,

@@ -40,6 +40,12 @@ std::size_t comment_or_instruction_end(std::string_view text, std::size_t at) {
     return kNowhere;
 }
 
+// Where something else begins than white space; the end of the text when nothing does.
+std::size_t behind_blanks(std::string_view text, std::size_t at) {
+    while (at < text.size() && is_blank(text[at])) ++at;
+    return at;
+}
+
 // Behind a document type declaration with its internal subset.
 std::size_t doctype_end(std::string_view text, std::size_t at) {
     bool inSubset = false;
@@ -172,6 +178,16 @@ private:
 };
 
 }  // namespace
+
+bool is_without_text(std::string_view gap) {
+    std::size_t at = behind_blanks(gap, 0);
+    while (at < gap.size() && gap[at] == '<') {
+        const std::size_t end = comment_or_instruction_end(gap, at);
+        if (end == kNowhere) return false;  // a section
+        at = behind_blanks(gap, end);
+    }
+    return at == gap.size();
+}
 
 bool scan_prolog(std::string_view text, ScannedDocument& document) {
     document = ScannedDocument{};

@@ -21,6 +21,9 @@ inline bool is_blank(std::string_view text) {
     return true;
 }
 
+// Nothing but white space, comments and instructions?
+bool is_without_text(std::string_view gap);
+
 // An element in the text. Elements are numbered by their start tags, from 0.
 struct ScannedElement {
     std::size_t begin;     // of the start tag
@@ -99,9 +102,7 @@ struct Piece {
 // reference is a piece of kind kElement, with the number of its first element.
 class ContentScan {
 public:
-    ContentScan(const ScannedDocument& document, std::uint32_t element, std::size_t contentBegin)
-        : ContentScan(document, element, contentBegin, element + 1) {}
-    // From some place between two children on; next is the number of the second.
+    // From behind the start tag or a child on; next is the number of the child behind that place.
     ContentScan(const ScannedDocument& document, std::uint32_t element, std::size_t at,
                 std::uint32_t next)
         : document_(document), at_(at), next_(next), behind_(document.elements[element].next) {}

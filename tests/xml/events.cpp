@@ -33,7 +33,8 @@ public:
 
 private:
     void finish_text() {
-        const bool blank = std::all_of(text_.begin(), text_.end(), ux::xml::is_blank);
+        const bool blank =
+            std::all_of(text_.begin(), text_.end(), [](char c) { return ux::xml::is_blank(c); });
         if (!text_.empty()) out_ += (blank && isKept_ ? "kept{" : "{") + text_ + "}";
         text_.clear();
         isKept_ = false;
