@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "uxtree/host/embedded.h"
+
 #include "kit/select_reference.h"
 
 namespace {
@@ -16,8 +18,14 @@ void require(bool holds) {
     if (!holds) std::abort();
 }
 
+enum class Content {
+    kPlain,
+    kMixed,    // where the order of texts and children may decide
+    kOrdered,  // the same, and the order is known
+};
+
 // What is accepted is an expression to libxml2 as well, and means the same.
-void check(const std::string& xml, const std::string& expression, bool mixed) {
+void check(const std::string& xml, const std::string& expression, Content content) {
     UXSelection selection;
     UXSelectFault fault;
     if (!selection.compile(expression.c_str(), &fault)) {
@@ -25,7 +33,9 @@ void check(const std::string& xml, const std::string& expression, bool mixed) {
         return;
     }
     UXXmlWrapperBase root;
-    require(root.LoadFromMemory(xml.data(), xml.size()) != 0);
+    require(content == Content::kOrdered
+                ? UXLoadForEditingFromMemory(&root, xml.data(), xml.size()) != 0
+                : root.LoadFromMemory(xml.data(), xml.size()) != 0);
     uxtest::ReferenceDocument reference(xml);
     require(reference.valid());
     UXSelected result;
@@ -33,7 +43,7 @@ void check(const std::string& xml, const std::string& expression, bool mixed) {
     std::vector<std::string> theirs;
     const bool isTheirs = reference.select(expression, theirs);
     if (outcome == UXSelectOutcome::kMixedText) {
-        require(mixed);
+        require(content == Content::kMixed);
         return;
     }
     require(outcome == UXSelectOutcome::kDone);
@@ -54,14 +64,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::size_t at = 1;
     if (mode == 0) {
         const std::string text(reinterpret_cast<const char*>(data) + 1, size - 1);
-        check(kDocument, text.substr(0, text.find('\0')), false);
+        check(kDocument, text.substr(0, text.find('\0')), Content::kPlain);
         return 0;
     }
     const uxtest::Choose choose = [&](unsigned n) -> unsigned {
         return at < size ? data[at++] % n : 0;
     };
-    const bool mixed = mode == 1;
+    const Content content = mode == 1   ? Content::kMixed
+                            : mode == 2 ? Content::kOrdered
+                                        : Content::kPlain;
     const std::string expression = uxtest::ExpressionMaker(choose, true).make();
-    check(uxtest::DocumentMaker(choose, mixed).make(), expression, mixed);
+    check(uxtest::DocumentMaker(choose, content != Content::kPlain).make(), expression, content);
     return 0;
 }

@@ -16,81 +16,49 @@ struct [[gnu::visibility("hidden")]] UXSelected::Items {
     struct Item {
         UXXmlWrapperBase node;
         UXSelectedKind kind = UXSelectedKind::kElement;
-        std::uint32_t attribute = 0;  // in attributes
+        std::uint32_t detail = 0;  // of an attribute in attributes, of a text in pieces
     };
-    // Where the text of a branch stands in texts.
-    struct Span {
-        std::size_t start = 0;
-        std::size_t end = 0;
-        std::size_t mixed = 0;  // elements with text and children seen before; then, seen in it
+    // One of several texts of an element, in all of them joined.
+    struct Piece {
+        std::size_t offset = 0;
+        std::size_t length = 0;
     };
 
     std::uint32_t number_of(const std::string& name) {
         if (name == attributes[last]) return last;
-        const auto place = numbers.emplace(name, static_cast<std::uint32_t>(attributes.size()));
+        const auto place =
+            attributeNumbers.emplace(name, static_cast<std::uint32_t>(attributes.size()));
         if (place.second) attributes.push_back(name);
         return last = place.first->second;
     }
-    void read_branches();
+    // The text of a branch.
+    uxkit::Text text_of(std::size_t index, CStringUTF8& scratch) {
+        if (tree == nullptr) index_branches();
+        return tree->string_value(numbers[index], scratch);
+    }
+    void index_branches();
 
     uxkit::Blocks<Item> items;
     std::vector<std::string> attributes{""};
-    std::unordered_map<std::string, std::uint32_t> numbers;
+    std::unordered_map<std::string, std::uint32_t> attributeNumbers;
     std::uint32_t last = 0;
+    std::vector<Piece> pieces{{}};
     UXXmlWrapperBase mixed;
-    bool branchesAreRead = false;
-    std::string texts;
-    std::vector<Span> spans;  // of items that are elements
+    // Made when the text of a branch is first asked for: the document, and where the items are in it.
+    std::unique_ptr<uxkit::IndexTree> tree;
+    std::vector<uxkit::IndexTree::Node> numbers;
 };
 
-// One walk over the document, with those of the items open that it is in: however they lie within
-// each other, each text is read once.
-void UXSelected::Items::read_branches() {
-    branchesAreRead = true;
-    spans.resize(items.size());
+// The items are in the order of the document, so one walk finds them all.
+void UXSelected::Items::index_branches() {
+    auto made = std::make_unique<uxkit::IndexTree>(uxkit::Names(), items.front().node, true);
+    numbers.assign(items.size(), made->document());
     std::size_t next = 0;
-    std::size_t mixedSeen = 0;
-    std::vector<std::size_t> open;
-    CStringUTF8 scratch;
-    UXXmlWrapperBase node = uxkit::root_of(items.front().node);
-    const auto enter = [&] {
-        if (next < items.size() && items[next].kind == UXSelectedKind::kDocument) {
-            spans[next].mixed = mixedSeen;
-            open.push_back(next++);
-        }
-        if (next < items.size() && items[next].node == node) {
-            spans[next] = {texts.size(), 0, mixedSeen};
-            open.push_back(next++);
-        }
-        if (next == items.size() && open.empty()) return;
-        const std::string_view text = uxkit::own_text(node, scratch);
-        if (!text.empty() && uxkit::is_branch(node)) ++mixedSeen;
-        if (!open.empty()) texts += text;
-    };
-    const auto leave = [&] {
-        while (!open.empty() && items[open.back()].node == node) {
-            Span& span = spans[open.back()];
-            span.end = texts.size();
-            span.mixed = mixedSeen - span.mixed;
-            open.pop_back();
-        }
-    };
-    enter();
-    UXXmlWrapperBase step;
-    for (;;) {
-        if (node.FirstChild(&step) != 0) {
-            node = std::move(step);
-            enter();
-            continue;
-        }
-        leave();
-        while (node.NextSibling(&step) == 0) {
-            if (node.GetParent(&node) == 0) return;
-            leave();
-        }
-        node = std::move(step);
-        enter();
+    if (items.front().kind == UXSelectedKind::kDocument) ++next;
+    for (uxkit::IndexTree::Node node = 1; node < made->end() && next < items.size(); ++node) {
+        if (made->handle(node) == items[next].node) numbers[next++] = node;
     }
+    tree = std::move(made);
 }
 
 UXSelected::UXSelected() = default;
@@ -111,7 +79,8 @@ UXXmlWrapperBase UXSelected::node(std::size_t index) const {
 }
 
 const char* UXSelected::attribute(std::size_t index) const {
-    return items_->attributes[items_->items[index].attribute].c_str();
+    const Items::Item& item = items_->items[index];
+    return items_->attributes[item.kind == UXSelectedKind::kAttribute ? item.detail : 0].c_str();
 }
 
 bool UXSelected::text(std::size_t index, CStringUTF8& out) const {
@@ -122,14 +91,22 @@ bool UXSelected::text(std::size_t index, CStringUTF8& out) const {
         item.node.GetPropertyValue(attribute(index), out, 0);
         return true;
     }
+    if (item.kind == UXSelectedKind::kText && item.detail != 0) {
+        CStringUTF8 scratch;
+        const Items::Piece& piece = all.pieces[item.detail];
+        const std::string_view text = uxkit::own_text(item.node, scratch);
+        const std::string_view part = text.substr(std::min(piece.offset, text.size()));
+        out.Assign(part.data(), std::min(piece.length, part.size()));
+        return true;
+    }
     if (!uxkit::is_branch(item.node)) {
         item.node.GetNodeStringWithBlobInfo(out, 0);
         return true;
     }
-    if (!all.branchesAreRead) all.read_branches();
-    const Items::Span& span = all.spans[index];
-    out.Assign(all.texts.data() + span.start, span.mixed == 0 ? span.end - span.start : 0);
-    return span.mixed == 0;
+    CStringUTF8 scratch;
+    const uxkit::Text text = all.text_of(index, scratch);
+    out.Assign(text.view.data(), text.known ? text.view.size() : 0);
+    return text.known;
 }
 
 UXXmlWrapperBase UXSelected::mixed() const {
@@ -246,11 +223,11 @@ private:
                 case Axis::kAttribute:
                 case Axis::kText:
                     for (const Node node : set) add_leaves(node, step);
-                    return;
+                    return add_texts();
                 case Axis::kDescendantOrSelf:
                     for_each_inside(set, true,
                                     [&](Node node) { add_leaves(node, path.steps[i + 1]); });
-                    return;
+                    return add_texts();
                 default:
                     set = stepped(std::move(set), step);
             }
@@ -333,7 +310,7 @@ private:
         if (step.axis == Axis::kAttribute) {
             conditions_.attributes(
                 node, step,
-                [&](const NamedText& leaf) {
+                [&](const Leaf& leaf) {
                     out_.items.push_back({tree_.handle(node), UXSelectedKind::kAttribute,
                                           out_.number_of(leaf.name)});
                     return Truth::kNo;
@@ -343,13 +320,37 @@ private:
         }
         const Truth seen = conditions_.texts(
             node, step,
-            [&](std::string_view /*text*/) {
-                out_.items.push_back({tree_.handle(node), UXSelectedKind::kText, 0});
+            [&](const Leaf& leaf) {
+                add_text(node, leaf);
                 return Truth::kNo;
             },
             [] { return Truth::kUnknown; },
             [](std::string_view /*joined*/) { return Truth::kUnknown; });
         if (seen == Truth::kUnknown) unsure();
+    }
+
+    void add_text(const Node& node, const Leaf& leaf) {
+        if constexpr (Tree::kIndexed) {
+            if (tree_.keeps_layout()) {
+                // The only text of an element without children comes before what follows it.
+                const Node next = leaf.next != 0 ? leaf.next : node + 1;
+                texts_.push_back({next, node, {leaf.offset, leaf.text.size()}});
+                return;
+            }
+        }
+        out_.items.push_back({tree_.handle(node), UXSelectedKind::kText, 0});
+    }
+
+    // The texts that were found, those in front of one node from the innermost element on.
+    void add_texts() {
+        std::sort(texts_.begin(), texts_.end(), [](const FoundText& a, const FoundText& b) {
+            return a.next != b.next ? a.next < b.next : b.owner < a.owner;
+        });
+        for (const FoundText& text : texts_) {
+            const auto number = static_cast<std::uint32_t>(out_.pieces.size());
+            out_.items.push_back({tree_.handle(text.owner), UXSelectedKind::kText, number});
+            out_.pieces.push_back(text.piece);
+        }
     }
 
     void add_node(const Node& node) {
@@ -368,6 +369,12 @@ private:
     Conditions<Tree> conditions_;
     UXSelected::Items& out_;
     std::vector<std::optional<Node>> lastParents_;  // of each step
+    struct FoundText {
+        Node next;  // the node that it stands before
+        Node owner;
+        UXSelected::Items::Piece piece;
+    };
+    std::vector<FoundText> texts_;
 };
 
 UXSelectOutcome run_program(const UXSelection::Program& program, const UXXmlWrapperBase& context,

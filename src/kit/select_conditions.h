@@ -131,7 +131,7 @@ public:
         return leaves(step, attributes_of(tree_.handle(node)), emit, unsure);
     }
 
-    // The text of an element, "" when it has none.
+    // The texts of an element, in order.
     template <typename Emit, typename Unsure, typename Mixed>
     Truth texts(const Node& node, const Step& step, Emit&& emit, Unsure&& unsure, Mixed&& mixed) {
         CStringUTF8 scratch;
@@ -139,9 +139,11 @@ public:
         const std::string_view text = tree_.own_text(node, scratch);
         if (text.empty()) return Truth::kNo;
         if (!tree_.is_branch(node)) {
-            return leaves(
-                step, {{"", std::string(text)}},
-                [&](const NamedText& leaf) { return emit(leaf.text); }, unsure);
+            return leaves(step, {{"", std::string(text)}}, emit, unsure);
+        }
+        std::vector<Leaf> pieces;
+        if (tree_.split_text(node, text, pieces)) {
+            return leaves(step, std::move(pieces), emit, unsure);
         }
         const bool isPlain = step.predicates.empty();
         const Truth seen = isPlain ? mixed(text) : unsure();
@@ -208,9 +210,9 @@ private:
     }
 
     template <typename Emit, typename Unsure>
-    Truth leaves(const Step& step, std::vector<NamedText> list, Emit&& emit, Unsure&& unsure) {
+    Truth leaves(const Step& step, std::vector<Leaf> list, Emit&& emit, Unsure&& unsure) {
         for (const Expr& condition : step.predicates) {
-            std::vector<NamedText> kept;
+            std::vector<Leaf> kept;
             for (std::size_t i = 0; i < list.size(); ++i) {
                 const std::string_view text = list[i].text;
                 const Truth holds = this->holds(condition, {nullptr, &text, i + 1, list.size()});
@@ -220,7 +222,7 @@ private:
             list = std::move(kept);
         }
         Truth result = Truth::kNo;
-        for (const NamedText& leaf : list) {
+        for (const Leaf& leaf : list) {
             const Truth seen = emit(leaf);
             if (seen == Truth::kYes) return seen;
             if (seen == Truth::kUnknown) result = seen;
@@ -457,7 +459,7 @@ private:
                 return reach_attributes(node, step, visitor, unsure);
             case Axis::kText:
                 return texts(
-                    node, step, [&](std::string_view text) { return visitor.leaf(text); }, unsure,
+                    node, step, [&](const Leaf& leaf) { return visitor.leaf(leaf.text); }, unsure,
                     [&](std::string_view text) { return visitor.mixed(text); });
             default:
                 return reach_below(path, at, node, visitor);
@@ -473,7 +475,7 @@ private:
             return value ? visitor.leaf(*value) : Truth::kNo;
         }
         return attributes(
-            node, step, [&](const NamedText& leaf) { return visitor.leaf(leaf.text); }, unsure);
+            node, step, [&](const Leaf& leaf) { return visitor.leaf(leaf.text); }, unsure);
     }
 
     // Whether any node below leads to a yes: asked for nodes within each other, so the nodes that

@@ -15,11 +15,11 @@ Keys keys_of(const Names& names) {
     return keys;
 }
 
-std::vector<NamedText> attributes_of(const UXXmlWrapperBase& node) {
+std::vector<Leaf> attributes_of(const UXXmlWrapperBase& node) {
     CWBOStringArray names;
     CWBOStringArray values;
     node.GetPropertyNamesAndValues(names, &values, nullptr);
-    std::vector<NamedText> found;
+    std::vector<Leaf> found;
     for (int i = 0; i < names.GetSize(); ++i) {
         std::string name(ux::view_of(names[i]));
         if (name == "xmlns" || name.compare(0, 6, "xmlns:") == 0) continue;
@@ -36,7 +36,9 @@ UXXmlWrapperBase root_of(const UXXmlWrapperBase& node) {
 
 IndexTree::IndexTree(const Names& names, const UXXmlWrapperBase& context, bool whole)
     : names_(names), keys_(keys_of(names)) {
-    for (std::size_t i = 0; i < names.size(); ++i) numbers_.emplace(names[i], static_cast<int>(i));
+    for (std::size_t i = 0; i < names_.size(); ++i) {
+        numbers_.emplace(names_[i], static_cast<int>(i));
+    }
     const UXXmlWrapperBase top = whole ? root_of(context) : context;
     entries_.emplace_back();
     handles_.push_back(top);
@@ -80,17 +82,63 @@ int IndexTree::name_of(const UXXmlWrapperBase& node) {
     return found == numbers_.end() ? kOtherName : found->second;
 }
 
+bool IndexTree::split_text(Node node, std::string_view text, std::vector<Leaf>& pieces) {
+    if (!order_ && !keeps_layout()) return false;
+    if (!order_) order_.emplace(handles_[node]);
+    std::vector<UXTextRun> runs;
+    if (!order_->Runs(handles_[node], runs)) return false;
+    Node next = node + 1;
+    int passed = 0;
+    std::size_t offset = 0;
+    for (const UXTextRun& run : runs) {
+        for (; passed < run.childrenBefore; ++passed) next = end_of(next);
+        pieces.push_back({"", std::string(text.substr(offset, run.length)), offset, next});
+        offset += run.length;
+    }
+    return true;
+}
+
+// One walk in the order of the document, with the branches open that a node is in and the texts that
+// are still to come in them.
 void IndexTree::read_texts() {
     textsAreRead_ = true;
+    spans_.resize(entries_.size());
+    struct Open {
+        Node node;
+        std::vector<Leaf> pieces;
+        std::size_t written = 0;
+    };
+    std::vector<Open> open;
+    const auto write_before = [&](Node next) {
+        Open& inner = open.back();
+        for (; inner.written < inner.pieces.size(); ++inner.written) {
+            if (inner.pieces[inner.written].next != next) return;
+            texts_ += inner.pieces[inner.written].text;
+        }
+    };
+    const auto close_before = [&](Node next) {
+        for (; !open.empty(); open.pop_back()) {
+            write_before(next);
+            if (end_of(open.back().node) != next) return;
+            spans_[open.back().node].end = texts_.size();
+        }
+    };
     CStringUTF8 scratch;
-    starts_.reserve(entries_.size() + 1);
     for (Node node = 0; node < end(); ++node) {
-        starts_.push_back(texts_.size());
+        close_before(node);
+        spans_[node].start = texts_.size();
         const std::string_view text = own_text(node, scratch);
+        if (!is_branch(node)) {
+            texts_ += text;
+            spans_[node].end = texts_.size();
+            continue;
+        }
+        open.push_back({node, {}});
+        if (text.empty() || split_text(node, text, open.back().pieces)) continue;
         texts_ += text;
-        if (!text.empty() && is_branch(node)) mixed_.push_back(node);
+        mixed_.push_back(node);
     }
-    starts_.push_back(texts_.size());
+    close_before(end());
 }
 
 Text IndexTree::string_value(Node node, CStringUTF8& scratch) {
@@ -99,8 +147,8 @@ Text IndexTree::string_value(Node node, CStringUTF8& scratch) {
     const Node behind = end_of(node);
     const auto inside = std::lower_bound(mixed_.begin(), mixed_.end(), node);
     const bool isMixed = inside != mixed_.end() && *inside < behind;
-    const std::size_t start = starts_[node];
-    return {std::string_view(texts_).substr(start, starts_[behind] - start), !isMixed};
+    const Span& span = spans_[node];
+    return {std::string_view(texts_).substr(span.start, span.end - span.start), !isMixed};
 }
 
 bool IndexTree::branch_contains(Node node, const std::string& text, std::size_t site) {
@@ -110,8 +158,8 @@ bool IndexTree::branch_contains(Node node, const std::string& text, std::size_t 
     const std::vector<std::size_t>& places =
         known != places_.end() ? known->second
                                : places_.emplace(site, places_in(texts_, text)).first->second;
-    const auto first = std::lower_bound(places.begin(), places.end(), starts_[node]);
-    return first != places.end() && *first + text.size() <= starts_[end_of(node)];
+    const auto first = std::lower_bound(places.begin(), places.end(), spans_[node].start);
+    return first != places.end() && *first + text.size() <= spans_[node].end;
 }
 
 // Knuth, Morris and Pratt: however the text repeats itself, each byte is looked at twice at most.

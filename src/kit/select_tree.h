@@ -10,6 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "uxtree/host/embedded.h"
 #include "uxtree/host/node.h"
 
 #include "base/text_view.h"
@@ -29,7 +30,8 @@ struct Text {
     bool known = true;
 };
 
-// Thrown where a question needs the text of whole branches and the tree is not indexed.
+// Thrown where a question needs the text of whole branches, or the places of texts among children,
+// and the tree is not indexed.
 struct NeedsIndex {};
 
 // Names as keys, for one run.
@@ -56,12 +58,17 @@ inline std::string_view own_text(const UXXmlWrapperBase& node, CStringUTF8& scra
 inline bool is_branch(const UXXmlWrapperBase& node) {
     return node.GetNodeCount() > 0;
 }
-// The attributes that are no declarations of namespaces.
-struct NamedText {
-    std::string name;
+// An attribute, or a text of an element.
+struct Leaf {
+    std::string name;  // "" of a text
     std::string text;
+    // Of one of several texts: where it begins in the text of the element, and the node that comes
+    // next in the document.
+    std::size_t offset = 0;
+    std::uint32_t next = 0;
 };
-std::vector<NamedText> attributes_of(const UXXmlWrapperBase& node);
+// The attributes that are no declarations of namespaces.
+std::vector<Leaf> attributes_of(const UXXmlWrapperBase& node);
 UXXmlWrapperBase root_of(const UXXmlWrapperBase& node);
 
 // Nodes are handles. The document, which holds the root, is the invalid handle.
@@ -109,6 +116,12 @@ public:
     Text string_value(const Node& node, CStringUTF8& scratch) const {
         if (is_document(node) || uxkit::is_branch(node)) throw NeedsIndex();
         return {uxkit::own_text(node, scratch)};
+    }
+    bool keeps_layout() const { return UXKeepsLayout(&context_) != 0; }
+    bool split_text(const Node& /*node*/, std::string_view /*text*/,
+                    std::vector<Leaf>& /*pieces*/) const {
+        if (keeps_layout()) throw NeedsIndex();
+        return false;
     }
 
 private:
@@ -171,6 +184,11 @@ public:
         return node == 0 ? std::string_view() : uxkit::own_text(handles_[node], scratch);
     }
     Text string_value(Node node, CStringUTF8& scratch);
+    // Can the places of texts among children be told?
+    bool keeps_layout() const { return UXKeepsLayout(&handles_[0]) != 0; }
+    // The texts that an element with children has, given all of them joined. False when their places
+    // are not known.
+    bool split_text(Node node, std::string_view text, std::vector<Leaf>& pieces);
     // Does the text stand in that of a branch? site numbers the questions.
     bool branch_contains(Node node, const std::string& text, std::size_t site);
 
@@ -185,17 +203,22 @@ private:
     void describe(Node parent);
     void read_texts();
 
-    const Names& names_;
-    Keys keys_;
+    const Names names_;
+    const Keys keys_;
     std::unordered_map<std::string_view, int> numbers_;
     std::vector<Entry> entries_;
     Blocks<UXXmlWrapperBase> handles_;
     Node context_ = 1;
-    // All texts, one behind the other, and where that of each node begins.
+    // All texts, one behind the other, and where that of each node stands.
+    struct Span {
+        std::size_t start = 0;
+        std::size_t end = 0;
+    };
     bool textsAreRead_ = false;
     std::string texts_;
-    std::vector<std::size_t> starts_;
-    std::vector<Node> mixed_;
+    std::vector<Span> spans_;
+    std::vector<Node> mixed_;           // those whose texts have no known places
+    std::optional<UXTextOrder> order_;  // made when it is first asked for
     std::unordered_map<std::size_t, std::vector<std::size_t>> places_;  // of searched texts
 };
 

@@ -1,8 +1,12 @@
 // Selections: what each expression means, and how faults are told.
 #include "uxtree/kit/select.h"
 
+#include <cstring>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include "uxtree/host/embedded.h"
 
 #include "support/small_stack.h"
 #include "support/test_tree.h"
@@ -144,6 +148,29 @@ TEST(UXSelection, SaysWhereTextInMixedContentDecides) {
     EXPECT_THAT(found(kMixed, "//p[contains(., 'x')]/@i"), ElementsAre("mixed: p"));
     EXPECT_THAT(found(kMixed, "//p[contains(., 'x') and @i='2']/@i"), ElementsAre("@i=2"));
     EXPECT_THAT(found(kMixed, "//p"), ElementsAre("p1=?", "p2=x"));
+}
+
+TEST(UXSelection, KnowsWhereTextStandsInDocumentsWithLayout) {
+    constexpr const char* kMixed =
+        "<r><p i='1'>a<b>x</b>c<!-- - -->d<b/></p><p i='2'><b>x</b></p> e &amp;</r>";
+    UXXmlWrapperBase root;
+    ASSERT_EQ(UXLoadForEditingFromMemory(&root, kMixed, std::strlen(kMixed)), 1);
+    EXPECT_THAT(found(root, "//p[.='axcd']/@i"), ElementsAre("@i=1"));
+    EXPECT_THAT(found(root, "//p[contains(., 'xc')]/@i"), ElementsAre("@i=1"));
+    EXPECT_THAT(found(root, "//p[contains(., 'ac')]/@i"), IsEmpty());
+    EXPECT_THAT(found(root, "//p[starts-with(., 'ax')]"), ElementsAre("p1=axcd"));
+    EXPECT_THAT(found(root, "//text()"),
+                ElementsAre("\"a\"", "\"x\"", "\"cd\"", "\"x\"", "\" e &\""));
+    EXPECT_THAT(found(root, "//p/text()[2]"), ElementsAre("\"cd\""));
+    EXPECT_THAT(found(root, "//p[text()='cd']/@i"), ElementsAre("@i=1"));
+    EXPECT_THAT(found(root, "//p[count(text())=2]/@i"), ElementsAre("@i=1"));
+    EXPECT_THAT(found(root, "/"), ElementsAre("(document)axcdx e &"));
+    EXPECT_THAT(found(root, "p"), ElementsAre("p1=axcd", "p2=x"));
+
+    UXXmlWrapperBase p;
+    root.FindChild("p", &p, 0);
+    p.SetString("azcd");  // stands where saving would write it
+    EXPECT_THAT(found(root, "p/text()"), ElementsAre("\"az\"", "\"cd\""));
 }
 
 TEST(UXSelection, NeedsNoStackForDeepTrees) {

@@ -29,8 +29,9 @@ enum class UXSelectedKind {
 };
 
 // What a selection found: in document order, nothing twice. Attributes come behind their element in
-// the order they have there, and a text comes before the children. The items refer to the tree, and
-// are to be used before it changes. A result belongs to one thread at a time.
+// the order they have there. An element with children has several texts where their places are known.
+// The items refer to the tree, and are to be used before it changes. A result belongs to one thread at
+// a time.
 class UXKIT_API UXSelected {
 public:
     UXSelected();
@@ -71,9 +72,10 @@ private:
 // The tree is what it holds: comments and instructions are not there, so texts on both sides of one
 // are one, as are CDATA sections and the text beside them; white space that stands alone beside
 // child elements was dropped when the tree was loaded. A tree holds the text of an element apart
-// from its children. For an element that has both, it cannot be told what text stands before which
-// child: where that decides the answer, there is none (kMixedText), and what does not depend on it
-// is answered.
+// from its children. For an element that has both, a document that was loaded for editing
+// (uxtree/host/embedded.h) tells what text stands before which child. Of any other it cannot be told:
+// where that decides the answer, there is none (kMixedText), and what does not depend on it is
+// answered.
 //
 // Time grows with the size of the tree and of the expression, not with their product by each
 // other's shape: no tree is walked again for each of its nodes, and depth costs no machine stack.
