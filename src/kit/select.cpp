@@ -196,20 +196,32 @@ private:
     void follow_below(const Node& top, std::size_t at) {
         const Step& step = program_.path.steps[at];
         if (step.axis == Axis::kDescendantOrSelf) follow(top, at + 1);
-        Node first = top;
+        Node branch = top;
         if (tree_.is_document(top)) {
-            if (!tree_.first_child(top, kAnyName, first)) return;
-            if (tree_.first_child(top, step.name, first)) visit_below(first, at);
-            tree_.first_child(top, kAnyName, first);
+            if (!tree_.first_child(top, kAnyName, branch)) return;
+            if (tree_.first_child(top, step.name, branch)) visit_below(branch, at);
+            tree_.first_child(top, kAnyName, branch);
         }
-        const Node branch = first;
-        for (Node node = branch; tree_.next_below(branch, step.name, node);) visit_below(node, at);
+        Node node = branch;
+        for (bool more = tree_.next_below(branch, step.name, node); more;) {
+            const bool isPassed = visit_below(node, at);
+            more = isPassed ? tree_.next_behind(branch, step.name, node)
+                            : tree_.next_below(branch, step.name, node);
+        }
     }
 
-    void visit_below(const Node& node, std::size_t at) {
-        const Truth holds = conditions_.all_hold(node, program_.path.steps[at]);
+    // Has the branch of the node been looked through for others that the step means?
+    bool visit_below(const Node& node, std::size_t at) {
+        const Step& step = program_.path.steps[at];
+        const Truth holds = conditions_.all_hold(node, step);
         if (holds == Truth::kUnknown) unsure();
-        if (holds == Truth::kYes) follow(node, at + 1);
+        if (holds == Truth::kNo) return false;
+        if (step.mustBeApart) {
+            Node inner = node;
+            if (tree_.next_below(node, step.name, inner)) throw NeedsIndex();
+        }
+        follow(node, at + 1);
+        return step.mustBeApart;
     }
 
     // --- by the index ----------------------------------------------------------------------------

@@ -85,6 +85,11 @@ public:
     template <typename Emit, typename Unsure>
     Truth children(const Node& node, const Step& step, Emit&& emit, Unsure&& unsure) {
         Node child{};
+        if constexpr (!Tree::kIndexed) {
+            if (is_last_alone(step) && !tree_.is_document(node)) {
+                return tree_.last_child(node, step.name, child) ? emit(child) : Truth::kNo;
+            }
+        }
         const bool any = tree_.first_child(node, step.name, child);
         if (step.usesLast || step.predicates.size() > kMostCounted) {
             return listed(step, listed_children(any, child, step), emit, unsure);
@@ -160,6 +165,9 @@ private:
 
     // --- nodes of a step -------------------------------------------------------------------------
 
+    static bool is_last_alone(const Step& step) {
+        return step.predicates.size() == 1 && step.predicates[0].kind == Expr::Kind::kLast;
+    }
     static bool is_counted_off(const Step& step, std::size_t count) {
         return !step.predicates.empty() && step.predicates[0].kind == Expr::Kind::kNumber &&
                static_cast<double>(count) >= step.predicates[0].number;

@@ -39,6 +39,7 @@ public:
     explicit Parser(std::string_view text) : text_(text) {}
 
     std::shared_ptr<const UXSelection::Program> parse() {
+        require_characters();
         skip_blanks();
         if (at_end()) refuse("a path is expected");
         program_->path = parse_main_path();
@@ -50,6 +51,16 @@ public:
 
 private:
     // --- characters ------------------------------------------------------------------------------
+
+    // What no document can hold is in no path either.
+    void require_characters() const {
+        for (std::size_t at = 0; at < text_.size();) {
+            const ux::Utf8Char next = ux::decode_utf8(text_, at);
+            if (next.length == 0) refuse_at(at, "the path is not UTF-8");
+            if (!ux::is_xml_character(next.code)) refuse_at(at, "XML cannot hold this character");
+            at += next.length;
+        }
+    }
 
     [[noreturn]] static void refuse_at(std::size_t position, std::string message) {
         throw Fault{position, std::move(message)};
@@ -324,13 +335,16 @@ private:
         if (step.usesPosition && step.axis == Axis::kDescendant) program_->wantsIndex = true;
     }
 
-    // Without the index nodes are found in the order of the document as long as none is below
-    // another.
-    bool main_path_wants_index() const {
-        bool nested = false;
-        for (const Step& step : program_->path.steps) {
-            if (nested && !ends_path(step.axis) && step.axis != Axis::kSelf) return true;
-            nested = nested || is_descent(step.axis);
+    // Without the index nodes are found in the order of the document as long as those that further
+    // steps start from do not lie within each other. A parent may be around one that comes later.
+    bool main_path_wants_index() {
+        Step* descent = nullptr;
+        for (Step& step : program_->path.steps) {
+            if (descent != nullptr && !ends_path(step.axis) && step.axis != Axis::kSelf) {
+                if (step.axis == Axis::kParent || descent->name < 0) return true;
+                descent->mustBeApart = true;
+            }
+            if (is_descent(step.axis)) descent = &step;
         }
         return false;
     }

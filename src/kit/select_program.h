@@ -29,6 +29,9 @@ struct Step {
     std::vector<Expr> predicates;
     bool usesPosition = false;  // some predicate asks where a node stands among the others
     bool usesLast = false;      // and how many there are
+    // Of a "//" in front of more steps: without an index the order is lost where its nodes lie
+    // within each other.
+    bool mustBeApart = false;
 };
 
 struct Path {

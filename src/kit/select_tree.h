@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "uxtree/host/embedded.h"
@@ -30,8 +31,8 @@ struct Text {
     bool known = true;
 };
 
-// Thrown where a question needs the text of whole branches, or the places of texts among children,
-// and the tree is not indexed.
+// Thrown where a question needs the text of whole branches, the places of texts among children, or
+// the order of nodes within each other, and the tree is not indexed.
 struct NeedsIndex {};
 
 // Names as keys, for one run.
@@ -97,9 +98,24 @@ public:
         return (name == kAnyName ? node.NextSibling(&node) : node.NextSibling(key(name), &node)) !=
                0;
     }
+    // The last child of a name, of a node that is not the document.
+    bool last_child(const Node& node, int name, Node& out) const {
+        bool any = node.GetChild(&out, node.GetNodeCount() - 1) != 0;
+        while (any && !matches(out, name)) any = out.PrevSibling(&out) != 0;
+        return any;
+    }
     // The next node of a name below top, in order.
     bool next_below(const Node& top, int name, Node& node) const {
         return node.NextBelow(top, name == kAnyName ? nullptr : &key(name), &node) != 0;
+    }
+    // The same behind the whole branch of a node below top.
+    bool next_behind(const Node& top, int name, Node& node) const {
+        Node next;
+        while (node.NextSibling(&next) == 0) {
+            if (node.GetParent(&node) == 0 || node == top) return false;
+        }
+        node = std::move(next);
+        return matches(node, name) || next_below(top, name, node);
     }
     bool parent(Node& node) const {
         if (is_document(node)) return false;

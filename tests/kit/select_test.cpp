@@ -85,6 +85,19 @@ TEST(UXSelection, FindsBelowInDocumentOrder) {
     EXPECT_THAT(found("<r><a><b/><c/></a><a><b/></a></r>", "//b/.."), ElementsAre("a=", "a="));
 }
 
+TEST(UXSelection, KeepsTheOrderBelowNodesWithinEachOther) {
+    constexpr const char* kNested =
+        "<r><a><b i='1'/><a><b i='2'/></a><b i='3'/></a><c><a><b i='4'/></a></c><a/><b i='5'/></r>";
+    EXPECT_THAT(found(kNested, "//a/b/@i"), ElementsAre("@i=1", "@i=2", "@i=3", "@i=4"));
+    EXPECT_THAT(found(kNested, "//c/a/b/@i"), ElementsAre("@i=4"));
+    EXPECT_THAT(found(kNested, "//a//b/@i"), ElementsAre("@i=1", "@i=2", "@i=3", "@i=4"));
+    EXPECT_THAT(found(kNested, "//a[a]/b/@i"), ElementsAre("@i=1", "@i=3"));
+    EXPECT_THAT(found(kNested, "//c//@i"), ElementsAre("@i=4"));
+    EXPECT_THAT(found(kNested, "//a/b[last()]/@i"), ElementsAre("@i=2", "@i=3", "@i=4"));
+    EXPECT_THAT(found("<a><b i='1'/><a><b i='2'/></a></a>", "//a/b/@i"),
+                ElementsAre("@i=1", "@i=2"));
+}
+
 TEST(UXSelection, CountsPlacesForEachParent) {
     EXPECT_THAT(found(kBooks, "//book[1]/@i"), ElementsAre("@i=1", "@i=4"));
     EXPECT_THAT(found(kBooks, "/shop/book[last()]/@i"), ElementsAre("@i=2"));
@@ -133,6 +146,8 @@ TEST(UXSelection, SaysWhereAnExpressionIsNotUnderstood) {
               "fault at 1: all names of a prefix are not known: write the whole name");
     EXPECT_EQ(fault("/a/@xmlns:p"), "fault at 4: declarations of namespaces are no attributes");
     EXPECT_EQ(fault("/a/"), "fault at 3: the path ends too early");
+    EXPECT_EQ(fault("/a[b='\xC3\xA4\xC3']"), "fault at 8: the path is not UTF-8");
+    EXPECT_EQ(fault("/a[b='\x01']"), "fault at 6: XML cannot hold this character");
     EXPECT_EQ(fault("/a[1=2=3]"), "fault at 6: a comparison of a comparison needs brackets");
 }
 
