@@ -110,6 +110,11 @@ Ref ByteArena::allocate_long(std::size_t units) {
     return long_.take(units);
 }
 
+void ByteArena::open_run(std::size_t units) {
+    if constexpr (kTight) short_.nextChunkBytes = units << 3;
+    while (units > short_.unitsLeft) open_chunk(short_);
+}
+
 void ByteArena::open_chunk(Fill& fill) {
     fill.next = add_chunk(fill.nextChunkBytes);
     fill.chunk = fill.next >> kUnitBits;

@@ -60,9 +60,13 @@ public:
     // New memory for several blocks of at most kShortBytes that follow each other, in units of 8
     // bytes, at most kRunUnits in all. Each block is released by itself.
     Ref take_run(std::size_t units) {
-        if constexpr (kTight) short_.nextChunkBytes = units << 3;
-        while (units > short_.unitsLeft) open_chunk(short_);
+        if (units > short_.unitsLeft) open_run(units);
         return short_.take(units);
+    }
+    // Where the next run will stand if it has at most so many units.
+    Ref next_run(std::size_t units) {
+        if (units > short_.unitsLeft) open_run(units);
+        return short_.next;
     }
     // bytes as requested
     void release(Ref ref, std::size_t bytes);
@@ -125,6 +129,7 @@ private:
     void unlink(Ref ref);
     void drop_blocks(Ref chunk);
     void drop_chunk(Ref chunk);
+    void open_run(std::size_t units);
     void open_chunk(Fill& fill);
     Ref add_chunk(std::size_t bytes);
 

@@ -244,6 +244,11 @@ public:
         ref = bytes_.take_run(units);
         return bytes_.at(ref);
     }
+    // Where the next run of at most so many units will stand, to fill it before it is taken.
+    char* run_of_at_most(std::size_t units, Ref& ref) {
+        ref = bytes_.next_run(units);
+        return bytes_.at(ref);
+    }
 
     // Makes an empty document a deep copy of the element.
     void become_copy(const Document& from, const Element& source);

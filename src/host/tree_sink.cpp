@@ -15,7 +15,10 @@ std::size_t units_of(std::size_t bytes) {
 
 // Copies whole units; what stands behind the source can be read.
 void copy_units(char* target, const char* source, std::size_t units) {
-    for (std::size_t i = 0; i < units; ++i) std::memcpy(target + 8 * i, source + 8 * i, 8);
+    if (units == 0) return;
+    std::memcpy(target, source, 8);
+#pragma GCC unroll 1
+    for (std::size_t i = 1; i < units; ++i) std::memcpy(target + 8 * i, source + 8 * i, 8);
 }
 
 }  // namespace
@@ -54,35 +57,37 @@ bool TreeSink::refuse_more() {
 void TreeSink::finish_kept_piece(Open& parent) {
     flush();
     const std::string_view piece = std::string_view(text_).substr(parent.pieceStart);
-    if (!pieceIsKept_ && is_blank(piece)) text_.resize(parent.pieceStart);
+    if (!pieceIsKept_ && std::all_of(piece.begin(), piece.end(), ux::xml::is_blank))
+        text_.resize(parent.pieceStart);
     parent.pieceStart = text_.size();
 }
 
 // In one run of memory, unless some are long or one is the reserved attribute.
 void TreeSink::add_attributes(Element& element, const ux::xml::StartTag& tag) {
-    std::size_t units = units_of(tag.count * sizeof(Attribute));
-    bool isPlain = tag.count * sizeof(Attribute) <= ByteArena::kShortBytes;
-    for (std::size_t i = 0; isPlain && i < tag.count; ++i) {
-        const ux::xml::ReadAttribute& attribute = tag.attributes[i];
-        isPlain = attribute.size <= ByteArena::kShortBytes && attribute.name->id != idName_;
-        units += units_of(attribute.size);
+    const std::size_t block = units_of(tag.count * sizeof(Attribute));
+    // Each value takes less than a unit more than it has bytes for, and the last ends in the tag.
+    const ux::xml::ReadAttribute& last = tag.attributes[tag.count - 1];
+    const std::size_t most = block + tag.count + (last.offset + last.size) / 8;
+    if (tag.count * sizeof(Attribute) > ByteArena::kShortBytes || most > ByteArena::kRunUnits) {
+        return add_one_by_one(element, tag);
     }
-    if (!isPlain || units > ByteArena::kRunUnits) return add_one_by_one(element, tag);
-
     Ref ref = 0;
-    char* at = document_->take_run(units, ref);
-    auto* const added = reinterpret_cast<Attribute*>(at);
+    char* const run = document_->run_of_at_most(most, ref);
+    auto* added = reinterpret_cast<Attribute*>(run);
+    std::size_t taken = block;
+    for (const ux::xml::ReadAttribute* at = tag.attributes; at <= &last; ++at) {
+        const NameId name = at->name->id;
+        if (at->size > ByteArena::kShortBytes || name == idName_) {
+            return add_one_by_one(element, tag);
+        }
+        const std::size_t units = units_of(at->size);
+        *added++ = Attribute{name, at->size, units == 0 ? 0 : ref + static_cast<Ref>(taken)};
+        copy_units(run + 8 * taken, tag.bytes + at->offset, units);
+        taken += units;
+    }
+    document_->take_run(taken, ref);
     element.attributes = ref;
     element.attributeCount = element.attributeCapacity = static_cast<std::uint32_t>(tag.count);
-    std::size_t taken = units_of(tag.count * sizeof(Attribute));
-    for (std::size_t i = 0; i < tag.count; ++i) {
-        const ux::xml::ReadAttribute& attribute = tag.attributes[i];
-        const std::size_t size = units_of(attribute.size);
-        const Ref value = size == 0 ? 0 : ref + static_cast<Ref>(taken);
-        added[i] = Attribute{attribute.name->id, attribute.size, value};
-        copy_units(at + 8 * taken, tag.bytes + attribute.offset, size);
-        taken += size;
-    }
 }
 
 void TreeSink::add_one_by_one(Element& element, const ux::xml::StartTag& tag) {

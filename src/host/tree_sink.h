@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/document.h"
+#include "xml/scan.h"
 #include "xml/start_tag.h"
 
 namespace uxhost {
@@ -76,16 +77,11 @@ private:
         std::size_t pieceStart;  // of the piece that is being read
     };
 
-    static bool is_blank(std::string_view text) {
-        for (const char c : text) {
-            if (c != ' ' && c != '\n' && c != '\t' && c != '\r') return false;
-        }
-        return true;
-    }
     // A piece of white space alone stands between elements for the reader's eye: it is dropped,
     // unless it was written as a reference or as CDATA.
     void finish_piece(Open& parent) {
-        if (text_.size() == parent.pieceStart && !pieceIsKept_ && is_blank(pending_)) {
+        if (text_.size() == parent.pieceStart && !pieceIsKept_ &&
+            (pending_.empty() || ux::xml::is_all_blank(pending_.data(), pending_.size()))) {
             pending_ = {};
             return;
         }

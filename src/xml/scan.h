@@ -5,6 +5,7 @@
 // readable bytes. Every search stops there at the latest.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
@@ -30,6 +31,8 @@ enum ByteKind : std::uint8_t {
     kValueStop = 2,    // ends one of an attribute value, whatever its quotes
     kNameStop = 4,     // cannot stand in a name, or is not ASCII
     kCommentStop = 8,  // ends one of a comment ("-"), an instruction ("?") or a section ("]")
+    kNamePart = 16,    // stands in names, as far as it is ASCII
+    kNameStart = 32,   // starts one
 };
 
 constexpr std::array<std::uint8_t, 256> make_byte_kinds() {
@@ -46,6 +49,10 @@ constexpr std::array<std::uint8_t, 256> make_byte_kinds() {
         if ((control && !line && c != '\r') || high || c == '-' || c == '?' || c == ']') {
             kinds[c] |= kCommentStop;
         }
+        const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+        const bool starts = letter || c == '_' || c == ':';
+        if (starts) kinds[c] |= kNameStart;
+        if (starts || (c >= '0' && c <= '9') || c == '.' || c == '-') kinds[c] |= kNamePart;
     }
     return kinds;
 }
@@ -130,6 +137,38 @@ inline unsigned name_length(const char* bytes) {
     unsigned length = 0;
     while (length < 16 && !is_kind(bytes[length], kNameStop)) ++length;
     return length;
+#endif
+}
+
+// Which of 16 bytes are equal, as bits.
+inline unsigned equal_bytes(const char* a, const char* b) {
+#if UXTREE_SSE2_SEARCH
+    return equal_mask(load_16(a), load_16(b));
+#else
+    unsigned equal = 0;
+    for (unsigned i = 0; i < 16; ++i) equal |= static_cast<unsigned>(a[i] == b[i]) << i;
+    return equal;
+#endif
+}
+
+// Is all of it white space? So many bytes as the search looks ahead can be read behind it.
+inline bool is_all_blank(const char* bytes, std::size_t size) {
+#if UXTREE_SSE2_SEARCH
+    for (;;) {
+        const __m128i block = load_16(bytes);
+        const __m128i lines = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\n')),
+                                           _mm_cmpeq_epi8(block, _mm_set1_epi8('\r')));
+        const __m128i gaps = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8(' ')),
+                                          _mm_cmpeq_epi8(block, _mm_set1_epi8('\t')));
+        const auto blanks = static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(lines, gaps)));
+        const auto run = static_cast<std::size_t>(__builtin_ctz(~blanks));
+        if (run >= size) return true;
+        if (run < 16) return false;
+        bytes += 16;
+        size -= 16;
+    }
+#else
+    return std::all_of(bytes, bytes + size, is_blank);
 #endif
 }
 
