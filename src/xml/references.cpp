@@ -1,12 +1,14 @@
 // Reading references, and putting the characters that they stand for into values.
 #include "xml/references.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <string_view>
 
 #include "base/utf8.h"
 #include "base/xml_names.h"
+#include "xml/scan.h"
 
 namespace ux::xml {
 namespace {
@@ -56,9 +58,14 @@ Reference read_reference(const char* at) {
 }
 
 std::uint32_t unescape_value(char* value, std::uint32_t size) {
-    const char* const end = value + size;
+    char* const end = value + size;
     char* out = value;
-    for (const char* at = value; at != end;) {
+    for (char* at = value;;) {
+        char* const stop = std::min(find_value_stop<'&'>(at), end);
+        if (out != at) std::memmove(out, at, static_cast<std::size_t>(stop - at));
+        out += stop - at;
+        at = stop;
+        if (at == end) return static_cast<std::uint32_t>(out - value);
         if (*at == '&') {
             const Reference reference = read_reference(at);
             at += reference.length;
@@ -67,10 +74,10 @@ std::uint32_t unescape_value(char* value, std::uint32_t size) {
             at += at[0] == '\r' && at[1] == '\n' ? 2 : 1;
             *out++ = ' ';
         } else {
-            *out++ = *at++;
+            do *out++ = *at++;
+            while (at != end && static_cast<signed char>(*at) < 0);
         }
     }
-    return static_cast<std::uint32_t>(out - value);
 }
 
 }  // namespace ux::xml
