@@ -195,8 +195,9 @@ private:
         if (hasDoctype_ && !references_are_known()) return;
         KnownName* const tag = known_name(name);
         if (tag == nullptr || !take_attributes(atts)) return;
-        const StartTag told{*tag, values_.data(), attributes_.data(), attributes_.size()};
-        if (hasDoctype_ && !count_expanded(tag->length + 5 + values_.size())) return;
+        const StartTag told{*tag, valueBytes_, attributes_.data(), attributes_.size()};
+        const std::size_t bytes = attributes_.empty() ? 0 : behind_last(attributes_);
+        if (hasDoctype_ && !count_expanded(tag->length + 5 + bytes)) return;
         foundRoot_ = true;
         if (!sink_.start(told)) {
             refuse(sink_.refusal());
@@ -208,19 +209,31 @@ private:
     // Only attributes that stand in the tag; defaults that a DTD declares follow them.
     bool take_attributes(const char** atts) {
         attributes_.clear();
-        values_.clear();
         const auto count = static_cast<std::size_t>(XML_GetSpecifiedAttributeCount(parser_.get()));
+        std::size_t offset = 0;
         for (std::size_t i = 0; i < count; i += 2) {
             KnownName* const name = known_name(atts[i]);
             if (name == nullptr) return false;
             const std::size_t size = std::strlen(atts[i + 1]);
-            if (values_.size() + size > StartTag::kMostBytes) throw std::bad_alloc();
-            attributes_.push_back({name, static_cast<std::uint32_t>(values_.size()),
-                                   static_cast<std::uint32_t>(size)});
-            values_.insert(values_.end(), atts[i + 1], atts[i + 1] + size);
+            if (offset + size > StartTag::kMostBytes) throw std::bad_alloc();
+            attributes_.push_back(
+                {name, static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(size)});
+            offset += size;
         }
-        values_.resize(values_.size() + StartTag::kReadBehind);
+        const bool isOneLong = count == 2 && offset > StartTag::kLongValue;
+        valueBytes_ = isOneLong ? atts[1] : joined_values(atts, offset);
         return true;
+    }
+    const char* joined_values(const char** atts, std::size_t bytes) {
+        values_.resize(std::max(values_.size(), bytes + StartTag::kReadBehind));
+        for (std::size_t i = 0; i < attributes_.size(); ++i) {
+            std::memcpy(values_.data() + attributes_[i].offset, atts[2 * i + 1],
+                        attributes_[i].size);
+        }
+        return values_.data();
+    }
+    static std::size_t behind_last(const std::vector<ReadAttribute>& attributes) {
+        return std::size_t{attributes.back().offset} + attributes.back().size;
     }
 
     // Outside UTF-8 the parser takes a few letters for parts of names that are none; such a
@@ -229,15 +242,14 @@ private:
         const std::size_t length = std::strlen(name);
         std::array<char, 16> head{};
         std::memcpy(head.data(), name, std::min(length, head.size()));
-        KnownName* const cached = names_.cached(
-            NameKey::of(head.data(), static_cast<unsigned>(std::min(length, head.size()))));
+        KnownName* const cached = names_.cached(head.data(), std::min(length, head.size()));
         if (cached != nullptr && cached->view() == std::string_view(name, length)) return cached;
         if (!is_name({name, length})) {
             refuse(XML_ErrorString(XML_ERROR_INVALID_TOKEN));
             return nullptr;
         }
         bool isNew = false;
-        return &names_.add(sink_.resolve({name, length}), length, isNew);
+        return &names_.add(sink_.resolve({name, length}), head.data(), length, isNew);
     }
 
     void characters(const char* begin, const char* end) {
@@ -295,7 +307,8 @@ private:
     DeclaredEntities entities_;
     std::vector<KnownName*> open_;
     std::vector<ReadAttribute> attributes_;
-    std::vector<char> values_;  // of the tag at hand, one behind the other
+    std::vector<char> values_;          // of a tag, one behind the other
+    const char* valueBytes_ = nullptr;  // those of the tag at hand
     std::uint64_t expanded_ = 0;
     std::string encoding_;  // "" is UTF-8
     bool encodingIsGiven_;

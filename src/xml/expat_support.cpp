@@ -80,28 +80,29 @@ std::array<int, 256> character_map(const std::string& encoding) {
     return map;
 }
 
-// What the handlers of a prolog share.
-struct PrologReader {
+// What the handlers of a DOCTYPE share.
+struct DoctypeReader {
     XML_Parser parser;
-    Prolog prolog;
-    bool foundRoot = false;
+    Doctype doctype;
+    bool foundEnd = false;
 };
 
-void XMLCALL root_starts(void* data, const XML_Char* /*name*/, const XML_Char** /*atts*/) {
-    auto& reader = *static_cast<PrologReader*>(data);
-    reader.prolog.rootOffset = static_cast<std::uint64_t>(XML_GetCurrentByteIndex(reader.parser));
-    reader.foundRoot = true;
+void XMLCALL doctype_ends(void* data) {
+    auto& reader = *static_cast<DoctypeReader*>(data);
+    reader.doctype.end = static_cast<std::uint64_t>(XML_GetCurrentByteIndex(reader.parser)) +
+                         static_cast<std::uint64_t>(XML_GetCurrentByteCount(reader.parser));
+    reader.foundEnd = true;
     XML_StopParser(reader.parser, XML_FALSE);
 }
 void XMLCALL attribute_declared(void* data, const XML_Char* element, const XML_Char* name,
                                 const XML_Char* type, const XML_Char* /*value*/,
                                 int /*isRequired*/) {
-    auto& reader = *static_cast<PrologReader*>(data);
+    auto& reader = *static_cast<DoctypeReader*>(data);
     if (std::string_view(type) == "CDATA") return;
     try {
-        reader.prolog.typed.emplace(element, name);
+        reader.doctype.typed.emplace(element, name);
     } catch (...) {
-        XML_StopParser(reader.parser, XML_FALSE);  // no root is found then
+        XML_StopParser(reader.parser, XML_FALSE);  // no end is found then
     }
 }
 
@@ -180,19 +181,19 @@ std::string as_utf8(std::string_view bytes, const std::string& encoding) {
     return mapped_as_utf8(bytes, character_map(encoding));
 }
 
-std::optional<Prolog> read_prolog(const ByteSource& source) {
+std::optional<Doctype> read_doctype(const ByteSource& source) {
     const ParserHandle parser(XML_ParserCreate("UTF-8"));
     if (parser == nullptr) throw std::bad_alloc();
-    PrologReader reader{parser.get(), {}};
+    DoctypeReader reader{parser.get(), {}};
     XML_SetUserData(parser.get(), &reader);
-    XML_SetStartElementHandler(parser.get(), root_starts);
+    XML_SetEndDoctypeDeclHandler(parser.get(), doctype_ends);
     XML_SetAttlistDeclHandler(parser.get(), attribute_declared);
     source.seek(0);
     Feeder feeder(parser.get(), source);
     while (feeder.step() == Feeder::Step::kFed) {
     }
-    if (!reader.foundRoot) return std::nullopt;
-    return std::move(reader.prolog);
+    if (!reader.foundEnd) return std::nullopt;
+    return std::move(reader.doctype);
 }
 
 }  // namespace ux::xml

@@ -71,11 +71,11 @@ private:
 // parser told of; "" is UTF-8.
 std::string as_utf8(std::string_view bytes, const std::string& encoding);
 
-struct Prolog {
-    std::uint64_t rootOffset = 0;
+struct Doctype {
+    std::uint64_t end = 0;  // the place behind it, in bytes
     TypedAttributes typed;
 };
-// Reads a document of UTF-8 up to its root. Nothing when that is not well-formed.
-std::optional<Prolog> read_prolog(const ByteSource& source);
+// Reads a document of UTF-8 to the end of its DOCTYPE. Nothing when that is not well-formed.
+std::optional<Doctype> read_doctype(const ByteSource& source);
 
 }  // namespace ux::xml

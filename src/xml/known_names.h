@@ -1,6 +1,7 @@
 // The names that a reader met, found again by their first bytes.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
@@ -20,118 +21,141 @@ struct SinkName {
     const char* text = nullptr;  // stays where it is
 };
 
-// The first 16 bytes of a name, zeros behind a shorter one.
+// The first 16 bytes of a name as two words, zeros behind a shorter one.
 struct NameKey {
     std::uint64_t low = 0;
     std::uint64_t high = 0;
 
     // Of length bytes, at most 16. 16 bytes are read.
-    static NameKey of(const char* bytes, unsigned length) {
-        NameKey key;
-        std::memcpy(&key.low, bytes, 8);
-        std::memcpy(&key.high, bytes + 8, 8);
-        const NameKey& mask = mask_of(length);
-        return {key.low & mask.low, key.high & mask.high};
-    }
-    // The bytes that a key of such length holds.
-    static const NameKey& mask_of(unsigned length);
-
-    friend bool operator==(const NameKey& a, const NameKey& b) {
-        return ((a.low ^ b.low) | (a.high ^ b.high)) == 0;
-    }
+    static NameKey of(const char* bytes, std::size_t length);
 };
 
-namespace name_masks {
-constexpr std::array<NameKey, 17> make() {
-    std::array<NameKey, 17> masks{};
-    for (std::size_t length = 0; length <= 16; ++length) {
-        std::array<unsigned char, 16> bytes{};
-        for (std::size_t i = 0; i < length; ++i) bytes[i] = 0xFF;
-        masks[length] = std::bit_cast<NameKey>(bytes);
+namespace name_keys {
+constexpr std::size_t kBytes = 16;
+template <typename Byte>
+constexpr std::array<NameKey, kBytes + 1> make(Byte&& byte) {
+    std::array<NameKey, kBytes + 1> keys{};
+    for (std::size_t length = 0; length <= kBytes; ++length) {
+        std::array<unsigned char, kBytes> bytes{};
+        for (std::size_t i = 0; i < kBytes; ++i) {
+            bytes[i] = static_cast<unsigned char>(byte(length, i));
+        }
+        keys[length] = std::bit_cast<NameKey>(bytes);
     }
-    return masks;
+    return keys;
 }
-inline constexpr std::array<NameKey, 17> kMasks = make();
-}  // namespace name_masks
+// By the length of a name: the bytes of its key, and what opens a value behind it.
+inline constexpr auto kMasks =
+    make([](std::size_t length, std::size_t i) { return i < length ? 0xFF : 0; });
+inline constexpr auto kOpenings = make([](std::size_t length, std::size_t i) {
+    return i == length ? '=' : i == length + 1 ? '"' : '\0';
+});
+}  // namespace name_keys
 
-inline const NameKey& NameKey::mask_of(unsigned length) {
-    return name_masks::kMasks[length];
+inline NameKey NameKey::of(const char* bytes, std::size_t length) {
+    NameKey key;
+    std::memcpy(&key.low, bytes, 8);
+    std::memcpy(&key.high, bytes + 8, 8);
+    const NameKey& mask = name_keys::kMasks[length];
+    return {key.low & mask.low, key.high & mask.high};
 }
 
 // A name, and what followed it the last time: documents repeat themselves.
 struct KnownName {
     static constexpr std::size_t kForeseen = 8;
+    static constexpr std::size_t kHead = name_keys::kBytes;
+    using Foreseen = std::array<KnownName*, kForeseen + 1>;  // the last is always null
 
-    NameKey key;
-    NameKey mask;
+    // The name's first bytes and, where they fit, the "=" and the quote that open a value.
+    alignas(16) std::array<char, kHead> head{};
     const char* text = nullptr;
     std::uint32_t length = 0;
-    std::uint32_t id = 0;     // the sink's
-    std::uint32_t stamp = 0;  // the last tag that had it as an attribute
-    bool isTyped = false;     // a DTD gives attributes of these elements another type than text
-    KnownName* nextTag = nullptr;
+    std::uint32_t id = 0;           // the sink's
+    std::uint32_t stamp = 0;        // the last tag that had it as an attribute
+    std::uint16_t nameBits = 0;     // for each byte of the head that is the name's
+    std::uint16_t openingBits = 0;  // for those that open a value too
+    bool isTyped = false;  // a DTD gives attributes of these elements another type than text
+    KnownName* nextTag = nullptr;  // the element that started next
     // The attributes of the last tag of this name.
-    std::array<KnownName*, kForeseen>* attributes = nullptr;
+    Foreseen* attributes = nullptr;
 
+    // The key is that of the text.
+    void set_text(const char* bytes, std::size_t size, const NameKey& key) {
+        const std::size_t part = std::min(size, kHead);
+        const NameKey& opening = name_keys::kOpenings[part];
+        const std::array<std::uint64_t, 2> words{key.low | opening.low, key.high | opening.high};
+        std::memcpy(head.data(), words.data(), kHead);
+        nameBits = bits_of(part);
+        openingBits = bits_of(std::min(part + 2, kHead));
+        text = bytes;
+        length = static_cast<std::uint32_t>(size);
+    }
     std::string_view view() const { return {text, length}; }
     // Do the name's bytes stand there, before end? The byte behind them is not looked at.
     bool stands_at(const char* bytes, const char* end) const {
-        NameKey found;
-        std::memcpy(&found.low, bytes, 8);
-        std::memcpy(&found.high, bytes + 8, 8);
-        found.low &= mask.low;
-        found.high &= mask.high;
-        if (!(found == key)) return false;
-        return length <= 16 || tail_stands_at(bytes, end);
+        return head_stands_at(bytes, nameBits) && (length <= kHead || tail_stands_at(bytes, end));
+    }
+    // Is it a name of such length, or both are longer than a head, that begins there?
+    bool begins_at(const char* bytes, std::size_t headLength) const {
+        return nameBits == bits_of(headLength) && head_stands_at(bytes, nameBits);
+    }
+    // Do the name, "=" and a double quote stand there?
+    bool opens_value_at(const char* bytes, const char* end) const {
+        if (!head_stands_at(bytes, openingBits)) return false;
+        return length <= kHead - 2 ||
+               (stands_at(bytes, end) && bytes[length] == '=' && bytes[length + 1] == '"');
     }
     bool tail_stands_at(const char* bytes, const char* end) const {
         return static_cast<std::size_t>(end - bytes) >= length &&
-               std::memcmp(bytes + 16, text + 16, length - 16) == 0;
+               std::memcmp(bytes + kHead, text + kHead, length - kHead) == 0;
+    }
+
+private:
+    static std::uint16_t bits_of(std::size_t bytes) {
+        return static_cast<std::uint16_t>((1U << bytes) - 1);
+    }
+    bool head_stands_at(const char* bytes, std::uint16_t bits) const {
+        return (equal_bytes(bytes, head.data()) & bits) == bits;
     }
 };
 
 // All names of a document: a small cache by their keys before the table of the sink.
 class KnownNames {
 public:
-    // A name with such a key that was met lately. A full key may be that of several names.
-    KnownName* cached(const NameKey& key) const {
-        KnownName* const name = cache_[slot_of(key)];
-        return name != nullptr && name->key == key ? name : nullptr;
+    // A name that was met lately and begins with such bytes, which are all of it if they are fewer
+    // than a head. 16 bytes are read.
+    KnownName* cached(const char* bytes, std::size_t headLength) const {
+        KnownName* const name = cache_[slot_of(NameKey::of(bytes, headLength))];
+        return name != nullptr && name->begins_at(bytes, headLength) ? name : nullptr;
     }
-    // The name that a sink resolved; isNew tells whether it was not known.
-    KnownName& add(const SinkName& name, std::size_t length, bool& isNew) {
+    // The name that a sink resolved, which begins with such bytes; isNew tells whether it was not
+    // known. 16 bytes are read.
+    KnownName& add(const SinkName& name, const char* bytes, std::size_t length, bool& isNew) {
         while (names_.size() <= name.place) names_.emplace_back();
         KnownName& known = names_[name.place];
+        const NameKey key = NameKey::of(bytes, std::min(length, KnownName::kHead));
         isNew = known.text == nullptr;
         if (isNew) {
-            const auto head = static_cast<unsigned>(length < 16 ? length : 16);
-            std::array<char, 16> bytes{};
-            std::memcpy(bytes.data(), name.text, head);
-            known.key = NameKey::of(bytes.data(), head);
-            known.mask = NameKey::mask_of(head);
-            known.text = name.text;
-            known.length = static_cast<std::uint32_t>(length);
+            known.set_text(name.text, length, key);
             known.id = name.id;
         }
-        cache_[slot_of(known.key)] = &known;
+        cache_[slot_of(key)] = &known;
         return known;
     }
     // Room for what is foreseen behind a tag.
-    std::array<KnownName*, KnownName::kForeseen>* new_foreseen() {
-        return &foreseen_.emplace_back();
-    }
+    KnownName::Foreseen* new_foreseen() { return &foreseen_.emplace_back(); }
 
 private:
-    static constexpr unsigned kSlotBits = 9;
+    static constexpr unsigned kSlotBits = 11;
 
     static std::size_t slot_of(const NameKey& key) {
-        const std::uint64_t mixed = key.low * 0x9E3779B97F4A7C15U ^ key.high * 0xC2B2AE3D27D4EB4FU;
+        const std::uint64_t mixed = key.low ^ std::rotr(key.high, 29);
         return mixed * 0x9E3779B97F4A7C15U >> (64 - kSlotBits);
     }
 
     std::array<KnownName*, std::size_t{1} << kSlotBits> cache_{};
     std::deque<KnownName> names_;  // by their place with the sink
-    std::deque<std::array<KnownName*, KnownName::kForeseen>> foreseen_;
+    std::deque<KnownName::Foreseen> foreseen_;
 };
 
 }  // namespace ux::xml

@@ -54,16 +54,16 @@ private:
         Window window(source_, options_.window);
         StrictReader<Sink> reader(window, sink_);
         const ReadResult result = reader.run();
-        return result == ReadResult::kDoctype ? read_behind_prolog() : result;
+        return result == ReadResult::kDoctype ? read_behind_doctype() : result;
     }
     // The parser reads what a DTD declares; the content follows only few rules of it.
-    ReadResult read_behind_prolog() {
-        auto prolog = read_prolog(source_);
-        if (!prolog.has_value()) return ReadResult::kGaveUp;
-        source_.seek(prolog->rootOffset);
+    ReadResult read_behind_doctype() {
+        auto doctype = read_doctype(source_);
+        if (!doctype.has_value()) return ReadResult::kGaveUp;
+        source_.seek(doctype->end);
         Window window(source_, options_.window);
         StrictReader<Sink> reader(window, sink_);
-        return reader.run_from_root(std::move(prolog->typed));
+        return reader.run_behind_doctype(std::move(doctype->typed));
     }
 
     ExpatResult read_with_expat(const char* encoding, ReadError& error) {

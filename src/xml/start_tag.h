@@ -25,8 +25,9 @@ struct ReadAttribute {
 struct StartTag {
     // More than this fits no offset.
     static constexpr std::size_t kMostBytes = std::size_t{1} << 31;
-    // So many bytes can be read behind each value, whatever they are.
+    // So many bytes can be read behind each value that is not long, whatever they are.
     static constexpr std::size_t kReadBehind = 8;
+    static constexpr std::size_t kLongValue = std::size_t{1} << 16;
 
     const KnownName& name;
     const char* bytes;

@@ -4,6 +4,7 @@
 // entities, document types.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -50,13 +51,13 @@ public:
         if (at == nullptr) return foundDoctype_ ? ReadResult::kDoctype : ReadResult::kGaveUp;
         return run_root(at);
     }
-    // Reads on from the root's start tag, where the window's input begins. The caller had the
-    // prolog read.
-    ReadResult run_from_root(TypedAttributes typed) {
+    // Reads on from behind the DOCTYPE, where the window's input begins. The caller had that read.
+    ReadResult run_behind_doctype(TypedAttributes typed) {
         typed_ = std::move(typed);
         for (const auto& [element, attribute] : typed_) typedElements_.insert(element);
         char* at = window_.begin();
-        return window_.more(at) ? run_root(at) : ReadResult::kGaveUp;
+        at = window_.more(at) ? find_root(at) : nullptr;
+        return at != nullptr ? run_root(at) : ReadResult::kGaveUp;
     }
 
 private:
@@ -98,6 +99,9 @@ private:
         if (!refill(at)) return nullptr;
         if (starts_with(at, "\xEF\xBB\xBF")) at += 3;
         if (starts_with(at, "<?xml") && is_blank(at[5])) at = declaration(at);
+        return find_root(at);
+    }
+    char* find_root(char* at) {
         while (at != nullptr) {
             at = skip_blanks(at);
             look_ahead(at);
@@ -237,22 +241,15 @@ private:
 
     // The end of the name that starts there; it may be the end of the window.
     char* name_end(char* at) {
-        const auto bytes = [this](const char* from) {
-            return std::string_view(from, static_cast<std::size_t>(window_.end() - from));
-        };
+        if (static_cast<signed char>(*at) >= 0 && !is_kind(*at, kNameStart)) return fail(at);
         char* p = at;
         for (;;) {
-            const auto byte = static_cast<unsigned char>(*p);
-            const bool first = p == at;
-            if (byte < 0x80) {
-                const bool part = first ? starts_name(byte) : continues_name(byte);
-                if (!part) return first ? fail(p) : p;
-                ++p;
-                continue;
-            }
-            const Utf8Char c = decode_utf8(bytes(p), 0);
+            while (is_kind(*p, kNamePart)) ++p;
+            if (static_cast<signed char>(*p) >= 0) return p;
+            const auto left = static_cast<std::size_t>(window_.end() - p);
+            const Utf8Char c = decode_utf8(std::string_view(p, left), 0);
             if (c.length == 0) return fail(p);
-            if (!(first ? starts_name(c.code) : continues_name(c.code))) return fail(p);
+            if (!(p == at ? starts_name(c.code) : continues_name(c.code))) return fail(p);
             p += c.length;
         }
     }
@@ -260,8 +257,7 @@ private:
     // The name at `at`, which moves behind it. Null when there is none that is complete.
     KnownName* name_at(char*& at) {
         const unsigned length = name_length(at);
-        const NameKey key = NameKey::of(at, length);
-        KnownName* const known = names_.cached(key);
+        KnownName* const known = names_.cached(at, length);
         if (known == nullptr) return new_name(at);
         if (length < 16) {
             if (static_cast<signed char>(at[length]) < 0) return new_name(at);
@@ -285,7 +281,7 @@ private:
         }
         const std::string_view name(at, static_cast<std::size_t>(end - at));
         bool isNew = false;
-        KnownName& known = names_.add(sink_.resolve(name), name.size(), isNew);
+        KnownName& known = names_.add(sink_.resolve(name), at, name.size(), isNew);
         if (isNew && !typedElements_.empty()) {
             known.isTyped = typedElements_.count(std::string(name)) != 0;
         }
@@ -297,38 +293,49 @@ private:
 
     // At "<" of a start tag. Tells the sink and yields what follows the tag.
     char* start_tag(char* at) {
-        for (;;) {
-            char* const behind = scan_tag(at);
-            if (behind != nullptr) return tell_tag(at, behind);
+        char* behind = scan_tag(at);
+        while (behind == nullptr) {
+            // What was understood of the tag stays so when more of it is there, unless the window
+            // ends behind it: a name may go on.
+            const bool isSure = tag_ != nullptr && reached_ != window_.end();
+            const std::ptrdiff_t understood = isSure ? reached_ - at : 0;
             if (!token_goes_on(at)) return nullptr;
+            behind = understood == 0 ? scan_tag(at) : scan_attributes(at, at + understood);
         }
+        return tell_tag(at, behind);
     }
 
-    // Has no effect outside the reader but that names get known, so that a tag may be read again
-    // from its start when more of it is there.
+    // These have no effect outside the reader but that names get known.
     char* scan_tag(char* tag) {
         char* at = tag + 1;
-        tag_ = name_at(at);
+        tag_ = tag_name_at(at);
         if (tag_ == nullptr) return nullptr;
-        attributeCount_ = 0;
         escaped_.clear();
         ++stamp_;
+        nextAttribute_ = attributes_.data();
+        foreseen_ = foreseen_attributes();
+        return scan_attributes(tag, at);
+    }
+    // Behind the name or a value.
+    char* scan_attributes(char* tag, char* at) {
         for (;;) {
             if (*at == '>') {
                 tagIsEmpty_ = false;
                 return at + 1;
             }
+            reached_ = at;
             if (is_blank(*at)) {
-                KnownName* const name = attribute_name(at);
-                if (name != nullptr) {
-                    if (name->stamp == stamp_) return fail(window_.begin());  // twice
-                    name->stamp = stamp_;
-                    at = at[-1] == '"' ? value<'"'>(tag, at, name) : value<'\''>(tag, at, name);
+                KnownName* const name = *foreseen_;
+                if (name != nullptr && name->opens_value_at(at + 1, window_.end())) {
+                    ++foreseen_;
+                    at = value<'"'>(tag, at + name->length + 3, name);
                     if (at == nullptr) return nullptr;
                     continue;
                 }
+                at = attribute(tag, at);
                 if (at == nullptr) return nullptr;
-                if (*at == '>') continue;
+                if (*at != '/') continue;
+                reached_ = at;
             }
             if (at[0] == '/' && at[1] == '>') {
                 tagIsEmpty_ = true;
@@ -337,68 +344,73 @@ private:
             return fail(at);
         }
     }
-
-    // At a blank in a tag. Moves behind the opening quote of an attribute's value and yields the
-    // attribute's name. Null when the tag ends, with its place, or when it is not understood, with
-    // no place.
-    KnownName* attribute_name(char*& at) {
-        KnownName* const foreseen = foreseen_attribute();
-        if (foreseen != nullptr && foreseen->stands_at(at + 1, window_.end())) {
-            char* const behind = at + 1 + foreseen->length;
-            if (behind[0] == '=' && behind[1] == '"') {
-                at = behind + 2;
-                return foreseen;
+    // The name of a start tag. Often it is the one that followed the last time.
+    KnownName* tag_name_at(char*& at) {
+        KnownName* const before = tag_;
+        KnownName* const next = before == nullptr ? nullptr : before->nextTag;
+        if (next != nullptr && next->stands_at(at, window_.end())) {
+            const char behind = at[next->length];
+            if (is_kind(behind, kNameStop) && static_cast<signed char>(behind) >= 0) {
+                at += next->length;
+                return next;
             }
         }
-        return attribute_name_at(at);
-    }
-    KnownName* attribute_name_at(char*& at) {
-        do ++at;
-        while (is_blank(*at));
-        if (*at == '>' || *at == '/') return nullptr;
         KnownName* const name = name_at(at);
-        if (name == nullptr) {
-            at = nullptr;
-            return nullptr;
-        }
-        while (is_blank(*at)) ++at;
-        if (*at != '=') {
-            at = fail(at);
-            return nullptr;
-        }
-        do ++at;
-        while (is_blank(*at));
-        if (*at != '"' && *at != '\'') {
-            at = fail(at);
-            return nullptr;
-        }
-        foresee_attribute(name);
-        ++at;
+        if (name == nullptr) return nullptr;
+        if (before != nullptr) before->nextTag = name;
         return name;
     }
-    KnownName* foreseen_attribute() const {
-        if (tag_->attributes == nullptr || attributeCount_ >= KnownName::kForeseen) return nullptr;
-        return (*tag_->attributes)[attributeCount_];
+
+    // At a blank in a tag. Keeps the attribute and yields what follows it, or the end of the tag.
+    __attribute__((noinline)) char* attribute(const char* tag, char* at) {
+        do ++at;
+        while (is_blank(*at));
+        if (*at == '>' || *at == '/') return at;
+        KnownName* const name = name_at(at);
+        if (name == nullptr) return nullptr;
+        while (is_blank(*at)) ++at;
+        if (*at != '=') return fail(at);
+        do ++at;
+        while (is_blank(*at));
+        if (*at != '"' && *at != '\'') return fail(at);
+        foresee_attribute(name);
+        return *at == '"' ? value<'"'>(tag, at + 1, name) : value<'\''>(tag, at + 1, name);
+    }
+    KnownName* const* foreseen_attributes() const {
+        static constexpr KnownName::Foreseen kNone{};
+        return tag_->attributes == nullptr ? kNone.data() : tag_->attributes->data();
     }
     void foresee_attribute(KnownName* name) {
-        if (attributeCount_ >= KnownName::kForeseen) return;
         if (tag_->attributes == nullptr) tag_->attributes = names_.new_foreseen();
-        (*tag_->attributes)[attributeCount_] = name;
+        const std::size_t place = attribute_count();
+        if (place >= KnownName::kForeseen) return;
+        (*tag_->attributes)[place] = name;
+        foreseen_ = tag_->attributes->data() + place + 1;
+    }
+    std::size_t attribute_count() const {
+        return static_cast<std::size_t>(nextAttribute_ - attributes_.data());
     }
 
     // Behind the opening quote. Keeps the attribute and yields what follows the closing one.
     template <char kQuote>
     char* value(const char* tag, char* at, KnownName* name) {
+        if (name->stamp == stamp_) return fail(window_.begin());  // twice
         char* const begin = at;
         at = find_value_stop<kQuote>(at);
         if (*at != kQuote) {
             at = odd_value<kQuote>(at);
             if (at == nullptr) return nullptr;
         }
-        if (attributeCount_ == attributes_.size()) attributes_.resize(2 * attributeCount_);
-        attributes_[attributeCount_++] = {name, static_cast<std::uint32_t>(begin - tag),
-                                          static_cast<std::uint32_t>(at - begin)};
+        name->stamp = stamp_;
+        if (nextAttribute_ == &attributes_.back()) make_room_for_attributes();
+        *nextAttribute_++ = {name, static_cast<std::uint32_t>(begin - tag),
+                             static_cast<std::uint32_t>(at - begin)};
         return at + 1;
+    }
+    __attribute__((noinline)) void make_room_for_attributes() {
+        const std::size_t count = attribute_count();
+        attributes_.resize(2 * attributes_.size());
+        nextAttribute_ = attributes_.data() + count;
     }
     // In a value that is not plain. Yields its closing quote.
     template <char kQuote>
@@ -425,7 +437,7 @@ private:
             }
             at = find_value_stop<kQuote>(at);
         }
-        if (escaped) escaped_.push_back(static_cast<std::uint32_t>(attributeCount_));
+        if (escaped) escaped_.push_back(static_cast<std::uint32_t>(attribute_count()));
         return at;
     }
 
@@ -434,7 +446,7 @@ private:
             ReadAttribute& attribute = attributes_[i];
             attribute.size = unescape_value(tag + attribute.offset, attribute.size);
         }
-        const StartTag told{*tag_, tag, attributes_.data(), attributeCount_};
+        const StartTag told{*tag_, tag, attributes_.data(), attribute_count()};
         if (tag_->isTyped && !values_are_plain(told)) return nullptr;
         if (!sink_.start(told)) return nullptr;
         if (tagIsEmpty_) {
@@ -483,8 +495,9 @@ private:
 
     // --- content -------------------------------------------------------------------------------
 
-    // Behind the root's start tag. Yields what follows its end tag.
-    char* content(char* at) {
+    // Behind the root's start tag. Yields what follows its end tag. All that ordinary documents need
+    // is compiled into it: the calls would cost a tenth of the time.
+    __attribute__((flatten)) char* content(char* at) {
         while (at != nullptr) {
             if (*at != '<') {
                 at = text(at);
@@ -619,11 +632,13 @@ private:
 
     // The start tag at hand.
     KnownName* tag_ = nullptr;
+    char* reached_ = nullptr;  // what is understood ends there, at a place between attributes
     bool tagIsEmpty_ = false;
     std::uint32_t stamp_ = 0;
     std::vector<ReadAttribute> attributes_ =
         std::vector<ReadAttribute>(KnownName::kForeseen);  // room for more than are used
-    std::size_t attributeCount_ = 0;
+    ReadAttribute* nextAttribute_ = nullptr;               // behind those of the tag
+    KnownName* const* foreseen_ = nullptr;                 // the attribute that is expected next
     std::vector<std::uint32_t> escaped_;  // which have references or white space other than blanks
 };
 

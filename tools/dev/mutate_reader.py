@@ -30,9 +30,13 @@ FAULTS = [
     ("an instruction may be called XML", READER,
      "if (reserved) return nullptr;", ""),
     ("attributes need no blank between them", READER,
-     "            return fail(at);\n        }\n    }\n\n    // At a blank in a tag.",
+     "            return fail(at);\n        }\n    }\n    // The name of a start tag.",
      "            --at; if (*at == '\"' || *at == '\\'') { *at = ' '; continue; } return fail(at);\n"
-     "        }\n    }\n\n    // At a blank in a tag."),
+     "        }\n    }\n    // The name of a start tag."),
+    ("a foreseen tag may go on", READER,
+     "if (is_kind(behind, kNameStop) && static_cast<signed char>(behind) >= 0) {", "{"),
+    ("a foreseen long attribute is known by its first bytes", "known_names.h",
+     "(stands_at(bytes, end) && bytes[length] == '=' && bytes[length + 1] == '\"');", "true;"),
     ("an end tag fits when it begins like the name", READER,
      "                if (*p == '>') {\n                    sink_.end();",
      "                while (!is_kind(*p, kNameStop)) ++p;\n"
