@@ -1,0 +1,55 @@
+// What the hand-made functions share: names of files, texts, nodes, and errors with their place.
+#pragma once
+
+#include <string>
+
+#include "uxtree/host/embedded.h"
+
+#include "node.h"
+#include "texts.h"
+
+namespace uxpy {
+
+inline py::object node_object(UXXmlWrapperBase&& node) {
+    return owned(from_node(std::move(node)));
+}
+inline UXXmlWrapperBase& node_of(const py::object& object) {
+    return handle_of(object.ptr(), "node");
+}
+inline py::object text_object(std::string_view text) {
+    return owned(from_text(text));
+}
+
+// The name of a file as the system takes it.
+inline std::string file_name(const py::object& path) {
+    PyObject* bytes = nullptr;
+    if (PyUnicode_FSConverter(path.ptr(), &bytes) == 0) throw Raised();
+    const auto keep = py::reinterpret_steal<py::object>(bytes);
+    return {PyBytes_AS_STRING(bytes), static_cast<std::size_t>(PyBytes_GET_SIZE(bytes))};
+}
+
+// Raises an exception of uxtree.errors.
+template <typename... Arguments>
+[[noreturn]] void raise_ours(const char* name, Arguments&&... arguments) {
+    const py::object type = py::module_::import("uxtree.errors").attr(name);
+    const py::object error = type(std::forward<Arguments>(arguments)...);
+    PyErr_SetObject(type.ptr(), error.ptr());
+    throw Raised();
+}
+
+// The reason of this thread's last load, kept until the interpreter can be asked again.
+struct LoadFailure {
+    std::string message;
+    long long line = 0;
+    long long column = 0;
+
+    static LoadFailure last() {
+        const UXFileError& failure = UXGetLastLoadFailure();
+        return {std::string(view_of(failure.message)), failure.line, failure.column};
+    }
+    [[noreturn]] void raise(const py::object& path) const {
+        raise_ours("LoadError", text_object(message), path, line, column);
+    }
+};
+
+}  // namespace uxpy
