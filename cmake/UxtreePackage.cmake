@@ -6,12 +6,16 @@ set(CPACK_PACKAGE_VENDOR "uxtree_Utils contributors")
 set(CPACK_PACKAGE_CONTACT "uxtree_Utils contributors <contributors@uxtree.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "operations on option and data trees")
 set(CPACK_COMPONENTS_ALL runtime dev tool)
+if(UXTREE_BUILD_SCRIPT)
+  list(APPEND CPACK_COMPONENTS_ALL script)
+endif()
 set(CPACK_STRIP_FILES ON)
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/src)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
+  ${PROJECT_BINARY_DIR}/src ${PROJECT_BINARY_DIR}/bindings/script)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 
@@ -38,6 +42,17 @@ set(CPACK_COMPONENT_TOOL_DESCRIPTION
  The command uxtree shows, outlines, queries, edits and compares XML trees,
  saves and applies themes of values, and imports and plots radiation spectra.")
 set(CPACK_COMPONENT_TOOL_DEPENDS runtime)
+set(CPACK_DEBIAN_SCRIPT_PACKAGE_NAME libuxtree-script0)
+set(CPACK_DEBIAN_SCRIPT_PACKAGE_SECTION libs)
+set(CPACK_COMPONENT_SCRIPT_DESCRIPTION
+  "operations on option and data trees - scripts
+ The operations of uxtree_Utils for scripts in the language of AngelScript, for
+ programs that run such scripts, and the language of the command uxtree run.")
+set(CPACK_COMPONENT_SCRIPT_DEPENDS runtime)
+set(CPACK_DEBIAN_SCRIPT_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/package_docs/triggers)
+if(UXTREE_BUILD_SCRIPT)
+  list(APPEND CPACK_COMPONENT_TOOL_DEPENDS script)
+endif()
 
 # What Debian expects beside the files: the licence and the changes, for each package.
 set(doc_source ${PROJECT_BINARY_DIR}/package_docs)
@@ -60,7 +75,7 @@ file(WRITE ${doc_source}/changelog
  -- uxtree_Utils contributors <contributors@uxtree.invalid>  ${change_date}
 ")
 execute_process(COMMAND gzip -9nf ${doc_source}/changelog COMMAND_ERROR_IS_FATAL ANY)
-foreach(component RUNTIME DEV TOOL)
+foreach(component RUNTIME DEV TOOL SCRIPT)
   string(TOLOWER ${component} name)
   set(doc_folder ${CMAKE_INSTALL_DATADIR}/doc/${CPACK_DEBIAN_${component}_PACKAGE_NAME})
   install(FILES ${doc_source}/copyright ${doc_source}/changelog.gz

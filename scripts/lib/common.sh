@@ -7,7 +7,8 @@ note() { printf '%s\n' "$*"; }
 die() { printf 'error: %s\n' "$*" >&2; exit 1; }
 
 # What building and testing takes; document_packages hold the real documents that both read.
-build_packages=(g++ cmake ninja-build python3 libexpat1-dev libcli11-dev libfmt-dev nlohmann-json3-dev)
+build_packages=(g++ cmake ninja-build python3 libexpat1-dev libcli11-dev libfmt-dev nlohmann-json3-dev
+    angelscript-dev libedit-dev)
 test_packages=(clang libclang-rt-14-dev pkg-config libgtest-dev libgmock-dev
     librapidcheck-dev libxml2-dev locales chromium valgrind)
 python_packages=(python3-dev python3-numpy python3-pytest python3-pip python3-venv

@@ -21,7 +21,7 @@ OUTSIDE = ("tools", "bindings", "examples")
 TOPICS_SAID = ("src", *OUTSIDE, "tests", "bench", "fuzz")
 CODE = (".cpp", ".h", ".hpp", ".cc", ".c", ".inl")
 # The rooms of the headers that gather others, right below include/uxtree/.
-GATHERING = {"uxtree_Utils.h": "report", "uxtree_c.h": "kit"}
+GATHERING = {"uxtree_Utils.h": "report", "uxtree_c.h": "kit", "script.h": "kit"}
 
 COMMENT_OR_TEXT = re.compile(
     r'//[^\n]*|/\*.*?\*/|R"([^()\\\s]*)\(.*?\)\1"|"(?:\\.|[^"\\\n])*"|(?<!\w)\'(?:\\.|[^\'\\\n])*\'',

@@ -392,6 +392,37 @@ def read_kit_headers(include_folder):
     return read_headers(include_folder, KIT_ROOMS, KIT_EXPORT)
 
 
+# Native operations whose script forms have other names.
+TWINS = {
+    "SAXTreeLayout": "uxtree_layout",
+    "TreeEvalXPath": "uxtree_xpath",
+    "VCTreeGetChanged": "uxget_changed",
+    "VCTreeIsSame": "ux_is_same",
+    "VCTree_n42_": "uxtree_n42",
+    "vctree_XDE_XML_get_attributes": "uxtree_XDE_get_attributes",
+}
+
+
+def plain_name(name):
+    """A name without what the names of native operations and of their script forms differ in."""
+    name = name.lower().replace("_", "")
+    for prefix in ("uxtree", "vctree", "vc", "tree"):
+        name = name.removeprefix(prefix)
+    return name
+
+
+def twins(headers):
+    """Native operation -> its script form, where it has one."""
+    all = [each for header in headers for each in header.declarations()]
+    scripts = {plain_name(each.name): each.name for each in all if each.is_script}
+    names = {each.name for each in all if each.is_script}
+    found = {name: twin for name, twin in TWINS.items() if twin in names}
+    for each in all:
+        if not each.is_script and plain_name(each.name) in scripts:
+            found[each.name] = scripts[plain_name(each.name)]
+    return found
+
+
 def write_or_compare(path, content, check):
     """Writes the file, or with check tells whether it holds the content already."""
     path = pathlib.Path(path)

@@ -1,0 +1,563 @@
+// script/engine: an engine with everything registered: compiling, running within limits, telling
+// what went wrong.
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <set>
+
+#include <angelscript/scriptbuilder.h>
+#include <angelscript/scriptdictionary.h>
+#include <angelscript/scripthelper.h>
+#include <angelscript/scriptmath.h>
+#include <angelscript/scriptstdstring.h>
+
+#include "uxtree/script.h"
+
+#include "functions.h"
+#include "messages.h"
+#include "printing.h"
+
+namespace uxscript {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr const char* kModule = "script";
+
+// Stops a script that runs too long. The clock is read every few statements.
+struct Deadline {
+    explicit Deadline(const UXScriptLimits& limits) : seconds(limits.seconds) {
+        const std::chrono::duration<double> span(std::min(seconds, 1e9));
+        end = Clock::now() + std::chrono::duration_cast<Clock::duration>(span);
+    }
+    static void at_statement(as::asIScriptContext* context, void* deadline) {
+        auto& self = *static_cast<Deadline*>(deadline);
+        if (++self.statements % 64 != 0 || Clock::now() < self.end) return;
+        self.passed = true;
+        context->Abort();  // which no catch of the script stops
+    }
+
+    double seconds;
+    Clock::time_point end;
+    unsigned statements = 0;
+    bool passed = false;
+};
+
+void translate_exception(as::asIScriptContext* context, void*) {
+    try {
+        throw;
+    } catch (const std::bad_alloc&) {
+        context->SetException("out of memory");
+    } catch (const std::exception& error) {
+        context->SetException(error.what());
+    } catch (...) {
+        context->SetException("failed");
+    }
+}
+
+// A context that is given back, whatever happens.
+class Context {
+public:
+    explicit Context(as::asIScriptEngine& engine) : context_(engine.CreateContext()) {}
+    Context(const Context&) = delete;
+    Context& operator=(const Context&) = delete;
+    ~Context() {
+        if (context_ != nullptr) context_->Release();
+    }
+    as::asIScriptContext* operator->() const { return context_; }
+    as::asIScriptContext& operator*() const { return *context_; }
+    explicit operator bool() const { return context_ != nullptr; }
+
+private:
+    as::asIScriptContext* context_;
+};
+
+std::string seconds_text(double seconds) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%g", seconds);
+    return text;
+}
+
+// "int x = 5;" in its parts; false when it assigns nothing.
+bool split_declaration(const std::string& line, std::string& declaration, std::string& name,
+                       std::string& value) {
+    const std::size_t equals = line.find('=');
+    if (equals == std::string::npos || equals + 1 >= line.size() || line[equals + 1] == '=') {
+        return false;
+    }
+    const std::size_t last = line.find_last_not_of(" \t", equals == 0 ? 0 : equals - 1);
+    if (equals == 0 || last == std::string::npos) return false;
+    const auto in_name = [](char c) {
+        return c == '_' || (c >= '0' && c <= '9') || ((c | 32) >= 'a' && (c | 32) <= 'z');
+    };
+    std::size_t first = last + 1;
+    while (first > 0 && in_name(line[first - 1])) --first;
+    name = line.substr(first, last + 1 - first);
+    declaration = line.substr(0, last + 1);
+    value = line.substr(equals + 1);
+    const std::size_t before = declaration.find_last_not_of(" \t", first == 0 ? 0 : first - 1);
+    if (name.empty() || first == 0 || before == std::string::npos) return false;
+    if (declaration[before] == '@') name.insert(0, "@");
+    return true;
+}
+
+}  // namespace
+}  // namespace uxscript
+
+using namespace uxscript;
+
+struct UXScriptEngine::State {
+    ~State() {
+        if (engine != nullptr) engine->ShutDownAndRelease();
+    }
+
+    std::vector<std::string> all_names() const;
+    void add_members(const as::asITypeInfo& type, std::set<std::string>& names) const;
+    void finish_messages() { problem = messages.text(all_names()); }
+    UXScriptOutcome execute(Context& context, const UXScriptLimits& limits);
+    UXScriptOutcome run(as::asIScriptFunction* function, const UXScriptLimits& limits,
+                        const std::function<void(as::asIScriptContext&)>& prepare,
+                        const std::function<void(as::asIScriptContext&)>& finish);
+    bool build(as::CScriptBuilder& builder);
+    UXScriptOutcome reset_globals(const UXScriptLimits& limits);
+    as::asIScriptModule* dialogue_module();
+    UXScriptOutcome run_statement(const std::string& code, const UXScriptLimits& limits);
+    bool compile_statement(const std::string& code, as::asIScriptFunction** function);
+
+    UXScriptOptions options;
+    Messages messages;
+    std::string problem;
+    as::asIScriptEngine* engine = nullptr;
+    as::asIScriptModule* module = nullptr;
+    bool globalsAreSet = true;
+    std::function<void(const UXXmlWrapperBase&)> show;
+    bool shown = false;
+};
+
+namespace {
+
+// The value of an expression of a dialogue.
+void show_value(as::asIScriptGeneric* call) {
+    guarded([&] {
+        auto& state = *static_cast<UXScriptEngine::State*>(call->GetAuxiliary());
+        const void* value = call->GetArgAddress(0);
+        const int type = call->GetArgTypeId(0);
+        const UXXmlWrapperBase* node = node_of_value(*call->GetEngine(), value, type);
+        if (node != nullptr && node->IsNodeValid() != 0 && state.show) {
+            state.show(*node);
+        } else {
+            state.options.print(text_of_value(*call->GetEngine(), value, type) + "\n");
+        }
+    });
+}
+
+}  // namespace
+
+// --- names -----------------------------------------------------------------------------------------
+
+void UXScriptEngine::State::add_members(const as::asITypeInfo& type,
+                                        std::set<std::string>& names) const {
+    for (as::asUINT i = 0; i < type.GetMethodCount(); ++i) {
+        std::string name = type.GetMethodByIndex(i)->GetName();
+        if (name.starts_with("op")) continue;
+        if (type.GetMethodByIndex(i)->IsProperty()) name = name.substr(4);
+        names.insert(name);
+    }
+    for (as::asUINT i = 0; i < type.GetPropertyCount(); ++i) {
+        const char* name = nullptr;
+        type.GetProperty(i, &name);
+        names.insert(name);
+    }
+}
+
+std::vector<std::string> UXScriptEngine::State::all_names() const {
+    std::set<std::string> names;
+    for (as::asUINT i = 0; i < engine->GetGlobalFunctionCount(); ++i) {
+        names.insert(engine->GetGlobalFunctionByIndex(i)->GetName());
+    }
+    for (as::asUINT i = 0; i < engine->GetGlobalPropertyCount(); ++i) {
+        const char* name = nullptr;
+        engine->GetGlobalPropertyByIndex(i, &name);
+        names.insert(name);
+    }
+    for (as::asUINT i = 0; i < engine->GetObjectTypeCount(); ++i) {
+        names.insert(engine->GetObjectTypeByIndex(i)->GetName());
+        add_members(*engine->GetObjectTypeByIndex(i), names);
+    }
+    if (module != nullptr) {
+        for (as::asUINT i = 0; i < module->GetFunctionCount(); ++i) {
+            names.insert(module->GetFunctionByIndex(i)->GetName());
+        }
+        for (as::asUINT i = 0; i < module->GetGlobalVarCount(); ++i) {
+            const char* name = nullptr;
+            module->GetGlobalVar(i, &name);
+            names.insert(name);
+        }
+        for (as::asUINT i = 0; i < module->GetObjectTypeCount(); ++i) {
+            names.insert(module->GetObjectTypeByIndex(i)->GetName());
+            add_members(*module->GetObjectTypeByIndex(i), names);
+        }
+    }
+    return {names.begin(), names.end()};
+}
+
+// --- running ---------------------------------------------------------------------------------------
+
+UXScriptOutcome UXScriptEngine::State::execute(Context& context, const UXScriptLimits& limits) {
+    Deadline deadline(limits);
+    engine->SetEngineProperty(as::asEP_MAX_CALL_STACK_SIZE,
+                              static_cast<as::asPWORD>(std::max(limits.depth, 1)));
+    if (limits.seconds > 0) {
+        context->SetLineCallback(asFUNCTION(Deadline::at_statement), &deadline, as::asCALL_CDECL);
+    }
+    const int result = context->Execute();
+    context->ClearLineCallback();
+    if (result == as::asEXECUTION_FINISHED) return UXScriptOutcome::kDone;
+    if (result == as::asEXECUTION_EXCEPTION) {
+        std::string why = context->GetExceptionString();
+        if (why == "Stack overflow") {
+            why = "more than " + std::to_string(limits.depth) + " calls inside each other";
+        }
+        problem = exception_text(*context, why);
+        return why == "out of memory" || why == "Out of memory" ? UXScriptOutcome::kNoMemory
+                                                                : UXScriptOutcome::kException;
+    }
+    const char* section = nullptr;
+    int column = 0;
+    const int line = context->GetLineNumber(0, &column, &section);
+    problem = place_text(section, line, column) + "error: stopped after " +
+              seconds_text(limits.seconds) + " seconds\n" + calls_text(*context);
+    return UXScriptOutcome::kTimeOut;
+}
+
+UXScriptOutcome UXScriptEngine::State::reset_globals(const UXScriptLimits& limits) {
+    if (globalsAreSet) return UXScriptOutcome::kDone;
+    // Their values are given by code of the script, which the limits hold for as well: a function
+    // of the module starts them, since the language runs them apart from any limit otherwise.
+    globalsAreSet = true;
+    Context context(*engine);
+    Deadline deadline(limits);
+    if (!context) return UXScriptOutcome::kNoMemory;
+    if (limits.seconds > 0) {
+        context->SetLineCallback(asFUNCTION(Deadline::at_statement), &deadline, as::asCALL_CDECL);
+    }
+    engine->SetEngineProperty(as::asEP_MAX_CALL_STACK_SIZE,
+                              static_cast<as::asPWORD>(std::max(limits.depth, 1)));
+    messages.clear();
+    const int result = module->ResetGlobalVars(&*context);
+    context->ClearLineCallback();
+    if (result >= 0) return UXScriptOutcome::kDone;
+    globalsAreSet = false;
+    problem = messages.text({});
+    if (!deadline.passed) return UXScriptOutcome::kException;
+    problem += "error: stopped after " + seconds_text(limits.seconds) + " seconds\n";
+    return UXScriptOutcome::kTimeOut;
+}
+
+UXScriptOutcome UXScriptEngine::State::run(
+    as::asIScriptFunction* function, const UXScriptLimits& limits,
+    const std::function<void(as::asIScriptContext&)>& prepare,
+    const std::function<void(as::asIScriptContext&)>& finish) {
+    problem.clear();
+    const UXScriptOutcome globals = reset_globals(limits);
+    if (globals != UXScriptOutcome::kDone) return globals;
+    Context context(*engine);
+    if (!context || context->Prepare(function) < 0) {
+        problem = "error: the function cannot be run\n";
+        return UXScriptOutcome::kException;
+    }
+    if (prepare) prepare(*context);
+    const UXScriptOutcome outcome = execute(context, limits);
+    if (outcome == UXScriptOutcome::kDone && finish) finish(*context);
+    return outcome;
+}
+
+bool UXScriptEngine::State::build(as::CScriptBuilder& builder) {
+    const bool built = builder.BuildModule() >= 0;
+    module = built ? builder.GetModule() : nullptr;
+    globalsAreSet = false;
+    finish_messages();
+    return built;
+}
+
+// --- dialogues -------------------------------------------------------------------------------------
+
+as::asIScriptModule* UXScriptEngine::State::dialogue_module() {
+    if (module == nullptr) module = engine->GetModule(kModule, as::asGM_CREATE_IF_NOT_EXISTS);
+    return module;
+}
+
+bool UXScriptEngine::State::compile_statement(const std::string& code,
+                                              as::asIScriptFunction** function) {
+    messages.clear();
+    const std::string whole = "void statement() {\n" + code + "\n;}";
+    return dialogue_module()->CompileFunction("line", whole.c_str(), -1, 0, function) >= 0;
+}
+
+UXScriptOutcome UXScriptEngine::State::run_statement(const std::string& code,
+                                                     const UXScriptLimits& limits) {
+    as::asIScriptFunction* function = nullptr;
+    if (!compile_statement(code, &function)) {
+        finish_messages();
+        return UXScriptOutcome::kNotCompiled;
+    }
+    const UXScriptOutcome outcome = run(function, limits, {}, {});
+    function->Release();
+    return outcome;
+}
+
+// --- the engine ------------------------------------------------------------------------------------
+
+namespace {
+
+template <class Result, class Body>
+Result without_exceptions(Result failure, std::string* problem, Body&& body) {
+    try {
+        return body();
+    } catch (const std::exception& error) {
+        if (problem != nullptr) *problem = std::string("error: ") + error.what() + "\n";
+        return failure;
+    }
+}
+
+bool set_up(UXScriptEngine::State& state) {
+    as::asIScriptEngine* engine = as::asCreateScriptEngine();
+    if (engine == nullptr) return false;
+    state.engine = engine;
+    engine->SetMessageCallback(asFUNCTION(Messages::hear), &state.messages, as::asCALL_CDECL);
+    engine->SetEngineProperty(as::asEP_USE_CHARACTER_LITERALS, 1);  // 'a' is a number, as in C
+    engine->SetEngineProperty(as::asEP_INIT_GLOBAL_VARS_AFTER_BUILD, 0);
+    engine->SetEngineProperty(as::asEP_ALLOW_UNSAFE_REFERENCES, 1);
+    engine->SetTranslateAppExceptionCallback(asFUNCTION(translate_exception), nullptr,
+                                             as::asCALL_CDECL);
+    Registrar add(engine);
+    add.keep(UXRegisterScript(engine));
+    as::RegisterStdStringUtils(engine);
+    as::RegisterScriptDictionary(engine);
+    as::RegisterScriptMath(engine);
+    as::RegisterExceptionRoutines(engine);
+    register_printing(add, state.options.print);
+    if (state.options.files) register_files(add);
+    add.function("void show_value(const ?&in)", show_value, &state);
+    if (state.options.extend) add.keep(state.options.extend(engine));
+    state.problem = state.messages.text({});
+    return add.result() >= 0;
+}
+
+}  // namespace
+
+UXScriptEngine::UXScriptEngine(const UXScriptOptions& options) {
+    without_exceptions(false, nullptr, [&] {
+        auto state = std::make_unique<State>();
+        state->options = options;
+        if (!state->options.print) {
+            state->options.print = [](std::string_view text) {
+                std::fwrite(text.data(), 1, text.size(), stdout);
+            };
+        }
+        state_ = std::move(state);
+        if (!set_up(*state_) && state_->engine != nullptr) {
+            state_->engine->ShutDownAndRelease();
+            state_->engine = nullptr;
+        }
+        return true;
+    });
+}
+UXScriptEngine::~UXScriptEngine() = default;
+UXScriptEngine::UXScriptEngine(UXScriptEngine&& other) noexcept = default;
+UXScriptEngine& UXScriptEngine::operator=(UXScriptEngine&& other) noexcept = default;
+
+bool UXScriptEngine::ready() const {
+    return state_ != nullptr && state_->engine != nullptr;
+}
+
+AngelScript::asIScriptEngine* UXScriptEngine::engine() const {
+    return state_ == nullptr ? nullptr : state_->engine;
+}
+
+const std::string& UXScriptEngine::problem() const {
+    static const std::string noMemory = "error: out of memory\n";
+    return state_ == nullptr ? noMemory : state_->problem;
+}
+
+bool UXScriptEngine::compile_file(const std::string& path) {
+    if (!ready()) return false;
+    return without_exceptions(false, &state_->problem, [&] {
+        as::CScriptBuilder builder;
+        state_->messages.clear();
+        state_->module = nullptr;
+        builder.StartNewModule(state_->engine, kModule);
+        if (builder.AddSectionFromFile(path.c_str()) < 0) {
+            state_->finish_messages();
+            return false;
+        }
+        return state_->build(builder);
+    });
+}
+
+bool UXScriptEngine::compile(const std::string& name, const std::string& code) {
+    if (!ready()) return false;
+    return without_exceptions(false, &state_->problem, [&] {
+        as::CScriptBuilder builder;
+        state_->messages.clear();
+        state_->module = nullptr;
+        builder.StartNewModule(state_->engine, kModule);
+        // A size of 0 stands for a text up to its NUL, which an empty text begins with.
+        if (builder.AddSectionFromMemory(name.c_str(), code.c_str(),
+                                         static_cast<unsigned>(code.size())) < 0) {
+            state_->finish_messages();
+            return false;
+        }
+        return state_->build(builder);
+    });
+}
+
+UXScriptOutcome UXScriptEngine::run(const std::string& function, const UXScriptLimits& limits) {
+    if (!ready() || state_->module == nullptr) return UXScriptOutcome::kNoFunction;
+    return without_exceptions(UXScriptOutcome::kNoMemory, &state_->problem, [&] {
+        const bool byName = function.find('(') == std::string::npos;
+        as::asIScriptFunction* found = byName ? state_->module->GetFunctionByName(function.c_str())
+                                              : state_->module->GetFunctionByDecl(function.c_str());
+        if (found == nullptr || found->GetParamCount() != 0) {
+            state_->problem = "error: there is no function '" + function + "' without parameters\n";
+            return UXScriptOutcome::kNoFunction;
+        }
+        return state_->run(found, limits, {}, {});
+    });
+}
+
+UXScriptOutcome UXScriptEngine::run_on(const std::string& function, const UXXmlWrapperBase& node,
+                                       const UXScriptLimits& limits) {
+    if (!ready() || state_->module == nullptr) return UXScriptOutcome::kNoFunction;
+    return without_exceptions(UXScriptOutcome::kNoMemory, &state_->problem, [&] {
+        const std::string declaration = "void " + function + "(Tree@)";
+        as::asIScriptFunction* found = state_->module->GetFunctionByDecl(declaration.c_str());
+        if (found == nullptr) {
+            state_->problem = "error: there is no function '" + declaration + "'\n";
+            return UXScriptOutcome::kNoFunction;
+        }
+        void* tree = UXMakeScriptTree(node);
+        const UXScriptOutcome outcome =
+            tree == nullptr
+                ? UXScriptOutcome::kNoMemory
+                : state_->run(found, limits, [&](auto& context) { context.SetArgObject(0, tree); },
+                              {});
+        UXReleaseScriptTree(tree);
+        return outcome;
+    });
+}
+
+UXScriptOutcome UXScriptEngine::run_main(const std::vector<std::string>& arguments, int& result,
+                                         const UXScriptLimits& limits) {
+    result = 0;
+    if (!ready() || state_->module == nullptr) return UXScriptOutcome::kNoFunction;
+    return without_exceptions(UXScriptOutcome::kNoMemory, &state_->problem, [&] {
+        as::asIScriptFunction* found = nullptr;
+        for (const char* each : {"int main(array<string>@)", "void main(array<string>@)",
+                                 "int main()", "void main()"}) {
+            if (found == nullptr) found = state_->module->GetFunctionByDecl(each);
+        }
+        if (found == nullptr) {
+            state_->problem =
+                "error: there is no function 'void main()', 'int main()' or one of them with the "
+                "parameter 'array<string>@ arguments'\n";
+            return UXScriptOutcome::kNoFunction;
+        }
+        const auto size = static_cast<as::asUINT>(arguments.size());
+        as::CScriptArray* array = make_array(state_->engine, "array<string>", size);
+        for (as::asUINT i = 0; i < size; ++i) {
+            *static_cast<std::string*>(array->At(i)) = arguments[i];
+        }
+        const UXScriptOutcome outcome = state_->run(
+            found, limits,
+            [&](auto& context) {
+                if (found->GetParamCount() != 0) context.SetArgObject(0, array);
+            },
+            [&](auto& context) {
+                if (found->GetReturnTypeId() != as::asTYPEID_VOID) {
+                    result = static_cast<int>(context.GetReturnDWord());
+                }
+            });
+        array->Release();
+        return outcome;
+    });
+}
+
+std::vector<std::string> UXScriptEngine::functions() const {
+    std::vector<std::string> names;
+    if (!ready() || state_->module == nullptr) return names;
+    for (as::asUINT i = 0; i < state_->module->GetFunctionCount(); ++i) {
+        const as::asIScriptFunction* function = state_->module->GetFunctionByIndex(i);
+        if (function->GetParamCount() == 0) names.emplace_back(function->GetName());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+std::vector<std::string> UXScriptEngine::names(const std::string& prefix) const {
+    if (!ready()) return {};
+    std::set<std::string> found;
+    const std::size_t dot = prefix.rfind('.');
+    const as::asIScriptModule* module = state_->module;
+    if (dot == std::string::npos) {
+        const std::vector<std::string> all = state_->all_names();
+        found.insert(all.begin(), all.end());
+    } else if (module != nullptr) {
+        const int index = module->GetGlobalVarIndexByName(prefix.substr(0, dot).c_str());
+        int type = 0;
+        if (index < 0 ||
+            module->GetGlobalVar(static_cast<as::asUINT>(index), nullptr, nullptr, &type) < 0) {
+            return {};
+        }
+        const as::asITypeInfo* info = state_->engine->GetTypeInfoById(type);
+        if (info != nullptr) state_->add_members(*info, found);
+    }
+    const std::string start = dot == std::string::npos ? "" : prefix.substr(0, dot + 1);
+    std::vector<std::string> names;
+    for (const std::string& name : found) {
+        if ((start + name).starts_with(prefix)) names.push_back(start + name);
+    }
+    return names;
+}
+
+UXScriptOutcome UXScriptEngine::run_line(const std::string& line, const UXScriptLimits& limits,
+                                         const std::function<void(const UXXmlWrapperBase&)>& show) {
+    if (!ready()) return UXScriptOutcome::kNotCompiled;
+    return without_exceptions(UXScriptOutcome::kNoMemory, &state_->problem, [&] {
+        State& state = *state_;
+        state.show = show;
+        state.problem.clear();
+        std::string code = line;
+        while (!code.empty() && std::string(" \t\r\n;").find(code.back()) != std::string::npos) {
+            code.pop_back();
+        }
+        if (code.empty()) return UXScriptOutcome::kDone;
+
+        as::asIScriptFunction* function = nullptr;
+        if (state.compile_statement("show_value(" + code + "\n);", &function)) {
+            const UXScriptOutcome outcome = state.run(function, limits, {}, {});
+            function->Release();
+            return outcome;
+        }
+        // A declaration stays. Its value is given by a statement, within the limits.
+        as::asIScriptModule* module = state.dialogue_module();
+        state.engine->SetEngineProperty(as::asEP_INIT_GLOBAL_VARS_AFTER_BUILD, 1);
+        std::string declaration, name, value;
+        const bool assigns = split_declaration(code, declaration, name, value);
+        bool declared = false;
+        if (assigns) {
+            declared = module->CompileGlobalVar("line", (declaration + ";").c_str(), 0) >= 0;
+        }
+        const bool valueIsSet = !declared;
+        if (!declared) declared = module->CompileGlobalVar("line", (code + ";").c_str(), 0) >= 0;
+        state.engine->SetEngineProperty(as::asEP_INIT_GLOBAL_VARS_AFTER_BUILD, 0);
+        if (declared) {
+            if (valueIsSet) return UXScriptOutcome::kDone;
+            return state.run_statement(name + " = " + value + ";", limits);
+        }
+        if (module->CompileFunction("line", code.c_str(), 0, as::asCOMP_ADD_TO_MODULE, nullptr) >=
+            0) {
+            return UXScriptOutcome::kDone;
+        }
+        return state.run_statement(code + ";", limits);
+    });
+}

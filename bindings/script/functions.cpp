@@ -1,0 +1,96 @@
+// script/functions: what scripts need beside trees: printing and files.
+#include "functions.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+#include <glob.h>
+
+#include "printing.h"
+
+namespace uxscript {
+namespace {
+
+std::string printed_argument(as::asIScriptGeneric* call, as::asUINT index) {
+    return text_of_value(*call->GetEngine(), call->GetArgAddress(index), call->GetArgTypeId(index));
+}
+
+// All arguments, with a blank between them.
+void print(as::asIScriptGeneric* call) {
+    guarded([&] {
+        std::string line;
+        for (int i = 0; i < call->GetArgCount(); ++i) {
+            if (i != 0) line += ' ';
+            line += printed_argument(call, static_cast<as::asUINT>(i));
+        }
+        line += '\n';
+        (*static_cast<std::function<void(std::string_view)>*>(call->GetAuxiliary()))(line);
+    });
+}
+void str(as::asIScriptGeneric* call) {
+    guarded([&] { return_value<std::string>(call, printed_argument(call, 0)); });
+}
+
+// The names that match a pattern, sorted by their bytes; none is no error.
+void files(as::asIScriptGeneric* call) {
+    guarded([&] {
+        const auto& pattern = argument<std::string>(call, 0);
+        glob_t found{};
+        const int result = ::glob(pattern.c_str(), GLOB_MARK | GLOB_ERR, nullptr, &found);
+        struct Free {
+            ~Free() { ::globfree(&found); }
+            glob_t& found;
+        } const free{found};
+        if (result != 0 && result != GLOB_NOMATCH) {
+            throw ScriptError{"cannot read the folder of '" + pattern + "'"};
+        }
+        const auto size = static_cast<as::asUINT>(result == 0 ? found.gl_pathc : 0);
+        as::CScriptArray* array = make_array(call->GetEngine(), "array<string>", size);
+        return_handle(call, array);
+        for (as::asUINT i = 0; i < size; ++i) {
+            *static_cast<std::string*>(array->At(i)) = found.gl_pathv[i];
+        }
+    });
+}
+
+void read_file(as::asIScriptGeneric* call) {
+    guarded([&] {
+        const auto& name = argument<std::string>(call, 0);
+        std::ifstream file(name, std::ios::binary);
+        std::string text{std::istreambuf_iterator<char>(file), {}};
+        if (!file.is_open() || file.bad()) {
+            throw ScriptError{name + ": " + std::strerror(errno)};
+        }
+        return_value<std::string>(call, std::move(text));
+    });
+}
+
+void write_file(as::asIScriptGeneric* call) {
+    guarded([&] {
+        const auto& name = argument<std::string>(call, 0);
+        std::ofstream file(name, std::ios::binary | std::ios::trunc);
+        file << argument<std::string>(call, 1) << std::flush;
+        if (!file) throw ScriptError{name + ": " + std::strerror(errno)};
+    });
+}
+
+}  // namespace
+
+void register_printing(Registrar& add, std::function<void(std::string_view)>& out) {
+    std::string parameters = "const ?&in";
+    for (int count = 1; count <= 8; ++count) {
+        add.function(("void print(" + parameters + ")").c_str(), print, &out);
+        parameters += ", const ?&in";
+    }
+    add.function("string str(const ?&in)", str);
+}
+
+void register_files(Registrar& add) {
+    add.function("array<string>@ files(const string &in pattern)", files);
+    add.function("string read_file(const string &in name)", read_file);
+    add.function("void write_file(const string &in name, const string &in text)", write_file);
+}
+
+}  // namespace uxscript

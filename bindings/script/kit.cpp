@@ -1,0 +1,138 @@
+// script/kit: what a Tree can do besides where the embedded host keeps it.
+#include <cstring>
+#include <vector>
+
+#include "uxtree/host/embedded.h"
+#include "uxtree/kit/select.h"
+#include "uxtree/script.h"
+
+#include "registrar.h"
+
+namespace uxscript {
+namespace {
+
+UXXmlWrapperBase& node_of(as::asIScriptGeneric* call) {
+    return self<ScriptTree>(call).value;
+}
+
+UXSelected selected(as::asIScriptGeneric* call) {
+    const auto& expression = argument<std::string>(call, 0);
+    if (std::memchr(expression.data(), '\0', expression.size()) != nullptr) {
+        throw ScriptError{"the path holds a character 0, where it would end"};
+    }
+    UXSelection selection;
+    UXSelectFault fault;
+    if (!selection.compile(expression.c_str(), &fault)) {
+        throw ScriptError{"'" + expression + "', behind " + std::to_string(fault.position) +
+                          " bytes: " + fault.message};
+    }
+    UXSelected found;
+    switch (selection.run(node_of(call), found)) {
+        case UXSelectOutcome::kDone:
+            return found;
+        case UXSelectOutcome::kMixedText:
+            throw ScriptError{"'" + expression +
+                              "' depends on text between elements, whose place is not known"};
+        case UXSelectOutcome::kNoTree:
+            throw ScriptError{"the Tree refers to no node"};
+        case UXSelectOutcome::kOutOfMemory:
+            break;
+    }
+    throw std::bad_alloc();
+}
+
+as::CScriptArray* new_array(as::asIScriptEngine* engine, const char* declaration,
+                            std::size_t size) {
+    as::CScriptArray* array = as::CScriptArray::Create(engine->GetTypeInfoByDecl(declaration),
+                                                       static_cast<as::asUINT>(size));
+    if (array == nullptr) throw std::bad_alloc();
+    return array;
+}
+
+// The elements; of an attribute or a text the one that has it.
+void select(as::asIScriptGeneric* call) {
+    guarded([&] {
+        const UXSelected found = selected(call);
+        as::CScriptArray* array = new_array(call->GetEngine(), "array<Tree@>", found.size());
+        return_handle(call, array);
+        for (std::size_t i = 0; i < found.size(); ++i) {
+            *static_cast<void**>(array->At(static_cast<as::asUINT>(i))) =
+                new ScriptTree(found.node(i));
+        }
+    });
+}
+
+void select_texts(as::asIScriptGeneric* call) {
+    guarded([&] {
+        const UXSelected found = selected(call);
+        as::CScriptArray* array = new_array(call->GetEngine(), "array<string>", found.size());
+        return_handle(call, array);
+        for (std::size_t i = 0; i < found.size(); ++i) {
+            CStringUTF8 text;
+            if (!found.text(i, text)) {
+                throw ScriptError{
+                    "a text depends on text between elements, whose place is not known"};
+            }
+            *static_cast<std::string*>(array->At(static_cast<as::asUINT>(i))) = standard(text);
+        }
+    });
+}
+
+const char* file_name(as::asIScriptGeneric* call) {
+    const auto& name = argument<std::string>(call, 0);
+    if (name.find('\0') != std::string::npos) throw ScriptError{"the name holds a character 0"};
+    return name.c_str();
+}
+
+void load_for_editing(as::asIScriptGeneric* call) {
+    guarded([&] {
+        if (UXLoadForEditing(&node_of(call), file_name(call)) == 0) {
+            throw ScriptError{standard(UXGetLastLoadError())};
+        }
+    });
+}
+
+void save_with_layout(as::asIScriptGeneric* call) {
+    guarded([&] {
+        UXXmlWrapperBase& node = node_of(call);
+        if (node.IsNodeValid() == 0) throw ScriptError{"the Tree refers to no node"};
+        if (UXKeepsLayout(&node) == 0) {
+            throw ScriptError{"the Tree keeps no layout: it was not loaded by load_for_editing"};
+        }
+        if (UXSaveAs(&node, file_name(call), UXSaveOptions{}, nullptr) == 0) {
+            throw ScriptError{standard(UXGetLastSaveError())};
+        }
+    });
+}
+
+void keeps_layout(as::asIScriptGeneric* call) {
+    return_value<bool>(call, UXKeepsLayout(&node_of(call)) != 0);
+}
+
+void save_indented(as::asIScriptGeneric* call) {
+    guarded([&] {
+        UXXmlWrapperBase& node = node_of(call);
+        if (node.IsNodeValid() == 0) throw ScriptError{"the Tree refers to no node"};
+        UXSaveOptions options;
+        options.form = UXSaveForm::kIndented;
+        if (UXSaveAs(&node, file_name(call), options, nullptr) == 0) {
+            throw ScriptError{standard(UXGetLastSaveError())};
+        }
+    });
+}
+
+}  // namespace
+}  // namespace uxscript
+
+int UXRegisterScriptKit(AngelScript::asIScriptEngine* engine) {
+    using namespace uxscript;
+    if (engine == nullptr) return as::asINVALID_ARG;
+    Registrar add(engine);
+    add.method("Tree", "array<Tree@>@ select(const string &in path)", select);
+    add.method("Tree", "array<string>@ select_texts(const string &in path)", select_texts);
+    add.method("Tree", "void load_for_editing(const string &in file)", load_for_editing);
+    add.method("Tree", "void save_with_layout(const string &in file) const", save_with_layout);
+    add.method("Tree", "void save_indented(const string &in file) const", save_indented);
+    add.method("Tree", "bool get_keeps_layout() const property", keeps_layout);
+    return add.result();
+}

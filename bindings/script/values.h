@@ -1,0 +1,90 @@
+// script/values: what scripts hold, as C++ sees it.
+#pragma once
+
+#include <string>
+#include <utility>
+
+#ifndef AS_USE_NAMESPACE
+#define AS_USE_NAMESPACE
+#endif
+#include <angelscript.h>
+#include <angelscript/scriptarray.h>
+
+#include "uxtree/host/node.h"
+
+namespace uxscript {
+
+namespace as = AngelScript;
+
+// What is counted by its references. Scripts of one engine run in one thread at a time.
+template <class Value>
+struct Counted {
+    Counted() : value() {}
+    explicit Counted(Value given) : value(std::move(given)) {}
+    void add() { ++references; }
+    void release() {
+        if (--references == 0) delete this;
+    }
+
+    int references = 1;
+    Value value;
+};
+using ScriptTree = Counted<UXXmlWrapperBase>;
+
+// A text that may be missing.
+struct TextValue {
+    std::string text;
+    bool given = false;
+};
+
+// Raised as an exception of the running script.
+struct ScriptError {
+    std::string text;
+};
+
+// Runs what a script called, and turns what it throws into an exception of the script.
+template <class Body>
+void guarded(Body&& body) {
+    const char* problem = "out of memory";
+    std::string text;
+    try {
+        body();
+        return;
+    } catch (const ScriptError& error) {
+        text = error.text;
+        problem = text.c_str();
+    } catch (const std::bad_alloc&) {
+    } catch (const std::exception& error) {
+        text = error.what();
+        problem = text.c_str();
+    } catch (...) {
+        problem = "failed";
+    }
+    if (as::asIScriptContext* context = as::asGetActiveContext()) context->SetException(problem);
+}
+
+// Object and argument of a call by their types.
+template <class T>
+T& self(as::asIScriptGeneric* call) {
+    return *static_cast<T*>(call->GetObject());
+}
+template <class T>
+T& argument(as::asIScriptGeneric* call, as::asUINT index) {
+    return *static_cast<T*>(call->GetArgAddress(index));
+}
+template <class T, class... Given>
+void return_value(as::asIScriptGeneric* call, Given&&... given) {
+    new (call->GetAddressOfReturnLocation()) T(std::forward<Given>(given)...);
+}
+inline void return_handle(as::asIScriptGeneric* call, void* object) {
+    *static_cast<void**>(call->GetAddressOfReturnLocation()) = object;
+}
+inline std::string standard(const CStringUTF8& text) {
+    return {static_cast<const char*>(text), static_cast<std::size_t>(text.GetLength())};
+}
+
+// An array of the script language, empty, with one reference.
+as::CScriptArray* make_array(as::asIScriptEngine* engine, const char* declaration,
+                             as::asUINT size = 0);
+
+}  // namespace uxscript
