@@ -3,6 +3,7 @@
 #include <array>
 #include <limits>
 
+#include "show.h"
 #include "support/command.h"
 #include "support/input.h"
 #include "support/output.h"
@@ -165,4 +166,9 @@ const Command kShow{
     }};
 
 }  // namespace
+
+void show_tree(Output& out, const UXXmlWrapperBase& top) {
+    show_tree(out, ShowOptions(), top, false);
+}
+
 }  // namespace uxtool

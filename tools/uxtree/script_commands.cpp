@@ -1,0 +1,401 @@
+// uxtree/script: running scripts, and a dialogue in their language.
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#define AS_USE_NAMESPACE
+#include <angelscript.h>
+#include <editline/readline.h>
+
+#include "uxtree/script.h"
+
+#include "show.h"
+#include "support/command.h"
+#include "support/file.h"
+#include "support/output.h"
+
+namespace uxtool {
+namespace {
+
+struct LimitOptions {
+    double seconds = 60;
+    int depth = 1000;
+    unsigned long long megabytes = 2048;
+};
+
+void add_limits(CLI::App& app, LimitOptions& limits) {
+    app.add_option("--time", limits.seconds, "Stop after this many seconds; 0: never")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0.0, 1e8))
+        ->capture_default_str();
+    app.add_option("--depth", limits.depth, "Calls inside each other, at most")
+        ->type_name("N")
+        ->check(CLI::Range(1, 100000))
+        ->capture_default_str();
+    app.add_option("--memory", limits.megabytes, "Memory of the whole process; 0: as there is")
+        ->type_name("MB")
+        ->check(CLI::Range(0, 100000000))
+        ->capture_default_str();
+}
+
+// --- what is printed -------------------------------------------------------------------------------
+
+// Prints are collected in a place that a signal handler can still write out.
+char waiting[8192];
+volatile std::size_t waitingSize = 0;
+bool nobodyReads = false;
+
+void flush_prints() {
+    const bool written = write_fully(STDOUT_FILENO, {waiting, waitingSize});
+    waitingSize = 0;
+    if (!written) {
+        nobodyReads = errno == EPIPE;
+        throw std::runtime_error("cannot write to standard output: " + system_error());
+    }
+}
+
+void print(std::string_view text) {
+    if (waitingSize + text.size() > sizeof waiting) flush_prints();
+    if (text.size() > sizeof waiting) {
+        if (write_fully(STDOUT_FILENO, text)) return;
+        nobodyReads = errno == EPIPE;
+        throw std::runtime_error("cannot write to standard output: " + system_error());
+    }
+    std::memcpy(waiting + waitingSize, text.data(), text.size());
+    waitingSize = waitingSize + text.size();
+}
+
+// --- limits ----------------------------------------------------------------------------------------
+
+void write_error(std::string_view text) {
+    [[maybe_unused]] const bool written = write_fully(STDERR_FILENO, text);
+}
+
+// Ends the process as far as that is safe from anywhere.
+[[noreturn]] void end_at_limit(std::string_view why) {
+    [[maybe_unused]] const bool written = write_fully(STDOUT_FILENO, {waiting, waitingSize});
+    write_error(why);
+    UXRemoveUnfinishedFiles();
+    remove_temporaries();
+    ::_exit(kRefused);
+}
+
+// A call of the script that does not come back: between statements the engine stops in time itself.
+void at_alarm(int) {
+    end_at_limit("error: stopped within a call that takes longer than --time allows\n");
+}
+
+void start_alarm(double seconds) {
+    if (seconds <= 0) return;
+    struct sigaction action {};
+    action.sa_handler = at_alarm;
+    ::sigaction(SIGALRM, &action, nullptr);
+    itimerval timer{};
+    const double late = seconds + 1 + seconds / 10;
+    timer.it_value.tv_sec = static_cast<time_t>(late);
+    timer.it_value.tv_usec = static_cast<suseconds_t>((late - std::floor(late)) * 1e6);
+    ::setitimer(ITIMER_REAL, &timer, nullptr);
+}
+void stop_alarm() {
+    const itimerval none{};
+    ::setitimer(ITIMER_REAL, &none, nullptr);
+}
+
+// The language does not survive a refusal of the small pieces that it works with; a large one is an
+// array of the script, which becomes an exception.
+void* allocate(std::size_t size) {
+    void* const piece = std::malloc(size);
+    if (piece == nullptr && size < 1 << 20) {
+        end_at_limit("error: out of memory; --memory MB allows more\n");
+    }
+    return piece;
+}
+
+void limit_memory(unsigned long long megabytes) {
+    AngelScript::asSetGlobalMemoryFunctions(allocate, std::free);
+#if !defined(__SANITIZE_ADDRESS__)  // which reserves more than any limit
+    if (megabytes == 0) return;
+    const rlim_t bytes = static_cast<rlim_t>(megabytes) << 20;
+    rlimit limit{};
+    if (::getrlimit(RLIMIT_AS, &limit) != 0) return;
+    limit.rlim_cur = std::min(bytes, limit.rlim_max);
+    if (::setrlimit(RLIMIT_AS, &limit) != 0) {
+        throw Failure(kRefused, "cannot limit the memory: " + system_error());
+    }
+#else
+    (void)megabytes;
+#endif
+}
+
+UXScriptLimits limits_of(const LimitOptions& options) {
+    return {options.seconds, options.depth};
+}
+
+UXScriptEngine make_engine() {
+    UXScriptOptions options;
+    options.print = print;
+    options.extend = UXRegisterScriptKit;
+    UXScriptEngine engine(options);
+    if (!engine.ready()) throw Failure(kRefused, "no script engine: " + engine.problem());
+    return engine;
+}
+
+ExitCode code_of(UXScriptOutcome outcome) {
+    switch (outcome) {
+        case UXScriptOutcome::kDone:
+            return kSuccess;
+        case UXScriptOutcome::kNotCompiled:
+        case UXScriptOutcome::kNoFunction:
+            return kUsage;
+        default:
+            return kRefused;
+    }
+}
+
+void tell_problem(const UXScriptEngine& engine, UXScriptOutcome outcome) {
+    write_error(engine.problem());
+    if (outcome == UXScriptOutcome::kTimeOut) write_error("hint: --time SECONDS allows more\n");
+    if (outcome == UXScriptOutcome::kNoMemory) write_error("hint: --memory MB allows more\n");
+}
+
+// --- run -------------------------------------------------------------------------------------------
+
+struct RunOptions {
+    std::vector<std::string> words;  // the file and the arguments
+    std::string code;
+    LimitOptions limits;
+};
+
+std::string standard_input() {
+    return {std::istreambuf_iterator<char>(std::cin), {}};
+}
+
+void require_readable(const std::string& path) {
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error)) {
+        throw Failure(kUnreadable, path, "is a folder");
+    }
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!file.is_open()) throw Failure(kUnreadable, path, system_error());
+}
+
+// Compiles what was asked for and yields the arguments that are left.
+std::vector<std::string> compile(const RunOptions& options, UXScriptEngine& engine) {
+    std::vector<std::string> words = options.words;
+    bool compiled = false;
+    if (!options.code.empty()) {
+        compiled = engine.compile("-e", "void main(array<string>@ args) {" + options.code + "\n}");
+    } else if (words.empty()) {
+        throw Failure(kUsage, "uxtree", "no script is named", "uxtree run --help");
+    } else {
+        const std::string file = words.front();
+        words.erase(words.begin());
+        if (file == "-") {
+            compiled = engine.compile("stdin", standard_input());
+        } else {
+            require_readable(file);
+            compiled = engine.compile_file(file);
+        }
+    }
+    write_error(engine.problem());  // warnings too
+    if (!compiled) throw Failure(kUsage, "the script was not compiled");
+    return words;
+}
+
+int run_script(const RunOptions& options) {
+    limit_memory(options.limits.megabytes);
+    UXScriptEngine engine = make_engine();
+    const std::vector<std::string> arguments = compile(options, engine);
+    start_alarm(options.limits.seconds);
+    int result = 0;
+    const UXScriptOutcome outcome = engine.run_main(arguments, result, limits_of(options.limits));
+    stop_alarm();
+    if (!nobodyReads) flush_prints();
+    if (nobodyReads) throw ClosedPipe();
+    if (outcome != UXScriptOutcome::kDone) {
+        tell_problem(engine, outcome);
+        return code_of(outcome);
+    }
+    if (result < 0 || result > 255) {
+        throw Failure(kRefused, "main() yields " + std::to_string(result) +
+                                    ", which is no exit code from 0 to 255");
+    }
+    return result;
+}
+
+const Command kRun{
+    "run", "Run a script",
+    "uxtree run rename.as *.xml\n"
+    "uxtree run -e 'Tree t; t.load(args[0]); print(t.count);' tree.xml\n"
+    "uxtree run --time 5 - < script.as      # from standard input",
+    [](CLI::App& app) {
+        auto options = std::make_shared<RunOptions>();
+        app.add_option("FILE", options->words,
+                       "The script, - for standard input, and what its main(array<string>@) "
+                       "receives; -- in front of arguments that begin with -");
+        app.add_option("-e,--code", options->code, "Run this code instead of a file; it sees args")
+            ->type_name("CODE");
+        add_limits(app, options->limits);
+        return [options] { return run_script(*options); };
+    }};
+
+// --- dialogue --------------------------------------------------------------------------------------
+
+UXScriptEngine* completing = nullptr;  // the engine whose names the line editor offers
+
+char* next_name(const char* text, int state) {
+    static std::vector<std::string> names;
+    static std::size_t next = 0;
+    if (state == 0) {
+        names = completing->names(text);
+        next = 0;
+    }
+    return next < names.size() ? ::strdup(names[next++].c_str()) : nullptr;
+}
+char** complete(const char* text, int, int) {
+    return rl_completion_matches(text, next_name);
+}
+
+// Lines of a terminal with history and completion, or of a pipe.
+class Lines {
+public:
+    explicit Lines(UXScriptEngine& engine) : terminal_(::isatty(STDIN_FILENO) == 1) {
+        if (!terminal_) return;
+        completing = &engine;
+        static char name[] = "uxtree";
+        static char breaks[] = " \t\n\"'()[]{}<>=+-*/%&|!?:;,@";
+        rl_readline_name = name;
+        rl_completer_word_break_characters = breaks;
+        rl_attempted_completion_function = complete;
+        rl_completion_append_character = 0;
+        using_history();
+        find_history();
+        if (!history_.empty()) read_history(history_.c_str());
+    }
+    Lines(const Lines&) = delete;
+    Lines& operator=(const Lines&) = delete;
+    ~Lines() {
+        if (terminal_ && !history_.empty()) write_history(history_.c_str());
+    }
+
+    bool is_terminal() const { return terminal_; }
+    bool next(const char* prompt, std::string& line) {
+        if (!terminal_) return static_cast<bool>(std::getline(std::cin, line));
+        char* const read = ::readline(prompt);
+        if (read == nullptr) return false;
+        line = read;
+        std::free(read);
+        return true;
+    }
+    void remember(const std::string& line) const {
+        if (terminal_ && !line.empty()) add_history(line.c_str());
+    }
+
+private:
+    void find_history() {
+        const char* state = std::getenv("XDG_STATE_HOME");
+        const char* home = std::getenv("HOME");
+        std::filesystem::path folder;
+        if (state != nullptr && *state != '\0') {
+            folder = state;
+        } else if (home != nullptr && *home != '\0') {
+            folder = std::filesystem::path(home) / ".local" / "state";
+        } else {
+            return;
+        }
+        std::error_code error;
+        std::filesystem::create_directories(folder / "uxtree", error);
+        if (!error) history_ = (folder / "uxtree" / "history").string();
+    }
+
+    bool terminal_;
+    std::string history_;
+};
+
+// Brackets that are still open; texts and comments do not count.
+int open_brackets(const std::string& code) {
+    int open = 0;
+    char quote = '\0';
+    for (std::size_t i = 0; i < code.size(); ++i) {
+        const char c = code[i];
+        if (quote != '\0') {
+            if (c == '\\') ++i;
+            if (c == quote || c == '\n') quote = '\0';
+        } else if (c == '"' || c == '\'') {
+            quote = c;
+        } else if (code.compare(i, 2, "//") == 0) {
+            i = std::min(code.find('\n', i), code.size() - 1);
+        } else if (std::strchr("([{", c) != nullptr) {
+            ++open;
+        } else if (std::strchr(")]}", c) != nullptr) {
+            --open;
+        }
+    }
+    return open;
+}
+
+const char* const kHelp =
+    "An expression prints its value, a declaration stays, a statement is run.\n"
+    "  Tree t; t.load(\"tree.xml\")\n"
+    "  t[\"Input/Range1\"]           shows that branch\n"
+    "  t.select(\"//c\")             all elements c\n"
+    "Tab completes names. quit, or the end of the input, ends the dialogue.\n";
+
+int run_dialogue(const LimitOptions& options) {
+    limit_memory(options.megabytes);
+    UXScriptEngine engine = make_engine();
+    Lines lines(engine);
+    const auto show = [](const UXXmlWrapperBase& node) {
+        flush_prints();
+        Output out("");
+        show_tree(out, node);
+        out.finish();
+    };
+    if (lines.is_terminal()) print("uxtree " UXTREE_VERSION ": help, quit\n");
+    int code = kSuccess;
+    std::string line;
+    while (flush_prints(), lines.next("> ", line)) {
+        std::string more;
+        while (open_brackets(line) > 0 && lines.next("... ", more)) line += "\n" + more;
+        lines.remember(line);
+        if (line == "quit" || line == "exit") break;
+        if (line == "help") {
+            print(kHelp);
+            continue;
+        }
+        start_alarm(options.seconds);
+        const UXScriptOutcome outcome = engine.run_line(line, limits_of(options), show);
+        stop_alarm();
+        if (nobodyReads) throw ClosedPipe();
+        flush_prints();
+        tell_problem(engine, outcome);
+        if (outcome != UXScriptOutcome::kDone) code = code_of(outcome);
+    }
+    // People have seen what failed; a program behind a pipe has only the code.
+    return lines.is_terminal() ? kSuccess : code;
+}
+
+const Command kRepl{
+    "repl", "Try out the script language line by line",
+    "uxtree repl\n"
+    "echo '1 + 2' | uxtree repl   # lines from elsewhere; the code tells of failures",
+    [](CLI::App& app) {
+        auto options = std::make_shared<LimitOptions>();
+        add_limits(app, *options);
+        return [options] { return run_dialogue(*options); };
+    }};
+
+}  // namespace
+}  // namespace uxtool
