@@ -52,6 +52,7 @@ set(CPACK_COMPONENT_SCRIPT_DEPENDS runtime)
 set(CPACK_DEBIAN_SCRIPT_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/package_docs/triggers)
 if(UXTREE_BUILD_SCRIPT)
   list(APPEND CPACK_COMPONENT_TOOL_DEPENDS script)
+  list(APPEND CPACK_COMPONENT_DEV_DEPENDS script)
 endif()
 
 # What Debian expects beside the files: the licence and the changes, for each package.
