@@ -13,6 +13,7 @@
 #include "base/input_file.h"
 #include "host/document.h"
 #include "host/event_reader.h"
+#include "host/format_source.h"
 #include "host/layout_writer.h"
 #include "host/loader.h"
 #include "host/node_detail.h"
@@ -95,6 +96,12 @@ bool read_rest(const ByteSource& source, const std::string& bytes) {
     return got == 0;
 }
 
+ux::xml::FileEncoding default_encoding() {
+    const char* const codePage = ux::xml::code_page_encoding(uxhost::default_code_page());
+    return ux::xml::encoding_by_name(codePage == nullptr ? "UTF-8" : codePage)
+        .value_or(ux::xml::FileEncoding::kUtf8);
+}
+
 int load_for_editing(UXXmlWrapperBase& node, const ByteSource& source, std::uint64_t totalBytes) {
     const auto kept = std::make_shared<uxhost::LayoutSource>();
     kept->bytes.reserve(static_cast<std::size_t>(totalBytes));
@@ -107,9 +114,7 @@ int load_for_editing(UXXmlWrapperBase& node, const ByteSource& source, std::uint
         lastLoadFailure.message = "cannot be read";
         return 0;
     }
-    const char* const codePage = ux::xml::code_page_encoding(uxhost::default_code_page());
-    kept->codePage = ux::xml::encoding_by_name(codePage == nullptr ? "UTF-8" : codePage)
-                         .value_or(ux::xml::FileEncoding::kUtf8);
+    kept->codePage = default_encoding();
     (*document)->keep_source(kept);
     return uxhost::bind(node, document->document, (*document)->root());
 }
@@ -141,6 +146,31 @@ int loading_file(const char* path, Body&& body) noexcept {
         }
         return body(file);
     });
+}
+
+class NoEvents : public UXXmlEvents {
+public:
+    void Restart() override {}
+    void Start(std::string_view /*name*/, const UXXmlAttribute* /*attributes*/,
+               std::size_t /*count*/) override {}
+    void End() override {}
+};
+
+int format_bytes(std::string_view bytes, const UXFormatOptions& options, CStringUTF8& out) {
+    std::size_t position = 0;
+    NoEvents nobody;
+    if (read_events(nobody, memory_source(bytes, position), bytes.size()) == 0) return 0;
+    const char* const indent = options.indent == nullptr ? "" : options.indent;
+    std::string formatted;
+    try {
+        uxhost::format_source({std::string(bytes), default_encoding()}, {indent, options.compact},
+                              formatted);
+    } catch (const ux::xml::Unkept& unkept) {
+        lastLoadFailure.message = unkept.what();
+        return 0;
+    }
+    out.Assign(formatted.data(), formatted.size());
+    return 1;
 }
 
 // Runs a save of a node; an exception that tells no reason is shortage of memory.
@@ -217,6 +247,14 @@ int UXReadXmlFromMemory(const char* bytes, std::size_t length, UXXmlEvents* even
         std::size_t position = 0;
         const std::string_view input(bytes, bytes == nullptr ? 0 : length);
         return read_events(*events, memory_source(input, position), input.size());
+    });
+}
+
+int UXFormatXml(const char* bytes, std::size_t length, const UXFormatOptions& options,
+                CStringUTF8* out) {
+    return loading("(memory)", [&] {
+        if (out == nullptr) return 0;
+        return format_bytes(std::string_view(bytes, bytes == nullptr ? 0 : length), options, *out);
     });
 }
 

@@ -43,21 +43,21 @@ Cell text_cell(const std::string& text) {
 Cell known(double value) {
     return value < 0 ? Cell() : Cell(value);
 }
-Cell number(std::size_t value) {
+Cell count_cell(std::size_t value) {
     return static_cast<long long>(value);
 }
 
 std::vector<Cell> row_of(const std::string& file, const uxkit::Spectrum& spectrum) {
     std::vector<Cell> row{file,
-                          number(spectrum.measurement),
-                          number(spectrum.place),
+                          count_cell(spectrum.measurement),
+                          count_cell(spectrum.place),
                           text_cell(spectrum.detector),
                           text_cell(spectrum.kind),
                           text_cell(spectrum.start),
                           known(spectrum.liveSeconds),
                           known(spectrum.realSeconds),
                           known(uxkit::dead_percent(spectrum)),
-                          number(spectrum.counts.size()),
+                          count_cell(spectrum.counts.size()),
                           uxkit::total(spectrum.counts),
                           known(uxkit::rate_of(spectrum)),
                           spectrum.grossCounts ? Cell(*spectrum.grossCounts) : Cell()};
@@ -77,7 +77,7 @@ std::vector<Cell> row_of(const std::string& file, const uxkit::Spectrum& spectru
 // Gross counts of a detector that has no spectrum in the measurement.
 std::vector<Cell> row_of(const std::string& file, const uxkit::GrossCount& count) {
     return {file,
-            count.measurement == 0 ? Cell() : number(count.measurement),
+            count.measurement == 0 ? Cell() : count_cell(count.measurement),
             Cell(),
             text_cell(count.detector),
             text_cell(count.kind),

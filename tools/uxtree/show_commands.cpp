@@ -2,10 +2,14 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <optional>
+
+#include "uxtree/host/embedded.h"
 
 #include "show.h"
 #include "support/command.h"
 #include "support/input.h"
+#include "support/json.h"
 #include "support/output.h"
 #include "support/selection.h"
 #include "support/text.h"
@@ -19,10 +23,13 @@ struct ShowOptions {
     std::string file;
     std::string output;
     std::string select;
+    std::string format = "tree";
     bool attributes = false;
     bool full = false;
     long long depth = std::numeric_limits<long long>::max();
 };
+
+// ---- as a person reads it ---------------------------------------------------------------------
 
 struct IdAttribute {
     const char* name;
@@ -123,26 +130,144 @@ void show_tree(Output& out, const ShowOptions& options, const UXXmlWrapperBase& 
         [](const auto&, std::size_t) {});
 }
 
+// ---- as JSON ----------------------------------------------------------------------------------
+
+// {"name":...,"attributes":{...},"text":...} for an element without children, and
+// {"name":...,"attributes":{...},"children":[...]} for one with: objects, and strings where text
+// stands among them. Only the outermost one has "file".
+class JsonShower {
+public:
+    JsonShower(Output& out, const std::string& file) : out_(out), file_(file) {}
+
+    void show(const UXXmlWrapperBase& top) {
+        walk(
+            top,
+            [&](const UXXmlWrapperBase& node, std::size_t level) {
+                enter(node, level);
+                return true;
+            },
+            [&](const UXXmlWrapperBase& node, std::size_t) { leave(node); });
+    }
+
+private:
+    // An element with children that is not yet at its end.
+    struct Open {
+        std::string text;
+        std::vector<UXTextRun> runs;
+        std::size_t run = 0;   // the next one
+        std::size_t used = 0;  // bytes of the text
+        int children = 0;
+        bool any = false;
+    };
+
+    void enter(const UXXmlWrapperBase& node, std::size_t level) {
+        if (level > 0) begin_child();
+        out_.write("{");
+        if (level == 0) out_.write("\"file\":" + json_string(input_name(file_)) + ",");
+        out_.write("\"name\":" + json_string(tag_of(node)) +
+                   ",\"attributes\":" + json_text(attributes_of(node)));
+        if (node.GetNodeCount() == 0) {
+            out_.write(",\"text\":" + json_string(value_of(node)) + "}");
+            return;
+        }
+        out_.write(",\"children\":[");
+        open_.push_back(opened(node));
+    }
+
+    void leave(const UXXmlWrapperBase& node) {
+        if (node.GetNodeCount() == 0) return;
+        write_texts();
+        open_.pop_back();
+        out_.write("]}");
+    }
+
+    void begin_child() {
+        write_texts();
+        Open& parent = open_.back();
+        separate(parent);
+        ++parent.children;
+    }
+
+    void separate(Open& parent) {
+        if (parent.any) out_.write(",");
+        parent.any = true;
+    }
+
+    // Those that stand before the next child.
+    void write_texts() {
+        Open& parent = open_.back();
+        for (; parent.run < parent.runs.size(); ++parent.run) {
+            const UXTextRun& run = parent.runs[parent.run];
+            if (run.childrenBefore > parent.children) return;
+            separate(parent);
+            out_.write(json_string(std::string_view(parent.text).substr(parent.used, run.length)));
+            parent.used += run.length;
+        }
+    }
+
+    Json attributes_of(const UXXmlWrapperBase& node) const {
+        Json attributes = Json::object();
+        for (const auto& [name, value] : all_attributes(node)) attributes[name] = value;
+        int id = 0;
+        if (node.GetID(id) != 0) attributes["_ux_id"] = std::to_string(id);
+        return attributes;
+    }
+
+    Open opened(const UXXmlWrapperBase& node) {
+        Open open;
+        open.text = value_of(node);
+        if (open.text.empty()) return open;
+        if (!order_) order_.emplace(node);
+        if (!order_->Runs(node, open.runs)) {
+            throw Failure(kRefused, input_name(file_),
+                          "it is not known where the text of " + place_of(node) +
+                              " stands among its children",
+                          "text of an entity beside children has no place of its own");
+        }
+        return open;
+    }
+
+    Output& out_;
+    const std::string& file_;
+    std::optional<UXTextOrder> order_;
+    std::vector<Open> open_;
+};
+
+// ---- show -------------------------------------------------------------------------------------
+
 // The element of each result, once.
-int show_selected(const ShowOptions& options, const UXXmlWrapperBase& root) {
+std::vector<UXXmlWrapperBase> selected_nodes(const ShowOptions& options,
+                                             const UXXmlWrapperBase& root) {
+    if (options.select.empty()) return {root};
     const Selection selection(options.select);
     const UXSelected selected = selection.run(root, options.file);
     if (selected.size() == 0) throw selection.nothing(root, options.file);
-    Output out(options.output);
-    UXXmlWrapperBase last;
+    std::vector<UXXmlWrapperBase> nodes;
     for (std::size_t i = 0; i < selected.size(); ++i) {
         UXXmlWrapperBase node = selected.node(i);
-        if (i == 0 || !(node == last)) show_tree(out, options, node, true);
-        last = std::move(node);
+        if (nodes.empty() || !(node == nodes.back())) nodes.push_back(std::move(node));
     }
-    return out.finish();
+    return nodes;
 }
 
 int run_show(const ShowOptions& options) {
-    const UXXmlWrapperBase root = open_tree(options.file);
-    if (!options.select.empty()) return show_selected(options, root);
+    const bool isJson = options.format == "json";
+    const UXXmlWrapperBase root =
+        isJson ? open_tree_for_editing(options.file) : open_tree(options.file);
     Output out(options.output);
-    show_tree(out, options, root, false);
+    const std::vector<UXXmlWrapperBase> nodes = selected_nodes(options, root);
+    if (!isJson) {
+        for (const UXXmlWrapperBase& node : nodes) {
+            show_tree(out, options, node, !options.select.empty());
+        }
+        return out.finish();
+    }
+    JsonList list(out);
+    for (const UXXmlWrapperBase& node : nodes) {
+        list.begin_entry();
+        JsonShower(out, options.file).show(node);
+    }
+    list.finish();
     return out.finish();
 }
 
@@ -150,11 +275,13 @@ const Command kShow{
     "show", "Show a tree with its tags, ids, labels and values",
     "uxtree show tree.xml\n"
     "uxtree show -a -d 2 tree.xml       # with all attributes, two levels deep\n"
+    "uxtree show -f json tree.xml       # everything, see docs/output.md\n"
     "uxtree show tree.xml --select \"//Range[@Show='1']\"\n"
     "zcat tree.xml.gz | uxtree show -   # from standard input",
     [](CLI::App& app) {
         auto options = std::make_shared<ShowOptions>();
         add_file(app, options->file);
+        add_format(app, options->format, {"tree", "json"});
         app.add_flag("-a,--attributes", options->attributes, "Show all other attributes as well");
         app.add_option("-d,--depth", options->depth, "Show this many levels below the root")
             ->type_name("N")

@@ -107,6 +107,25 @@ UXHOST_API int UXSaveAs(const UXXmlWrapperBase* node, const char* path,
 UXHOST_API int UXSaveToMemory(const UXXmlWrapperBase* node, CStringUTF8* out,
                               const UXSaveOptions& options, UXSaveReport* report);
 
+// --- other white space ---------------------------------------------------------------------------
+
+struct UXFormatOptions {
+    const char* indent = "  ";  // blanks or TABs of one level; null as ""
+    bool compact = false;       // no lines at all
+};
+
+// Lays out an XML file anew, without making a tree: in each element that has child elements and no
+// text, every child, comment and instruction gets a line of its own. Whatever could be a value stays
+// byte for byte: elements without children, mixed content, what xml:space="preserve" is said of; so
+// do comments, sections, references, quotes, the document type declaration, the encoding and the
+// kind of line ends. Start tags have one blank in front of each attribute. Loading the result yields
+// the same tree. Levels beyond the hundredth are indented like it.
+//
+// The bytes are checked as load checks them: 0 with the reason where that of load is, and out
+// untouched, when they are refused.
+UXHOST_API int UXFormatXml(const char* bytes, std::size_t length, const UXFormatOptions& options,
+                           CStringUTF8* out);
+
 // --- text among children --------------------------------------------------------------------------
 
 // A part of an element's text that no child interrupts.

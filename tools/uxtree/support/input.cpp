@@ -257,6 +257,10 @@ void throw_refused_file(const std::string& name, const std::string& path) {
     throw_load_failure(name, isSmall && is_regular(file) ? read_open_file(file, path) : "");
 }
 
+void throw_refused_text(const std::string& name, std::string_view content) {
+    throw_load_failure(name, content);
+}
+
 void warn_of_refused_file(const std::string& name, const std::string& consequence) {
     const UXFileError& failure = UXGetLastLoadFailure();
     warn(fmt::format("{}:{}:{}: {}; {}", name, failure.line, failure.column,

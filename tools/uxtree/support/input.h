@@ -38,6 +38,8 @@ void require_readable(const std::string& file);
 // Says why the last load of this thread failed, where it did; path is what the library read. Throws
 // Failure with kUnreadable.
 [[noreturn]] void throw_refused_file(const std::string& name, const std::string& path);
+// The same for content that was read before.
+[[noreturn]] void throw_refused_text(const std::string& name, std::string_view content);
 // The same as a warning; consequence is what that means for the result.
 void warn_of_refused_file(const std::string& name, const std::string& consequence);
 

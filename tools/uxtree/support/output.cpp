@@ -165,6 +165,16 @@ void save_tree(const UXXmlWrapperBase& root, const std::string& output) {
     }
 }
 
+bool print_text_difference(std::string_view before, std::string_view after,
+                           const std::string& name) {
+    Output out("");
+    const std::string difference = unified_diff(before, after, name, name);
+    if (difference.empty()) note("nothing would change");
+    write_difference(out, difference);
+    out.finish();
+    return !difference.empty();
+}
+
 void tell_unkept(const std::string& name) {
     const CStringUTF8 unkept = UXGetUnkeptProperties();
     if (!unkept.IsEmpty()) note(name + ": not kept: " + to_string(unkept));
@@ -275,13 +285,7 @@ bool EditTarget::print_difference(const UXXmlWrapperBase& root,
     CStringUTF8 before;
     UXGetSourceBytes(&root, &before);
     const std::string name = input_name(inputFile);
-    Output out("");
-    const std::string difference =
-        unified_diff(to_string(before), to_string(content_of(root, name)), name, name);
-    if (difference.empty()) note("nothing would change");
-    write_difference(out, difference);
-    out.finish();
-    return !difference.empty();
+    return print_text_difference(to_string(before), to_string(content_of(root, name)), name);
 }
 
 std::vector<std::string> with_backup_option(std::vector<std::string> arguments) {

@@ -64,6 +64,11 @@ private:
 // Notes what the file that was replaced last had, and the new one could not get.
 void tell_unkept(const std::string& name);
 
+// Prints on standard output in which lines two states of a file differ, as diff -u does, or notes that
+// they do not; yields whether they do.
+bool print_text_difference(std::string_view before, std::string_view after,
+                           const std::string& name);
+
 // Writes a tree to the file of -o, at once, or to standard output.
 void save_tree(const UXXmlWrapperBase& root, const std::string& output);
 

@@ -1,0 +1,206 @@
+// uxtree format, check: what every XML file is asked for.
+#include <algorithm>
+#include <charconv>
+#include <optional>
+
+#include "uxtree/host/embedded.h"
+
+#include "support/command.h"
+#include "support/input.h"
+#include "support/json.h"
+#include "support/output.h"
+#include "support/replace_files.h"
+#include "support/table.h"
+#include "support/text.h"
+#include "support/tree.h"
+#include "support/work_ahead.h"
+
+namespace uxtool {
+namespace {
+
+// ---- format -----------------------------------------------------------------------------------
+
+struct FormatOptions {
+    std::vector<std::string> files;
+    std::string output;
+    std::string indent = "2";
+    bool compact = false;
+    bool inPlace = false;
+    bool dryRun = false;
+    std::string backupSuffix;
+    unsigned jobs = 1;
+};
+
+struct Formatted {
+    std::string file;
+    std::string before;
+    CStringUTF8 after;
+};
+
+constexpr int kMostBlanks = 16;
+
+// "" when the text is neither "tab" nor a number of blanks.
+std::optional<std::string> indent_of(const std::string& text) {
+    if (text == "tab") return "\t";
+    int blanks = -1;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), blanks);
+    const bool isNumber = error == std::errc() && end == text.data() + text.size();
+    if (!isNumber || blanks < 0 || blanks > kMostBlanks) return std::nullopt;
+    return std::string(static_cast<std::size_t>(blanks), ' ');
+}
+
+Formatted formatted(const std::string& file, const FormatOptions& options) {
+    Formatted result{file, read_all(file), {}};
+    const std::string indent = indent_of(options.indent).value_or("");
+    const UXFormatOptions style{indent.c_str(), options.compact};
+    if (UXFormatXml(result.before.data(), result.before.size(), style, &result.after) == 0) {
+        throw_refused_text(input_name(file), result.before);
+    }
+    return result;
+}
+
+ExitCode write_formatted(const Formatted& result, const FormatOptions& options) {
+    const std::string after = to_string(result.after);
+    const std::string name = input_name(result.file);
+    if (options.dryRun) {
+        print_text_difference(result.before, after, name);
+    } else if (options.inPlace) {
+        if (after == result.before) return kSuccess;
+        ReplacedFiles files(options.backupSuffix);
+        files.add(result.file, after);
+        files.commit();
+    } else {
+        Output out(options.output);
+        out.write(after);
+        out.finish();
+    }
+    return kSuccess;
+}
+
+int run_format(const FormatOptions& options) {
+    const bool several = options.files.size() > 1;
+    if (several && !options.inPlace && !options.dryRun) {
+        throw Failure(kUsage, "uxtree", "several files are formatted in place",
+                      "-i writes them, -n prints what would change");
+    }
+    const bool hasInput =
+        std::find(options.files.begin(), options.files.end(), "-") != options.files.end();
+    if (options.inPlace && hasInput) {
+        throw Failure(kUsage, "-i", "standard input cannot be edited in place", "use -o FILE");
+    }
+    return for_each_in_order(
+        options.files, options.jobs,
+        [&](const std::string& file) { return formatted(file, options); },
+        [&](const Formatted& result) { return write_formatted(result, options); });
+}
+
+const Command kFormat{
+    "format", "Lay out XML files anew, keeping comments and values",
+    "uxtree format messy.xml\n"
+    "uxtree format messy.xml --indent tab -o neat.xml\n"
+    "uxtree format *.xml -i              # in place; what is neat is not written\n"
+    "uxtree format --compact big.xml     # no lines at all",
+    [](CLI::App& app) {
+        auto options = std::make_shared<FormatOptions>();
+        add_files(app, options->files);
+        CLI::Option* compact =
+            app.add_flag("--compact", options->compact, "No white space between elements");
+        app.add_option("--indent", options->indent, "Blanks a level, 0 to 16, or tab (2)")
+            ->type_name("N|tab")
+            ->excludes(compact)
+            ->check([](const std::string& text) {
+                return indent_of(text) ? std::string() : "a number up to 16, or tab";
+            });
+        CLI::Option* output = add_output(app, options->output);
+        CLI::Option* inPlace =
+            app.add_flag("-i,--in-place", options->inPlace,
+                         "Write back into the files; -i.bak keeps the old ones as FILE.bak")
+                ->excludes(output);
+        app.add_option("--backup", options->backupSuffix,
+                       "With -i: the suffix under which the old file stays")
+            ->type_name("SUFFIX")
+            ->needs(inPlace);
+        app.add_flag("-n,--dry-run", options->dryRun,
+                     "Print what would change, and change nothing");
+        add_jobs(app, options->jobs);
+        return [options] { return run_format(*options); };
+    }};
+
+// ---- check ------------------------------------------------------------------------------------
+
+struct CheckOptions {
+    std::vector<std::string> files;
+    std::string format = "text";
+    std::string output;
+    bool quiet = false;
+    unsigned jobs = 1;
+};
+
+class Silent : public UXXmlEvents {
+public:
+    void Restart() override {}
+    void Start(std::string_view /*name*/, const UXXmlAttribute* /*attributes*/,
+               std::size_t /*count*/) override {}
+    void End() override {}
+};
+
+struct Checked {
+    std::string name;
+    UXFileError error;  // no message when the file is well-formed
+    std::optional<Failure> failure;
+};
+
+Checked check(const std::string& file) {
+    Checked result{input_name(file), {}, std::nullopt};
+    try {
+        const NamedInput input(file);
+        const Progress progress("checking " + result.name);
+        Silent nobody;
+        if (UXReadXml(input.path().c_str(), &nobody) != 0) return result;
+        result.error = UXGetLastLoadFailure();
+        throw_refused_file(result.name, input.path());
+    } catch (const Failure& failure) {
+        result.failure = failure;
+    }
+    return result;
+}
+
+int run_check(const CheckOptions& options) {
+    Output out(options.output);
+    Table table({"file", "line", "column", "error"});
+    const auto take = [&](const Checked& result) {
+        const UXFileError& error = result.error;
+        const bool isPlaced = error.line > 0;
+        if (!result.failure) {
+            table.add({result.name});
+            if (options.format == "text" && !options.quiet) {
+                out.write(visible(result.name) + ": well-formed\n");
+            }
+            return kSuccess;
+        }
+        table.add({result.name, isPlaced ? Cell(error.line) : Cell(),
+                   isPlaced ? Cell(error.column) : Cell(), Cell(result.failure->what())});
+        throw Failure(*result.failure);
+    };
+    const int code = for_each_in_order(options.files, options.jobs, check, take);
+    if (options.format != "text") write_table(out, table, options.format);
+    return out.finish(code);
+}
+
+const Command kCheck{
+    "check", "Say whether XML files are well-formed, or where not",
+    "uxtree check a.xml b.xml\n"
+    "uxtree check -q *.xml        # says nothing of files that are\n"
+    "uxtree check -f json *.xml   # one object per file; error is null when it is well-formed",
+    [](CLI::App& app) {
+        auto options = std::make_shared<CheckOptions>();
+        add_files(app, options->files);
+        add_format(app, options->format, table_formats());
+        app.add_flag("-q,--quiet", options->quiet, "Print nothing about well-formed files");
+        add_jobs(app, options->jobs);
+        add_output(app, options->output);
+        return [options] { return run_check(*options); };
+    }};
+
+}  // namespace
+}  // namespace uxtool
