@@ -32,8 +32,8 @@ stands_alone() {
 
 # The files that a build made, without objects and what CMake itself tries out.
 made_files() {
-    find "$1" -name CMakeFiles -prune -o -name _deps -prune -o -type f -print |
-        xargs file | grep -E ': +ELF|current ar archive' | cut -d: -f1 | xargs -n1 basename | sort
+    find "$1" -name CMakeFiles -prune -o -name _deps -prune -o -type f -print0 | xargs -0 file |
+        grep -E ': +ELF|current ar archive' | cut -d: -f1 | xargs -n1 basename | sort
 }
 
 say "Static libraries"
