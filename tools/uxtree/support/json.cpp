@@ -16,6 +16,22 @@ void JsonList::begin_entry() {
     empty_ = false;
 }
 
+std::string script_string(std::string_view text) {
+    const std::string quoted = json_string(text);
+    std::string out;
+    out.reserve(quoted.size());
+    for (std::size_t i = 0; i < quoted.size(); ++i) {
+        const char next = i + 1 < quoted.size() ? quoted[i + 1] : '\0';
+        if (quoted[i] == '<' && next == '!') {
+            out += "\\u003c";
+        } else {
+            out += quoted[i];
+            if (quoted[i] == '<' && next == '/') out += '\\';
+        }
+    }
+    return out;
+}
+
 void JsonList::add(const Json& entry) {
     begin_entry();
     out_.write(json_text(entry));

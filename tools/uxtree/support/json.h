@@ -16,6 +16,8 @@ using Json = nlohmann::ordered_json;  // keeps the order of keys
 std::string json_text(const Json& value);
 // A quoted string.
 std::string json_string(std::string_view text);
+// The same for a script element: nothing in it ends the element or opens a comment.
+std::string script_string(std::string_view text);
 
 // Writes a list entry by entry, so that nothing piles up in memory.
 class JsonList {

@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "support/output.h"
@@ -38,6 +39,9 @@ void write_plot_svg(Output& out, const Plot& plot);
 // A page that needs nothing but itself: zoom, values under the pointer, both scales, counts or
 // rates, energies or channels, sums of curves and of regions.
 void write_plot_html(Output& out, const Plot& plot);
+// The same in parts: the page, with {{title}} and {{data}} in it, and what stands for {{data}}.
+extern const std::string_view kPlotPage;  // pages/plot.html
+void write_plot_data(Output& out, const Plot& plot);
 
 // Round positions of at most about count ticks between low and high.
 std::vector<double> round_ticks(double low, double high, int count);

@@ -6,9 +6,6 @@
 #include "support/plot.h"
 
 namespace uxtool {
-
-extern const std::string_view kPlotPage;  // pages/plot.html
-
 namespace {
 
 void write_numbers(Output& out, const std::vector<double>& values, bool exact) {
@@ -25,25 +22,9 @@ void write_numbers(Output& out, const std::vector<double>& values, bool exact) {
     out.write("]");
 }
 
-// A quoted string that may stand in a script element: nothing in it ends the element or opens a
-// comment.
-std::string script_string(const std::string& text) {
-    const std::string quoted = json_string(text);
-    std::string out;
-    out.reserve(quoted.size());
-    for (std::size_t i = 0; i < quoted.size(); ++i) {
-        const char next = i + 1 < quoted.size() ? quoted[i + 1] : '\0';
-        if (quoted[i] == '<' && next == '!') {
-            out += "\\u003c";
-        } else {
-            out += quoted[i];
-            if (quoted[i] == '<' && next == '/') out += '\\';
-        }
-    }
-    return out;
-}
+}  // namespace
 
-void write_data(Output& out, const Plot& plot) {
+void write_plot_data(Output& out, const Plot& plot) {
     std::map<const std::vector<double>*, std::size_t> axes;
     std::vector<const std::vector<double>*> inOrder;
     for (const PlotCurve& curve : plot.curves) {
@@ -73,8 +54,6 @@ void write_data(Output& out, const Plot& plot) {
     out.write("]}");
 }
 
-}  // namespace
-
 // The page has one place for its title and one for the data.
 void write_plot_html(Output& out, const Plot& plot) {
     constexpr std::string_view kTitle = "{{title}}";
@@ -84,7 +63,7 @@ void write_plot_html(Output& out, const Plot& plot) {
     out.write(kPlotPage.substr(0, title));
     out.write(markup(plot.title));
     out.write(kPlotPage.substr(title + kTitle.size(), data - title - kTitle.size()));
-    write_data(out, plot);
+    write_plot_data(out, plot);
     out.write(kPlotPage.substr(data + kData.size()));
 }
 
