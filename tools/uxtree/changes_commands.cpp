@@ -11,6 +11,7 @@
 #include "support/text.h"
 #include "support/tree.h"
 #include "support/values.h"
+#include "support/xml_changes.h"
 
 namespace uxtool {
 namespace {
@@ -19,6 +20,8 @@ struct ChangesOptions {
     std::string tree;
     std::string old;
     std::string format = "text";
+    std::string by;  // "": id when both trees have identifiers, else key
+    std::vector<std::string> keys;
     bool mark = false;
     bool strip = false;
     EditTarget target;
@@ -107,6 +110,28 @@ int strip(UXXmlWrapperBase& tree, UXXmlWrapperBase& old, const ChangesOptions& o
     return removed;
 }
 
+bool has_identifiers(const UXXmlWrapperBase& root) {
+    bool found = false;
+    walk(
+        root,
+        [&](const UXXmlWrapperBase& node, std::size_t) {
+            found = found || node.HasProperty("DataID", 0) != 0;
+            return !found;
+        },
+        [](const UXXmlWrapperBase&, std::size_t) {});
+    return found;
+}
+
+Table table_by(const UXXmlWrapperBase& tree, const UXXmlWrapperBase& old,
+               const ChangesOptions& options) {
+    const bool chosen = !options.by.empty() || !options.keys.empty();
+    const bool byId = chosen ? options.by == "id" : has_identifiers(tree) && has_identifiers(old);
+    if (byId) return differences(tree, old, options);
+    if (options.by == "position") return changes_of(old, tree, {});
+    static const std::vector<std::string> kKeys{"xml:id", "id", "name", "key"};
+    return changes_of(old, tree, options.keys.empty() ? kKeys : options.keys);
+}
+
 int run_changes(const ChangesOptions& options) {
     UXXmlWrapperBase tree = options.target.open(options.tree);
     UXXmlWrapperBase old = open_tree(options.old);
@@ -116,15 +141,17 @@ int run_changes(const ChangesOptions& options) {
         note(counted(count, "node") + (options.mark ? " marked" : " removed"));
         return kSuccess;
     }
-    const Table table = differences(tree, old, options);
+    const Table table = table_by(tree, old, options);
     Output out("");
     if (!table.rows.empty() || options.format != "text") write_table(out, table, options.format);
     return out.finish(table.rows.empty() ? kNothingFound : kSuccess);
 }
 
 const Command kChanges{
-    "changes", "List what changed in a tree against an older one",
-    "uxtree changes dialog.xml --against dialog.xml.bak\n"
+    "changes", "List what changed in an XML file against an older one",
+    "uxtree changes dialog.xml --against dialog.xml.bak       # by DataID, where both have some\n"
+    "uxtree changes books.xml --against old.xml --key isbn    # any XML, by an attribute\n"
+    "uxtree changes books.xml --against old.xml --by position\n"
     "uxtree changes dialog.xml --against old.xml --mark -o marked.xml   # as \"OldValue\"\n"
     "uxtree changes dialog.xml --against old.xml --strip -o changed.xml   # changed nodes only",
     [](CLI::App& app) {
@@ -133,11 +160,23 @@ const Command kChanges{
         app.add_option("--against", options->old, "The tree as it was")
             ->type_name("OLD")
             ->required();
+        CLI::Option* by =
+            app.add_option("--by", options->by,
+                           "By what nodes correspond: values of one DataID, or any elements with "
+                           "the same key attribute, or at the same position (id when both files "
+                           "have DataIDs, else key)")
+                ->check(CLI::IsMember({"id", "key", "position"}));
+        app.add_option("--key", options->keys,
+                       "By key: this attribute, or several in turn (xml:id, id, name, key)")
+            ->type_name("NAME")
+            ->allow_extra_args(false);
         add_format(app, options->format, table_formats());
         CLI::Option* mark =
             app.add_flag("--mark", options->mark, "Write the tree with its changed nodes marked");
-        app.add_flag("--strip", options->strip, "Write the tree without its unchanged nodes")
-            ->excludes(mark);
+        CLI::Option* strip =
+            app.add_flag("--strip", options->strip, "Write the tree without its unchanged nodes")
+                ->excludes(mark);
+        by->excludes(mark)->excludes(strip);
         options->target.add_options(app);
         return [options] { return run_changes(*options); };
     }};

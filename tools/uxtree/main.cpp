@@ -41,7 +41,7 @@ std::string general_help() {
     text +=
         "\nOptions:\n"
         "  -h, --help      this help; uxtree COMMAND --help explains a command\n"
-        "  --version       the version\n"
+        "  -V, --version   the version\n"
         "  --color WHEN    colour the output: auto, always or never\n"
         "\nExamples:\n"
         "  uxtree show tree.xml                        what a tree holds\n"
@@ -168,7 +168,7 @@ std::optional<int> take_leading_options(Words& words, Words& forwarded) {
             print(general_help());
             return kSuccess;
         }
-        if (option == "--version") {
+        if (option == "-V" || option == "--version") {
             print("uxtree " UXTREE_VERSION "\n");
             return kSuccess;
         }

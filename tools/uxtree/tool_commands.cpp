@@ -56,7 +56,7 @@ complete -o filenames -F _uxtree uxtree
 
 // A bash function with one case row for each command.
 std::string completion_script() {
-    std::string first = "--help --version --color";
+    std::string first = "--help --version -V --color";
     std::map<std::string, std::string> groups;
     std::string rows;
     for (const Command* command : all_commands()) {

@@ -72,20 +72,14 @@ CLI::Option* add_output(CLI::App& app, std::string& file) {
 
 CLI::Option* add_format(CLI::App& app, std::string& format,
                         const std::vector<std::string>& choices) {
-    std::string names;
-    for (const std::string& choice : choices) names += (names.empty() ? "" : ", ") + choice;
     if (std::find(choices.begin(), choices.end(), "csv") != choices.end()) {
         app.add_flag_callback(
             "--csv-safe", [] { set_csv_safe(true); },
             "With csv: an apostrophe before texts that a spreadsheet would take for formulas");
     }
-    return app
-        .add_option("-f,--format", format, "Output format: " + names + " (default " + format + ")")
+    return app.add_option("-f,--format", format, "Output format (default " + format + ")")
         ->type_name("NAME")
-        ->check([choices, names](const std::string& value) {
-            const bool known = std::find(choices.begin(), choices.end(), value) != choices.end();
-            return known ? std::string() : "unknown format '" + value + "'; choose of " + names;
-        });
+        ->check(CLI::IsMember(choices));
 }
 
 }  // namespace uxtool

@@ -135,6 +135,8 @@ Failure Selection::nothing(const UXXmlWrapperBase& root, const std::string& file
     const AskedNames asked = names_in(expression_);
     std::string hint = missing_hint(asked.tags, tags, "element");
     if (hint.empty()) hint = missing_hint(asked.attributes, attributes, "attribute");
+    if (hint.empty())
+        hint = "uxtree outline -f paths shows which elements and attributes stand where";
     return Failure(kNothingFound, input_name(file), "nothing matches '" + expression_ + "'", hint);
 }
 
