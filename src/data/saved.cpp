@@ -3,7 +3,6 @@
 
 #include <array>
 #include <charconv>
-#include <cstring>
 #include <string_view>
 #include <utility>
 
@@ -11,6 +10,7 @@
 #include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
+#include "frame/text.h"
 #include "frame/walk.h"
 #include "marks/names.h"
 
@@ -36,9 +36,9 @@ private:
     std::array<char, 20> text_{};
 };
 
-int id_of_tag(const char* tag) {
-    const bool entry = std::strncmp(tag, kEntryPrefix.data(), kEntryPrefix.size()) == 0;
-    return UXLeadingInt(entry ? tag + kEntryPrefix.size() : tag);
+int id_of_tag(const CStringUTF8& tag) {
+    const std::size_t prefix = view_of(tag).starts_with(kEntryPrefix) ? kEntryPrefix.size() : 0;
+    return UXLeadingInt(static_cast<const char*>(tag) + prefix);
 }
 
 // Turns target into the document's root.
@@ -72,11 +72,15 @@ void read(UXXmlWrapperBase& document, CArray<int, int>& ids, CWBOStringArray& va
     // First, since the comment may be a text of an array that grows.
     if (comment != nullptr) document.GetPropertyValue(kComment, *comment, 0);
     CStringUTF8 tag;
-    for (UXXmlWrapperBase& entry : children(document)) {
+    CStringUTF8 scratch;
+    const UXNameKey labelName(kLabel);
+    for (const UXXmlWrapperBase& entry : children(document)) {
+        std::string_view text;
         entry.GetTagName(tag);
         ids.Add(id_of_tag(tag));
-        values.Add(text_of(entry));
-        if (labels != nullptr) labels->Add(attribute_of(entry, kLabel));
+        entry.NodeValueView(text, scratch);
+        values.AddText(text);
+        if (labels != nullptr) labels->AddText(view_of(entry, labelName));
     }
 }
 

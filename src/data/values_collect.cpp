@@ -122,20 +122,12 @@ private:
     }
 
     bool carries_attribute(const UXXmlWrapperBase& node) {
-        return (record_.firstValues != nullptr && has_text(node, firstName_)) ||
-               (record_.secondValues != nullptr && has_text(node, secondName_));
+        return (record_.firstValues != nullptr && !view_of(node, firstName_).empty()) ||
+               (record_.secondValues != nullptr && !view_of(node, secondName_).empty());
     }
-    static bool has_text(const UXXmlWrapperBase& node, const UXNameKey& name) {
-        std::string_view text;
-        return node.GetPropertyView(name, text) != 0 && !text.empty();
-    }
-
     static void append_attribute(const UXXmlWrapperBase& node, const UXNameKey& name,
                                  CWBOStringArray* values) {
-        if (values == nullptr) return;
-        std::string_view text;
-        node.GetPropertyView(name, text);
-        values->AddText(text);
+        if (values != nullptr) values->AddText(view_of(node, name));
     }
 
     CArray<int, int>& ids_;

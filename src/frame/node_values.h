@@ -1,6 +1,8 @@
 // What a node holds, as a value.
 #pragma once
 
+#include <string_view>
+
 #include "uxtree/host/node.h"
 
 namespace ux {
@@ -25,10 +27,22 @@ inline CStringUTF8 attribute_of(const UXXmlWrapperBase& node, const char* name) 
     return text;
 }
 
+// The same as a view, which holds until the next change of the node's document.
+inline std::string_view view_of(const UXXmlWrapperBase& node, const UXNameKey& name) {
+    std::string_view text;
+    node.GetPropertyView(name, text);
+    return text;
+}
+
 // The attribute's integer; the fallback for a node that has none.
 inline int int_attribute_of(const UXXmlWrapperBase& node, const char* name, int fallback = 0) {
     int value = fallback;
     node.GetPropertyValue(name, value, 0);
+    return value;
+}
+inline int int_attribute_of(const UXXmlWrapperBase& node, const UXNameKey& name, int fallback = 0) {
+    int value = fallback;
+    node.GetPropertyValue(name, value);
     return value;
 }
 inline unsigned bits_of(const UXXmlWrapperBase& node, const char* name) {

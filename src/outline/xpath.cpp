@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/script_args.h"
 #include "frame/walk.h"
 
@@ -47,11 +48,12 @@ std::vector<std::string> split_path(const char* path) {
 class Collector {
 public:
     // attribute is null where the texts of leaves are wanted.
-    Collector(const char* attribute, bool table) : attribute_(attribute), table_(table) {}
+    Collector(const char* attribute, bool table)
+        : attribute_(attribute), readsAttribute_(attribute != nullptr), table_(table) {}
 
     void collect(UXXmlWrapperBase& node) {
-        starts_.push_back(values_.size());
-        if (attribute_ != nullptr) {
+        starts_.push_back(values_.GetSize());
+        if (readsAttribute_) {
             collect_attribute(node);
         } else if (is_leaf(node)) {
             collect_text(node);
@@ -67,7 +69,7 @@ public:
     void give_list(CWBOStringArray& values, CArray<unsigned int>& offsets) {
         offsets.RemoveAll();
         offsets.Add(static_cast<unsigned int>(values.GetSize()));
-        for (CStringUTF8& value : values_) values.Add(std::move(value));
+        for (int i = 0; i < values_.GetSize(); ++i) values.Add(std::move(values_[i]));
         offsets.Add(static_cast<unsigned int>(values.GetSize()));
     }
 
@@ -82,10 +84,11 @@ public:
         values.RemoveAll();
         values.SetSize(static_cast<int>(rows * columns));
         for (std::size_t row = 0; row < rows; ++row) {
-            const std::size_t start = starts_[row];
-            const std::size_t end = row + 1 < rows ? starts_[row + 1] : values_.size();
-            for (std::size_t i = start; i < end; ++i) {
-                values[static_cast<int>((i - start) * rows + row)] = std::move(values_[i]);
+            const int start = starts_[row];
+            const int end = row + 1 < rows ? starts_[row + 1] : values_.GetSize();
+            for (int i = start; i < end; ++i) {
+                values[(i - start) * static_cast<int>(rows) + static_cast<int>(row)] =
+                    std::move(values_[i]);
             }
         }
         offsets.SetSize(static_cast<int>(columns + 1));
@@ -96,27 +99,18 @@ public:
 
 private:
     void collect_attribute(const UXXmlWrapperBase& node) {
-        CStringUTF8 value;
-        if (node.HasProperty(attribute_, 0) == 0 ||
-            node.GetPropertyValue(attribute_, value, 0) == 0) {
-            return;
-        }
-        values_.push_back(std::move(value));
-        if (!table_) return;
-        CStringUTF8 label("@");
-        label += attribute_;
-        labels_.push_back(std::move(label));
+        std::string_view value;
+        if (node.GetPropertyView(attribute_, value) == 0) return;
+        values_.AddText(value);
+        if (table_) labels_.push_back(CStringUTF8("@") + attribute_.c_str());
     }
 
     // Intended: a leaf without text contributes nothing.
-    void collect_text(UXXmlWrapperBase& leaf) {
-        CStringUTF8 text;
-        if (leaf.NodeValue(text, 1, 1, nullptr) == 0) return;
-        values_.push_back(std::move(text));
-        if (!table_) return;
-        CStringUTF8 label;
-        leaf.GetTagName(label);
-        labels_.push_back(std::move(label));
+    void collect_text(const UXXmlWrapperBase& leaf) {
+        std::string_view text;
+        if (leaf.NodeValueView(text, scratch_) == 0) return;
+        values_.AddText(text);
+        if (table_) labels_.push_back(tag_of(leaf));
     }
 
     // Intended: of several nodes with the most values, the first one names the columns.
@@ -125,44 +119,39 @@ private:
         labels_.clear();
     }
 
-    const char* attribute_;
+    UXNameKey attribute_;
+    bool readsAttribute_;
     bool table_;
-    std::vector<CStringUTF8> values_;
-    std::vector<std::size_t> starts_;  // where each node's values begin
+    CStringUTF8 scratch_;
+    CWBOStringArray values_;
+    std::vector<int> starts_;          // where each node's values begin
     std::vector<CStringUTF8> labels_;  // of the node at hand; tables only
     std::vector<CStringUTF8> longestLabels_;
 };
 
-// The children that a step leads to. An empty step is a tag that no node has.
-CArray<UXXmlWrapperBase, UXXmlWrapperBase> matching_children(const UXXmlWrapperBase& node,
-                                                             const std::string& tag) {
-    CArray<UXXmlWrapperBase, UXXmlWrapperBase> matches;
-    if (!tag.empty()) node.GetArrayOfChildren(matches, tag.c_str(), nullptr, 1);
-    return matches;
-}
-
-// Hands the nodes that the steps lead to, in document order, to visit. Steps are child tags.
+// Hands the nodes that the steps lead to, in document order, to visit. Steps are child tags; an empty
+// one is a tag that no node has.
 template <typename Visit>
 void visit_matches(UXXmlWrapperBase& root, const std::vector<std::string>& steps, Visit&& visit) {
     if (steps.empty()) return visit(root);
-    struct Level {
-        CArray<UXXmlWrapperBase, UXXmlWrapperBase> nodes;
-        int next;
-    };
-    std::vector<Level> levels;
-    levels.push_back({matching_children(root, steps[0]), 0});
-    while (!levels.empty()) {
-        Level& level = levels.back();
-        if (level.next == level.nodes.GetSize()) {
-            levels.pop_back();
+    std::vector<UXNameKey> tags;
+    for (const std::string& step : steps) tags.emplace_back(step.c_str());
+    UXXmlWrapperBase node;
+    UXXmlWrapperBase next;
+    if (!root.FindChild(tags[0], &node)) return;
+    for (std::size_t level = 0;;) {
+        if (level + 1 == tags.size()) {
+            visit(node);
+        } else if (node.FindChild(tags[level + 1], &next)) {
+            node = std::move(next);
+            ++level;
             continue;
         }
-        UXXmlWrapperBase& node = level.nodes[level.next++];
-        if (levels.size() == steps.size()) {
-            visit(node);
-        } else {
-            levels.push_back({matching_children(node, steps[levels.size()]), 0});
+        while (!node.NextSibling(tags[level], &next)) {
+            if (level-- == 0) return;
+            step_to_parent(node);
         }
+        node = std::move(next);
     }
 }
 
