@@ -40,34 +40,32 @@ public:
 
     // The number of removed nodes, or kRepeatError.
     int run(const UXXmlWrapperBase& target) {
-        UXXmlWrapperBase node = target;
-        if (!step_into_first_child(node)) return 0;
-        std::vector<int> inheritedRepeats{0};
-        for (;;) {
-            marks_.read(node);
-            TransportId id = read_id(marks_, inheritedRepeats.back());
-            if (!combine_with_repeat(node, marks_, inheritedRepeats.back(), id, nullptr) ||
-                !combine_with_repeat_node(node, marks_, inheritedRepeats.back(), id, nullptr)) {
-                return kRepeatError;
-            }
-            if (step_into_first_child(node)) {
-                inheritedRepeats.push_back(id.repeat);
-                continue;
-            }
-            bool more = step_past(node, is_unchanged(node, id.id));
-            while (!more) {
-                inheritedRepeats.pop_back();
-                if (inheritedRepeats.empty()) return removed_;
-                // Intended: whatever the branch itself carries, it goes with its last child.
-                more = step_past(node, is_leaf(node));
-            }
-        }
+        int removed = 0;
+        const auto enter = [&](const UXXmlWrapperBase& node) { return read(node); };
+        const auto leave = [&](const UXXmlWrapperBase& node, bool entered) {
+            if (entered) inheritedRepeats_.pop_back();
+            // Intended: whatever a branch itself carries, it goes with its last child.
+            const bool goes = entered ? is_leaf(node) : is_unchanged(node);
+            if (goes) ++removed;
+            return goes;
+        };
+        return visit_around(target, enter, leave) ? removed : int{kRepeatError};
     }
 
 private:
-    bool is_unchanged(const UXXmlWrapperBase& leaf, int id) {
-        if (id < 0) return false;
-        const int found = index_.find(id);
+    Step read(const UXXmlWrapperBase& node) {
+        marks_.read(node);
+        id_ = read_id(marks_, inheritedRepeats_.back());
+        if (!combine_with_repeat(node, marks_, inheritedRepeats_.back(), id_, nullptr) ||
+            !combine_with_repeat_node(node, marks_, inheritedRepeats_.back(), id_, nullptr)) {
+            return Step::kStop;
+        }
+        if (marks_.is_leaf()) return Step::kOverBranch;
+        inheritedRepeats_.push_back(id_.repeat);
+        return Step::kIntoBranch;
+    }
+    bool is_unchanged(const UXXmlWrapperBase& leaf) {
+        const int found = id_.id < 0 ? -1 : index_.find(id_.id);
         if (found < 0) return false;
         const CStringUTF8& value = values_[found];
         if (has_plain_text(marks_) && marks_.own_text() == view_of(value)) return true;
@@ -75,21 +73,12 @@ private:
         return !differ(value_, value, false);
     }
 
-    // Steps to the next sibling, or else to the parent and yields false, before removing the node.
-    bool step_past(UXXmlWrapperBase& node, bool remove) {
-        UXXmlWrapperBase next;
-        const bool more = node.NextSibling(&next) != 0;
-        if (!more) node.GetParent(&next);
-        if (remove) removed_ += node.RemoveNode();
-        node = std::move(next);
-        return more;
-    }
-
     IdIndex& index_;
     const CWBOStringArray& values_;
     NodeMarks marks_;  // of the node at hand
+    TransportId id_{};
+    std::vector<int> inheritedRepeats_{0};
     CStringUTF8 value_;
-    int removed_ = 0;
 };
 
 }  // namespace

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "data/level_walk.h"
+#include "frame/walk.h"
 #include "marks/ids.h"
 #include "marks/names.h"
 

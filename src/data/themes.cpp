@@ -5,7 +5,6 @@
 
 #include "uxtree/data/saved.h"
 
-#include "data/level_walk.h"
 #include "frame/guards.h"
 #include "frame/node_values.h"
 #include "frame/results.h"

@@ -3,11 +3,11 @@
 
 #include "data/embedded.h"
 #include "data/ids_detail.h"
-#include "data/level_walk.h"
 #include "data/range_text.h"
 #include "data/values_detail.h"
 #include "frame/guards.h"
 #include "frame/node_values.h"
+#include "frame/walk.h"
 #include "frame/wrapping.h"
 #include "marks/names.h"
 

@@ -1,7 +1,9 @@
 // Loops over children and branches. None recurses, so the depth of a tree costs no machine stack.
 #pragma once
 
+#include <cstddef>
 #include <utility>
+#include <vector>
 
 #include "uxtree/host/node.h"
 
@@ -62,36 +64,112 @@ inline detail::Children children(const UXXmlWrapperBase& parent) {
     return detail::Children(parent);
 }
 
+// A place in the branch below a top node, in pre-order; the top node itself is not part of it. Each step
+// moves on to the next place, so that a removed node never breaks the walk.
+//
+//   for (BranchCursor at(tree); at.more();) { ... at.into(), at.over() or at.remove() ... }
+class BranchCursor {
+public:
+    explicit BranchCursor(const UXXmlWrapperBase& top)
+        : parent_(top), more_(top.FirstChild(&node_) != 0) {}
+    bool more() const { return more_; }
+    // The walk goes on from this handle, so it must not be bound to another node.
+    UXXmlWrapperBase& node() { return node_; }
+    std::size_t level() const { return level_; }  // 0 for the children of top
+
+    void into() {
+        if (is_leaf(node_)) return over();
+        parent_ = node_;
+        node_.FirstChild(&node_);
+        ++level_;
+    }
+    void over() { step_on(node_.NextSibling(&node_) != 0); }
+    // Removes the node with its branch; yields what the host's RemoveChild reports.
+    int remove() {
+        const bool hasNext = node_.NextSibling(&next_) != 0;
+        const int code = parent_.RemoveChild(&node_, nullptr);
+        node_ = std::move(next_);
+        step_on(hasNext);
+        return code;
+    }
+
+private:
+    // Without a next node, to the next sibling of the nearest ancestor that has one.
+    void step_on(bool hasNext) {
+        for (; !hasNext && level_ > 0; --level_) {
+            hasNext = parent_.NextSibling(&node_) != 0;
+            step_to_parent(parent_);
+        }
+        more_ = hasNext;
+    }
+
+    UXXmlWrapperBase parent_;
+    UXXmlWrapperBase node_;
+    UXXmlWrapperBase next_;  // kept only to spare the work of making it
+    std::size_t level_ = 0;
+    bool more_;
+};
+
 enum class Step { kIntoBranch, kOverBranch, kStop };
 
-// Calls visit(node, level) for every node below top, a node before its branch, never top itself; the
-// children of top are at firstLevel. Returns false when a visit stopped the walk. Steps along the
-// tree's own links. visit must not remove nodes; changing the handle it is given changes only where
-// the walk goes on, so it must not.
+// Calls visit(node) for every node below top, a node before its branch. Returns false when a visit
+// stopped the walk.
 template <typename Visit>
-bool visit_with_level(const UXXmlWrapperBase& top, long long firstLevel, Visit&& visit) {
+bool visit_below(const UXXmlWrapperBase& top, Visit&& visit) {
+    for (BranchCursor at(top); at.more();) {
+        const Step step = visit(at.node());
+        if (step == Step::kStop) return false;
+        step == Step::kIntoBranch ? at.into() : at.over();
+    }
+    return true;
+}
+
+// The same with a state per level: visit(node, level, below). What visit changes in `level` holds for
+// the node's later siblings and their branches; `below`, preset to a copy of it, becomes the state of
+// the node's own branch.
+template <typename Level, typename Visit>
+bool visit_levels(const UXXmlWrapperBase& top, const Level& first, Visit&& visit) {
+    std::vector<Level> levels{first};
+    for (BranchCursor at(top); at.more();) {
+        Level below = levels.back();
+        const Step step = visit(at.node(), levels.back(), below);
+        if (step == Step::kStop) return false;
+        if (step == Step::kIntoBranch) {
+            levels.push_back(below);
+            at.into();
+        } else {
+            at.over();
+        }
+        while (levels.size() > at.level() + 1) levels.pop_back();
+    }
+    return true;
+}
+
+// Calls enter(node) before and leave(node, entered) after the branch of every node below top; entered
+// tells whether the branch was walked, which that of a leaf never is. The node is removed when leave
+// yields true. Returns false when enter stopped the walk.
+template <typename Enter, typename Leave>
+bool visit_around(const UXXmlWrapperBase& top, Enter&& enter, Leave&& leave) {
     UXXmlWrapperBase node;
     UXXmlWrapperBase next;
     if (!top.FirstChild(&node)) return true;
-    for (long long level = firstLevel;;) {
-        const Step step = visit(node, level);
+    for (std::size_t level = 0;;) {
+        const Step step = enter(node);
         if (step == Step::kStop) return false;
         if (step == Step::kIntoBranch && !is_leaf(node)) {
             node.FirstChild(&node);
             ++level;
             continue;
         }
-        while (!node.NextSibling(&next)) {
-            if (level-- == firstLevel || !step_to_parent(node)) return true;
+        for (bool entered = false;; entered = true) {
+            const bool last = !node.NextSibling(&next);
+            if (last) node.GetParent(&next);
+            if (leave(node, entered)) node.RemoveNode();
+            node = std::move(next);
+            if (!last) break;
+            if (level-- == 0) return true;
         }
-        node = std::move(next);
     }
-}
-
-// The same without the level.
-template <typename Visit>
-bool visit_below(const UXXmlWrapperBase& top, Visit&& visit) {
-    return visit_with_level(top, 0, [&](UXXmlWrapperBase& node, long long) { return visit(node); });
 }
 
 }  // namespace ux

@@ -45,20 +45,23 @@ private:
 void read_outlines(const UXXmlWrapperBase& top, LayoutNode& root) {
     OutlineElement element;
     std::vector<LayoutNode*> path{&root};
-    visit_with_level(top, 0, [&](const UXXmlWrapperBase& node, long long level) {
-        path.resize(static_cast<std::size_t>(level) + 1);
+    for (BranchCursor at(top); at.more();) {
+        const UXXmlWrapperBase& node = at.node();
+        path.resize(at.level() + 1);
         LayoutNode& parent = *path.back();
         const std::string_view label = element.label(node);
         if (element.is_entry(node)) {
             LayoutNode* const known = parent.find_child(label);
             path.push_back(known != nullptr ? known : &parent.add_child(label));
-            return Step::kIntoBranch;
+            at.into();
+            continue;
         }
-        if (element.is_attribute(node) && level > 0 && !label.empty() && label.front() == '@') {
+        if (element.is_attribute(node) && at.level() > 0 && !label.empty() &&
+            label.front() == '@') {
             parent.attributeNames.emplace(label.substr(1));
         }
-        return Step::kOverBranch;
-    });
+        at.over();
+    }
 }
 
 void require(int hostResult) {

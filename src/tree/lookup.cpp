@@ -43,19 +43,24 @@ bool number_nodes(const UXXmlWrapperBase& tree, const Numbering& rule, int level
     if (rule.index < 0 || (limited && level > rule.maxLevel)) return false;
     const bool marked = given(rule.attrName);
     const UXNameKey mark(rule.attrName);
-    return !visit_with_level(tree, level, [&](UXXmlWrapperBase& node, long long nodeLevel) {
-        const bool hasMark = marked && node.HasProperty(mark) != 0;
-        if (marked && !rule.skipSubtreeOfMarked && !hasMark) return Step::kOverBranch;
-        if (rule.branchesOnly && is_leaf(node)) return Step::kOverBranch;
+    const auto levelsBelow =
+        static_cast<std::size_t>(static_cast<long long>(rule.maxLevel) - level);
+    for (BranchCursor at(tree); at.more();) {
+        const bool hasMark = marked && at.node().HasProperty(mark) != 0;
+        const bool unmarked = marked && !rule.skipSubtreeOfMarked && !hasMark;
+        if (unmarked || (rule.branchesOnly && is_leaf(at.node()))) {
+            at.over();
+            continue;
+        }
         if (counter == rule.index) {
-            found = node;
-            return Step::kStop;
+            found = at.node();
+            return true;
         }
         ++counter;
-        if (rule.skipSubtreeOfMarked && hasMark) return Step::kOverBranch;
-        if (limited && nodeLevel + 1 > rule.maxLevel) return Step::kOverBranch;
-        return Step::kIntoBranch;
-    });
+        const bool deepest = limited && at.level() >= levelsBelow;
+        (rule.skipSubtreeOfMarked && hasMark) || deepest ? at.over() : at.into();
+    }
+    return false;
 }
 
 // ---- level and row ----------------------------------------------------------------------------
@@ -140,17 +145,19 @@ struct IdSearch {
 
 bool find_by_id(const UXXmlWrapperBase& tree, const IdSearch& search, UXXmlWrapperBase& found) {
     const UXNameKey name(search.attrName);
-    return !visit_with_level(tree, 0, [&](UXXmlWrapperBase& node, long long level) {
+    const std::size_t depth = search.depth < 0 ? 0 : static_cast<std::size_t>(search.depth);
+    for (BranchCursor at(tree); at.more();) {
         // Intended: the repeat identifier constrains the first level only. A node found deeper
         // matches with any repeat identifier.
-        const bool repeatIdCounts = level == 0 && search.repeatId >= 1;
-        if (has_int(node, name, search.value) &&
-            (!repeatIdCounts || has_repeat_id(node, search.repeatId))) {
-            found = node;
-            return Step::kStop;
+        const bool repeatIdCounts = at.level() == 0 && search.repeatId >= 1;
+        if (has_int(at.node(), name, search.value) &&
+            (!repeatIdCounts || has_repeat_id(at.node(), search.repeatId))) {
+            found = at.node();
+            return true;
         }
-        return search.recursive || level < search.depth ? Step::kIntoBranch : Step::kOverBranch;
-    });
+        search.recursive || at.level() < depth ? at.into() : at.over();
+    }
+    return false;
 }
 
 // One link of a chain of identifiers: among the direct children of the last ancestor found, or in
@@ -198,28 +205,18 @@ int check_texts(const UXXmlWrapperBase& node, const CWBOStringArray& names,
 template <typename Passes>
 bool find_occurrence(const UXXmlWrapperBase& tree, bool recursive, int occurrence,
                      UXXmlWrapperBase& found, Passes&& passes) {
-    std::vector<int> left;  // of the levels above
-    UXXmlWrapperBase node;
-    if (!tree.FirstChild(&node)) return false;
-    for (;;) {
-        if (passes(node)) {
-            if (occurrence == 0) {
-                found = node;
-                return true;
-            }
-            if (occurrence > 0) --occurrence;
-        }
-        if (recursive && step_into_first_child(node)) {
-            left.push_back(occurrence);
-            continue;
-        }
-        while (!step_to_next_sibling(node)) {
-            if (left.empty()) return false;
-            occurrence = left.back();
-            left.pop_back();
-            step_to_parent(node);
-        }
-    }
+    return !visit_levels(tree, occurrence,
+                         [&](const UXXmlWrapperBase& node, int& left, int& below) {
+                             if (passes(node)) {
+                                 if (left == 0) {
+                                     found = node;
+                                     return Step::kStop;
+                                 }
+                                 if (left > 0) --left;
+                             }
+                             below = left;
+                             return recursive ? Step::kIntoBranch : Step::kOverBranch;
+                         });
 }
 
 // ---- attribute and child value ----------------------------------------------------------------

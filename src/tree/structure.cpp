@@ -17,7 +17,6 @@
 #include "frame/walk.h"
 #include "frame/wrapping.h"
 #include "marks/names.h"
-#include "tree/edit_walk_detail.h"
 #include "tree/text_set_detail.h"
 
 using namespace ux;
@@ -109,13 +108,13 @@ public:
 
     // Number of children kept at the top level, or kCopyFailed.
     int copy(const UXXmlWrapperBase& source) {
-        visit_around(
+        const bool copied = visit_around(
             source, [&](UXXmlWrapperBase& node) { return begin(node); },
             [&](UXXmlWrapperBase&, bool entered) {
                 if (entered) end_branch();
                 return false;
             });
-        return failed_ ? kCopyFailed : levels_.front().kept;
+        return copied ? levels_.front().kept : kCopyFailed;
     }
 
 private:
@@ -124,22 +123,21 @@ private:
         int kept;
     };
 
-    // Copies one node; true for a branch to be entered.
-    bool begin(UXXmlWrapperBase& node) {
-        if (failed_ || has_any(node, skipAttrs_)) return false;
+    // Copies one node, unless the target refuses it.
+    Step begin(UXXmlWrapperBase& node) {
+        if (has_any(node, skipAttrs_)) return Step::kOverBranch;
         const bool leaf = is_leaf(node);
         // Intended: a leaf without text is not copied, whatever attributes it has.
-        if (leaf && !node.NodeValue(text_, 1, 1, nullptr)) return false;
+        if (leaf && !node.NodeValue(text_, 1, 1, nullptr)) return Step::kOverBranch;
         UXXmlWrapperBase copy;
-        failed_ = !levels_.back().target.AddNodeCopy(&node, 0, &copy);
-        if (failed_) return false;
+        if (!levels_.back().target.AddNodeCopy(&node, 0, &copy)) return Step::kStop;
         if (!leaf) {
             levels_.push_back({copy, 0});
-            return true;
+            return Step::kIntoBranch;
         }
         copy.NodeValue(text_, 0, 1, nullptr);
         ++levels_.back().kept;
-        return false;
+        return Step::kOverBranch;
     }
     void end_branch() {
         Level branch = std::move(levels_.back());
@@ -154,7 +152,6 @@ private:
     std::vector<Level> levels_;
     const CWBOStringArray* skipAttrs_;
     CStringUTF8 text_;
-    bool failed_ = false;
 };
 
 }  // namespace

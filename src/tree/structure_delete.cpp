@@ -5,7 +5,6 @@
 #include "frame/results.h"
 #include "frame/walk.h"
 #include "marks/names.h"
-#include "tree/edit_walk_detail.h"
 
 using namespace ux;
 
@@ -45,7 +44,8 @@ int delete_where_missing(UXXmlWrapperBase& tree, const MissingAttributeRule& rul
     if (rule.protects(tree)) return 0;
     int removed = 0;
     const auto enter = [&](UXXmlWrapperBase& node) {
-        return rule.recursive && !is_leaf(node) && !rule.protects(node);
+        return rule.recursive && !is_leaf(node) && !rule.protects(node) ? Step::kIntoBranch
+                                                                        : Step::kOverBranch;
     };
     const auto leave = [&](UXXmlWrapperBase& node, bool entered) {
         const bool keptBranch = !is_leaf(node) || (entered && rule.keepBranches);
@@ -75,8 +75,8 @@ int uxtree_delete_nodes_by_attribute(UXXmlWrapperBase* tree, const char* attrNam
             // Intended: exemption and branch keeping end below the first level, and what they
             // spare is still entered.
             const bool spared =
-                at.at_first_level() && ((keepBranches != 0 && !is_leaf(node)) ||
-                                        (given(exemptAttr) && node.HasProperty(exemptAttr, 0)));
+                at.level() == 0 && ((keepBranches != 0 && !is_leaf(node)) ||
+                                    (given(exemptAttr) && node.HasProperty(exemptAttr, 0)));
             if (!spared && has_int(node, attrName, value)) {
                 add_code(total, at.remove());
             } else if (recursive != 0) {
@@ -119,8 +119,8 @@ int uxtree_remove_empty_child_nodes(UXXmlWrapperBase* tree, bool recursive) {
     return at_boundary(kBadArgument, [&] {
         if (!usable(tree)) return kBadArgument;
         int kept = 0;
-        const auto enter = [&](const UXXmlWrapperBase& node) {
-            return recursive && !is_leaf(node);
+        const auto enter = [&](const UXXmlWrapperBase&) {
+            return recursive ? Step::kIntoBranch : Step::kOverBranch;
         };
         const auto leave = [&](const UXXmlWrapperBase& node, bool entered) {
             // Intended: a branch in which nothing was kept goes, also when it has a text itself.

@@ -10,7 +10,6 @@
 #include "frame/script_args.h"
 #include "frame/text.h"
 #include "frame/walk.h"
-#include "tree/edit_walk_detail.h"
 #include "tree/text_set_detail.h"
 
 using namespace ux;
