@@ -601,6 +601,9 @@ int UXXmlWrapperBase::HasProperty(const UXNameKey& name) const {
 int UXXmlWrapperBase::SetPropertyView(const UXNameKey& name, std::string_view value) {
     return SetPropertyValue(name.c_str(), CStringUTF8(value));  // a copy: it may be a view of this
 }
+int UXXmlWrapperBase::SetPropertyValue(const UXNameKey& name, int value) {
+    return SetPropertyValue(name.c_str(), value);
+}
 int UXXmlWrapperBase::RemoveProperty(const UXNameKey& name) {
     return RemoveProperty(name.c_str());
 }

@@ -48,5 +48,9 @@ inline int int_attribute_of(const UXXmlWrapperBase& node, const UXNameKey& name,
 inline unsigned bits_of(const UXXmlWrapperBase& node, const char* name) {
     return static_cast<unsigned>(int_attribute_of(node, name));
 }
+inline bool has_int(const UXXmlWrapperBase& node, const UXNameKey& name, int wanted) {
+    int value = 0;
+    return node.GetPropertyValue(name, value) != 0 && value == wanted;
+}
 
 }  // namespace ux

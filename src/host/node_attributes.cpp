@@ -40,13 +40,13 @@ bool is_reserved(const char* name) {
     return name != nullptr && std::strcmp(name, uxhost::kIdAttribute) == 0;
 }
 
-int set_attribute(UXXmlWrapperBase& node, const char* name, const CStringUTF8& value) {
+int set_attribute(UXXmlWrapperBase& node, const char* name, std::string_view value) {
     Element* element = live(node);
     if (element == nullptr || is_reserved(name)) return 0;
     return guarded([&] {
         const NameId id = document_of(node)->valid_name(name);
         if (id == 0) return 0;
-        document_of(node)->set_attribute(*element, id, view(value));
+        document_of(node)->set_attribute(*element, id, value);
         return 1;
     });
 }
@@ -90,24 +90,20 @@ int UXXmlWrapperBase::GetPropertyValue(const char* name, double& out, int /*unus
 }
 
 int UXXmlWrapperBase::SetPropertyValue(const char* name, int value) {
-    return guarded([&] {
-        CStringUTF8 text;
-        text.Format("%d", value);
-        return set_attribute(*this, name, text);
-    });
+    return set_attribute(*this, name, uxhost::IntText(value).view());
 }
 int UXXmlWrapperBase::SetPropertyValue(const char* name, double value) {
     return guarded([&] {
         CStringUTF8 text;
         UXFormatDouble(value, text);
-        return set_attribute(*this, name, text);
+        return set_attribute(*this, name, view(text));
     });
 }
 int UXXmlWrapperBase::SetPropertyValue(const char* name, const CStringUTF8& value) {
-    return set_attribute(*this, name, value);
+    return set_attribute(*this, name, view(value));
 }
 int UXXmlWrapperBase::SetPropertyValue(const char* name, const CWBOStringArray& value) {
-    return guarded([&] { return set_attribute(*this, name, joined(value)); });
+    return guarded([&] { return set_attribute(*this, name, view(joined(value))); });
 }
 
 int UXXmlWrapperBase::HasProperty(const char* name, int /*unused*/) const {
@@ -213,6 +209,9 @@ int UXXmlWrapperBase::SetPropertyView(const UXNameKey& name, std::string_view va
         return 1;
     });
 }
+int UXXmlWrapperBase::SetPropertyValue(const UXNameKey& name, int value) {
+    return SetPropertyView(name, uxhost::IntText(value).view());
+}
 int UXXmlWrapperBase::RemoveProperty(const UXNameKey& name) {
     Element* element = live(*this);
     if (element == nullptr) return 0;
@@ -259,8 +258,8 @@ void UXXmlWrapperBase::SetShow(int show) {
 
 int UXXmlWrapperBase::SetLabel(const char* label) {
     if (label == nullptr) return RemoveProperty("Label");
-    return guarded([&] { return set_attribute(*this, "Label", CStringUTF8(label)); });
+    return set_attribute(*this, "Label", label);
 }
 int UXXmlWrapperBase::SetLabel(const CStringUTF8& label) {
-    return set_attribute(*this, "Label", label);
+    return set_attribute(*this, "Label", view(label));
 }

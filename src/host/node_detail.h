@@ -1,6 +1,8 @@
 // What the parts of the node handle share.
 #pragma once
 
+#include <array>
+#include <charconv>
 #include <new>
 #include <string_view>
 
@@ -81,6 +83,20 @@ inline int assign(CStringUTF8& out, std::string_view text) {
 inline std::string_view view(const CStringUTF8& text) {
     return {static_cast<const char*>(text), static_cast<std::size_t>(text.GetLength())};
 }
+
+// A number in decimal digits.
+class IntText {
+public:
+    explicit IntText(int value)
+        : end_(std::to_chars(text_.data(), text_.data() + text_.size(), value).ptr) {}
+    IntText(const IntText&) = delete;
+    IntText& operator=(const IntText&) = delete;
+    std::string_view view() const { return {text_.data(), end_}; }
+
+private:
+    std::array<char, 12> text_;
+    const char* end_;
+};
 
 // Text of an array of texts: joined by "|", with backslash doubled and "|" behind a backslash.
 CStringUTF8 joined(const CWBOStringArray& texts);

@@ -126,8 +126,7 @@ int UXXmlWrapperBase::NodeValue(int& value, int get) {
         if (get != 0) {
             return UXParseInt(document_of(*this)->value_text(*element, scratch), value) ? 1 : 0;
         }
-        scratch.Format("%d", value);
-        document_of(*this)->set_value(*element, view(scratch));
+        document_of(*this)->set_value(*element, uxhost::IntText(value).view());
         return 1;
     });
 }

@@ -8,6 +8,7 @@
 #include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
+#include "frame/text.h"
 #include "frame/walk.h"
 #include "marks/attribute_match.h"
 #include "marks/auto_text.h"
@@ -20,7 +21,7 @@ namespace {
 
 // ---- one attribute of one node ----------------------------------------------------------------
 
-bool set_bits(UXXmlWrapperBase& node, const char* name, unsigned int bits) {
+bool write_bits(UXXmlWrapperBase& node, const char* name, unsigned int bits) {
     return node.SetPropertyValue(name, static_cast<int>(bits)) != 0;
 }
 
@@ -35,19 +36,19 @@ bool copy_attribute(const UXXmlWrapperBase& source, UXXmlWrapperBase& target,
 }
 
 // Moves the integer of attribute `from` into attribute `to`.
-bool move_int_attribute(UXXmlWrapperBase& node, const char* from, const char* to) {
-    if (!node.HasProperty(from, 0)) return false;
+bool move_int_attribute(UXXmlWrapperBase& node, const UXNameKey& from, const UXNameKey& to) {
+    if (!node.HasProperty(from)) return false;
     // Intended: only integers survive. A text that is no integer counts as 0, and comes back so.
-    const int value = int_attribute_of(node, from);
-    return node.SetPropertyValue(to, value) && node.RemoveProperty(from);
+    return node.SetPropertyValue(to, int_attribute_of(node, from)) && node.RemoveProperty(from);
 }
 
 // ---- whole branches ---------------------------------------------------------------------------
 
-// Counts the nodes for which change yields true: top and everything below it.
+// Counts the nodes for which change yields true: everything below top, and top itself when it is
+// included.
 template <typename Change>
-int count_changes(UXXmlWrapperBase& top, Change&& change) {
-    int changed = change(top) ? 1 : 0;
+int count_changes(UXXmlWrapperBase& top, bool includeSelf, Change&& change) {
+    int changed = includeSelf && change(top) ? 1 : 0;
     visit_below(top, [&](UXXmlWrapperBase& node) {
         if (change(node)) ++changed;
         return Step::kIntoBranch;
@@ -57,6 +58,13 @@ int count_changes(UXXmlWrapperBase& top, Change&& change) {
 
 CStringUTF8 saved_name(const char* name) {
     return CStringUTF8("StorePrefix") + name;
+}
+int move_everywhere(UXXmlWrapperBase& tree, const char* from, const char* to) {
+    const UXNameKey fromName(from);
+    const UXNameKey toName(to);
+    return count_changes(tree, true, [&](UXXmlWrapperBase& node) {
+        return move_int_attribute(node, fromName, toName);
+    });
 }
 
 bool has_filled_leaf(const UXXmlWrapperBase& top, bool deep) {
@@ -97,21 +105,21 @@ public:
         if (switchesAuto_) {
             write_auto(node, kAutoOn, nullptr, kKeepAutoCount);
         } else {
-            node.SetPropertyValue(name_, value_);
+            node.SetPropertyView(name_, view_of(value_));
         }
     }
 
 private:
-    const char* name_;
+    UXNameKey name_;
     CStringUTF8 value_;
     bool switchesAuto_;
 };
 
 // ---- collecting -------------------------------------------------------------------------------
 
-void append_below(const UXXmlWrapperBase& top, CWBOStringArray& out, const char* name) {
+void append_below(const UXXmlWrapperBase& top, CWBOStringArray& out, const UXNameKey& name) {
     visit_below(top, [&](const UXXmlWrapperBase& node) {
-        out.Add(attribute_of(node, name));
+        out.AddText(view_of(node, name));
         return Step::kIntoBranch;
     });
 }
@@ -138,7 +146,7 @@ void vctree_modify_DWORD_attribute(UXXmlWrapperBase* node, const char* name, uns
         if (name == nullptr || !usable(node)) return;
         if (setBits == 0 && !node->HasProperty(name, 0)) return;
         // Intended: clearing wins over setting here, the reverse of uxtree_modify_attribute.
-        set_bits(*node, name, (bits_of(*node, name) | setBits) & ~clearBits);
+        write_bits(*node, name, (bits_of(*node, name) | setBits) & ~clearBits);
     });
 }
 
@@ -147,13 +155,14 @@ int VCTreeAttributeValues(UXXmlWrapperBase* tree, const char* name, int value,
     return at_boundary(0, [&] {
         if (name == nullptr || !usable(tree)) return 0;
         const bool removes = removeIfNegative != 0 && value < 0;
+        const UXNameKey key(name);
         const auto step = [&](UXXmlWrapperBase& node) {
             if (values != nullptr) {
-                values->Add(int_attribute_of(node, name, -1));
+                values->Add(int_attribute_of(node, key, -1));
             } else if (removes) {
-                node.RemoveProperty(name);
+                node.RemoveProperty(key);
             } else {
-                node.SetPropertyValue(name, value);
+                node.SetPropertyValue(key, value);
             }
             return Step::kIntoBranch;
         };
@@ -167,10 +176,11 @@ int VCTreeGetAttributes(UXXmlWrapperBase* tree, CWBOStringArray* out, const char
                         bool directOnly, std::function<bool(UXXmlWrapperBase&)> skip) {
     return at_boundary(0, [&] {
         if (any_null(out, name) || !usable(tree)) return 0;
-        const CStringUTF8 attribute = name;  // it may be a text of out
+        const CStringUTF8 kept = name;  // it may be a text of out
+        const UXNameKey attribute(kept);
         for (UXXmlWrapperBase& child : children(*tree)) {
             if (skip && call_out(skip, child)) continue;
-            out->Add(attribute_of(child, attribute));
+            out->AddText(view_of(child, attribute));
             // Intended: skip does not reach below the first level. It leaves out whole
             // top-level branches; every deeper node of a kept branch has its entry.
             if (!directOnly) append_below(child, *out, attribute);
@@ -188,9 +198,9 @@ void vctree_get_node_names(UXXmlWrapperBase* tree, CWBOStringArray* out, bool di
     at_boundary([&] {
         if (out == nullptr || !usable(tree)) return;
         visit_below(*tree, [&](const UXXmlWrapperBase& node) {
-            CStringUTF8 tag;
-            node.GetTagName(tag);
-            out->Add(std::move(tag));
+            std::string_view tag;
+            node.GetTagView(tag);
+            out->AddText(tag);
             return directOnly ? Step::kOverBranch : Step::kIntoBranch;
         });
     });
@@ -216,7 +226,7 @@ bool uxtree_modify_attribute(UXXmlWrapperBase* node, const char* name, unsigned 
     return at_boundary(false, [&] {
         if (name == nullptr || !usable(node)) return false;
         // Intended: setting wins over clearing, and the attribute is created even with 0.
-        return set_bits(*node, name, (bits_of(*node, name) & ~clearBits) | setBits);
+        return write_bits(*node, name, (bits_of(*node, name) & ~clearBits) | setBits);
     });
 }
 
@@ -224,30 +234,22 @@ int uxtree_remove_attribute(UXXmlWrapperBase* tree, const char* name, int includ
     return at_boundary(kBadArgument, [&] {
         if (name == nullptr || !usable(tree)) return kBadArgument;
         const UXNameKey key(name);
-        int removed = includeSelf != 0 && remove_attribute(*tree, key) ? 1 : 0;
-        visit_below(*tree, [&](UXXmlWrapperBase& node) {
-            if (remove_attribute(node, key)) ++removed;
-            return Step::kIntoBranch;
-        });
-        return removed;
+        return count_changes(*tree, includeSelf != 0,
+                             [&](UXXmlWrapperBase& node) { return remove_attribute(node, key); });
     });
 }
 
 int uxtree_store_attribute(UXXmlWrapperBase* tree, const char* name) {
     return at_boundary(kBadArgument, [&] {
         if (name == nullptr || !usable(tree)) return kBadArgument;
-        const CStringUTF8 saved = saved_name(name);
-        return count_changes(
-            *tree, [&](UXXmlWrapperBase& node) { return move_int_attribute(node, name, saved); });
+        return move_everywhere(*tree, name, saved_name(name));
     });
 }
 
 int uxtree_restore_attribute(UXXmlWrapperBase* tree, const char* name) {
     return at_boundary(kBadArgument, [&] {
         if (name == nullptr || !usable(tree)) return kBadArgument;
-        const CStringUTF8 saved = saved_name(name);
-        return count_changes(
-            *tree, [&](UXXmlWrapperBase& node) { return move_int_attribute(node, saved, name); });
+        return move_everywhere(*tree, saved_name(name), name);
     });
 }
 
@@ -281,7 +283,7 @@ int uxtree_set_attribute_bit_if_not_empty(UXXmlWrapperBase* node, const char* na
         if (name == nullptr || !usable(node) || !has_filled_leaf(*node, deep)) return kFail;
         int current = 0;
         if (!node->GetPropertyValue(name, current, 0)) return kFail;
-        return set_bits(*node, name, static_cast<unsigned int>(current) | bits) ? kOk : kFail;
+        return write_bits(*node, name, static_cast<unsigned int>(current) | bits) ? kOk : kFail;
     });
 }
 
@@ -308,14 +310,15 @@ void uxtree_set_attribute_with_skip(UXXmlWrapperBase* tree, const char* name, co
         FoldedTexts skipped;
         if (given(skipAttr) && skipList != nullptr) skipped.add_all(*skipList);
         const CStringUTF8 text = value;
-        CStringUTF8 mark;
+        const UXNameKey key(name);
+        const UXNameKey skipKey(skipAttr);
+        std::string_view mark;
         const auto visit = [&](UXXmlWrapperBase& node) {
             const bool asked = branchesToo || is_leaf(node);
             const bool isSkipped = asked && !skipped.empty() &&
-                                   node.GetPropertyValue(skipAttr, mark, 0) &&
-                                   skipped.contains(mark);
+                                   node.GetPropertyView(skipKey, mark) && skipped.contains(mark);
             if (asked && !isSkipped) {
-                remove ? node.RemoveProperty(name) : node.SetPropertyValue(name, text);
+                remove ? node.RemoveProperty(key) : node.SetPropertyView(key, view_of(text));
             }
             return Step::kIntoBranch;  // Intended: a skipped branch does not protect its nodes
         };
@@ -349,8 +352,9 @@ int uxtree_count_items_by_attribute(UXXmlWrapperBase* tree, const char* name, co
 int uxtree_all_nodes_has_attrib(UXXmlWrapperBase* tree, const char* name) {
     return at_boundary(kFail, [&] {
         if (name == nullptr || !usable(tree)) return kFail;
+        const UXNameKey key(name);
         const bool all = visit_below(*tree, [&](const UXXmlWrapperBase& node) {
-            return node.HasProperty(name, 0) ? Step::kIntoBranch : Step::kStop;
+            return node.HasProperty(key) ? Step::kIntoBranch : Step::kStop;
         });
         return all ? kOk : kFail;
     });

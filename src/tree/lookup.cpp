@@ -117,16 +117,13 @@ bool step_to_row(UXXmlWrapperBase& node, const CStringUTF8& tag, int& row) {
 
 // ---- attributes and identifiers ---------------------------------------------------------------
 
-bool has_id(const UXXmlWrapperBase& node, int id) {
-    int value = 0;
-    if (node.GetID(value) && value == id) return true;
-    return node.GetDataID(value) && value == id;
+bool has_id(const UXXmlWrapperBase& node, const UXNameKey& dataId, int id) {
+    int own = 0;
+    return (node.GetID(own) && own == id) || has_int(node, dataId, id);
 }
 
-bool has_int(const UXXmlWrapperBase& node, const UXNameKey& name, int wanted) {
-    if (wanted == kAnyValue) return node.HasProperty(name) != 0;
-    int value = 0;
-    return node.GetPropertyValue(name, value) && value == wanted;
+bool has_wanted(const UXXmlWrapperBase& node, const UXNameKey& name, int wanted) {
+    return wanted == kAnyValue ? node.HasProperty(name) != 0 : has_int(node, name, wanted);
 }
 
 bool has_repeat_id(const UXXmlWrapperBase& node, int wanted) {
@@ -150,7 +147,7 @@ bool find_by_id(const UXXmlWrapperBase& tree, const IdSearch& search, UXXmlWrapp
         // Intended: the repeat identifier constrains the first level only. A node found deeper
         // matches with any repeat identifier.
         const bool repeatIdCounts = at.level() == 0 && search.repeatId >= 1;
-        if (has_int(at.node(), name, search.value) &&
+        if (has_wanted(at.node(), name, search.value) &&
             (!repeatIdCounts || has_repeat_id(at.node(), search.repeatId))) {
             found = at.node();
             return true;
@@ -346,8 +343,9 @@ int uxtree_get_node_by_id(UXXmlWrapperBase* tree, UXXmlWrapperBase* out, int id,
     return at_boundary(kFail, [&] {
         if (out == nullptr || !usable(tree)) return kFail;
         UXXmlWrapperBase found;
+        const UXNameKey dataId(kDataId);
         visit_below(*tree, [&](UXXmlWrapperBase& node) {
-            if (has_id(node, id)) {
+            if (has_id(node, dataId, id)) {
                 found = node;
                 return Step::kStop;
             }

@@ -2,6 +2,7 @@
 #include "uxtree/tree/structure.h"
 
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/walk.h"
 #include "marks/names.h"
@@ -10,11 +11,6 @@ using namespace ux;
 
 namespace {
 
-bool has_int(const UXXmlWrapperBase& node, const char* name, int wanted) {
-    int value = 0;
-    return node.GetPropertyValue(name, value, 0) && value == wanted;
-}
-
 // Adds up removals; the first negative code stays.
 void add_code(int& total, int code) {
     if (total < 0) return;
@@ -22,13 +18,13 @@ void add_code(int& total, int code) {
 }
 
 struct MissingAttributeRule {
-    const char* attrName;
+    UXNameKey attrName;
     bool recursive;
     bool removeAttrFromKept;
     bool keepBranches;
     bool checkSelf;
 
-    bool has(const UXXmlWrapperBase& node) const { return node.HasProperty(attrName, 0) != 0; }
+    bool has(const UXXmlWrapperBase& node) const { return node.HasProperty(attrName) != 0; }
     void release(UXXmlWrapperBase& kept) const {
         if (removeAttrFromKept) kept.RemoveProperty(attrName);
     }
@@ -70,14 +66,15 @@ int uxtree_delete_nodes_by_attribute(UXXmlWrapperBase* tree, const char* attrNam
     return at_boundary(kBadArgument, [&] {
         if (attrName == nullptr || !usable(tree)) return kBadArgument;
         int total = 0;
+        const UXNameKey name(attrName);
+        const UXNameKey exempt(exemptAttr);
         for (BranchCursor at(*tree); at.more();) {
             UXXmlWrapperBase& node = at.node();
             // Intended: exemption and branch keeping end below the first level, and what they
             // spare is still entered.
-            const bool spared =
-                at.level() == 0 && ((keepBranches != 0 && !is_leaf(node)) ||
-                                    (given(exemptAttr) && node.HasProperty(exemptAttr, 0)));
-            if (!spared && has_int(node, attrName, value)) {
+            const bool spared = at.level() == 0 && ((keepBranches != 0 && !is_leaf(node)) ||
+                                                    node.HasProperty(exempt) != 0);
+            if (!spared && has_int(node, name, value)) {
                 add_code(total, at.remove());
             } else if (recursive != 0) {
                 at.into();
@@ -94,8 +91,9 @@ int uxtree_delete_nodes_by_missing_attribute(UXXmlWrapperBase* tree, const char*
                                              int keepBranches, int checkSelf) {
     return at_boundary(kBadArgument, [&] {
         if (attrName == nullptr || !usable(tree)) return kBadArgument;
-        return delete_where_missing(*tree, {attrName, recursive != 0, removeAttrFromKept != 0,
-                                            keepBranches != 0, checkSelf != 0});
+        return delete_where_missing(
+            *tree, {UXNameKey(attrName), recursive != 0, removeAttrFromKept != 0, keepBranches != 0,
+                    checkSelf != 0});
     });
 }
 
@@ -103,8 +101,9 @@ int uxtree_remove_nodes_by_attribute(UXXmlWrapperBase* tree, const char* attrNam
     return at_boundary(kBadArgument, [&] {
         if (attrName == nullptr || !usable(tree)) return kBadArgument;
         int removed = 0;
+        const UXNameKey name(attrName);
         for (BranchCursor at(*tree); at.more();) {
-            if (has_int(at.node(), attrName, value)) {
+            if (has_int(at.node(), name, value)) {
                 at.remove();
                 ++removed;
             } else {
@@ -138,13 +137,14 @@ int uxtree_hide_empty_nodes(UXXmlWrapperBase* tree, bool recursive, bool showNon
     return at_boundary(kBadArgument, [&] {
         if (!usable(tree)) return kBadArgument;
         int hidden = 0;
+        const UXNameKey show(kShow);
         visit_below(*tree, [&](UXXmlWrapperBase& node) {
             if (!is_leaf(node)) return recursive ? Step::kIntoBranch : Step::kOverBranch;
             if (node.IsEmpty()) {
-                node.SetShow(0);
+                node.SetPropertyValue(show, 0);
                 ++hidden;
             } else if (showNonEmpty) {
-                node.RemoveProperty(kShow);
+                node.RemoveProperty(show);
             }
             return Step::kOverBranch;
         });

@@ -6,31 +6,29 @@
 #include "uxtree/tree/structure.h"
 
 #include "frame/guards.h"
+#include "frame/node_values.h"
 #include "frame/results.h"
 #include "frame/script_args.h"
 #include "frame/text.h"
 #include "frame/walk.h"
+#include "marks/names.h"
 #include "tree/text_set_detail.h"
 
 using namespace ux;
 
 namespace {
 
-bool has_data_id(const UXXmlWrapperBase& node, int wanted) {
-    int id = 0;
-    return node.GetDataID(id) && id == wanted;
-}
-
 // Removes the nodes with the DataID that fail the test: tree itself, or else the topmost ones below
 // it. A tested node is not entered.
 template <typename Keep>
 void filter_nodes(UXXmlWrapperBase& tree, int dataId, Keep&& keep) {
-    if (has_data_id(tree, dataId)) {
+    const UXNameKey idName(kDataId);
+    if (has_int(tree, idName, dataId)) {
         if (!keep(tree)) tree.RemoveNode();
         return;
     }
     for (BranchCursor at(tree); at.more();) {
-        if (!has_data_id(at.node(), dataId)) {
+        if (!has_int(at.node(), idName, dataId)) {
             at.into();
         } else if (keep(at.node())) {
             at.over();
@@ -59,7 +57,7 @@ public:
         ++meeting_;
         Overlap overlap;
         visit_below(node, [&](UXXmlWrapperBase& below) {
-            if (has_data_id(below, id_)) add(below, overlap);
+            if (has_int(below, idName_, id_)) add(below, overlap);
             return Step::kIntoBranch;
         });
         return overlap;
@@ -67,9 +65,10 @@ public:
 
 private:
     void add(UXXmlWrapperBase& node, Overlap& overlap) {
-        node.NodeValue(text_, 1, 1, nullptr);  // "" without a value
+        std::string_view text;
+        node.NodeValueView(text, scratch_);  // "" without a value
         ++overlap.values;
-        const std::size_t number = list_.number_of(text_);
+        const std::size_t number = list_.number_of(text);
         if (number == list_.size()) return;
         ++overlap.valuesInList;
         if (lastMeeting_[number] == meeting_) return;
@@ -78,10 +77,11 @@ private:
     }
 
     int id_;
+    UXNameKey idName_{kDataId};
     FoldedTexts list_;
     std::vector<std::size_t> lastMeeting_;  // per entry, the last node below which it was met
     std::size_t meeting_ = 0;
-    CStringUTF8 text_;
+    CStringUTF8 scratch_;
 };
 
 class KeepTest {

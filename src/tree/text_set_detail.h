@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 #include "uxtree/host/array.h"
@@ -22,10 +23,10 @@ public:
     }
     bool empty() const { return numbers_.empty(); }
     std::size_t size() const { return numbers_.size(); }
-    bool contains(const CStringUTF8& text) const { return number_of(text) < size(); }
+    bool contains(std::string_view text) const { return number_of(text) < size(); }
     // size() for a text that is not there.
-    std::size_t number_of(const CStringUTF8& text) const {
-        const auto found = numbers_.find(folded(view_of(text)));
+    std::size_t number_of(std::string_view text) const {
+        const auto found = numbers_.find(folded(text));
         return found == numbers_.end() ? size() : found->second;
     }
 

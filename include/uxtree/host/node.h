@@ -151,6 +151,7 @@ public:
     int GetPropertyValue(const UXNameKey& name, int& out) const;
     int HasProperty(const UXNameKey& name) const;
     int SetPropertyView(const UXNameKey& name, std::string_view value);
+    int SetPropertyValue(const UXNameKey& name, int value);
     int RemoveProperty(const UXNameKey& name);
     // The value as NodeValue reads it, "" and 0 without one. scratch keeps the text when the host
     // has to make it.
