@@ -18,6 +18,7 @@
 #include <unistd.h>
 
 #include "base/ascii.h"
+#include "base/decimal.h"
 #include "base/text_view.h"
 #include "base/xml_names.h"
 
@@ -115,17 +116,6 @@ bool take_apart(std::string_view text, Decimal& number) {
     return text.empty();
 }
 
-// A number outside the range of double is either too large for it, or nearest to zero.
-bool nearest_is_zero(const Decimal& number) {
-    for (std::size_t i = 0; i < number.digits(); ++i) {
-        if (number.digit(i) == '0') continue;
-        const auto before =
-            static_cast<std::int64_t>(number.whole.size()) - static_cast<std::int64_t>(i);
-        return before + number.exponent < 0;
-    }
-    return true;
-}
-
 // The digits before the point once the exponent is applied: truncation by text is exact for every
 // length, where a double in between would round. False above 32 bits.
 bool integer_part(const Decimal& number, std::uint64_t& value) {
@@ -143,7 +133,7 @@ bool integer_part(const Decimal& number, std::uint64_t& value) {
 
 bool reads_back(const char* begin, const char* end, double value) {
     double back = 0;
-    std::from_chars(begin, end, back);
+    ux::read_decimal({begin, static_cast<std::size_t>(end - begin)}, back);
     return std::bit_cast<std::uint64_t>(back) == std::bit_cast<std::uint64_t>(value);
 }
 
@@ -307,19 +297,10 @@ bool UXParseDouble(std::string_view text, double& value) {
         text.remove_prefix(1);
         if (!text.empty() && text.front() == '-') return false;
     }
-    // Of what from_chars reads, only "inf" and "nan" have neither a digit nor a point here.
-    const std::size_t first = !text.empty() && text.front() == '-' ? 1 : 0;
-    if (first >= text.size() || (!is_digit(text[first]) && text[first] != '.')) return false;
-
     double number = 0;
-    const std::from_chars_result result =
-        std::from_chars(text.data(), text.data() + text.size(), number);
-    if (result.ptr != text.data() + text.size()) return false;  // also when it is no number
-    if (result.ec == std::errc::result_out_of_range) {
-        Decimal parts;
-        if (!take_apart(text, parts) || !nearest_is_zero(parts)) return false;
-        number = parts.negative ? -0.0 : 0.0;
-    }
+    const ux::DecimalRead read = ux::read_decimal(text, number);
+    if (read.length == 0 || read.length != text.size()) return false;
+    if (read.range == ux::DecimalRange::kTooLarge) return false;
     value = number;
     return true;
 }

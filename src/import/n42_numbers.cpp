@@ -3,13 +3,13 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <cstddef>
 #include <string_view>
-#include <system_error>
 
 #include "uxtree/host/utilities.h"
+
+#include "base/decimal.h"
 
 namespace ux {
 namespace {
@@ -93,8 +93,8 @@ bool take_leading_number(const char* text, double& value) {
     if (*text == '+' && text[1] != '-') ++text;
     const char* const digits = *text == '-' ? text + 1 : text;
     if (digit_of(*digits) > 9 && !(*digits == '.' && digit_of(digits[1]) < 10)) return false;
-    const std::string_view rest(text);
-    return std::from_chars(rest.data(), rest.data() + rest.size(), value).ec == std::errc();
+    const DecimalRead read = read_decimal(text, value);
+    return read.length > 0 && read.range == DecimalRange::kInside;
 }
 
 }  // namespace

@@ -1,11 +1,11 @@
 // Selection: reading the expression.
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <limits>
 #include <utility>
 
 #include "base/ascii.h"
+#include "base/decimal.h"
 #include "base/utf8.h"
 #include "base/xml_names.h"
 #include "kit/select_program.h"
@@ -659,24 +659,9 @@ double number_of(std::string_view text) {
     constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
     while (!text.empty() && is_blank(text.front())) text.remove_prefix(1);
     while (!text.empty() && is_blank(text.back())) text.remove_suffix(1);
-    const std::string_view digits = text.substr(!text.empty() && text[0] == '-' ? 1 : 0);
-    const std::size_t point = std::min(digits.find('.'), digits.size());
-    const std::string_view whole = digits.substr(0, point);
-    const std::string_view part = digits.substr(std::min(point + 1, digits.size()));
-    if (whole.empty() && part.empty()) return kNone;
-    if (!std::all_of(whole.begin(), whole.end(), ux::is_digit) ||
-        !std::all_of(part.begin(), part.end(), ux::is_digit)) {
-        return kNone;
-    }
-    double value = 0;
-    const auto [end, error] =
-        std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
-    if (error == std::errc::result_out_of_range) {
-        const bool large = whole.find_first_not_of('0') != std::string_view::npos;
-        value = large ? std::numeric_limits<double>::infinity() : 0.0;
-        if (text[0] == '-') value = -value;
-    }
-    return value;
+    if (text.find_first_not_of("-.0123456789") != std::string_view::npos) return kNone;
+    double value = kNone;
+    return ux::read_decimal(text, value).length == text.size() ? value : kNone;
 }
 
 }  // namespace uxkit

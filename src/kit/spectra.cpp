@@ -12,6 +12,7 @@
 
 #include "uxtree/import/n42.h"
 
+#include "base/decimal.h"
 #include "frame/guards.h"
 #include "import/n42_file_2006.h"
 #include "import/n42_file_2011.h"
@@ -34,9 +35,9 @@ std::optional<Position> position_of(std::string_view text) {
     std::array<double, 2> numbers{};
     for (double& number : numbers) {
         text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n,"), text.size()));
-        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-        if (error != std::errc() || !std::isfinite(number)) return std::nullopt;
-        text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+        const ux::DecimalRead read = ux::read_decimal(text, number);
+        if (read.length == 0 || read.range != ux::DecimalRange::kInside) return std::nullopt;
+        text.remove_prefix(read.length);
     }
     return Position{numbers[0], numbers[1]};
 }
@@ -68,8 +69,8 @@ struct [[gnu::visibility("hidden")]] SpectrumReader::State {
     SpectrumOpening open(const char* path, const std::vector<std::string>& wanted);
     void list_detectors(const char* path);
     void list_gross_counts();
-    bool next(Spectrum& out);
-    int import_into(UXXmlWrapperBase& tree, bool withEnergies);
+    bool next(Spectrum & out);
+    int import_into(UXXmlWrapperBase & tree, bool withEnergies);
     std::vector<SpectrumNote> notes() const;
 
     std::string root;
@@ -83,8 +84,8 @@ struct [[gnu::visibility("hidden")]] SpectrumReader::State {
 private:
     bool go_to_next_column();
     void enter_part();
-    void describe(Spectrum& out);
-    void add_surroundings(Spectrum& out) const;
+    void describe(Spectrum & out);
+    void add_surroundings(Spectrum & out) const;
     void measure(const ux::NumberList& numbers);
     void note_size_of_texts(const Spectrum& spectrum);
     std::shared_ptr<const EnergyCalibration> calibration_of(std::size_t spectrum);
@@ -415,17 +416,18 @@ double seconds_of(const std::string& duration) {
             if (rest.empty()) return kNone;
         }
         double number = 0;
-        const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), number);
-        if (error != std::errc() || end == rest.data() + rest.size()) return kNone;
-        if (!std::isfinite(number) || std::signbit(number)) return kNone;
-        const double unit = !inTime       ? (*end == 'D' ? 86400 : 0)
-                            : *end == 'H' ? 3600
-                            : *end == 'M' ? 60
-                            : *end == 'S' ? 1
+        const ux::DecimalRead read = ux::read_decimal(rest, number);
+        if (read.length == 0 || read.length == rest.size()) return kNone;
+        if (read.range != ux::DecimalRange::kInside || std::signbit(number)) return kNone;
+        const char mark = rest[read.length];
+        const double unit = !inTime       ? (mark == 'D' ? 86400 : 0)
+                            : mark == 'H' ? 3600
+                            : mark == 'M' ? 60
+                            : mark == 'S' ? 1
                                           : 0;
         if (unit == 0) return kNone;
         seconds += unit * number;
-        rest.remove_prefix(static_cast<std::size_t>(end - rest.data()) + 1);
+        rest.remove_prefix(read.length + 1);
     }
     return seconds;
 }
