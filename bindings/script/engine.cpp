@@ -105,7 +105,7 @@ bool split_declaration(const std::string& line, std::string& declaration, std::s
 
 using namespace uxscript;
 
-struct UXScriptEngine::State {
+struct [[gnu::visibility("hidden")]] UXScriptEngine::State {
     ~State() {
         if (engine != nullptr) engine->ShutDownAndRelease();
     }

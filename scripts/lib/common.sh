@@ -13,7 +13,7 @@ test_packages=(clang libclang-rt-14-dev pkg-config libgtest-dev libgmock-dev
     librapidcheck-dev libxml2-dev locales chromium chromium-driver python3-selenium valgrind)
 python_packages=(python3-dev python3-numpy python3-pytest python3-pip python3-venv
     python3-setuptools python3-wheel python3-pandas python3-dask python3-distributed pybind11-dev)
-package_packages=(debhelper dpkg-dev file lintian pkg-config)
+package_packages=(debhelper dh-python dpkg-dev file lintian pkg-config pybind11-dev python3-dev python3-numpy)
 document_packages=(shared-mime-info iso-codes unicode-cldr-core)
 
 is_installed() {

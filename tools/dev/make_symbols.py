@@ -27,10 +27,11 @@ def symbols_of(library):
 def main():
     source, build = map(pathlib.Path, sys.argv[1:])
     version = re.search(r"^project\(\S+ VERSION (\S+)", (source / "CMakeLists.txt").read_text(), re.M)[1]
-    for library in ("host", "Utils", "kit"):
-        built = (build / f"src/libuxtree_{library}.so").resolve()
+    for library in ("host", "Utils", "kit", "script", "script_kit"):
+        folder = "bindings/script" if library.startswith("script") else "src"
+        built = (build / folder / f"libuxtree_{library}.so").resolve()
         soname = re.search(r"SONAME +(\S+)", run("objdump", "-p", str(built)))[1]
-        package = f"libuxtree-{library.lower()}{soname.partition('.so.')[2]}"
+        package = f"libuxtree-{library.lower().replace('_', '-')}{soname.partition('.so.')[2]}"
         path = source / f"debian/{package}.symbols"
         old = path.read_text(encoding="utf-8") if path.exists() else ""
         since = dict(re.findall(r"^ (?:\(\S+\))?(\S+)@Base (\S+)", old, re.M))
