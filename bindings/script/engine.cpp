@@ -231,8 +231,7 @@ UXScriptOutcome UXScriptEngine::State::execute(Context& context, const UXScriptL
 
 UXScriptOutcome UXScriptEngine::State::reset_globals(const UXScriptLimits& limits) {
     if (globalsAreSet) return UXScriptOutcome::kDone;
-    // Their values are given by code of the script, which the limits hold for as well: a function
-    // of the module starts them, since the language runs them apart from any limit otherwise.
+    // Their values are given by code of the script, for which the limits hold as well.
     globalsAreSet = true;
     Context context(*engine);
     Deadline deadline(limits);
@@ -325,6 +324,7 @@ bool set_up(UXScriptEngine::State& state) {
     state.engine = engine;
     engine->SetMessageCallback(asFUNCTION(Messages::hear), &state.messages, as::asCALL_CDECL);
     engine->SetEngineProperty(as::asEP_USE_CHARACTER_LITERALS, 1);  // 'a' is a number, as in C
+    engine->SetEngineProperty(as::asEP_EXPAND_DEF_ARRAY_TO_TMPL, 1);  // array<int>, not int[]
     engine->SetEngineProperty(as::asEP_INIT_GLOBAL_VARS_AFTER_BUILD, 0);
     engine->SetEngineProperty(as::asEP_ALLOW_UNSAFE_REFERENCES, 1);
     engine->SetTranslateAppExceptionCallback(asFUNCTION(translate_exception), nullptr,
@@ -394,7 +394,7 @@ bool UXScriptEngine::compile_file(const std::string& path) {
     });
 }
 
-bool UXScriptEngine::compile(const std::string& name, const std::string& code) {
+bool UXScriptEngine::compile(const std::string& name, const std::string& code, int firstLine) {
     if (!ready()) return false;
     return without_exceptions(false, &state_->problem, [&] {
         as::CScriptBuilder builder;
@@ -403,7 +403,7 @@ bool UXScriptEngine::compile(const std::string& name, const std::string& code) {
         builder.StartNewModule(state_->engine, kModule);
         // A size of 0 stands for a text up to its NUL, which an empty text begins with.
         if (builder.AddSectionFromMemory(name.c_str(), code.c_str(),
-                                         static_cast<unsigned>(code.size())) < 0) {
+                                         static_cast<unsigned>(code.size()), firstLine - 1) < 0) {
             state_->finish_messages();
             return false;
         }

@@ -84,12 +84,16 @@ void register_printing(Registrar& add, std::function<void(std::string_view)>& ou
         add.function(("void print(" + parameters + ")").c_str(), print, &out);
         parameters += ", const ?&in";
     }
+    // A value as print shows it.
     add.function("string str(const ?&in)", str);
 }
 
 void register_files(Registrar& add) {
+    // The names that match a pattern such as "folder/*.xml", sorted; none is no error.
     add.function("array<string>@ files(const string &in pattern)", files);
+    // The whole text of a file.
     add.function("string read_file(const string &in name)", read_file);
+    // Writes a text into a file.
     add.function("void write_file(const string &in name, const string &in text)", write_file);
 }
 

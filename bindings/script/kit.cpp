@@ -128,11 +128,18 @@ int UXRegisterScriptKit(AngelScript::asIScriptEngine* engine) {
     using namespace uxscript;
     if (engine == nullptr) return as::asINVALID_ARG;
     Registrar add(engine);
+    // The elements that a selection reaches, in the order of the document, nothing twice; of an
+    // attribute or a text the element that has it.
     add.method("Tree", "array<Tree@>@ select(const string &in path)", select);
+    // What a selection reaches as texts.
     add.method("Tree", "array<string>@ select_texts(const string &in path)", select_texts);
+    // Loads a file so that save_with_layout can keep its comments, blanks and quotes.
     add.method("Tree", "void load_for_editing(const string &in file)", load_for_editing);
+    // Writes it as it was written, except for what changed.
     add.method("Tree", "void save_with_layout(const string &in file) const", save_with_layout);
+    // Writes it in lines of their own, indented; comments are left out.
     add.method("Tree", "void save_indented(const string &in file) const", save_indented);
+    // Was it loaded for editing?
     add.method("Tree", "bool get_keeps_layout() const property", keeps_layout);
     return add.result();
 }

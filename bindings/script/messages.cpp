@@ -88,6 +88,7 @@ std::string calls_text(as::asIScriptContext& context) {
         const bool raised = level == 0 && context.GetState() == as::asEXECUTION_EXCEPTION;
         const int line = raised ? context.GetExceptionLineNumber(&column, &section)
                                 : context.GetLineNumber(level, &column, &section);
+        if (section == nullptr) continue;
         text += "  in " + std::string(function->GetDeclaration(true, false, false)) + " at ";
         std::string place = place_text(section, line, column);
         if (place.size() > 2) place.resize(place.size() - 2);
@@ -99,7 +100,11 @@ std::string calls_text(as::asIScriptContext& context) {
 std::string exception_text(as::asIScriptContext& context, const std::string& why) {
     const char* section = nullptr;
     int column = 0;
-    const int line = context.GetExceptionLineNumber(&column, &section);
+    int line = context.GetExceptionLineNumber(&column, &section);
+    // What a function of the language itself raises has no place: the one of its call is shown.
+    for (as::asUINT level = 1; section == nullptr && level < context.GetCallstackSize(); ++level) {
+        line = context.GetLineNumber(level, &column, &section);
+    }
     return place_text(section, line, column) + "error: " + why + "\n" + calls_text(context);
 }
 

@@ -72,8 +72,11 @@ void register_text(Registrar& add) {
     add.behaviour("text", as::asBEHAVE_CONSTRUCT, "void f(const text &in)", copy_text);
     add.behaviour("text", as::asBEHAVE_DESTRUCT, "void f()", end_text);
     add.method("text", "text &opAssign(const text &in)", assign_text);
+    // Is there no text?
     add.method("text", "bool get_is_none() const property", text_is_none);
+    // The text; missing when it is none.
     add.method("text", "string otherwise(const string &in missing) const", text_or);
+    // The same text, or none both.
     add.method("text", "bool opEquals(const text &in) const", same_text);
     add.property("const text none", &none);
 }

@@ -473,55 +473,91 @@ struct Method {
     Called function;
 };
 const Method kMethods[] = {
+    // The node at the end of a path of tags, "a/b[2]"; each step takes the first child of the tag,
+    // or the one of the number. "" is the node itself. An exception names what is missing.
     {"Tree@ opIndex(const string &in path)", at},
+    // The same; null when there is none.
     {"Tree@ find(const string &in path)", find},
+    // Is there a node at the path?
     {"bool has(const string &in path) const", has},
+    // The node at the path; what is missing is added.
     {"Tree@ create(const string &in path)", create},
+    // The path from the root to the node.
     {"string get_path() const property", path},
 
+    // Loads an XML file; the Tree is its root then. An exception tells why and where it failed.
     {"void load(const string &in file)", load},
+    // The same for XML text.
     {"void parse(const string &in xml)", parse},
+    // Writes the node as the root of an XML file, which is replaced as a whole.
     {"void save(const string &in file) const", save},
+    // The node as XML.
     {"string get_xml() const property", xml},
+    // A deep copy, which is the root of a tree of its own.
     {"Tree@ copy() const", copy},
+    // Does it refer to a node? Not when it is new, nor after the node was removed.
     {"bool get_valid() const property", valid},
+    // The same node?
     {"bool opEquals(const Tree &in other) const", same},
+    // Refers to nothing afterwards.
     {"void release()", release},
 
+    // The tag.
     {"string get_tag() const property", get_tag},
     {"void set_tag(const string &in tag) property", set_tag},
+    // The text of the element itself; "" clears it.
     {"string get_value() const property", get_value},
     {"void set_value(const string &in value) property", set_value},
+    // The value as a number; missing when it is none.
     {"int integer(int missing = 0) const", number<int>},
     {"double number(double missing = 0) const", number<double>},
+    // Writes a number as value.
     {"void set_integer(int value)", set_number<int>},
     {"void set_number(double value)", set_number<double>},
+    // The attribute "Label", or the tag without one.
     {"string get_label() const property", get_label},
     {"void set_label(const string &in label) property", set_label},
+    // The ID of the element, which is no attribute; 0 without one.
     {"int get_id() const property", get_id},
     {"void set_id(int id) property", set_id},
+    // The attribute "DataID"; -1 without one.
     {"int get_data_id() const property", get_data_id},
     {"void set_data_id(int id) property", set_data_id},
 
+    // The text of an attribute; missing without it.
     {"string attribute(const string &in name, const string &in missing = \"\") const", attribute},
+    // Is the attribute there?
     {"bool has_attribute(const string &in name) const", has_attribute},
+    // Writes an attribute.
     {"void set_attribute(const string &in name, const string &in value)", set_attribute},
+    // Removes it; was it there?
     {"bool remove_attribute(const string &in name)", remove_attribute},
+    // The names of all.
     {"array<string>@ attributes() const", attributes},
 
+    // The number of children.
     {"int get_count() const property", get_count},
+    // The child at a position from 0.
     {"Tree@ child(int index)", child_at},
+    // The children, with a tag those of it.
     {"array<Tree@>@ children(const string &in tag = \"\")", children},
+    // All elements below, with a tag those of it, in the order of the document.
     {"array<Tree@>@ walk(const string &in tag = \"\")", walk},
+    // Neighbours; null where there is none.
     {"Tree@ get_first() property", neighbour<&Node::FirstChild>},
     {"Tree@ get_next() property", neighbour<&Node::NextSibling>},
     {"Tree@ get_previous() property", neighbour<&Node::PrevSibling>},
     {"Tree@ get_parent() property", neighbour<&Node::GetParent>},
+    // The root of the tree.
     {"Tree@ get_root() property", get_root},
 
+    // Appends a child and yields it.
     {"Tree@ add(const string &in tag, const string &in value = \"\")", add_child},
+    // Appends a deep copy and yields it.
     {"Tree@ add_copy(const Tree &in source)", add_copy},
+    // Removes the node with everything below it.
     {"void remove()", remove},
+    // Removes everything below it.
     {"void remove_children()", remove_children},
 };
 

@@ -92,10 +92,11 @@ public:
     bool ready() const;
     // Compiles a script in place of the one before. #include "file" is relative to the script.
     bool compile_file(const std::string& path);
-    bool compile(const std::string& name, const std::string& code);
+    // The same for code by any name. firstLine is the number by which messages call its first line.
+    bool compile(const std::string& name, const std::string& code, int firstLine = 1);
 
-    // Runs a function of the compiled script: its declaration as in "int main()", or its name alone.
-    // prepare, which may be empty, sets its arguments, and finish reads its result.
+    // Runs a function of the compiled script that takes nothing: its declaration as in "int f()", or
+    // its name alone. What it yields is dropped.
     UXScriptOutcome run(const std::string& function, const UXScriptLimits& limits = {});
     // Runs a function void name(Tree@) with a node.
     UXScriptOutcome run_on(const std::string& function, const UXXmlWrapperBase& node,

@@ -135,7 +135,8 @@ void limit_memory(unsigned long long megabytes) {
         throw Failure(kRefused, "cannot limit the memory: " + system_error());
     }
 #else
-    (void)megabytes;
+    if (megabytes != LimitOptions().megabytes)
+        note("built with a sanitizer: no limit kept for memory");
 #endif
 }
 
@@ -196,7 +197,8 @@ std::vector<std::string> compile(const RunOptions& options, UXScriptEngine& engi
     std::vector<std::string> words = options.words;
     bool compiled = false;
     if (!options.code.empty()) {
-        compiled = engine.compile("-e", "void main(array<string>@ args) {" + options.code + "\n}");
+        compiled =
+            engine.compile("-e", "void main(array<string>@ args) {\n" + options.code + "\n}", 0);
     } else if (words.empty()) {
         throw Failure(kUsage, "uxtree", "no script is named", "uxtree run --help");
     } else {
