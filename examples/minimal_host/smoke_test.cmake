@@ -1,6 +1,11 @@
 # Runs the program SMOKE, with each folder of HOSTS in turn as the one where the host library is
-# found first. Each run must use that library and print what EXPECTED holds.
+# found first. Each run must use that library and print what EXPECTED holds. ARGUMENTS, when given,
+# come before the folder that the program may write into, and it reads INPUT.
 file(READ ${EXPECTED} expected)
+set(input "")
+if(INPUT)
+  set(input INPUT_FILE ${INPUT})
+endif()
 if(NOT HOSTS)
   set(HOSTS none)
 endif()
@@ -18,7 +23,7 @@ foreach(host IN LISTS HOSTS)
       message(FATAL_ERROR "not the host library of ${host}:\n${libraries}")
     endif()
   endif()
-  execute_process(COMMAND ${SMOKE} ${folder} OUTPUT_VARIABLE printed RESULT_VARIABLE result)
+  execute_process(COMMAND ${SMOKE} ${ARGUMENTS} ${folder} ${input} OUTPUT_VARIABLE printed RESULT_VARIABLE result)
   file(WRITE ${folder}/printed.txt "${printed}")
   if(NOT result EQUAL 0 OR NOT printed STREQUAL expected)
     execute_process(COMMAND diff ${EXPECTED} ${folder}/printed.txt)
