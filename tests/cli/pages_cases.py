@@ -17,16 +17,17 @@ import sys
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-PAGES = [ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md"))]
+PAGES = [ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md")),
+         ROOT / "examples" / "scripts" / "README.md"]
 # Pages that consist of sessions: a page that loses its fences must not pass unseen.
-EXPECTED = {"README.md": 6, "first_hour.md": 12, "concepts.md": 4, "themes.md": 6}
+EXPECTED = {"README.md": 6, "first_hour.md": 12, "concepts.md": 4, "themes.md": 6, "scripting.md": 10}
 
 
 SESSION = re.compile(r"^```\w*\n(\$ .*?)^```$", re.DOTALL | re.MULTILINE)
 
 
 def copy_examples(folder):
-    for pattern in ("*.xml", "*.n42"):
+    for pattern in ("*.xml", "*.n42", "scripts/*.as"):
         for example in sorted((ROOT / "examples").glob(pattern)):
             shutil.copy(example, folder)
 
@@ -61,7 +62,7 @@ def check_page(page):
         for command, answer in tried:
             told = answer_of(tool, command)
             assert told == answer, f"{page.name}: $ {command}\n{told}"
-    check.__name__ = "PageDoesWhatItShows_" + page.stem
+    check.__name__ = f"PageDoesWhatItShows_{page.parent.name}_{page.stem}"
     return check
 
 
