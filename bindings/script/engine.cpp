@@ -323,7 +323,7 @@ bool set_up(UXScriptEngine::State& state) {
     if (engine == nullptr) return false;
     state.engine = engine;
     engine->SetMessageCallback(asFUNCTION(Messages::hear), &state.messages, as::asCALL_CDECL);
-    engine->SetEngineProperty(as::asEP_USE_CHARACTER_LITERALS, 1);  // 'a' is a number, as in C
+    engine->SetEngineProperty(as::asEP_USE_CHARACTER_LITERALS, 1);    // 'a' is a number, as in C
     engine->SetEngineProperty(as::asEP_EXPAND_DEF_ARRAY_TO_TMPL, 1);  // array<int>, not int[]
     engine->SetEngineProperty(as::asEP_INIT_GLOBAL_VARS_AFTER_BUILD, 0);
     engine->SetEngineProperty(as::asEP_ALLOW_UNSAFE_REFERENCES, 1);

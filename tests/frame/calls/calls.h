@@ -686,10 +686,10 @@ private:
                   std::vector<facts::Direction> directions, std::array<bool, 2> edits,
                   const Arguments&... arguments) {
         static_assert(sizeof...(Params) == sizeof...(Arguments), "one argument per parameter");
-        calls_[name].push_back(Call(row, invoker(name, function, std::index_sequence_for<Params...>()),
-                                    {trials_of<Params>(arguments)...},
-                                    {texts_of<Params>(arguments)...}, std::move(directions),
-                                    edits));
+        calls_[name].push_back(
+            Call(row, invoker(name, function, std::index_sequence_for<Params...>()),
+                 {trials_of<Params>(arguments)...}, {texts_of<Params>(arguments)...},
+                 std::move(directions), edits));
     }
     template <typename Result, typename... Params, std::size_t... I>
     static Call::Invoke invoker(const char* name, Result (*entry)(Params...),
