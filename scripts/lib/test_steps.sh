@@ -14,6 +14,8 @@ short_steps=(
 long_steps=(
     removals  # 90 s
     tsan      # 150 s
+    wheel     # 120 s
+    python_sanitized  # 150 s
     static    # 600 s
     packages  # 180 s
     consumers  # 130 s
@@ -93,6 +95,18 @@ step_docs() { ./scripts/docs; }
 
 # Static libraries, and the sources as a part of another project.
 step_consumers() { ./scripts/lib/try_consumers.sh; }
+
+# The wheel, made without a network and tried in a fresh environment.
+step_wheel() {
+    say "The wheel of the Python package"
+    ./scripts/lib/try_wheel.sh || die "the wheel"
+}
+
+# The Python package under AddressSanitizer.
+step_python_sanitized() {
+    say "The Python package under AddressSanitizer"
+    ./scripts/lib/try_python_sanitized.sh || die "the Python package under AddressSanitizer"
+}
 
 # Documents far larger and deeper than people write, within bounds of time and memory.
 step_huge() {

@@ -14,10 +14,10 @@ from .tree import Attributes, Selection, Tree, edit, from_string, load
 from .outlines import Outline, outline
 from .table import Table
 from .theme import Theme
-from . import analyses, n42
+from . import analyses, many, n42
 
 __all__ = [
     "Attributes", "CodeError", "LoadError", "Outline", "SaveError", "SelectError", "Selection",
     "Table", "Theme", "Tree", "TreeError", "ValuesError", "analyses", "edit", "from_string", "load",
-    "n42", "outline", "raw",
+    "many", "n42", "outline", "raw",
 ]
