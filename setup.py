@@ -35,6 +35,7 @@ class CMakeBuild(build_ext):
         build = BUILD / "cmake"
         self.call("cmake", "-S", SOURCE, "-B", build, *generator, *options)
         self.call("cmake", "--build", build, "--parallel", jobs, "--target", "uxtree_python")
+        shutil.rmtree(target / "uxtree", ignore_errors=True)  # of an earlier version
         self.call("cmake", "--install", BUILD / "cmake", "--component", "python", "--strip")
 
     def call(self, *command):

@@ -82,6 +82,12 @@ def jobs():
     peers = {"ElementTree": (ElementTree, ElementTree.parse(DIALOG).getroot())}
     if lxml is not None:
         peers["lxml"] = (lxml, lxml.parse(DIALOG).getroot())
+    large_file = tempfile.NamedTemporaryFile(suffix=".xml")
+    large_file.write(("<r>" + "".join(f"<b><n DataID='{i + 1}'>v{i}</n></b>" for i in range(1000))
+                      + "</r>").encode())
+    large_file.flush()
+    large = uxtree.load(large_file.name)
+    large_roots = [peer.parse(large_file.name).getroot() for peer, _ in peers.values()]
     # 30 leaves with values, and nothing that would take one of the two longer.
     small = "<r>" + "".join(f"<b{i}><n DataID='{i + 1}'>v{i}</n></b{i}>" for i in range(30)) + "</r>"
     ours = uxtree.from_string(small)
@@ -98,10 +104,14 @@ def jobs():
         *[seconds(lambda: by_id(root, "36")) for root in roots])
     row("find by DataID, their XPath", seconds(lambda: tree.find(36)), "10",
         *[seconds(lambda: root.find(".//*[@DataID='36']")) for root in roots])
+    row("find by DataID, last of 1,000", seconds(lambda: large.find(1000)), "10",
+        *[seconds(lambda: by_id(root, "1000")) for root in large_roots])
     row("path", seconds(lambda: tree["Find/Limit/Count"]), "5",
         *[seconds(lambda: root.find("Find/Limit/Count")) for root in roots])
     row("load", seconds(lambda: uxtree.load(DIALOG, layout=False)), "5",
         *[seconds(lambda: peer.parse(DIALOG)) for peer, _ in peers.values()])
+    row("load of 1,000", seconds(lambda: uxtree.load(large_file.name, layout=False)), "5",
+        *[seconds(lambda: peer.parse(large_file.name)) for peer, _ in peers.values()])
     parsed = [peer.fromstring(small) for peer, _ in peers.values()]
     row("30 values by id", seconds(lambda: ours.values()), "1 and 5",
         *[seconds(lambda: et_values(root)) for root in parsed])

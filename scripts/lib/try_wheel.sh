@@ -30,6 +30,7 @@ for file in "$package"/_core*.so "$package"/lib/*.so*; do
             esac ;;
         esac
     done < <(ldd "$file")
+    # shellcheck disable=SC2016  # it is the linker's
     ! readelf -d "$file" | grep -E 'R(UN)?PATH' | grep -v '\[\$ORIGIN' ||
         die "$file looks for libraries at a place of this machine"
 done

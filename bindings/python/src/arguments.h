@@ -27,19 +27,6 @@ struct Signature {
 void spread(const Signature& signature, PyObject* const* given, Py_ssize_t positional,
             PyObject* keywords, PyObject** places);
 
-// "function() argument 'name'", for messages.
-class Place {
-public:
-    Place(const Signature& signature, int index) {
-        PyOS_snprintf(text_, sizeof text_, "%.70s() argument '%.40s'", signature.function,
-                      signature.names[index]);
-    }
-    operator const char*() const { return text_; }
-
-private:
-    char text_[160];
-};
-
 // An array as entry points take it, or none.
 template <typename Array>
 struct Given {
@@ -87,7 +74,7 @@ public:
     T integer(int i, T fallback = T()) const {
         PyObject* const object = places_[at(i)];
         if (object == nullptr) return fallback;
-        if (PyLong_CheckExact(object)) {
+        if (PyLong_Check(object)) {
             int overflow = 0;
             const long long value = PyLong_AsLongLongAndOverflow(object, &overflow);
             const bool fits = value >= std::numeric_limits<T>::min() &&
@@ -109,8 +96,7 @@ public:
         if (object == nullptr) return fallback;
         const char* const text = text_of(object, place(i));
         if (text[0] != '\0' && text[1] != '\0') {
-            raise(PyExc_ValueError, "%s must be one ASCII character",
-                  place(i).operator const char*());
+            raise(PyExc_ValueError, "%s must be one ASCII character", place(i).text().c_str());
         }
         return *text;
     }
@@ -120,7 +106,7 @@ public:
     const char* file(int i) {
         PyObject* bytes = nullptr;
         if (is_none(i))
-            raise(PyExc_TypeError, "%s must be a path, not None", place(i).operator const char*());
+            raise(PyExc_TypeError, "%s must be a path, not None", place(i).text().c_str());
         if (PyUnicode_FSConverter(places_[at(i)], &bytes) == 0) throw Raised();
         file_ = py::reinterpret_steal<py::object>(bytes);
         return PyBytes_AS_STRING(bytes);
@@ -188,7 +174,7 @@ public:
 
     bool wants(int i) const { return truth(i, true); }  // an output that may be left out
 
-    Place place(int i) const { return Place(signature_, i); }
+    What place(int i) const { return What(signature_, i); }
     PyObject* object(int i) const { return places_[at(i)]; }
 
 private:

@@ -12,39 +12,35 @@
 namespace uxpy {
 namespace {
 
-int size_for_array(Py_ssize_t size, const char* what) {
-    if (size > INT_MAX) raise(PyExc_OverflowError, "%s has too many elements", what);
+int size_for_array(Py_ssize_t size, const What& what) {
+    if (size > INT_MAX) raise(PyExc_OverflowError, "%s has too many elements", what.text().c_str());
     return static_cast<int>(size);
 }
 
 // Calls each(element, name of the element) for a list, tuple or other sequence.
 template <typename Each>
-void for_elements(PyObject* object, const char* what, const char* elements, Each&& each) {
+void for_elements(PyObject* object, const What& what, const char* elements, Each&& each) {
     if (PyUnicode_Check(object) || PyBytes_Check(object) || PyDict_Check(object)) {
-        raise(PyExc_TypeError, "%s must be a sequence of %s, not %.100s", what, elements,
-              Py_TYPE(object)->tp_name);
+        raise_type(what, (std::string("a sequence of ") += elements).c_str(), object);
     }
     PyObject* const fast = PySequence_Fast(object, "");
     if (fast == nullptr) {
         if (PyErr_ExceptionMatches(PyExc_TypeError) == 0) throw Raised();
         PyErr_Clear();
-        raise(PyExc_TypeError, "%s must be a sequence of %s, not %.100s", what, elements,
-              Py_TYPE(object)->tp_name);
+        raise_type(what, (std::string("a sequence of ") += elements).c_str(), object);
     }
     const auto keep = py::reinterpret_steal<py::object>(fast);
     size_for_array(PySequence_Fast_GET_SIZE(fast), what);
-    char name[120];
     // What turns an element into a number may change the list.
     for (Py_ssize_t i = 0; i < PySequence_Fast_GET_SIZE(fast); ++i) {
         const auto element = py::reinterpret_borrow<py::object>(PySequence_Fast_GET_ITEM(fast, i));
-        PyOS_snprintf(name, sizeof name, "%.80s[%zd]", what, i);
-        each(element.ptr(), name);
+        each(element.ptr(), what.element(i));
     }
 }
 
 // An array of numpy, which holds the wanted type after a safe cast, or nothing.
 template <typename T>
-bool fill_from_numpy(CArray<T, T>& array, PyObject* object, const char* what) {
+bool fill_from_numpy(CArray<T, T>& array, PyObject* object, const What& what) {
     if (!py::isinstance<py::array>(object)) return false;
     const auto given = py::reinterpret_borrow<py::array>(object);
     const char kind = given.dtype().kind();
@@ -80,14 +76,14 @@ PyObject* list_of(Size size, Make&& make) {
 
 }  // namespace
 
-void fill(Ints& array, PyObject* object, const char* what) {
+void fill(Ints& array, PyObject* object, const What& what) {
     if (fill_from_numpy(array, object, what)) return;
-    for_elements(object, what, "ints", [&](PyObject* element, const char* name) {
+    for_elements(object, what, "ints", [&](PyObject* element, const What& name) {
         array.Add(static_cast<int>(integer_of(element, name, INT_MIN, INT_MAX)));
     });
 }
 
-void fill(Doubles& array, PyObject* object, const char* what) {
+void fill(Doubles& array, PyObject* object, const What& what) {
     if (fill_from_numpy(array, object, what)) {
         double* const values = array.GetData();
         const auto is_nan = [](double value) { return std::isnan(value); };
@@ -95,21 +91,21 @@ void fill(Doubles& array, PyObject* object, const char* what) {
         return;
     }
     for_elements(object, what, "numbers",
-                 [&](PyObject* element, const char* name) { array.Add(number_of(element, name)); });
+                 [&](PyObject* element, const What& name) { array.Add(number_of(element, name)); });
 }
 
-void fill(Bools& array, PyObject* object, const char* what) {
+void fill(Bools& array, PyObject* object, const What& what) {
     if (fill_from_numpy(array, object, what)) return;
-    for_elements(object, what, "bools", [&](PyObject* element, const char* name) {
+    for_elements(object, what, "bools", [&](PyObject* element, const What& name) {
         if (!PyBool_Check(element)) {
-            raise(PyExc_TypeError, "%s must be bool, not %.100s", name, Py_TYPE(element)->tp_name);
+            raise_type(name, "bool", element);
         }
         array.Add(element == Py_True);
     });
 }
 
-void fill(Texts& array, PyObject* object, const char* what) {
-    for_elements(object, what, "str", [&](PyObject* element, const char* name) {
+void fill(Texts& array, PyObject* object, const What& what) {
+    for_elements(object, what, "str", [&](PyObject* element, const What& name) {
         array.AddText(text_of(element, name));
     });
 }

@@ -13,10 +13,10 @@ using Bools = CArray<bool, bool>;
 using Texts = CWBOStringArray;
 
 // Adds the elements of a sequence; a text is none. Arrays of numpy with as many dimensions as one.
-void fill(Ints& array, PyObject* object, const char* what);
-void fill(Doubles& array, PyObject* object, const char* what);
-void fill(Bools& array, PyObject* object, const char* what);
-void fill(Texts& array, PyObject* object, const char* what);
+void fill(Ints& array, PyObject* object, const What& what);
+void fill(Doubles& array, PyObject* object, const What& what);
+void fill(Bools& array, PyObject* object, const What& what);
+void fill(Texts& array, PyObject* object, const What& what);
 
 // Numbers become a numpy array that owns them, whatever becomes of the tree; missing values NaN. The
 // rest becomes lists.

@@ -113,12 +113,12 @@ py::object outline_files(const py::list& paths) {
         const py::gil_scoped_release release;
         all = new_outlines();
         for (; done < names.size(); ++done) {
-            UXXmlWrapperBase one = new_outlines();
+            UXXmlWrapperBase one = done == 0 ? all : new_outlines();
             if (UXOutlineFile(&one, names[done].c_str(), false) == 0) {
                 failure = LoadFailure::last();
                 break;
             }
-            if (UXMergeOutline(&all, &one) == 0) throw std::bad_alloc();
+            if (done > 0 && UXMergeOutline(&all, &one) == 0) throw std::bad_alloc();
         }
     }
     if (done < names.size()) failure.raise(paths[done]);

@@ -5,7 +5,6 @@
 #include <string>
 
 #include "uxtree/host/name_key.h"
-#include "uxtree/tree/lookup.h"
 
 #include "arrays.h"
 #include "texts.h"
@@ -480,7 +479,7 @@ PyObject* node_find(PyObject* self, PyObject* const* args, Py_ssize_t count) {
         if (count < 1 || count > 2) raise(PyExc_TypeError, "find() takes a DataID and a default");
         UXXmlWrapperBase found;
         const int id = static_cast<int>(integer_of(args[0], "DataID", INT_MIN, INT_MAX));
-        if (uxtree_find_node(&usable(self), &found, "DataID", id, true, 0, 0) == 1) {
+        if (usable(self).FindNodeByAttribute(&found, "DataID", id, 1) != 0) {
             return from_node(std::move(found));
         }
         PyObject* const fallback = count > 1 ? args[1] : Py_None;
@@ -810,18 +809,18 @@ PyObject* from_node(UXXmlWrapperBase&& handle) {
     return self;
 }
 
-UXXmlWrapperBase& any_handle_of(PyObject* object, const char* what) {
+UXXmlWrapperBase& any_handle_of(PyObject* object, const What& what) {
     if (!PyObject_TypeCheck(object, nodeType)) {
-        raise(PyExc_TypeError, "%s must be a node, not %.100s", what, Py_TYPE(object)->tp_name);
+        raise_type(what, "a node", object);
     }
     return own(object);
 }
 
-UXXmlWrapperBase& handle_of(PyObject* object, const char* what) {
+UXXmlWrapperBase& handle_of(PyObject* object, const What& what) {
     UXXmlWrapperBase& handle = any_handle_of(object, what);
     if (handle.IsNodeValid() == 0) {
         raise(PyExc_ReferenceError, "%s: the node was removed from its tree, or never was in one",
-              what);
+              what.text().c_str());
     }
     return handle;
 }

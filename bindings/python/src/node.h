@@ -3,7 +3,7 @@
 
 #include "uxtree/host/node.h"
 
-#include "python.h"
+#include "texts.h"
 
 namespace uxpy {
 
@@ -24,8 +24,8 @@ inline PyObject* from_node(const UXXmlWrapperBase& handle) {
 }
 
 // The handle of an object, which lives as long as it does. TypeError for anything else.
-UXXmlWrapperBase& any_handle_of(PyObject* object, const char* what);
+UXXmlWrapperBase& any_handle_of(PyObject* object, const What& what);
 // The same, and ReferenceError for a node that was removed.
-UXXmlWrapperBase& handle_of(PyObject* object, const char* what);
+UXXmlWrapperBase& handle_of(PyObject* object, const What& what);
 
 }  // namespace uxpy

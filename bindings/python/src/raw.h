@@ -33,22 +33,22 @@ inline int with_list(UXXmlWrapperBase& out, UXXmlWrapperBase& start, int create,
 
 // --- records: a dict of their fields; a place is a pair
 
-inline void read_field(PyObject* value, const char* name, int& field) {
+inline void read_field(PyObject* value, const What& name, int& field) {
     field = static_cast<int>(integer_of(value, name, INT_MIN, INT_MAX));
 }
-inline void read_field(PyObject* value, const char* name, double& field) {
+inline void read_field(PyObject* value, const What& name, double& field) {
     field = number_of(value, name);
 }
 
 // Fields that the dict lacks stay 0, or missing.
 template <typename Record>
-void read_record(PyObject* object, const char* what, Record& record, bool mayBeNone) {
+void read_record(PyObject* object, const What& what, Record& record, bool mayBeNone) {
     each_field(record, [](const char*, auto& field) {
         if constexpr (std::is_same_v<decltype(field), double&>) field = UXMissingValue();
     });
     if (mayBeNone && object == Py_None) return;
     if (!PyDict_Check(object)) {
-        raise(PyExc_TypeError, "%s must be a dict, not %.100s", what, Py_TYPE(object)->tp_name);
+        raise_type(what, "a dict", object);
     }
     Py_ssize_t used = 0;
     each_field(record, [&](const char* name, auto& field) {
@@ -57,12 +57,12 @@ void read_record(PyObject* object, const char* what, Record& record, bool mayBeN
         ++used;
         read_field(value, name, field);
     });
-    if (used != PyDict_Size(object)) raise(PyExc_ValueError, "%s has unknown keys", what);
+    if (used != PyDict_Size(object))
+        raise(PyExc_ValueError, "%s has unknown keys", what.text().c_str());
 }
-inline void read_record(PyObject* object, const char* what, tagPOINT& place, bool) {
+inline void read_record(PyObject* object, const What& what, tagPOINT& place, bool) {
     if (!PyTuple_Check(object) || PyTuple_GET_SIZE(object) != 2) {
-        raise(PyExc_TypeError, "%s must be a pair of ints, not %.100s", what,
-              Py_TYPE(object)->tp_name);
+        raise_type(what, "a pair of ints", object);
     }
     read_field(PyTuple_GET_ITEM(object, 0), what, place.x);
     read_field(PyTuple_GET_ITEM(object, 1), what, place.y);

@@ -171,7 +171,10 @@ class Tree(raw.Node):
         changed_only: those whose attribute OldValue differs. repeat: the RepeatID under which this
         node stands. branches: also those without "Use".
         """
-        ids, texts = self._collect(recursive, changed_only, repeat, id_attribute, branches)
+        count, ids, texts, error = _get_values(self, recursive, changed_only, repeat, id_attribute,
+                                               branches)
+        if error or count < 0:  # says what is wrong
+            self._collect(recursive, changed_only, repeat, id_attribute, branches)
         found = dict(zip(ids, texts))
         if len(found) != len(ids):
             seen = set()
