@@ -2,7 +2,7 @@
 // processor time of a child process, and its peak memory.
 //
 //   load_bench [FILE...]    with files, the first table for them alone
-//   load_bench odd          the second table alone
+//   load_bench odd [NAME]   the second table alone, or its rows of this name
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -143,32 +143,45 @@ std::vector<std::string> make_documents() {
 
 // A document that is one token, or has very many of something, of about so many bytes. start stands
 // before the root, finish behind it.
+using MakeOdd =
+    std::function<std::string(unsigned long long size, const char* start, const char* finish)>;
 struct Odd {
     const char* name;
-    std::function<std::string(unsigned long long size, const char* start, const char* finish)> make;
+    MakeOdd make;
 };
 
-std::string make_odd(unsigned long long size, std::string opening, std::string closing,
+std::string make_odd(unsigned long long size, const std::string& opening,
+                     const std::string& closing,
                      const std::function<std::string(int number)>& part) {
     uxbench::DocumentWriter writer("load", size);
     int number = 0;
     return writer.file("odd", opening, closing, [&] { writer.add(part(number++)); });
 }
-std::function<std::string(unsigned long long, const char*, const char*)> repeated(
-    const char* opening, const char* closing, std::function<std::string(int)> part) {
+MakeOdd repeated(const char* opening, const char* closing, std::function<std::string(int)> part) {
     return [=](unsigned long long size, const char* start, const char* finish) {
         return make_odd(size, std::string(start) + opening, std::string(closing) + finish, part);
     };
 }
+// Elements that are each the only child of the one before.
+std::string make_levels(unsigned long long size, const char* start, const char* finish) {
+    std::string path = std::filesystem::temp_directory_path() / "load_odd.xml";
+    std::ofstream out(path, std::ios::binary);
+    out << start;
+    for (unsigned long long i = 0; i < size / 7; ++i) out << "<a>";
+    for (unsigned long long i = 0; i < size / 7; ++i) out << "</a>";
+    out << finish;
+    return path;
+}
 std::vector<Odd> odd_documents() {
     const auto always = [](const char* text) { return [text](int) { return std::string(text); }; };
-    const auto numbered = [](const char* before, const char* behind) {
+    const auto numbered = [](const char* before, const char* behind, int most) {
         return [=](int number) {
             std::string text(before);
-            text += std::to_string(number);
+            text += std::to_string(number % most);
             return text += behind;
         };
     };
+    constexpr int kAll = 1 << 30;
     return {
         {"ordinary elements",
          repeated("<r>", "</r>", always("<a x=\"1\" label=\"some text\">value 12345</a>\n"))},
@@ -178,47 +191,86 @@ std::vector<Odd> odd_documents() {
         {"one comment", repeated("<r><!-- ", " --></r>", always("remark "))},
         {"one instruction", repeated("<r><?p ", " ?></r>", always("remark "))},
         {"one section", repeated("<r><![CDATA[", "]]></r>", always("<b>& "))},
-        {"attributes of one element", repeated("<r", "/>", numbered(" a", "=\"\""))},
-        {"names, each once", repeated("<r>", "</r>", numbered("<n", "/>"))},
+        {"one inside the other", make_levels},
+        // No reader can foresee these, nor keep them at hand: as bad as names chosen to collide.
+        {"20,000 names in turn", repeated("<r>", "</r>", numbered("<n", "/>", 20000))},
+        {"names, each once", repeated("<r>", "</r>", numbered("<n", "/>", kAll))},
+        {"attributes of one element", repeated("<r", "/>", numbered(" a", "=\"\"", kAll))},
     };
 }
 
+// Writes a document of ASCII again, in UTF-16.
+void widen(const std::string& path) {
+    const std::string wide = path + ".wide";
+    std::ifstream in(path, std::ios::binary);
+    std::ofstream out(wide, std::ios::binary);
+    out << "\xFF\xFE";
+    std::vector<char> block(std::size_t{1} << 16);
+    std::string text;
+    while (in.read(block.data(), static_cast<std::streamsize>(block.size())), in.gcount() > 0) {
+        text.clear();
+        for (std::streamsize i = 0; i < in.gcount(); ++i) {
+            text += block[static_cast<std::size_t>(i)];
+            text += '\0';
+        }
+        out << text;
+    }
+    std::filesystem::rename(wide, path);
+}
+
+// How an odd document is written.
+struct Form {
+    const char* name;
+    const char* start;
+    const char* finish;
+    bool isWide;
+};
+constexpr std::array<Form, 5> kForms{{
+    {"UTF-8", "", "", false},
+    {"ISO-8859-1", "<?xml version='1.0' encoding='ISO-8859-1'?>", "", false},
+    {"UTF-16", "", "", true},
+    {"DOCTYPE", "<!DOCTYPE r>", "", false},
+    {"error", "", "x", false},
+}};
+
 // Nanoseconds of processor time a byte at two sizes, and the peak of memory at the larger one.
-void measure_odd(const Odd& odd, const char* form, const char* start, const char* finish) {
+void measure_odd(const Odd& odd, const Form& form) {
     constexpr std::array<unsigned long long, 2> kSizes{20'000'000, 200'000'000};
     std::array<double, 2> nanoseconds{};
     double megabytes = 0;
     for (std::size_t i = 0; i < kSizes.size(); ++i) {
-        const std::string path = odd.make(kSizes[i], start, finish);
+        const std::string path =
+            odd.make(form.isWide ? kSizes[i] / 2 : kSizes[i], form.start, form.finish);
+        if (form.isWide) widen(path);
         const auto size = static_cast<double>(std::filesystem::file_size(path));
+        uxbench::touch_memory(8 * kSizes[i]);
         Measure measure;
-        measure_in_child(measure, 1, 0, [&] { return load_ours(path) == (*finish == '\0'); });
+        measure_in_child(measure, 1, 0, [&] { return load_ours(path) == (*form.finish == '\0'); });
         nanoseconds[i] = measure.good ? measure.seconds / size * 1e9 : -1;
         megabytes = measure.megabytes;
         std::filesystem::remove(path);
     }
-    std::printf("| %-26s | %-10s | %6.2f | %6.2f | %5.2f | %6.0f |\n", odd.name, form,
+    std::printf("| %-26s | %-10s | %6.2f | %6.2f | %5.2f | %6.0f |\n", odd.name, form.name,
                 nanoseconds[0], nanoseconds[1], nanoseconds[1] / nanoseconds[0], megabytes);
     std::fflush(stdout);
 }
 
-void measure_odd_documents() {
+void measure_odd_documents(std::string_view wanted) {
+    UXGetHostServices().maxNesting = 1 << 30;
     std::printf(
         "\n| odd documents | form | ns a byte, 20 MB | 200 MB | growth | peak MB |\n"
         "|---|---|---|---|---|---|\n");
     for (const Odd& odd : odd_documents()) {
-        measure_odd(odd, "UTF-8", "", "");
-        measure_odd(odd, "ISO-8859-1", "<?xml version='1.0' encoding='ISO-8859-1'?>", "");
-        measure_odd(odd, "DOCTYPE", "<!DOCTYPE r>", "");
-        measure_odd(odd, "error", "", "x");
+        if (!wanted.empty() && odd.name != wanted) continue;
+        for (const Form& form : kForms) measure_odd(odd, form);
     }
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc == 2 && std::string_view(argv[1]) == "odd") {
-        measure_odd_documents();
+    if (argc > 1 && std::string_view(argv[1]) == "odd") {
+        measure_odd_documents(argc > 2 ? argv[2] : "");
         return 0;
     }
     if (argc > 1) {
@@ -228,6 +280,6 @@ int main(int argc, char** argv) {
     const std::vector<std::string> made = make_documents();
     compare_all(made, 5);
     for (const std::string& path : made) std::filesystem::remove(path);
-    measure_odd_documents();
+    measure_odd_documents("");
     return 0;
 }

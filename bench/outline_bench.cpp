@@ -1,7 +1,9 @@
-// Outlines of XML files, streamed and mapped, against a minimal expat program that folds the same
-// way: time of a whole child process and its peak memory.
+// Outlines of XML files, strict, and forgiving both streamed and mapped, against a minimal expat
+// program that folds the same way: time of a whole child process and its peak memory.
 //
 //   outline_bench [FILE...]    without files, inputs of 200 and 500 MB are made and removed again
+#include "uxtree/kit/outline.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -123,10 +125,14 @@ void run_in_child(Measure& measure, const std::function<bool(UXXmlWrapperBase&)>
 }
 
 void compare(const char* path, int rounds) {
+    Measure strict;
     Measure streamed;
     Measure mapped;
     Measure peer;
     for (int i = 0; i < rounds; ++i) {  // side by side, so that a disturbance meets all alike
+        run_in_child(strict, [path](UXXmlWrapperBase& target) {
+            return UXOutlineFile(&target, path, false) == 1;
+        });
         run_in_child(streamed, [path](UXXmlWrapperBase& target) {
             return SAXTreeLayout(&target, nullptr, path, 0) == 0;
         });
@@ -144,6 +150,7 @@ void compare(const char* path, int rounds) {
                     static_cast<double>(measure.peakKilobytes) / 1024,
                     measure.good ? "" : " not read to its end |");
     };
+    row("strict", strict);
     row("streamed", streamed);
     row("mapped", mapped);
     row("expat", peer);
