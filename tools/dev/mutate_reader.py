@@ -37,6 +37,11 @@ FAULTS = [
      "if (is_kind(behind, kNameStop) && static_cast<signed char>(behind) >= 0) {", "{"),
     ("a foreseen long attribute is known by its first bytes", "known_names.h",
      "(stands_at(bytes, end) && bytes[length] == '=' && bytes[length + 1] == '\"');", "true;"),
+    ("a name at the end of the window is complete when its tag is read on", READER,
+     "tag_ != nullptr && reached_ != window_.end();", "tag_ != nullptr;"),
+    ("an attribute is read again when its tag is read on", READER,
+     "                reached_ = at;\n            }\n            if (at[0] == '/'",
+     "            }\n            if (at[0] == '/'"),
     ("an end tag fits when it begins like the name", READER,
      "                if (*p == '>') {\n                    sink_.end();",
      "                while (!is_kind(*p, kNameStop)) ++p;\n"
