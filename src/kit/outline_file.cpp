@@ -20,12 +20,7 @@ public:
     void Restart() override { builder_ = std::make_unique<OutlineBuilder>(); }
     void Start(std::string_view name, const UXXmlAttribute* attributes,
                std::size_t count) override {
-        const KnownText* const tag = builder_->expected_tag();
-        if (tag != nullptr && tag->text() == name) {
-            builder_->begin_expected();
-        } else {
-            builder_->begin(name);
-        }
+        if (!builder_->begin_at(name.data())) builder_->begin(name);
         for (std::size_t i = 0; i < count; ++i) add(attributes[i]);
         builder_->start();
         isEmpty_ = false;
@@ -39,14 +34,7 @@ private:
     void add(const UXXmlAttribute& attribute) {
         int id = 0;
         if (attribute.name == kIdAttribute && UXParseInt(attribute.value, id)) return;
-        const KnownText* const known = builder_->expected_attribute();
-        const bool isKnown = known != nullptr && known->size() == attribute.name.size() + 2 &&
-                             known->text().substr(0, attribute.name.size()) == attribute.name;
-        if (isKnown) {
-            builder_->attribute_expected();
-        } else {
-            builder_->attribute(attribute.name);
-        }
+        if (!builder_->attribute_at(attribute.name.data())) builder_->attribute(attribute.name);
     }
 
     std::unique_ptr<OutlineBuilder> builder_ = std::make_unique<OutlineBuilder>();

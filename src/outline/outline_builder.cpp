@@ -58,6 +58,7 @@ void OutlineBuilder::begin(std::string_view name) {
     node_ = open_.empty() ? &root_ : open_.back().node->find_child(name);
     lastAttribute_ = nullptr;
     if (node_ == nullptr || node_ == &root_) newName_ = name;
+    if (node_ != nullptr) node_->address = name.data();
 }
 
 void OutlineBuilder::attribute(std::string_view name) {
@@ -65,7 +66,10 @@ void OutlineBuilder::attribute(std::string_view name) {
         const auto& known = node_->knownAttributes;
         const auto found = std::find_if(known.begin(), known.end(),
                                         [&](const auto& other) { return other->name() == name; });
-        if (found != known.end()) return follow(found->get());
+        if (found != known.end()) {
+            (*found)->address = name.data();
+            return follow(found->get());
+        }
         if (known.size() == kFewAttributes) {
             scratch_ = name;
             if (node_->attributeNames.count(scratch_) != 0) return;

@@ -41,11 +41,13 @@ struct LayoutNode {
 
         std::string text;
         KnownText known;
+        const char* address = nullptr;       // where the name was told from
         KnownAttribute* follower = nullptr;  // the one that came next last time
     };
     std::string endText;
     KnownText knownTag;
     KnownText knownEnd;
+    const char* address = nullptr;     // where the name was told from
     LayoutNode* firstChild = nullptr;  // the child that came first last time
     LayoutNode* follower = nullptr;    // the sibling that came next last time
     KnownAttribute* firstAttribute = nullptr;
@@ -89,7 +91,20 @@ public:
     }
     void attribute_expected() { lastAttribute_ = foreseen_attribute(); }
     void end_expected() { open_.pop_back(); }
-
+    // The same in one step, for readings in which each name has one address of its own: the name
+    // that was told from there is expected and begins, or nothing happens.
+    bool begin_at(const char* name) {
+        LayoutNode* const node = open_.empty() ? nullptr : foreseen_node();
+        if (node == nullptr || node->address != name) return false;
+        begin_expected();
+        return true;
+    }
+    bool attribute_at(const char* name) {
+        LayoutNode::KnownAttribute* const known = node_ == nullptr ? nullptr : foreseen_attribute();
+        if (known == nullptr || known->address != name) return false;
+        attribute_expected();
+        return true;
+    }
     void begin(std::string_view name);
     void attribute(std::string_view name);
     void start() {

@@ -31,7 +31,8 @@ struct UXXmlAttribute {
 };
 
 // Hears what an XML document consists of, in its order. The texts are UTF-8 and valid during the
-// call. The document is checked while it is read: only when the reading succeeds is all of it well.
+// call; names stay valid to the end of the reading or the next Restart, and the same name has the
+// same address as long. The document is checked while it is read: only when the reading succeeds is all of it well.
 class UXXmlEvents {
 public:
     virtual ~UXXmlEvents() = default;
