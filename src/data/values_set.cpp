@@ -7,6 +7,7 @@
 #include "data/values_detail.h"
 #include "frame/guards.h"
 #include "frame/results.h"
+#include "frame/text.h"
 #include "frame/walk.h"
 #include "frame/wrapping.h"
 #include "marks/auto_text.h"
@@ -28,6 +29,16 @@ void apply_missing_settings(UXXmlWrapperBase& node, const NodeMarks& marks,
     }
 }
 
+bool store(UXXmlWrapperBase& node, const CStringUTF8& value, const NodeWrite& how) {
+    if (!how.toData) {
+        node.CheckSetValue(how.setMode, value, how.branch ? 1 : 0);
+        return true;
+    }
+    if (value.IsEmpty()) return false;
+    node.SetPropertyValue(kData, value);
+    return true;
+}
+
 // The text that the watch leaves to be written.
 CStringUTF8 announced(_SETVALUESBYIDS& record, CStringUTF8 value) {
     struct Shown {
@@ -39,58 +50,24 @@ CStringUTF8 announced(_SETVALUESBYIDS& record, CStringUTF8 value) {
     return value;
 }
 
-bool store(UXXmlWrapperBase& node, const CStringUTF8& value, const NodeWrite& how) {
-    if (!how.toData) {
-        node.CheckSetValue(how.setMode, value, how.branch ? 1 : 0);
-        return true;
-    }
-    if (value.IsEmpty()) return false;
-    node.SetPropertyValue(kData, value);
-    return true;
-}
-
-// Apart from write_text because few nodes need it, and its frame is a large one.
-[[gnu::noinline]] bool write_guarded_text(UXXmlWrapperBase& node, const CStringUTF8& text,
-                                          const NodeWrite& how) {
+// Writes a value whose settings were taken out, unless it is held back.
+bool write_plain_value(UXXmlWrapperBase& node, const NodeMarks& marks, const CStringUTF8& value,
+                       const EmbeddedNames& names, const NodeWrite& how) {
+    apply_missing_settings(node, marks, names, how.callFlags);
     if ((how.flags & kThemeNoValue) != 0) return false;
     if ((how.flags & kThemeValidate) != 0 && !how.validateOff &&
-        !call_out(UXGetHostServices().validateValue, node, text)) {
+        !call_out(UXGetHostServices().validateValue, node, value)) {
         return false;
     }
-    return how.callback == nullptr ? store(node, text, how)
-                                   : store(node, announced(*how.callback, text), how);
+    return how.callback == nullptr ? store(node, value, how)
+                                   : store(node, announced(*how.callback, value), how);
 }
 
-// Writes a value whose settings were taken out, unless it is held back.
-bool write_text(UXXmlWrapperBase& node, const NodeMarks& marks, const CStringUTF8& text,
-                const EmbeddedNames& names, const NodeWrite& how) {
-    if (how.callFlags != 0 || marks.has(Mark::kFormula)) {
-        apply_missing_settings(node, marks, names, how.callFlags);
-    }
-    const bool guarded = (how.flags & (kThemeNoValue | kThemeValidate)) != 0;
-    return guarded || how.callback != nullptr ? write_guarded_text(node, text, how)
-                                              : store(node, text, how);
-}
-
-[[gnu::noinline]] bool write_with_settings(UXXmlWrapperBase& node, const NodeMarks& marks,
-                                           const CStringUTF8& value, const NodeWrite& how) {
-    CStringUTF8 own = value;
-    const EmbeddedNames names =
-        take_embedded_settings(node, own, (how.flags & kThemeNoSettings) == 0);
-    NodeMarks changed = marks;
-    changed.read(node);
-    return write_text(node, changed, own, names, how);
-}
-
-void write_attribute(UXXmlWrapperBase& node, const char* name, const CWBOStringArray* values,
+void write_attribute(UXXmlWrapperBase& node, const UXNameKey& name, const CWBOStringArray* values,
                      int index) {
-    if (values == nullptr || !given(name)) return;
+    if (values == nullptr) return;
     const CStringUTF8& value = (*values)[index];
-    if (value.IsEmpty()) {
-        node.RemoveProperty(name);
-    } else {
-        node.SetPropertyValue(name, value);
-    }
+    value.IsEmpty() ? node.RemoveProperty(name) : node.SetPropertyView(name, view_of(value));
 }
 
 // The caller's record while the node it watches is being written.
@@ -193,14 +170,16 @@ private:
             write_node_value(node, marks_, (*record_.values)[index], how)) {
             ++written_;
         }
-        write_attribute(node, record_.firstName, record_.firstValues, index);
-        write_attribute(node, record_.secondName, record_.secondValues, index);
+        write_attribute(node, firstName_, record_.firstValues, index);
+        write_attribute(node, secondName_, record_.secondValues, index);
     }
 
     const CArray<int, int>& ids_;
     IdIndex& index_;
     const ValueRecord& record_;
     const SetOptions& options_;
+    UXNameKey firstName_{record_.firstName};
+    UXNameKey secondName_{record_.secondName};
     NodeMarks marks_;  // of the node at hand
     bool valuesOnly_ = record_.values != nullptr && record_.firstValues == nullptr &&
                        record_.secondValues == nullptr &&
@@ -217,8 +196,13 @@ bool length_differs(const CWBOStringArray* values, const CArray<int, int>& ids) 
 
 bool write_node_value(UXXmlWrapperBase& node, const NodeMarks& marks, const CStringUTF8& value,
                       const NodeWrite& how) {
-    return may_hold_embedded_settings(value) ? write_with_settings(node, marks, value, how)
-                                             : write_text(node, marks, value, {}, how);
+    if (!may_hold_embedded_settings(value)) return write_plain_value(node, marks, value, {}, how);
+    CStringUTF8 own = value;
+    const EmbeddedNames names =
+        take_embedded_settings(node, own, (how.flags & kThemeNoSettings) == 0);
+    NodeMarks changed = marks;
+    changed.read(node);
+    return write_plain_value(node, changed, own, names, how);
 }
 
 int check_lists(const CArray<int, int>& ids, const ValueRecord& record) {
