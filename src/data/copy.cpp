@@ -36,8 +36,8 @@ void copy_attributes(UXXmlWrapperBase& destination, UXXmlWrapperBase& source,
     }
 }
 
-void copy_value(UXXmlWrapperBase& destination, const UXXmlWrapperBase& source, NodeMarks& marks,
-                bool dynamicChecks) {
+void copy_node_value(UXXmlWrapperBase& destination, const UXXmlWrapperBase& source,
+                     NodeMarks& marks, bool dynamicChecks) {
     NodeWrite how;
     how.branch = !is_leaf(source);
     if (dynamicChecks) how.callFlags = kResetAutomatic | kCheckDynaUse;
@@ -49,56 +49,24 @@ void copy_value(UXXmlWrapperBase& destination, const UXXmlWrapperBase& source, N
     write_node_value(destination, marks, value, how);
 }
 
-// Two nodes at the same place of two trees, stepping together.
-class Pair {
-public:
-    Pair(const UXXmlWrapperBase& destination, const UXXmlWrapperBase& source)
-        : destination_(destination), source_(source) {}
-    UXXmlWrapperBase& destination() { return destination_; }
-    UXXmlWrapperBase& source() { return source_; }
-
-    enum class Arrival { kPair, kLevelEnd, kRanOut };
-
-    Arrival to_first_children() {
-        ++depth_;
-        const bool more = step_into_first_child(source_);
-        const bool room = step_into_first_child(destination_);
-        return arrival(more, room);
-    }
-    Arrival to_next_siblings() {
-        const bool more = step_to_next_sibling(source_);
-        const bool room = step_to_next_sibling(destination_);
-        return arrival(more, room);
-    }
-    // False at the level on which the pair began.
-    bool to_parents() {
-        if (depth_ == 0) return false;
-        --depth_;
-        return step_to_parent(source_) && step_to_parent(destination_);
-    }
-
-private:
-    static Arrival arrival(bool more, bool room) {
-        if (more) return room ? Arrival::kPair : Arrival::kRanOut;
-        return Arrival::kLevelEnd;
-    }
-
-    UXXmlWrapperBase destination_;
-    UXXmlWrapperBase source_;
-    std::size_t depth_ = 0;
-};
-
+// Calls visit for the two nodes and the pairs at the same places below and behind them, in pre-order,
+// until the source has no more or the destination runs out.
 template <typename Visit>
-int visit_pairs(Pair& pair, Visit&& visit) {
-    for (;;) {
-        visit(pair.destination(), pair.source());
-        Pair::Arrival arrival =
-            is_leaf(pair.source()) ? pair.to_next_siblings() : pair.to_first_children();
-        while (arrival == Pair::Arrival::kLevelEnd) {
-            if (!pair.to_parents()) return kSameShape;
-            arrival = pair.to_next_siblings();
+int visit_pairs(UXXmlWrapperBase destination, UXXmlWrapperBase source, Visit&& visit) {
+    for (std::size_t depth = 0;;) {
+        visit(destination, source);
+        const bool down = !is_leaf(source);
+        const auto step = down ? step_into_first_child : step_to_next_sibling;
+        if (down) ++depth;
+        bool more = step(source);
+        bool room = step(destination);
+        while (!more) {
+            const bool up = depth-- > 0 && step_to_parent(source) && step_to_parent(destination);
+            if (!up) return kSameShape;
+            more = step_to_next_sibling(source);
+            room = step_to_next_sibling(destination);
         }
-        if (arrival == Pair::Arrival::kRanOut) return kDestinationRanOut;
+        if (!room) return kDestinationRanOut;
     }
 }
 
@@ -183,13 +151,12 @@ int vctree_copy_values_between_homologous_trees(UXXmlWrapperBase& destination,
     return at_boundary(kSameShape, [&] {
         if (!usable(source)) return kSameShape;
         if (!usable(destination)) return kDestinationRanOut;
-        Pair pair(destination, source);
         // Intended: the checks apply to the first pair only, the node that the caller edits.
         bool checks = dynamicChecks != 0;
         NodeMarks marks;
-        return visit_pairs(pair, [&](UXXmlWrapperBase& to, UXXmlWrapperBase& from) {
+        return visit_pairs(destination, source, [&](UXXmlWrapperBase& to, UXXmlWrapperBase& from) {
             if (copyAttributes != 0) copy_attributes(to, from, keptAttributes);
-            copy_value(to, from, marks, checks);
+            copy_node_value(to, from, marks, checks);
             checks = false;
         });
     });

@@ -184,7 +184,7 @@ int rewrite_labels(UXXmlWrapperBase& top, Rewrite&& rewrite) {
     return changed;
 }
 
-bool is_blank(UXXmlWrapperBase& node) {
+bool shows_nothing(UXXmlWrapperBase& node) {
     return text_of(node).Trim(' ').IsEmpty();
 }
 
@@ -254,7 +254,7 @@ extern "C" int uxtree_get_localization_node(UXXmlWrapperBase* out, UXXmlWrapperB
             category = call_out(UXGetHostServices().helpCategory, *out, top, id, category);
         const bool found =
             uxtree_find_node_by_dataID(out, &top, id, parentId, category, 0, -1) != 0;
-        if (found && (checkEmpty == 0 || !is_blank(*out))) return kOk;
+        if (found && (checkEmpty == 0 || !shows_nothing(*out))) return kOk;
         return uxtree_find_node(&top, out, kDataId, fallbackId, false, 0, -1);
     });
 }

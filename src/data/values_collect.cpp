@@ -28,7 +28,7 @@ bool refresh_change(UXXmlWrapperBase& node, const CStringUTF8& text) {
     return true;
 }
 
-struct Level {
+struct Inherited {
     int inheritedRepeat;
     bool themeFlag;
 };
@@ -45,7 +45,7 @@ public:
                           CStringUTF8(text_or(options.idAttribute, kDataId)) == kDataId),
           problem_(options.errorText != nullptr ? &met_ : nullptr) {}
 
-    Step visit(UXXmlWrapperBase& node, Level& level, Level& below) {
+    Step visit(UXXmlWrapperBase& node, Inherited& level, Inherited& below) {
         marks_.read(node);
         if (is_ignored(marks_)) return Step::kOverBranch;
 
@@ -67,7 +67,7 @@ public:
     const IdProblem& problem() const { return met_; }
 
 private:
-    void collect_leaf(UXXmlWrapperBase& node, int id, const Level& level) {
+    void collect_leaf(UXXmlWrapperBase& node, int id, const Inherited& level) {
         if (id < 0) return;
         const bool fromUse = options_.useFlag && marks_.has(Mark::kUseText);
         if (valuesOnly_ && !fromUse && has_plain_text(marks_)) {  // the usual leaf
@@ -83,7 +83,7 @@ private:
     //
     // Intended: what clears the theme flag here clears it for the rest of the level, so that a
     // theme ends where the first themed branch of a level begins.
-    bool collect_branch(UXXmlWrapperBase& node, int id, Level& level) {
+    bool collect_branch(UXXmlWrapperBase& node, int id, Inherited& level) {
         const bool themed = is_themed(marks_);
         if (themed) level.themeFlag = false;
         if (id == -1) return themed;
@@ -170,8 +170,8 @@ int _tree_get_values_by_ids(const UXXmlWrapperBase& tree, CArray<int, int>& ids,
     CWBOStringArray before;  // the attribute's name and the error text may stand in it
     if (record.values != nullptr) before = std::exchange(*record.values, {});
     Collector collector(ids, record, options);
-    visit_levels(tree, Level{options.inheritedRepeat, options.themeFlag},
-                 [&](UXXmlWrapperBase& node, Level& level, Level& below) {
+    visit_levels(tree, Inherited{options.inheritedRepeat, options.themeFlag},
+                 [&](UXXmlWrapperBase& node, Inherited& level, Inherited& below) {
                      return collector.visit(node, level, below);
                  });
     if (options.errorText != nullptr) format_id_problem(collector.problem(), *options.errorText);

@@ -89,7 +89,7 @@ private:
     _SETVALUESBYIDS* record_;
 };
 
-struct Level {
+struct Inherited {
     int inheritedRepeat;
     DWORD flags;
 };
@@ -104,7 +104,7 @@ public:
           options_(options),
           marks_(text_or(options.idAttribute, kDataId)) {}
 
-    Step visit(UXXmlWrapperBase& node, const Level& level, Level& below) {
+    Step visit(UXXmlWrapperBase& node, const Inherited& level, Inherited& below) {
         marks_.read(node);
         TransportId id = read_id(marks_, level.inheritedRepeat);
         if (!combine_with_repeat(node, marks_, level.inheritedRepeat, id, &problem_) ||
@@ -232,10 +232,11 @@ int _tree_set_values_by_ids(const UXXmlWrapperBase& tree, const CArray<int, int>
         return kDuplicateId;
     }
     Setter setter(ids, index, record, options);
-    const bool finished = visit_levels(tree, Level{options.inheritedRepeat, options.defaultFlags},
-                                       [&](UXXmlWrapperBase& node, Level& level, Level& below) {
-                                           return setter.visit(node, level, below);
-                                       });
+    const bool finished =
+        visit_levels(tree, Inherited{options.inheritedRepeat, options.defaultFlags},
+                     [&](UXXmlWrapperBase& node, Inherited& level, Inherited& below) {
+                         return setter.visit(node, level, below);
+                     });
     if (finished) return setter.written();
     if (options.errorText != nullptr) format_id_problem(setter.problem(), *options.errorText);
     return kRepeatError;

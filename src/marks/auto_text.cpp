@@ -13,6 +13,7 @@ namespace {
 
 constexpr char kDefaultName[] = "Auto";  // of a text without name
 constexpr int kModeOff = 0;              // in a text
+constexpr int kNoTextWritten = 0;        // a result
 
 bool store(UXXmlWrapperBase& node, int mode, const char* name, int count) {
     CStringUTF8 currentName;
@@ -56,7 +57,7 @@ int write_auto(UXXmlWrapperBase& node, int mode, const char* name, int count) {
     switch (mode) {
         case kAutoRemoved:
             node.RemoveProperty(kAuto);
-            return kFail;  // Intended: 1 means that a text was written
+            return kNoTextWritten;  // Intended: also when a text was removed
         case kAutoOn:
             // A node is updated either automatically or by its own formula.
             node.RemoveProperty(kDynaFx);
@@ -64,7 +65,7 @@ int write_auto(UXXmlWrapperBase& node, int mode, const char* name, int count) {
         case kAutoKeptOff:
             return store(node, kModeOff, name, count) ? kOk : kFail;
         default:
-            return kFail;  // Intended: other modes exist in texts only and are never set
+            return kNoTextWritten;  // Intended: other modes exist in texts only and are never set
     }
 }
 

@@ -109,7 +109,7 @@ int first_parameter(int variablePlace) {
 }
 
 // A missing node leaves the cell's value.
-void copy_value(UXXmlWrapperBase* from, UXXmlWrapperBase& cell) {
+void copy_into_cell(UXXmlWrapperBase* from, UXXmlWrapperBase& cell) {
     if (from == nullptr) return;
     CStringUTF8 text = text_of(*from);
     cell.NodeValue(text, 0, 1, nullptr);
@@ -141,7 +141,7 @@ void write_parameters(UXXmlWrapperBase& row, const Weighting& weighting,
     for (std::size_t k = 0; k < kParameterCount; ++k) {
         if (!weighting.uses[k]) continue;
         UXXmlWrapperBase cell = cell_of(row, parameter_column(k));
-        copy_value(nodes.at(wrapping_sum(first, static_cast<int>(k))), cell);
+        copy_into_cell(nodes.at(wrapping_sum(first, static_cast<int>(k))), cell);
     }
 }
 
@@ -165,7 +165,7 @@ void refresh_row(UXXmlWrapperBase& row, NumberedNodes& nodes, int variablePlace)
         if (!row.FindChild(numbered("C", column.number), &cell, 1)) continue;
         cell.SetLabel(localized(column.label));
         const int k = column.number - parameter_column(0).number;
-        if (k >= 0) copy_value(nodes.at(wrapping_sum(first_parameter(variablePlace), k)), cell);
+        if (k >= 0) copy_into_cell(nodes.at(wrapping_sum(first_parameter(variablePlace), k)), cell);
     }
 }
 

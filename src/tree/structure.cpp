@@ -118,7 +118,7 @@ public:
     }
 
 private:
-    struct Level {
+    struct OpenCopy {
         UXXmlWrapperBase target;
         int kept;
     };
@@ -140,7 +140,7 @@ private:
         return Step::kOverBranch;
     }
     void end_branch() {
-        Level branch = std::move(levels_.back());
+        OpenCopy branch = std::move(levels_.back());
         levels_.pop_back();
         if (branch.kept == 0) {
             branch.target.RemoveNode();
@@ -149,7 +149,7 @@ private:
         }
     }
 
-    std::vector<Level> levels_;
+    std::vector<OpenCopy> levels_;
     const CWBOStringArray* skipAttrs_;
     CStringUTF8 text_;
 };
