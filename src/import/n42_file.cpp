@@ -138,6 +138,12 @@ const char* CVCn42FileBase::Text(const UXXmlWrapperBase& element) {
     return text_;
 }
 
+std::string_view CVCn42FileBase::TextView(const UXXmlWrapperBase& element) {
+    std::string_view text;
+    element.NodeValueView(text, text_);
+    return text;
+}
+
 CStringUTF8 CVCn42FileBase::Attribute(const UXXmlWrapperBase& element, Q_n42_ID name) {
     CStringUTF8 value;
     element.GetPropertyValue(GetName(name), value, 0);
@@ -163,7 +169,7 @@ CStringUTF8 CVCn42FileBase::ChildText(const UXXmlWrapperBase& element, Q_n42_ID 
 }
 
 std::vector<double> CVCn42FileBase::NumbersOf(const UXXmlWrapperBase& element) {
-    Note(read_numbers(usable(element) ? Text(element) : "", numbers_));
+    Note(read_numbers(usable(element) ? TextView(element) : "", numbers_));
     return {numbers_.data(), numbers_.data() + numbers_.size()};
 }
 
@@ -185,7 +191,7 @@ bool CVCn42FileBase::TextsFit() const {
 // A text that is only white space counts as none. Leading zeros of the polynomial change nothing
 // and are left out.
 void CVCn42FileBase::ReadCoefficients(EnergyCalibration& calibration) {
-    Note(read_numbers(calibration.coefficientText, numbers_));
+    Note(read_numbers(view_of(calibration.coefficientText), numbers_));
     if (numbers_.size() == 0) {
         calibration.coefficientText.Empty();
         return;
@@ -205,7 +211,7 @@ void CVCn42FileBase::ReadChannels(const UXXmlWrapperBase& element, Spectrum& spe
     };
     ChannelList list;
     list.compressed = counts_zeroes(kN42CompressionCode) || counts_zeroes(kN42Compression);
-    const char* text = Text(element);
+    const std::string_view text = TextView(element);
     if (!(list.compressed ? has_counted_zeroes(text) : has_numbers(text))) return;
     list.element = element;
     spectrum.channels.push_back(std::move(list));
@@ -270,7 +276,7 @@ int CVCn42FileBase::AddValue(UXXmlWrapperBase& parent, const Value& value) {
 }
 
 void CVCn42FileBase::Expand(const ChannelList& list) {
-    const char* text = Text(list.element);
+    const std::string_view text = TextView(list.element);
     Note(list.compressed ? read_counted_zeroes(text, allowance_, numbers_)
                          : read_numbers(text, numbers_));
 }

@@ -214,6 +214,8 @@ protected:
     // Is the tag, without a prefix of the format, the name? For names that the table lacks.
     bool HasLocalName(const UXXmlWrapperBase& element, const char* name);
     const char* Text(const UXXmlWrapperBase& element);  // until the next call
+    // The same without a copy where the host has the text as it is.
+    std::string_view TextView(const UXXmlWrapperBase& element);
     CStringUTF8 Attribute(const UXXmlWrapperBase& element, Q_n42_ID name);
     // The first child with the name; invalid when there is none.
     UXXmlWrapperBase Child(const UXXmlWrapperBase& element, Q_n42_ID name);

@@ -1,8 +1,10 @@
 // Lists of numbers in the texts of spectrum files.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 #include "uxtree/host/array.h"
@@ -20,6 +22,15 @@ public:
         data_[size_++] = value;
     }
     void push_zeros(int count);
+
+    // The storage behind the values, and for how many it is. What is written there belongs to the
+    // list once it is taken.
+    double* spare() { return data_ + size_; }
+    int spare_size() const { return capacity_ - size_; }
+    void take(int count) { size_ += count; }
+    void make_spare(int count) {
+        if (count > capacity_ - size_) grow(size_ + count);
+    }
     // The values as the host's array, until the next change of the list.
     CArray<double, double>& array();
 
@@ -46,6 +57,12 @@ public:
     explicit RunAllowance(std::uint64_t fileBytes) : left_(output_allowance(fileBytes)) {}
     // The part of a run of count zeros that a list of listSize values may take.
     int take(int listSize, int count);
+    // A run that is shorter gets what it asks for.
+    std::uint64_t room(int listSize) const {
+        return std::min(left_, static_cast<std::uint64_t>(std::max(kLongestList - listSize, 0)));
+    }
+    // Takes what runs have added that were within the room.
+    void spend(std::uint64_t added) { left_ -= added; }
 
 private:
     std::uint64_t left_;
@@ -57,18 +74,18 @@ struct NumberLosses {
     std::uint64_t cut = 0;         // zeros that a bound left out of the run that ends the list
 };
 
-// Numbers are separated by runs of TAB, LF, CR and space. A token that is no finite decimal number
-// counts as 0. The texts end in NUL; the lists are emptied first.
-NumberLosses read_numbers(const char* text, NumberList& out);
+// Numbers are separated by runs of TAB, LF, CR, space, comma and semicolon. A token that is no finite
+// decimal number counts as 0. The lists are emptied first.
+NumberLosses read_numbers(std::string_view text, NumberList& out);
 
 // The same for a compressed list: a 0 is followed by a count and stands for that many zeros. A
 // count is rounded to the nearest integer; below 1 it stands for none, and a 0 at the end, which
 // has no count, is dropped. A run that the allowance cuts ends the list.
-NumberLosses read_counted_zeroes(const char* text, RunAllowance& allowance, NumberList& out);
+NumberLosses read_counted_zeroes(std::string_view text, RunAllowance& allowance, NumberList& out);
 
 // Does the text hold at least one number, or a compressed list at least one value?
-bool has_numbers(const char* text);
-bool has_counted_zeroes(const char* text);
+bool has_numbers(std::string_view text);
+bool has_counted_zeroes(std::string_view text);
 
 // The decimal number at the start of text, behind white space; 0 when there is none.
 double leading_number(const char* text);
@@ -78,6 +95,6 @@ double polynomial_at(const std::vector<double>& coefficients, double x);
 // Does text start with a decimal number, behind white space?
 bool starts_with_number(const char* text);
 // How many tokens the text has.
-std::size_t count_numbers(const char* text);
+std::size_t count_numbers(std::string_view text);
 
 }  // namespace ux

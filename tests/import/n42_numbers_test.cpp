@@ -48,6 +48,44 @@ TEST(read_numbers, ReadsEveryTokenWhereverItStands) {
     }
 }
 
+// Compressed lists of the same kind, long ones among them, and with allowances that cut.
+TEST(read_counted_zeroes, ExpandsEveryTokenWhereverItStands) {
+    std::mt19937 random(5);
+    static constexpr std::array<const char*, 12> kTokens{
+        "0", "0", "7", "42", "999", "12345678", "3", "1.5", "0.4", "123456789", "-3", "x"};
+    ux::NumberList list;
+    for (int round = 0; round < 200; ++round) {
+        std::string text;
+        std::vector<double> tokens;
+        const bool isPlain = random() % 2 == 0;
+        for (auto i = random() % 200; i > 0; --i) {
+            const char* const token = kTokens[random() % (isPlain ? 5 : kTokens.size())];
+            text += std::string(token) + (random() % 9 == 0 ? "\r\n" : " ");
+            tokens.push_back(std::strtod(token, nullptr));
+        }
+        const std::uint64_t fileBytes = random() % 3 == 0 ? 0 : 1U << 30;
+        ux::RunAllowance allowance(fileBytes);
+        ux::RunAllowance other(fileBytes);
+        std::vector<double> expected;
+        std::uint64_t cut = 0;
+        for (std::size_t i = 0; i < tokens.size() && cut == 0; ++i) {
+            if (tokens[i] != 0) {
+                expected.push_back(tokens[i]);
+            } else if (++i < tokens.size()) {
+                const int run = tokens[i] < 0.5 ? 0 : static_cast<int>(tokens[i] + 0.5);
+                const int taken = other.take(static_cast<int>(expected.size()), run);
+                expected.resize(expected.size() + static_cast<std::size_t>(taken));
+                cut = static_cast<std::uint64_t>(run - taken);
+            }
+        }
+        const ux::NumberLosses losses = ux::read_counted_zeroes(text, allowance, list);
+        ASSERT_EQ(std::vector<double>(list.data(), list.data() + list.size()), expected) << text;
+        ASSERT_EQ(losses.cut, cut) << text;
+        ASSERT_EQ(allowance.room(0), other.room(0)) << text;
+        ASSERT_EQ(ux::has_counted_zeroes(text), !expected.empty()) << text;
+    }
+}
+
 struct ChannelCase {
     const char* text;
     const char* counted;
