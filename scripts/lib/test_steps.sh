@@ -9,7 +9,7 @@
 short_steps=(
     dev      # 355 s
     clang    # 195 s
-    release  # 80 s
+    release  # 115 s
 )
 long_steps=(
     removals  # 90 s
