@@ -1,6 +1,8 @@
 """What all commands share: names, help, exit codes, inputs and outputs."""
 import json
 import os
+import pathlib
+import re
 import subprocess
 import time
 
@@ -92,32 +94,21 @@ def test_EveryCommandRefusesAnUnknownOption(tool):
         assert "hint: uxtree " + row["command"] in result.err, row
 
 
-def complete(tool, *words):
-    """What bash would offer for the last word."""
-    script = tool.write("completion.bash", tool.run(["completion"]).out)
-    line = " ".join(f"'{word}'" for word in ("uxtree", *words))
-    done = subprocess.run(
-        ["bash", "-euc", f". '{script}'; COMP_WORDS=({line}); COMP_CWORD={len(words)}; _uxtree; "
-                         "printf '%s\\n' \"${COMPREPLY[@]}\""],
-        cwd=tool.folder, capture_output=True, text=True, check=True)
-    assert done.stderr == ""
-    return done.stdout.split()
-
-
-def test_CompletesCommandsOptionsAndFiles(tool):
-    assert complete(tool, "sho") == ["show"]
-    assert "list" in complete(tool, "")
-    assert complete(tool, "show", "--att") == ["--attributes"]
-    tool.write("tree.xml", "<r/>")
-    assert complete(tool, "show", "-a", "tr") == ["tree.xml"]
-
-
-def test_TheManualNamesEveryCommandAndOption(tool):
-    manual = tool.run(["man"]).out
-    for row in json.loads(tool.run(["list", "-f", "json"]).out):
-        assert f"\n.SS {row['command']}\n{row['summary']}.\n" in manual.replace("\\-", "-"), row
-    assert "\\-\\-attributes" in manual
-    assert not [line for line in manual.splitlines() if line.startswith("'")]
+def test_EveryCommandHasItsManualPage(tool):
+    folder = pathlib.Path(tool.folder)
+    assert tool.run(["man", "--all", "."]).code == 0
+    rows = json.loads(tool.run(["list", "-f", "json"]).out)
+    assert len(rows) > 30
+    for row in rows:
+        words = row["command"].split()
+        page = (folder / ("-".join(["uxtree", *words]) + ".1")).read_text().replace("\\-", "-")
+        assert " ".join(page.split()).count(row["summary"]) == 1, row
+        assert page == tool.run(["man", *words]).out.replace("\\-", "-")
+        options = re.findall(r"^ +(-[^ ]*)", tool.run([*words, "--help"]).out, re.M)
+        for name in (name for group in options for name in group.split(",")):
+            assert re.search(rf"^\.B.*{re.escape(name)}[,\s]", page, re.M), (row, name)
+    assert "uxtree edit [OPTIONS] [FILE...] sort" in (folder / "uxtree-edit-sort.1").read_text()
+    assert tool.run(["man", "no", "such"]).code == 2
 
 
 def test_AClosedPipeEndsTheRunQuietly(tool):
