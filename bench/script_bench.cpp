@@ -46,8 +46,8 @@ double script_call(const char* call, const UXXmlWrapperBase& root, int calls) {
     const std::string count = std::to_string(calls);
     UXScriptEngine engine;
     const std::string loop = "for (int i = 0; i < " + count + "; ++i) ";
-    const std::string code = "void call(Tree@ t) { Tree out; string text; " + loop + call +
-                             " }\nvoid empty(Tree@ t) { Tree out; string text; " + loop + "{} }";
+    const std::string code = "void call(Tree@ t) { Tree found; " + loop + call +
+                             " }\nvoid empty(Tree@ t) { Tree found; " + loop + "{} }";
     check(engine.compile("bench", code), engine.problem());
     const auto run = [&](const char* name) {
         return best_of(kRuns, [&] {
@@ -75,10 +75,10 @@ void compare_calls(int calls) {
                  [](UXXmlWrapperBase& root) { return uxtree_tree_get_theme_type(&root); });
     UXXmlWrapperBase out;
     compare_call(
-        "uxtree_get_node_by_id", "uxtree_get_node_by_id(t, out, 52, true);", calls,
+        "uxtree_get_node_by_id", "uxtree_get_node_by_id(t, found, 52, true);", calls,
         [&](UXXmlWrapperBase& root) { return uxtree_get_node_by_id(&root, &out, 52, true); });
     compare_call("uxtree_get_node_by_tagname",
-                 "uxtree_get_node_by_tagname(t, out, \"Range1\", true, true, false);", calls,
+                 "uxtree_get_node_by_tagname(t, found, \"Range1\", true, true, false);", calls,
                  [&](UXXmlWrapperBase& root) {
                      return uxtree_get_node_by_tagname(&root, &out, "Range1", true, true, false);
                  });

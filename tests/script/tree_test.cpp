@@ -91,6 +91,10 @@ TEST(ScriptTree, LoadsAndSaves) {
                 HasSubstr("keeps no layout"));
 }
 
+TEST(ScriptTree, StandsBesideTheVersion) {
+    EXPECT_EQ(Script().body("print(uxtree_version);"), UXTREE_VERSION "\n");
+}
+
 TEST(ScriptTree, Selects) {
     EXPECT_EQ(
         on_tree(
