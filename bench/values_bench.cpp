@@ -338,6 +338,62 @@ void time_theme_file(int runs) {
         s.count, ours / 1e6, plain / 1e6, ours / plain);
 }
 
+// --- lists of short texts ----------------------------------------------------------------------
+
+void time_lists(int runs) {
+    constexpr int kTexts = 1000000;
+    const std::string text = "value 12345";
+    CWBOStringArray list;
+    std::vector<std::string> peerList;
+    const auto refill = [&] {
+        list = CWBOStringArray();
+        for (int i = 0; i < kTexts; ++i) list.AddText(text);
+        peerList.assign(kTexts, text);
+    };
+    const auto row = [&](const char* what, const std::function<void()>& ours,
+                         const std::function<void()>& peers) {
+        const double mine = fastest(runs, refill, ours) / kTexts;
+        const double peer = fastest(runs, refill, peers) / kTexts;
+        std::printf("| %s | %.1f | %.1f | %.2f |\n", what, mine, peer, mine / peer);
+    };
+    std::printf(
+        "\n| a million short texts, nanoseconds each | ours | std::vector<std::string> | ours / "
+        "peer |\n|---|---|---|---|\n");
+    row(
+        "add",
+        [&] {
+            list = CWBOStringArray();
+            for (int i = 0; i < kTexts; ++i) list.AddText(text);
+        },
+        [&] {
+            peerList = {};
+            for (int i = 0; i < kTexts; ++i) peerList.emplace_back(text);
+        });
+    row(
+        "copy", [&] { expect(CWBOStringArray(list).GetSize() == kTexts, "copy"); },
+        [&] { expect(std::vector<std::string>(peerList).size() == kTexts, "copy"); });
+    row(
+        "move each",
+        [&] {
+            CWBOStringArray taken;
+            for (int i = 0; i < kTexts; ++i) taken.Add(std::move(list[i]));
+            list = std::move(taken);
+        },
+        [&] {
+            std::vector<std::string> taken;
+            for (std::string& each : peerList) taken.push_back(std::move(each));
+            peerList = std::move(taken);
+        });
+    row(
+        "append to each",
+        [&] {
+            for (int i = 0; i < kTexts; ++i) list[i] += "!";
+        },
+        [&] {
+            for (std::string& each : peerList) each += "!";
+        });
+}
+
 struct Job {
     const char* name;
     Times (*run)(Setting&, int);
@@ -373,5 +429,6 @@ int main(int argc, char** argv) {
             t[2].ours / t[2].peer);
     }
     time_theme_file(runs);
+    time_lists(runs);
     return 0;
 }
