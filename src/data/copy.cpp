@@ -49,8 +49,8 @@ void copy_node_value(UXXmlWrapperBase& destination, const UXXmlWrapperBase& sour
     write_node_value(destination, marks, value, how);
 }
 
-// Calls visit for the two nodes and the pairs at the same places below and behind them, in pre-order,
-// until the source has no more or the destination runs out.
+// Calls visit for the two nodes and the pairs at the same places below and behind them, in
+// pre-order, until the source has no more or the destination runs out.
 template <typename Visit>
 int visit_pairs(UXXmlWrapperBase destination, UXXmlWrapperBase source, Visit&& visit) {
     for (std::size_t depth = 0;;) {

@@ -64,8 +64,8 @@ inline detail::Children children(const UXXmlWrapperBase& parent) {
     return detail::Children(parent);
 }
 
-// A place in the branch below a top node, in pre-order; the top node itself is not part of it. Each step
-// moves on to the next place, so that a removed node never breaks the walk.
+// A place in the branch below a top node, which is no part of it, in pre-order. Each step moves on
+// to the next place, so that a removed node never breaks the walk.
 //
 //   for (BranchCursor at(tree); at.more();) { ... at.into(), at.over() or at.remove() ... }
 class BranchCursor {
@@ -83,24 +83,25 @@ public:
         node_.FirstChild(&node_);
         ++level_;
     }
-    void over() { step_on(node_.NextSibling(&node_) != 0); }
+    void over() {
+        if (!node_.NextSibling(&node_)) leave_branch();
+    }
     // Removes the node with its branch; yields what the host's RemoveChild reports.
     int remove() {
-        const bool hasNext = node_.NextSibling(&next_) != 0;
+        const bool last = !node_.NextSibling(&next_);
         const int code = parent_.RemoveChild(&node_, nullptr);
         node_ = std::move(next_);
-        step_on(hasNext);
+        if (last) leave_branch();
         return code;
     }
 
 private:
-    // Without a next node, to the next sibling of the nearest ancestor that has one.
-    void step_on(bool hasNext) {
-        for (; !hasNext && level_ > 0; --level_) {
-            hasNext = parent_.NextSibling(&node_) != 0;
+    // To the next sibling of the nearest ancestor that has one.
+    void leave_branch() {
+        for (more_ = false; !more_ && level_ > 0; --level_) {
+            more_ = parent_.NextSibling(&node_) != 0;
             step_to_parent(parent_);
         }
-        more_ = hasNext;
     }
 
     UXXmlWrapperBase parent_;
@@ -124,9 +125,9 @@ bool visit_below(const UXXmlWrapperBase& top, Visit&& visit) {
     return true;
 }
 
-// The same with a state per level: visit(node, level, below). What visit changes in `level` holds for
-// the node's later siblings and their branches; `below`, preset to a copy of it, becomes the state of
-// the node's own branch.
+// The same with a state per level: visit(node, level, below). What visit changes in `level` holds
+// for the node's later siblings and their branches; `below`, preset to a copy of it, becomes the
+// state of the node's own branch.
 template <typename Level, typename Visit>
 bool visit_levels(const UXXmlWrapperBase& top, const Level& first, Visit&& visit) {
     std::vector<Level> levels{first};
@@ -145,9 +146,9 @@ bool visit_levels(const UXXmlWrapperBase& top, const Level& first, Visit&& visit
     return true;
 }
 
-// Calls enter(node) before and leave(node, entered) after the branch of every node below top; entered
-// tells whether the branch was walked, which that of a leaf never is. The node is removed when leave
-// yields true. Returns false when enter stopped the walk.
+// Calls enter(node) before and leave(node, entered) after the branch of every node below top;
+// entered tells whether the branch was walked, which that of a leaf never is. The node is removed
+// when leave yields true. Returns false when enter stopped the walk.
 template <typename Enter, typename Leave>
 bool visit_around(const UXXmlWrapperBase& top, Enter&& enter, Leave&& leave) {
     UXXmlWrapperBase node;
