@@ -366,7 +366,7 @@ void time_lists(int runs) {
             for (int i = 0; i < kTexts; ++i) list.AddText(text);
         },
         [&] {
-            peerList = {};
+            peerList = std::vector<std::string>();
             for (int i = 0; i < kTexts; ++i) peerList.emplace_back(text);
         });
     row(
