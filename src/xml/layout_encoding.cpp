@@ -7,6 +7,7 @@
 
 #include "base/ascii.h"
 #include "base/utf8.h"
+#include "xml/scan.h"
 
 namespace ux::xml {
 namespace {
@@ -24,7 +25,8 @@ bool same_ignoring_case(std::string_view a, std::string_view b) {
 
 // The encoding's name in a declaration at the start, "" when there is none.
 std::string_view declared_name(std::string_view bytes) {
-    if (bytes.substr(0, 5) != "<?xml") return {};
+    const bool declares = bytes.substr(0, 5) == "<?xml" && bytes.size() > 5 && is_blank(bytes[5]);
+    if (!declares) return {};  // an instruction may have a name like it
     const std::string_view declaration = bytes.substr(0, bytes.find("?>"));
     std::size_t at = declaration.find("encoding");
     if (at == std::string_view::npos) return {};

@@ -1,10 +1,12 @@
 // Documents as people write them, and edits of them, made at random.
 #include "support/layout_model.h"
 
-#include <algorithm>
 #include <iterator>
 #include <numeric>
+#include <utility>
 #include <vector>
+
+#include "xml/layout_encoding.h"
 
 namespace uxtest {
 namespace {
@@ -16,12 +18,19 @@ constexpr const char* kTexts[] = {"1",      "some text", "&amp;", "a &lt; b", "&
 constexpr const char* kValues[] = {"",       "1",    "two words", "<&>\"'", "]]>", " ",     "\n",
                                    "\u20AC", "a\rb", "]",         ">",      "x",   "\t tab"};
 
-template <std::size_t N>
-const char* one_of(const char* const (&list)[N], LayoutModel& model) {
+template <typename Value, std::size_t N>
+Value one_of(const Value (&list)[N], LayoutModel& model) {
     return list[model.below(static_cast<int>(N))];
 }
 
 }  // namespace
+
+template <typename List>
+void LayoutModel::shuffle(List& list) {
+    for (std::size_t i = list.size(); i > 1; --i) {
+        std::swap(list[i - 1], list[static_cast<std::size_t>(below(static_cast<int>(i)))]);
+    }
+}
 
 std::string LayoutModel::indent(int level) const {
     std::string out = lineEnd_;
@@ -44,8 +53,10 @@ std::string LayoutModel::document() {
     step_ = one_of(kSteps, *this);
     lines_ = chance(80);
     budget_ = 5 + below(30);
-    if (chance(20)) out_ += "\xEF\xBB\xBF";
-    if (chance(60)) out_ += "<?xml version=\"1.0\" encoding='UTF-8' ?>" + lineEnd_;
+    const bool isUtf8 = encoding_ == "UTF-8";
+    if (isUtf8 && chance(20)) out_ += "\xEF\xBB\xBF";
+    if (!isUtf8 || chance(60))
+        out_ += "<?xml version=\"1.0\" encoding='" + encoding_ + "' ?>" + lineEnd_;
     if (chance(20)) out_ += "<!DOCTYPE a [ <!-- > --> <!ELEMENT a ANY> ]>" + lineEnd_;
     if (chance(30)) out_ += "<!-- before --><?target data?>" + lineEnd_;
     put_element(0);
@@ -54,9 +65,48 @@ std::string LayoutModel::document() {
     return out_;
 }
 
+namespace {
+
+void replace_all(std::string& text, const std::string& from, const std::string& to) {
+    for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size()) {
+        text.replace(at, from.size(), to);
+    }
+}
+
+}  // namespace
+
+std::string LayoutModel::encoded_document() {
+    using ux::xml::FileEncoding;
+    struct Form {
+        const char* name;
+        FileEncoding encoding;
+    };
+    static constexpr Form kForms[] = {
+        {"UTF-8", FileEncoding::kUtf8},
+        {"UTF-16", FileEncoding::kUtf16Little},
+        {"UTF-16", FileEncoding::kUtf16Big},
+        {"ISO-8859-1", FileEncoding::kLatin1},
+        {"windows-1252", FileEncoding::kWindows1252},
+        {"US-ASCII", FileEncoding::kAscii},
+    };
+    const Form& form = kForms[below(6)];
+    encoding_ = form.name;
+    std::string text = document();
+    encoding_ = "UTF-8";
+    if (form.encoding == FileEncoding::kUtf8) return text;
+    const bool isAscii = form.encoding == FileEncoding::kAscii;
+    if (isAscii) replace_all(text, "\u00FC", "u");
+    if (isAscii || form.encoding == FileEncoding::kLatin1) replace_all(text, "\u20AC", "&#8364;");
+    const bool isWide =
+        form.encoding == FileEncoding::kUtf16Little || form.encoding == FileEncoding::kUtf16Big;
+    std::string bytes;
+    ux::xml::append_encoded(bytes, (isWide ? "\uFEFF" : "") + text, form.encoding);
+    return bytes;
+}
+
 void LayoutModel::put_attributes() {
     std::vector<const char*> names(std::begin(kNames), std::end(kNames));
-    std::shuffle(names.begin(), names.end(), random_);
+    shuffle(names);
     names.resize(static_cast<std::size_t>(below(4)));
     for (const char* name : names) {
         const std::string quote = chance(30) ? "'" : "\"";
@@ -166,16 +216,21 @@ void LayoutModel::move(UXXmlWrapperBase& root, UXXmlWrapperBase& node) {
 void LayoutModel::arrange(UXXmlWrapperBase& node) {
     std::vector<int> order(static_cast<std::size_t>(node.GetNodeCount()));
     std::iota(order.begin(), order.end(), 0);
-    std::shuffle(order.begin(), order.end(), random_);
+    shuffle(order);
     CArray<int, int> numbers;
     for (const int number : order) numbers.Add(number);
     node.ArrangeChildContents(numbers);
 }
 
-void LayoutModel::edit(UXXmlWrapperBase& root) {
+void LayoutModel::edit_gently(UXXmlWrapperBase& root) {
+    static constexpr int kGentle[] = {0, 1, 2, 3, 4, 5, 8, 11};
+    edit(root, one_of(kGentle, *this));
+}
+
+void LayoutModel::edit(UXXmlWrapperBase& root, int kind) {
     UXXmlWrapperBase node = some_node(root);
     const bool isRoot = node == root;
-    switch (below(13)) {
+    switch (kind) {
         case 0:
         case 1:
             node.SetPropertyValue(one_of(kNames, *this), CStringUTF8(value().c_str()));

@@ -3,8 +3,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <random>
 #include <string>
+#include <utility>
 
 #include "uxtree/host/host.h"
 
@@ -12,32 +14,46 @@ namespace uxtest {
 
 class LayoutModel {
 public:
-    explicit LayoutModel(std::uint32_t seed) : random_(seed) {}
+    explicit LayoutModel(std::uint32_t seed) : draw_(std::mt19937(seed)) {}
+    // Each choice takes one number of the source.
+    explicit LayoutModel(std::function<std::uint32_t()> draw) : draw_(std::move(draw)) {}
 
     // Well-formed XML with comments, instructions, sections, references, odd white space, mixed
     // content; indented or not.
     std::string document();
+    // The same in UTF-8 or another encoding, with a byte order mark or a declaration.
+    std::string encoded_document();
     // Changes the tree below root, somewhere, in one of the ways that nodes offer.
-    void edit(UXXmlWrapperBase& root);
+    void edit(UXXmlWrapperBase& root) { edit(root, below(kKinds)); }
+    // In such a way that every comment stays.
+    void edit_gently(UXXmlWrapperBase& root);
 
-    int below(int limit) { return static_cast<int>(random_() % static_cast<std::uint32_t>(limit)); }
+    // A text for a value, most of them with something to escape.
+    std::string value();
+    int below(int limit) { return static_cast<int>(draw_() % static_cast<std::uint32_t>(limit)); }
     bool chance(int percent) { return below(100) < percent; }
 
 private:
+    static constexpr int kKinds = 13;
+
+    void edit(UXXmlWrapperBase& root, int kind);
     void put_element(int level);
     void put_content(int level);
     void put_attributes();
     void put_misc(int level);
     std::string text();
-    std::string value();
     std::string indent(int level) const;
     UXXmlWrapperBase some_node(const UXXmlWrapperBase& root);
     void add(UXXmlWrapperBase& node);
     void move(UXXmlWrapperBase& root, UXXmlWrapperBase& node);
     void arrange(UXXmlWrapperBase& node);
 
-    std::mt19937 random_;
+    template <typename List>
+    void shuffle(List& list);
+
+    std::function<std::uint32_t()> draw_;
     std::string out_;
+    std::string encoding_ = "UTF-8";
     std::string lineEnd_ = "\n";
     std::string step_ = "  ";
     bool lines_ = true;
