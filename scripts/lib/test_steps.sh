@@ -20,7 +20,8 @@ long_steps=(
     packages  # 180 s
     consumers  # 130 s
     docs      # 5 s
-    huge      # 60 s
+    huge      # 90 s
+    layout    # 45 s
     conformance  # 20 s, and once 10 MB from npm
     mutants      # 300 s
 )
@@ -114,7 +115,13 @@ step_huge() {
     build release
     say "Testing: huge inputs"
     tests/cli/huge_inputs.py build/release/tools/uxtree/uxtree
+    say "Testing: huge documents loaded for editing"
+    build release layout_huge
+    build/release/tests/layout_huge || die "a huge document is not kept"
 }
+
+# Files of Debian packages keep what an edit is not about.
+step_layout() { ./scripts/diff_sizes || die "a file is not kept"; }
 
 # The documents of the W3C/OASIS conformance suite.
 step_conformance() {

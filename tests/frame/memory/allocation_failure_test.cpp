@@ -1,8 +1,12 @@
 // Every entry point with every one of its allocations failing in turn.
 #include <cstddef>
 #include <cstdlib>
+#include <filesystem>
+#include <iterator>
 #include <new>
 #include <set>
+
+#include "uxtree/host/embedded.h"
 
 #include "frame/calls/calls.h"
 
@@ -336,6 +340,78 @@ TEST(AllocationFailureProbe, FailsTheAllocationThatItNames) {
     EXPECT_THROW(static_cast<void>(std::make_unique<int>(2)), std::bad_alloc);
     EXPECT_TRUE(failed);
     EXPECT_EQ(untilFailure, -1);
+}
+
+namespace {
+
+// Writes an edited document that keeps its layout with one after another of the allocations failing:
+// the old file stays whole, nothing lies beside it, and the document is as it was.
+void fail_each_allocation_of_a_save(const std::string& document, UXSaveForm form) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("t.xml", document);
+    UXXmlWrapperBase root;
+    ASSERT_EQ(UXLoadForEditing(&root, path.c_str()), 1) << UXGetLastLoadError();
+    UXXmlWrapperBase node;
+    root.FirstChild(&node);
+    node.SetPropertyValue("k", CStringUTF8("a<b"));
+    root.AddNode(nullptr, "added", -1);
+    UXXmlWrapperBase second;
+    root.GetChild(&second, 1);
+    second.RemoveNode();
+    UXSaveOptions options;
+    options.form = form;
+    CStringUTF8 expected;
+    ASSERT_EQ(UXSaveToMemory(&root, &expected, options, nullptr), 1) << UXGetLastSaveError();
+    long index = 0;
+    int saved = 0;
+    do {
+        failed = false;
+        untilFailure = index++;
+        saved = UXSaveAs(&root, path.c_str(), options, nullptr);
+        untilFailure = -1;
+        EXPECT_EQ(saved, failed ? 0 : 1) << index;
+        EXPECT_EQ(read_file(path), failed ? document : std::string(expected)) << index;
+        EXPECT_EQ(UXGetLastSaveError().IsEmpty(), !failed) << index;
+        const std::filesystem::directory_iterator files(std::filesystem::path(path).parent_path());
+        EXPECT_EQ(std::distance(begin(files), end(files)), 1) << index;
+    } while (failed && !testing::Test::HasFailure());
+    EXPECT_GT(index, 20);
+}
+
+}  // namespace
+
+TEST(UXSaveAs, LeavesTheOldFileWholeWhenMemoryRunsShort) {
+    const std::string lines = "<!-- c -->\n<r>\n  <a k='1'/> <!-- a -->\n  <b>text</b>\n</r>\n";
+    for (const UXSaveForm form :
+         {UXSaveForm::kKeepLayout, UXSaveForm::kPlain, UXSaveForm::kIndented}) {
+        fail_each_allocation_of_a_save(lines, form);
+    }
+}
+
+TEST(UXSaveAs, LeavesTheOldFileWholeInOtherEncodingsAndWithEntities) {
+    fail_each_allocation_of_a_save(
+        "<?xml version='1.0' encoding='ISO-8859-1'?>\n<r>\n  <\xFC/>\n  <b>\xE4</b>\n</r>\n",
+        UXSaveForm::kKeepLayout);
+    fail_each_allocation_of_a_save(
+        "<!DOCTYPE r [<!ENTITY e 'x'><!ATTLIST a n NMTOKEN #IMPLIED>]>\n"
+        "<r>\n  <a n=' 1 '>&e;</a>\n  <b/>\n  <c>&e;</c>\n</r>\n",
+        UXSaveForm::kKeepLayout);
+}
+
+TEST(UXLoadForEditing, LeavesTheHandleWhenMemoryRunsShort) {
+    const std::string document = "<!-- c -->\n<r>\n  <a k='1'/>\n  <b>text</b>\n</r>\n";
+    long index = 0;
+    do {
+        UXXmlWrapperBase root;
+        failed = false;
+        untilFailure = index++;
+        const int loaded = UXLoadForEditingFromMemory(&root, document.data(), document.size());
+        untilFailure = -1;
+        EXPECT_EQ(loaded, failed ? 0 : 1);
+        EXPECT_EQ(root.IsNodeValid(), failed ? 0 : 1);
+        EXPECT_EQ(UXGetLastLoadError().IsEmpty(), !failed);
+    } while (failed && !HasFailure());
+    EXPECT_GT(index, 5);
 }
 
 }  // namespace uxtest
