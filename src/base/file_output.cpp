@@ -214,11 +214,12 @@ bool FileOutput::commit() {
     if (replaces && !check(fsync(descriptor_), "cannot write")) return false;
     if (!check(close(std::exchange(descriptor_, -1)), "cannot close")) return false;
     if (!replaces) return true;
+    // Nothing behind the renaming takes memory: a failure would be told with the old file gone.
+    const std::string folder = target_.substr(0, target_.rfind('/') + 1);
     if (!check(std::rename(temporary_.c_str(), target_.c_str()), "cannot replace")) return false;
     temporary_.clear();
     forget_unfinished(std::exchange(slot_, -1));
     // The new name reaches the disk with the folder; a folder that cannot be opened is no failure.
-    const std::string folder = target_.substr(0, target_.rfind('/') + 1);
     const int handle = open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_CLOEXEC);
     if (handle >= 0) {
         fsync(handle);
