@@ -2,15 +2,10 @@
 #include "host/layout_writer.h"
 
 #include <algorithm>
-#include <array>
-#include <map>
 #include <optional>
 #include <unordered_map>
 #include <utility>
 
-#include "uxtree/host/utilities.h"
-
-#include "base/utf8.h"
 #include "host/element_path.h"
 #include "host/layout_dtd.h"
 #include "host/same_branch.h"
@@ -24,33 +19,7 @@ using namespace ux::xml;
 
 namespace {
 
-// Bytes that mean something else than themselves, in character data and in a quoted value.
-enum : std::uint8_t { kInCharacters = 1, kInValue = 2 };
-
-constexpr std::array<std::uint8_t, 256> make_stops() {
-    std::array<std::uint8_t, 256> stops{};
-    stops['&'] = stops['\r'] = kInCharacters | kInValue;
-    stops['<'] = kInCharacters;
-    stops['\t'] = stops['\n'] = kInValue;
-    return stops;
-}
-constexpr std::array<std::uint8_t, 256> kStops = make_stops();
-
-// Does everything stand for itself?
-bool is_literal(std::string_view raw, std::uint8_t stop) {
-    std::uint8_t found = 0;
-    for (const char c : raw) found |= kStops[static_cast<unsigned char>(c)];
-    return (found & stop) == 0;
-}
-
 constexpr std::string_view kDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
-
-// Indentation of a branch that comes to another place: lines that begin with one white space begin
-// with another one there. Number 0 changes nothing.
-struct Shift {
-    std::string from;
-    std::string to;
-};
 
 // An element that is being written.
 struct Frame {
@@ -80,7 +49,11 @@ struct Frame {
 class LayoutWriter final : public ContentStyle {
 public:
     LayoutWriter(const Document& document, IdPolicy ids, KeptDocument& out)
-        : document_(document), layout_(document.layout()), ids_(ids), out_(out), shifts_(1) {}
+        : document_(document),
+          layout_(document.layout()),
+          out_(out),
+          indentation_(scan_, out.text),
+          tags_(document, scan_, indentation_, ids, out) {}
 
     void run(const Element& top) {
         top_ = &top;
@@ -110,11 +83,8 @@ public:
     void run_anew(const Element& top, std::string_view step) {
         top_ = &top;
         anew_ = true;
-        hasIds_ =
-            layout_ == nullptr || layout_->source->bytes.find(kIdAttribute) != std::string::npos;
-        formatting_ = Formatting{};
-        formatting_->hasLines = true;
-        formatting_->step = step;
+        if (layout_ == nullptr) tags_.set_has_ids();
+        indentation_.set_formatting({true, "\n", std::string(step)});
         telling_place([&] {
             if (layout_ != nullptr) {
                 read_source();
@@ -137,14 +107,18 @@ public:
             body();
         } catch (const Unkept& unkept) {
             const Element& place = current_ == nullptr ? *top_ : *current_;
-            throw Unkept(path_of(document_, place) + attribute_ + ": " + unkept.what());
+            throw Unkept(path_of(document_, place) + tags_.attribute() + ": " + unkept.what());
         }
     }
 
     // --- what plans ask for ----------------------------------------------------------------------
 
-    std::string line_end() override { return formatting().hasLines ? formatting().lineEnd : ""; }
-    std::string first_child_indent() override { return line_indent(*planned_) + formatting().step; }
+    std::string line_end() override {
+        return indentation_.formatting().hasLines ? indentation_.formatting().lineEnd : "";
+    }
+    std::string first_child_indent() override {
+        return line_indent(*planned_) + indentation_.formatting().step;
+    }
     std::string end_tag_indent() override { return line_indent(*planned_); }
     bool has_moved(std::uint32_t element) override {
         find_homes();
@@ -221,328 +195,10 @@ private:
         }
     }
 
-    // --- how the document is formatted -----------------------------------------------------------
-
-    struct Formatting {
-        bool hasLines = false;  // elements have lines of their own
-        std::string lineEnd = "\n";
-        std::string step = "  ";
-    };
-
-    const Formatting& formatting() {
-        if (formatting_) return *formatting_;
-        formatting_ = Formatting{};
-        const std::size_t feed = text().find_first_of("\r\n");
-        if (feed != std::string_view::npos) {
-            formatting_->lineEnd = text()[feed] == '\n'              ? "\n"
-                                   : range(feed, feed + 2) == "\r\n" ? "\r\n"
-                                                                     : "\r";
-        }
-        std::map<std::string_view, std::size_t> steps;
-        for (const ScannedElement& element : scan_.document.elements) {
-            const std::optional<std::string_view> own = own_indent(element.begin);
-            if (!own || element.parent == kNoElement) continue;
-            formatting_->hasLines = true;
-            const std::optional<std::string_view> above =
-                own_indent(scan_.document.elements[element.parent].begin);
-            if (!above || own->size() <= above->size()) continue;
-            if (own->substr(0, above->size()) == *above) ++steps[own->substr(above->size())];
-        }
-        const auto most =
-            std::max_element(steps.begin(), steps.end(),
-                             [](const auto& a, const auto& b) { return a.second < b.second; });
-        if (most != steps.end()) formatting_->step = most->first;
-        return *formatting_;
-    }
-
-    // The white space before a place at the start of its line; nothing elsewhere.
-    std::optional<std::string_view> own_indent(std::size_t at) const {
-        std::size_t begin = at;
-        while (begin > 0 && (text()[begin - 1] == ' ' || text()[begin - 1] == '\t')) --begin;
-        if (begin > 0 && text()[begin - 1] != '\n' && text()[begin - 1] != '\r') {
-            return std::nullopt;
-        }
-        return range(begin, at);
-    }
-
     // The indentation of the line on which an element's start tag is written.
     std::string line_indent(const Frame& frame) const {
-        if (frame.source == kNone) return frame.indent;
-        constexpr std::size_t kFarthest = 4096;
-        const std::size_t begin = scan_.document.elements[frame.source].begin;
-        std::size_t line = begin;
-        while (line > 0 && text()[line - 1] != '\n' && text()[line - 1] != '\r') {
-            if (begin - line == kFarthest) return "";
-            --line;
-        }
-        std::size_t end = line;
-        while (end < begin && (text()[end] == ' ' || text()[end] == '\t')) ++end;
-        return shifted(range(line, end), frame.shift);
-    }
-
-    std::string shifted(std::string_view indent, std::uint32_t shift) const {
-        const Shift& by = shifts_[shift];
-        if (shift == 0 || indent.substr(0, by.from.size()) != by.from) return std::string(indent);
-        return by.to + std::string(indent.substr(by.from.size()));
-    }
-
-    std::uint32_t add_shift(std::string_view from, std::string_view to) {
-        if (from == to) return 0;
-        shifts_.push_back({std::string(from), std::string(to)});
-        return static_cast<std::uint32_t>(shifts_.size() - 1);
-    }
-
-    // White space in a tag, in which lines are indented.
-    void put_space(std::size_t begin, std::size_t end, std::uint32_t shift) {
-        if (shift == 0) {
-            out_.text.copy(begin, end);
-            return;
-        }
-        std::size_t at = begin;
-        while (at < end) {
-            const std::size_t line = text().find_first_of("\r\n", at);
-            if (line >= end) break;
-            std::size_t next = line;
-            while (next < end && (text()[next] == '\r' || text()[next] == '\n')) ++next;
-            out_.text.copy(at, next);
-            const std::size_t indentEnd = std::min(text().find_first_not_of(" \t", next), end);
-            put_indent(next, indentEnd, shift);
-            at = indentEnd;
-        }
-        out_.text.copy(at, end);
-    }
-    void put_indent(std::size_t begin, std::size_t end, std::uint32_t shift) {
-        const Shift& by = shifts_[shift];
-        if (shift == 0 || range(begin, end).substr(0, by.from.size()) != by.from) {
-            out_.text.copy(begin, end);
-            return;
-        }
-        out_.text.put(by.to);
-        out_.text.copy(begin + by.from.size(), end);
-    }
-
-    // --- tags ----------------------------------------------------------------------------------
-
-    void put_name(std::string_view name) {
-        for (std::size_t at = 0; at < name.size();) {
-            const ux::Utf8Char character = ux::decode_utf8(name, at);
-            if (!holds_character(out_.source.encoding, character.code)) {
-                throw Unkept("the file's encoding lacks a character of the name \"" +
-                             std::string(name) + "\"");
-            }
-            at += std::max<std::size_t>(character.length, 1);
-        }
-        out_.text.put(name);
-    }
-
-    static bool is_number(std::string_view value, int& number) { return UXParseInt(value, number); }
-
-    void check_characters(std::string_view value) const {
-        if (!holds_only_characters(value)) {
-            throw Unkept("the text has bytes that XML cannot hold");
-        }
-    }
-
-    // Is the ID that the element has, and did not have in the source, to be written?
-    bool writes_new_id() {
-        switch (ids_) {
-            case IdPolicy::kWrite:
-                break;
-            case IdPolicy::kLeaveOut:
-                ++out_.idsLeftOut;
-                return false;
-            case IdPolicy::kAsDocument:
-                if (!has_ids_in_source()) {
-                    ++out_.idsLeftOut;
-                    return false;
-                }
-        }
-        ++out_.idsWritten;
-        return true;
-    }
-    bool has_ids_in_source() {
-        if (!hasIds_) hasIds_ = text().find(kIdAttribute) != std::string_view::npos;
-        return *hasIds_;
-    }
-
-    void put_attribute(std::string_view space, std::string_view name, std::string_view value,
-                       char quote) {
-        attribute_ = "/@" + std::string(name);
-        check_characters(value);
-        out_.text.put(space);
-        put_name(name);
-        std::string written = {'=', quote};
-        append_attribute_value(written, value, quote, out_.source.encoding);
-        written += quote;
-        out_.text.put(written);
-        attribute_.clear();
-    }
-
-    // Does the written value stand for the other one as it is?
-    bool is_same_value(const ScannedAttribute& attribute, std::string_view value) const {
-        const std::string_view raw = range(attribute.valueBegin, attribute.valueEnd);
-        if (is_literal(raw, kInValue)) return raw == value;
-        WrittenValue written(text(), scan_.entityText);
-        written.add_attribute(attribute.valueBegin, attribute.valueEnd);
-        return written.text() == value;
-    }
-    // The same where the DTD may have given the attribute a type, which takes blanks away.
-    bool is_same_typed_value(const ScannedAttribute& attribute, std::string_view tagName,
-                             std::string_view value) const {
-        if (is_same_value(attribute, value)) return true;
-        if (scan_.dtd == nullptr) return false;
-        const std::string_view name = range(attribute.nameBegin, attribute.nameEnd);
-        if (!scan_.dtd->takes_blanks(tagName, name)) return false;
-        WrittenValue written(text(), scan_.entityText);
-        written.add_attribute(attribute.valueBegin, attribute.valueEnd);
-        return without_extra_blanks(written.text()) == value;
-    }
-
-    void put_changed_value(const ScannedAttribute& attribute, std::string_view value,
-                           std::string_view name) {
-        attribute_ = "/@" + std::string(name);
-        check_characters(value);
-        WrittenValue written(text(), scan_.entityText);
-        written.add_attribute(attribute.valueBegin, attribute.valueEnd);
-        const std::vector<std::optional<std::string>> runs =
-            written.rewritten(value, out_.source.encoding);
-        if (runs[0]) {
-            out_.text.put(*runs[0]);
-        } else {
-            out_.text.copy(attribute.valueBegin, attribute.valueEnd);
-        }
-        attribute_.clear();
-    }
-
-    const ScannedAttribute* source_attribute(const ScannedTag& tag, std::string_view name,
-                                             std::size_t from) const {
-        for (std::size_t i = from; i < tag.attributes.size(); ++i) {
-            const ScannedAttribute& attribute = tag.attributes[i];
-            if (range(attribute.nameBegin, attribute.nameEnd) == name) return &attribute;
-        }
-        return nullptr;
-    }
-
-    // The ID that a tag gives its element; kNoId for none.
-    int source_id(const ScannedTag& tag, const ScannedAttribute*& attribute) const {
-        attribute = nullptr;
-        for (const ScannedAttribute& other : tag.attributes) {
-            if (text()[other.nameBegin] != '_' ||
-                range(other.nameBegin, other.nameEnd) != kIdAttribute) {
-                continue;
-            }
-            WrittenValue value(text(), scan_.entityText);
-            value.add_attribute(other.valueBegin, other.valueEnd);
-            int id = kNoId;
-            if (!is_number(value.text(), id)) return kNoId;
-            attribute = &other;
-            return id;
-        }
-        return kNoId;
-    }
-
-    // Writes the start tag up to behind its last attribute. Those that stand in the order of the
-    // tree stay; the first one that does not, and all behind it, are written anew.
-    void put_start(const Frame& frame, const ScannedTag& tag) {
-        const Element& element = *frame.element;
-        const std::size_t begin = scan_.document.elements[frame.source].begin;
-        const std::string_view name = document_.name_view(element.tag);
-        const std::string_view sourceName = range(begin + 1, tag.nameEnd);
-        if (name == sourceName) {
-            out_.text.copy(begin, tag.nameEnd);
-        } else {
-            out_.text.put("<");
-            put_name(name);
-        }
-        const ScannedAttribute* idAttribute = nullptr;
-        const int idBefore = source_id(tag, idAttribute);
-        const bool keepsId = idAttribute != nullptr && element.id != kNoId;
-        bool newId = element.id != idBefore && element.id != kNoId;
-        if (newId) newId = writes_new_id();
-
-        const Attribute* wanted = document_.attributes_or_null(element);
-        const Attribute* const wantedEnd = wanted + element.attributeCount;
-        const Attribute* next = wanted;
-        const std::vector<ScannedAttribute>& attributes = tag.attributes;
-        const ScannedAttribute* lastKept = nullptr;
-        for (std::size_t i = 0; i < attributes.size(); ++i) {
-            const ScannedAttribute& attribute = attributes[i];
-            const bool isId = &attribute == idAttribute;
-            if (isId ? !keepsId : !is_next(attribute, next, wantedEnd)) continue;
-            const ScannedAttribute& space = lastKept == nullptr ? attributes[0] : attribute;
-            put_space(space.spaceBegin, space.nameBegin, frame.shift);
-            lastKept = &attribute;
-            out_.text.copy(attribute.nameBegin, attribute.valueBegin);
-            if (isId) {
-                put_kept_id(attribute, element.id, newId);
-            } else {
-                const std::string_view value = document_.attribute_value(*next);
-                if (is_same_typed_value(attribute, sourceName, value)) {
-                    out_.text.copy(attribute.valueBegin, attribute.valueEnd);
-                } else {
-                    put_changed_value(attribute, value, document_.name_view(next->name));
-                }
-                ++next;
-            }
-            out_.text.copy(attribute.valueEnd, attribute.valueEnd + 1);
-        }
-        put_new_attributes(frame, tag, lastKept, next, wantedEnd);
-        if (newId && !keepsId) put_new_id(frame, tag, lastKept, element);
-    }
-
-    // Does the attribute of the source come next in the tree? Otherwise it is left out.
-    bool is_next(const ScannedAttribute& attribute, const Attribute* next,
-                 const Attribute* end) const {
-        return next != end &&
-               document_.name_view(next->name) == range(attribute.nameBegin, attribute.nameEnd);
-    }
-
-    void put_kept_id(const ScannedAttribute& attribute, int id, bool changed) {
-        if (changed) {
-            out_.text.put(std::to_string(id));
-        } else {
-            out_.text.copy(attribute.valueBegin, attribute.valueEnd);
-        }
-    }
-
-    // The white space and the quote that a new attribute gets.
-    std::pair<std::string, char> attribute_form(const Frame& frame, const ScannedTag& tag,
-                                                const ScannedAttribute* lastKept) const {
-        const ScannedAttribute* model = lastKept;
-        if (model == nullptr && !tag.attributes.empty()) model = &tag.attributes.back();
-        if (model == nullptr) return {" ", '"'};
-        const std::string_view space = range(model->spaceBegin, model->nameBegin);
-        const char quote = text()[model->valueEnd];
-        const std::size_t line = space.find_last_of("\r\n");
-        if (line == std::string_view::npos) return {" ", quote};
-        return {
-            std::string(space.substr(0, line + 1)) + shifted(space.substr(line + 1), frame.shift),
-            quote};
-    }
-
-    void put_new_attributes(const Frame& frame, const ScannedTag& tag,
-                            const ScannedAttribute* lastKept, const Attribute* next,
-                            const Attribute* end) {
-        if (next == end) return;
-        const auto [space, quote] = attribute_form(frame, tag, lastKept);
-        for (; next != end; ++next) {
-            put_attribute(space, document_.name_view(next->name), document_.attribute_value(*next),
-                          quote);
-        }
-    }
-
-    void put_new_id(const Frame& frame, const ScannedTag& tag, const ScannedAttribute* lastKept,
-                    const Element& element) {
-        refuse_other_id(element);
-        const auto [space, quote] = attribute_form(frame, tag, lastKept);
-        put_attribute(space, kIdAttribute, std::to_string(element.id), quote);
-    }
-
-    // The reserved attribute may stand in a document without being a number.
-    void refuse_other_id(const Element& element) const {
-        if (document_.find_attribute(element, kIdAttribute) != nullptr) {
-            throw Unkept("the ID has no place: the element has another attribute \"_ux_id\"");
-        }
+        return frame.source == kNone ? frame.indent
+                                     : indentation_.line_indent(frame.source, frame.shift);
     }
 
     // --- elements ------------------------------------------------------------------------------
@@ -573,8 +229,8 @@ private:
         std::uint32_t shift = 0;
         if (source != 0) {
             const std::optional<std::string_view> indent =
-                own_indent(scan_.document.elements[source].begin);
-            if (indent) shift = add_shift(*indent, "");
+                indentation_.own_indent(scan_.document.elements[source].begin);
+            if (indent) shift = indentation_.add_shift(*indent, "");
         }
         push_from_source(top, source, shift, source_preserves(source));
     }
@@ -594,7 +250,7 @@ private:
             throw Unkept("the file's layout cannot be read again");
         }
         const bool same = has_same_content(frame);
-        put_start(frame, tag_);
+        tags_.put_start({&element, source, shift}, tag_);
         if (same) {
             push_same(std::move(frame));
         } else {
@@ -611,7 +267,7 @@ private:
 
     void push_same(Frame&& frame) {
         const ScannedElement& place = scan_.document.elements[frame.source];
-        put_space(tag_.attributesEnd, tag_.end, frame.shift);
+        indentation_.put_space(tag_.attributesEnd, tag_.end, frame.shift);
         const bool isLeaf = frame.element->first == 0;
         if (isLeaf &&
             document_.name_view(frame.element->tag) == range(place.begin + 1, tag_.nameEnd)) {
@@ -678,7 +334,7 @@ private:
         const std::size_t begin = tag_.end;
         const std::size_t end = scan_.end_tag_of(scan_.document.elements[frame.source]);
         const std::string_view raw = range(begin, end);
-        if (is_literal(raw, kInCharacters)) return raw == value;
+        if (is_literal_text(raw)) return raw == value;
         return read_value(frame) == value;
     }
     // Text of entities with elements is part of the value as well.
@@ -720,7 +376,7 @@ private:
         request.preserve = frame.preserve;
         CStringUTF8 made;
         request.value = document_.value_text(element, made);
-        check_characters(request.value);
+        require_characters(request.value);
         for (const Element* child = document_.element(element.first); child != nullptr;
              child = document_.element(child->next)) {
             frame.children.push_back(child);
@@ -730,7 +386,7 @@ private:
         if (tag_.empty && !staysEmpty) {
             out_.text.put(">");
         } else {
-            put_space(tag_.attributesEnd, tag_.end, frame.shift);
+            indentation_.put_space(tag_.attributesEnd, tag_.end, frame.shift);
         }
         frame.openedEmpty = tag_.empty;
         frame.endTag = tag_.empty ? place.end : scan_.end_tag_of(place);
@@ -766,20 +422,10 @@ private:
 
     void push_new(const Element& element, std::string indent, bool preserve, bool lines) {
         current_ = &element;
-        out_.text.put("<");
-        put_name(document_.name_view(element.tag));
-        for (std::uint32_t i = 0; i < element.attributeCount; ++i) {
-            const Attribute& attribute = document_.attributes(element)[i];
-            put_attribute(" ", document_.name_view(attribute.name),
-                          document_.attribute_value(attribute), '"');
-        }
-        if (element.id != kNoId && writes_new_id()) {
-            refuse_other_id(element);
-            put_attribute(" ", kIdAttribute, std::to_string(element.id), '"');
-        }
+        tags_.put_new_start(element);
         CStringUTF8 made;
         const std::string_view value = document_.value_text(element, made);
-        check_characters(value);
+        require_characters(value);
         if (value.empty() && element.first == 0) {
             out_.text.put("/>");
             return;
@@ -844,7 +490,7 @@ private:
         const std::size_t end = scan_.document.elements[frame.source].end;
         if (frame.openedEmpty) {
             out_.text.put("</");
-            put_name(document_.name_view(frame.element->tag));
+            tags_.put_name(document_.name_view(frame.element->tag));
             out_.text.put(">");
         } else if (!frame.renamed) {
             out_.text.copy(frame.endTag, end);
@@ -852,7 +498,7 @@ private:
             std::size_t nameEnd = frame.endTag + 2;
             while (!is_blank(text()[nameEnd]) && text()[nameEnd] != '>') ++nameEnd;
             out_.text.put("</");
-            put_name(document_.name_view(frame.element->tag));
+            tags_.put_name(document_.name_view(frame.element->tag));
             out_.text.copy(nameEnd, end);
         }
     }
@@ -902,7 +548,7 @@ private:
         if (item.text != kNone) {
             out_.text.put(frame.plan->texts[item.text]);
         } else if (item.kind == ItemKind::kSpace && behind_line_end(frame)) {
-            put_indent(item.begin, item.end, frame.shift);
+            indentation_.put_indent(item.begin, item.end, frame.shift);
         } else {
             out_.text.copy(item.begin, item.end);
         }
@@ -914,7 +560,7 @@ private:
         const ContentItem& item = frame.plan->items[frame.item - 2];
         if (item.kind != ItemKind::kSpace) return "";
         const std::string bytes(frame.plan->bytes_of(item, text()));
-        return item.text != kNone ? bytes : shifted(bytes, frame.shift);
+        return item.text != kNone ? bytes : indentation_.shifted(bytes, frame.shift);
     }
 
     void push_child(const Frame& frame, const ContentItem& item) {
@@ -935,8 +581,8 @@ private:
                         std::string_view indent, bool preserve) {
         std::uint32_t shift = 0;
         const std::optional<std::string_view> before =
-            own_indent(scan_.document.elements[source].begin);
-        if (ownLine && before) shift = add_shift(*before, indent);
+            indentation_.own_indent(scan_.document.elements[source].begin);
+        if (ownLine && before) shift = indentation_.add_shift(*before, indent);
         push_from_source(child, source, shift, preserve);
     }
 
@@ -949,7 +595,7 @@ private:
                 out_.text.put(frame.indent);
             }
             out_.text.put("</");
-            put_name(document_.name_view(frame.element->tag));
+            tags_.put_name(document_.name_view(frame.element->tag));
             out_.text.put(">");
             frames_.pop_back();
             return;
@@ -958,7 +604,7 @@ private:
         frame.child = document_.element(child.next);
         std::string indent;
         if (lines) {
-            indent = frame.indent + formatting().step;
+            indent = frame.indent + indentation_.formatting().step;
             out_.text.put(line_end());
             out_.text.put(indent);
         }
@@ -972,26 +618,23 @@ private:
 
     const Document& document_;
     const DocumentLayout* layout_;
-    IdPolicy ids_;
     KeptDocument& out_;
+    SourceScan scan_;
+    Indentation indentation_;
+    TagWriter tags_;
     const Element* top_ = nullptr;
     bool whole_ = false;
     bool anew_ = false;
-    SourceScan scan_;
     bool preserves_ = false;
-    std::optional<bool> hasIds_;
-    std::optional<Formatting> formatting_;
     std::vector<bool> anywhere_;
     std::vector<bool> atHome_;
     std::vector<bool> taken_;
     std::unordered_map<std::uint32_t, bool> hasLines_;
-    std::vector<Shift> shifts_;
     std::vector<Frame> frames_;
     ScannedTag tag_;
     CStringUTF8 scratch_;
     const Frame* planned_ = nullptr;
     const Element* current_ = nullptr;
-    std::string attribute_;
 };
 
 }  // namespace

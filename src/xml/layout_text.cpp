@@ -2,6 +2,7 @@
 #include "xml/layout_text.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 
 #include "base/utf8.h"
@@ -12,6 +13,25 @@ namespace {
 
 constexpr std::string_view kSectionStart = "<![CDATA[";
 constexpr std::string_view kSectionEnd = "]]>";
+
+// Bytes that mean something else than themselves, in character data and in a quoted value.
+enum : std::uint8_t { kInCharacters = 1, kInValue = 2 };
+
+constexpr std::array<std::uint8_t, 256> make_stops() {
+    std::array<std::uint8_t, 256> stops{};
+    stops['&'] = stops['\r'] = kInCharacters | kInValue;
+    stops['<'] = kInCharacters;
+    stops['\t'] = stops['\n'] = kInValue;
+    return stops;
+}
+constexpr std::array<std::uint8_t, 256> kStops = make_stops();
+
+// Does everything stand for itself?
+bool is_literal(std::string_view raw, std::uint8_t stop) {
+    std::uint8_t found = 0;
+    for (const char c : raw) found |= kStops[static_cast<unsigned char>(c)];
+    return (found & stop) == 0;
+}
 
 void append_reference(std::string& out, char32_t code) {
     out += "&#";
@@ -141,6 +161,13 @@ bool makes_one_line_end(std::string_view before, std::string_view behind) {
 }
 
 }  // namespace
+
+bool is_literal_text(std::string_view raw) {
+    return is_literal(raw, kInCharacters);
+}
+bool is_literal_value(std::string_view raw) {
+    return is_literal(raw, kInValue);
+}
 
 std::string joined_text(std::string before, std::string_view behind) {
     if (makes_one_line_end(before, behind)) {

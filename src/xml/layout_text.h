@@ -112,6 +112,10 @@ void append_attribute_value(std::string& out, std::string_view text, char quote,
 // section or one line end of two, is written with a reference.
 std::string joined_text(std::string before, std::string_view behind);
 
+// Does every byte of character data, or between an attribute's quotes, stand for itself?
+bool is_literal_text(std::string_view raw);
+bool is_literal_value(std::string_view raw);
+
 // Common bytes of two texts, whole characters only; together not longer than either.
 struct Common {
     std::size_t start;
