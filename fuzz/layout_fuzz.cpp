@@ -81,6 +81,17 @@ void check_runs(const UXXmlWrapperBase& root) {
     } while (node.NextBelow(root, nullptr, &node) != 0);
 }
 
+// Copies of branches within themselves grow without end.
+bool is_large(const UXXmlWrapperBase& root) {
+    constexpr int kMostNodes = 1000;
+    int count = 0;
+    UXXmlWrapperBase node = root;
+    while (node.NextBelow(root, nullptr, &node) != 0) {
+        if (++count > kMostNodes) return true;
+    }
+    return false;
+}
+
 class Edits {
 public:
     Edits(std::string_view choices, std::string_view document)
@@ -91,7 +102,7 @@ public:
 
     void run(UXXmlWrapperBase& root) {
         constexpr int kMostEdits = 40;
-        for (int i = 0; i < kMostEdits && at_ < choices_.size(); ++i) {
+        for (int i = 0; i < kMostEdits && at_ < choices_.size() && !is_large(root); ++i) {
             if (model_.chance(80)) {
                 model_.edit(root);
             } else {
