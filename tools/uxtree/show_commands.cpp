@@ -188,8 +188,11 @@ private:
         ++parent.children;
     }
 
+    // Every child in a line of its own.
     void separate(Open& parent) {
-        if (parent.any) out_.write(",");
+        constexpr std::size_t kDeepest = 40;
+        out_.write(parent.any ? ",\n" : "\n");
+        out_.write(std::string(2 + 2 * std::min(open_.size(), kDeepest), ' '));
         parent.any = true;
     }
 
