@@ -76,7 +76,7 @@ step_static() {
     say "Checking scripts"
     # Files that are sourced share variables and have no line that names the shell.
     shellcheck -x -s bash -e SC1090,SC1091,SC2034,SC2065,SC2154,SC2164 scripts/bench \
-        scripts/coverage scripts/demo scripts/docs scripts/fuzz scripts/package scripts/test scripts/lib/*.sh \
+        scripts/coverage scripts/demo scripts/diff_sizes scripts/docs scripts/fuzz scripts/package scripts/test scripts/lib/*.sh \
         .ci/run || die "shellcheck found something"
     say "Checking with clang-tidy"
     build tidy
@@ -117,7 +117,7 @@ step_huge() {
     tests/cli/huge_inputs.py build/release/tools/uxtree/uxtree
     say "Testing: huge documents loaded for editing"
     build release layout_huge
-    build/release/tests/layout_huge || die "a huge document is not kept"
+    build/release/tests/host/layout_huge || die "a huge document is not kept"
 }
 
 # Files of Debian packages keep what an edit is not about.
