@@ -218,7 +218,7 @@ def test_edit_is_all_or_nothing(tree):
             tree["a"].value = "changed"
             tree["b"].remove()
             1 / 0
-    assert tree.xml() == before
+    assert tree.xml() == before and tree.to_bytes() == XML.encode()
     with uxtree.edit(tree):
         tree["a"].value = "changed"
     assert tree["a"].value == "changed"
