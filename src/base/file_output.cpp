@@ -133,7 +133,10 @@ FileOutput::FileOutput(const char* path) : target_(path == nullptr ? "" : path) 
     }
 }
 
-// What replaces a file is nobody else's to read while it is being written.
+// What replaces a file is nobody else's to read while it is being written. A new file has a name from
+// the start too: a nameless one is linked to its name only where nothing stands, so a file that
+// appears meanwhile would make the save fail, and not every file system has them. Under its name it
+// is safe as well: O_EXCL follows no link, and a signal handler can remove it.
 void FileOutput::open_temporary(bool replaces) {
     static std::atomic<unsigned> counter{0};
     const mode_t mode = replaces ? 0600 : 0666;

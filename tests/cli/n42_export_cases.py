@@ -134,6 +134,14 @@ CASES = [
 ]
 
 
+def test_SafeCsvLeavesNumbersBelowZeroAlone(tool):
+    tool.write("below.n42", TWO.replace(">1 2<", ">-3 2<"))
+    safe = tool.run(["n42", "export", "--csv-safe", "below.n42"])
+    assert safe.code == 0
+    assert ",-1," in safe.out and '"' not in safe.out, safe.out
+    assert safe.out == tool.run(["n42", "export", "below.n42"]).out
+
+
 def test_WritesAFileForEachSpectrum(tool):
     result = tool.run(["n42", "export", "-f", "spe", "-s", "2", "-o", "out/", "d"], files=FILES)
     assert result.code == 0, result.err

@@ -198,7 +198,7 @@ public:
                     line.push_back(value_at(what.spectrum.counts, i));
                 }
             }
-            write_csv_line(out_, line);
+            write_csv_numbers(out_, line);
         }
         return out_.finish();
     }

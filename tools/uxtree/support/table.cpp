@@ -147,6 +147,16 @@ void write_csv_line(Output& out, const Fields& fields) {
     out.write("\n");
 }
 
+void write_csv_numbers(Output& out, const Fields& numbers) {
+    std::string line;
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        if (i > 0) line += ',';
+        line += numbers[i];
+    }
+    line += '\n';
+    out.write(line);
+}
+
 void write_table(Output& out, const Table& table, const std::string& format) {
     if (format == "csv") return write_csv(out, table);
     if (format == "json") return write_json(out, table);

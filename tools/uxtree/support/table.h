@@ -30,6 +30,8 @@ void write_table(Output& out, const Table& table, const std::string& format);
 // One line of CSV.
 using Fields = std::vector<std::string>;
 void write_csv_line(Output& out, const Fields& fields);
+// One of numbers, or nothing in their place: also below 0 they are no formulas.
+void write_csv_numbers(Output& out, const Fields& numbers);
 
 // From now on, texts in CSV that begin with = + - @ TAB or CR, which spreadsheets take for formulas,
 // are quoted and begin with an apostrophe. Numbers of write_table stay numbers.
