@@ -214,6 +214,7 @@ bool format_document(std::string_view text, const FormatStyle& style, std::strin
     if (!scan_prolog(text, document)) return false;
     const std::vector<std::uint8_t> contents = contents_of(text, document);
     if (contents.empty()) return false;
+    out.reserve(out.size() + text.size() + text.size() / 4);
     Formatter(text, style, out).run(document, contents);
     return true;
 }

@@ -56,11 +56,12 @@ Formatted formatted(const std::string& file, const FormatOptions& options) {
     if (UXFormatXml(result.before.data(), result.before.size(), style, &result.after) == 0) {
         throw_refused_text(input_name(file), result.before);
     }
+    if (!options.dryRun && !options.inPlace) result.before = std::string();  // it is not compared
     return result;
 }
 
 ExitCode write_formatted(const Formatted& result, const FormatOptions& options) {
-    const std::string after = to_string(result.after);
+    const std::string_view after(result.after, static_cast<std::size_t>(result.after.GetLength()));
     const std::string name = input_name(result.file);
     if (options.dryRun) {
         print_text_difference(result.before, after, name);

@@ -43,9 +43,9 @@ public:
         return fields;
     }
 
-    void add(const std::string& file, const Fields& fields) {
+    void add(const std::string& file, Fields fields) {
         rows_.push_back({file, {}});
-        for (const auto& [name, value] : fields) add_value(name, value);
+        for (auto& [name, value] : fields) add_value(name, std::move(value));
     }
 
     bool is_empty() const { return rows_.empty(); }
@@ -112,11 +112,11 @@ private:
         std::size_t most = 0;  // values in one row
     };
 
-    void add_value(const std::string& name, const std::string& text) {
+    void add_value(const std::string& name, std::string text) {
         const auto [place, isNew] = numbers_.emplace(name, columns_.size());
         if (isNew) columns_.push_back({name, 0});
         Values& values = rows_.back().values[place->second];
-        values.push_back(text);
+        values.push_back(std::move(text));
         Column& column = columns_[place->second];
         column.most = std::max(column.most, values.size());
     }
@@ -177,12 +177,12 @@ public:
     }
 
     // In the order of the files.
-    ExitCode take(const Answer& answer) {
+    ExitCode take(Answer answer) {
         if (answer.nothing) {
             report(*answer.nothing);
             return kNothingFound;
         }
-        for (const Rows::Fields& row : answer.rows) rows_.add(answer.file, row);
+        for (Rows::Fields& row : answer.rows) rows_.add(answer.file, std::move(row));
         for (const std::string& value : answer.values) write_value(value, answer.file);
         return kSuccess;
     }
@@ -250,7 +250,7 @@ int run_selection_query(const QueryOptions& options) {
     SelectionQuery query(options, out);
     const int result = for_each_in_order(
         options.files, options.jobs, [&](const std::string& file) { return query.read(file); },
-        [&](const SelectionQuery::Answer& answer) { return query.take(answer); });
+        [&](SelectionQuery::Answer answer) { return query.take(std::move(answer)); });
     return query.finish(result);
 }
 
