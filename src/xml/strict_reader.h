@@ -377,8 +377,8 @@ private:
         return *at == '"' ? value<'"'>(tag, at + 1, name) : value<'\''>(tag, at + 1, name);
     }
     KnownName* const* foreseen_attributes() const {
-        static constexpr KnownName::Foreseen kNone{};
-        return tag_->attributes == nullptr ? kNone.data() : tag_->attributes->data();
+        static constexpr KnownName::Foreseen kNothing{};
+        return tag_->attributes == nullptr ? kNothing.data() : tag_->attributes->data();
     }
     void foresee_attribute(KnownName* name) {
         if (tag_->attributes == nullptr) tag_->attributes = names_.new_foreseen();
