@@ -19,6 +19,7 @@ long_steps=(
     static    # 600 s
     packages  # 180 s
     consumers  # 130 s
+    abi  # 60 s
     docs      # 5 s
     huge      # 90 s
     layout    # 45 s
@@ -108,6 +109,9 @@ step_python_sanitized() {
     say "The Python package under AddressSanitizer"
     ./scripts/lib/try_python_sanitized.sh || die "the Python package under AddressSanitizer"
 }
+
+# The binary interface, against the released one.
+step_abi() { ./scripts/lib/try_abi.sh; }
 
 # Documents far larger and deeper than people write, within bounds of time and memory.
 step_huge() {
