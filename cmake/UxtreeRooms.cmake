@@ -42,6 +42,7 @@ function(_uxtree_make_include_root root room)
   endif()
   if("kit" IN_LIST seen_rooms)
     file(CREATE_LINK ${public}/uxtree_c.h ${root}/uxtree/uxtree_c.h SYMBOLIC)
+    file(CREATE_LINK ${public}/script.h ${root}/uxtree/script.h SYMBOLIC)
   endif()
 endfunction()
 

@@ -191,7 +191,8 @@ private:
     void Reserve(std::size_t size) {
         if (size <= (capacity_ == 0 ? kLocal : capacity_)) return;
         if (size > kMost) throw std::length_error("text too long");
-        const std::size_t capacity = std::min(std::max(size, 2 * std::size_t{size_}), kMost);
+        const std::size_t capacity =
+            std::min(std::max(size, 2 * std::size_t{size_}), std::size_t{kMost});
         char* const heap = new char[capacity + 1];
         std::memcpy(heap, Data(), size_ + 1U);
         if (capacity_ != 0) delete[] heap_;
@@ -225,7 +226,7 @@ private:
         const std::size_t sum = size_ + text.size();
         if (sum > (capacity_ == 0 ? kLocal : capacity_)) {
             CStringUTF8 larger;  // apart: the view may be a part of this text
-            larger.Reserve(std::max(sum, std::min(2 * std::size_t{size_}, kMost)));
+            larger.Reserve(std::max(sum, std::min(2 * std::size_t{size_}, std::size_t{kMost})));
             std::memcpy(larger.Data(), Data(), size_);
             larger.size_ = size_;
             larger.Add(text);
