@@ -112,12 +112,14 @@ struct [[gnu::visibility("hidden")]] UXScriptEngine::State {
 
     std::vector<std::string> all_names() const;
     void add_members(const as::asITypeInfo& type, std::set<std::string>& names) const;
-    void finish_messages() { problem = messages.text(all_names()); }
-    UXScriptOutcome execute(Context& context, const UXScriptLimits& limits);
-    UXScriptOutcome run(as::asIScriptFunction* function, const UXScriptLimits& limits,
+    void finish_messages() {
+        problem = messages.text(all_names());
+    }
+    UXScriptOutcome execute(Context & context, const UXScriptLimits& limits);
+    UXScriptOutcome run(as::asIScriptFunction * function, const UXScriptLimits& limits,
                         const std::function<void(as::asIScriptContext&)>& prepare,
                         const std::function<void(as::asIScriptContext&)>& finish);
-    bool build(as::CScriptBuilder& builder);
+    bool build(as::CScriptBuilder & builder);
     UXScriptOutcome reset_globals(const UXScriptLimits& limits);
     as::asIScriptModule* dialogue_module();
     UXScriptOutcome run_statement(const std::string& code, const UXScriptLimits& limits);

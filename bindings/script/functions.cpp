@@ -46,12 +46,10 @@ void files(as::asIScriptGeneric* call) {
         if (result != 0 && result != GLOB_NOMATCH) {
             throw ScriptError{"cannot read the folder of '" + pattern + "'"};
         }
-        const auto size = static_cast<as::asUINT>(result == 0 ? found.gl_pathc : 0);
-        as::CScriptArray* array = make_array(call->GetEngine(), "array<string>", size);
-        return_handle(call, array);
-        for (as::asUINT i = 0; i < size; ++i) {
-            *static_cast<std::string*>(array->At(i)) = found.gl_pathv[i];
-        }
+        const std::size_t size = result == 0 ? found.gl_pathc : 0;
+        ResultArray array(call, "array<string>", size);
+        for (std::size_t i = 0; i < size; ++i) array.text(i) = found.gl_pathv[i];
+        array.give();
     });
 }
 

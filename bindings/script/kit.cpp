@@ -42,40 +42,29 @@ UXSelected selected(as::asIScriptGeneric* call) {
     throw std::bad_alloc();
 }
 
-as::CScriptArray* new_array(as::asIScriptEngine* engine, const char* declaration,
-                            std::size_t size) {
-    as::CScriptArray* array = as::CScriptArray::Create(engine->GetTypeInfoByDecl(declaration),
-                                                       static_cast<as::asUINT>(size));
-    if (array == nullptr) throw std::bad_alloc();
-    return array;
-}
-
 // The elements; of an attribute or a text the one that has it.
 void select(as::asIScriptGeneric* call) {
     guarded([&] {
         const UXSelected found = selected(call);
-        as::CScriptArray* array = new_array(call->GetEngine(), "array<Tree@>", found.size());
-        return_handle(call, array);
-        for (std::size_t i = 0; i < found.size(); ++i) {
-            *static_cast<void**>(array->At(static_cast<as::asUINT>(i))) =
-                new ScriptTree(found.node(i));
-        }
+        ResultArray array(call, "array<Tree@>", found.size());
+        for (std::size_t i = 0; i < found.size(); ++i) array.set_tree(i, found.node(i));
+        array.give();
     });
 }
 
 void select_texts(as::asIScriptGeneric* call) {
     guarded([&] {
         const UXSelected found = selected(call);
-        as::CScriptArray* array = new_array(call->GetEngine(), "array<string>", found.size());
-        return_handle(call, array);
+        ResultArray array(call, "array<string>", found.size());
         for (std::size_t i = 0; i < found.size(); ++i) {
             CStringUTF8 text;
             if (!found.text(i, text)) {
                 throw ScriptError{
                     "a text depends on text between elements, whose place is not known"};
             }
-            *static_cast<std::string*>(array->At(static_cast<as::asUINT>(i))) = standard(text);
+            array.text(i) = standard(text);
         }
+        array.give();
     });
 }
 

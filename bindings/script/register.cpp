@@ -23,14 +23,6 @@ void Place::refuse(const char* why) const {
                       (name == nullptr ? "" : name) + "' " + why};
 }
 
-as::CScriptArray* make_array(as::asIScriptEngine* engine, const char* declaration,
-                             as::asUINT size) {
-    as::CScriptArray* array =
-        as::CScriptArray::Create(engine->GetTypeInfoByDecl(declaration), size);
-    if (array == nullptr) throw std::bad_alloc();
-    return array;
-}
-
 namespace {
 
 // --- text

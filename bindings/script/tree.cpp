@@ -359,12 +359,12 @@ void attributes(as::asIScriptGeneric* call) {
     guarded([&] {
         CWBOStringArray names;
         valid_node(call).GetPropertyNames(names);
-        const auto size = static_cast<as::asUINT>(names.GetSize());
-        as::CScriptArray* array = make_array(call->GetEngine(), "array<string>", size);
-        return_handle(call, array);
-        for (as::asUINT i = 0; i < size; ++i) {
-            *static_cast<std::string*>(array->At(i)) = standard(names.GetAt(static_cast<int>(i)));
+        const int size = names.GetSize();
+        ResultArray array(call, "array<string>", static_cast<std::size_t>(size));
+        for (int i = 0; i < size; ++i) {
+            array.text(static_cast<std::size_t>(i)) = standard(names.GetAt(i));
         }
+        array.give();
     });
 }
 
@@ -402,12 +402,9 @@ void child_at(as::asIScriptGeneric* call) {
     });
 }
 void return_trees(as::asIScriptGeneric* call, const std::vector<Node>& nodes) {
-    const auto size = static_cast<as::asUINT>(nodes.size());
-    as::CScriptArray* array = make_array(call->GetEngine(), "array<Tree@>", size);
-    return_handle(call, array);
-    for (as::asUINT i = 0; i < size; ++i) {
-        *static_cast<void**>(array->At(i)) = new ScriptTree(nodes[i]);
-    }
+    ResultArray array(call, "array<Tree@>", nodes.size());
+    for (std::size_t i = 0; i < nodes.size(); ++i) array.set_tree(i, nodes[i]);
+    array.give();
 }
 void children(as::asIScriptGeneric* call) {
     guarded([&] {

@@ -1,6 +1,7 @@
 // script/values: what scripts hold, as C++ sees it.
 #pragma once
 
+#include <new>
 #include <string>
 #include <utility>
 
@@ -83,8 +84,40 @@ inline std::string standard(const CStringUTF8& text) {
     return {static_cast<const char*>(text), static_cast<std::size_t>(text.GetLength())};
 }
 
-// An array of the script language, empty, with one reference.
-as::CScriptArray* make_array(as::asIScriptEngine* engine, const char* declaration,
-                             as::asUINT size = 0);
+// An array of the script language with one reference.
+inline as::CScriptArray* make_array(as::asIScriptEngine* engine, const char* declaration,
+                                    as::asUINT size = 0) {
+    as::CScriptArray* array =
+        as::CScriptArray::Create(engine->GetTypeInfoByDecl(declaration), size);
+    if (array == nullptr) throw std::bad_alloc();
+    return array;
+}
+
+// An array that a call yields once it is filled: a call that raises an exception yields nothing.
+class ResultArray {
+public:
+    ResultArray(as::asIScriptGeneric* call, const char* declaration, std::size_t size)
+        : call_(call),
+          array_(make_array(call->GetEngine(), declaration, static_cast<as::asUINT>(size))) {}
+    ResultArray(const ResultArray&) = delete;
+    ResultArray& operator=(const ResultArray&) = delete;
+    ~ResultArray() {
+        if (array_ != nullptr) array_->Release();
+    }
+    std::string& text(std::size_t i) const {
+        return *static_cast<std::string*>(array_->At(static_cast<as::asUINT>(i)));
+    }
+    void set_tree(std::size_t i, const UXXmlWrapperBase& node) const {
+        *static_cast<void**>(array_->At(static_cast<as::asUINT>(i))) = new ScriptTree(node);
+    }
+    void give() {
+        return_handle(call_, array_);
+        array_ = nullptr;
+    }
+
+private:
+    as::asIScriptGeneric* call_;
+    as::CScriptArray* array_;
+};
 
 }  // namespace uxscript

@@ -62,7 +62,7 @@ def check_page(page):
         for command, answer in tried:
             told = answer_of(tool, command)
             assert told == answer, f"{page.name}: $ {command}\n{told}"
-    check.__name__ = f"PageDoesWhatItShows_{page.parent.name}_{page.stem}"
+    check.__name__ = "PageDoesWhatItShows_" + "_".join(page.relative_to(ROOT).with_suffix("").parts)
     return check
 
 
