@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Puts the tables of one benchmark, read from standard input, into docs/performance.md.
+"""Puts the tables of one benchmark, read from standard input, into docs/performance_details.md.
 
 Usage: tools/dev/write_bench_tables.py NAME [DOCUMENT]
 
@@ -21,7 +21,7 @@ def with_tables(document, name, tables):
 
 
 def main():
-    path = pathlib.Path(sys.argv[2] if len(sys.argv) > 2 else "docs/performance.md")
+    path = pathlib.Path(sys.argv[2] if len(sys.argv) > 2 else "docs/performance_details.md")
     tables = sys.stdin.read()
     if "|---" not in tables:
         sys.exit(f"{sys.argv[1]}: no table in its output")
