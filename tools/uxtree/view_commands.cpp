@@ -56,7 +56,8 @@ public:
                std::size_t count) override {
         take_text_between();
         add_node(number_of(name));
-        std::string list = count == 0 ? "0" : "[";
+        std::string list;
+        list += count == 0 ? '0' : '[';
         for (std::size_t i = 0; i < count; ++i) {
             if (i > 0) list += ',';
             fmt::format_to(std::back_inserter(list), "{},", number_of(attributes[i].name));
@@ -132,7 +133,8 @@ void write_texts(Output& out, std::string_view name, const std::vector<std::stri
     out.print(",\n\"{}\":[", name);
     std::string text;
     for (std::size_t i = 0; i < list.size(); ++i) {
-        text.assign(i == 0 ? "" : ",");
+        text.clear();
+        if (i > 0) text += ',';
         if (list[i].empty()) {
             text += empty;
         } else {
