@@ -124,7 +124,8 @@ void TagWriter::put_start(const SourcePlace& place, const ScannedTag& tag) {
     put_tag_name(place, tag);
     const ScannedAttribute* idAttribute = nullptr;
     const int idBefore = source_id(tag, idAttribute);
-    const bool keepsId = idAttribute != nullptr && element.id != kNoId;
+    // One that says that there is no ID stays as long as there is none.
+    const bool keepsId = idAttribute != nullptr && (element.id != kNoId || idBefore == kNoId);
     bool newId = element.id != idBefore && element.id != kNoId;
     if (newId) newId = writes_new_id();
 

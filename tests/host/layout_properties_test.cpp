@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,6 +44,35 @@ TEST(UXSaveToMemory, GivesAnUnchangedDocumentItsBytes) {
         const std::string bytes = LayoutModel(seed).encoded_document();
         ASSERT_EQ(kept_bytes(edited_document(bytes)), bytes) << "seed " << seed;
     }
+}
+
+// What fuzzing found interesting: each document is saved as it was read, and an edit of its root as
+// the edited tree.
+TEST(UXSaveToMemory, KeepsTheDocumentsOfTheFuzzers) {
+    const std::filesystem::path corpus = uxtest::source_path("fuzz/corpus");
+    int documents = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(corpus)) {
+        if (!entry.is_regular_file()) continue;
+        const std::string bytes = uxtest::read_file(entry.path().string());
+        UXXmlWrapperBase root;
+        if (UXLoadForEditingFromMemory(&root, bytes.data(), bytes.size()) == 0) continue;
+        SCOPED_TRACE(entry.path().string());
+        ++documents;
+        ASSERT_EQ(kept_bytes(root), bytes);
+        ASSERT_EQ(root.SetPropertyValue("edited", "yes"), 1);
+        const std::string edited = kept_bytes(root);
+        EXPECT_NE(edited, bytes);
+        EXPECT_EQ(to_text(edited_document(edited)), to_text(root));
+    }
+    EXPECT_GT(documents, 10);
+}
+
+TEST(UXSaveToMemory, AnIdThatIsNoneStays) {
+    const std::string bytes = "<r _ux_id='-1' a='1'><b _ux_id='007'/></r>";
+    UXXmlWrapperBase root = edited_document(bytes);
+    EXPECT_EQ(kept_bytes(root, UXSaveIds::kAsDocument), bytes);
+    root.SetID(4, true);
+    EXPECT_EQ(kept_bytes(root), "<r _ux_id='4' a='1'><b _ux_id='007'/></r>");
 }
 
 // A name that the encoding lacks is what may be refused.
