@@ -1,0 +1,15 @@
+"""Scripts that want memory without end are ended within the limit.
+
+Sanitizers leave no room for such a limit, so CMakeLists.txt tries these with what is released alone.
+"""
+
+
+def test_EndsHungerForMemory(tool):
+    for code in ("array<array<int>> a; while (true) { array<int> b(100000); a.insertLast(b); }",
+                 "string s = \"x\"; while (true) s = s + s;",
+                 "Tree t(\"r\"); while (true) t.add(\"a\", \"0123456789\");",
+                 "array<Tree@> a; Tree t(\"r\"); while (true) a.insertLast(t.copy());",
+                 "dictionary d; int i = 0; while (true) d.set(\"k\" + i++, i);"):
+        done = tool.run(["run", "--memory", "200", "-e", code])
+        assert done.code == 4, (code, done.code, done.err)
+        assert "memory" in done.err.lower(), (code, done.err)
