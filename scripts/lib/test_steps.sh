@@ -9,7 +9,7 @@ short_steps=(
     dev      # 450 s
     clang    # 225 s
     release  # 150 s
-    wheel    # 150 s
+    wheel    # 60 s
 )
 long_steps=(
     removals  # 90 s
