@@ -155,6 +155,13 @@ CASES = [
          after={"a.xml": replaced((FIRST, "")), "b.xml": replaced((FIRST, "")), "a.xml.bak": BOOKS,
                 "b.xml.bak": BOOKS},
          err=["note: 2 files: 2 changed\n"]),
+    # The folder for the second backup is missing, which shows when both files are in their places.
+    case("PutsAllFilesBackWhenABackupFails",
+         ["edit", "a.xml", "b.xml", "-i.old/copy", "--all-or-none", "--select", "//book[1]", "delete"],
+         files={"a.xml": BOOKS, **FILES, "a.xml.old/other": ""}, code=4,
+         after={"a.xml": BOOKS, **FILES, "a.xml.old/copy": None},
+         err=["b.xml.old/copy: No such file or directory\n",
+              "note: 2 files: 0 changed, 2 as before; nothing was written\n"]),
     case("SeveralFilesAreEditedInPlace", ["edit", "b.xml", "b.xml", "--select", "//book", "delete"],
          files=FILES, code=2, err=["several files are edited in place"], after=FILES),
     case("PrintsWhatSeveralFilesWouldChange", ["edit", "a.xml", "b.xml", "-n", "rename", "s"],
@@ -209,3 +216,27 @@ def test_SaysWhichThemeValuesFindNoNode(tool):
     assert result.code == 0, result.err
     assert result.err == "note: 1 value written\nwarning: no node has the identifier 2, 3\n", result.err
     assert tool.path("s.xml").read_text() == '<d><a DataID="1">1</a></d>'
+
+
+def test_AFileThatCannotBeWrittenLeavesTheOthersAsTheyWere(tool):
+    """The second file is larger than the process may write: so fails a full disk, for root too."""
+    large = BOOKS.replace("Nana", "N" * 100_000)
+    files = {"a.xml": BOOKS, "b.xml": large, "c.xml": BOOKS}
+    result = tool.run(["edit", *files, "-i.bak", "--all-or-none", "--select", "//book[1]/@id", "set", "4"],
+                      files=files, largest_file=50_000)
+    assert result.code == 4, result.code
+    assert "b.xml: File too large\n" in result.err, result.err
+    assert "note: 3 files: 0 changed, 2 as before, 1 failed; nothing was written\n" in result.err
+    left = {path.name: path.read_text() for path in tool.folder.iterdir()}
+    assert left == files, sorted(left)
+
+
+def test_AFailedCommitLeavesNothingBeside(tool):
+    files = {"a.xml": BOOKS, "b.xml": BOOKS, "b.xml.bak/x": "", "c.xml": BOOKS}
+    result = tool.run(["edit", "a.xml", "b.xml", "c.xml", "-i.bak", "--all-or-none", "--select",
+                       "//book[1]", "delete"], files=files)
+    assert result.code == 4 and "b.xml.bak: Is a directory\n" in result.err, result.err
+    left = {str(path.relative_to(tool.folder)): path.read_text()
+            for path in tool.folder.rglob("*") if path.is_file()}
+    assert left == files, sorted(left)
+    assert all(tool.path(name).stat().st_nlink == 1 for name in files)

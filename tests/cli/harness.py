@@ -30,6 +30,7 @@ import importlib
 import json as json_module
 import os
 import pathlib
+import resource
 import subprocess
 import sys
 import tempfile
@@ -69,15 +70,20 @@ class Tool:
         kept.update(changes or {})
         return kept
 
-    def run(self, args, stdin="", files=None, env=None, stdout_to=None, timeout=120):
+    def run(self, args, stdin="", files=None, env=None, stdout_to=None, timeout=120,
+            largest_file=None):
         for name, content in (files or {}).items():
             self.write(name, content)
+        def limit():
+            resource.setrlimit(resource.RLIMIT_FSIZE, (largest_file, largest_file))
+
         target = open(stdout_to, "wb") if stdout_to else subprocess.PIPE
         try:
             done = subprocess.run(
                 [self.program, *args], cwd=self.folder, env=self.environment(env),
                 input=stdin if isinstance(stdin, bytes) else stdin.encode(),
-                stdout=target, stderr=subprocess.PIPE, timeout=timeout)
+                stdout=target, stderr=subprocess.PIPE, timeout=timeout,
+                preexec_fn=limit if largest_file else None)
         finally:
             if stdout_to:
                 target.close()

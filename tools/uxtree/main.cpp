@@ -215,7 +215,9 @@ int run(Words words) {
 int main(int argc, char** argv) {
     using namespace uxtool;
     clean_up_on_signals();
-    std::signal(SIGPIPE, SIG_IGN);  // a write to a closed pipe fails instead, and ends the run
+    // What cannot be written fails instead, and ends the run: into a closed pipe, or beyond a limit.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     try {
         return run(Words(argv + 1, argv + argc));
     } catch (const ClosedPipe&) {

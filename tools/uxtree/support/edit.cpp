@@ -60,14 +60,24 @@ public:
     }
 
     int edit_all() {
-        const int code = for_each_file(options_.files,
-                                       [this](const std::string& file) { return edit_one(file); });
+        int code = for_each_file(options_.files,
+                                 [this](const std::string& file) { return edit_one(file); });
         const std::size_t files = options_.files.size();
-        const bool refused = options_.allOrNone && report_.failed_of(files) > 0;
+        bool refused = options_.allOrNone && report_.failed_of(files) > 0;
+        if (options_.allOrNone && !refused) {
+            try {
+                replaced_.commit();
+            } catch (const Failure& failure) {
+                report(failure);
+                code = failure.code();
+                refused = true;
+            }
+        }
         if (refused) report_ = {0, report_.changed + report_.unchanged, report_.unmatched};
-        if (options_.allOrNone && !refused) replaced_.commit();
-        note(report_.line(files, options_.target.is_dry_run()) +
-             (refused ? "; nothing was written" : ""));
+        const char* const outcome = !refused               ? ""
+                                    : replaced_.is_whole() ? "; nothing was written"
+                                                           : "; not all could be put back";
+        note(report_.line(files, options_.target.is_dry_run()) + outcome);
         return code;
     }
 

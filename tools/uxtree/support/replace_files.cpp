@@ -32,17 +32,16 @@ bool link_or_copy(const std::string& file, const std::string& other) {
            copy.close();
 }
 
-// The old file stays as the backup, with all that belongs to it, since the new one takes its name.
-// A link under the name of the backup is replaced, not followed.
-void keep_backup(const std::string& file, const std::string& backup) {
-    const std::string made = fmt::format("{}.tmp{}", backup, ::getpid());
-    if (link_or_copy(file, made) && ::rename(made.c_str(), backup.c_str()) == 0) {
-        ::unlink(made.c_str());  // still there when the backup was this very file before
+// A link under the other name is replaced, not followed.
+void replace_by_link(const std::string& file, const std::string& other) {
+    const std::string made = fmt::format("{}.tmp{}", other, ::getpid());
+    if (link_or_copy(file, made) && ::rename(made.c_str(), other.c_str()) == 0) {
+        ::unlink(made.c_str());  // still there when the other was this very file before
         return;
     }
     const std::string reason = system_error();
     ::unlink(made.c_str());
-    throw Failure(kRefused, backup, reason);
+    throw Failure(kRefused, other, reason);
 }
 
 }  // namespace
@@ -55,7 +54,7 @@ std::string resolved(const std::string& file) {
 
 void ReplacedFiles::add(const std::string& file, std::string_view content) {
     const std::string path = resolved(file);
-    Pending pending{file, path, UXFileOutput(path.c_str()), ""};
+    Pending pending{file, path, UXFileOutput(path.c_str()), "", ""};
     if (!pending.output.Write(content)) {
         errno = pending.output.Error();
         throw Failure(kRefused, file, system_error());
@@ -64,8 +63,7 @@ void ReplacedFiles::add(const std::string& file, std::string_view content) {
 }
 
 void ReplacedFiles::put_in_place(Pending& pending) {
-    if (!backupSuffix_.empty()) keep_backup(pending.path, pending.file + backupSuffix_);
-    if (pending_.size() > 1) {
+    if (pending_.size() > 1 || !backupSuffix_.empty()) {
         const std::string old = fmt::format("{}.old{}", pending.path, ::getpid());
         if (!link_or_copy(pending.path, old)) throw Failure(kRefused, old, system_error());
         pending.old = old;
@@ -77,19 +75,33 @@ void ReplacedFiles::put_in_place(Pending& pending) {
     tell_unkept(pending.file);
 }
 
+void ReplacedFiles::keep_backup(Pending& pending) const {
+    const std::string backup = pending.file + backupSuffix_;
+    replace_by_link(pending.old, backup);
+    pending.backup = backup;
+}
+
+void ReplacedFiles::put_back(const Pending& pending) {
+    if (!pending.backup.empty()) ::unlink(pending.backup.c_str());
+    if (pending.old.empty()) return;
+    if (::rename(pending.old.c_str(), pending.path.c_str()) == 0) {
+        ::unlink(pending.old.c_str());  // still there when the file was never replaced
+        return;
+    }
+    isWhole_ = false;
+    warn(pending.file + " is not as it was: " + system_error() + "; its old content is in " +
+         pending.old);
+}
+
+// The old files are at hand until all is done.
 void ReplacedFiles::commit() {
     try {
         for (Pending& pending : pending_) put_in_place(pending);
-    } catch (const Failure&) {
-        for (const Pending& pending : pending_) {
-            if (pending.old.empty()) continue;
-            if (::rename(pending.old.c_str(), pending.path.c_str()) == 0) {
-                ::unlink(pending.old.c_str());  // still there when the file was never replaced
-                continue;
-            }
-            warn(pending.file + " is not as it was: " + system_error() +
-                 "; its old content is in " + pending.old);
+        if (!backupSuffix_.empty()) {
+            for (Pending& pending : pending_) keep_backup(pending);
         }
+    } catch (const Failure&) {
+        for (const Pending& pending : pending_) put_back(pending);
         throw;
     }
     for (const Pending& pending : pending_) {

@@ -20,19 +20,25 @@ public:
     // Writes the new content beside the file; nobody sees it before commit. Throws Failure with
     // kRefused.
     void add(const std::string& file, std::string_view content);
-    // Puts all in their places. When that fails with one, those before it get their old content
-    // back; throws Failure with kRefused.
+    // Puts all in their places. When that fails with one, or with a backup, all get their old content
+    // back; throws Failure with kRefused, and warns of what could not be put back.
     void commit();
+    // False when something could not be put back.
+    bool is_whole() const { return isWhole_; }
 
 private:
     struct Pending {
         std::string file;  // as named
         std::string path;
         UXFileOutput output;
-        std::string old;  // another name of the old file, while it may be wanted back
+        std::string old;     // another name of the old file, while it may be wanted back
+        std::string backup;  // once it is made
     };
     void put_in_place(Pending& pending);
+    void keep_backup(Pending& pending) const;
+    void put_back(const Pending& pending);
 
+    bool isWhole_ = true;
     std::string backupSuffix_;
     std::vector<Pending> pending_;
 };
