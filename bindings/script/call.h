@@ -37,9 +37,7 @@ struct Converter {
 // Numbers by value.
 template <class T>
 struct Number : Converter {
-    explicit Number(const Place& place) {  // which the language does not align
-        std::memcpy(&value, place.call->GetAddressOfArg(place.index), sizeof value);
-    }
+    explicit Number(const Place& place) : value(number_argument<T>(place.call, place.index)) {}
     T pass() const { return value; }
     T value;
 };

@@ -2,7 +2,6 @@
 #include "printing.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
 #include <cstring>
 #include <numeric>
@@ -12,38 +11,36 @@ namespace uxscript {
 namespace {
 
 template <class T>
-std::string number_text(const void* value) {
+std::string number_at(const void* value) {
     T number;
     std::memcpy(&number, value, sizeof number);
-    char text[64];
-    const auto end = std::to_chars(text, text + sizeof text, number).ptr;
-    return {text, end};
+    return number_text(number);
 }
 
 std::string primitive_text(const void* value, int typeId) {
     switch (typeId) {
         case as::asTYPEID_BOOL:
-            return *static_cast<const bool*>(value) ? "true" : "false";
+            return number_at<bool>(value);
         case as::asTYPEID_INT8:
-            return number_text<std::int8_t>(value);
+            return number_at<std::int8_t>(value);
         case as::asTYPEID_INT16:
-            return number_text<std::int16_t>(value);
+            return number_at<std::int16_t>(value);
         case as::asTYPEID_INT64:
-            return number_text<std::int64_t>(value);
+            return number_at<std::int64_t>(value);
         case as::asTYPEID_UINT8:
-            return number_text<std::uint8_t>(value);
+            return number_at<std::uint8_t>(value);
         case as::asTYPEID_UINT16:
-            return number_text<std::uint16_t>(value);
+            return number_at<std::uint16_t>(value);
         case as::asTYPEID_UINT32:
-            return number_text<std::uint32_t>(value);
+            return number_at<std::uint32_t>(value);
         case as::asTYPEID_UINT64:
-            return number_text<std::uint64_t>(value);
+            return number_at<std::uint64_t>(value);
         case as::asTYPEID_FLOAT:
-            return number_text<float>(value);
+            return number_at<float>(value);
         case as::asTYPEID_DOUBLE:
-            return number_text<double>(value);
+            return number_at<double>(value);
         default:
-            return number_text<std::int32_t>(value);  // and enumerations
+            return number_at<std::int32_t>(value);  // and enumerations
     }
 }
 

@@ -6,13 +6,13 @@
 
 #include <angelscript/scriptarray.h>
 #include <angelscript/scripthelper.h>
-#include <angelscript/scriptstdstring.h>
 
 #include "uxtree/analysis/ranges.h"
 #include "uxtree/script.h"
 
 #include "call.h"
 #include "registrar.h"
+#include "string_type.h"
 
 namespace uxscript {
 
@@ -193,13 +193,11 @@ void is_hierarchical(as::asIScriptGeneric* call) {
 
 // --- the whole
 
-// The add-ons' string and array: there, or added. False when the engine has other ones.
-bool has_strings_and_arrays(as::asIScriptEngine* engine) {
-    as::asITypeInfo* string = engine->GetTypeInfoByName("string");
-    if (string == nullptr) {
-        as::RegisterStdString(engine);
-        string = engine->GetTypeInfoByName("string");
-    }
+// Texts as std::string and the add-on's array: there, or added. False when the engine has other ones.
+bool has_strings_and_arrays(Registrar& add) {
+    as::asIScriptEngine* const engine = add.engine();
+    if (engine->GetTypeInfoByName("string") == nullptr) register_strings(add);
+    const as::asITypeInfo* string = engine->GetTypeInfoByName("string");
     if (string == nullptr || string->GetSize() != sizeof(std::string)) return false;
     if (engine->GetTypeInfoByName("array") == nullptr) as::RegisterScriptArray(engine, true);
     const as::asITypeInfo* array = engine->GetTypeInfoByName("array");
@@ -213,12 +211,12 @@ int UXRegisterScript(AngelScript::asIScriptEngine* engine) {
     using namespace uxscript;
     if (engine == nullptr) return as::asINVALID_ARG;
     engine->SetEngineProperty(as::asEP_ALLOW_UNSAFE_REFERENCES, 1);
-    if (!has_strings_and_arrays(engine)) {
+    Registrar add(engine);
+    if (!has_strings_and_arrays(add)) {
         engine->WriteMessage("", 0, 0, as::asMSGTYPE_ERROR,
                              "the engine's types string and array are not those of the add-ons");
         return as::asNOT_SUPPORTED;
     }
-    Registrar add(engine);
     try {
         register_text(add);
         register_counted<UXXmlWrapperBase>(add, "Tree");

@@ -273,8 +273,7 @@ void set_value(as::asIScriptGeneric* call) {
 template <class T>
 void number(as::asIScriptGeneric* call) {
     guarded([&] {
-        T value{};
-        std::memcpy(&value, call->GetAddressOfArg(0), sizeof value);
+        T value = number_argument<T>(call, 0);
         valid_node(call).NodeValue(value, 1);
         return_value<T>(call, value);
     });
@@ -282,8 +281,7 @@ void number(as::asIScriptGeneric* call) {
 template <class T>
 void set_number(as::asIScriptGeneric* call) {
     guarded([&] {
-        T value{};
-        std::memcpy(&value, call->GetAddressOfArg(0), sizeof value);
+        T value = number_argument<T>(call, 0);
         valid_node(call).NodeValue(value, 0);
     });
 }

@@ -1,6 +1,7 @@
 // script/values: what scripts hold, as C++ sees it.
 #pragma once
 
+#include <cstring>
 #include <new>
 #include <string>
 #include <utility>
@@ -72,6 +73,13 @@ T& self(as::asIScriptGeneric* call) {
 template <class T>
 T& argument(as::asIScriptGeneric* call, as::asUINT index) {
     return *static_cast<T*>(call->GetArgAddress(index));
+}
+// A number, which the language does not align.
+template <class T>
+T number_argument(as::asIScriptGeneric* call, as::asUINT index) {
+    T value{};
+    std::memcpy(&value, call->GetAddressOfArg(index), sizeof value);
+    return value;
 }
 template <class T, class... Given>
 void return_value(as::asIScriptGeneric* call, Given&&... given) {

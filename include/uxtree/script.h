@@ -37,8 +37,9 @@ class asIScriptModule;
 // --- registering into an engine ------------------------------------------------------------------
 
 // Adds the types text, Tree and the records, all script entry points, and the further operations
-// that scripts lack otherwise, to an engine. The types string and array are the add-ons' own: they
-// are added when the engine has none, and an engine with other ones is refused. Turns on
+// that scripts lack otherwise, to an engine. A type string of the size of std::string and the
+// add-on's array may be there already, and are added when they are not; an engine with other ones is
+// refused. The string that is added writes numbers as nodes do. Turns on
 // asEP_ALLOW_UNSAFE_REFERENCES, without which a failed call could not leave a variable as it was.
 // 0, or below 0 when something is refused: the engine's message callback is told what.
 UXSCRIPT_API int UXRegisterScript(AngelScript::asIScriptEngine* engine);

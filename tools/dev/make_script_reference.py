@@ -27,7 +27,8 @@ What scripts can call, as they see it; [scripting.md](scripting.md) teaches how.
 `none` is the missing text, `null` the missing Tree or array. A parameter `&inout` is a variable: it
 is as it was when the call fails. What each function does, and what its parameters mean, stands in the
 [reference](reference.md) under the same name. Beside what is listed there are the types `string`,
-`array`, `dictionary` and the functions of mathematics of the language itself.
+`array`, `dictionary` and the functions of mathematics as the add-ons of the language have them; a
+number becomes the text that a node would have as its value.
 """
 
 DECLARED = re.compile(
