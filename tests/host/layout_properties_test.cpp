@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +19,8 @@
 
 namespace {
 
+using uxtest::EncodedDocument;
+using uxtest::FileForm;
 using uxtest::LayoutModel;
 using uxtest::to_text;
 
@@ -41,7 +44,7 @@ std::string kept_bytes(const UXXmlWrapperBase& root, UXSaveIds ids = UXSaveIds::
 
 TEST(UXSaveToMemory, GivesAnUnchangedDocumentItsBytes) {
     for (std::uint32_t seed = 0; seed < kDocuments; ++seed) {
-        const std::string bytes = LayoutModel(seed).encoded_document();
+        const std::string bytes = LayoutModel(seed).encoded_document().bytes;
         ASSERT_EQ(kept_bytes(edited_document(bytes)), bytes) << "seed " << seed;
     }
 }
@@ -85,7 +88,7 @@ TEST(UXSaveToMemory, WhatIsSavedReadsAsTheEditedTree) {
     int refused = 0;
     for (std::uint32_t seed = 0; seed < kDocuments; ++seed) {
         LayoutModel model(seed);
-        const std::string before = model.encoded_document();
+        const std::string before = model.encoded_document().bytes;
         UXXmlWrapperBase root = edited_document(before);
         for (int i = model.below(6); i >= 0; --i) model.edit(root);
         if (has_unwritable_name(before, root)) {
@@ -124,7 +127,7 @@ TEST(UXSaveToMemory, WritesTheTreeAloneAsIfItHadBeenLoadedPlainly) {
     UXSaveOptions plain;
     plain.form = UXSaveForm::kPlain;
     for (std::uint32_t seed = 0; seed < kDocuments / 3; ++seed) {
-        const std::string bytes = LayoutModel(seed).encoded_document();
+        const std::string bytes = LayoutModel(seed).encoded_document().bytes;
         UXXmlWrapperBase loaded;
         ASSERT_EQ(loaded.LoadFromMemory(bytes.data(), bytes.size()), 1);
         ASSERT_EQ(UXKeepsLayout(&loaded), 0);
@@ -140,12 +143,42 @@ TEST(UXSaveToMemory, WritesTheTreeAloneAsIfItHadBeenLoadedPlainly) {
 
 // --- where the bytes differ ----------------------------------------------------------------------
 
-// Nodes have the numbers of their start tags.
-UXXmlWrapperBase node_at(const UXXmlWrapperBase& root, std::size_t number) {
-    UXXmlWrapperBase node = root;
-    for (; number > 0; --number) node.NextBelow(root, nullptr, &node);
-    return node;
+// Every other document is in UTF-8.
+FileForm form_of(std::uint32_t seed, LayoutModel& model) {
+    return seed % 2 == 0 ? uxtest::kUtf8Form : model.form();
 }
+
+std::string kept_text(const UXXmlWrapperBase& root, const EncodedDocument& before) {
+    const std::optional<std::string> text = ux::xml::to_utf8(kept_bytes(root), before.encoding);
+    EXPECT_TRUE(text.has_value());
+    return text.value_or("");
+}
+
+std::string story_of(std::uint32_t seed, const EncodedDocument& before, const std::string& after) {
+    std::string story = "seed ";
+    story.append(std::to_string(seed)).append("\n").append(before.text);
+    return story.append("\n--- became\n").append(after);
+}
+
+// A document and one of its elements. Nodes have the numbers of their start tags.
+struct Chosen {
+    explicit Chosen(std::uint32_t seed) : model(seed) {
+        const FileForm form = form_of(seed, model);
+        before = uxtest::encoded(model.document(form), form);
+        ux::xml::ScannedDocument scanned;
+        EXPECT_TRUE(scan_document(before.text, {}, scanned));
+        const int number = model.below(static_cast<int>(scanned.elements.size()));
+        place = scanned.elements[static_cast<std::size_t>(number)];
+        node = root = edited_document(before.bytes);
+        for (int i = 0; i < number; ++i) node.NextBelow(root, nullptr, &node);
+    }
+
+    LayoutModel model;
+    EncodedDocument before;
+    ux::xml::ScannedElement place;
+    UXXmlWrapperBase root;
+    UXXmlWrapperBase node;
+};
 
 struct Interval {
     std::size_t begin;
@@ -160,41 +193,40 @@ bool differ_within(const std::string& before, const std::string& after, Interval
            after.compare(after.size() - behind, behind, before, inside.end, behind) == 0;
 }
 
+// Changes an attribute or the text of the element. Yields where it is written; nothing when there is
+// none.
+std::optional<Interval> change_somewhere(Chosen& chosen) {
+    ux::xml::ScannedTag tag;
+    EXPECT_TRUE(scan_tag(chosen.before.text, chosen.place.begin, tag));
+    if (!tag.attributes.empty() && chosen.model.chance(50)) {
+        const int number = chosen.model.below(static_cast<int>(tag.attributes.size()));
+        const ux::xml::ScannedAttribute& attribute =
+            tag.attributes[static_cast<std::size_t>(number)];
+        const std::string name =
+            chosen.before.text.substr(attribute.nameBegin, attribute.nameEnd - attribute.nameBegin);
+        if (name == "_ux_id") return {};
+        chosen.node.SetPropertyValue(name.c_str(), CStringUTF8(chosen.model.value().c_str()));
+        return Interval{attribute.valueBegin, attribute.valueEnd};
+    }
+    if (chosen.node.GetNodeCount() != 0 || tag.empty) return {};
+    chosen.node.SetString(chosen.model.value().c_str());
+    return Interval{tag.end, chosen.before.text.rfind('<', chosen.place.end - 1)};
+}
+
 TEST(UXSaveToMemory, AChangedAttributeOrTextDiffersWithinItself) {
     int tried = 0;
-    for (std::uint32_t seed = 0; seed < kDocuments; ++seed) {
-        LayoutModel model(seed);
-        const std::string before = model.document();
-        ux::xml::ScannedDocument scanned;
-        ASSERT_TRUE(scan_document(before, {}, scanned));
-        const auto number =
-            static_cast<std::size_t>(model.below(static_cast<int>(scanned.elements.size())));
-        const ux::xml::ScannedElement& place = scanned.elements[number];
-        ux::xml::ScannedTag tag;
-        ASSERT_TRUE(scan_tag(before, place.begin, tag));
-        UXXmlWrapperBase root = edited_document(before);
-        UXXmlWrapperBase node = node_at(root, number);
-        Interval inside{};
-        if (!tag.attributes.empty() && model.chance(50)) {
-            const ux::xml::ScannedAttribute& attribute = tag.attributes[static_cast<std::size_t>(
-                model.below(static_cast<int>(tag.attributes.size())))];
-            const std::string name =
-                before.substr(attribute.nameBegin, attribute.nameEnd - attribute.nameBegin);
-            if (name == "_ux_id") continue;
-            inside = {attribute.valueBegin, attribute.valueEnd};
-            node.SetPropertyValue(name.c_str(), CStringUTF8(model.value().c_str()));
-        } else {
-            if (node.GetNodeCount() != 0 || tag.empty) continue;
-            inside = {tag.end, before.rfind('<', place.end - 1)};
-            node.SetString(model.value().c_str());
-        }
+    for (std::uint32_t seed = 0; seed < 2 * kDocuments; ++seed) {
+        Chosen chosen(seed);
+        const std::optional<Interval> inside = change_somewhere(chosen);
+        if (!inside) continue;
         ++tried;
-        const std::string after = kept_bytes(root);
-        ASSERT_TRUE(differ_within(before, after, inside)) << "seed " << seed << "\n"
-                                                          << before << "\n--- became\n"
-                                                          << after;
+
+        const std::string after = kept_text(chosen.root, chosen.before);
+
+        ASSERT_TRUE(differ_within(chosen.before.text, after, *inside))
+            << story_of(seed, chosen.before, after);
     }
-    EXPECT_GT(tried, static_cast<int>(kDocuments / 3));
+    EXPECT_GT(tried, static_cast<int>(2 * kDocuments / 3));
 }
 
 bool is_line_start(const std::string& text, std::size_t at) {
@@ -225,38 +257,34 @@ bool is_without_lines(const std::string& before, const std::string& after, Inter
     return false;
 }
 
+// Does the element stand on lines of its own, with nothing but comments besides?
+bool stands_alone(const std::string& text, Interval element) {
+    std::size_t line = element.begin;
+    while (text[line - 1] == ' ' || text[line - 1] == '\t') --line;
+    const std::size_t end = std::min(text.find_first_of("\r\n", element.end), text.size());
+    return is_line_start(text, line) && end < text.size() &&
+           is_aside(text.substr(element.end, end - element.end));
+}
+
 TEST(UXSaveToMemory, ARemovedElementTakesWholeLines) {
     int tried = 0;
-    for (std::uint32_t seed = 0; seed < kDocuments; ++seed) {
-        LayoutModel model(seed);
-        const std::string before = model.document();
-        ux::xml::ScannedDocument scanned;
-        ASSERT_TRUE(scan_document(before, {}, scanned));
-        const auto number =
-            static_cast<std::size_t>(model.below(static_cast<int>(scanned.elements.size())));
-        const ux::xml::ScannedElement& place = scanned.elements[number];
-        UXXmlWrapperBase root = edited_document(before);
-        UXXmlWrapperBase node = node_at(root, number);
+    for (std::uint32_t seed = 0; seed < 2 * kDocuments; ++seed) {
+        Chosen chosen(seed);
         UXXmlWrapperBase parent;
-        if (node.GetParent(&parent) == 0 || parent.GetNodeCount() < 2) continue;
+        if (chosen.node.GetParent(&parent) == 0 || parent.GetNodeCount() < 2) continue;
         CStringUTF8 text;
         if (parent.NodeValue(text, 1, 0, nullptr) != 0) continue;  // mixed content
-        std::size_t line = place.begin;
-        while (before[line - 1] == ' ' || before[line - 1] == '\t') --line;
-        const std::size_t lineEnd =
-            std::min(before.find_first_of("\r\n", place.end), before.size());
-        const bool alone = is_line_start(before, line) && lineEnd < before.size() &&
-                           is_aside(before.substr(place.end, lineEnd - place.end));
-        if (!alone) continue;
+        const Interval element = {chosen.place.begin, chosen.place.end};
+        if (!stands_alone(chosen.before.text, element)) continue;
         ++tried;
-        node.RemoveNode();
-        const std::string after = kept_bytes(root);
-        ASSERT_TRUE(is_without_lines(before, after, {place.begin, place.end}))
-            << "seed " << seed << "\n"
-            << before << "\n--- became\n"
-            << after;
+
+        chosen.node.RemoveNode();
+
+        const std::string after = kept_text(chosen.root, chosen.before);
+        ASSERT_TRUE(is_without_lines(chosen.before.text, after, element))
+            << story_of(seed, chosen.before, after);
     }
-    EXPECT_GT(tried, static_cast<int>(kDocuments / 8));
+    EXPECT_GT(tried, static_cast<int>(kDocuments / 4));
 }
 
 // Comments and instructions, in whatever order.
@@ -277,33 +305,38 @@ std::vector<std::string> asides_of(const std::string& text) {
 
 TEST(UXSaveToMemory, KeepsEveryCommentWhenNothingIsRemoved) {
     std::size_t comments = 0;
-    for (std::uint32_t seed = 0; seed < kDocuments; ++seed) {
+    for (std::uint32_t seed = 0; seed < 2 * kDocuments; ++seed) {
         LayoutModel model(seed);
-        const std::string before = model.document();
-        UXXmlWrapperBase root = edited_document(before);
+        const FileForm form = form_of(seed, model);
+        const EncodedDocument before = uxtest::encoded(model.document(form), form);
+        UXXmlWrapperBase root = edited_document(before.bytes);
         for (int i = model.below(6); i >= 0; --i) model.edit_gently(root);
+        if (has_unwritable_name(before.text, root)) continue;
 
-        const std::string after = kept_bytes(root);
+        const std::string after = kept_text(root, before);
 
-        const std::vector<std::string> found = asides_of(before);
+        const std::vector<std::string> found = asides_of(before.text);
         comments += found.size();
-        ASSERT_EQ(asides_of(after), found) << "seed " << seed << "\n"
-                                           << before << "\n--- became\n"
-                                           << after;
+        ASSERT_EQ(asides_of(after), found) << story_of(seed, before, after);
     }
-    EXPECT_GT(comments, kDocuments);
+    EXPECT_GT(comments, 2 * kDocuments);
 }
 
 // --- an edit and its inverse, with a save and a load between them ----------------------------------
 
 class Inverse {
 public:
-    explicit Inverse(std::uint32_t seed) : model_(seed) {}
+    explicit Inverse(std::uint32_t seed) : model_(seed), form_(form_of(seed, model_)) {}
 
     // Elements on lines of their own, without anything of their own but that.
     std::string document() {
-        std::string text = model_.chance(50) ? "<r>" : "<!-- top -->\r\n<r a='1'>";
-        const std::string lineEnd = text[0] == '<' && text[1] == '!' ? "\r\n" : "\n";
+        const bool isShort = model_.chance(50);
+        const std::string lineEnd = isShort ? "\n" : "\r\n";
+        std::string text;
+        if (form_.encoding != uxtest::kUtf8Form.encoding) {
+            text.append("<?xml version='1.0' encoding='").append(form_.name).append("'?>");
+        }
+        text += isShort ? "<r>" : "<!-- \u00FCber \u20AC -->\r\n<r a='\u00FC'>";
         const int count = 2 + model_.below(40);
         for (int i = 0; i < count; ++i) {
             const std::string number = std::to_string(i);
@@ -313,7 +346,7 @@ public:
                         "    <d>t</d>" + lineEnd + "  </b>";
             }
         }
-        return text + lineEnd + "</r>" + lineEnd;
+        return uxtest::encoded(text + lineEnd + "</r>" + lineEnd, form_).bytes;
     }
     void choose(const UXXmlWrapperBase& root) {
         kind_ = model_.below(6);
@@ -327,11 +360,11 @@ public:
         switch (kind_) {
             case 0:
                 old_ = leaf_ ? "x" : "";
-                node.SetPropertyValue("m", CStringUTF8("a < \"b\""));
+                node.SetPropertyValue("m", CStringUTF8("a < \"\u20AC\""));
                 break;
             case 1:
                 node.NodeValue(old_, 1, 0, nullptr);
-                if (leaf_) node.SetString("x & y");
+                if (leaf_) node.SetString("x & \u00FC");
                 break;
             case 2:
                 node.SetTagName("other");
@@ -393,6 +426,7 @@ private:
     }
 
     LayoutModel model_;
+    FileForm form_;
     int kind_ = 0;
     int at_ = 0;
     bool leaf_ = false;
@@ -402,7 +436,7 @@ private:
 };
 
 TEST(UXSaveToMemory, AnEditAndItsInverseGiveTheOldBytes) {
-    for (std::uint32_t seed = 0; seed < kDocuments / 2; ++seed) {
+    for (std::uint32_t seed = 0; seed < kDocuments; ++seed) {
         Inverse inverse(seed);
         const std::string before = inverse.document();
         UXXmlWrapperBase root = edited_document(before);

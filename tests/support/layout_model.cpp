@@ -6,9 +6,10 @@
 #include <utility>
 #include <vector>
 
-#include "xml/layout_encoding.h"
-
 namespace uxtest {
+
+using ux::xml::FileEncoding;
+
 namespace {
 
 constexpr const char* kTags[] = {"a", "b", "c", "item", "x:y", "\u00FC"};
@@ -45,7 +46,7 @@ std::string LayoutModel::value() {
     return one_of(kValues, *this);
 }
 
-std::string LayoutModel::document() {
+std::string LayoutModel::document(const FileForm& form) {
     static constexpr const char* kSteps[] = {"  ", "\t", "    ", ""};
     out_.clear();
     number_ = 0;
@@ -53,10 +54,10 @@ std::string LayoutModel::document() {
     step_ = one_of(kSteps, *this);
     lines_ = chance(80);
     budget_ = 5 + below(30);
-    const bool isUtf8 = encoding_ == "UTF-8";
+    const bool isUtf8 = form.encoding == FileEncoding::kUtf8;
     if (isUtf8 && chance(20)) out_ += "\xEF\xBB\xBF";
     if (!isUtf8 || chance(60))
-        out_ += "<?xml version=\"1.0\" encoding='" + encoding_ + "' ?>" + lineEnd_;
+        out_ += std::string("<?xml version=\"1.0\" encoding='") + form.name + "' ?>" + lineEnd_;
     if (chance(20)) out_ += "<!DOCTYPE a [ <!-- > --> <!ELEMENT a ANY> ]>" + lineEnd_;
     if (chance(30)) out_ += "<!-- before --><?target data?>" + lineEnd_;
     put_element(0);
@@ -75,33 +76,33 @@ void replace_all(std::string& text, const std::string& from, const std::string& 
 
 }  // namespace
 
-std::string LayoutModel::encoded_document() {
-    using ux::xml::FileEncoding;
-    struct Form {
-        const char* name;
-        FileEncoding encoding;
-    };
-    static constexpr Form kForms[] = {
-        {"UTF-8", FileEncoding::kUtf8},
+EncodedDocument encoded(std::string text, const FileForm& form) {
+    const bool isAscii = form.encoding == FileEncoding::kAscii;
+    if (isAscii) replace_all(text, "\u00FC", "u");
+    if (isAscii || form.encoding == FileEncoding::kLatin1) replace_all(text, "\u20AC", "&#8364;");
+    const bool isWide =
+        form.encoding == FileEncoding::kUtf16Little || form.encoding == FileEncoding::kUtf16Big;
+    if (isWide) text.insert(0, "\uFEFF");
+    EncodedDocument document = {std::move(text), "", form.encoding};
+    ux::xml::append_encoded(document.bytes, document.text, form.encoding);
+    return document;
+}
+
+FileForm LayoutModel::form() {
+    static constexpr FileForm kForms[] = {
+        kUtf8Form,
         {"UTF-16", FileEncoding::kUtf16Little},
         {"UTF-16", FileEncoding::kUtf16Big},
         {"ISO-8859-1", FileEncoding::kLatin1},
         {"windows-1252", FileEncoding::kWindows1252},
         {"US-ASCII", FileEncoding::kAscii},
     };
-    const Form& form = kForms[below(6)];
-    encoding_ = form.name;
-    std::string text = document();
-    encoding_ = "UTF-8";
-    if (form.encoding == FileEncoding::kUtf8) return text;
-    const bool isAscii = form.encoding == FileEncoding::kAscii;
-    if (isAscii) replace_all(text, "\u00FC", "u");
-    if (isAscii || form.encoding == FileEncoding::kLatin1) replace_all(text, "\u20AC", "&#8364;");
-    const bool isWide =
-        form.encoding == FileEncoding::kUtf16Little || form.encoding == FileEncoding::kUtf16Big;
-    std::string bytes;
-    ux::xml::append_encoded(bytes, (isWide ? "\uFEFF" : "") + text, form.encoding);
-    return bytes;
+    return one_of(kForms, *this);
+}
+
+EncodedDocument LayoutModel::encoded_document() {
+    const FileForm chosen = form();
+    return encoded(document(chosen), chosen);
 }
 
 void LayoutModel::put_attributes() {

@@ -10,7 +10,24 @@
 
 #include "uxtree/host/host.h"
 
+#include "xml/layout_encoding.h"
+
 namespace uxtest {
+
+// An encoding of files, with its name in declarations.
+struct FileForm {
+    const char* name;
+    ux::xml::FileEncoding encoding;
+};
+inline constexpr FileForm kUtf8Form = {"UTF-8", ux::xml::FileEncoding::kUtf8};
+
+struct EncodedDocument {
+    std::string text;  // in UTF-8, a byte order mark included
+    std::string bytes;
+    ux::xml::FileEncoding encoding = ux::xml::FileEncoding::kUtf8;
+};
+// With the byte order mark that UTF-16 needs. Characters that the encoding lacks become others.
+EncodedDocument encoded(std::string text, const FileForm& form);
 
 class LayoutModel {
 public:
@@ -20,9 +37,10 @@ public:
 
     // Well-formed XML with comments, instructions, sections, references, odd white space, mixed
     // content; indented or not.
-    std::string document();
+    std::string document(const FileForm& form = kUtf8Form);
     // The same in UTF-8 or another encoding, with a byte order mark or a declaration.
-    std::string encoded_document();
+    EncodedDocument encoded_document();
+    FileForm form();
     // Changes the tree below root, somewhere, in one of the ways that nodes offer.
     void edit(UXXmlWrapperBase& root) { edit(root, below(kKinds)); }
     // In such a way that every comment stays.
@@ -53,7 +71,6 @@ private:
 
     std::function<std::uint32_t()> draw_;
     std::string out_;
-    std::string encoding_ = "UTF-8";
     std::string lineEnd_ = "\n";
     std::string step_ = "  ";
     bool lines_ = true;
