@@ -38,6 +38,9 @@ public:
         blocks_[Slots::chunk_of(ref)].origins[Slots::place_of(ref)] = origin;
     }
 
+    // How many elements the source has.
+    std::size_t count() const { return numbered_; }
+
     // Makes room for an element; get and set never allocate.
     void prepare(Ref ref) {
         const std::size_t chunk = Slots::chunk_of(ref);
@@ -59,6 +62,7 @@ public:
     }
     OriginTable copy() const {
         OriginTable made;
+        made.numbered_ = numbered_;
         made.blocks_.resize(blocks_.size());
         for (std::size_t i = 0; i < blocks_.size(); ++i) {
             const Block& block = blocks_[i];

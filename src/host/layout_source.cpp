@@ -58,8 +58,9 @@ std::uint32_t SourceScan::source_of(const DocumentLayout& layout, const Element&
     return origin == 0 || origin > document.elements.size() ? kNone : origin - 1;
 }
 
-void scan_source(std::string_view text, SourceScan& out) {
+void scan_source(const DocumentLayout& layout, std::string_view text, SourceScan& out) {
     if (scan_prolog(text, out.document)) read_doctype(out);
+    out.document.elements.reserve(layout.origins.count());
     if (!scan_document(text, out.entityElements, out.document)) throw Unkept(kUnreadable);
 }
 

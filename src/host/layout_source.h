@@ -43,7 +43,7 @@ struct SourceScan {
         return document.text.rfind('<', element.end - 1);
     }
 };
-// The text must outlive the scan. Throws ux::xml::Unkept.
-void scan_source(std::string_view text, SourceScan& out);
+// The text is that of the layout's source and must outlive the scan. Throws ux::xml::Unkept.
+void scan_source(const DocumentLayout& layout, std::string_view text, SourceScan& out);
 
 }  // namespace uxhost

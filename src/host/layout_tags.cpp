@@ -121,9 +121,13 @@ int TagWriter::source_id(const ScannedTag& tag, const ScannedAttribute*& attribu
 
 void TagWriter::put_start(const SourcePlace& place, const ScannedTag& tag) {
     const Element& element = *place.element;
-    put_tag_name(place, tag);
     const ScannedAttribute* idAttribute = nullptr;
     const int idBefore = source_id(tag, idAttribute);
+    if (place.shift == 0 && element.id == idBefore && is_same_start(place, tag, idAttribute)) {
+        out_.text.copy(scan_.document.elements[place.source].begin, tag.attributesEnd);
+        return;
+    }
+    put_tag_name(place, tag);
     // One that says that there is no ID stays as long as there is none.
     const bool keepsId = idAttribute != nullptr && (element.id != kNoId || idBefore == kNoId);
     bool newId = element.id != idBefore && element.id != kNoId;
@@ -150,14 +154,29 @@ void TagWriter::put_start(const SourcePlace& place, const ScannedTag& tag) {
     if (newId && !keepsId) put_new_id(place, tag, lastKept);
 }
 
-void TagWriter::put_tag_name(const SourcePlace& place, const ScannedTag& tag) {
-    const std::size_t begin = scan_.document.elements[place.source].begin;
+bool TagWriter::is_same_start(const SourcePlace& place, const ScannedTag& tag,
+                              const ScannedAttribute* idAttribute) const {
+    if (place.renamed) return false;
     const std::string_view name = document_.name_view(place.element->tag);
-    if (name == scan_.range(begin + 1, tag.nameEnd)) {
-        out_.text.copy(begin, tag.nameEnd);
-    } else {
+    const Attribute* next = document_.attributes_or_null(*place.element);
+    const Attribute* const end = next + place.element->attributeCount;
+    for (const ScannedAttribute& attribute : tag.attributes) {
+        if (&attribute == idAttribute) continue;
+        if (!is_next(attribute, next, end) ||
+            !is_same_typed_value(attribute, name, document_.attribute_value(*next))) {
+            return false;
+        }
+        ++next;
+    }
+    return next == end;
+}
+
+void TagWriter::put_tag_name(const SourcePlace& place, const ScannedTag& tag) {
+    if (place.renamed) {
         out_.text.put("<");
-        put_name(name);
+        put_name(document_.name_view(place.element->tag));
+    } else {
+        out_.text.copy(scan_.document.elements[place.source].begin, tag.nameEnd);
     }
 }
 

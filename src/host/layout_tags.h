@@ -25,6 +25,7 @@ struct SourcePlace {
     const Element* element;
     std::uint32_t source;  // its number there
     std::uint32_t shift;   // of its indentation
+    bool renamed;          // its tag has another name there
 };
 
 // Throws ux::xml::Unkept for a text that XML cannot hold.
@@ -68,6 +69,9 @@ private:
                            std::string_view name);
     // The ID that a tag gives its element; kNoId for none.
     int source_id(const ScannedTag& tag, const ScannedAttribute*& attribute) const;
+    // Does the tag name the element and its attributes as they are, apart from the ID?
+    bool is_same_start(const SourcePlace& place, const ScannedTag& tag,
+                       const ScannedAttribute* idAttribute) const;
     void put_tag_name(const SourcePlace& place, const ScannedTag& tag);
     void put_kept_value(const SourcePlace& place, const ScannedTag& tag,
                         const ScannedAttribute& attribute, const Attribute& wanted);

@@ -153,7 +153,7 @@ private:
 
     void read_source() {
         uxhost::read_source(*layout_->source, out_.source);
-        scan_source(text(), scan_);
+        scan_source(*layout_, text(), scan_);
         preserves_ = document_.find_name("xml:space") != 0;
     }
 
@@ -238,19 +238,38 @@ private:
     void push_from_source(const Element& element, std::uint32_t source, std::uint32_t shift,
                           bool preserve) {
         current_ = &element;
-        Frame frame;
-        frame.element = &element;
-        frame.source = source;
-        frame.shift = shift;
-        frame.preserve = preserves(element, preserve);
         if (scan_.document.comes_from_entity(source)) {
             throw Unkept("the element comes from an entity and cannot be written elsewhere");
         }
-        if (!scan_tag(text(), scan_.document.elements[source].begin, tag_)) {
+        const ScannedElement& scanned = scan_.document.elements[source];
+        if (!scan_tag(text(), scanned.begin, tag_)) {
             throw Unkept("the file's layout cannot be read again");
         }
-        const bool same = has_same_content(frame);
-        tags_.put_start({&element, source, shift}, tag_);
+        const bool renamed =
+            document_.name_view(element.tag) != range(scanned.begin + 1, tag_.nameEnd);
+        const SourcePlace place = {&element, source, shift, renamed};
+        const bool same = has_same_content(place);
+        tags_.put_start(place, tag_);
+        if (same && element.first == 0 && !renamed) {
+            indentation_.put_space(tag_.attributesEnd, tag_.end, shift);
+            out_.text.copy(tag_.end, scanned.end);
+        } else {
+            push_frame(place, preserves(element, preserve), same);
+        }
+    }
+
+    // Of an element whose start tag was read and written but for its end.
+    void push_frame(const SourcePlace& place, bool preserve, bool same) {
+        const ScannedElement& scanned = scan_.document.elements[place.source];
+        Frame frame;
+        frame.element = place.element;
+        frame.source = place.source;
+        frame.shift = place.shift;
+        frame.preserve = preserve;
+        frame.at = tag_.end;
+        frame.endTag = tag_.empty ? scanned.end : scan_.end_tag_of(scanned);
+        frame.openedEmpty = tag_.empty;
+        frame.renamed = place.renamed;
         if (same) {
             push_same(std::move(frame));
         } else {
@@ -266,34 +285,22 @@ private:
     }
 
     void push_same(Frame&& frame) {
-        const ScannedElement& place = scan_.document.elements[frame.source];
         indentation_.put_space(tag_.attributesEnd, tag_.end, frame.shift);
-        const bool isLeaf = frame.element->first == 0;
-        if (isLeaf &&
-            document_.name_view(frame.element->tag) == range(place.begin + 1, tag_.nameEnd)) {
-            out_.text.copy(tag_.end, place.end);
-            return;
-        }
         frame.form = Frame::Form::kSame;
-        frame.at = tag_.end;
         frame.child = document_.element(frame.element->first);
-        frame.endTag = tag_.empty ? place.end : scan_.end_tag_of(place);
-        frame.openedEmpty = tag_.empty;
-        const std::string_view name = document_.name_view(frame.element->tag);
-        frame.renamed = name != range(place.begin + 1, tag_.nameEnd);
         frames_.push_back(std::move(frame));
     }
 
     // Has the element the children it had, in their order, and the text? A branch whose indentation
     // changes is never the same.
-    bool has_same_content(const Frame& frame) {
-        const Element& element = *frame.element;
-        const ScannedElement& place = scan_.document.elements[frame.source];
-        std::uint32_t expected = frame.source + 1;
+    bool has_same_content(const SourcePlace& place) {
+        const Element& element = *place.element;
+        const ScannedElement& scanned = scan_.document.elements[place.source];
+        std::uint32_t expected = place.source + 1;
         bool fromEntity = false;
         const Element* child = document_.element(element.first);
         while (child != nullptr) {
-            if (expected >= place.next || source_of(*child) != expected) return false;
+            if (expected >= scanned.next || source_of(*child) != expected) return false;
             if (scan_.document.comes_from_entity(expected)) {
                 child = behind_entity(*child, expected);
                 fromEntity = true;
@@ -302,12 +309,12 @@ private:
             }
             expected = scan_.document.elements[expected].next;
         }
-        if (expected != place.next) return false;
-        if (frame.shift != 0 && element.first != 0) return false;
+        if (expected != scanned.next) return false;
+        if (place.shift != 0 && element.first != 0) return false;
         const std::string_view value = document_.value_text(element, scratch_);
-        if (element.first == 0) return has_same_text(frame, value);
-        if (fromEntity) return has_same_text_with_entities(frame, value);
-        return has_same_branch_text(frame, value);
+        if (element.first == 0) return has_same_text(place, value);
+        if (fromEntity) return has_same_text_with_entities(place, value);
+        return has_same_branch_text(place, value);
     }
 
     // The children of a node that an entity's reference stands for must be what it stands for.
@@ -329,48 +336,47 @@ private:
         return child;
     }
 
-    bool has_same_text(const Frame& frame, std::string_view value) {
+    bool has_same_text(const SourcePlace& place, std::string_view value) {
         if (tag_.empty) return value.empty();
         const std::size_t begin = tag_.end;
-        const std::size_t end = scan_.end_tag_of(scan_.document.elements[frame.source]);
+        const std::size_t end = scan_.end_tag_of(scan_.document.elements[place.source]);
         const std::string_view raw = range(begin, end);
         if (is_literal_text(raw)) return raw == value;
-        return read_value(frame) == value;
+        return read_value(place) == value;
     }
     // Text of entities with elements is part of the value as well.
-    bool has_same_text_with_entities(const Frame& frame, std::string_view value) const {
-        const std::size_t end = scan_.end_tag_of(scan_.document.elements[frame.source]);
+    bool has_same_text_with_entities(const SourcePlace& place, std::string_view value) const {
+        const std::size_t end = scan_.end_tag_of(scan_.document.elements[place.source]);
         const auto content = scan_.dtd->read_content(range(tag_.end, end));
         if (content == nullptr) throw Unkept("the file's layout cannot be read again");
         CStringUTF8 made;
         if ((*content)->value_text(*(*content)->root(), made) == value) return true;
         throw Unkept("the text beside elements that come from an entity has changed");
     }
-    std::string read_value(const Frame& frame) {
+    std::string read_value(const SourcePlace& place) {
         ReadContent content(scan_.document, scan_.entityText);
-        read_content(scan_.document, {frame.source, tag_.end, tag_.empty}, content);
+        read_content(scan_.document, {place.source, tag_.end, tag_.empty}, content);
         return content.value.text();
     }
 
-    bool has_same_branch_text(const Frame& frame, std::string_view value) {
-        const ScannedElement& place = scan_.document.elements[frame.source];
+    bool has_same_branch_text(const SourcePlace& place, std::string_view value) {
+        const ScannedElement& scanned = scan_.document.elements[place.source];
         if (value.empty()) {
             std::size_t at = tag_.end;
-            std::uint32_t child = frame.source + 1;
+            std::uint32_t child = place.source + 1;
             bool textless = true;
-            while (textless && child < place.next) {
+            while (textless && child < scanned.next) {
                 textless = is_without_text(range(at, scan_.document.elements[child].begin));
                 at = scan_.document.elements[child].end;
                 child = scan_.document.elements[child].next;
             }
-            if (textless && is_without_text(range(at, scan_.end_tag_of(place)))) return true;
+            if (textless && is_without_text(range(at, scan_.end_tag_of(scanned)))) return true;
         }
-        return read_value(frame) == value;
+        return read_value(place) == value;
     }
 
     void push_planned(Frame&& frame) {
         const Element& element = *frame.element;
-        const ScannedElement& place = scan_.document.elements[frame.source];
         ContentRequest request;
         request.range = {frame.source, tag_.end, tag_.empty};
         request.preserve = frame.preserve;
@@ -388,11 +394,7 @@ private:
         } else {
             indentation_.put_space(tag_.attributesEnd, tag_.end, frame.shift);
         }
-        frame.openedEmpty = tag_.empty;
-        frame.endTag = tag_.empty ? place.end : scan_.end_tag_of(place);
-        frame.renamed = document_.name_view(element.tag) != range(place.begin + 1, tag_.nameEnd);
         frame.form = Frame::Form::kPlanned;
-        frame.at = tag_.end;
         frame.planEnd = frame.endTag;
         if (scan_.dtd == nullptr && frame.shift == 0) leave_out_unchanged(frame, request);
         planned_ = &frame;

@@ -15,6 +15,7 @@
 
 using uxhost::Document;
 using uxhost::document_of;
+using uxhost::DocumentLayout;
 using uxhost::Element;
 using uxhost::live;
 
@@ -154,8 +155,9 @@ UXTextOrder::UXTextOrder(const UXXmlWrapperBase& node) {
     if (UXKeepsLayout(&node) == 0) return;
     auto source = std::make_unique<Source>(node);
     try {
-        read_source(*source->document.layout()->source, source->text);
-        scan_source(source->text.text, source->scan);
+        const DocumentLayout& layout = *source->document.layout();
+        read_source(*layout.source, source->text);
+        scan_source(layout, source->text.text, source->scan);
     } catch (const Unkept&) {
         return;
     }

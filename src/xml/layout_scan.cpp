@@ -13,6 +13,16 @@ bool stands_at(std::string_view text, std::size_t at, std::string_view wanted) {
     return text.compare(at, wanted.size(), wanted) == 0;
 }
 
+// As find, for places that are near most of the time.
+std::size_t find_near(std::string_view text, char wanted, std::size_t at) {
+    constexpr std::size_t kNear = 16;
+    const std::size_t end = std::min(at + kNear, text.size());
+    for (; at < end; ++at) {
+        if (text[at] == wanted) return at;
+    }
+    return text.find(wanted, at);
+}
+
 // Behind the next mark; kNowhere without one.
 std::size_t behind(std::string_view text, std::size_t at, std::string_view mark) {
     const std::size_t found = text.find(mark, at);
@@ -73,8 +83,11 @@ std::size_t doctype_end(std::string_view text, std::size_t at) {
     return kNowhere;
 }
 
-// Where the root begins; kNowhere when no element comes.
+// Where the root begins; kNowhere when no element comes. The room for elements stays.
 std::size_t scan_to_root(std::string_view text, ScannedDocument& document) {
+    document.text = text;
+    document.elements.clear();
+    document.doctypeBegin = document.doctypeEnd = 0;
     std::size_t at = stands_at(text, 0, "\xEF\xBB\xBF") ? 3 : 0;
     while (at < text.size()) {
         if (is_blank(text[at])) {
@@ -116,9 +129,9 @@ private:
     std::size_t step(std::size_t at) {
         const char kind = at + 1 < text_.size() ? text_[at + 1] : '\0';
         if (kind == '/') {
-            at = behind(text_, at, ">");
+            at = find_near(text_, '>', at);
             if (at == kNowhere) return kNowhere;
-            close(at);
+            close(++at);
         } else if (kind == '!' && stands_at(text_, at, "<![CDATA[")) {
             at = behind(text_, at + 9, "]]>");
         } else if (kind == '!' || kind == '?') {
@@ -134,7 +147,7 @@ private:
     }
 
     std::size_t next_markup(std::size_t at) {
-        const std::size_t end = text_.find('<', at);
+        const std::size_t end = find_near(text_, '<', at);
         if (entityElements_ && end != kNowhere) {
             for (at = text_.find('&', at); at < end; at = text_.find('&', at + 1)) {
                 if (!add_entity(at, end)) return kNowhere;
@@ -190,15 +203,11 @@ bool is_without_text(std::string_view gap) {
 }
 
 bool scan_prolog(std::string_view text, ScannedDocument& document) {
-    document = ScannedDocument{};
-    document.text = text;
     return scan_to_root(text, document) != kNowhere;
 }
 
 bool scan_document(std::string_view text, const EntityElements& entityElements,
                    ScannedDocument& document) {
-    document = ScannedDocument{};
-    document.text = text;
     const std::size_t root = scan_to_root(text, document);
     if (root == kNowhere) return false;
     return ElementScan(text, entityElements, document).run(root);
@@ -251,7 +260,7 @@ bool scan_tag(std::string_view text, std::size_t at, ScannedTag& tag) {
         attribute.nameEnd = at;
         if (!skip(before_value) || (text[at] != '"' && text[at] != '\'')) return false;
         attribute.valueBegin = at + 1;
-        attribute.valueEnd = text.find(text[at], at + 1);
+        attribute.valueEnd = find_near(text, text[at], at + 1);
         if (attribute.valueEnd == kNowhere) return false;
         at = attribute.valueEnd + 1;
         tag.attributes.push_back(attribute);

@@ -55,7 +55,8 @@ struct ScannedDocument {
 // Finds the document type declaration, without looking at what follows it. False when the text is no
 // XML document.
 bool scan_prolog(std::string_view text, ScannedDocument& document);
-// Finds the elements as well. entityElements may be empty when the document declares no entities.
+// Finds the elements as well, in the room that their list has. entityElements may be empty when the
+// document declares no entities.
 bool scan_document(std::string_view text, const EntityElements& entityElements,
                    ScannedDocument& document);
 
