@@ -217,7 +217,8 @@ void compare_programs(int records) {
         std::string command;
     };
     const std::string path = "/list/record[@DataID='" + wanted + "']/@status";
-    const std::string python = "python3 -c \"import lxml.etree as e; t = e.parse('" + input +
+    const std::string python = std::string(UXTREE_PYTHON) +
+                               " -c \"import lxml.etree as e; t = e.parse('" + input +
                                "'); t.xpath('/list/record[@DataID=\\\"" + wanted +
                                "\\\"]')[0].set('status', 'new'); t.write('" + output +
                                "', encoding='UTF-8', xml_declaration=True)\"";
