@@ -187,3 +187,14 @@ bool UXTextOrder::Runs(const UXXmlWrapperBase& node, std::vector<UXTextRun>& run
     runs.clear();
     return false;
 }
+
+bool UXTextOrder::Written(const UXXmlWrapperBase& node, CStringUTF8& out) const {
+    if (source_ == nullptr) return false;
+    const Element* element = live(node);
+    if (element == nullptr || document_of(node) != document_of(source_->handle)) return false;
+    const uxhost::SourceScan& scan = source_->scan;
+    const std::uint32_t place = scan.source_of(*source_->document.layout(), *element);
+    if (place == kNone || scan.document.comes_from_entity(place)) return false;
+    const ScannedElement& found = scan.document.elements[place];
+    return uxhost::assign(out, scan.range(found.begin, found.end)) != 0;
+}

@@ -8,6 +8,8 @@ SHOP = """<shop>
   <item><name>お茶</name></item>
 </shop>"""
 
+MIXED = "<r><p>x<b>b</b>y</p></r>"
+
 CASES = [
     case("ListsTheTextsBelowAPath", ["query", "/r|a", "t.xml"], files=FILES, out="1\n2\n3\n"),
     case("ListsAttributes", ["query", "/r|a|@id", "t.xml"], files=FILES, out="1\n"),
@@ -72,6 +74,8 @@ He said "hi"  10
          err=["b.xml: step 2"]),
     case("ABrokenFileIsAFailureBesideOthers", ["query", "/r", "a.xml", "b.xml"],
          files={"a.xml": "<r>1</r>", "b.xml": "<r>"}, code=3, out="a.xml: 1\n", err=["b.xml:1:"]),
+    case("SaysThatThePathComesFirst", ["query", "t.xml", "//a/x"], files=FILES, code=2,
+         err=["the path comes first: 't.xml' is a file", "uxtree query '//a/x' t.xml"]),
     case("NeedsAPathAndAFile", ["query", "/r"], code=2, err=["FILE is required"]),
     case("RefusesContradictoryOptions", ["query", "-H", "--no-filename", "/r", "-"], code=2,
          err=["--no-filename"]),
@@ -92,10 +96,15 @@ He said "hi"  10
          err=["no attribute is called 'sko': did you mean 'sku'?"]),
     case("PointsAtTheFault", ["query", "//a[b=", "t.xml"], files=FILES, code=2,
          err=["not understood at character 7: the path ends too early", "  //a[b=\n        ^"]),
-    case("RefusesMixedTextThatDecides", ["query", "//p[.='xby']", "-"],
-         stdin="<r><p>x<b>b</b>y</p></r>", code=4, err=["between the children of /r/p"]),
-    case("RefusesToPrintMixedText", ["query", "//p", "-"],
-         stdin="<r><p>1</p><p>x<b>b</b>y</p></r>", code=4, err=["between the children of /r/p[2]"]),
+    case("MixedTextIsReadInItsOrder", ["query", "//p[starts-with(., 'xb')]", "t.xml", "-"],
+         files={"t.xml": MIXED}, stdin=MIXED, out="t.xml: xby\nstdin: xby\n"),
+    case("MixedTextOfAnEntityHasNoOrder", ["query", "//p", "t.xml"],
+         files={"t.xml": "<!DOCTYPE p [<!ENTITY e 'x<b/>y'>]><p>&e;</p>"}, code=4,
+         err=["between the children of /p"]),
+    case("ElementsAreXmlAsTheFileHasThem", ["query", "--xml", "//p", "-"],
+         stdin="<r><p k='1'>x<!-- c --><b/>&lt;y</p></r>", out="<p k='1'>x<!-- c --><b/>&lt;y</p>\n"),
+    case("ATableHasTheTextBesideChildren", ["query", "-t", "-f", "csv", "//s", "-"],
+         stdin="<r><s>1<p>x<b>b</b>y</p></s><s><p>2</p></s></r>", out=".,p,p/b\n1,xy,b\n,2,\n"),
     case("ATableHasAttributesAndTexts", ["query", "-t", "//item", "-"], stdin=SHOP, out="""\
 @sku  name          price
 A1    Tea, green    3.20

@@ -54,6 +54,41 @@ std::string runs_of(const std::string& bytes) {
     return runs_of(UXTextOrder(root), root);
 }
 
+std::string written(const UXTextOrder& order, const UXXmlWrapperBase& node) {
+    CStringUTF8 text("untouched");
+    const bool known = order.Written(node, text);
+    return std::string(known ? "" : "unknown: ") + static_cast<const char*>(text);
+}
+
+TEST(UXTextOrder, TellsHowAnElementIsWritten) {
+    const UXXmlWrapperBase root =
+        edited_document("<!-- a --><r>\r\n <p k='1' >x<!-- b --><b/>&lt;y</p ></r>");
+    UXXmlWrapperBase p;
+    root.FindChild("p", &p, 1);
+    const UXTextOrder order(root);
+    EXPECT_EQ(written(order, p), "<p k='1' >x<!-- b --><b/>&lt;y</p >");
+    EXPECT_EQ(written(order, root), "<r>\r\n <p k='1' >x<!-- b --><b/>&lt;y</p ></r>");
+    EXPECT_EQ(written(UXTextOrder(p), edited_document("<r/>")), "unknown: untouched");
+}
+
+TEST(UXTextOrder, TellsHowAnElementOfAnotherEncodingIsWritten) {
+    const UXXmlWrapperBase root =
+        edited_document("<?xml version='1.0' encoding='ISO-8859-1'?><r>\xE9</r>");
+    EXPECT_EQ(written(UXTextOrder(root), root), "<r>\xC3\xA9</r>");
+}
+
+TEST(UXTextOrder, ElementsThatTheFileDoesNotHaveAreNotWrittenThere) {
+    UXXmlWrapperBase root = edited_document("<!DOCTYPE r [<!ENTITY e '<a/>'>]><r>&e;<b/></r>");
+    UXXmlWrapperBase a;
+    root.FindChild("a", &a, 1);
+    UXXmlWrapperBase added;
+    root.AddNode(&added, "added", 0);
+    const UXTextOrder order(root);
+    EXPECT_EQ(written(order, a), "unknown: untouched");
+    EXPECT_EQ(written(order, added), "unknown: untouched");
+    EXPECT_EQ(written(order, root), "<r>&e;<b/></r>");
+}
+
 TEST(UXTextOrder, TellsTheTextBetweenChildren) {
     EXPECT_EQ(runs_of("<p>Hello <b>big</b> world</p>"), "Hello | world");
     EXPECT_EQ(runs_of("<p><b/>x<b/><b/>y</p>"), "|x||y");

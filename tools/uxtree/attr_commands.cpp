@@ -47,7 +47,7 @@ int print_attributes(const EditOptions& options, const GetOptions& get) {
     if (options.files.size() != 1) throw Failure(kUsage, "attr get", "one FILE, please");
     const std::string& file = options.files[0];
     Table table({"tag", get.name});
-    const UXXmlWrapperBase root = open_tree(file);
+    const UXXmlWrapperBase root = open_tree_to_select(file, options.select);
     if (options.select.empty()) {
         add_rows_below(table, node_at(root, options.at, file), get);
     } else {

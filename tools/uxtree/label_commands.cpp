@@ -24,7 +24,7 @@ struct LabelOptions {
 };
 
 int run_label_list(const LabelOptions& options) {
-    const UXXmlWrapperBase root = open_tree(options.file);
+    const UXXmlWrapperBase root = open_tree_to_select(options.file, options.select);
     const auto wanted = selected_or_root(root, options.select, options.file);
     const bool all = options.select.empty();
     auto next = wanted.begin();
@@ -169,7 +169,7 @@ std::vector<UXXmlWrapperBase> branches_of(const UXXmlWrapperBase& root,
 }
 
 int run_to_pairs(const PairOptions& options) {
-    const UXXmlWrapperBase root = open_tree(options.file);
+    const UXXmlWrapperBase root = open_tree_to_select(options.file, options.select);
     bool found = false;
     Output out(options.output);
     for (UXXmlWrapperBase& node : branches_of(root, options)) {

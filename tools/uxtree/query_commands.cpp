@@ -1,5 +1,6 @@
 // uxtree query: the values that a path reaches.
 #include <algorithm>
+#include <filesystem>
 #include <optional>
 #include <set>
 
@@ -272,7 +273,18 @@ bool has_old_steps(const std::string& path) {
     return false;
 }
 
+// Other tools take the file first.
+void check_order(const QueryOptions& options) {
+    const std::string& file = options.files.front();
+    if (file == "-" || std::filesystem::exists(file) || !std::filesystem::exists(options.path)) {
+        return;
+    }
+    throw Failure(kUsage, "uxtree query", "the path comes first: '" + options.path + "' is a file",
+                  fmt::format("uxtree query '{}' {}", file, options.path));
+}
+
 int run_query(const QueryOptions& options) {
+    check_order(options);
     if (!has_old_steps(options.path)) return run_selection_query(options);
     if (options.schema || options.xml) {
         throw Failure(kUsage, "uxtree query",

@@ -1,7 +1,10 @@
 // uxtree query with a selection: texts, elements, or a table.
 #include <algorithm>
+#include <filesystem>
 #include <map>
 #include <optional>
+
+#include "uxtree/host/embedded.h"
 
 #include "query.h"
 #include "support/command.h"
@@ -17,28 +20,26 @@
 namespace uxtool {
 namespace {
 
-// The columns of a table: attributes as "@id", then the texts of the elements below that have no
-// children, by their path. What occurs several times in any row has a list in every row.
+// The columns of a table: attributes as "@id", then the texts of the elements below, by their path: of
+// those without children, and of those that have text beside them. What occurs several times in any
+// row has a list in every row.
 class Rows {
 public:
     using Values = std::vector<std::string>;
 
     using Fields = std::vector<std::pair<std::string, std::string>>;  // columns and values
 
-    static Fields fields_of(const UXXmlWrapperBase& node, const std::string& ownText) {
+    static Fields fields_of(const UXXmlWrapperBase& node) {
         Fields fields;
         for (const auto& [name, value] : all_attributes(node))
             fields.emplace_back("@" + name, value);
-        if (node.GetNodeCount() == 0) {
-            fields.emplace_back(".", ownText);
-            return fields;
-        }
         std::vector<std::string> path;
-        walk(node, [&](const UXXmlWrapperBase& below, std::size_t level) {
-            if (level == 0) return;
-            path.resize(level - 1);
-            path.push_back(tag_of(below));
-            if (below.GetNodeCount() == 0) fields.emplace_back(join(path, "/"), value_of(below));
+        walk(node, [&](const UXXmlWrapperBase& at, std::size_t level) {
+            path.resize(level > 0 ? level - 1 : 0);
+            if (level > 0) path.push_back(tag_of(at));
+            std::string text = value_of(at);
+            if (at.GetNodeCount() > 0 && text.empty()) return;
+            fields.emplace_back(level > 0 ? join(path, "/") : ".", std::move(text));
         });
         return fields;
     }
@@ -159,21 +160,16 @@ public:
         std::vector<Rows::Fields> rows;
     };
 
-    // For any thread.
+    // For any thread. What only a tree that is loaded for editing tells makes the file be read again,
+    // so that all others cost no more memory than their trees.
     Answer read(const std::string& file) const {
-        const UXXmlWrapperBase root = open_tree(file);
-        const UXSelected selected = selection_.run(root, file);
-        Answer answer{input_name(file), std::nullopt, {}, {}};
-        if (selected.size() == 0) answer.nothing = selection_.nothing(root, file);
-        for (std::size_t i = 0; i < selected.size(); ++i) {
-            const std::string text = text_of(selected, i, file);
-            if (is_table()) {
-                answer.rows.push_back(fields_of(selected, i, text));
-            } else {
-                answer.values.push_back(text);
+        if (!options_.xml && std::filesystem::is_regular_file(file)) {
+            try {
+                return answer(open_tree(file), file);
+            } catch (const MixedText&) {
             }
         }
-        return answer;
+        return answer(open_tree_for_editing(file), file);
     }
 
     // In the order of the files.
@@ -200,30 +196,42 @@ public:
     }
 
 private:
-    bool is_table() const { return options_.table || options_.schema; }
-
-    std::string text_of(const UXSelected& selected, std::size_t i, const std::string& file) const {
-        const bool isElement = selected.kind(i) == UXSelectedKind::kElement ||
-                               selected.kind(i) == UXSelectedKind::kDocument;
-        if (isElement && options_.xml) {
-            CStringUTF8 xml;
-            selected.node(i).GetString(xml);
-            return to_string(xml);
+    Answer answer(const UXXmlWrapperBase& root, const std::string& file) const {
+        const UXSelected selected = selection_.run(root, file);
+        Answer answer{input_name(file), std::nullopt, {}, {}};
+        if (selected.size() == 0) answer.nothing = selection_.nothing(root, file);
+        std::optional<UXTextOrder> source;
+        if (options_.xml) source.emplace(root);
+        for (std::size_t i = 0; i < selected.size(); ++i) {
+            if (options_.table || options_.schema) {
+                answer.rows.push_back(fields_of(selected, i, file));
+            } else {
+                const bool isXml = options_.xml && is_element(selected, i);
+                answer.values.push_back(isXml ? written(*source, selected.node(i))
+                                              : Selection::text(selected, i, file));
+            }
         }
-        if (isElement && is_table()) return value_of(selected.node(i));
-        return Selection::text(selected, i, file);
+        return answer;
+    }
+
+    static bool is_element(const UXSelected& selected, std::size_t i) {
+        return selected.kind(i) == UXSelectedKind::kElement ||
+               selected.kind(i) == UXSelectedKind::kDocument;
+    }
+
+    // As the file has it; what an entity brought along as the tree has it.
+    static std::string written(const UXTextOrder& source, const UXXmlWrapperBase& node) {
+        CStringUTF8 xml;
+        if (!source.Written(node, xml)) node.GetString(xml);
+        return to_string(xml);
     }
 
     static Rows::Fields fields_of(const UXSelected& selected, std::size_t i,
-                                  const std::string& text) {
-        switch (selected.kind(i)) {
-            case UXSelectedKind::kAttribute:
-                return {{std::string("@") + selected.attribute(i), text}};
-            case UXSelectedKind::kText:
-                return {{tag_of(selected.node(i)), text}};
-            default:
-                return Rows::fields_of(selected.node(i), text);
-        }
+                                  const std::string& file) {
+        if (is_element(selected, i)) return Rows::fields_of(selected.node(i));
+        const bool isText = selected.kind(i) == UXSelectedKind::kText;
+        return {{isText ? tag_of(selected.node(i)) : std::string("@") + selected.attribute(i),
+                 Selection::text(selected, i, file)}};
     }
 
     void write_value(const std::string& value, const std::string& file) {

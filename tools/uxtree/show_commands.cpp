@@ -255,8 +255,8 @@ std::vector<UXXmlWrapperBase> selected_nodes(const ShowOptions& options,
 
 int run_show(const ShowOptions& options) {
     const bool isJson = options.format == "json";
-    const UXXmlWrapperBase root =
-        isJson ? open_tree_for_editing(options.file) : open_tree(options.file);
+    const UXXmlWrapperBase root = isJson ? open_tree_for_editing(options.file)
+                                         : open_tree_to_select(options.file, options.select);
     Output out(options.output);
     const std::vector<UXXmlWrapperBase> nodes = selected_nodes(options, root);
     if (!isJson) {

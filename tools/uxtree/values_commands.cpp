@@ -23,7 +23,7 @@ struct ValueListOptions {
 };
 
 int write_values(const ValueListOptions& options) {
-    const UXXmlWrapperBase root = open_tree(options.file);
+    const UXXmlWrapperBase root = open_tree_to_select(options.file, options.select);
     ValueList list = collect_values(root, options.file);
     if (!options.select.empty()) {
         keep_values_of(root, Selection(options.select).elements(root, options.file), list);

@@ -155,6 +155,11 @@ public:
     // of another document, and for text beside children where any of it all comes from an entity
     // with elements; runs is empty then. Time grows with the element's own content. Throws std::bad_alloc.
     bool Runs(const UXXmlWrapperBase& node, std::vector<UXTextRun>& runs) const;
+    // An element as the file has it, from its start tag to its end tag, in UTF-8: with comments,
+    // quotes and references as they stand, and without changes that were made since. False when there
+    // is no such place, out untouched: without the bytes, for a node of another document, an element
+    // that was added, and one that an entity brought along.
+    bool Written(const UXXmlWrapperBase& node, CStringUTF8& out) const;
 
 private:
     struct Source;

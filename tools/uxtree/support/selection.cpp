@@ -21,13 +21,6 @@ std::string marked(const std::string& expression, std::size_t position) {
     return "  " + visible(expression) + "\n  " + std::string(width, ' ') + "^";
 }
 
-Failure mixed_text(const UXXmlWrapperBase& node, const std::string& file) {
-    return Failure(kRefused, input_name(file),
-                   "the answer depends on text that stands between the children of " +
-                       place_of(node) + ", and a tree does not keep where it stands",
-                   "ask for attributes, names or places, or for elements without children");
-}
-
 bool is_name_byte(char c) {
     const auto byte = static_cast<unsigned char>(c);
     return byte >= 0x80 || std::isalnum(byte) != 0 || c == '_' || c == '-' || c == '.' || c == ':';
@@ -78,6 +71,12 @@ std::string missing_hint(const std::vector<std::string>& asked, const std::set<s
 
 }  // namespace
 
+MixedText::MixedText(const UXXmlWrapperBase& node, const std::string& file)
+    : Failure(kRefused, input_name(file),
+              "the answer depends on text that stands between the children of " + place_of(node) +
+                  ", and a tree does not keep where it stands",
+              "ask for attributes, names or places, or for elements without children") {}
+
 Selection::Selection(const std::string& expression) : expression_(expression) {
     UXSelectFault fault;
     if (selection_.compile(expression.c_str(), &fault)) return;
@@ -94,7 +93,7 @@ UXSelected Selection::run(const UXXmlWrapperBase& root, const std::string& file)
         case UXSelectOutcome::kDone:
             return selected;
         case UXSelectOutcome::kMixedText:
-            throw mixed_text(selected.mixed(), file);
+            throw MixedText(selected.mixed(), file);
         default:
             throw Failure(kRefused, input_name(file), "out of memory");
     }
@@ -116,6 +115,10 @@ std::vector<UXXmlWrapperBase> Selection::elements(const UXXmlWrapperBase& root,
         nodes.push_back(selected.node(i));
     }
     return nodes;
+}
+
+UXXmlWrapperBase open_tree_to_select(const std::string& file, const std::string& expression) {
+    return expression.empty() ? open_tree(file) : open_tree_for_editing(file);
 }
 
 std::vector<UXXmlWrapperBase> selected_or_root(const UXXmlWrapperBase& root,
@@ -144,7 +147,7 @@ std::string Selection::text(const UXSelected& selected, std::size_t index,
                             const std::string& file) {
     CStringUTF8 text;
     if (selected.text(index, text)) return to_string(text);
-    throw mixed_text(selected.node(index), file);
+    throw MixedText(selected.node(index), file);
 }
 
 CLI::Option* add_select(CLI::App& app, std::string& expression) {

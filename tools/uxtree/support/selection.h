@@ -10,14 +10,20 @@
 
 namespace uxtool {
 
+// The answer depends on text among child elements, and the tree does not tell where it stands: a tree
+// that is loaded for editing may.
+class MixedText : public Failure {
+public:
+    MixedText(const UXXmlWrapperBase& node, const std::string& file);
+};
+
 // A selection as a user wrote it.
 class Selection {
 public:
     // Throws Failure with kUsage, with the place of the fault.
     explicit Selection(const std::string& expression);
 
-    // Selects in a tree. Throws Failure with kRefused when the answer depends on text in mixed
-    // content.
+    // Selects in a tree. Throws MixedText.
     UXSelected run(const UXXmlWrapperBase& root, const std::string& file) const;
     // The elements that it selects. Throws Failure with kUsage when it selects attributes or texts,
     // with kNothingFound when nothing.
@@ -35,6 +41,10 @@ private:
 
 // --select PATH: which nodes the command is about.
 CLI::Option* add_select(CLI::App& app, std::string& expression);
+
+// A tree to select in: loaded for editing when there is a selection, since that is what knows where
+// texts stand among child elements; as open_tree does otherwise.
+UXXmlWrapperBase open_tree_to_select(const std::string& file, const std::string& expression);
 
 // The elements of --select, or root alone without one.
 std::vector<UXXmlWrapperBase> selected_or_root(const UXXmlWrapperBase& root,
