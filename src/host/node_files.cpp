@@ -16,6 +16,7 @@
 #include "host/format_source.h"
 #include "host/layout_writer.h"
 #include "host/loader.h"
+#include "host/memory_source.h"
 #include "host/node_detail.h"
 #include "host/writer.h"
 #include "xml/encodings.h"
@@ -25,6 +26,7 @@ using ux::xml::ByteSource;
 using uxhost::document_of;
 using uxhost::Element;
 using uxhost::live;
+using uxhost::memory_source;
 
 namespace {
 
@@ -36,18 +38,6 @@ thread_local std::string lastSaveError;
 ByteSource file_source(const ux::RegularFile& file) {
     return {[&file](char* buffer, std::size_t size) { return file.read(buffer, size); },
             [&file](std::uint64_t offset) { file.seek(offset); }};
-}
-
-ByteSource memory_source(std::string_view bytes, std::size_t& position) {
-    return {[bytes, &position](char* buffer, std::size_t size) {
-                const std::size_t count = std::min(size, bytes.size() - position);
-                std::copy_n(bytes.data() + position, count, buffer);
-                position += count;
-                return static_cast<long>(count);
-            },
-            [bytes, &position](std::uint64_t offset) {
-                position = std::min(static_cast<std::size_t>(offset), bytes.size());
-            }};
 }
 
 int load_into(UXXmlWrapperBase& node, const ByteSource& source, std::uint64_t totalBytes) {
@@ -156,21 +146,18 @@ public:
     void End() override {}
 };
 
-int format_bytes(std::string_view bytes, const UXFormatOptions& options, CStringUTF8& out) {
-    std::size_t position = 0;
+int format(const ByteSource& source, std::uint64_t totalBytes, const UXFormatOptions& options,
+           const ux::xml::WriteBytes& write) {
     NoEvents nobody;
-    if (read_events(nobody, memory_source(bytes, position), bytes.size()) == 0) return 0;
+    if (read_events(nobody, source, totalBytes) == 0) return 0;
     const char* const indent = options.indent == nullptr ? "" : options.indent;
-    std::string formatted;
     try {
-        uxhost::format_source({std::string(bytes), default_encoding()}, {indent, options.compact},
-                              formatted);
+        uxhost::format_source(source, default_encoding(), {indent, options.compact}, write);
+        return 1;
     } catch (const ux::xml::Unkept& unkept) {
         lastLoadFailure.message = unkept.what();
         return 0;
     }
-    out.Assign(formatted.data(), formatted.size());
-    return 1;
 }
 
 // Runs a save of a node; an exception that tells no reason is shortage of memory.
@@ -254,7 +241,22 @@ int UXFormatXml(const char* bytes, std::size_t length, const UXFormatOptions& op
                 CStringUTF8* out) {
     return loading("(memory)", [&] {
         if (out == nullptr) return 0;
-        return format_bytes(std::string_view(bytes, bytes == nullptr ? 0 : length), options, *out);
+        std::size_t position = 0;
+        const std::string_view input(bytes, bytes == nullptr ? 0 : length);
+        std::string formatted;
+        const auto write = [&](std::string_view piece) { formatted += piece; };
+        if (format(memory_source(input, position), input.size(), options, write) == 0) return 0;
+        out->Assign(formatted.data(), formatted.size());
+        return 1;
+    });
+}
+int UXFormatXmlFile(const char* path, const UXFormatOptions& options, UXByteSink* out) {
+    return loading_file(path, [&](const ux::RegularFile& file) {
+        if (out == nullptr) return 0;
+        const auto write = [&](std::string_view piece) {
+            if (!out->Write(piece)) throw ux::xml::Unkept("the output cannot be written");
+        };
+        return format(file_source(file), file.size(), options, write);
     });
 }
 

@@ -56,33 +56,6 @@ std::size_t behind_blanks(std::string_view text, std::size_t at) {
     return at;
 }
 
-// Behind a document type declaration with its internal subset.
-std::size_t doctype_end(std::string_view text, std::size_t at) {
-    bool inSubset = false;
-    for (at += 2; at < text.size();) {
-        const char c = text[at];
-        if (c == '"' || c == '\'') {
-            at = text.find(c, at + 1);
-            if (at == kNowhere) return kNowhere;
-            ++at;
-        } else if (c == '<' && inSubset) {
-            const std::size_t end = comment_or_instruction_end(text, at);
-            if (end != kNowhere) {
-                at = end;
-                continue;
-            }
-            at = tag_end(text, at);  // a declaration, in which values are quoted as in a tag
-            if (at == kNowhere) return kNowhere;
-        } else {
-            if (c == '>' && !inSubset) return at + 1;
-            if (c == '[') inSubset = true;
-            if (c == ']') inSubset = false;
-            ++at;
-        }
-    }
-    return kNowhere;
-}
-
 // Where the root begins; kNowhere when no element comes. The room for elements stays.
 std::size_t scan_to_root(std::string_view text, ScannedDocument& document) {
     document.text = text;
@@ -200,6 +173,32 @@ bool is_without_text(std::string_view gap) {
         at = behind_blanks(gap, end);
     }
     return at == gap.size();
+}
+
+std::size_t doctype_end(std::string_view text, std::size_t at) {
+    bool inSubset = false;
+    for (at += 2; at < text.size();) {
+        const char c = text[at];
+        if (c == '"' || c == '\'') {
+            at = text.find(c, at + 1);
+            if (at == kNowhere) return kNowhere;
+            ++at;
+        } else if (c == '<' && inSubset) {
+            const std::size_t end = comment_or_instruction_end(text, at);
+            if (end != kNowhere) {
+                at = end;
+                continue;
+            }
+            at = tag_end(text, at);  // a declaration, in which values are quoted as in a tag
+            if (at == kNowhere) return kNowhere;
+        } else {
+            if (c == '>' && !inSubset) return at + 1;
+            if (c == '[') inSubset = true;
+            if (c == ']') inSubset = false;
+            ++at;
+        }
+    }
+    return kNowhere;
 }
 
 bool scan_prolog(std::string_view text, ScannedDocument& document) {

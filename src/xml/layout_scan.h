@@ -81,6 +81,9 @@ struct ScannedTag {
     bool empty = false;             // "<a/>"
 };
 
+// Behind the document type declaration that begins at a position; npos when its end is not there.
+std::size_t doctype_end(std::string_view text, std::size_t at);
+
 // Reads the start tag at a position; false when none stands there.
 bool scan_tag(std::string_view text, std::size_t at, ScannedTag& tag);
 

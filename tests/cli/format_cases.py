@@ -39,6 +39,10 @@ CASES = [
     case("RefusesToFormatWhatIsBroken", ["format", "-"], stdin=BROKEN, code=3,
          err=["stdin:2:8: mismatched tag", "<a></b>"]),
 
+    case("KeepsTheOldFileWhenTheInputIsBroken", ["format", "a.xml", "-o", "o.xml"],
+         files={"a.xml": BROKEN, "o.xml": "old"}, code=3, after={"o.xml": "old"},
+         err=["a.xml:2:8: mismatched tag"]),
+
     # --- check -----------------------------------------------------------------------------------
     case("ChecksFiles", ["check", "a.xml", "bad.xml", "b.xml"],
          files={"a.xml": MESSY, "bad.xml": BROKEN, "b.xml": NEAT}, code=3,
@@ -53,6 +57,14 @@ CASES = [
                 "error": "mismatched tag: expected </a>"},
                {"file": "missing.xml", "line": None, "column": None,
                 "error": "No such file or directory"}]),
+    # Of a long line, the surroundings of the place are shown, wherever blocks of the file end.
+    case("ShowsThePlaceInALongLine", ["check", "a.xml"],
+         files={"a.xml": "<r>\n<a>" + "é" * 100_000 + "</b>" + "z" * 100_000 + "</r>"}, code=3,
+         err=["a.xml:2:100006: mismatched tag", "\n  " + "é" * 58 + "</b>" + "z" * 38 + "\n  " +
+              " " * 60 + "^\n"]),
+    case("GuessesAnEncodingFarIn", ["check", "a.xml"],
+         files={"a.xml": b"<r>" + b"\xc3\xa9" * 40_000 + b"\n\x80</r>"}, code=3,
+         err=["a.xml:2:1: not well-formed (invalid token)", "no UTF-8, probably windows-1252"]),
     case("ChecksAnyDepth", ["check", "-q", "-"], stdin="<a>" * 3000 + "</a>" * 3000),
 
     # --- show -f json ----------------------------------------------------------------------------

@@ -1,12 +1,16 @@
 // Laying out files anew.
+#include "xml/format.h"
+
 #include <random>
 #include <string>
+#include <string_view>
 
 #include <gtest/gtest.h>
 
 #include "uxtree/host/embedded.h"
 #include "uxtree/host/host.h"
 
+#include "host/memory_source.h"
 #include "support/test_tree.h"
 
 namespace {
@@ -27,6 +31,16 @@ std::string tree_of(const std::string& xml) {
     CStringUTF8 text;
     root.GetString(text);
     return static_cast<const char*>(text);
+}
+
+// With so small a window that its end falls into every kind of token.
+std::string formatted_in_pieces(const std::string& xml, std::size_t window) {
+    std::size_t position = 0;
+    std::string out;
+    const bool done = ux::xml::format_document(
+        uxhost::memory_source(xml, position), {}, [&](std::string_view bytes) { out += bytes; },
+        window);
+    return done ? out : "no document: " + out;
 }
 
 constexpr UXFormatOptions kCompact{nullptr, true};
@@ -159,7 +173,57 @@ TEST(UXFormatXml, KeepsTheTree) {
         const std::string compact = formatted(xml, kCompact);
         ASSERT_EQ(tree_of(compact), tree_of(xml)) << xml;
         ASSERT_EQ(formatted(compact), once) << xml;
+        ASSERT_EQ(formatted_in_pieces(xml, 16 + static_cast<std::size_t>(below(60))), once) << xml;
     }
+}
+
+// --- files -----------------------------------------------------------------------------------------
+
+class Pieces : public UXByteSink {
+public:
+    explicit Pieces(std::size_t most = SIZE_MAX) : most_(most) {}
+    bool Write(std::string_view bytes) override {
+        text += bytes;
+        return text.size() <= most_;
+    }
+    std::string text;
+
+private:
+    std::size_t most_;
+};
+
+TEST(UXFormatXmlFile, WritesWhatUXFormatXmlYields) {
+    const uxtest::TemporaryFolder folder;
+    std::string big = "<r>";
+    for (int i = 0; i < 20000; ++i) big += "<a k = 'v'><b>text &amp; more</b><!-- c --></a>";
+    big += "</r>";
+    const std::string latin =
+        "<?xml version='1.0' encoding='ISO-8859-1'?><r><a>\xE9</a><b>x</b></r>";
+    for (const std::string& xml : {big, latin, std::string("\xEF\xBB\xBF<r><a/></r>")}) {
+        Pieces out;
+        const std::string path = folder.write("f.xml", xml);
+        ASSERT_EQ(UXFormatXmlFile(path.c_str(), {}, &out), 1) << UXGetLastLoadError();
+        EXPECT_EQ(out.text, formatted(xml));
+    }
+}
+
+TEST(UXFormatXmlFile, WritesNothingOfARefusedFile) {
+    const uxtest::TemporaryFolder folder;
+    Pieces out;
+    EXPECT_EQ(UXFormatXmlFile(folder.write("f.xml", "<r><a/><b></r>").c_str(), {}, &out), 0);
+    EXPECT_EQ(UXGetLastLoadFailure().message, "mismatched tag: expected </b>");
+    EXPECT_EQ(UXGetLastLoadFailure().column, 13);
+    EXPECT_EQ(UXFormatXmlFile("no such file", {}, &out), 0);
+    EXPECT_EQ(UXFormatXmlFile(nullptr, {}, &out), 0);
+    EXPECT_EQ(UXFormatXmlFile(folder.write("g.xml", "<r/>").c_str(), {}, nullptr), 0);
+    EXPECT_EQ(out.text, "");
+}
+
+TEST(UXFormatXmlFile, EndsWithTheSink) {
+    const uxtest::TemporaryFolder folder;
+    Pieces out(0);
+    EXPECT_EQ(UXFormatXmlFile(folder.write("f.xml", "<r/>").c_str(), {}, &out), 0);
+    EXPECT_EQ(UXGetLastLoadFailure().message, "the output cannot be written");
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // uxtree format, check: what every XML file is asked for.
 #include <algorithm>
 #include <charconv>
+#include <exception>
 #include <optional>
 
 #include "uxtree/host/embedded.h"
@@ -49,33 +50,60 @@ std::optional<std::string> indent_of(const std::string& text) {
     return std::string(static_cast<std::size_t>(blanks), ' ');
 }
 
-Formatted formatted(const std::string& file, const FormatOptions& options) {
+Formatted formatted(const std::string& file, const UXFormatOptions& style) {
     Formatted result{file, read_all(file), {}};
-    const std::string indent = indent_of(options.indent).value_or("");
-    const UXFormatOptions style{indent.c_str(), options.compact};
     if (UXFormatXml(result.before.data(), result.before.size(), style, &result.after) == 0) {
         throw_refused_text(input_name(file), result.before);
     }
-    if (!options.dryRun && !options.inPlace) result.before = std::string();  // it is not compared
     return result;
 }
 
 ExitCode write_formatted(const Formatted& result, const FormatOptions& options) {
     const std::string_view after(result.after, static_cast<std::size_t>(result.after.GetLength()));
-    const std::string name = input_name(result.file);
     if (options.dryRun) {
-        print_text_difference(result.before, after, name);
-    } else if (options.inPlace) {
-        if (after == result.before) return kSuccess;
+        print_text_difference(result.before, after, input_name(result.file));
+    } else if (after != result.before) {
         ReplacedFiles files(options.backupSuffix);
         files.add(result.file, after);
         files.commit();
-    } else {
-        Output out(options.output);
-        out.write(after);
-        out.finish();
     }
     return kSuccess;
+}
+
+// What the host writes goes to the output; what the output throws waits until the host is done.
+class OutputSink : public UXByteSink {
+public:
+    explicit OutputSink(Output& out) : out_(out) {}
+    bool Write(std::string_view bytes) override {
+        try {
+            out_.write(bytes);
+            return true;
+        } catch (...) {
+            failure_ = std::current_exception();
+            return false;
+        }
+    }
+    void throw_failure() const {
+        if (failure_) std::rethrow_exception(failure_);
+    }
+
+private:
+    Output& out_;
+    std::exception_ptr failure_;
+};
+
+// Piece by piece: nothing is compared.
+int format_to_output(const std::string& file, const UXFormatOptions& style,
+                     const std::string& output) {
+    const NamedInput input(file);
+    const Progress progress("formatting " + input_name(file));
+    Output out(output);
+    OutputSink sink(out);
+    if (UXFormatXmlFile(input.path().c_str(), style, &sink) == 0) {
+        sink.throw_failure();
+        throw_refused_file(input_name(file), input.path());
+    }
+    return out.finish();
 }
 
 int run_format(const FormatOptions& options) {
@@ -89,9 +117,14 @@ int run_format(const FormatOptions& options) {
     if (options.inPlace && hasInput) {
         throw Failure(kUsage, "-i", "standard input cannot be edited in place", "use -o FILE");
     }
+    const std::string indent = indent_of(options.indent).value_or("");
+    const UXFormatOptions style{indent.c_str(), options.compact};
+    if (!options.inPlace && !options.dryRun) {
+        return format_to_output(options.files.front(), style, options.output);
+    }
     return for_each_in_order(
         options.files, options.jobs,
-        [&](const std::string& file) { return formatted(file, options); },
+        [&](const std::string& file) { return formatted(file, style); },
         [&](const Formatted& result) { return write_formatted(result, options); });
 }
 

@@ -115,6 +115,14 @@ struct UXFormatOptions {
     bool compact = false;       // no lines at all
 };
 
+// Takes bytes piece by piece.
+class UXByteSink {
+public:
+    virtual ~UXByteSink() = default;
+    // False ends the writing.
+    virtual bool Write(std::string_view bytes) = 0;
+};
+
 // Lays out an XML file anew, without making a tree: in each element that has child elements and no
 // text, every child, comment and instruction gets a line of its own. Whatever could be a value stays
 // byte for byte: elements without children, mixed content, what xml:space="preserve" is said of; so
@@ -126,6 +134,11 @@ struct UXFormatOptions {
 // untouched, when they are refused.
 UXHOST_API int UXFormatXml(const char* bytes, std::size_t length, const UXFormatOptions& options,
                            CStringUTF8* out);
+// The same for a regular file, piece by piece: nothing is written before the whole file is checked.
+// Memory grows with the number of elements, by a byte each, and with the longest tag, comment or
+// section; a file that is not in UTF-8 is held as a whole. 0 as well when the sink ends it, or when the
+// file changes meanwhile: what was written is then of no use.
+UXHOST_API int UXFormatXmlFile(const char* path, const UXFormatOptions& options, UXByteSink* out);
 
 // --- text among children --------------------------------------------------------------------------
 

@@ -1,4 +1,4 @@
-// Reading trees and files, advice on broken ones, and the progress line.
+// Reading trees and files, and the progress line.
 #include "support/input.h"
 
 #include <algorithm>
@@ -17,6 +17,7 @@
 #include "uxtree/host/embedded.h"
 
 #include "support/file.h"
+#include "support/refused_content.h"
 #include "support/text.h"
 
 namespace uxtool {
@@ -46,7 +47,7 @@ bool is_regular(const Descriptor& descriptor) {
     return ::fstat(descriptor.number(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
-// Hands on the content block by block.
+// Hands on the content block by block, until take yields false.
 template <typename Take>
 void read_blocks(const Descriptor& descriptor, const std::string& file, Take&& take) {
     std::array<char, 65536> block;
@@ -54,145 +55,32 @@ void read_blocks(const Descriptor& descriptor, const std::string& file, Take&& t
         const ssize_t got = ::read(descriptor.number(), block.data(), block.size());
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) throw_unreadable(file);
-        if (got == 0) return;
-        take(std::string_view(block.data(), static_cast<std::size_t>(got)));
+        if (got == 0 || !take(std::string_view(block.data(), static_cast<std::size_t>(got))))
+            return;
     }
 }
 
 std::string read_open_file(const Descriptor& descriptor, const std::string& file) {
     if (!descriptor.is_open()) throw_unreadable(file);
     std::string content;
-    read_blocks(descriptor, file, [&](std::string_view block) { content += block; });
-    return content;
-}
-
-struct Advice {
-    std::string_view message;  // part of the parser's message
-    std::string_view hint;
-};
-
-constexpr std::array<Advice, 13> kAdvice{{
-    {"mismatched tag", "an end tag closes the element that was opened last, by the same name"},
-    {"input ends before", "the file was cut off, or an end tag is missing"},
-    {"no element found", "the file is empty"},
-    {"unclosed", "the file ends in the middle of a tag, comment, section or reference"},
-    {"invalid token", "text and attributes write &lt; for < and &amp; for &; values need quotes"},
-    {"syntax error", "an XML file begins with < and the name of its root element"},
-    {"junk after", "a document has one root element, and nothing but comments behind it"},
-    {"not at start", "nothing comes before <?xml, not even a blank line"},
-    {"duplicate attribute", "an element has each attribute once"},
-    {"undefined entity", "write the character itself, or &#...; with its number"},
-    {"reference to the entity", "write the character itself, or &#...; with its number"},
-    {"encoding", "UTF-8, UTF-16, ISO-8859-1, windows-1252 and ASCII are read"},
-    {"nested deeper", "uxtree outline reads any depth"},
-}};
-
-// Does the file say an encoding that is not UTF-8?
-bool declares_encoding(std::string_view content) {
-    const std::string_view start = content.substr(0, content.find('>'));
-    if (!content.starts_with("<?xml")) return false;
-    return start.find("encoding") != std::string_view::npos &&
-           start.find("UTF-8") == std::string_view::npos &&
-           start.find("utf-8") == std::string_view::npos;
-}
-
-std::string advice_for(std::string_view message) {
-    const auto fits = [message](const Advice& advice) {
-        return message.find(advice.message) != std::string_view::npos;
-    };
-    const auto found = std::find_if(kAdvice.begin(), kAdvice.end(), fits);
-    return found == kAdvice.end() ? std::string() : std::string(found->hint);
-}
-
-struct Magic {
-    std::string_view bytes;
-    const char* kind;
-    const char* unpacker;  // null: nothing to unpack
-};
-
-constexpr std::array<Magic, 12> kMagic{{
-    {{"\x1f\x8b", 2}, "gzip", "gunzip or zcat"},
-    {{"\x1f\x9d", 2}, "compress", "zcat"},
-    {{"BZh", 3}, "bzip2", "bzcat"},
-    {{"\xfd"
-      "7zXZ",
-      5},
-     "xz",
-     "xzcat"},
-    {{"\x28\xb5\x2f\xfd", 4}, "zstd", "zstdcat"},
-    {{"\x04\x22\x4d\x18", 4}, "lz4", "lz4cat"},
-    {{"PK\x03\x04", 4}, "zip", "unzip"},
-    {{"7z\xbc\xaf", 4}, "7z", "7z"},
-    {{"%PDF-", 5}, "PDF", nullptr},
-    {{"\x89PNG", 4}, "PNG", nullptr},
-    {{"\xff\xd8\xff", 3}, "JPEG", nullptr},
-    {{"\x7f"
-      "ELF",
-      4},
-     "ELF",
-     nullptr},
-}};
-
-// A message for what is no text at all; nothing is thrown for what may be broken XML.
-void throw_unless_text(const std::string& name, std::string_view content) {
-    for (const Magic& magic : kMagic) {
-        if (!content.starts_with(magic.bytes)) continue;
-        if (magic.unpacker == nullptr) {
-            throw Failure(kUnreadable, name, fmt::format("this is no XML: a {} file", magic.kind));
-        }
-        throw Failure(kUnreadable, name,
-                      fmt::format("compressed ({}): unpack it first", magic.kind),
-                      fmt::format("such as with {}, and - for FILE", magic.unpacker));
-    }
-    const std::string_view start = content.substr(0, 4096);
-    const bool isUtf16 = start.starts_with("\xff\xfe") || start.starts_with("\xfe\xff") ||
-                         start.starts_with(std::string_view("<\0", 2)) ||
-                         start.starts_with(std::string_view("\0<", 2));
-    const auto controls = std::count_if(start.begin(), start.end(), [](char c) {
-        const auto byte = static_cast<unsigned char>(c);
-        return byte < 0x20 && c != '\n' && c != '\r' && c != '\t';
+    read_blocks(descriptor, file, [&](std::string_view block) {
+        content += block;
+        return true;
     });
-    // A few stray control characters are a fault in a text.
-    if (isUtf16 || controls * 50 <= static_cast<std::ptrdiff_t>(start.size())) return;
-    throw Failure(kUnreadable, name, "this is no XML: a binary file");
-}
-
-// What bytes that are no UTF-8 probably mean: windows-1252 has letters and signs where ISO-8859-1
-// has control characters.
-std::string encoding_hint(std::string_view content) {
-    bool inWindows = false;
-    bool isValid = true;
-    for (std::size_t at = 0; at < content.size();) {
-        const std::size_t length = utf8_length(content.substr(at));
-        if (length == 0) {
-            isValid = false;
-            const auto byte = static_cast<unsigned char>(content[at]);
-            inWindows = inWindows || (byte >= 0x80 && byte < 0xA0);
-        }
-        at += std::max<std::size_t>(length, 1);
-    }
-    if (isValid) return "";
-    const std::string name = inWindows ? "windows-1252" : "ISO-8859-1";
-    return fmt::format(
-        "the bytes are no UTF-8, probably {0}: begin the file with <?xml version=\"1.0\" "
-        "encoding=\"{0}\"?>, or convert it with iconv -f {0} -t UTF-8",
-        name);
+    return content;
 }
 
 // What the host's loader refused, with its position; content is what it read.
 [[noreturn]] void throw_load_failure(const std::string& name, std::string_view content) {
-    const UXFileError& failure = UXGetLastLoadFailure();
-    const std::string message =
-        failure.message.IsEmpty() ? "cannot be loaded" : static_cast<const char*>(failure.message);
-    if (failure.line <= 0) throw Failure(kUnreadable, name, message, advice_for(message));
-    throw_unless_text(name, content);
-    const bool isToken = message.find("invalid token") != std::string::npos;
-    const std::string encoding =
-        isToken && !declares_encoding(content) ? encoding_hint(content) : "";
-    const bool isText = content.substr(0, 4096).find('\0') == std::string_view::npos;
-    throw Failure(kUnreadable, fmt::format("{}:{}:{}", name, failure.line, failure.column), message,
-                  encoding.empty() ? advice_for(message) : encoding)
-        .with_excerpt(isText ? excerpt(content, failure.line, failure.column) : "");
+    RefusedContent refused;
+    refused.take(content);
+    throw refused.failure(name);
+}
+[[noreturn]] void throw_load_failure(const std::string& name, const Descriptor& descriptor,
+                                     const std::string& file) {
+    RefusedContent refused;
+    read_blocks(descriptor, file, [&](std::string_view block) { return refused.take(block); });
+    throw refused.failure(name);
 }
 
 template <typename LoadText, typename LoadFile>
@@ -205,7 +93,7 @@ UXXmlWrapperBase open_as(const std::string& file, const std::string& name, LoadT
         const std::string content = read_open_file(descriptor, file);
         if (loadText(root, content) == 0) throw_load_failure(name, content);
     } else if (loadFile(root, file.c_str()) == 0) {
-        throw_load_failure(name, read_open_file(descriptor, file));
+        throw_load_failure(name, descriptor, file);
     }
     return root;
 }
@@ -249,12 +137,9 @@ void require_readable(const std::string& file) {
 }
 
 void throw_refused_file(const std::string& name, const std::string& path) {
-    constexpr std::uint64_t kMostBytes = std::uint64_t{64} << 20;  // to be read for an excerpt
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    struct stat status {};
-    const bool isSmall = file.is_open() && ::fstat(file.number(), &status) == 0 &&
-                         static_cast<std::uint64_t>(status.st_size) <= kMostBytes;
-    throw_load_failure(name, isSmall && is_regular(file) ? read_open_file(file, path) : "");
+    if (!file.is_open() || !is_regular(file)) throw_load_failure(name, "");
+    throw_load_failure(name, file, path);
 }
 
 void throw_refused_text(const std::string& name, std::string_view content) {
@@ -286,6 +171,7 @@ NamedInput::NamedInput(const std::string& file, std::uint64_t maxSpool) : path_(
                           "--max-spool allows more, or save it to a file first");
         }
         if (!write_fully(copy_.number(), block)) throw Failure(kRefused, path, system_error());
+        return true;
     });
 }
 

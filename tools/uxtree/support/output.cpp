@@ -69,22 +69,28 @@ void require_suffix(const std::string& argument, const std::string& suffix) {
                       ", or the options apart: -i -" + suffix);
 }
 
-// For places that the host cannot replace: the same bytes, by way of a temporary file.
+// For places that the host cannot replace: the same bytes.
 void save_to_stream(const UXXmlWrapperBase& root, const std::string& file) {
-    const std::string path = create_temporary().first;
-    std::string content;
-    try {
-        save_through_host(root, path, is_standard_output(file) ? "stdout" : file);
-        content = read_all(path);
-    } catch (...) {
-        ::unlink(path.c_str());
-        throw;
-    }
-    ::unlink(path.c_str());
+    UXSaveOptions options;
+    options.form = UXSaveForm::kPlain;
+    CStringUTF8 content;
+    const std::string name = is_standard_output(file) ? "stdout" : file;
+    if (UXSaveToMemory(&root, &content, options, nullptr) == 0) throw_save_failure(name);
     Output out(file);
-    out.write(content);
+    out.write(bytes_of(content));
     if (is_standard_output(file)) out.end_line();
     out.finish();
+}
+
+// Where a character begins that the end of the text cuts.
+std::size_t cut_character(std::string_view text) {
+    const std::size_t first = text.size() - std::min<std::size_t>(text.size(), 3);
+    for (std::size_t at = first; at < text.size(); ++at) {
+        const auto lead = static_cast<unsigned char>(text[at]);
+        const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+        if (at + length > text.size()) return at;
+    }
+    return text.size();
 }
 
 }  // namespace
@@ -117,8 +123,12 @@ void Output::write(std::string_view text) {
     if (isEmpty_) first_ = text.front();
     isEmpty_ = false;
     last_ = text.back();
-    buffer_ += text;
-    flush_when_full();
+    if (text.size() < kBufferSize || isTerminal_) {
+        buffer_ += text;
+        return flush_when_full();
+    }
+    flush();
+    put(text);
 }
 
 void Output::end_line() {
@@ -129,16 +139,24 @@ void Output::end_line() {
 }
 
 void Output::flush_when_full() {
-    if (buffer_.size() >= kBufferSize) flush();
+    if (buffer_.size() < kBufferSize) return;
+    const std::string rest = isTerminal_ ? buffer_.substr(cut_character(buffer_)) : "";
+    buffer_.resize(buffer_.size() - rest.size());
+    flush();
+    buffer_ = rest;
 }
 
 void Output::flush() {
+    put(isTerminal_ ? terminal_safe(buffer_) : buffer_);
+    buffer_.clear();
+}
+
+void Output::put(std::string_view bytes) {
     if (replaced_) {
-        if (!replaced_->Write(buffer_)) throw_write_error(replaced_->Error());
-    } else if (!write_fully(descriptor_, isTerminal_ ? terminal_safe(buffer_) : buffer_)) {
+        if (!replaced_->Write(bytes)) throw_write_error(replaced_->Error());
+    } else if (!write_fully(descriptor_, bytes)) {
         throw_write_error(errno);
     }
-    buffer_.clear();
 }
 
 int Output::finish(int exitCode) {

@@ -47,6 +47,7 @@ private:
     void open_file(const std::string& file);
     void flush_when_full();
     void flush();
+    void put(std::string_view bytes);
     [[noreturn]] void throw_write_error(int error) const;
 
     std::string name_;                      // in messages

@@ -229,13 +229,7 @@ std::string short_list(const std::vector<std::string>& names) {
     return out;
 }
 
-std::string excerpt(std::string_view text, long long line, long long column) {
-    for (long long i = 1; i < line; ++i) {
-        const std::size_t end = text.find('\n');
-        if (end == std::string_view::npos) return "";
-        text.remove_prefix(end + 1);
-    }
-    text = text.substr(0, text.find_first_of("\r\n"));
+std::string excerpt(std::string_view text, long long column) {
     constexpr long long kBefore = 60;
     constexpr std::size_t kAfter = 40;
     std::size_t shownFrom = 0;

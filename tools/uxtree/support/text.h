@@ -38,9 +38,9 @@ std::string nearest(std::string_view name, const std::vector<std::string>& candi
 // The first names joined by commas, with "and N more" when there are many.
 std::string short_list(const std::vector<std::string>& names);
 
-// The surroundings of a place in UTF-8 text, with a caret below it: two lines. Lines and columns
-// count from 1, columns in characters. "" when there is no such place.
-std::string excerpt(std::string_view text, long long line, long long column);
+// The surroundings of a place in a line of UTF-8 text, with a caret below it: two lines. Columns count
+// characters, from 1. "" for an empty line.
+std::string excerpt(std::string_view text, long long column);
 
 // "1 file", "2 files", "2 branches".
 template <std::integral Number>
