@@ -1,19 +1,13 @@
 // Writing beside a file and taking its place, after everything reached the disk.
 #include "base/file_output.h"
 
-#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 #include <utility>
-#include <vector>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <sys/xattr.h>
-#include <unistd.h>
 
 namespace ux {
 namespace {
@@ -54,52 +48,19 @@ std::string& unkept_files() {
 // errno set, for links that go round in circles.
 bool follow_links(std::string& path) {
     for (int links = 0; links < 40; ++links) {
-        std::array<char, 4096> place;
-        const ssize_t length = readlink(path.c_str(), place.data(), place.size());
-        if (length < 0) return true;  // no link
-        if (static_cast<std::size_t>(length) == place.size()) {
-            errno = ENAMETOOLONG;
-            return false;
-        }
-        const std::string leads(place.data(), static_cast<std::size_t>(length));
-        const std::string folder = path.substr(0, path.rfind('/') + 1);
-        path = leads[0] == '/' ? leads : folder + leads;
+        std::error_code noLink;
+        const std::filesystem::path leads = std::filesystem::read_symlink(path, noLink);
+        if (noLink) return true;
+        path = (std::filesystem::path(path).parent_path() / leads).string();
     }
     errno = ELOOP;
     return false;
-}
-
-// The names of a file's extended attributes, access control lists among them.
-std::vector<std::string> attribute_names(const std::string& path) {
-    std::vector<char> names(65536);
-    const ssize_t size = listxattr(path.c_str(), names.data(), names.size());
-    std::vector<std::string> found;
-    for (ssize_t at = 0; at < size; at += static_cast<ssize_t>(found.back().size()) + 1) {
-        found.emplace_back(names.data() + at);
-    }
-    return found;
-}
-
-void copy_attributes(const std::string& from, int to) {
-    constexpr const char* kAccess = "system.posix_acl_access";
-    const std::vector<std::string> names = attribute_names(from);
-    // The folder may have given the new file a list that the old one does not have.
-    if (std::find(names.begin(), names.end(), kAccess) == names.end()) fremovexattr(to, kAccess);
-    for (const std::string& name : names) {
-        std::vector<char> value(65536);
-        const ssize_t size = getxattr(from.c_str(), name.c_str(), value.data(), value.size());
-        const bool copied = size >= 0 && fsetxattr(to, name.c_str(), value.data(),
-                                                   static_cast<std::size_t>(size), 0) == 0;
-        // Labels of the system's own are given by the system.
-        if (copied || name.rfind("security.", 0) == 0) continue;
-        unkept_files() += name == kAccess ? ", access control list" : ", attribute " + name;
-    }
 }
 }  // namespace
 
 void remove_unfinished_files() noexcept {
     for (const Unfinished& file : unfinished) {
-        if (file.ready) unlink(file.path);
+        if (file.ready) remove_file(file.path);
     }
 }
 
@@ -119,17 +80,16 @@ FileOutput::FileOutput(const char* path) : target_(path == nullptr ? "" : path) 
         fail("cannot write", errno);
         return;
     }
-    struct stat status {};
-    const bool exists = stat(target_.c_str(), &status) == 0;
-    if (exists && S_ISCHR(status.st_mode)) {
-        descriptor_ = open(target_.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
-        if (descriptor_ < 0) fail("cannot open", errno);
-    } else if (exists && !S_ISREG(status.st_mode)) {
-        fail("cannot write", S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
-    } else if (exists && access(target_.c_str(), W_OK) != 0) {
+    const FileKind kind = facts_of(target_.c_str()).kind;
+    if (kind == FileKind::kDevice) {
+        file_ = open_device_to_write(target_.c_str());
+        if (!file_.is_open()) fail("cannot open", errno);
+    } else if (kind == FileKind::kFolder || kind == FileKind::kOther) {
+        fail("cannot write", kind == FileKind::kFolder ? EISDIR : EINVAL);
+    } else if (kind == FileKind::kRegular && !may_write(target_.c_str())) {
         fail("cannot write", errno);
     } else {
-        open_temporary(exists);
+        open_temporary(kind == FileKind::kRegular);
     }
 }
 
@@ -139,12 +99,12 @@ FileOutput::FileOutput(const char* path) : target_(path == nullptr ? "" : path) 
 // is safe as well: O_EXCL follows no link, and a signal handler can remove it.
 void FileOutput::open_temporary(bool replaces) {
     static std::atomic<unsigned> counter{0};
-    const mode_t mode = replaces ? 0600 : 0666;
     do {
-        temporary_ = target_ + ".tmp" + std::to_string(getpid()) + "-" + std::to_string(counter++);
-        descriptor_ = open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-    } while (descriptor_ < 0 && errno == EEXIST);
-    if (descriptor_ < 0) {
+        temporary_ =
+            target_ + ".tmp" + std::to_string(process_id()) + "-" + std::to_string(counter++);
+        file_ = create_file(temporary_.c_str(), replaces);
+    } while (!file_.is_open() && errno == EEXIST);
+    if (!file_.is_open()) {
         const int error = errno;
         temporary_.clear();
         fail("cannot write beside", error);
@@ -154,32 +114,9 @@ void FileOutput::open_temporary(bool replaces) {
     slot_ = remember_unfinished(temporary_);
 }
 
-// Gives the new file what the old one has at this time: owner, group, access control list, other
-// attributes and, at last, the mode. What the system does not allow is told by unkept_properties.
-void FileOutput::take_properties() {
-    struct stat status {};
-    if (stat(target_.c_str(), &status) != 0) return;  // it went away meanwhile
-    mode_t mode = status.st_mode & 07777U;
-    struct stat own {};
-    fstat(descriptor_, &own);
-    if (own.st_gid != status.st_gid &&
-        fchown(descriptor_, static_cast<uid_t>(-1), status.st_gid) != 0) {
-        unkept_files() += ", group";
-        // Another group gets no more than everybody.
-        mode &= ~static_cast<mode_t>(02070U) | (mode & 07U) << 3U;
-    }
-    if (own.st_uid != status.st_uid &&
-        fchown(descriptor_, status.st_uid, static_cast<gid_t>(-1)) != 0) {
-        unkept_files() += ", owner";
-        mode &= ~static_cast<mode_t>(04000U);
-    }
-    copy_attributes(target_, descriptor_);
-    check(fchmod(descriptor_, mode), "cannot set the mode of");
-}
-
 FileOutput::~FileOutput() {
-    if (descriptor_ >= 0) close(descriptor_);
-    if (!temporary_.empty()) unlink(temporary_.c_str());
+    file_.close();
+    if (!temporary_.empty()) remove_file(temporary_.c_str());
     forget_unfinished(slot_);
 }
 
@@ -190,44 +127,35 @@ void FileOutput::fail(const char* action, int error) {
     }
 }
 
-bool FileOutput::check(int result, const char* action) {
-    if (result != 0) fail(action, errno);
-    return result == 0;
+bool FileOutput::check(bool done, const char* action) {
+    if (!done) fail(action, errno);
+    return done;
 }
 
 void FileOutput::write(std::string_view bytes) {
-    const bool more = bytes.size() >= kEarlyBytes;
-    while (!failed() && !bytes.empty()) {
-        const ssize_t written = ::write(descriptor_, bytes.data(), bytes.size());
-        if (written > 0) {
-            bytes.remove_prefix(static_cast<std::size_t>(written));
-        } else if (written == 0 || errno != EINTR) {
-            fail("cannot write", written == 0 ? EIO : errno);
-        }
-    }
+    if (failed() || !check(file_.write(bytes), "cannot write")) return;
     // Of a large file, what is complete can go to the disk while the rest is being made.
-    if (more && !temporary_.empty()) sync_file_range(descriptor_, 0, 0, SYNC_FILE_RANGE_WRITE);
+    if (bytes.size() >= kEarlyBytes && !temporary_.empty()) file_.write_early();
 }
 
 bool FileOutput::commit() {
     if (failed()) return false;
     const bool replaces = !temporary_.empty();
-    if (replaces_) take_properties();
-    if (failed()) return false;
-    if (replaces && !check(fsync(descriptor_), "cannot write")) return false;
-    if (!check(close(std::exchange(descriptor_, -1)), "cannot close")) return false;
+    // What is there at this time counts.
+    if (replaces_ &&
+        !check(copy_properties(target_.c_str(), file_, unkept_files()), "cannot set the mode of")) {
+        return false;
+    }
+    if (replaces && !check(file_.sync(), "cannot write")) return false;
+    if (!check(file_.close(), "cannot close")) return false;
     if (!replaces) return true;
     // Nothing behind the renaming takes memory: a failure would be told with the old file gone.
     const std::string folder = target_.substr(0, target_.rfind('/') + 1);
-    if (!check(std::rename(temporary_.c_str(), target_.c_str()), "cannot replace")) return false;
+    if (!check(replace_file(target_.c_str(), temporary_.c_str()), "cannot replace")) return false;
     temporary_.clear();
     forget_unfinished(std::exchange(slot_, -1));
-    // The new name reaches the disk with the folder; a folder that cannot be opened is no failure.
-    const int handle = open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_CLOEXEC);
-    if (handle >= 0) {
-        fsync(handle);
-        close(handle);
-    }
+    // The new name reaches the disk with the folder.
+    sync_folder(folder.empty() ? "." : folder.c_str());
     return true;
 }
 

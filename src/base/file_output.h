@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/platform.h"
+
 namespace ux {
 
 // A file keeps its owner, group, mode, access control list and other attributes; until all of it is
@@ -27,15 +29,14 @@ public:
 
 private:
     void open_temporary(bool replaces);
-    void take_properties();
     void fail(const char* action, int error);
-    bool check(int result, const char* action);
+    bool check(bool done, const char* action);
 
+    OpenFile file_;
     std::string target_;
     std::string temporary_;  // empty for a device
     std::string reason_;
     int error_ = 0;
-    int descriptor_ = -1;
     int slot_ = -1;          // among the unfinished files
     bool replaces_ = false;  // a file that was there
 };

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "base/platform.h"
+
 namespace ux {
 
 // A regular file opened for reading, or nothing: a missing or unreadable file, a directory, a pipe
@@ -13,10 +15,6 @@ class RegularFile {
 public:
     RegularFile() = default;
     explicit RegularFile(const char* name);  // UTF-8; may be null
-    ~RegularFile();
-    RegularFile(RegularFile&& other) noexcept;
-    RegularFile(const RegularFile&) = delete;
-    RegularFile& operator=(const RegularFile&) = delete;
 
     // Reads up to size bytes and yields their number; 0 at the end of the file and when nothing is
     // open, -1 on failure.
@@ -26,14 +24,14 @@ public:
     // The next read begins so many bytes behind the start.
     void seek(std::uint64_t offset) const;
 
-    bool is_open() const { return descriptor_ >= 0; }
+    bool is_open() const { return file_.is_open(); }
     // Why a file that was named is not open, in the system's words.
     const std::string& reason() const { return reason_; }
-    int descriptor() const { return descriptor_; }
+    const OpenFile& file() const { return file_; }
     std::size_t size() const { return size_; }  // when it was opened
 
 private:
-    int descriptor_ = -1;
+    OpenFile file_;
     std::size_t size_ = 0;
     std::string reason_;
 };
@@ -53,7 +51,6 @@ public:
 private:
     const char* bytes_;
     std::size_t size_ = 0;
-    std::size_t reserved_ = 0;  // 0: nothing is mapped
 };
 
 }  // namespace ux

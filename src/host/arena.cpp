@@ -8,7 +8,7 @@
 #include <new>
 #include <utility>
 
-#include <sys/mman.h>
+#include "base/platform.h"
 
 namespace uxhost {
 namespace {
@@ -47,7 +47,7 @@ Chunk::Chunk(std::size_t bytes)
     : data_(bytes == kFullChunkBytes ? spareChunks.take() : nullptr), size_(bytes) {
     if (data_ != nullptr) return;
     data_ = static_cast<char*>(::operator new(bytes, alignment_of(bytes)));
-    if (bytes >= kFullChunkBytes) madvise(data_, bytes, MADV_HUGEPAGE);
+    if (bytes >= kFullChunkBytes) ux::use_large_pages(data_, bytes);
 }
 Chunk::Chunk(Chunk&& other) noexcept
     : data_(std::exchange(other.data_, nullptr)), size_(std::exchange(other.size_, 0)) {}

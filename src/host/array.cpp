@@ -4,8 +4,7 @@
 #include <cstring>
 #include <new>
 
-#include <sys/mman.h>
-
+#include "base/platform.h"
 #include "host/arena.h"
 
 namespace {
@@ -16,7 +15,7 @@ using uxhost::kFullChunkBytes;
 void* large_block(std::size_t bytes) {
     const std::size_t whole = (bytes + kFullChunkBytes - 1) / kFullChunkBytes * kFullChunkBytes;
     void* const memory = std::aligned_alloc(kFullChunkBytes, whole);
-    if (memory != nullptr) madvise(memory, whole, MADV_HUGEPAGE);
+    if (memory != nullptr) ux::use_large_pages(memory, whole);
     return memory;
 }
 

@@ -10,29 +10,12 @@
 #include <string_view>
 #include <utility>
 
-#include <locale.h>
-
 #include "base/ascii.h"
+#include "base/platform.h"
 #include "base/text_view.h"
 
 namespace {
 using ux::view_of;
-
-// Formatted numbers have a decimal point whatever the locale of the process or the thread.
-class NeutralLocale {
-public:
-    NeutralLocale() : previous_(uselocale(neutral())) {}
-    ~NeutralLocale() { uselocale(previous_); }
-    NeutralLocale(const NeutralLocale&) = delete;
-    NeutralLocale& operator=(const NeutralLocale&) = delete;
-
-private:
-    static locale_t neutral() {
-        static const locale_t locale = newlocale(LC_ALL_MASK, "C", locale_t());
-        return locale;
-    }
-    locale_t previous_;
-};
 
 UXHOST_PRINTF(3, 0)
 std::size_t print_into(char* buffer, std::size_t size, const char* format, va_list args) {
@@ -45,7 +28,7 @@ std::size_t print_into(char* buffer, std::size_t size, const char* format, va_li
 UXHOST_PRINTF(1, 0)
 std::string printed(const char* format, va_list args) {
     if (format == nullptr) return {};
-    const NeutralLocale locale;
+    const ux::NeutralLocale locale;
     va_list again;
     va_copy(again, args);
     struct End {

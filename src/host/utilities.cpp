@@ -13,12 +13,9 @@
 #include <system_error>
 #include <utility>
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include "base/ascii.h"
 #include "base/decimal.h"
+#include "base/platform.h"
 #include "base/text_view.h"
 #include "base/xml_names.h"
 
@@ -332,7 +329,6 @@ double UXMissingValue() {
 }
 
 int UXAccess(const char* path, int /*mode*/) {
-    struct stat info = {};
-    if (path == nullptr || stat(path, &info) != 0 || !S_ISREG(info.st_mode)) return -1;
-    return faccessat(AT_FDCWD, path, R_OK, AT_EACCESS) == 0 ? 0 : -1;
+    const bool isFile = path != nullptr && ux::facts_of(path).kind == ux::FileKind::kRegular;
+    return isFile && ux::may_read(path) ? 0 : -1;
 }

@@ -73,7 +73,7 @@ class CheckLayers(Folder):
         self.assert_clean(
             "src/tree/vectors.cpp",
             '#include "uxtree/tree/vectors.h"\n#include "tree/lookup.h"\n#include "frame/guards.h"\n'
-            '#include "uxtree/host/node.h"\n#include <vector>\n#include <sys/stat.h>\n',
+            '#include "uxtree/host/node.h"\n#include <vector>\n#include <cerrno>\n',
         )
 
     def test_upward_includes_are_refused_in_any_form(self):
@@ -88,6 +88,18 @@ class CheckLayers(Folder):
             '#include_next "tree/lookup.h"',
         ):
             self.assert_refused("src/frame/guards.h", include + "\n", reason)
+
+    def test_headers_of_the_system_belong_to_the_platform(self):
+        for path in ("sys/stat.h", "unistd.h", "windows.h", "locale.h"):
+            include = f"  # include <{path}>\n"
+            self.assert_refused("src/host/arena.cpp", include, f"<{path}> is a header of the system")
+            self.assert_refused("include/uxtree/tree/a.h", include, "is a header of the system")
+            (self.root / "include/uxtree/tree/a.h").unlink()
+            self.assert_refused("src/base/platform.h", include, "is a header of the system")
+            (self.root / "src/base/platform.h").unlink()
+            (self.root / "src/host/arena.cpp").unlink()
+            self.assert_clean("src/base/platform_posix.cpp", include)
+        self.assert_clean("src/xml/scan.cpp", "#include <expat.h>\n#include <emmintrin.h>\n")
 
     def test_includes_in_comments_and_texts_do_not_count(self):
         self.assert_clean(

@@ -6,8 +6,8 @@ Usage: tools/dev/check_layers.py [--rooms] [SOURCE_FOLDER]
 Fails on an include of a room that the including room may not see, whatever the include looks like;
 on topics of a room that include each other in a circle; on the host's own storage named, under any
 alias, outside src/host/; on a header of include/ that needs one of src/; on tools, bindings and
-examples that look into src/; and on a source without a first line that says its topic. With --rooms
-it prints which rooms include which.
+examples that look into src/; on a header of the system outside the sources platform_SYSTEM.cpp; and on
+a source without a first line that says its topic. With --rooms it prints which rooms include which.
 """
 
 import argparse
@@ -22,6 +22,14 @@ TOPICS_SAID = ("src", *OUTSIDE, "tests", "bench", "fuzz")
 CODE = (".cpp", ".h", ".hpp", ".cc", ".c", ".inl")
 # The rooms of the headers that gather others, right below include/uxtree/.
 GATHERING = {"uxtree_Utils.h": "report", "uxtree_c.h": "kit", "script.h": "kit"}
+
+# Headers with a suffix that are the same on every system: of C, of compilers and of libraries. Those
+# of the C++ standard library have none.
+EVERYWHERE = re.compile(
+    r"(stdbool|stddef|stdint|emmintrin|expat|angelscript|editline/readline)\.h$"
+    r"|(CLI|fmt|nlohmann|angelscript|fast_float)/"
+)
+OF_SYSTEMS = re.compile(r"(src/base|tools/uxtree/support)/platform_\w+\.cpp$")
 
 COMMENT_OR_TEXT = re.compile(
     r'//[^\n]*|/\*.*?\*/|R"([^()\\\s]*)\(.*?\)\1"|"(?:\\.|[^"\\\n])*"|(?<!\w)\'(?:\\.|[^\'\\\n])*\'',
@@ -153,6 +161,15 @@ def check_outside_file(root, source, text, rooms):
     yield from check_storage(source, text)
 
 
+def check_system(source, text):
+    """Only sources of the platform know the system."""
+    if OF_SYSTEMS.match(source.as_posix()):
+        return
+    for written, path in includes_of(text):
+        if path and written.startswith("<") and "." in path and not EVERYWHERE.match(path):
+            yield f"{source}: {written} is a header of the system, which belongs behind platform.h"
+
+
 def circles(graph):
     """Circles of names, each as the path that leads back to its start."""
     done = set()
@@ -192,6 +209,7 @@ def check(root, rooms, files):
             source = path.relative_to(root)
             own = File(path.relative_to(root / base).as_posix(), rooms)
             yield from check_library_file(source, own, path.read_text(), rooms, files)
+            yield from check_system(source, path.read_text())
     for base in OUTSIDE:
         for path in code_below(root / base):
             yield from check_outside_file(root, path.relative_to(root), path.read_text(), rooms)
