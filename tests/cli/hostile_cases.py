@@ -21,6 +21,8 @@ CASES = [
            "zcat"),
     binary("NamesArchives", b"PK\x03\x04" + bytes(40), "compressed (zip): unpack it first"),
     binary("NamesPictures", b"\x89PNG\r\n\x1a\n" + bytes(40), "this is no XML: a PNG file"),
+    case("TellsThatATextIsNoXml", ["show", "t.json"], files={"t.json": "\n{\"a\": 1}"}, code=3,
+         err=["t.json:2:1: ", "hint: this is no XML file: those begin with <"]),
     binary("NamesBinaryFiles", bytes(range(256)) * 4, "this is no XML: a binary file"),
     binary("NamesTheLikelyEncoding", "<r>grün</r>".encode("latin-1"), "f.xml:1:6",
            "the bytes are no UTF-8, probably ISO-8859-1", "iconv -f ISO-8859-1"),
@@ -62,7 +64,9 @@ def check_shown(text):
 
 def test_ShowsWhatSteersATerminal(tool):
     tool.write("t.xml", NASTY)
-    for args in (["show", "-a", "t.xml"], ["query", "//a", "t.xml"], ["query", "--xml", "//a", "t.xml"],
+    tool.write("raw.xml", "<r><a t='\u009b31m'>x\u202ey\u0085z</a></r>")
+    for args in (["show", "-a", "t.xml"], ["query", "//a", "t.xml"],
+                 ["query", "--xml", "//a", "raw.xml"],
                  ["attr", "t.xml", "get", "t"], ["query", "-t", "//a", "t.xml"],
                  ["query", "-f", "csv", "//@t", "t.xml"]):
         seen = on_terminal(tool, *args)

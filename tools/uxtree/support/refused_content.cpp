@@ -87,6 +87,14 @@ constexpr std::array<Magic, 12> kMagic{{
      nullptr},
 }};
 
+// Not so for text that is something else altogether, such as JSON or a table.
+bool begins_as_xml(std::string_view start) {
+    constexpr std::string_view kMark = "\xEF\xBB\xBF";
+    if (start.starts_with(kMark)) start.remove_prefix(kMark.size());
+    const std::size_t first = start.find_first_not_of(" \t\r\n");
+    return first == std::string_view::npos || start[first] == '<';
+}
+
 // A message for what is no text at all; nothing is thrown for what may be broken XML.
 void throw_unless_text(const std::string& name, std::string_view start) {
     for (const Magic& magic : kMagic) {
@@ -171,11 +179,15 @@ Failure RefusedContent::failure(const std::string& name) {
         error_.message.IsEmpty() ? "cannot be loaded" : static_cast<const char*>(error_.message);
     if (error_.line <= 0) return {kUnreadable, name, message, advice_for(message)};
     throw_unless_text(name, start_);
-    const std::string encoding =
-        asksForEncoding_ && !declares_encoding(start_) ? encoding_.hint() : "";
     const bool isText = start_.find('\0') == std::string::npos;
+    std::string hint;
+    if (isText && !begins_as_xml(start_)) {
+        hint = "this is no XML file: those begin with <";
+    } else if (asksForEncoding_ && !declares_encoding(start_)) {
+        hint = encoding_.hint();
+    }
     Failure failure(kUnreadable, fmt::format("{}:{}:{}", name, error_.line, error_.column), message,
-                    encoding.empty() ? advice_for(message) : encoding);
+                    hint.empty() ? advice_for(message) : hint);
     if (isText) failure.with_excerpt(excerpt(line_, column_));
     return failure;
 }
