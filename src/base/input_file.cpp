@@ -10,6 +10,8 @@ namespace ux {
 namespace {
 
 constexpr char kNothing[kReadAhead] = {};
+// Smaller files are read in one go, which no advice about what comes next makes faster.
+constexpr std::size_t kReadAtOnce = std::size_t{1} << 16;
 
 }  // namespace
 
@@ -24,9 +26,9 @@ RegularFile::RegularFile(const char* name) {
     } else if (facts.kind != FileKind::kRegular) {
         reason_ = "not a regular file";
     } else {
-        expect_whole_read(file);
-        file_ = std::move(file);
         size_ = static_cast<std::size_t>(facts.size);
+        if (size_ > kReadAtOnce) expect_whole_read(file);
+        file_ = std::move(file);
     }
 }
 

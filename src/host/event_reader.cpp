@@ -8,10 +8,7 @@
 #include <vector>
 
 #include "base/seeded_hash.h"
-#include "host/document.h"
 #include "host/watched_input.h"
-#include "xml/encodings.h"
-#include "xml/read_document.h"
 
 namespace uxhost {
 namespace {
@@ -66,21 +63,8 @@ private:
 bool read_events(const ux::xml::ByteSource& source, std::uint64_t totalBytes,
                  const LoadOptions& options, UXXmlEvents& events, UXFileError& error) {
     EventSink sink(events);
-    WatchedInput input(source, totalBytes, options, [] { return std::size_t{0}; });
-    ux::xml::ReadOptions reading;
-    reading.codePage = ux::xml::code_page_encoding(default_code_page());
-    reading.expatAlone = options.parserAlone;
-    reading.window = options.window;
-
-    const ux::xml::ByteSource watched = input.source();
-    ux::xml::ReadError problem;
-    ux::xml::DocumentReader<EventSink> reader(watched, sink, reading);
-    if (reader.run(problem)) return true;
-    if (!input.reason().empty()) problem = {input.reason()};
-    error.message = problem.message.c_str();
-    error.line = problem.line;
-    error.column = problem.column;
-    return false;
+    const auto noMemory = [] { return std::size_t{0}; };
+    return read_watched(source, totalBytes, options, noMemory, sink, error);
 }
 
 }  // namespace uxhost

@@ -1,4 +1,4 @@
-// Inputs that somebody keeps an eye on.
+// Reading inputs that somebody keeps an eye on.
 #pragma once
 
 #include <algorithm>
@@ -8,8 +8,13 @@
 #include <string>
 #include <utility>
 
+#include "uxtree/host/embedded.h"
+
+#include "host/document.h"
 #include "host/load_options.h"
 #include "xml/byte_source.h"
+#include "xml/encodings.h"
+#include "xml/read_document.h"
 
 namespace uxhost {
 
@@ -25,6 +30,7 @@ public:
                 [this](std::uint64_t offset) {
                     source_.seek(offset);
                     done_ = offset;
+                    atEnd_ = false;
                 }};
     }
     // Why it ended, "" when it did not.
@@ -36,7 +42,9 @@ private:
     long read(char* buffer, std::size_t size) {
         if (reason_.empty()) check();
         if (!reason_.empty()) return -1;
+        if (atEnd_) return 0;
         const long got = source_.read(buffer, std::min(size, kStepBytes));
+        atEnd_ = got == 0;
         if (got > 0) done_ += static_cast<std::uint64_t>(got);
         return got;
     }
@@ -58,7 +66,32 @@ private:
     const LoadOptions& options_;
     std::function<std::size_t()> memory_;
     std::uint64_t done_ = 0;
+    bool atEnd_ = false;
     std::string reason_;
 };
+
+// Reads a whole input into a sink, as DocumentReader does. False, with the reason and its place,
+// when it is refused.
+template <class Sink>
+bool read_watched(const ux::xml::ByteSource& source, std::uint64_t total,
+                  const LoadOptions& options, std::function<std::size_t()> memory, Sink& sink,
+                  UXFileError& error) {
+    WatchedInput input(source, total, options, std::move(memory));
+    ux::xml::ReadOptions reading;
+    reading.codePage = ux::xml::code_page_encoding(default_code_page());
+    reading.expatAlone = options.parserAlone;
+    reading.window = options.window;
+    // The whole of a small input, and room to see that nothing follows.
+    if (total != 0 && total < reading.window) reading.window = static_cast<std::size_t>(total) + 1;
+
+    const ux::xml::ByteSource watched = input.source();
+    ux::xml::ReadError problem;
+    if (ux::xml::DocumentReader<Sink>(watched, sink, reading).run(problem)) return true;
+    if (!input.reason().empty()) problem = {input.reason()};
+    error.message = problem.message.c_str();
+    error.line = problem.line;
+    error.column = problem.column;
+    return false;
+}
 
 }  // namespace uxhost

@@ -7,6 +7,7 @@
 
 namespace ux::xml {
 
+// Begins at the start of its input.
 struct ByteSource {
     // Yields how many bytes were put into the buffer, at most size; 0 at the end and a negative
     // number for a failure.

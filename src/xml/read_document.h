@@ -50,7 +50,6 @@ public:
 
 private:
     ReadResult read_strictly() {
-        source_.seek(0);
         Window window(source_, options_.window);
         StrictReader<Sink> reader(window, sink_);
         const ReadResult result = reader.run();
