@@ -17,8 +17,9 @@ std::align_val_t alignment_of(std::size_t bytes) {
     return std::align_val_t{bytes >= kFullChunkBytes ? kFullChunkBytes : 64};
 }
 
-// A few full chunks that no document uses, for the next that needs one: the first touch of new
-// memory costs more than most of what is then done with it. Any thread may ask.
+// A few chunks of one size that no document uses, for the next that needs one: the first touch of
+// new memory costs more than most of what is then done with it, and small documents do little else
+// than ask for memory and give it back. Any thread may ask.
 class SpareChunks {
 public:
     char* take() noexcept {
@@ -39,12 +40,33 @@ public:
 private:
     std::array<std::atomic<char*>, 8> slots_{};
 };
-SpareChunks spareChunks;
+
+// Those of a size; null for sizes of which none are kept. AddressSanitizer is to see memory that is
+// used after it was given back: under it none are kept.
+SpareChunks* spares_of([[maybe_unused]] std::size_t bytes) {
+#ifndef __SANITIZE_ADDRESS__
+    static constinit SpareChunks first;
+    static constinit SpareChunks second;
+    static constinit SpareChunks full;
+    switch (bytes) {
+        case kFirstChunkBytes:
+            return &first;
+        case kFirstChunkBytes * 8:
+            return &second;
+        case kFullChunkBytes:
+            return &full;
+        default:
+            break;
+    }
+#endif
+    return nullptr;
+}
 
 }  // namespace
 
-Chunk::Chunk(std::size_t bytes)
-    : data_(bytes == kFullChunkBytes ? spareChunks.take() : nullptr), size_(bytes) {
+Chunk::Chunk(std::size_t bytes) : size_(bytes) {
+    SpareChunks* const spares = spares_of(bytes);
+    if (spares != nullptr) data_ = spares->take();
     if (data_ != nullptr) return;
     data_ = static_cast<char*>(::operator new(bytes, alignment_of(bytes)));
     if (bytes >= kFullChunkBytes) ux::use_large_pages(data_, bytes);
@@ -57,7 +79,8 @@ Chunk& Chunk::operator=(Chunk&& other) noexcept {
     return *this;
 }
 Chunk::~Chunk() {
-    if (data_ == nullptr || (size_ == kFullChunkBytes && spareChunks.keep(data_))) return;
+    SpareChunks* const spares = data_ == nullptr ? nullptr : spares_of(size_);
+    if (spares != nullptr && spares->keep(data_)) return;
     ::operator delete(data_, alignment_of(size_));
 }
 

@@ -95,7 +95,10 @@ NameId NameTable::find(std::string_view name) const {
 
 NameId NameTable::intern(std::string_view name, ByteArena& bytes) {
     const auto hash = static_cast<std::uint32_t>(ux::seeded_hash(name));
-    if (slots_.empty()) rehash(16);
+    if (slots_.empty()) {
+        names_.reserve(kFirstSlots / 2);
+        rehash(kFirstSlots);
+    }
     std::size_t slot = probe(name, hash);
     if (slots_[slot] != 0) return slots_[slot];
     if (2 * names_.size() >= slots_.size()) {
@@ -157,15 +160,6 @@ const Attribute* Document::find_marked(const Element& element, const char* name)
     for (std::uint32_t i = 0; i < element.attributeCount; ++i, ++attribute) {
         if (NameTable::mark_in(attribute->name) != mark) continue;
         if (std::strcmp(this->name(attribute->name), name) == 0) return attribute;
-    }
-    return nullptr;
-}
-
-const Attribute* Document::find_attribute(const Element& element, NameId name) const {
-    if (element.attributeCount == 0) return nullptr;
-    const Attribute* attribute = attributes(element);
-    for (std::uint32_t i = 0; i < element.attributeCount; ++i, ++attribute) {
-        if (attribute->name == name) return attribute;
     }
     return nullptr;
 }
@@ -442,16 +436,6 @@ void Document::clear() noexcept {
     if (top == nullptr) return;
     root_ = 0;
     release(top);
-}
-
-Element* Document::next_below(const Element& top, const Element& element) const {
-    if (element.first != 0) return elements_.at(element.first);
-    const Element* at = &element;
-    while (at != &top) {
-        if (at->next != 0) return elements_.at(at->next);
-        at = elements_.at(at->parent);
-    }
-    return nullptr;
 }
 
 NameId Document::map_name(const Document& from, NameId name, NameMap& nameMap) {

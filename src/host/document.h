@@ -87,6 +87,7 @@ private:
     };
     static constexpr NameId kMarkMask = (NameId{1} << kMarkBits) - 1;
     static constexpr std::size_t kMostNames = std::size_t{1} << (32 - kMarkBits);
+    static constexpr std::size_t kFirstSlots = 64;
 
     NameId id_at(std::size_t place) const {
         return static_cast<NameId>(place << kMarkBits) | mark_of(names_[place].text.data());
@@ -145,7 +146,13 @@ public:
         }
         return find_marked(element, name);
     }
-    const Attribute* find_attribute(const Element& element, NameId name) const;
+    const Attribute* find_attribute(const Element& element, NameId name) const {
+        if (element.attributeCount == 0) return nullptr;
+        const Attribute* attribute = attributes(element);
+        const Attribute* const end = attribute + element.attributeCount;
+        while (attribute != end && attribute->name != name) ++attribute;
+        return attribute != end ? attribute : nullptr;
+    }
     void set_attribute(Element& element, NameId name, std::string_view value);
     // Sets all attributes of another element; all or none.
     void merge_attributes(Element& element, const Document& from, const Element& source);
@@ -209,7 +216,13 @@ public:
     // of the children's numbers from 0. Handles into the branches of moved contents become invalid.
     void arrange_children(Element& parent, const int* order);
     // The next element in pre-order below top, null at the end.
-    Element* next_below(const Element& top, const Element& element) const;
+    Element* next_below(const Element& top, const Element& element) const {
+        if (element.first != 0) return elements_.at(element.first);
+        for (const Element* at = &element; at != &top; at = elements_.at(at->parent)) {
+            if (at->next != 0) return elements_.at(at->next);
+        }
+        return nullptr;
+    }
 
     // What the storage of elements, texts and names takes.
     std::size_t memory_bytes() const {
