@@ -99,6 +99,9 @@ class CheckLayers(Folder):
             (self.root / "src/base/platform.h").unlink()
             (self.root / "src/host/arena.cpp").unlink()
             self.assert_clean("src/base/platform_posix.cpp", include)
+            self.assert_refused("tools/uxtree/show.cpp", include, f"<{path}> is a header of the system")
+            (self.root / "tools/uxtree/show.cpp").unlink()
+            self.assert_clean("tools/uxtree/support/platform_posix.cpp", include)
         self.assert_clean("src/xml/scan.cpp", "#include <expat.h>\n#include <emmintrin.h>\n")
 
     def test_includes_in_comments_and_texts_do_not_count(self):

@@ -6,7 +6,7 @@ Usage: tools/dev/check_layers.py [--rooms] [SOURCE_FOLDER]
 Fails on an include of a room that the including room may not see, whatever the include looks like;
 on topics of a room that include each other in a circle; on the host's own storage named, under any
 alias, outside src/host/; on a header of include/ that needs one of src/; on tools, bindings and
-examples that look into src/; on a header of the system outside the sources platform_SYSTEM.cpp; and on
+examples that look into src/; on a header of the system in src/ or tools/ outside platform_SYSTEM.cpp; and on
 a source without a first line that says its topic. With --rooms it prints which rooms include which.
 """
 
@@ -213,6 +213,8 @@ def check(root, rooms, files):
     for base in OUTSIDE:
         for path in code_below(root / base):
             yield from check_outside_file(root, path.relative_to(root), path.read_text(), rooms)
+            if base == "tools":
+                yield from check_system(path.relative_to(root), path.read_text())
     for circle in [*circles(topic_graph(files)), *circles(header_graph(files))]:
         yield f"a circle of includes: {' -> '.join(circle)}"
     for base in TOPICS_SAID:

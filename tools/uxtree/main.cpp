@@ -1,6 +1,5 @@
 // The command-line tool: finds the command, reads its options, turns failures into exit codes.
 #include <algorithm>
-#include <csignal>
 #include <new>
 #include <optional>
 
@@ -11,6 +10,7 @@
 #include "support/command.h"
 #include "support/file.h"
 #include "support/output.h"
+#include "support/platform.h"
 #include "support/style.h"
 #include "support/text.h"
 
@@ -51,23 +51,10 @@ std::string general_help() {
     return text;
 }
 
-// What was begun is removed, and the program dies as it would have without this.
-void die_of_signal(int signal) {
+// Nothing that was begun stays behind.
+void clean_up() {
     UXRemoveUnfinishedFiles();
     remove_temporaries();
-    std::signal(signal, SIG_DFL);
-    std::raise(signal);
-}
-
-void clean_up_on_signals() {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        struct sigaction action {};
-        // What was to be ignored, as under nohup, still is.
-        if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) continue;
-        action.sa_handler = die_of_signal;
-        action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
-        ::sigaction(signal, &action, nullptr);
-    }
 }
 
 void print(const std::string& text) {
@@ -214,10 +201,8 @@ int run(Words words) {
 
 int main(int argc, char** argv) {
     using namespace uxtool;
-    clean_up_on_signals();
-    // What cannot be written fails instead, and ends the run: into a closed pipe, or beyond a limit.
-    std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGXFSZ, SIG_IGN);
+    clean_up_before_death(clean_up);
+    survive_failed_writes();
     try {
         return run(Words(argv + 1, argv + argc));
     } catch (const ClosedPipe&) {

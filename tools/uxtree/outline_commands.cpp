@@ -4,9 +4,6 @@
 #include <cstdint>
 #include <optional>
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include "uxtree/kit/outline.h"
 #include "uxtree/outline/layout.h"
 
@@ -14,6 +11,7 @@
 #include "support/input.h"
 #include "support/json.h"
 #include "support/output.h"
+#include "support/platform.h"
 #include "support/text.h"
 #include "support/tree.h"
 #include "support/tree_lines.h"
@@ -170,10 +168,10 @@ void write_xml(Output& out, const UXXmlWrapperBase& root, const std::string& fil
 
 // Does the file hold characters beyond U+FFFF? The streamed scan ends at the first of them.
 bool holds_long_characters(const std::string& path) {
-    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    const Descriptor file = open_to_read(path);
     std::array<char, 65536> block;
     for (;;) {
-        const ssize_t got = ::read(file.number(), block.data(), block.size());
+        const long got = read_some(file, block.data(), block.size());
         if (got <= 0) return false;
         unsigned highest = 0;
         for (std::size_t i = 0; i < static_cast<std::size_t>(got); ++i) {

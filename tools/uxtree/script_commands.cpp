@@ -1,19 +1,13 @@
 // uxtree/script: running scripts, and a dialogue in their language.
 #include <algorithm>
 #include <cerrno>
-#include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
-
-#include <fcntl.h>
-#include <signal.h>
-#include <sys/resource.h>
-#include <sys/time.h>
-#include <unistd.h>
 
 #define AS_USE_NAMESPACE
 #include <angelscript.h>
@@ -25,6 +19,7 @@
 #include "support/command.h"
 #include "support/file.h"
 #include "support/output.h"
+#include "support/platform.h"
 
 namespace uxtool {
 namespace {
@@ -32,7 +27,7 @@ namespace {
 struct LimitOptions {
     double seconds = 60;
     int depth = 1000;
-    unsigned long long megabytes = 2048;
+    std::uint64_t megabytes = 2048;
 };
 
 void add_limits(CLI::App& app, LimitOptions& limits) {
@@ -58,7 +53,7 @@ volatile std::size_t waitingSize = 0;
 bool nobodyReads = false;
 
 void flush_prints() {
-    const bool written = write_fully(STDOUT_FILENO, {waiting, waitingSize});
+    const bool written = write_fully(kStandardOutput, {waiting, waitingSize});
     waitingSize = 0;
     if (!written) {
         nobodyReads = errno == EPIPE;
@@ -69,7 +64,7 @@ void flush_prints() {
 void print(std::string_view text) {
     if (waitingSize + text.size() > sizeof waiting) flush_prints();
     if (text.size() > sizeof waiting) {
-        if (write_fully(STDOUT_FILENO, text)) return;
+        if (write_fully(kStandardOutput, text)) return;
         nobodyReads = errno == EPIPE;
         throw std::runtime_error("cannot write to standard output: " + system_error());
     }
@@ -80,37 +75,25 @@ void print(std::string_view text) {
 // --- limits ----------------------------------------------------------------------------------------
 
 void write_error(std::string_view text) {
-    [[maybe_unused]] const bool written = write_fully(STDERR_FILENO, text);
+    [[maybe_unused]] const bool written = write_fully(kStandardError, text);
 }
 
 // Ends the process as far as that is safe from anywhere.
 [[noreturn]] void end_at_limit(std::string_view why) {
-    [[maybe_unused]] const bool written = write_fully(STDOUT_FILENO, {waiting, waitingSize});
+    [[maybe_unused]] const bool written = write_fully(kStandardOutput, {waiting, waitingSize});
     write_error(why);
     UXRemoveUnfinishedFiles();
     remove_temporaries();
-    ::_exit(kRefused);
+    std::_Exit(kRefused);
 }
 
 // A call of the script that does not come back: between statements the engine stops in time itself.
-void at_alarm(int) {
+void end_late() {
     end_at_limit("error: stopped within a call that takes longer than --time allows\n");
 }
 
 void start_alarm(double seconds) {
-    if (seconds <= 0) return;
-    struct sigaction action {};
-    action.sa_handler = at_alarm;
-    ::sigaction(SIGALRM, &action, nullptr);
-    itimerval timer{};
-    const double late = seconds + 1 + seconds / 10;
-    timer.it_value.tv_sec = static_cast<time_t>(late);
-    timer.it_value.tv_usec = static_cast<suseconds_t>((late - std::floor(late)) * 1e6);
-    ::setitimer(ITIMER_REAL, &timer, nullptr);
-}
-void stop_alarm() {
-    const itimerval none{};
-    ::setitimer(ITIMER_REAL, &none, nullptr);
+    if (seconds > 0) call_after(seconds + 1 + seconds / 10, end_late);
 }
 
 // The language does not survive a refusal of the small pieces that it works with; a large one is an
@@ -123,15 +106,11 @@ void* allocate(std::size_t size) {
     return piece;
 }
 
-void limit_memory(unsigned long long megabytes) {
+void limit_megabytes(std::uint64_t megabytes) {
     AngelScript::asSetGlobalMemoryFunctions(allocate, std::free);
 #if !defined(__SANITIZE_ADDRESS__)  // which reserves more than any limit
     if (megabytes == 0) return;
-    const rlim_t bytes = static_cast<rlim_t>(megabytes) << 20;
-    rlimit limit{};
-    if (::getrlimit(RLIMIT_AS, &limit) != 0) return;
-    limit.rlim_cur = std::min(bytes, limit.rlim_max);
-    if (::setrlimit(RLIMIT_AS, &limit) != 0) {
+    if (!limit_memory(megabytes << 20)) {
         throw Failure(kRefused, "cannot limit the memory: " + system_error());
     }
 #else
@@ -188,7 +167,7 @@ void require_readable(const std::string& path) {
     if (std::filesystem::is_directory(path, error)) {
         throw Failure(kUnreadable, path, "is a folder");
     }
-    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    const Descriptor file = open_to_read(path);
     if (!file.is_open()) throw Failure(kUnreadable, path, system_error());
 }
 
@@ -217,13 +196,13 @@ std::vector<std::string> compile(const RunOptions& options, UXScriptEngine& engi
 }
 
 int run_script(const RunOptions& options) {
-    limit_memory(options.limits.megabytes);
+    limit_megabytes(options.limits.megabytes);
     UXScriptEngine engine = make_engine();
     const std::vector<std::string> arguments = compile(options, engine);
     start_alarm(options.limits.seconds);
     int result = 0;
     const UXScriptOutcome outcome = engine.run_main(arguments, result, limits_of(options.limits));
-    stop_alarm();
+    call_nothing_after();
     if (!nobodyReads) flush_prints();
     if (nobodyReads) throw ClosedPipe();
     if (outcome != UXScriptOutcome::kDone) {
@@ -273,7 +252,7 @@ char** complete(const char* text, int, int) {
 // Lines of a terminal with history and completion, or of a pipe.
 class Lines {
 public:
-    explicit Lines(UXScriptEngine& engine) : terminal_(::isatty(STDIN_FILENO) == 1) {
+    explicit Lines(UXScriptEngine& engine) : terminal_(uxtool::is_terminal(kStandardInput)) {
         if (!terminal_) return;
         completing = &engine;
         static char name[] = "uxtree";
@@ -356,7 +335,7 @@ const char* const kHelp =
     "Tab completes names. quit, or the end of the input, ends the dialogue.\n";
 
 int run_dialogue(const LimitOptions& options) {
-    limit_memory(options.megabytes);
+    limit_megabytes(options.megabytes);
     UXScriptEngine engine = make_engine();
     Lines lines(engine);
     const auto show = [](const UXXmlWrapperBase& node) {
@@ -379,7 +358,7 @@ int run_dialogue(const LimitOptions& options) {
         }
         start_alarm(options.seconds);
         const UXScriptOutcome outcome = engine.run_line(line, limits_of(options), show);
-        stop_alarm();
+        call_nothing_after();
         if (nobodyReads) throw ClosedPipe();
         flush_prints();
         tell_problem(engine, outcome);

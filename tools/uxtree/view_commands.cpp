@@ -8,18 +8,14 @@
 #include <utility>
 #include <vector>
 
-#include <spawn.h>
-#include <stdlib.h>
-
 #include "uxtree/host/embedded.h"
 
 #include "support/command.h"
 #include "support/input.h"
 #include "support/json.h"
 #include "support/output.h"
+#include "support/platform.h"
 #include "support/spectrum_plot.h"
-
-extern char** environ;
 
 namespace uxtool {
 
@@ -231,22 +227,11 @@ void write_page(Output& out, const std::vector<Viewed>& files) {
 
 // A file that nobody else can write to, in a new folder among the temporary ones.
 std::string temporary_page(const std::string& name) {
-    std::string folder = (std::filesystem::temp_directory_path() / "uxtree-view-XXXXXX").string();
-    if (::mkdtemp(folder.data()) == nullptr) {
+    std::string folder = (std::filesystem::temp_directory_path() / "uxtree-view-").string();
+    if (!create_folder_that_begins(folder)) {
         throw Failure(kRefused, folder, "no folder can be made there", "-o FILE writes elsewhere");
     }
     return (std::filesystem::path(folder) / (name + ".html")).string();
-}
-
-void open_on_desktop(const std::string& page) {
-    if (::getenv("DISPLAY") == nullptr && ::getenv("WAYLAND_DISPLAY") == nullptr) return;
-    std::string program = "xdg-open";
-    std::string file = page;
-    char* arguments[] = {program.data(), file.data(), nullptr};
-    pid_t child = 0;
-    if (::posix_spawnp(&child, program.c_str(), nullptr, nullptr, arguments, environ) != 0) {
-        note("xdg-open cannot be run; open " + page + " in a browser");
-    }
 }
 
 int run_view(const ViewOptions& options) {
@@ -263,7 +248,9 @@ int run_view(const ViewOptions& options) {
         name.print("{}\n", page);
         name.finish();
     }
-    if (!options.noOpen) open_on_desktop(page);
+    if (!options.noOpen && has_desktop() && !open_on_desktop(page)) {
+        note(std::string(kOpener) + " cannot be run; open " + page + " in a browser");
+    }
     return code;
 }
 

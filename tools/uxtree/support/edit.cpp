@@ -1,9 +1,9 @@
 // Commands that change files: which nodes, several files, and the report.
 #include "support/edit.h"
 
+#include <filesystem>
 #include <optional>
-
-#include <unistd.h>
+#include <system_error>
 
 #include "support/input.h"
 #include "support/node_path.h"
@@ -137,7 +137,8 @@ private:
 [[noreturn]] void throw_no_edit(const EditOptions& options) {
     if (options.files.empty()) throw_no_file(options);
     const std::string& last = options.files.back();
-    if (last == "-" || ::access(last.c_str(), F_OK) == 0) {
+    std::error_code error;
+    if (last == "-" || std::filesystem::exists(last, error)) {
         throw Failure(kUsage, "uxtree", "say what to do after FILE", options.hint);
     }
     const std::string meant = nearest(last, options.names);

@@ -3,8 +3,7 @@
 
 #include <cstdio>
 
-#include <unistd.h>
-
+#include "support/platform.h"
 #include "support/style.h"
 #include "support/text.h"
 
@@ -19,7 +18,7 @@ void print(const std::string& text) {
         *heldBack += text;
         return;
     }
-    const std::string shown = isatty(STDERR_FILENO) == 1 ? terminal_safe(text) : text;
+    const std::string shown = is_terminal(kStandardError) ? terminal_safe(text) : text;
     std::fwrite(shown.data(), 1, shown.size(), stderr);
 }
 

@@ -1,42 +1,14 @@
-// File descriptors and temporary files.
+// Making temporary files, and removing those that a signal leaves behind.
 #include "support/file.h"
 
 #include <array>
 #include <atomic>
-#include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <system_error>
-
-#include <unistd.h>
 
 #include "support/failure.h"
 
 namespace uxtool {
-
-Descriptor::~Descriptor() {
-    if (is_open()) ::close(number_);
-}
-
-bool Descriptor::close() {
-    if (!is_open()) return true;
-    return ::close(std::exchange(number_, -1)) == 0;
-}
-
-std::string system_error() {
-    return std::generic_category().message(errno);
-}
-
-bool write_fully(int descriptor, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) return false;
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
 namespace {
 
 // The last temporary files, where a signal handler can read them. Removing one that is gone is no
@@ -60,15 +32,15 @@ void remember(const std::string& path) {
 
 void remove_temporaries() {
     for (const Remembered& file : temporaries) {
-        if (file.ready) ::unlink(file.path);
+        if (file.ready) remove_file(file.path);
     }
 }
 
 std::pair<std::string, Descriptor> create_temporary() {
     const char* folder = std::getenv("TMPDIR");
     const bool given = folder != nullptr && *folder != '\0';
-    std::string path = std::string(given ? folder : "/tmp") + "/uxtree-XXXXXX";
-    Descriptor descriptor(::mkstemp(path.data()));
+    std::string path = std::string(given ? folder : "/tmp") + "/uxtree-";
+    Descriptor descriptor = create_file_that_begins(path);
     if (!descriptor.is_open()) {
         throw Failure(kRefused, path, system_error(), "set TMPDIR to a folder with room");
     }

@@ -9,10 +9,7 @@
 #include <mutex>
 #include <thread>
 
-#include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "uxtree/host/embedded.h"
 
@@ -31,11 +28,10 @@ namespace {
 // Opens for reading; a directory is refused here, since reading one fails with a poorer message.
 Descriptor open_for_reading(const std::string& file) {
     errno = 0;
-    if (file == "-") return Descriptor(::dup(STDIN_FILENO));
-    Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    if (file == "-") return standard_input();
+    Descriptor descriptor = open_to_read(file);
     if (!descriptor.is_open()) throw_unreadable(file);
-    struct stat status {};
-    if (::fstat(descriptor.number(), &status) == 0 && S_ISDIR(status.st_mode)) {
+    if (kind_of(descriptor.number()) == FileKind::kFolder) {
         errno = EISDIR;
         throw_unreadable(file, "name the XML files in it");
     }
@@ -43,8 +39,7 @@ Descriptor open_for_reading(const std::string& file) {
 }
 
 bool is_regular(const Descriptor& descriptor) {
-    struct stat status {};
-    return ::fstat(descriptor.number(), &status) == 0 && S_ISREG(status.st_mode);
+    return kind_of(descriptor.number()) == FileKind::kRegular;
 }
 
 // Hands on the content block by block, until take yields false.
@@ -52,8 +47,7 @@ template <typename Take>
 void read_blocks(const Descriptor& descriptor, const std::string& file, Take&& take) {
     std::array<char, 65536> block;
     for (;;) {
-        const ssize_t got = ::read(descriptor.number(), block.data(), block.size());
-        if (got < 0 && errno == EINTR) continue;
+        const long got = read_some(descriptor, block.data(), block.size());
         if (got < 0) throw_unreadable(file);
         if (got == 0 || !take(std::string_view(block.data(), static_cast<std::size_t>(got))))
             return;
@@ -137,7 +131,7 @@ void require_readable(const std::string& file) {
 }
 
 void throw_refused_file(const std::string& name, const std::string& path) {
-    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    const Descriptor file = open_to_read(path);
     if (!file.is_open() || !is_regular(file)) throw_load_failure(name, "");
     throw_load_failure(name, file, path);
 }
@@ -158,9 +152,9 @@ NamedInput::NamedInput(const std::string& file, std::uint64_t maxSpool) : path_(
     if (file != "-" && is_regular(source)) return;
     auto made = create_temporary();
     const std::string path = made.first;
-    ::unlink(path.c_str());
+    remove_file(path.c_str());
     copy_ = std::move(made.second);
-    path_ = "/proc/self/fd/" + std::to_string(copy_.number());
+    path_ = path_of(copy_);
     const Progress progress("reading " + input_name(file));
     std::uint64_t size = 0;
     read_blocks(source, file, [&](std::string_view block) {
@@ -232,7 +226,7 @@ struct Progress::Ticker {
 };
 
 Progress::Progress(std::string text) {
-    if (isatty(STDERR_FILENO) == 1 && !HeldMessages::is_held())
+    if (is_terminal(kStandardError) && !HeldMessages::is_held())
         ticker_ = std::make_unique<Ticker>(terminal_safe(clipped(text, 60)));
 }
 

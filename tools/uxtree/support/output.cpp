@@ -3,10 +3,8 @@
 
 #include <algorithm>
 #include <cerrno>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <filesystem>
+#include <system_error>
 
 #include "support/input.h"
 #include "support/replace_files.h"
@@ -24,8 +22,9 @@ bool is_standard_output(const std::string& file) {
 }
 
 bool exists_but_not_regular(const std::string& file) {
-    struct stat status {};
-    return ::stat(file.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(file, error);
+    return std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
 }
 
 [[noreturn]] void throw_save_failure(const std::string& name) {
@@ -98,13 +97,13 @@ std::size_t cut_character(std::string_view text) {
 Output::Output(const std::string& file) : palette_(false) {
     if (is_standard_output(file)) {
         name_ = "stdout";
-        descriptor_ = STDOUT_FILENO;
+        descriptor_ = kStandardOutput;
     } else {
         name_ = file;
         open_file(file);
     }
     palette_ = palette_for_descriptor(descriptor_);
-    isTerminal_ = descriptor_ >= 0 && ::isatty(descriptor_) == 1;
+    isTerminal_ = descriptor_ >= 0 && is_terminal(descriptor_);
 }
 
 void Output::open_file(const std::string& file) {
@@ -113,7 +112,7 @@ void Output::open_file(const std::string& file) {
         if (replaced_->Error() != 0) throw_write_error(replaced_->Error());
         return;
     }
-    file_ = Descriptor(::open(file.c_str(), O_WRONLY | O_CLOEXEC));
+    file_ = open_to_write(file);
     if (!file_.is_open()) throw_write_error(errno);
     descriptor_ = file_.number();
 }
@@ -132,8 +131,7 @@ void Output::write(std::string_view text) {
 }
 
 void Output::end_line() {
-    struct stat status {};
-    const bool isFile = ::fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode);
+    const bool isFile = kind_of(descriptor_) == FileKind::kRegular;
     const bool isWide = first_ == '\0' || first_ == '\xff' || first_ == '\xfe' || last_ == '\0';
     if (!isFile && !isWide && last_ != '\n') write("\n");
 }

@@ -4,12 +4,10 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <system_error>
 #include <utility>
 
-#include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "support/failure.h"
 #include "support/file.h"
@@ -22,25 +20,25 @@ namespace {
 // The same file under another name, or where the file system cannot do that, a copy: nobody else can
 // read it before it is complete.
 bool link_or_copy(const std::string& file, const std::string& other) {
-    if (::link(file.c_str(), other.c_str()) == 0) return true;
-    struct stat status {};
-    if (errno == EEXIST || ::stat(file.c_str(), &status) != 0) return false;
+    std::error_code error;
+    std::filesystem::create_hard_link(file, other, error);
+    if (!error) return true;
+    errno = error.value();
+    if (errno == EEXIST || errno == ENOENT) return false;
     const std::string content = read_all(file);
-    Descriptor copy(::open(other.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-    return copy.is_open() && write_fully(copy.number(), content) &&
-           ::fchmod(copy.number(), status.st_mode & 0777U) == 0 && ::fsync(copy.number()) == 0 &&
-           copy.close();
+    Descriptor copy = create_file(other);
+    return copy.is_open() && write_fully(copy.number(), content) && finish_copy(copy, file);
 }
 
 // A link under the other name is replaced, not followed.
 void replace_by_link(const std::string& file, const std::string& other) {
-    const std::string made = fmt::format("{}.tmp{}", other, ::getpid());
-    if (link_or_copy(file, made) && ::rename(made.c_str(), other.c_str()) == 0) {
-        ::unlink(made.c_str());  // still there when the other was this very file before
+    const std::string made = fmt::format("{}.tmp{}", other, process_id());
+    if (link_or_copy(file, made) && std::rename(made.c_str(), other.c_str()) == 0) {
+        remove_file(made.c_str());  // still there when the other was this very file before
         return;
     }
     const std::string reason = system_error();
-    ::unlink(made.c_str());
+    remove_file(made.c_str());
     throw Failure(kRefused, other, reason);
 }
 
@@ -64,7 +62,7 @@ void ReplacedFiles::add(const std::string& file, std::string_view content) {
 
 void ReplacedFiles::put_in_place(Pending& pending) {
     if (pending_.size() > 1 || !backupSuffix_.empty()) {
-        const std::string old = fmt::format("{}.old{}", pending.path, ::getpid());
+        const std::string old = fmt::format("{}.old{}", pending.path, process_id());
         if (!link_or_copy(pending.path, old)) throw Failure(kRefused, old, system_error());
         pending.old = old;
     }
@@ -82,10 +80,10 @@ void ReplacedFiles::keep_backup(Pending& pending) const {
 }
 
 void ReplacedFiles::put_back(const Pending& pending) {
-    if (!pending.backup.empty()) ::unlink(pending.backup.c_str());
+    if (!pending.backup.empty()) remove_file(pending.backup.c_str());
     if (pending.old.empty()) return;
-    if (::rename(pending.old.c_str(), pending.path.c_str()) == 0) {
-        ::unlink(pending.old.c_str());  // still there when the file was never replaced
+    if (std::rename(pending.old.c_str(), pending.path.c_str()) == 0) {
+        remove_file(pending.old.c_str());  // still there when the file was never replaced
         return;
     }
     isWhole_ = false;
@@ -105,7 +103,7 @@ void ReplacedFiles::commit() {
         throw;
     }
     for (const Pending& pending : pending_) {
-        if (!pending.old.empty()) ::unlink(pending.old.c_str());
+        if (!pending.old.empty()) remove_file(pending.old.c_str());
     }
     pending_.clear();
 }

@@ -3,7 +3,7 @@
 
 #include <cstdlib>
 
-#include <unistd.h>
+#include "support/platform.h"
 
 namespace uxtool {
 namespace {
@@ -60,11 +60,11 @@ void set_colour_choice(const std::string& choice) {
 
 Palette palette_for_descriptor(int descriptor) {
     if (colour_choice() != "auto") return Palette(colour_choice() == "always");
-    return Palette(isatty(descriptor) == 1 && !is_set("NO_COLOR") && !is_dumb_terminal());
+    return Palette(is_terminal(descriptor) && !is_set("NO_COLOR") && !is_dumb_terminal());
 }
 
 Palette palette_for_errors() {
-    return palette_for_descriptor(STDERR_FILENO);
+    return palette_for_descriptor(kStandardError);
 }
 
 }  // namespace uxtool
