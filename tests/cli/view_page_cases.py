@@ -297,3 +297,18 @@ def test_DataOfThePageIsJson(tool):
     assert data[0]["name"] == "smooth.xml" and data[0]["names"][data[0]["tags"][0]] == "Smooth"
     assert len(data[0]["tags"]) == len(data[0]["sizes"]) == len(data[0]["attrs"]) == \
         len(data[0]["texts"]) == 11, data
+
+
+def test_WhatIsDifferentIsInTheData(tool):
+    def element(i):
+        return f"<a id='{i}' k='v'>{i}</a>"
+
+    tool.write("old.xml", "<r>" + "".join(map(element, (1, 2, 3, 4, 5, 6))) + "</r>")
+    tool.write("new.xml", "<r>" + "".join(map(element, (1, 3, 2, 4))) + "<a k='w' id='6'>6</a>" +
+               "<a id='7'>7<b/></a></r>")
+    page = tool.run(["view", "old.xml", "new.xml", "-o", "-"])
+    assert page.code == 0, page.err
+    data = json.loads(re.search(r'id="changesData">(.*?)</script>', page.out, re.DOTALL).group(1))
+    # Both from 0 on; 3 and 2 have changed places; 5 went, 6 has changed, and 7 came with three nodes.
+    assert data == {"runs": [[0, 0, 2], [3, 2, 1], [2, 3, 1], [4, 4, 1], [5, -1, 1], [6, 5, 1],
+                             [-1, 6, 3]], "changed": [6]}, data

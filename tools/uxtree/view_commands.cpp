@@ -4,8 +4,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <utility>
 #include <vector>
 
 #include "uxtree/host/embedded.h"
@@ -16,6 +14,8 @@
 #include "support/output.h"
 #include "support/platform.h"
 #include "support/spectrum_plot.h"
+#include "view_changes.h"
+#include "view_data.h"
 
 namespace uxtool {
 
@@ -29,128 +29,6 @@ struct ViewOptions {
     bool noOpen = false;
 };
 
-// Appends a quoted text. The reader has seen that it is UTF-8.
-void append_string(std::string& out, std::string_view text) {
-    const bool plain = std::none_of(text.begin(), text.end(), [](char c) {
-        return static_cast<unsigned char>(c) < ' ' || c == '"' || c == '\\' || c == '<';
-    });
-    if (!plain) {
-        out += script_string(text);
-        return;
-    }
-    out += '"';
-    out += text;
-    out += '"';
-}
-
-// A document as the page wants it: flat lists with an entry for each node in document order. A text
-// between elements is a node of its own; white space that stands alone between them is none.
-class ViewData : public UXXmlEvents {
-public:
-    void Restart() override { *this = ViewData(); }
-    void Start(std::string_view name, const UXXmlAttribute* attributes,
-               std::size_t count) override {
-        take_text_between();
-        add_node(number_of(name));
-        std::string list;
-        list += count == 0 ? '0' : '[';
-        for (std::size_t i = 0; i < count; ++i) {
-            if (i > 0) list += ',';
-            fmt::format_to(std::back_inserter(list), "{},", number_of(attributes[i].name));
-            append_string(list, attributes[i].value);
-        }
-        if (count > 0) list += ']';
-        append(attributes_, list);
-        open_.push_back({tags_.size() - 1, false});
-    }
-    void Text(std::string_view text) override { text_ += text; }
-    void End() override {
-        const Open open = open_.back();
-        if (open.hasNodes) {
-            take_text_between();
-        } else {
-            texts_[open.node] = std::exchange(text_, {});
-        }
-        sizes_[open.node] = tags_.size() - open.node - 1;
-        open_.pop_back();
-        text_.clear();
-    }
-    void write(Output& out, const std::string& name) const;
-    const std::string& root() const { return names_.front(); }
-
-private:
-    struct Open {
-        std::size_t node;
-        bool hasNodes;
-    };
-
-    long long number_of(std::string_view name) {
-        const auto [place, isNew] = numbers_.emplace(name, static_cast<long long>(names_.size()));
-        if (isNew) names_.emplace_back(name);
-        return place->second;
-    }
-    void add_node(long long tag) {
-        if (!open_.empty()) open_.back().hasNodes = true;
-        tags_.push_back(tag);
-        sizes_.push_back(0);
-        texts_.emplace_back();
-    }
-    void take_text_between() {
-        const std::string text = std::exchange(text_, {});
-        if (text.find_first_not_of(" \t\r\n") == std::string::npos) return;
-        add_node(-1);
-        texts_.back() = text;
-        append(attributes_, "0");
-    }
-    static void append(std::string& list, std::string_view entry) {
-        if (!list.empty()) list += ',';
-        list += entry;
-    }
-
-    std::unordered_map<std::string, long long> numbers_;
-    std::vector<std::string> names_;
-    std::vector<long long> tags_;  // -1 for a text
-    std::vector<std::size_t> sizes_;
-    std::string attributes_;  // as JSON
-    std::vector<std::string> texts_;
-    std::vector<Open> open_;
-    std::string text_;  // of the innermost element, since its last node
-};
-
-template <typename List>
-void write_list(Output& out, std::string_view name, const List& list) {
-    out.print(",\n\"{}\":[", name);
-    for (std::size_t i = 0; i < list.size(); ++i) out.print("{}{}", i == 0 ? "" : ",", list[i]);
-    out.write("]");
-}
-
-void write_texts(Output& out, std::string_view name, const std::vector<std::string>& list,
-                 std::string_view empty) {
-    out.print(",\n\"{}\":[", name);
-    std::string text;
-    for (std::size_t i = 0; i < list.size(); ++i) {
-        text.clear();
-        if (i > 0) text += ',';
-        if (list[i].empty()) {
-            text += empty;
-        } else {
-            append_string(text, list[i]);
-        }
-        out.write(text);
-    }
-    out.write("]");
-}
-
-void ViewData::write(Output& out, const std::string& name) const {
-    out.print("{{\"name\":{}", script_string(name));
-    write_texts(out, "names", names_, "\"\"");
-    write_list(out, "tags", tags_);
-    write_list(out, "sizes", sizes_);
-    out.print(",\n\"attrs\":[{}]", attributes_);
-    write_texts(out, "texts", texts_, "0");
-    out.write("}");
-}
-
 struct Viewed {
     std::string name;
     std::unique_ptr<ViewData> data = std::make_unique<ViewData>();
@@ -158,7 +36,7 @@ struct Viewed {
 };
 
 bool is_spectrum_file(const ViewData& data) {
-    std::string_view root = data.root();
+    std::string_view root = data.tag(0);
     root.remove_prefix(root.rfind(':') + 1);
     return root == "RadInstrumentData" || root == "N42InstrumentData";
 }
@@ -183,8 +61,8 @@ Viewed read_file(const std::string& file) {
     return out;
 }
 
-// The page has places for its title, the documents, the charts of those that have spectra, and the
-// page that a chart is.
+// The page has places for its title, the documents, what is different in two, the charts of those
+// that have spectra, and the page that a chart is.
 void write_page(Output& out, const std::vector<Viewed>& files) {
     std::string title;
     for (const Viewed& file : files) title += (title.empty() ? "" : ", ") + file.name;
@@ -204,6 +82,12 @@ void write_page(Output& out, const std::vector<Viewed>& files) {
         separator = ",\n";
     }
     out.write("]");
+    write_until("{{changes}}");
+    if (files.size() == 2) {
+        write_view_changes(out, *files[0].data, *files[1].data);
+    } else {
+        out.write("0");
+    }
     write_until("{{charts}}");
     separator = "[";
     for (const Viewed& file : files) {

@@ -6,8 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include <fmt/format.h>
-
+#include "support/alignment.h"
 #include "support/tree.h"
 
 namespace uxtool {
@@ -15,11 +14,10 @@ namespace {
 
 constexpr std::size_t kNoParent = static_cast<std::size_t>(-1);
 
-// A child, by what it is found again.
-struct Child {
-    UXXmlWrapperBase node;
-    std::string key;   // the same for children that correspond
-    std::string step;  // "/book[2]" or "/book[@id='7']"
+struct Children {
+    std::vector<UXXmlWrapperBase> nodes;
+    std::vector<std::string> steps;  // "/book[2]" or "/book[@id='7']"
+    ChildKeys keys;
 };
 
 class Comparison {
@@ -109,39 +107,26 @@ private:
         }
     }
 
-    std::vector<Child> children_of(const UXXmlWrapperBase& parent) const {
-        std::vector<Child> children;
+    Children children_of(const UXXmlWrapperBase& parent) const {
+        Children children;
         std::unordered_map<std::string, int> tags;
-        std::unordered_map<std::string, int> keys;
         for_each_child(parent, [&](const UXXmlWrapperBase& node) {
             const std::string tag = tag_of(node);
             const int number = ++tags[tag];
-            std::string condition = key_of(node);
-            std::string key = tag + "[" + condition + "]";
-            const int same = ++keys[key];
-            if (same > 1) {
-                key += std::to_string(same);
-                condition.clear();
-            }
+            std::string condition = key_condition(
+                keys_, [&](const std::string& name) { return attribute_of(node, name.c_str()); });
+            if (children.keys.add(tag, condition) > 1) condition.clear();
             if (condition.empty()) condition = std::to_string(number);
-            children.push_back({node, std::move(key), "/" + tag + "[" + condition + "]"});
+            children.nodes.push_back(node);
+            children.steps.push_back("/" + tag + "[" + condition + "]");
         });
-        for (Child& child : children) {  // "/a" where there is one alone
-            const std::string tag = tag_of(child.node);
-            if (tags[tag] == 1 && child.step == "/" + tag + "[1]") child.step = "/" + tag;
+        for (std::size_t i = 0; i < children.nodes.size(); ++i) {  // "/a" where there is one alone
+            const std::string tag = tag_of(children.nodes[i]);
+            if (tags[tag] == 1 && children.steps[i] == "/" + tag + "[1]") {
+                children.steps[i] = "/" + tag;
+            }
         }
         return children;
-    }
-
-    // "@id='7'", "" without a key.
-    std::string key_of(const UXXmlWrapperBase& node) const {
-        for (const std::string& name : keys_) {
-            const auto value = attribute_of(node, name.c_str());
-            if (!value) continue;
-            const char quote = value->find('\'') == std::string::npos ? '\'' : '"';
-            return fmt::format("@{0}={1}{2}{1}", name, quote, *value);
-        }
-        return "";
     }
 
     std::size_t step_below(std::size_t parent, std::string text) {
@@ -149,34 +134,25 @@ private:
         return steps_.size() - 1;
     }
 
-    // What was removed is told behind the children that stay and come.
     void compare_children(const Work& work) {
-        std::vector<Child> before = children_of(work.before);
-        std::vector<Child> after = children_of(work.after);
-        std::unordered_map<std::string, std::size_t> places;
-        for (std::size_t i = 0; i < before.size(); ++i) places.emplace(before[i].key, i);
+        const Children before = children_of(work.before);
+        const Children after = children_of(work.after);
         std::vector<Work> found;
-        std::vector<bool> stays(before.size());
         std::size_t last = 0;
         bool inOrder = true;
-        for (Child& child : after) {
-            const std::size_t step = step_below(work.step, std::move(child.step));
-            const auto place = places.find(child.key);
-            if (place == places.end()) {
-                found.push_back({UXXmlWrapperBase(), child.node, step});
-                continue;
-            }
-            inOrder = inOrder && place->second >= last;
-            last = place->second;
-            stays[last] = true;
-            found.push_back({before[last].node, child.node, step});
+        for (const ChildPair& pair : corresponding(before.keys, after.keys)) {
+            const bool isRemoved = pair.after == ChildPair::kNone;
+            const bool isAdded = pair.before == ChildPair::kNone;
+            const std::string& step =
+                isRemoved ? before.steps[pair.before] : after.steps[pair.after];
+            found.push_back({isAdded ? UXXmlWrapperBase() : before.nodes[pair.before],
+                             isRemoved ? UXXmlWrapperBase() : after.nodes[pair.after],
+                             step_below(work.step, step)});
+            if (isRemoved || isAdded) continue;
+            inOrder = inOrder && pair.before >= last;
+            last = pair.before;
         }
         if (!inOrder) add("moved", work.step, "order", std::nullopt, std::nullopt);
-        for (std::size_t i = 0; i < before.size(); ++i) {
-            if (stays[i]) continue;
-            const std::size_t step = step_below(work.step, std::move(before[i].step));
-            found.push_back({before[i].node, UXXmlWrapperBase(), step});
-        }
         while (!found.empty()) {
             work_.push_back(std::move(found.back()));
             found.pop_back();
