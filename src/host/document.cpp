@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <bit>
 #include <cmath>
 #include <cstring>
 #include <stdexcept>
@@ -76,33 +77,28 @@ std::uint64_t NameTable::first_stamp() {
 
 // The slot that holds the name, or the free one where it belongs.
 std::size_t NameTable::probe(std::string_view name, std::uint32_t hash) const {
-    std::size_t slot = hash & (slots_.size() - 1);
-    while (slots_[slot] != 0) {
-        const Entry& entry = names_[place_of(slots_[slot])];
-        if (entry.hash == hash && entry.text.size() == name.size() &&
-            std::equal(name.begin(), name.end(), entry.text.begin())) {
-            break;
-        }
+    std::size_t slot = hash >> hashShift_;
+    while (slots_[slot].id != 0 && (slots_[slot].hash != hash || text(slots_[slot].id) != name)) {
         slot = (slot + 1) & (slots_.size() - 1);
     }
     return slot;
 }
 
 NameId NameTable::find(std::string_view name) const {
-    return slots_.empty() ? 0
-                          : slots_[probe(name, static_cast<std::uint32_t>(ux::seeded_hash(name)))];
+    if (slots_.empty()) return 0;
+    return slots_[probe(name, static_cast<std::uint32_t>(ux::seeded_hash(name)))].id;
 }
 
 NameId NameTable::intern(std::string_view name, ByteArena& bytes) {
     const auto hash = static_cast<std::uint32_t>(ux::seeded_hash(name));
     if (slots_.empty()) {
         names_.reserve(kFirstSlots / 2);
-        rehash(kFirstSlots);
+        grow();
     }
     std::size_t slot = probe(name, hash);
-    if (slots_[slot] != 0) return slots_[slot];
+    if (slots_[slot].id != 0) return slots_[slot].id;
     if (2 * names_.size() >= slots_.size()) {
-        rehash(2 * slots_.size());
+        grow();
         slot = probe(name, hash);
     }
     if (names_.size() >= kMostNames) throw std::length_error("names of a document");
@@ -112,27 +108,33 @@ NameId NameTable::intern(std::string_view name, ByteArena& bytes) {
     std::memcpy(text, name.data(), name.size());
     text[name.size()] = '\0';
     entry.text = {text, name.size()};
-    entry.hash = hash;
     names_.push_back(entry);
     ++stamp_;
-    slots_[slot] = id_at(names_.size() - 1);
-    marks_ |= std::uint64_t{1} << mark_in(slots_[slot]);
-    return slots_[slot];
+    const NameId id = id_at(names_.size() - 1);
+    slots_[slot] = {hash, id};
+    marks_ |= std::uint64_t{1} << mark_in(id);
+    return id;
 }
 
-void NameTable::rehash(std::size_t slots) {
-    std::vector<NameId> table(slots);
-    for (std::size_t place = 1; place < names_.size(); ++place) {
-        std::size_t slot = names_[place].hash & (slots - 1);
-        while (table[slot] != 0) slot = (slot + 1) & (slots - 1);
-        table[slot] = id_at(place);
+// Both tables are gone through from one end to the other.
+void NameTable::grow() {
+    std::vector<Slot> table(std::max(kFirstSlots, 2 * slots_.size()));
+    const auto shift =
+        static_cast<unsigned>(std::countl_zero(static_cast<std::uint32_t>(table.size() - 1)));
+    for (const Slot& known : slots_) {
+        if (known.id == 0) continue;
+        std::size_t slot = known.hash >> shift;
+        while (table[slot].id != 0) slot = (slot + 1) & (table.size() - 1);
+        table[slot] = known;
     }
     slots_ = std::move(table);
+    hashShift_ = shift;
 }
 
 void NameTable::copy_from(const NameTable& other, const ByteArena& bytes) {
     names_ = other.names_;
     slots_ = other.slots_;
+    hashShift_ = other.hashShift_;
     marks_ = other.marks_;
     ++stamp_;
     for (Entry& entry : names_) {

@@ -83,7 +83,12 @@ private:
     struct Entry {
         std::string_view text;
         Ref ref = 0;
+    };
+    // With the hash beside it, a name is told from others where it stands: each look elsewhere in a
+    // large table would wait for memory.
+    struct Slot {
         std::uint32_t hash = 0;
+        NameId id = 0;  // 0 is free
     };
     static constexpr NameId kMarkMask = (NameId{1} << kMarkBits) - 1;
     static constexpr std::size_t kMostNames = std::size_t{1} << (32 - kMarkBits);
@@ -93,11 +98,12 @@ private:
         return static_cast<NameId>(place << kMarkBits) | mark_of(names_[place].text.data());
     }
     std::size_t probe(std::string_view name, std::uint32_t hash) const;
-    void rehash(std::size_t slots);
+    void grow();
 
     std::vector<Entry> names_{Entry{}};
-    std::vector<NameId> slots_;  // open addressing, a power of two; 0 is free
-    std::uint64_t marks_ = 0;    // a bit for the mark of every name
+    std::vector<Slot> slots_;  // a power of two, in the order of the hashes but for collisions
+    unsigned hashShift_ = 0;   // what it leaves of a hash is a slot's number
+    std::uint64_t marks_ = 0;  // a bit for the mark of every name
     std::uint64_t stamp_ = first_stamp();
     static_assert(kMarkBits == 6, "a mark is a place in marks_");
 };

@@ -125,8 +125,10 @@ public:
     // A name that was met lately and begins with such bytes, which are all of it if they are fewer
     // than a head. 16 bytes are read.
     KnownName* cached(const char* bytes, std::size_t headLength) const {
-        KnownName* const name = cache_[slot_of(NameKey::of(bytes, headLength))];
-        return name != nullptr && name->begins_at(bytes, headLength) ? name : nullptr;
+        const std::uint64_t mixed = mixed_of(NameKey::of(bytes, headLength));
+        const Slot& slot = cache_[mixed >> (64 - kSlotBits)];
+        if (slot.mixed != mixed || slot.name == nullptr) return nullptr;
+        return slot.name->begins_at(bytes, headLength) ? slot.name : nullptr;
     }
     // The name that a sink resolved, which begins with such bytes; isNew tells whether it was not
     // known. 16 bytes are read.
@@ -139,7 +141,8 @@ public:
             known.set_text(name.text, length, key);
             known.id = name.id;
         }
-        cache_[slot_of(key)] = &known;
+        const std::uint64_t mixed = mixed_of(key);
+        cache_[mixed >> (64 - kSlotBits)] = {mixed, &known};
         return known;
     }
     // Room for what is foreseen behind a tag.
@@ -148,12 +151,16 @@ public:
 private:
     static constexpr unsigned kSlotBits = 11;
 
-    static std::size_t slot_of(const NameKey& key) {
-        const std::uint64_t mixed = key.low ^ std::rotr(key.high, 29);
-        return mixed * 0x9E3779B97F4A7C15U >> (64 - kSlotBits);
+    // Most other names are told apart by what their keys are mixed to, without a look at them.
+    struct Slot {
+        std::uint64_t mixed = 0;
+        KnownName* name = nullptr;
+    };
+    static std::uint64_t mixed_of(const NameKey& key) {
+        return (key.low ^ std::rotr(key.high, 29)) * 0x9E3779B97F4A7C15U;
     }
 
-    std::array<KnownName*, std::size_t{1} << kSlotBits> cache_{};
+    std::array<Slot, std::size_t{1} << kSlotBits> cache_{};
     std::deque<KnownName> names_;  // by their place with the sink
     std::deque<KnownName::Foreseen> foreseen_;
 };
