@@ -54,9 +54,10 @@ void show_ids(UXXmlWrapperBase& copy) {
 }  // namespace
 
 TestTree::TestTree(const char* xml) {
-    if (!root_.LoadFromMemory(xml, std::char_traits<char>::length(xml))) {
+    if (!LoadFromMemory(xml, std::char_traits<char>::length(xml))) {
         throw std::runtime_error(static_cast<const char*>(UXGetLastLoadError()));
     }
+    root_ = *this;
 }
 
 UXXmlWrapperBase TestTree::at(const char* path) const {

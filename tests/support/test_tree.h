@@ -10,11 +10,12 @@
 namespace uxtest {
 
 // A document parsed from XML text, which must be well-formed. An attribute "_ux_id" becomes the
-// element's ID. White space between elements is dropped, as load does.
-class TestTree {
+// element's ID. White space between elements is dropped, as load does. It is a handle to its root,
+// for calls to take; should one turn that to another node, at and text still start at the root.
+class TestTree : public UXXmlWrapperBase {
 public:
     explicit TestTree(const char* xml);
-    // A handle to the root; every call makes another one.
+    // Another handle to the root.
     UXXmlWrapperBase root() const { return root_; }
     // The node reached by tags separated by "/", below the root; "a[1]" is the second child a.
     // Throws std::runtime_error when there is none.
