@@ -36,18 +36,18 @@ TEST(Save, RespectsAFileThatMustNotBeWritten) {
     const uxtest::TemporaryFolder folder;
     const std::string path = folder.write("f.xml", "old");
     std::filesystem::permissions(path, std::filesystem::perms::owner_read);
-    const TestTree tree("<r>new</r>");
+    TestTree tree("<r>new</r>");
     const AsOrdinaryUser user;
 
-    EXPECT_EQ(tree.root().Save(path.c_str(), 0), 0);
+    EXPECT_EQ(tree.Save(path.c_str(), 0), 0);
 
     EXPECT_THAT(std::string(UXGetLastSaveError()), HasSubstr("Permission denied"));
     EXPECT_EQ(uxtest::read_file(path), "old");
 }
 
 TEST(Save, WritesToADeviceInPlace) {
-    const TestTree tree("<r>text</r>");
-    EXPECT_EQ(tree.root().Save("/dev/null", 0), 1);
+    TestTree tree("<r>text</r>");
+    EXPECT_EQ(tree.Save("/dev/null", 0), 1);
     EXPECT_EQ(std::filesystem::status("/dev/null").type(), std::filesystem::file_type::character);
 }
 
@@ -55,10 +55,9 @@ TEST(load, SaysThatAFileCannotBeRead) {
     // Address 0 of this process: there is a file, and no byte in it.
     const char* const path = "/proc/self/mem";
     TestTree tree("<r>kept</r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(root.load(path, 0, false), 0);
+    EXPECT_EQ(tree.load(path, 0, false), 0);
 
     EXPECT_THAT(std::string(UXGetLastLoadError()), HasSubstr("cannot be read"));
-    EXPECT_EQ(uxtest::to_text(root), "<r>kept</r>");
+    EXPECT_EQ(uxtest::to_text(tree), "<r>kept</r>");
 }

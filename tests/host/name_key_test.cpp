@@ -16,7 +16,7 @@ using namespace uxtest;
 using std::string_view;
 
 UXXmlWrapperBase tree_of(const char* xml) {
-    return TestTree(xml).root();
+    return TestTree(xml);
 }
 
 TEST(UXNameKey, FindsTheNameInEachDocumentAsked) {

@@ -23,19 +23,18 @@ using uxtest::to_text;
 
 TEST(AddNode, AppendsWithTheID) {
     TestTree tree("<r><a/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(root.AddNode(&out, "b", -1), 1);
+    EXPECT_EQ(tree.AddNode(&out, "b", -1), 1);
     EXPECT_EQ(tag_of(out), "b");
-    EXPECT_EQ(root.AddNode(nullptr, "c", 0), 1);
-    EXPECT_EQ(root.AddNode(nullptr, "d", 7), 1);
-    EXPECT_EQ(root.AddTextNode(&out, "e", "text", 3, 0, nullptr), 1);
-    EXPECT_EQ(root.AddTextNode(&out, "f", nullptr, -1, 0, nullptr), 1);
-    EXPECT_EQ(root.AddChildNode("g", &out, -1, "t"), 1);
-    EXPECT_EQ(root.AddNode(&root, "h", -1), 1);
+    EXPECT_EQ(tree.AddNode(nullptr, "c", 0), 1);
+    EXPECT_EQ(tree.AddNode(nullptr, "d", 7), 1);
+    EXPECT_EQ(tree.AddTextNode(&out, "e", "text", 3, 0, nullptr), 1);
+    EXPECT_EQ(tree.AddTextNode(&out, "f", nullptr, -1, 0, nullptr), 1);
+    EXPECT_EQ(tree.AddChildNode("g", &out, -1, "t"), 1);
+    EXPECT_EQ(tree.AddNode(&tree, "h", -1), 1);
 
-    EXPECT_EQ(tag_of(root), "h");
+    EXPECT_EQ(tag_of(tree), "h");
     EXPECT_EQ(
         tree.text(),
         R"(<r><a></a><b></b><c></c><d _ux_id="7"></d><e _ux_id="3">text</e><f></f><g>t</g><h></h></r>)");
@@ -43,30 +42,28 @@ TEST(AddNode, AppendsWithTheID) {
 
 TEST(AddNode, RefusesWhatIsNoName) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
 
     for (const char* name : {"", "1a", "a b", "<a>", "a\xC3"}) {
-        EXPECT_EQ(root.AddNode(nullptr, name, -1), 0) << name;
+        EXPECT_EQ(tree.AddNode(nullptr, name, -1), 0) << name;
     }
-    EXPECT_EQ(root.AddNode(nullptr, nullptr, -1), 0);
+    EXPECT_EQ(tree.AddNode(nullptr, nullptr, -1), 0);
 
     EXPECT_EQ(tree.text(), "<r></r>");
 }
 
 TEST(InsertNodeBefore, PlacesBeforeADirectChildOnly) {
     TestTree tree("<r><a/><b><c/></b></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(root.InsertNodeBefore(tree.at("a"), "x", -1, &out), 1);
+    EXPECT_EQ(tree.InsertNodeBefore(tree.at("a"), "x", -1, &out), 1);
     EXPECT_EQ(tag_of(out), "x");
-    EXPECT_EQ(root.InsertNodeBefore(tree.at("b"), "y", 4, nullptr), 1);
+    EXPECT_EQ(tree.InsertNodeBefore(tree.at("b"), "y", 4, nullptr), 1);
     EXPECT_EQ(tree.text(), R"(<r><x></x><a></a><y _ux_id="4"></y><b><c></c></b></r>)");
-    EXPECT_EQ(root.InsertNodeBefore(tree.at("b/c"), "z", -1, &out), 0);
+    EXPECT_EQ(tree.InsertNodeBefore(tree.at("b/c"), "z", -1, &out), 0);
     EXPECT_EQ(out.IsNodeValid(), 0);
-    EXPECT_EQ(root.InsertNodeBefore(root, "z", -1, nullptr), 0);
-    EXPECT_EQ(root.InsertNodeBefore(UXXmlWrapperBase(), "z", -1, nullptr), 0);
-    EXPECT_EQ(root.InsertNodeBefore(TestTree("<r><a/></r>").at("a"), "z", -1, nullptr), 0);
+    EXPECT_EQ(tree.InsertNodeBefore(tree, "z", -1, nullptr), 0);
+    EXPECT_EQ(tree.InsertNodeBefore(UXXmlWrapperBase(), "z", -1, nullptr), 0);
+    EXPECT_EQ(tree.InsertNodeBefore(TestTree("<r><a/></r>").at("a"), "z", -1, nullptr), 0);
 
     EXPECT_EQ(tree.text(), R"(<r><x></x><a></a><y _ux_id="4"></y><b><c></c></b></r>)");
 }
@@ -74,13 +71,11 @@ TEST(InsertNodeBefore, PlacesBeforeADirectChildOnly) {
 TEST(AddNodeCopy, CopiesTheElementOrTheWholeBranch) {
     TestTree target("<r/>");
     TestTree source("<s x='1' _ux_id='5'>t<a y='2'>u<b/></a><c/></s>");
-    UXXmlWrapperBase root = target.root();
-    UXXmlWrapperBase from = source.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(root.AddNodeCopy(&from, 0, &out), 1);
+    EXPECT_EQ(target.AddNodeCopy(&source, 0, &out), 1);
     EXPECT_EQ(to_text(out), R"(<s x="1" _ux_id="5"></s>)");
-    EXPECT_EQ(root.AddNodeCopy(&from, 1, nullptr), 1);
+    EXPECT_EQ(target.AddNodeCopy(&source, 1, nullptr), 1);
 
     EXPECT_EQ(
         target.text(),
@@ -89,10 +84,9 @@ TEST(AddNodeCopy, CopiesTheElementOrTheWholeBranch) {
 
 TEST(AddNodeCopy, CopyingAnAncestorIntoItsBranchTakesTheStateBefore) {
     TestTree tree("<r><a><b/></a></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase b = tree.at("a/b");
 
-    EXPECT_EQ(b.AddNodeCopy(&root, 1, &b), 1);
+    EXPECT_EQ(b.AddNodeCopy(&tree, 1, &b), 1);
 
     EXPECT_EQ(tree.text(), "<r><a><b><r><a><b></b></a></r></b></a></r>");
     EXPECT_EQ(tag_of(b), "r");
@@ -103,14 +97,13 @@ TEST(AddNodeCopy, CopiesWithLongValuesLiveTheirOwnLives) {
     const std::string text(3000, 'x');
     const std::string other(3000, 'y');
     TestTree tree(("<r><a>" + text + "</a></r>").c_str());
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase a = tree.at("a");
     UXXmlWrapperBase copy;
     UXXmlWrapperBase second;
-    root.AddNodeCopy(&a, 1, &copy);
-    root.AddNodeCopy(&copy, 1, &second);
+    tree.AddNodeCopy(&a, 1, &copy);
+    tree.AddNodeCopy(&copy, 1, &second);
     UXXmlWrapperBase clone;
-    root.Clone(&clone, 1);
+    tree.Clone(&clone, 1);
 
     copy.SetString(other.c_str());
     EXPECT_EQ(tree.text(), "<r><a>" + text + "</a><a>" + other + "</a><a>" + text + "</a></r>");
@@ -129,13 +122,12 @@ TEST(AddNodeCopy, CopiesWithLongValuesLiveTheirOwnLives) {
 
 TEST(AddNodeCopy, CopiesOfLongVectorsLiveTheirOwnLives) {
     TestTree tree("<r><a/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase a = tree.at("a");
     CArray<double, double> values;
     values.SetSize(500);
     a.NodeValue(values, 0);
     UXXmlWrapperBase copy;
-    root.AddNodeCopy(&a, 1, &copy);
+    tree.AddNodeCopy(&a, 1, &copy);
 
     values[0] = 7;
     copy.NodeValue(values, 0);
@@ -155,7 +147,7 @@ TEST(Clone, MakesADocumentOfItsOwn) {
     EXPECT_EQ(clone.IsRootNode(0), 1);
     EXPECT_EQ(to_text(clone), R"(<a x="1" _ux_id="8">t<b></b></a>)");
     clone.AddNode(nullptr, "new", -1);
-    EXPECT_EQ(tree.root().Clone(&clone, 1), 1);
+    EXPECT_EQ(tree.Clone(&clone, 1), 1);
     clone.SetString("changed");
     clone.SetPropertyValue("longer", CStringUTF8("than before"));
 
@@ -192,9 +184,8 @@ TEST(Replace, TakesTheContentAndKeepsTagAndPlace) {
     TestTree source("<s y='2' _ux_id='6'>u<d/></s>");
     UXXmlWrapperBase a = tree.at("a");
     UXXmlWrapperBase b = tree.at("a/b");
-    UXXmlWrapperBase from = source.root();
 
-    EXPECT_EQ(a.Replace(&from, 1, 0, 0), 1);
+    EXPECT_EQ(a.Replace(&source, 1, 0, 0), 1);
 
     EXPECT_EQ(tree.text(), R"(<r><a y="2" _ux_id="6">u<d></d></a><c></c></r>)");
     EXPECT_EQ(a.IsNodeValid(), 1);
@@ -206,9 +197,8 @@ TEST(ReplaceByNodeCopy, TakesTheTagAsWell) {
     TestTree tree("<r><a/><c/></r>");
     TestTree source("<s y='2'>u</s>");
     UXXmlWrapperBase a = tree.at("a");
-    UXXmlWrapperBase from = source.root();
 
-    EXPECT_EQ(a.ReplaceByNodeCopy(&from, 1, 0), 1);
+    EXPECT_EQ(a.ReplaceByNodeCopy(&source, 1, 0), 1);
 
     EXPECT_EQ(tree.text(), R"(<r><s y="2">u</s><c></c></r>)");
     EXPECT_EQ(tag_of(a), "s");
@@ -216,7 +206,6 @@ TEST(ReplaceByNodeCopy, TakesTheTagAsWell) {
 
 TEST(Replace, SourceMayBeAncestorDescendantOrTheElement) {
     TestTree tree("<r><a x='1'><b y='2'>t</b></a></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase a = tree.at("a");
     UXXmlWrapperBase b = tree.at("a/b");
 
@@ -224,10 +213,10 @@ TEST(Replace, SourceMayBeAncestorDescendantOrTheElement) {
     EXPECT_EQ(tree.text(), R"(<r><a x="1"><b y="2">t</b></a></r>)");
     EXPECT_EQ(b.IsNodeValid(), 0);  // a handle into the old branch
     b = tree.at("a/b");
-    EXPECT_EQ(b.Replace(&root, 1, 0, 0), 1);
+    EXPECT_EQ(b.Replace(&tree, 1, 0, 0), 1);
     EXPECT_EQ(tree.text(), R"(<r><a x="1"><b><a x="1"><b y="2">t</b></a></b></a></r>)");
     b = tree.at("a/b/a/b");
-    EXPECT_EQ(root.Replace(&b, 1, 0, 0), 1);
+    EXPECT_EQ(tree.Replace(&b, 1, 0, 0), 1);
 
     EXPECT_EQ(tree.text(), R"(<r y="2">t</r>)");
     EXPECT_EQ(a.IsNodeValid(), 0);
@@ -251,7 +240,7 @@ TEST(ArrangeChildContents, GivesEachChildTheContentOfTheNamedOne) {
         "<r _ux_id='1'>own<a x='1' y='2' _ux_id='5'>t<aa z='3'><aaa/></aa><ab/></a>"
         "<b/><c w='4'>text</c><d _ux_id='9'/></r>");
 
-    EXPECT_EQ(tree.root().ArrangeChildContents(number_list<int>({2, 0, 3, 1})), 1);
+    EXPECT_EQ(tree.ArrangeChildContents(number_list<int>({2, 0, 3, 1})), 1);
 
     EXPECT_EQ(tree.text(), TestTree("<r _ux_id='1'>own<c w='4'>text</c>"
                                     "<a x='1' y='2' _ux_id='5'>t<aa z='3'><aaa/></aa><ab/></a>"
@@ -273,7 +262,7 @@ TEST(ArrangeChildContents, RefusesWhatIsNoPermutation) {
                                           {1, -1, 0},
                                           {1, kLowest, 0},
                                           {1, 1 << 30, 0}}) {
-        EXPECT_EQ(tree.root().ArrangeChildContents(number_list(order)), 0);
+        EXPECT_EQ(tree.ArrangeChildContents(number_list(order)), 0);
         EXPECT_EQ(tree.text(), before);
     }
     EXPECT_EQ(tree.at("b").ArrangeChildContents(number_list<int>({0})), 0);
@@ -288,7 +277,7 @@ TEST(ArrangeChildContents, NothingToArrangeIsDone) {
 
     EXPECT_EQ(tree.at("b").ArrangeChildContents(CArray<int, int>()), 1);
     EXPECT_EQ(tree.at("a").ArrangeChildContents(number_list<int>({0})), 1);
-    EXPECT_EQ(tree.root().ArrangeChildContents(number_list<int>({0, 1})), 1);
+    EXPECT_EQ(tree.ArrangeChildContents(number_list<int>({0, 1})), 1);
 
     EXPECT_EQ(tree.text(), before);
     EXPECT_TRUE(x == tree.at("a/x"));
@@ -300,7 +289,7 @@ TEST(ArrangeChildContents, ChildrenKeepIdentityAndPlace) {
     UXXmlWrapperBase second = tree.at("b");
     UXXmlWrapperBase third = tree.at("c");
 
-    EXPECT_EQ(tree.root().ArrangeChildContents(number_list<int>({2, 0, 1})), 1);
+    EXPECT_EQ(tree.ArrangeChildContents(number_list<int>({2, 0, 1})), 1);
 
     EXPECT_EQ(to_text(first), "<c>3</c>");
     EXPECT_TRUE(first == tree.at("c") && second == tree.at("a") && third == tree.at("b"));
@@ -315,18 +304,19 @@ TEST(ArrangeChildContents, HandlesIntoMovedBranchesBecomeInvalidForGood) {
                                         tree.at("b/x"), tree.at("b/x/y")};
     UXXmlWrapperBase kept = tree.at("c/x/y");
 
-    EXPECT_EQ(tree.root().ArrangeChildContents(number_list<int>({1, 0, 2})), 1);
+    EXPECT_EQ(tree.ArrangeChildContents(number_list<int>({1, 0, 2})), 1);
     EXPECT_TRUE(kept == tree.at("c/x/y"));
     const std::string arranged = tree.text();
     EXPECT_EQ(arranged, TestTree("<r><b><x><y/></x></b><a><x><y/></x><z/></a>"
                                  "<c><x><y/></x></c></r>")
                             .text());
     for (UXXmlWrapperBase& handle : moved) {
-        EXPECT_EQ(handle.IsNodeValid() + handle.SetString("t"), 0);
+        EXPECT_EQ(handle.IsNodeValid(), 0);
+        EXPECT_EQ(handle.SetString("t"), 0);
     }
-    EXPECT_EQ(tree.root().ArrangeChildContents(number_list<int>({1, 0, 2})), 1);
-    tree.root().RemoveAllChildren();
-    for (int i = 0; i < 12; ++i) tree.root().AddNode(nullptr, "n", -1);
+    EXPECT_EQ(tree.ArrangeChildContents(number_list<int>({1, 0, 2})), 1);
+    tree.RemoveAllChildren();
+    for (int i = 0; i < 12; ++i) tree.AddNode(nullptr, "n", -1);
     for (UXXmlWrapperBase& handle : moved) EXPECT_EQ(handle.IsNodeValid(), 0);
 }
 
@@ -334,11 +324,10 @@ TEST(ArrangeChildContents, LongValuesGoAlongWithTheirCopies) {
     TestTree tree("<r><a/><b/></r>");
     const std::string text(5000, 'x');
     tree.at("a").SetString(text.c_str());
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase a = tree.at("a");
-    root.AddNodeCopy(&a, 1, nullptr);
+    tree.AddNodeCopy(&a, 1, nullptr);
 
-    EXPECT_EQ(root.ArrangeChildContents(number_list<int>({1, 2, 0})), 1);
+    EXPECT_EQ(tree.ArrangeChildContents(number_list<int>({1, 2, 0})), 1);
     EXPECT_EQ(tree.at("a[0]").RemoveNode(), 1);
 
     EXPECT_EQ(tree.text(), "<r><b></b><a>" + text + "</a></r>");
@@ -361,16 +350,16 @@ TEST(ArrangeChildContents, EqualsTheReplacementByCopiesOnRandomOrders) {
         if (random() % 3 != 0) std::shuffle(order.begin(), order.end(), random);
         TestTree tree(text.c_str());
         TestTree model(text.c_str());
-        const TestTree source(text.c_str());
+        TestTree source(text.c_str());
         for (int i = 0; i < count; ++i) {
             UXXmlWrapperBase from;
             UXXmlWrapperBase to;
-            source.root().GetChild(&from, order[static_cast<std::size_t>(i)]);
-            model.root().GetChild(&to, i);
+            source.GetChild(&from, order[static_cast<std::size_t>(i)]);
+            model.GetChild(&to, i);
             to.ReplaceByNodeCopy(&from, 1, 0);
         }
 
-        ASSERT_EQ(tree.root().ArrangeChildContents(number_list(order)), 1);
+        ASSERT_EQ(tree.ArrangeChildContents(number_list(order)), 1);
 
         ASSERT_EQ(tree.text(), model.text());
     }
@@ -383,42 +372,42 @@ TEST(RemoveNode, MakesEveryHandleIntoTheBranchInvalid) {
     UXXmlWrapperBase c = tree.at("a/b/c");
 
     EXPECT_EQ(a.RemoveNode(), 1);
-    EXPECT_EQ(a.IsNodeValid() + other.IsNodeValid() + c.IsNodeValid(), 0);
+    for (const UXXmlWrapperBase& gone : {a, other, c}) EXPECT_EQ(gone.IsNodeValid(), 0);
     UXXmlWrapperBase reused;
-    for (int i = 0; i < 5; ++i) tree.root().AddNode(&reused, "n", -1);
+    for (int i = 0; i < 5; ++i) tree.AddNode(&reused, "n", -1);
 
-    EXPECT_EQ(other.IsNodeValid() + c.IsNodeValid(), 0);
+    for (const UXXmlWrapperBase& gone : {other, c}) EXPECT_EQ(gone.IsNodeValid(), 0);
     EXPECT_EQ(c.SetString("x"), 0);
     EXPECT_EQ(tree.text(), "<r><d></d><n></n><n></n><n></n><n></n><n></n></r>");
 }
 
 TEST(RemoveNode, WorksOnARootToo) {
     TestTree tree("<r><a/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase a = tree.at("a");
 
-    EXPECT_EQ(root.RemoveNode(), 1);
+    EXPECT_EQ(tree.RemoveNode(), 1);
 
-    EXPECT_EQ(root.IsNodeValid() + a.IsNodeValid() + tree.root().IsNodeValid(), 0);
-    EXPECT_EQ(root.RemoveNode(), 0);
+    EXPECT_EQ(tree.IsNodeValid(), 0);
+    EXPECT_EQ(a.IsNodeValid(), 0);
+    EXPECT_EQ(tree.text(), "(invalid)");
+    EXPECT_EQ(tree.RemoveNode(), 0);
 }
 
 TEST(RemoveChild, YieldsTheFormerPosition) {
     TestTree tree("<r><a/><b/><c/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase b = tree.at("b");
     int index = -7;
 
-    EXPECT_EQ(root.RemoveChild(&b, &index), 1);
+    EXPECT_EQ(tree.RemoveChild(&b, &index), 1);
     EXPECT_EQ(index, 1);
     EXPECT_EQ(b.IsNodeValid(), 0);
-    EXPECT_EQ(root.RemoveChild(&b, &index), -1);
-    EXPECT_EQ(root.RemoveChild(nullptr, nullptr), -1);
-    EXPECT_EQ(root.RemoveChild(&root, nullptr), -1);
+    EXPECT_EQ(tree.RemoveChild(&b, &index), -1);
+    EXPECT_EQ(tree.RemoveChild(nullptr, nullptr), -1);
+    EXPECT_EQ(tree.RemoveChild(&tree, nullptr), -1);
     UXXmlWrapperBase foreign = TestTree("<r><a/></r>").at("a");
-    EXPECT_EQ(root.RemoveChild(&foreign, nullptr), -1);
+    EXPECT_EQ(tree.RemoveChild(&foreign, nullptr), -1);
     UXXmlWrapperBase a = tree.at("a");
-    EXPECT_EQ(root.RemoveChild(&a, nullptr), 1);
+    EXPECT_EQ(tree.RemoveChild(&a, nullptr), 1);
 
     EXPECT_EQ(index, 1);
     EXPECT_EQ(tree.text(), "<r><c></c></r>");
@@ -426,25 +415,23 @@ TEST(RemoveChild, YieldsTheFormerPosition) {
 
 TEST(RemoveAllChildren, KeepsTextAttributesAndID) {
     TestTree tree("<r x='1' _ux_id='4'>t<a><b/></a><c/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(root.RemoveAllChildren(), 1);
+    EXPECT_EQ(tree.RemoveAllChildren(), 1);
     EXPECT_EQ(tree.text(), R"(<r x="1" _ux_id="4">t</r>)");
-    EXPECT_EQ(root.RemoveAllChildren(), 1);
+    EXPECT_EQ(tree.RemoveAllChildren(), 1);
 }
 
 TEST(ResetNode, RemovesChildrenAndText) {
     TestTree tree("<r x='1' _ux_id='4'>t<a/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(root.ResetNode(1), 1);
+    EXPECT_EQ(tree.ResetNode(1), 1);
 
     EXPECT_EQ(tree.text(), R"(<r x="1" _ux_id="4"></r>)");
 }
 
 TEST(CreateNew, BindsToTheRootOfANewDocument) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase handle = tree.root();
+    UXXmlWrapperBase handle = tree;
 
     EXPECT_EQ(handle.CreateNew(0, nullptr), 1);
     EXPECT_EQ(to_text(handle), "<root></root>");

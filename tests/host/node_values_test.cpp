@@ -53,30 +53,28 @@ TEST(NodeValue, EmptyTextIsNoValue) {
 
 TEST(NodeValue, TextAndChildrenCoexist) {
     TestTree tree("<r>own<a>t</a></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(value_of(root), "own");
-    root.SetString("new");
+    EXPECT_EQ(value_of(tree), "own");
+    tree.SetString("new");
 
     EXPECT_EQ(tree.text(), "<r>new<a>t</a></r>");
-    root.ResetValue();
+    tree.ResetValue();
     EXPECT_EQ(tree.text(), "<r><a>t</a></r>");
 }
 
 TEST(NodeValue, GrowsAndShrinksInPlace) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     std::mt19937 random(1);
 
     for (int i = 0; i < 2000; ++i) {
         const std::string text(random() % 3000, 'x');
-        root.SetString(text.c_str());
-        ASSERT_EQ(value_of(root), text);
+        tree.SetString(text.c_str());
+        ASSERT_EQ(value_of(tree), text);
     }
     const std::string huge(5000000, 'y');
-    root.SetString(huge.c_str());
-    EXPECT_EQ(value_of(root), huge);
-    root.SetString("z");
+    tree.SetString(huge.c_str());
+    EXPECT_EQ(value_of(tree), huge);
+    tree.SetString("z");
     EXPECT_EQ(tree.text(), "<r>z</r>");
 }
 
@@ -251,19 +249,18 @@ TEST(NodeValue, VectorElementsOutsideTheirTypeDoNotConvert) {
 
 TEST(NodeValue, VectorOfDoublesIsKeptAsNumbersAndReadsAsText) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     CArray<double, double> values = number_list<double>({1, 0.1, 1e300, std::nan("")});
     CArray<int, int> ints;
 
-    root.NodeValue(values, 0);
+    tree.NodeValue(values, 0);
 
     EXPECT_EQ(tree.text(), "<r>1 0.1 1e+300 -1.23456789e-300</r>");
-    EXPECT_EQ(root.NodeValue(ints, 1), 0);  // 1e300 is no int
-    EXPECT_EQ(root.IsEmpty(), 0);
+    EXPECT_EQ(tree.NodeValue(ints, 1), 0);  // 1e300 is no int
+    EXPECT_EQ(tree.IsEmpty(), 0);
     UXXmlWrapperBase clone;
-    root.Clone(&clone, 1);
+    tree.Clone(&clone, 1);
     EXPECT_EQ(to_text(clone), tree.text());
-    root.SetString("text again");
+    tree.SetString("text again");
     EXPECT_EQ(tree.text(), "<r>text again</r>");
 }
 
@@ -301,7 +298,7 @@ TEST(GetString, EscapesAndAlwaysCloses) {
     TestTree tree("<r><a x='&lt;&quot;&#9;'>1 &lt; 2&#13;</a><b/></r>");
     CStringUTF8 text;
 
-    EXPECT_EQ(tree.root().GetString(text), 1);
+    EXPECT_EQ(tree.GetString(text), 1);
 
     EXPECT_STREQ(text, "<r><a x=\"&lt;&quot;&#9;\">1 &lt; 2&#13;</a><b></b></r>");
 }
@@ -310,7 +307,7 @@ TEST(GetNodeStringWithBlobInfo, YieldsTheOwnTextNeverMarkup) {
     TestTree tree("<r>own<a>t</a></r>");
     CStringUTF8 text("old");
 
-    EXPECT_EQ(tree.root().GetNodeStringWithBlobInfo(text, 0), 1);
+    EXPECT_EQ(tree.GetNodeStringWithBlobInfo(text, 0), 1);
     EXPECT_EQ(text, "own");
     UXXmlWrapperBase empty;
     empty.CreateNew(0, "e");
@@ -319,48 +316,46 @@ TEST(GetNodeStringWithBlobInfo, YieldsTheOwnTextNeverMarkup) {
 }
 
 TEST(GetNodeArrayType, IsZero) {
-    EXPECT_EQ(TestTree("<r/>").root().GetNodeArrayType(1), 0);
+    EXPECT_EQ(TestTree("<r/>").GetNodeArrayType(1), 0);
 }
 
 // --- array sizes -------------------------------------------------------------------------------
 
 TEST(SaveXDEArraySize, KeepsTheSizeInAnAttribute) {
     TestTree tree("<r DimLens='4' x='1'/>");
-    UXXmlWrapperBase root = tree.root();
     int size = -5;
 
-    EXPECT_EQ(root.LoadXDEArraySize(&size), 0);
+    EXPECT_EQ(tree.LoadXDEArraySize(&size), 0);
     EXPECT_EQ(size, -5);
-    EXPECT_EQ(root.SaveXDEArraySize(3), 1);
+    EXPECT_EQ(tree.SaveXDEArraySize(3), 1);
     EXPECT_EQ(tree.text(), R"(<r x="1" FileDataDimsVector="3"></r>)");
-    EXPECT_EQ(root.LoadXDEArraySize(&size), 1);
+    EXPECT_EQ(tree.LoadXDEArraySize(&size), 1);
     EXPECT_EQ(size, 3);
-    EXPECT_EQ(root.LoadXDEArraySize(nullptr), 1);
-    EXPECT_EQ(root.SaveXDE2DArraySize(7, 2), 1);
+    EXPECT_EQ(tree.LoadXDEArraySize(nullptr), 1);
+    EXPECT_EQ(tree.SaveXDE2DArraySize(7, 2), 1);
     EXPECT_EQ(tree.text(), R"(<r x="1" FileDataDimsVector="7|2"></r>)");
-    EXPECT_EQ(root.LoadXDEArraySize(&size), 1);
+    EXPECT_EQ(tree.LoadXDEArraySize(&size), 1);
     EXPECT_EQ(size, 7);
-    EXPECT_EQ(root.SaveXDEArraySize(0), 1);
+    EXPECT_EQ(tree.SaveXDEArraySize(0), 1);
     EXPECT_EQ(tree.text(), R"(<r x="1"></r>)");
-    root.SetPropertyValue("FileDataDimsVector", CStringUTF8("many"));
-    EXPECT_EQ(root.LoadXDEArraySize(&size), 0);
+    tree.SetPropertyValue("FileDataDimsVector", CStringUTF8("many"));
+    EXPECT_EQ(tree.LoadXDEArraySize(&size), 0);
     EXPECT_EQ(size, 7);
 }
 
 TEST(SetSizeTrimFromEnd, RemovesChildrenFromTheEnd) {
     TestTree tree("<r>t<a/><b><c/></b><d/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase c = tree.at("b/c");
 
-    EXPECT_EQ(root.SetSizeTrimFromEnd(-1), 0);
-    EXPECT_EQ(root.SetSizeTrimFromEnd(3), 1);
-    EXPECT_EQ(root.SetSizeTrimFromEnd(9), 1);
+    EXPECT_EQ(tree.SetSizeTrimFromEnd(-1), 0);
+    EXPECT_EQ(tree.SetSizeTrimFromEnd(3), 1);
+    EXPECT_EQ(tree.SetSizeTrimFromEnd(9), 1);
     EXPECT_EQ(tree.text(), "<r>t<a></a><b><c></c></b><d></d></r>");
-    EXPECT_EQ(root.SetSizeTrimFromEnd(1), 1);
+    EXPECT_EQ(tree.SetSizeTrimFromEnd(1), 1);
 
     EXPECT_EQ(tree.text(), "<r>t<a></a></r>");
     EXPECT_EQ(c.IsNodeValid(), 0);
-    EXPECT_EQ(root.SetSizeTrimFromEnd(0), 1);
+    EXPECT_EQ(tree.SetSizeTrimFromEnd(0), 1);
     EXPECT_EQ(tree.text(), "<r>t</r>");
 }
 

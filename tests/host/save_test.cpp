@@ -34,7 +34,7 @@ TEST(Save, WritesTheElementAsRootWithoutAddedWhiteSpace) {
     const TemporaryFolder folder;
     TestTree tree("<r x='1'><a _ux_id='5'>t<b/></a></r>");
 
-    EXPECT_EQ(tree.root().Save(folder.path("r.xml").c_str(), 0), 1);
+    EXPECT_EQ(tree.Save(folder.path("r.xml").c_str(), 0), 1);
     EXPECT_EQ(tree.at("a").Save(folder.path("a.xml").c_str(), 0), 1);
 
     EXPECT_EQ(read_file(folder.path("r.xml")),
@@ -48,20 +48,19 @@ TEST(Save, WritesTheElementAsRootWithoutAddedWhiteSpace) {
 TEST(Save, ReadsBackUnchangedAndByteStable) {
     const TemporaryFolder folder;
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     const char* const texts[] = {" ",      "\n\t ", "\r",   "a\rb",
                                  "<&>\"'", "]]>",   " x ",  "\u00E9\u20AC\U0001F4C8",
                                  "\x7F",   "--",    "&amp;"};
     for (const char* text : texts) {
         UXXmlWrapperBase leaf;
-        root.AddTextNode(&leaf, "leaf", text, 3, 0, nullptr);
+        tree.AddTextNode(&leaf, "leaf", text, 3, 0, nullptr);
         leaf.SetPropertyValue("a", CStringUTF8(text));
         UXXmlWrapperBase branch;
-        root.AddTextNode(&branch, "branch", text, -1, 0, nullptr);
+        tree.AddTextNode(&branch, "branch", text, -1, 0, nullptr);
         branch.AddNode(nullptr, "c", -1);
     }
 
-    ASSERT_EQ(root.Save(folder.path("one.xml").c_str(), 0), 1);
+    ASSERT_EQ(tree.Save(folder.path("one.xml").c_str(), 0), 1);
     UXXmlWrapperBase read;
     ASSERT_EQ(read.load(folder.path("one.xml").c_str(), 0, false), 1);
     ASSERT_EQ(read.Save(folder.path("two.xml").c_str(), 0), 1);
@@ -108,7 +107,7 @@ TEST(Save, RefusesWhatXmlCannotHoldAndNamesTheNode) {
         } else {
             c.SetString(text);
         }
-        EXPECT_EQ(tree.root().Save(path.c_str(), 0), 0);
+        EXPECT_EQ(tree.Save(path.c_str(), 0), 0);
         return std::string(UXGetLastSaveError());
     };
 
@@ -125,17 +124,16 @@ TEST(Save, RefusesWhatXmlCannotHoldAndNamesTheNode) {
 
 TEST(Save, TheReservedNameCannotBeSet) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     CWBOStringArray texts;
 
-    EXPECT_EQ(root.SetPropertyValue("_ux_id", CStringUTF8("x")), 0);
-    EXPECT_EQ(root.SetPropertyValue("_ux_id", 4), 0);
-    EXPECT_EQ(root.SetPropertyValue("_ux_id", 4.5), 0);
-    EXPECT_EQ(root.SetPropertyValue("_ux_id", texts), 0);
-    EXPECT_EQ(root.SetPropertyView(UXNameKey("_ux_id"), "x"), 0);
-    EXPECT_EQ(root.SetPropertyValue("_ux_ids", 4), 1);
+    EXPECT_EQ(tree.SetPropertyValue("_ux_id", CStringUTF8("x")), 0);
+    EXPECT_EQ(tree.SetPropertyValue("_ux_id", 4), 0);
+    EXPECT_EQ(tree.SetPropertyValue("_ux_id", 4.5), 0);
+    EXPECT_EQ(tree.SetPropertyValue("_ux_id", texts), 0);
+    EXPECT_EQ(tree.SetPropertyView(UXNameKey("_ux_id"), "x"), 0);
+    EXPECT_EQ(tree.SetPropertyValue("_ux_ids", 4), 1);
 
-    EXPECT_EQ(to_text(root), R"(<r _ux_ids="4"></r>)");
+    EXPECT_EQ(to_text(tree), R"(<r _ux_ids="4"></r>)");
 }
 
 TEST(Save, AnIdHasNoPlaceBesideALoadedAttributeOfTheReservedName) {
@@ -160,22 +158,21 @@ TEST(Save, AnIdHasNoPlaceBesideALoadedAttributeOfTheReservedName) {
 TEST(Save, FailedSaveLeavesTheOldFileWhole) {
     const TemporaryFolder folder;
     TestTree tree("<r>new</r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(root.Save(folder.path("no/such/folder.xml").c_str(), 0), 0);
+    EXPECT_EQ(tree.Save(folder.path("no/such/folder.xml").c_str(), 0), 0);
     EXPECT_THAT(std::string(UXGetLastSaveError()), HasSubstr("No such file"));
-    EXPECT_EQ(root.Save(folder.path("").c_str(), 0), 0);
+    EXPECT_EQ(tree.Save(folder.path("").c_str(), 0), 0);
     EXPECT_THAT(std::string(UXGetLastSaveError()), HasSubstr("Is a directory"));
-    EXPECT_EQ(root.Save("/dev/full", 0), 0);
+    EXPECT_EQ(tree.Save("/dev/full", 0), 0);
     EXPECT_THAT(std::string(UXGetLastSaveError()), HasSubstr("No space left"));
     EXPECT_EQ(std::filesystem::status("/dev/full").type(), std::filesystem::file_type::character);
-    EXPECT_EQ(root.Save(nullptr, 0), 0);
-    EXPECT_EQ(root.Save("", 0), 0);
+    EXPECT_EQ(tree.Save(nullptr, 0), 0);
+    EXPECT_EQ(tree.Save("", 0), 0);
     EXPECT_EQ(UXXmlWrapperBase().Save(folder.path("f.xml").c_str(), 0), 0);
     EXPECT_THAT(std::string(UXGetLastSaveError()), HasSubstr("no node"));
     const std::string pipe = folder.path("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    EXPECT_EQ(root.Save(pipe.c_str(), 0), 0);
+    EXPECT_EQ(tree.Save(pipe.c_str(), 0), 0);
 
     EXPECT_THAT(files_in(folder), ElementsAre("pipe"));
 }
@@ -186,16 +183,15 @@ TEST(Save, FullDiskLosesNothing) {
     std::filesystem::create_directory(mount);
     if (::mount("none", mount.c_str(), "tmpfs", 0, "size=64k") != 0) {
         // Without the right to mount, a device that is always full shows the same path.
-        EXPECT_EQ(TestTree("<r>x</r>").root().Save("/dev/full", 0), 0);
+        EXPECT_EQ(TestTree("<r>x</r>").Save("/dev/full", 0), 0);
         return;
     }
     TestTree old("<old/>");
-    ASSERT_EQ(old.root().Save((mount + "/f.xml").c_str(), 0), 1);
+    ASSERT_EQ(old.Save((mount + "/f.xml").c_str(), 0), 1);
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    root.SetString(std::string(3000000, 'x').c_str());
+    tree.SetString(std::string(3000000, 'x').c_str());
 
-    const int saved = root.Save((mount + "/f.xml").c_str(), 0);
+    const int saved = tree.Save((mount + "/f.xml").c_str(), 0);
     const std::string reason(UXGetLastSaveError());
     const std::string kept = read_file(mount + "/f.xml");
     const auto files = std::distance(std::filesystem::directory_iterator(mount), {});
@@ -214,7 +210,7 @@ TEST(Save, KeepsModeAndLinkOfTheTarget) {
     std::filesystem::create_symlink("real.xml", folder.path("link.xml"));
     TestTree tree("<r/>");
 
-    EXPECT_EQ(tree.root().Save(folder.path("link.xml").c_str(), 0), 1);
+    EXPECT_EQ(tree.Save(folder.path("link.xml").c_str(), 0), 1);
 
     EXPECT_TRUE(std::filesystem::is_symlink(folder.path("link.xml")));
     EXPECT_THAT(read_file(target), HasSubstr("<r/>"));
@@ -228,7 +224,7 @@ TEST(Save, WritesIntoTheCurrentFolderByPlainName) {
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(folder.path(""));
 
-    const int saved = TestTree("<r/>").root().Save("plain.xml", 0);
+    const int saved = TestTree("<r/>").Save("plain.xml", 0);
     std::filesystem::current_path(before);
 
     EXPECT_EQ(saved, 1);
@@ -238,12 +234,11 @@ TEST(Save, WritesIntoTheCurrentFolderByPlainName) {
 TEST(Save, ManyMegabytesInOneText) {
     const TemporaryFolder folder;
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     std::string text;
     for (int i = 0; i < 700000; ++i) text += "text & \u20AC ";
-    root.SetString(text.c_str());
+    tree.SetString(text.c_str());
 
-    ASSERT_EQ(root.Save(folder.path("f.xml").c_str(), 0), 1);
+    ASSERT_EQ(tree.Save(folder.path("f.xml").c_str(), 0), 1);
     UXXmlWrapperBase read;
     ASSERT_EQ(read.load(folder.path("f.xml").c_str(), 0, false), 1);
 
