@@ -19,34 +19,34 @@ TEST(wbxfu_tree_get_node, FollowsTheTagsUpToTheNull) {
     TestTree tree("<r><a><b><c/></b></a></r>");
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(wbxfu_tree_get_node(out, tree.root(), "a", "b", "c", nullptr), 1);
+    EXPECT_EQ(wbxfu_tree_get_node(out, tree, "a", "b", "c", nullptr), 1);
 
     EXPECT_TRUE(out == tree.at("a/b/c"));
 }
 
 TEST(wbxfu_tree_get_node, TakesTheFirstChildOfEachTagAndDoesNotGoBack) {
     TestTree tree(kTree);
-    UXXmlWrapperBase out = tree.root();
+    UXXmlWrapperBase out = tree;
 
-    EXPECT_EQ(wbxfu_tree_get_node(out, tree.root(), "a", "b", nullptr), 0);
+    EXPECT_EQ(wbxfu_tree_get_node(out, tree, "a", "b", nullptr), 0);
 
-    EXPECT_TRUE(out == tree.root());
+    EXPECT_TRUE(out == tree);
     EXPECT_EQ(tree.text(), tree_text(kTree));
 }
 
 TEST(wbxfu_tree_get_node, AnEmptyTagIsNeverFound) {
     TestTree tree(kTree);
-    UXXmlWrapperBase out = tree.root();
+    UXXmlWrapperBase out = tree;
 
-    EXPECT_EQ(wbxfu_tree_get_node(out, tree.root(), "", nullptr), 0);
-    EXPECT_EQ(wbxfu_tree_get_node(out, tree.root(), "a", "", "x", nullptr), 0);
+    EXPECT_EQ(wbxfu_tree_get_node(out, tree, "", nullptr), 0);
+    EXPECT_EQ(wbxfu_tree_get_node(out, tree, "a", "", "x", nullptr), 0);
 
-    EXPECT_TRUE(out == tree.root());
+    EXPECT_TRUE(out == tree);
 }
 
 TEST(wbxfu_tree_get_node, TheOutputMayBeTheStart) {
     TestTree tree(kTree);
-    UXXmlWrapperBase node = tree.root();
+    UXXmlWrapperBase node = tree;
 
     EXPECT_EQ(wbxfu_tree_get_node(node, node, "a", "x", nullptr), 1);
 
@@ -56,11 +56,11 @@ TEST(wbxfu_tree_get_node, TheOutputMayBeTheStart) {
 TEST(wbxfu_tree_get_node, AnInvalidStartFindsNothing) {
     TestTree tree(kTree);
     UXXmlWrapperBase invalid;
-    UXXmlWrapperBase out = tree.root();
+    UXXmlWrapperBase out = tree;
 
     EXPECT_EQ(wbxfu_tree_get_node(out, invalid, "a", nullptr), 0);
 
-    EXPECT_TRUE(out == tree.root());
+    EXPECT_TRUE(out == tree);
 }
 
 int lookup(UXXmlWrapperBase& out, UXXmlWrapperBase& start, int create, const char* name, ...) {
@@ -73,11 +73,10 @@ int lookup(UXXmlWrapperBase& out, UXXmlWrapperBase& start, int create, const cha
 
 TEST(wbxfu_tree_check_get_node_ex, AnEmptyPathYieldsTheStart) {
     TestTree tree(kTree);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(lookup(out, root, 0, nullptr), 1);
-    EXPECT_TRUE(out == root);
+    EXPECT_EQ(lookup(out, tree, 0, nullptr), 1);
+    EXPECT_TRUE(out == tree);
     UXXmlWrapperBase invalid;
     EXPECT_EQ(lookup(out, invalid, 1, nullptr), 0);
     EXPECT_FALSE(out.IsNodeValid());
@@ -85,21 +84,19 @@ TEST(wbxfu_tree_check_get_node_ex, AnEmptyPathYieldsTheStart) {
 
 TEST(wbxfu_tree_check_get_node_ex, CreatesOnlyWhenAsked) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(lookup(out, root, 0, "a", nullptr), 0);
+    EXPECT_EQ(lookup(out, tree, 0, "a", nullptr), 0);
     EXPECT_EQ(tree.text(), "<r></r>");
-    EXPECT_EQ(lookup(out, root, 1, "a", nullptr), 1);
+    EXPECT_EQ(lookup(out, tree, 1, "a", nullptr), 1);
     EXPECT_EQ(tree.text(), "<r><a></a></r>");
 }
 
 TEST(wbxfu_tree_check_get_node, CreatesWhatIsMissingWithoutAnId) {
     TestTree tree(kTree);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(wbxfu_tree_check_get_node(out, root, "a", "n", "m", nullptr), 1);
+    EXPECT_EQ(wbxfu_tree_check_get_node(out, tree, "a", "n", "m", nullptr), 1);
 
     EXPECT_TRUE(out == tree.at("a/n/m"));
     EXPECT_EQ(tree.text(), "<r><a><x></x><n><m></m></n></a><a><b>1 2</b></a></r>");
@@ -107,12 +104,11 @@ TEST(wbxfu_tree_check_get_node, CreatesWhatIsMissingWithoutAnId) {
 
 TEST(wbxfu_tree_check_get_node, WhatWasCreatedBeforeAFailureStays) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase out = root;
+    UXXmlWrapperBase out = tree;
 
-    EXPECT_EQ(wbxfu_tree_check_get_node(out, root, "a", "", "b", nullptr), 0);
+    EXPECT_EQ(wbxfu_tree_check_get_node(out, tree, "a", "", "b", nullptr), 0);
 
-    EXPECT_TRUE(out == root);
+    EXPECT_TRUE(out == tree);
     EXPECT_EQ(tree.text(), "<r><a></a></r>");
 }
 
@@ -127,35 +123,32 @@ TEST(wbxfu_tree_check_get_node, AnInvalidStartCreatesNothing) {
 
 TEST(wbxfu_tree_node_vector_value, ReadsWithoutCreating) {
     TestTree tree("<r><a>1 2.5</a></r>");
-    UXXmlWrapperBase root = tree.root();
     CArray<double, double> values;
     UXVectorDesc vector(values);
 
-    EXPECT_EQ(wbxfu_tree_node_vector_value(root, vector, 1, "a", nullptr), 1);
+    EXPECT_EQ(wbxfu_tree_node_vector_value(tree, vector, 1, "a", nullptr), 1);
     EXPECT_THAT(numbers(values), ElementsAre(1, 2.5));
-    EXPECT_EQ(wbxfu_tree_node_vector_value(root, vector, 1, "b", nullptr), 0);
+    EXPECT_EQ(wbxfu_tree_node_vector_value(tree, vector, 1, "b", nullptr), 0);
     EXPECT_EQ(tree.text(), "<r><a>1 2.5</a></r>");
 }
 
 TEST(wbxfu_tree_node_vector_value, WritesCreatingThePath) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     CArray<int, int> values = number_list<int>({3, 4});
     UXVectorDesc vector(values);
 
-    EXPECT_EQ(wbxfu_tree_node_vector_value(root, vector, 0, "a", "b", nullptr), 1);
+    EXPECT_EQ(wbxfu_tree_node_vector_value(tree, vector, 0, "a", "b", nullptr), 1);
 
     EXPECT_EQ(tree.text(), "<r><a><b>3 4</b></a></r>");
 }
 
 TEST(wbxfu_tree_node_vector_value, TurnsARefusalOfTheHostIntoZero) {
     TestTree tree("<r><a>x</a></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     CArray<double, double> values = number_list<double>({7});
     UXVectorDesc vector(values);
 
-    EXPECT_EQ(wbxfu_tree_node_vector_value(root, vector, 1, "a", nullptr), 0);
+    EXPECT_EQ(wbxfu_tree_node_vector_value(tree, vector, 1, "a", nullptr), 0);
     EXPECT_EQ(wbxfu_tree_node_vector_value(invalid, vector, 1, "a", nullptr), 0);
     EXPECT_EQ(wbxfu_tree_node_vector_value(invalid, vector, 0, "a", nullptr), 0);
 

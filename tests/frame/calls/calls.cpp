@@ -12,7 +12,7 @@ UXXmlWrapperBase Scene::removed() const {
 std::string Scene::outputs() const {
     std::string all;
     for (const auto& output : outputs_) all += output() + "\n";
-    return all + to_text(aside_.root());
+    return all + to_text(aside_);
 }
 
 Trials NodeArgument::trials(Parameter parameter, const Row& row) const {

@@ -109,7 +109,7 @@ public:
         outputs_.push_back([kept] { return show(*kept); });
         return *kept;
     }
-    UXXmlWrapperBase root(std::size_t tree) const { return trees_[tree].root(); }
+    UXXmlWrapperBase root(std::size_t tree) const { return trees_[tree]; }
     std::string trees() const { return trees_[0].text() + "\n" + trees_[1].text(); }
     std::string outputs() const;
     std::size_t output_count() const { return outputs_.size(); }

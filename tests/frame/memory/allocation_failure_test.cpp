@@ -219,15 +219,14 @@ TEST(uxtree_sort_children_by_int_attribute, LeavesTheTreeAsItWasWhenMemoryRunsSh
     do {
         TestTree tree("<r><a n='3'><x/></a><b n='1'/><c n='2'/><d n='1'/></r>");
         const std::string before = tree.text();
-        UXXmlWrapperBase root = tree.root();
         failed = false;
         untilFailure = index++;
-        const bool sorted = uxtree_sort_children_by_int_attribute(&root, "n", 1);
+        const bool sorted = uxtree_sort_children_by_int_attribute(&tree, "n", 1);
         untilFailure = -1;
 
         EXPECT_EQ(sorted, !failed);
         EXPECT_EQ(tree.text() == before, failed);
-        expect_sound(root);
+        expect_sound(tree);
     } while (failed && !HasFailure());
     EXPECT_GT(index, 4);
 }
@@ -244,7 +243,7 @@ TEST(ArrangeChildContents, LeavesTheTreeAsItWasWhenMemoryRunsShort) {
         untilFailure = index++;
         int arranged = 0;
         try {
-            arranged = tree.root().ArrangeChildContents(order);
+            arranged = tree.ArrangeChildContents(order);
         } catch (const std::bad_alloc&) {
             EXPECT_TRUE(failed);
         }
@@ -253,7 +252,7 @@ TEST(ArrangeChildContents, LeavesTheTreeAsItWasWhenMemoryRunsShort) {
         EXPECT_EQ(arranged, failed ? 0 : 1);
         EXPECT_EQ(tree.text() == before, failed);
         EXPECT_EQ(x.IsNodeValid(), failed ? 1 : 0);
-        expect_sound(tree.root());
+        expect_sound(tree);
     } while (failed && !HasFailure());
     EXPECT_EQ(index, 3);  // two allocations
 }
@@ -289,16 +288,16 @@ const std::string kLongText(100000, 'x');
 }  // namespace
 
 TEST(UXXmlWrapperBase, AddsNoNodeWithoutItsText) {
-    fail_each_of_host(
-        [] { return TestTree("<r><a/></r>"); },
-        [](const TestTree& tree) {
-            return tree.root().AddTextNode(nullptr, "b", kLongText.c_str(), 0, 0, nullptr);
-        },
-        [](const TestTree& tree, int result) {
-            expect_sound(tree.root());
-            const std::string added = "<b>" + kLongText + "</b>";
-            EXPECT_EQ(tree.text(), "<r><a></a>" + (result == 0 ? "" : added) + "</r>");
-        });
+    fail_each_of_host([] { return TestTree("<r><a/></r>"); },
+                      [](TestTree& tree) {
+                          return tree.AddTextNode(nullptr, "b", kLongText.c_str(), 0, 0, nullptr);
+                      },
+                      [](const TestTree& tree, int result) {
+                          expect_sound(tree);
+                          const std::string added = "<b>" + kLongText + "</b>";
+                          EXPECT_EQ(tree.text(),
+                                    "<r><a></a>" + (result == 0 ? "" : added) + "</r>");
+                      });
 }
 
 TEST(UXXmlWrapperBase, CopiesABranchWholeOrNotAtAll) {
@@ -309,12 +308,9 @@ TEST(UXXmlWrapperBase, CopiesABranchWholeOrNotAtAll) {
     };
     fail_each_of_host(
         [&] { return Copied{TestTree(branch.c_str())}; },
-        [](const Copied& scene) {
-            UXXmlWrapperBase from = scene.from.root();
-            return scene.to.root().AddNodeCopy(&from, 1, nullptr);
-        },
+        [](Copied& scene) { return scene.to.AddNodeCopy(&scene.from, 1, nullptr); },
         [&](const Copied& scene, int result) {
-            expect_sound(scene.to.root());
+            expect_sound(scene.to);
             EXPECT_TRUE(scene.to.text() == "<r><a></a>" + (result == 0 ? "" : branch) + "</r>");
             EXPECT_TRUE(scene.from.text() == branch);
         });
@@ -325,12 +321,11 @@ TEST(UXXmlWrapperBase, WritesItsTextWholeOrNotAtAll) {
         TestTree tree{("<r>" + kLongText + "</r>").c_str()};
         CStringUTF8 text{"kept"};
     };
-    fail_each_of_host([] { return Written(); },
-                      [](Written& scene) { return scene.tree.root().GetString(scene.text); },
-                      [](const Written& scene, int result) {
-                          EXPECT_EQ(std::string(scene.text),
-                                    result == 0 ? "kept" : "<r>" + kLongText + "</r>");
-                      });
+    fail_each_of_host(
+        [] { return Written(); }, [](Written& scene) { return scene.tree.GetString(scene.text); },
+        [](const Written& scene, int result) {
+            EXPECT_EQ(std::string(scene.text), result == 0 ? "kept" : "<r>" + kLongText + "</r>");
+        });
 }
 
 TEST(AllocationFailureProbe, FailsTheAllocationThatItNames) {

@@ -92,7 +92,7 @@ TEST(Threads, LoadEditAndSaveDocumentsOfTheirOwn) {
             return reason.substr(file(thread).size());
         },
         [](int thread) {
-            const TestTree tree("<r><a Label='localized'/></r>");
+            TestTree tree("<r><a Label='localized'/></r>");
             UXXmlWrapperBase a = tree.at("a");
             std::string labels;
             for (int i = 0; i < 100; ++i) {
