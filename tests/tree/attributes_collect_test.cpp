@@ -23,66 +23,60 @@ std::function<bool(UXXmlWrapperBase&)> has_label(const char* wanted) {
 
 TEST(uxtree_count_items_by_attribute, CountsAsTheArgumentsSay) {
     TestTree tree("<r k='v'><a k='v'><b k='v'/></a><c k='V'/><d/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_count_items_by_attribute(&root, nullptr, "v", 0, 0), 3);
-    EXPECT_EQ(uxtree_count_items_by_attribute(&root, nullptr, "v", 0, 1), 4);
-    EXPECT_EQ(uxtree_count_items_by_attribute(&root, "k", nullptr, 0, 0), 2);
-    EXPECT_EQ(uxtree_count_items_by_attribute(&root, "k", "v", 0, 0), 1);
-    EXPECT_EQ(uxtree_count_items_by_attribute(&root, "k", "v", 0, 1), 2);
-    EXPECT_EQ(uxtree_count_items_by_attribute(&root, "k", "", 0, 1), 0);
+    EXPECT_EQ(uxtree_count_items_by_attribute(&tree, nullptr, "v", 0, 0), 3);
+    EXPECT_EQ(uxtree_count_items_by_attribute(&tree, nullptr, "v", 0, 1), 4);
+    EXPECT_EQ(uxtree_count_items_by_attribute(&tree, "k", nullptr, 0, 0), 2);
+    EXPECT_EQ(uxtree_count_items_by_attribute(&tree, "k", "v", 0, 0), 1);
+    EXPECT_EQ(uxtree_count_items_by_attribute(&tree, "k", "v", 0, 1), 2);
+    EXPECT_EQ(uxtree_count_items_by_attribute(&tree, "k", "", 0, 1), 0);
 }
 
 TEST(uxtree_count_items_by_attribute, MissingCountsOnlyNodesWithoutTheAttribute) {
     TestTree tree("<r><a k='other'/><b/><c k='v'/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_count_items_by_attribute(&root, "k", "v", 1, 0), 2);
-    EXPECT_EQ(uxtree_count_items_by_attribute(&root, "", "v", 1, 0), 3);
-    EXPECT_EQ(uxtree_count_items_by_attribute(&root, "", "v", 0, 0), 0);
+    EXPECT_EQ(uxtree_count_items_by_attribute(&tree, "k", "v", 1, 0), 2);
+    EXPECT_EQ(uxtree_count_items_by_attribute(&tree, "", "v", 1, 0), 3);
+    EXPECT_EQ(uxtree_count_items_by_attribute(&tree, "", "v", 0, 0), 0);
 }
 
 TEST(uxtree_count_items_by_attribute, TellsBadArgumentsFromALeaf) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
-    EXPECT_EQ(uxtree_count_items_by_attribute(&root, nullptr, nullptr, 1, 1), 0);
+    EXPECT_EQ(uxtree_count_items_by_attribute(&tree, nullptr, nullptr, 1, 1), 0);
     EXPECT_EQ(uxtree_count_items_by_attribute(nullptr, "k", "v", 1, 1), -1);
     EXPECT_EQ(uxtree_count_items_by_attribute(&invalid, "k", "v", 1, 1), -1);
 }
 
 TEST(uxtree_all_nodes_has_attrib, TestsTheDescendantsNotTheNode) {
     TestTree tree("<r><a k=''><b k='1'/></a><c k='2'><d/></c></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase complete = tree.at("a");
     UXXmlWrapperBase leaf = tree.at("c/d");
 
     EXPECT_EQ(uxtree_all_nodes_has_attrib(&complete, "k"), 1);
     EXPECT_EQ(uxtree_all_nodes_has_attrib(&leaf, "k"), 1);
-    EXPECT_EQ(uxtree_all_nodes_has_attrib(&root, "k"), 0);
+    EXPECT_EQ(uxtree_all_nodes_has_attrib(&tree, "k"), 0);
 }
 
 TEST(uxtree_all_nodes_has_attrib, FailsWithBadArguments) {
     TestTree tree("<r><a/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
     EXPECT_EQ(uxtree_all_nodes_has_attrib(nullptr, "k"), 0);
     EXPECT_EQ(uxtree_all_nodes_has_attrib(&invalid, "k"), 0);
-    EXPECT_EQ(uxtree_all_nodes_has_attrib(&root, nullptr), 0);
-    EXPECT_EQ(uxtree_all_nodes_has_attrib(&root, ""), 0);
+    EXPECT_EQ(uxtree_all_nodes_has_attrib(&tree, nullptr), 0);
+    EXPECT_EQ(uxtree_all_nodes_has_attrib(&tree, ""), 0);
 }
 
 TEST(VCTreeAttributeValues, AppendsIntegersWithMinusOneForMissing) {
     TestTree tree("<r k='9'><a k='1'><b/></a><c k='x'/><d k='-4'/></r>");
-    UXXmlWrapperBase root = tree.root();
     CArray<int, int> values = number_list<int>({100});
 
-    EXPECT_EQ(VCTreeAttributeValues(&root, "k", 5, &values, 1, 0), 0);
+    EXPECT_EQ(VCTreeAttributeValues(&tree, "k", 5, &values, 1, 0), 0);
     EXPECT_THAT(numbers(values), ElementsAre(100, 1, -1, -1, -4));
     values.RemoveAll();
-    EXPECT_EQ(VCTreeAttributeValues(&root, "k", 5, &values, 1, 1), 0);
+    EXPECT_EQ(VCTreeAttributeValues(&tree, "k", 5, &values, 1, 1), 0);
     EXPECT_THAT(numbers(values), ElementsAre(9, 1, -1, -1, -4));
 
     EXPECT_EQ(tree.text(), tree_text("<r k='9'><a k='1'><b/></a><c k='x'/><d k='-4'/></r>"));
@@ -90,32 +84,29 @@ TEST(VCTreeAttributeValues, AppendsIntegersWithMinusOneForMissing) {
 
 TEST(VCTreeAttributeValues, WritesTheValueWithoutAnArray) {
     TestTree tree("<r k='9'><a><b k='1'/></a></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(VCTreeAttributeValues(&root, "k", -2, nullptr, 0, 0), 0);
+    EXPECT_EQ(VCTreeAttributeValues(&tree, "k", -2, nullptr, 0, 0), 0);
 
     EXPECT_EQ(tree.text(), tree_text("<r k='9'><a k='-2'><b k='-2'/></a></r>"));
 }
 
 TEST(VCTreeAttributeValues, ANegativeValueRemovesWhenAsked) {
     TestTree tree("<r k='9'><a k='1'/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(VCTreeAttributeValues(&root, "k", 0, nullptr, 1, 0), 0);
+    EXPECT_EQ(VCTreeAttributeValues(&tree, "k", 0, nullptr, 1, 0), 0);
     EXPECT_EQ(tree.text(), tree_text("<r k='9'><a k='0'/></r>"));
-    EXPECT_EQ(VCTreeAttributeValues(&root, "k", -1, nullptr, 1, 1), 0);
+    EXPECT_EQ(VCTreeAttributeValues(&tree, "k", -1, nullptr, 1, 1), 0);
     EXPECT_EQ(tree.text(), tree_text("<r><a/></r>"));
 }
 
 TEST(VCTreeAttributeValues, YieldsZeroWithBadArgumentsToo) {
     TestTree tree("<r k='1'/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     CArray<int, int> values;
 
     EXPECT_EQ(VCTreeAttributeValues(nullptr, "k", 1, &values, 0, 1), 0);
     EXPECT_EQ(VCTreeAttributeValues(&invalid, "k", 1, &values, 0, 1), 0);
-    EXPECT_EQ(VCTreeAttributeValues(&root, nullptr, 1, &values, 0, 1), 0);
+    EXPECT_EQ(VCTreeAttributeValues(&tree, nullptr, 1, &values, 0, 1), 0);
 
     EXPECT_THAT(numbers(values), IsEmpty());
     EXPECT_EQ(tree.text(), tree_text("<r k='1'/>"));
@@ -123,52 +114,47 @@ TEST(VCTreeAttributeValues, YieldsZeroWithBadArgumentsToo) {
 
 TEST(uxtree_attribute_values, CollectsOrWritesBelowTheNode) {
     TestTree tree("<r k='9'><a k='1'/><b/></r>");
-    UXXmlWrapperBase root = tree.root();
     auto values = script_ints({});
 
-    EXPECT_EQ(uxtree_attribute_values(&root, "k", 5, &values, 0), 0);
+    EXPECT_EQ(uxtree_attribute_values(&tree, "k", 5, &values, 0), 0);
     EXPECT_THAT(numbers(values.array()), ElementsAre(1, -1));
-    EXPECT_EQ(uxtree_attribute_values(&root, "k", 5, nullptr, 0), 0);
+    EXPECT_EQ(uxtree_attribute_values(&tree, "k", 5, nullptr, 0), 0);
 
     EXPECT_EQ(tree.text(), tree_text("<r k='9'><a k='5'/><b k='5'/></r>"));
 }
 
 TEST(uxtree_attribute_values, AnUnusableArrayDoesNotFallIntoWriting) {
     TestTree tree("<r><a k='1'/></r>");
-    UXXmlWrapperBase root = tree.root();
     auto texts = script_texts({});
 
-    EXPECT_EQ(uxtree_attribute_values(&root, "k", 5, &texts, 0), -1);
+    EXPECT_EQ(uxtree_attribute_values(&tree, "k", 5, &texts, 0), -1);
 
     EXPECT_EQ(tree.text(), tree_text("<r><a k='1'/></r>"));
 }
 
 TEST(VCTreeGetAttributes, SkipIsAskedAboutTheFirstLevelOnly) {
     TestTree tree("<r><a Label='A'><x Label='skip'/></a><b Label='skip'><y/></b><c/></r>");
-    UXXmlWrapperBase root = tree.root();
     CWBOStringArray labels;
 
-    EXPECT_EQ(VCTreeGetAttributes(&root, &labels, "Label", false, has_label("skip")), 0);
+    EXPECT_EQ(VCTreeGetAttributes(&tree, &labels, "Label", false, has_label("skip")), 0);
 
     EXPECT_THAT(texts(labels), ElementsAre("A", "skip", ""));  // x stays, b and y are gone
 }
 
 TEST(VCTreeGetAttributes, AppendsAndTakesTheChildrenAloneWhenAsked) {
     TestTree tree("<r><a Label='A'><x Label='X'/></a><c Label='C'/></r>");
-    UXXmlWrapperBase root = tree.root();
     CWBOStringArray labels = string_list({"before"});
 
-    EXPECT_EQ(VCTreeGetAttributes(&root, &labels, "Label", true, nullptr), 0);
+    EXPECT_EQ(VCTreeGetAttributes(&tree, &labels, "Label", true, nullptr), 0);
 
     EXPECT_THAT(texts(labels), ElementsAre("before", "A", "C"));
 }
 
 TEST(VCTreeGetAttributes, AThrowingSkipTestEndsWithZero) {
     TestTree tree("<r><a Label='A'/></r>");
-    UXXmlWrapperBase root = tree.root();
     CWBOStringArray labels;
 
-    EXPECT_EQ(VCTreeGetAttributes(&root, &labels, "Label", true,
+    EXPECT_EQ(VCTreeGetAttributes(&tree, &labels, "Label", true,
                                   [](UXXmlWrapperBase&) -> bool { throw std::runtime_error("x"); }),
               0);
 
@@ -177,26 +163,24 @@ TEST(VCTreeGetAttributes, AThrowingSkipTestEndsWithZero) {
 
 TEST(VCTreeGetAttributes, YieldsZeroWithBadArgumentsToo) {
     TestTree tree("<r><a Label='A'/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     CWBOStringArray labels;
 
     EXPECT_EQ(VCTreeGetAttributes(nullptr, &labels, "Label", true, nullptr), 0);
     EXPECT_EQ(VCTreeGetAttributes(&invalid, &labels, "Label", true, nullptr), 0);
-    EXPECT_EQ(VCTreeGetAttributes(&root, nullptr, "Label", true, nullptr), 0);
-    EXPECT_EQ(VCTreeGetAttributes(&root, &labels, nullptr, true, nullptr), 0);
+    EXPECT_EQ(VCTreeGetAttributes(&tree, nullptr, "Label", true, nullptr), 0);
+    EXPECT_EQ(VCTreeGetAttributes(&tree, &labels, nullptr, true, nullptr), 0);
 
     EXPECT_THAT(texts(labels), IsEmpty());
 }
 
 TEST(vctree_get_attributes, HasOneEntryPerNode) {
     TestTree tree("<r k='0'><a k='1'><b/></a><c k='3'/></r>");
-    UXXmlWrapperBase root = tree.root();
     CWBOStringArray values;
 
-    EXPECT_EQ(vctree_get_attributes(&root, &values, "k", false), 0);
+    EXPECT_EQ(vctree_get_attributes(&tree, &values, "k", false), 0);
     EXPECT_THAT(texts(values), ElementsAre("1", "", "3"));
-    EXPECT_EQ(vctree_get_attributes(&root, &values, "k", true), 0);
+    EXPECT_EQ(vctree_get_attributes(&tree, &values, "k", true), 0);
     EXPECT_THAT(texts(values), ElementsAre("1", "", "3", "1", "3"));
     EXPECT_EQ(vctree_get_attributes(nullptr, &values, "k", true), 0);
     EXPECT_EQ(values.GetSize(), 5);
@@ -204,43 +188,40 @@ TEST(vctree_get_attributes, HasOneEntryPerNode) {
 
 TEST(uxtree_get_attributes, NeedsAStringArray) {
     TestTree tree("<r><a k='1'><b k='2'/></a></r>");
-    UXXmlWrapperBase root = tree.root();
     auto values = script_texts({});
     auto ints = script_ints({});
 
-    EXPECT_EQ(uxtree_get_attributes(&root, &values, "k", 0), 0);
+    EXPECT_EQ(uxtree_get_attributes(&tree, &values, "k", 0), 0);
     EXPECT_THAT(texts(values.array()), ElementsAre("1", "2"));
-    EXPECT_EQ(uxtree_get_attributes(&root, &ints, "k", 0), -1);
-    EXPECT_EQ(uxtree_get_attributes(&root, nullptr, "k", 0), -1);
+    EXPECT_EQ(uxtree_get_attributes(&tree, &ints, "k", 0), -1);
+    EXPECT_EQ(uxtree_get_attributes(&tree, nullptr, "k", 0), -1);
     EXPECT_EQ(uxtree_get_attributes(nullptr, &values, "k", 0), 0);
 }
 
 TEST(vctree_get_node_names, AppendsTheTagsInDocumentOrder) {
     TestTree tree("<r><a><b/><b/></a><c/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     CWBOStringArray names;
 
-    vctree_get_node_names(&root, &names, false);
+    vctree_get_node_names(&tree, &names, false);
     EXPECT_THAT(texts(names), ElementsAre("a", "b", "b", "c"));
-    vctree_get_node_names(&root, &names, true);
+    vctree_get_node_names(&tree, &names, true);
     EXPECT_THAT(texts(names), ElementsAre("a", "b", "b", "c", "a", "c"));
     vctree_get_node_names(nullptr, &names, true);
     vctree_get_node_names(&invalid, &names, true);
-    vctree_get_node_names(&root, nullptr, true);
+    vctree_get_node_names(&tree, nullptr, true);
     EXPECT_EQ(names.GetSize(), 6);
 }
 
 TEST(uxtree_get_node_names, NeedsAStringArray) {
     TestTree tree("<r><a><b/></a></r>");
-    UXXmlWrapperBase root = tree.root();
     auto names = script_texts({"before"});
     auto ints = script_ints({});
 
-    EXPECT_EQ(uxtree_get_node_names(&root, &names, 0), 0);
+    EXPECT_EQ(uxtree_get_node_names(&tree, &names, 0), 0);
     EXPECT_THAT(texts(names.array()), ElementsAre("before", "a", "b"));
-    EXPECT_EQ(uxtree_get_node_names(&root, &ints, 0), -1);
-    EXPECT_EQ(uxtree_get_node_names(&root, nullptr, 0), -1);
+    EXPECT_EQ(uxtree_get_node_names(&tree, &ints, 0), -1);
+    EXPECT_EQ(uxtree_get_node_names(&tree, nullptr, 0), -1);
     EXPECT_EQ(uxtree_get_node_names(nullptr, &names, 0), 0);
 }
 

@@ -37,8 +37,7 @@ void for_every_tree(Body body) {
         Random random(seed);
         Node model = uxmodel::random_tree(random, kWords, 16);
         TestTree tree(to_xml(model).c_str());
-        UXXmlWrapperBase root = tree.root();
-        body(random, model, root);
+        body(random, model, tree);
         EXPECT_EQ(tree.text(), to_xml(model));
         ASSERT_FALSE(testing::Test::HasFailure()) << "seed " << seed;
     }
@@ -188,11 +187,10 @@ TEST(uxtree_copy_atts, CopiesAsThePlainDefinitionDoes) {
     for_every_tree([](Random& random, Node& model, UXXmlWrapperBase& root) {
         const Node other = uxmodel::random_tree(random, kWords, 16);
         TestTree source(to_xml(other).c_str());
-        UXXmlWrapperBase from = source.root();
         const bool childrenOnly = random.one_in(2);
         const int count = copy_pairs(other, model, childrenOnly);
-        EXPECT_EQ(uxtree_copy_atts(&from, &root, "t", childrenOnly ? 1 : 0), count);
-        EXPECT_EQ(uxtree_node_copy_attribute(&from, &root, "t"), copy_one(other, model));
+        EXPECT_EQ(uxtree_copy_atts(&source, &root, "t", childrenOnly ? 1 : 0), count);
+        EXPECT_EQ(uxtree_node_copy_attribute(&source, &root, "t"), copy_one(other, model));
         EXPECT_EQ(source.text(), to_xml(other));
     });
 }

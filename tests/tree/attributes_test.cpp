@@ -14,8 +14,7 @@ namespace {
 
 std::string modified(const char* xml, unsigned int setBits, unsigned int clearBits) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
-    EXPECT_TRUE(uxtree_modify_attribute(&root, "k", setBits, clearBits));
+    EXPECT_TRUE(uxtree_modify_attribute(&tree, "k", setBits, clearBits));
     return tree.text();
 }
 
@@ -41,22 +40,20 @@ TEST(uxtree_modify_attribute, TheHighestBitIsASign) {
 
 TEST(uxtree_modify_attribute, FailsWithBadArguments) {
     TestTree tree("<r k='1'/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
     EXPECT_FALSE(uxtree_modify_attribute(nullptr, "k", 2, 0));
     EXPECT_FALSE(uxtree_modify_attribute(&invalid, "k", 2, 0));
-    EXPECT_FALSE(uxtree_modify_attribute(&root, nullptr, 2, 0));
-    EXPECT_FALSE(uxtree_modify_attribute(&root, "", 2, 0));
-    EXPECT_FALSE(uxtree_modify_attribute(&root, "no name", 2, 0));
+    EXPECT_FALSE(uxtree_modify_attribute(&tree, nullptr, 2, 0));
+    EXPECT_FALSE(uxtree_modify_attribute(&tree, "", 2, 0));
+    EXPECT_FALSE(uxtree_modify_attribute(&tree, "no name", 2, 0));
 
     EXPECT_EQ(tree.text(), tree_text("<r k='1'/>"));
 }
 
 std::string modified_dword(const char* xml, unsigned int clearBits, unsigned int setBits) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
-    vctree_modify_DWORD_attribute(&root, "k", clearBits, setBits);
+    vctree_modify_DWORD_attribute(&tree, "k", clearBits, setBits);
     return tree.text();
 }
 
@@ -78,41 +75,37 @@ TEST(vctree_modify_DWORD_attribute, ATextThatIsNoNumberIsThereAndReadsAsZero) {
 
 TEST(vctree_modify_DWORD_attribute, DoesNothingWithBadArguments) {
     TestTree tree("<r k='1'/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
     vctree_modify_DWORD_attribute(nullptr, "k", 1, 2);
     vctree_modify_DWORD_attribute(&invalid, "k", 1, 2);
-    vctree_modify_DWORD_attribute(&root, nullptr, 1, 2);
+    vctree_modify_DWORD_attribute(&tree, nullptr, 1, 2);
 
     EXPECT_EQ(tree.text(), tree_text("<r k='1'/>"));
 }
 
 TEST(uxtree_remove_attribute, CountsEveryRemovalBelow) {
     TestTree tree("<r k='1'><a k='' j='1'><b k='2'/></a><c/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_remove_attribute(&root, "k", 0), 2);
+    EXPECT_EQ(uxtree_remove_attribute(&tree, "k", 0), 2);
 
     EXPECT_EQ(tree.text(), tree_text("<r k='1'><a j='1'><b/></a><c/></r>"));
 }
 
 TEST(uxtree_remove_attribute, IncludesTheGivenNodeWhenAsked) {
     TestTree tree("<r k='1'><a k='1'/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_remove_attribute(&root, "k", 1), 2);
-    EXPECT_EQ(uxtree_remove_attribute(&root, "k", 1), 0);
-    EXPECT_EQ(uxtree_remove_attribute(&root, "", 1), 0);
+    EXPECT_EQ(uxtree_remove_attribute(&tree, "k", 1), 2);
+    EXPECT_EQ(uxtree_remove_attribute(&tree, "k", 1), 0);
+    EXPECT_EQ(uxtree_remove_attribute(&tree, "", 1), 0);
 
     EXPECT_EQ(tree.text(), tree_text("<r><a/></r>"));
 }
 
 TEST(uxtree_store_attribute, RenamesTheAttributeEverywhere) {
     TestTree tree("<r k='1'><a k='2'><b k='3'/></a><c j='4'/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_store_attribute(&root, "k"), 3);
+    EXPECT_EQ(uxtree_store_attribute(&tree, "k"), 3);
 
     EXPECT_EQ(
         tree.text(),
@@ -122,52 +115,47 @@ TEST(uxtree_store_attribute, RenamesTheAttributeEverywhere) {
 
 TEST(uxtree_store_attribute, FailsWithBadArguments) {
     TestTree tree("<r k='1'/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
     EXPECT_EQ(uxtree_store_attribute(nullptr, "k"), -1);
     EXPECT_EQ(uxtree_store_attribute(&invalid, "k"), -1);
-    EXPECT_EQ(uxtree_store_attribute(&root, nullptr), -1);
-    EXPECT_EQ(uxtree_store_attribute(&root, ""), 0);
+    EXPECT_EQ(uxtree_store_attribute(&tree, nullptr), -1);
+    EXPECT_EQ(uxtree_store_attribute(&tree, ""), 0);
 
     EXPECT_EQ(tree.text(), tree_text("<r k='1'/>"));
 }
 
 TEST(uxtree_restore_attribute, UndoesAStore) {
     TestTree tree("<r k='1'><a k='-2' j='5'/></r>");
-    UXXmlWrapperBase root = tree.root();
-    uxtree_store_attribute(&root, "k");
+    uxtree_store_attribute(&tree, "k");
 
-    EXPECT_EQ(uxtree_restore_attribute(&root, "k"), 2);
+    EXPECT_EQ(uxtree_restore_attribute(&tree, "k"), 2);
 
     EXPECT_EQ(tree.text(), tree_text("<r k='1'><a j='5' k='-2'/></r>"));
 }
 
 TEST(uxtree_restore_attribute, ATextThatIsNoIntegerComesBackAsZero) {
     TestTree tree("<r><a k='text'/><b k=''/><c k='2.9'/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_store_attribute(&root, "k"), 3);
-    EXPECT_EQ(uxtree_restore_attribute(&root, "k"), 3);
+    EXPECT_EQ(uxtree_store_attribute(&tree, "k"), 3);
+    EXPECT_EQ(uxtree_restore_attribute(&tree, "k"), 3);
 
     EXPECT_EQ(tree.text(), tree_text("<r><a k='0'/><b k='0'/><c k='2'/></r>"));
 }
 
 TEST(uxtree_restore_attribute, ASavedCopyReplacesTheAttributeInItsPlace) {
     TestTree tree("<r k='9' j='1' StorePrefixk='4'/>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_restore_attribute(&root, "k"), 1);
+    EXPECT_EQ(uxtree_restore_attribute(&tree, "k"), 1);
 
     EXPECT_EQ(tree.text(), tree_text("<r k='4' j='1'/>"));
 }
 
 TEST(uxtree_restore_attribute, ANameThatCannotBeSetLosesNothing) {
     TestTree tree("<r StorePrefix='4' StorePrefix1='5'/>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_restore_attribute(&root, ""), 0);
-    EXPECT_EQ(uxtree_restore_attribute(&root, "1"), 0);
+    EXPECT_EQ(uxtree_restore_attribute(&tree, ""), 0);
+    EXPECT_EQ(uxtree_restore_attribute(&tree, "1"), 0);
 
     EXPECT_EQ(tree.text(), tree_text("<r StorePrefix='4' StorePrefix1='5'/>"));
 }
@@ -187,9 +175,7 @@ TEST(uxtree_node_copy_attribute, CopiesTheText) {
 std::string with_copies(const char* source, const char* target, int childrenOnly, int expected) {
     TestTree from(source);
     TestTree to(target);
-    UXXmlWrapperBase sourceRoot = from.root();
-    UXXmlWrapperBase targetRoot = to.root();
-    EXPECT_EQ(uxtree_copy_atts(&sourceRoot, &targetRoot, "k", childrenOnly), expected);
+    EXPECT_EQ(uxtree_copy_atts(&from, &to, "k", childrenOnly), expected);
     return to.text();
 }
 
@@ -223,11 +209,10 @@ TEST(uxtree_copy_atts, StaysBelowTheGivenNodes) {
 
 TEST(uxtree_copy_atts, TheTreesMayOverlap) {
     TestTree tree("<r k='1'><a k='2'><b/></a></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase inner = tree.at("a");
 
-    EXPECT_EQ(uxtree_copy_atts(&root, &inner, "k", 0), 2);
-    EXPECT_EQ(uxtree_copy_atts(&root, &root, "k", 0), 3);
+    EXPECT_EQ(uxtree_copy_atts(&tree, &inner, "k", 0), 2);
+    EXPECT_EQ(uxtree_copy_atts(&tree, &tree, "k", 0), 3);
 
     EXPECT_EQ(tree.text(), tree_text("<r k='1'><a k='1'><b k='1'/></a></r>"));
 }
@@ -248,21 +233,19 @@ TEST(uxtree_set_attribute_bit_if_not_empty, NeedsAFilledLeafAndTheAttribute) {
 
 TEST(uxtree_set_attribute_bit_if_not_empty, LooksDeeperOnlyWhenAsked) {
     TestTree tree("<r k='0'>own<a>own<b>text</b></a></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_set_attribute_bit_if_not_empty(&root, "k", 1, false), 0);
-    EXPECT_EQ(uxtree_set_attribute_bit_if_not_empty(&root, "k", 1, true), 1);
+    EXPECT_EQ(uxtree_set_attribute_bit_if_not_empty(&tree, "k", 1, false), 0);
+    EXPECT_EQ(uxtree_set_attribute_bit_if_not_empty(&tree, "k", 1, true), 1);
 
     EXPECT_EQ(tree.text(), tree_text("<r k='1'>own<a>own<b>text</b></a></r>"));
 }
 
 TEST(uxtree_set_attribute_bit_if_not_empty, TheAttributeMustBeAnInteger) {
     TestTree tree("<r k='x'><a>text</a></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
-    EXPECT_EQ(uxtree_set_attribute_bit_if_not_empty(&root, "k", 1, true), 0);
-    EXPECT_EQ(uxtree_set_attribute_bit_if_not_empty(&root, nullptr, 1, true), 0);
+    EXPECT_EQ(uxtree_set_attribute_bit_if_not_empty(&tree, "k", 1, true), 0);
+    EXPECT_EQ(uxtree_set_attribute_bit_if_not_empty(&tree, nullptr, 1, true), 0);
     EXPECT_EQ(uxtree_set_attribute_bit_if_not_empty(nullptr, "k", 1, true), 0);
     EXPECT_EQ(uxtree_set_attribute_bit_if_not_empty(&invalid, "k", 1, true), 0);
 
@@ -272,8 +255,7 @@ TEST(uxtree_set_attribute_bit_if_not_empty, TheAttributeMustBeAnInteger) {
 std::string after_setting(const char* xml, const char* name, const char* value, bool childrenOnly,
                           bool branchesOnly) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
-    uxtree_set_attribute_to_all_nodes(&root, name, value, childrenOnly, branchesOnly);
+    uxtree_set_attribute_to_all_nodes(&tree, name, value, childrenOnly, branchesOnly);
     return tree.text();
 }
 
@@ -289,10 +271,9 @@ TEST(uxtree_set_attribute_to_all_nodes, LeavesLeavesOutWhenAsked) {
 
 TEST(uxtree_set_attribute_to_all_nodes, ChildrenOnlyMeansTheDirectChildren) {
     TestTree tree("<r><a><b/></a><c/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    uxtree_set_attribute_to_all_nodes(&root, "k", "v", true, false);
-    uxtree_set_attribute_to_all_nodes(&root, "j", "w", true, true);
+    uxtree_set_attribute_to_all_nodes(&tree, "k", "v", true, false);
+    uxtree_set_attribute_to_all_nodes(&tree, "j", "w", true, true);
 
     EXPECT_EQ(tree.text(), tree_text("<r><a k='v' j='w'><b/></a><c k='v'/></r>"));
 }
@@ -308,13 +289,12 @@ TEST(uxtree_set_attribute_to_all_nodes, ANullValueWritesAnEmptyText) {
 
 TEST(uxtree_set_attribute_to_all_nodes, DoesNothingWithBadArguments) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
     uxtree_set_attribute_to_all_nodes(nullptr, "k", "v", false, false);
     uxtree_set_attribute_to_all_nodes(&invalid, "k", "v", false, false);
-    uxtree_set_attribute_to_all_nodes(&root, nullptr, "v", false, false);
-    uxtree_set_attribute_to_all_nodes(&root, "", "v", false, false);
+    uxtree_set_attribute_to_all_nodes(&tree, nullptr, "v", false, false);
+    uxtree_set_attribute_to_all_nodes(&tree, "", "v", false, false);
 
     EXPECT_EQ(tree.text(), tree_text("<r/>"));
 }
@@ -323,9 +303,8 @@ TEST(uxtree_set_attribute_to_all_nodes, DoesNothingWithBadArguments) {
 std::string after_skipping(const char* xml, const std::vector<std::string>& skipped,
                            bool branchesToo, bool remove) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
     auto skip = script_texts(skipped);
-    uxtree_set_attribute_with_skip(&root, "k", "v", "t", &skip, branchesToo, remove);
+    uxtree_set_attribute_with_skip(&tree, "k", "v", "t", &skip, branchesToo, remove);
     return tree.text();
 }
 
@@ -348,44 +327,40 @@ TEST(uxtree_set_attribute_with_skip, RemovesInsteadWhenAsked) {
 
 TEST(uxtree_set_attribute_with_skip, TheStartNodeTakesPart) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
 
-    uxtree_set_attribute_with_skip(&root, "k", nullptr, "t", nullptr, false, false);
+    uxtree_set_attribute_with_skip(&tree, "k", nullptr, "t", nullptr, false, false);
 
     EXPECT_EQ(tree.text(), tree_text("<r k=''/>"));
 }
 
 TEST(uxtree_set_attribute_with_skip, AMissingListOrAttributeNameSkipsNothing) {
     TestTree tree("<r><a t='no'/></r>");
-    UXXmlWrapperBase root = tree.root();
     auto skip = script_texts({"no"});
 
-    uxtree_set_attribute_with_skip(&root, "k", "v", "t", nullptr, false, false);
-    uxtree_set_attribute_with_skip(&root, "j", "v", "", &skip, false, false);
+    uxtree_set_attribute_with_skip(&tree, "k", "v", "t", nullptr, false, false);
+    uxtree_set_attribute_with_skip(&tree, "j", "v", "", &skip, false, false);
 
     EXPECT_EQ(tree.text(), tree_text("<r><a t='no' k='v' j='v'/></r>"));
 }
 
 TEST(uxtree_set_attribute_with_skip, DoesNothingWithBadArguments) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     auto ints = script_ints({1});
 
     uxtree_set_attribute_with_skip(nullptr, "k", "v", "t", nullptr, true, false);
     uxtree_set_attribute_with_skip(&invalid, "k", "v", "t", nullptr, true, false);
-    uxtree_set_attribute_with_skip(&root, nullptr, "v", "t", nullptr, true, false);
-    uxtree_set_attribute_with_skip(&root, "k", "v", "t", &ints, true, false);
+    uxtree_set_attribute_with_skip(&tree, nullptr, "v", "t", nullptr, true, false);
+    uxtree_set_attribute_with_skip(&tree, "k", "v", "t", &ints, true, false);
 
     EXPECT_EQ(tree.text(), tree_text("<r/>"));
 }
 
 TEST(VCTreeSetAttributes, EveryNodeWithOneOfTheIdentifiersReceivesTheAttribute) {
     TestTree tree("<r><a DataID='1'><b DataID='2'/></a><c DataID='2'/><d DataID='3'/></r>");
-    UXXmlWrapperBase root = tree.root();
     CArray<int, int> ids = number_list<int>({1, 2});
 
-    EXPECT_TRUE(VCTreeSetAttributes(&root, &ids, "v", "k", nullptr, true));
+    EXPECT_TRUE(VCTreeSetAttributes(&tree, &ids, "v", "k", nullptr, true));
 
     EXPECT_EQ(tree.text(), tree_text("<r><a DataID='1' k='v'><b DataID='2' k='v'/></a>"
                                      "<c DataID='2' k='v'/><d DataID='3'/></r>"));
@@ -393,11 +368,10 @@ TEST(VCTreeSetAttributes, EveryNodeWithOneOfTheIdentifiersReceivesTheAttribute) 
 
 TEST(VCTreeSetAttributes, TheKeyAndTheAttributeHaveDefaults) {
     TestTree tree("<r><a id='1' DataID='5'/><b DataID='1'/></r>");
-    UXXmlWrapperBase root = tree.root();
     CArray<int, int> ids = number_list<int>({1});
 
-    EXPECT_TRUE(VCTreeSetAttributes(&root, &ids, "v", "k", "id", true));
-    EXPECT_TRUE(VCTreeSetAttributes(&root, &ids, "0", nullptr, "", true));
+    EXPECT_TRUE(VCTreeSetAttributes(&tree, &ids, "v", "k", "id", true));
+    EXPECT_TRUE(VCTreeSetAttributes(&tree, &ids, "0", nullptr, "", true));
 
     EXPECT_EQ(tree.text(),
               tree_text("<r><a id='1' DataID='5' k='v'/><b DataID='1' Show='0'/></r>"));
@@ -405,38 +379,35 @@ TEST(VCTreeSetAttributes, TheKeyAndTheAttributeHaveDefaults) {
 
 TEST(VCTreeSetAttributes, TheResultIsThatOfTheLastSearch) {
     TestTree tree("<r><a DataID='1'/></r>");
-    UXXmlWrapperBase root = tree.root();
     CArray<int, int> ids = number_list<int>({1, 7});
 
-    EXPECT_FALSE(VCTreeSetAttributes(&root, &ids, "v", "k", nullptr, true));
+    EXPECT_FALSE(VCTreeSetAttributes(&tree, &ids, "v", "k", nullptr, true));
 
     EXPECT_EQ(tree.text(), tree_text("<r><a DataID='1' k='v'/></r>"));
 }
 
 TEST(VCTreeSetAttributes, FailsWithBadArguments) {
     TestTree tree("<r><a DataID='1'/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     CArray<int, int> ids = number_list<int>({1});
     CArray<int, int> none;
 
     EXPECT_FALSE(VCTreeSetAttributes(nullptr, &ids, "v", "k", nullptr, true));
     EXPECT_FALSE(VCTreeSetAttributes(&invalid, &ids, "v", "k", nullptr, true));
-    EXPECT_FALSE(VCTreeSetAttributes(&root, nullptr, "v", "k", nullptr, true));
-    EXPECT_FALSE(VCTreeSetAttributes(&root, &none, "v", "k", nullptr, true));
+    EXPECT_FALSE(VCTreeSetAttributes(&tree, nullptr, "v", "k", nullptr, true));
+    EXPECT_FALSE(VCTreeSetAttributes(&tree, &none, "v", "k", nullptr, true));
 
     EXPECT_EQ(tree.text(), tree_text("<r><a DataID='1'/></r>"));
 }
 
 TEST(uxtree_set_attributes, ForwardsTheIntegerVector) {
     TestTree tree("<r><a DataID='1'/></r>");
-    UXXmlWrapperBase root = tree.root();
     auto ids = script_ints({1});
     auto texts = script_texts({"1"});
 
-    EXPECT_EQ(uxtree_set_attributes(&root, &ids, "v", "k", nullptr, true), 1);
-    EXPECT_EQ(uxtree_set_attributes(&root, &texts, "w", "k", nullptr, true), 0);
-    EXPECT_EQ(uxtree_set_attributes(&root, nullptr, "w", "k", nullptr, true), 0);
+    EXPECT_EQ(uxtree_set_attributes(&tree, &ids, "v", "k", nullptr, true), 1);
+    EXPECT_EQ(uxtree_set_attributes(&tree, &texts, "w", "k", nullptr, true), 0);
+    EXPECT_EQ(uxtree_set_attributes(&tree, nullptr, "w", "k", nullptr, true), 0);
 
     EXPECT_EQ(tree.text(), tree_text("<r><a DataID='1' k='v'/></r>"));
 }

@@ -16,9 +16,8 @@ namespace {
 // Result and name as "3 Set3".
 std::string next_name(const char* tree, int numbered) {
     TestTree parsed(tree);
-    UXXmlWrapperBase root = parsed.root();
     CStringUTF8 name = "(as it was)";
-    const int result = uxtree_get_next_enum_tag_name(&root, &name, numbered);
+    const int result = uxtree_get_next_enum_tag_name(&parsed, &name, numbered);
     return std::to_string(result) + " " + std::string(name);
 }
 
@@ -79,17 +78,15 @@ TEST(uxtree_get_next_enum_tag_name, NeedsANumberedFirstChild) {
 
 TEST(uxtree_get_next_enum_tag_name, TheNumberedFormNeedsNoOutput) {
     TestTree tree("<r><Set1/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_get_next_enum_tag_name(&root, nullptr, 1), 2);
-    EXPECT_EQ(uxtree_get_next_enum_tag_name(&root, nullptr, 0), -1);
+    EXPECT_EQ(uxtree_get_next_enum_tag_name(&tree, nullptr, 1), 2);
+    EXPECT_EQ(uxtree_get_next_enum_tag_name(&tree, nullptr, 0), -1);
 }
 
 std::string node_name(const char* tree, const char* prefix) {
     TestTree parsed(tree);
-    UXXmlWrapperBase root = parsed.root();
     CStringUTF8 name = "before";
-    uxtree_get_enum_node_name(&root, &name, prefix);
+    uxtree_get_enum_node_name(&parsed, &name, prefix);
     return std::string(name);
 }
 
@@ -113,32 +110,29 @@ TEST(uxtree_get_enum_node_name, NumbersAreComparedAsTexts) {
 
 TEST(uxtree_get_enum_node_name, DoesNothingWithBadArguments) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     CStringUTF8 name = "before";
 
     uxtree_get_enum_node_name(nullptr, &name, "Range");
     uxtree_get_enum_node_name(&invalid, &name, "Range");
-    uxtree_get_enum_node_name(&root, nullptr, "Range");
+    uxtree_get_enum_node_name(&tree, nullptr, "Range");
 
     EXPECT_EQ(std::string(name), "before");
 }
 
 TEST(uxtree_get_enum_node_name, ThePrefixMayBeTheOutput) {
     TestTree tree("<r><Range/></r>");
-    UXXmlWrapperBase root = tree.root();
     CStringUTF8 name = "Range";
 
-    uxtree_get_enum_node_name(&root, &name, name);
+    uxtree_get_enum_node_name(&tree, &name, name);
 
     EXPECT_EQ(std::string(name), "Range1");
 }
 
 std::string attribute_name(const char* tree, const char* prefix, const char* suffix) {
     TestTree parsed(tree);
-    UXXmlWrapperBase root = parsed.root();
     CStringUTF8 name = "before";
-    uxtree_get_enum_attribute_value(&root, &name, "k", prefix, suffix);
+    uxtree_get_enum_attribute_value(&parsed, &name, "k", prefix, suffix);
     return std::string(name);
 }
 
@@ -162,26 +156,24 @@ TEST(uxtree_get_enum_attribute_value, PrefixAndSuffixMayNotShareCharacters) {
 
 TEST(uxtree_get_enum_attribute_value, DoesNothingWithBadArguments) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     CStringUTF8 name = "before";
 
     uxtree_get_enum_attribute_value(nullptr, &name, "k", "Set", "");
     uxtree_get_enum_attribute_value(&invalid, &name, "k", "Set", "");
-    uxtree_get_enum_attribute_value(&root, nullptr, "k", "Set", "");
-    uxtree_get_enum_attribute_value(&root, &name, nullptr, "Set", "");
+    uxtree_get_enum_attribute_value(&tree, nullptr, "k", "Set", "");
+    uxtree_get_enum_attribute_value(&tree, &name, nullptr, "Set", "");
 
     EXPECT_EQ(std::string(name), "before");
 }
 
 TEST(uxtree_check_add_enumerated_node, FindsOrCreatesTheNumberedChild) {
     TestTree tree("<r><Set1/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    uxtree_check_add_enumerated_node(&out, &root, "Set", 1, 7, "k", "v");
+    uxtree_check_add_enumerated_node(&out, &tree, "Set", 1, 7, "k", "v");
     EXPECT_TRUE(out == tree.at("Set1"));
-    uxtree_check_add_enumerated_node(&out, &root, "Set", 2, 7, nullptr, nullptr);
+    uxtree_check_add_enumerated_node(&out, &tree, "Set", 2, 7, nullptr, nullptr);
     EXPECT_TRUE(out == tree.at("Set2"));
 
     EXPECT_EQ(tree.text(), tree_text("<r><Set1 k='v'/><Set2 _ux_id='7'/></r>"));
@@ -189,25 +181,23 @@ TEST(uxtree_check_add_enumerated_node, FindsOrCreatesTheNumberedChild) {
 
 TEST(uxtree_check_add_enumerated_node, DoesNothingWithBadArguments) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
-    UXXmlWrapperBase out = root;
+    UXXmlWrapperBase out = tree;
 
     uxtree_check_add_enumerated_node(&out, nullptr, "Set", 1, 0, nullptr, nullptr);
     uxtree_check_add_enumerated_node(&out, &invalid, "Set", 1, 0, nullptr, nullptr);
-    uxtree_check_add_enumerated_node(nullptr, &root, "Set", 1, 0, nullptr, nullptr);
-    EXPECT_TRUE(out == root);
-    uxtree_check_add_enumerated_node(&out, &root, nullptr, 1, 0, nullptr, nullptr);
+    uxtree_check_add_enumerated_node(nullptr, &tree, "Set", 1, 0, nullptr, nullptr);
+    EXPECT_TRUE(out == tree);
+    uxtree_check_add_enumerated_node(&out, &tree, nullptr, 1, 0, nullptr, nullptr);
 
     EXPECT_EQ(tree.text(), tree_text("<r/>"));
 }
 
 TEST(uxtree_check_add_all_enumerated_nodes, AddsOneNumberedChildPerValue) {
     TestTree tree("<r><Set1/></r>");
-    UXXmlWrapperBase root = tree.root();
     auto values = script_doubles({1.5, 2});
 
-    EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&root, "Set", &values));
+    EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&tree, "Set", &values));
 
     EXPECT_EQ(tree.text(), tree_text("<r><Set1/><Set2 Label='Set2' _ux_id='536870914'>1.5</Set2>"
                                      "<Set3 Label='Set3' _ux_id='536870915'>2</Set3></r>"));
@@ -215,12 +205,11 @@ TEST(uxtree_check_add_all_enumerated_nodes, AddsOneNumberedChildPerValue) {
 
 TEST(uxtree_check_add_all_enumerated_nodes, FindsExistingChildrenAndTakesTheTexts) {
     TestTree tree("<r><Set2 k='1'>old</Set2><Set2/></r>");
-    UXXmlWrapperBase root = tree.root();
     auto values = script_doubles({10, 20, 30});
     auto labels = script_texts({"first", ""});
 
     EXPECT_TRUE(
-        uxtree_check_add_all_enumerated_nodes(&root, "Set", &values, 0, -1, 1, "any", &labels));
+        uxtree_check_add_all_enumerated_nodes(&tree, "Set", &values, 0, -1, 1, "any", &labels));
 
     EXPECT_EQ(tree.text(), tree_text("<r><Set2 k='1' Label='any'>20</Set2><Set2/>"
                                      "<Set1 Label='first' _ux_id='536936449'>10</Set1>"
@@ -229,10 +218,9 @@ TEST(uxtree_check_add_all_enumerated_nodes, FindsExistingChildrenAndTakesTheText
 
 TEST(uxtree_check_add_all_enumerated_nodes, TagsWithLeadingZerosAreOtherNames) {
     TestTree tree("<r><S01/><s1/><S1x/></r>");
-    UXXmlWrapperBase root = tree.root();
     auto values = script_doubles({1});
 
-    EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&root, "S", &values, 0));
+    EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&tree, "S", &values, 0));
 
     EXPECT_EQ(tree.text(),
               tree_text("<r><S01/><s1/><S1x/><S1 Label='S1' _ux_id='536870913'>1</S1></r>"));
@@ -240,10 +228,9 @@ TEST(uxtree_check_add_all_enumerated_nodes, TagsWithLeadingZerosAreOtherNames) {
 
 TEST(uxtree_check_add_all_enumerated_nodes, StopsAtTheMaximumOfChildren) {
     TestTree tree("<r><x/></r>");
-    UXXmlWrapperBase root = tree.root();
     auto values = script_doubles({1, 2, 3});
 
-    EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&root, "S", &values, 0, 3, 0));
+    EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&tree, "S", &values, 0, 3, 0));
 
     EXPECT_EQ(tree.text(), tree_text("<r><x/><S1 Label='S1' _ux_id='536870913'>1</S1>"
                                      "<S2 Label='S2' _ux_id='536870914'>2</S2></r>"));
@@ -251,21 +238,19 @@ TEST(uxtree_check_add_all_enumerated_nodes, StopsAtTheMaximumOfChildren) {
 
 TEST(uxtree_check_add_all_enumerated_nodes, AnUnusablePrefixAddsNothing) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     auto values = script_doubles({1});
 
-    EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&root, nullptr, &values));
+    EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&tree, nullptr, &values));
 
     EXPECT_EQ(tree.text(), tree_text("<r/>"));
 }
 
 TEST(uxtree_check_add_all_enumerated_nodes, NumbersWrapBehindTheLargest) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     auto values = script_doubles({1});
 
-    EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&root, "S", &values, INT_MAX));
-    EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&root, "S", &values, INT_MAX));
+    EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&tree, "S", &values, INT_MAX));
+    EXPECT_TRUE(uxtree_check_add_all_enumerated_nodes(&tree, "S", &values, INT_MAX));
 
     EXPECT_EQ(
         tree.text(),
@@ -274,17 +259,16 @@ TEST(uxtree_check_add_all_enumerated_nodes, NumbersWrapBehindTheLargest) {
 
 TEST(uxtree_check_add_all_enumerated_nodes, FailsWithBadArguments) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     auto values = script_doubles({1});
     auto ints = script_ints({1});
 
     EXPECT_FALSE(uxtree_check_add_all_enumerated_nodes(nullptr, "S", &values));
     EXPECT_FALSE(uxtree_check_add_all_enumerated_nodes(&invalid, "S", &values));
-    EXPECT_FALSE(uxtree_check_add_all_enumerated_nodes(&root, "S", nullptr));
-    EXPECT_FALSE(uxtree_check_add_all_enumerated_nodes(&root, "S", &ints));
+    EXPECT_FALSE(uxtree_check_add_all_enumerated_nodes(&tree, "S", nullptr));
+    EXPECT_FALSE(uxtree_check_add_all_enumerated_nodes(&tree, "S", &ints));
     EXPECT_FALSE(
-        uxtree_check_add_all_enumerated_nodes(&root, "S", &values, -1, -1, 0, nullptr, &ints));
+        uxtree_check_add_all_enumerated_nodes(&tree, "S", &values, -1, -1, 0, nullptr, &ints));
 
     EXPECT_EQ(tree.text(), tree_text("<r/>"));
 }

@@ -11,10 +11,9 @@ namespace {
 
 TEST(uxtree_tree_check_get_node, FindsTheFirstChildAndSetsTheAttributeOnIt) {
     TestTree tree("<r><a/><a/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_tree_check_get_node(&out, &root, "a", 5, "k", "v"), 1);
+    EXPECT_EQ(uxtree_tree_check_get_node(&out, &tree, "a", 5, "k", "v"), 1);
 
     EXPECT_TRUE(out == tree.at("a"));
     EXPECT_EQ(tree.text(), tree_text("<r><a k='v'/><a/></r>"));
@@ -22,11 +21,10 @@ TEST(uxtree_tree_check_get_node, FindsTheFirstChildAndSetsTheAttributeOnIt) {
 
 TEST(uxtree_tree_check_get_node, AppendsAMissingChildWithTheId) {
     TestTree tree("<r><a/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_tree_check_get_node(&out, &root, "b", 5), 1);
-    EXPECT_EQ(uxtree_tree_check_get_node(&out, &root, "c", 0, "k", ""), 1);
+    EXPECT_EQ(uxtree_tree_check_get_node(&out, &tree, "b", 5), 1);
+    EXPECT_EQ(uxtree_tree_check_get_node(&out, &tree, "c", 0, "k", ""), 1);
 
     EXPECT_EQ(tag_text(out), "c");
     EXPECT_EQ(tree.text(), tree_text("<r><a/><b _ux_id='5'/><c/></r>"));
@@ -34,10 +32,9 @@ TEST(uxtree_tree_check_get_node, AppendsAMissingChildWithTheId) {
 
 TEST(uxtree_tree_check_get_node, ATotalFailureLeavesTheOutputInvalid) {
     TestTree tree("<r><a/></r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase out = root;
+    UXXmlWrapperBase out = tree;
 
-    EXPECT_EQ(uxtree_tree_check_get_node(&out, &root, "no name", 0), 0);
+    EXPECT_EQ(uxtree_tree_check_get_node(&out, &tree, "no name", 0), 0);
 
     EXPECT_FALSE(out.IsNodeValid());
     EXPECT_EQ(tree.text(), "<r><a></a></r>");
@@ -45,23 +42,22 @@ TEST(uxtree_tree_check_get_node, ATotalFailureLeavesTheOutputInvalid) {
 
 TEST(uxtree_tree_check_get_node, FailsWithBadArgumentsWithoutTouchingTheOutput) {
     TestTree tree("<r><a/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
-    UXXmlWrapperBase out = root;
+    UXXmlWrapperBase out = tree;
 
-    EXPECT_EQ(uxtree_tree_check_get_node(nullptr, &root, "b", 0), 0);
+    EXPECT_EQ(uxtree_tree_check_get_node(nullptr, &tree, "b", 0), 0);
     EXPECT_EQ(uxtree_tree_check_get_node(&out, nullptr, "b", 0), 0);
     EXPECT_EQ(uxtree_tree_check_get_node(&out, &invalid, "b", 0), 0);
-    EXPECT_TRUE(out == root);
-    EXPECT_EQ(uxtree_tree_check_get_node(&out, &root, nullptr, 0), 0);
-    EXPECT_EQ(uxtree_tree_check_get_node(&out, &root, "", 0), 0);
+    EXPECT_TRUE(out == tree);
+    EXPECT_EQ(uxtree_tree_check_get_node(&out, &tree, nullptr, 0), 0);
+    EXPECT_EQ(uxtree_tree_check_get_node(&out, &tree, "", 0), 0);
 
     EXPECT_EQ(tree.text(), "<r><a></a></r>");
 }
 
 TEST(uxtree_tree_check_get_node, TheOutputMayBeTheParent) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase node = tree.root();
+    UXXmlWrapperBase node = tree;
 
     EXPECT_EQ(uxtree_tree_check_get_node(&node, &node, "a", 0), 1);
     EXPECT_EQ(uxtree_tree_check_get_node(&node, &node, "b", 0), 1);
@@ -71,45 +67,41 @@ TEST(uxtree_tree_check_get_node, TheOutputMayBeTheParent) {
 
 TEST(uxtree_tree_check_get_node_by_attribute, FindsWithOrWithoutDepth) {
     TestTree tree("<r><a><b k='v'/></a></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &root, "k", "v", 1, nullptr), 1);
+    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &tree, "k", "v", 1, nullptr), 1);
     EXPECT_EQ(tag_text(out), "b");
-    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &root, "k", "v", 0, "n"), 1);
+    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &tree, "k", "v", 0, "n"), 1);
     EXPECT_EQ(tag_text(out), "n");
     EXPECT_EQ(tree.text(), "<r><a><b k=\"v\"></b></a><n k=\"v\"></n></r>");
 }
 
 TEST(uxtree_tree_check_get_node_by_attribute, TheValueIsTheTagWhenNoneIsGiven) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &root, "k", "1 a:b", 1, nullptr), 1);
+    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &tree, "k", "1 a:b", 1, nullptr), 1);
 
     EXPECT_EQ(tree.text(), "<r><_1_a_b k=\"1 a:b\"></_1_a_b></r>");
 }
 
 TEST(uxtree_tree_check_get_node_by_attribute, TheTagZeroCreatesNothing) {
     TestTree tree("<r><a/></r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase out = root;
+    UXXmlWrapperBase out = tree;
 
-    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &root, "k", "v", 1, "0"), 0);
+    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &tree, "k", "v", 1, "0"), 0);
     EXPECT_FALSE(out.IsNodeValid());
-    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &root, "k", "0", 1, nullptr), 0);
-    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &root, "k", "v", 1, ""), 0);
+    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &tree, "k", "0", 1, nullptr), 0);
+    EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &tree, "k", "v", 1, ""), 0);
 
     EXPECT_EQ(tree.text(), "<r><a></a></r>");
 }
 
 TEST(uxtree_check_get_node_by_dataid, FindsAmongTheDirectChildrenOnly) {
     TestTree tree("<r><a><b DataID='5'/></a><c DataID='5'/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_check_get_node_by_dataid(&root, &out, "n", 5, "k", "v"), 1);
+    EXPECT_EQ(uxtree_check_get_node_by_dataid(&tree, &out, "n", 5, "k", "v"), 1);
 
     EXPECT_EQ(tag_text(out), "c");
     EXPECT_EQ(tree.text(), tree_text("<r><a><b DataID='5'/></a><c DataID='5'/></r>"));
@@ -117,24 +109,22 @@ TEST(uxtree_check_get_node_by_dataid, FindsAmongTheDirectChildrenOnly) {
 
 TEST(uxtree_check_get_node_by_dataid, CreatesWhatIsMissing) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase out = root;
+    UXXmlWrapperBase out = tree;
 
-    EXPECT_EQ(uxtree_check_get_node_by_dataid(&root, &out, "n", 5, "k", "v"), 1);
+    EXPECT_EQ(uxtree_check_get_node_by_dataid(&tree, &out, "n", 5, "k", "v"), 1);
     EXPECT_EQ(tag_text(out), "n");
-    EXPECT_EQ(uxtree_check_get_node_by_dataid(&root, &out, "m", 0, "k", ""), 1);
+    EXPECT_EQ(uxtree_check_get_node_by_dataid(&tree, &out, "m", 0, "k", ""), 1);
 
     EXPECT_EQ(tree.text(), "<r><n k=\"v\" DataID=\"5\"></n><m></m></r>");
 }
 
 TEST(uxtree_check_get_node_by_dataid, ATagThatCannotBeCreatedLeavesTheOutput) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase out = root;
+    UXXmlWrapperBase out = tree;
 
-    EXPECT_EQ(uxtree_check_get_node_by_dataid(&root, &out, "no name", 5, nullptr, nullptr), 1);
+    EXPECT_EQ(uxtree_check_get_node_by_dataid(&tree, &out, "no name", 5, nullptr, nullptr), 1);
 
-    EXPECT_TRUE(out == root);
+    EXPECT_TRUE(out == tree);
     EXPECT_EQ(tree.text(), "<r></r>");
 }
 

@@ -14,92 +14,84 @@ namespace {
 
 TEST(uxtree_get_node_by_id, TakesTheFirstNodeWithTheIdOrTheDataId) {
     TestTree tree("<r><a DataID='7'/><b _ux_id='7'/><c _ux_id='8' DataID='9'/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_get_node_by_id(&root, &out, 7, false), 1);
+    EXPECT_EQ(uxtree_get_node_by_id(&tree, &out, 7, false), 1);
     EXPECT_EQ(tag_text(out), "a");
-    EXPECT_EQ(uxtree_get_node_by_id(&root, &out, 9, false), 1);
+    EXPECT_EQ(uxtree_get_node_by_id(&tree, &out, 9, false), 1);
     EXPECT_EQ(tag_text(out), "c");
-    EXPECT_EQ(uxtree_get_node_by_id(&root, &out, 8, false), 1);
+    EXPECT_EQ(uxtree_get_node_by_id(&tree, &out, 8, false), 1);
     EXPECT_EQ(tag_text(out), "c");
 }
 
 TEST(uxtree_get_node_by_id, EntersBranchesOnlyWhenRecursive) {
     TestTree tree("<r><a><b DataID='7'/></a><c DataID='7'/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_get_node_by_id(&root, &out, 7, true), 1);
+    EXPECT_EQ(uxtree_get_node_by_id(&tree, &out, 7, true), 1);
     EXPECT_EQ(tag_text(out), "b");
-    EXPECT_EQ(uxtree_get_node_by_id(&root, &out, 7, false), 1);
+    EXPECT_EQ(uxtree_get_node_by_id(&tree, &out, 7, false), 1);
     EXPECT_EQ(tag_text(out), "c");
 }
 
 TEST(uxtree_get_node_by_id, FailsWithTheOutputAsItWas) {
     TestTree tree("<r DataID='7'><a DataID='x'/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     UXXmlWrapperBase out = tree.at("a");
 
-    EXPECT_EQ(uxtree_get_node_by_id(&root, &out, 7, true), 0);
+    EXPECT_EQ(uxtree_get_node_by_id(&tree, &out, 7, true), 0);
     EXPECT_EQ(uxtree_get_node_by_id(nullptr, &out, 7, true), 0);
     EXPECT_EQ(uxtree_get_node_by_id(&invalid, &out, 7, true), 0);
-    EXPECT_EQ(uxtree_get_node_by_id(&root, nullptr, 7, true), 0);
+    EXPECT_EQ(uxtree_get_node_by_id(&tree, nullptr, 7, true), 0);
 
     EXPECT_EQ(tag_text(out), "a");
 }
 
 TEST(uxtree_get_node_by_tagname, TestsTheGivenNodeFirst) {
     TestTree tree("<a><b><a/></b></a>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_get_node_by_tagname(&root, &out, "a", true, true, false), 1);
-    EXPECT_TRUE(out == root);
-    EXPECT_EQ(uxtree_get_node_by_tagname(&root, &out, "a", true, true, true), 1);
+    EXPECT_EQ(uxtree_get_node_by_tagname(&tree, &out, "a", true, true, false), 1);
+    EXPECT_TRUE(out == tree);
+    EXPECT_EQ(uxtree_get_node_by_tagname(&tree, &out, "a", true, true, true), 1);
     EXPECT_TRUE(out == tree.at("b/a"));
 }
 
 TEST(uxtree_get_node_by_tagname, WithoutRecursionOnlyTheGivenNodeCounts) {
     TestTree tree("<r><a/></r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase out = root;
+    UXXmlWrapperBase out = tree;
 
-    EXPECT_EQ(uxtree_get_node_by_tagname(&root, &out, "a", false, true, false), 0);
-    EXPECT_EQ(uxtree_get_node_by_tagname(&root, &out, "a", true, true, false), 1);
+    EXPECT_EQ(uxtree_get_node_by_tagname(&tree, &out, "a", false, true, false), 0);
+    EXPECT_EQ(uxtree_get_node_by_tagname(&tree, &out, "a", true, true, false), 1);
     EXPECT_EQ(tag_text(out), "a");
 }
 
 TEST(uxtree_get_node_by_tagname, ComparesCaseAsAsked) {
     TestTree tree("<r><Abc/><abc/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_get_node_by_tagname(&root, &out, "abc", true, true, false), 1);
+    EXPECT_EQ(uxtree_get_node_by_tagname(&tree, &out, "abc", true, true, false), 1);
     EXPECT_EQ(tag_text(out), "abc");
-    EXPECT_EQ(uxtree_get_node_by_tagname(&root, &out, "abc", true, false, false), 1);
+    EXPECT_EQ(uxtree_get_node_by_tagname(&tree, &out, "abc", true, false, false), 1);
     EXPECT_EQ(tag_text(out), "Abc");
 }
 
 TEST(uxtree_get_node_by_tagname, TheOutputIsOptional) {
     TestTree tree("<r><a/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_get_node_by_tagname(&root, nullptr, "a", true, true, false), 1);
-    EXPECT_EQ(uxtree_get_node_by_tagname(&root, nullptr, "x", true, true, false), 0);
+    EXPECT_EQ(uxtree_get_node_by_tagname(&tree, nullptr, "a", true, true, false), 1);
+    EXPECT_EQ(uxtree_get_node_by_tagname(&tree, nullptr, "x", true, true, false), 0);
 }
 
 TEST(uxtree_get_node_by_tagname, FailsWithBadArguments) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     UXXmlWrapperBase out;
 
     EXPECT_EQ(uxtree_get_node_by_tagname(nullptr, &out, "r", true, true, false), 0);
     EXPECT_EQ(uxtree_get_node_by_tagname(&invalid, &out, "r", true, true, false), 0);
-    EXPECT_EQ(uxtree_get_node_by_tagname(&root, &out, nullptr, true, true, false), 0);
-    EXPECT_EQ(uxtree_get_node_by_tagname(&root, &out, "", true, true, false), 0);
+    EXPECT_EQ(uxtree_get_node_by_tagname(&tree, &out, nullptr, true, true, false), 0);
+    EXPECT_EQ(uxtree_get_node_by_tagname(&tree, &out, "", true, true, false), 0);
     EXPECT_FALSE(out.IsNodeValid());
 }
 
@@ -107,9 +99,8 @@ TEST(uxtree_get_node_by_tagname, FailsWithBadArguments) {
 std::string found(const char* xml, const char* name, int value, bool recursive, int depth,
                   int repeatId) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
-    const int result = uxtree_find_node(&root, &out, name, value, recursive, depth, repeatId);
+    const int result = uxtree_find_node(&tree, &out, name, value, recursive, depth, repeatId);
     return std::to_string(result) + " " + tag_text(out);
 }
 
@@ -147,20 +138,19 @@ TEST(uxtree_find_node, TheRepeatIdBindsTheFirstLevelOnly) {
 
 TEST(uxtree_find_node, FailsWithTheOutputAsItWas) {
     TestTree tree("<r k='4'><a k='5'/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase leaf = tree.at("a");
     UXXmlWrapperBase invalid;
-    UXXmlWrapperBase out = root;
+    UXXmlWrapperBase out = tree;
 
-    EXPECT_EQ(uxtree_find_node(&root, &out, "k", 4, true, 0, -1), 0);
+    EXPECT_EQ(uxtree_find_node(&tree, &out, "k", 4, true, 0, -1), 0);
     EXPECT_EQ(uxtree_find_node(&leaf, &out, "k", 5, true, 0, -1), 0);
     EXPECT_EQ(uxtree_find_node(nullptr, &out, "k", 5, true, 0, -1), 0);
     EXPECT_EQ(uxtree_find_node(&invalid, &out, "k", 5, true, 0, -1), 0);
-    EXPECT_EQ(uxtree_find_node(&root, nullptr, "k", 5, true, 0, -1), 0);
-    EXPECT_EQ(uxtree_find_node(&root, &out, nullptr, 5, true, 0, -1), 0);
-    EXPECT_EQ(uxtree_find_node(&root, &out, "", 5, true, 0, -1), 0);
+    EXPECT_EQ(uxtree_find_node(&tree, nullptr, "k", 5, true, 0, -1), 0);
+    EXPECT_EQ(uxtree_find_node(&tree, &out, nullptr, 5, true, 0, -1), 0);
+    EXPECT_EQ(uxtree_find_node(&tree, &out, "", 5, true, 0, -1), 0);
 
-    EXPECT_TRUE(out == root);
+    EXPECT_TRUE(out == tree);
 }
 
 const char* const kFamily =
@@ -170,83 +160,76 @@ const char* const kFamily =
 
 TEST(uxtree_find_node_ex, FollowsTheChainOfIdentifiers) {
     TestTree tree(kFamily);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_find_node_ex(&root, &out, "k", 3, 2, 6, 1, 2), 0);
+    EXPECT_EQ(uxtree_find_node_ex(&tree, &out, "k", 3, 2, 6, 1, 2), 0);
     EXPECT_EQ(tag_text(out), "c3");
-    EXPECT_EQ(uxtree_find_node_ex(&root, &out, "k", 3, 2, -1, 1, -1), 0);
+    EXPECT_EQ(uxtree_find_node_ex(&tree, &out, "k", 3, 2, -1, 1, -1), 0);
     EXPECT_EQ(tag_text(out), "c");
-    EXPECT_EQ(uxtree_find_node_ex(&root, &out, "k", 3, 0, -1, 0, -1), 0);
+    EXPECT_EQ(uxtree_find_node_ex(&tree, &out, "k", 3, 0, -1, 0, -1), 0);
     EXPECT_EQ(tag_text(out), "c");
 }
 
 TEST(uxtree_find_node_ex, AParentFoundDeeperMatchesWithAnyRepeatId) {
     TestTree tree(kFamily);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_find_node_ex(&root, &out, "k", 3, 2, 77, 0, -1), 0);
+    EXPECT_EQ(uxtree_find_node_ex(&tree, &out, "k", 3, 2, 77, 0, -1), 0);
 
     EXPECT_EQ(tag_text(out), "c");
 }
 
 TEST(uxtree_find_node_ex, YieldsTheMissingIdentifierAndLeavesTheLastAncestor) {
     TestTree tree(kFamily);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_find_node_ex(&root, &out, "k", 3, 2, -1, 99, -1), 99);
+    EXPECT_EQ(uxtree_find_node_ex(&tree, &out, "k", 3, 2, -1, 99, -1), 99);
     EXPECT_FALSE(out.IsNodeValid());
-    EXPECT_EQ(uxtree_find_node_ex(&root, &out, "k", 3, 88, -1, 1, -1), 88);
+    EXPECT_EQ(uxtree_find_node_ex(&tree, &out, "k", 3, 88, -1, 1, -1), 88);
     EXPECT_EQ(tag_text(out), "g");
-    EXPECT_EQ(uxtree_find_node_ex(&root, &out, "k", 3, 2, 5, 1, 2), 3);
+    EXPECT_EQ(uxtree_find_node_ex(&tree, &out, "k", 3, 2, 5, 1, 2), 3);
     EXPECT_EQ(tag_text(out), "p2");  // c2 is a grandchild, no child
 }
 
 TEST(uxtree_find_node_ex, RefusesInconsistentIdentifiersBeforeSearching) {
     TestTree tree(kFamily);
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase out = root;
+    UXXmlWrapperBase out = tree;
 
-    EXPECT_EQ(uxtree_find_node_ex(&root, &out, "k", 3, 0, -1, 1, -1), -2);
-    EXPECT_EQ(uxtree_find_node_ex(&root, &out, "k", 0, 2, -1, 1, -1), -2);
+    EXPECT_EQ(uxtree_find_node_ex(&tree, &out, "k", 3, 0, -1, 1, -1), -2);
+    EXPECT_EQ(uxtree_find_node_ex(&tree, &out, "k", 0, 2, -1, 1, -1), -2);
 
-    EXPECT_TRUE(out == root);
+    EXPECT_TRUE(out == tree);
 }
 
 TEST(uxtree_find_node_ex, FailsWithBadArguments) {
     TestTree tree(kFamily);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
-    UXXmlWrapperBase out = root;
+    UXXmlWrapperBase out = tree;
 
     EXPECT_EQ(uxtree_find_node_ex(nullptr, &out, "k", 3, 0, -1, 0, -1), -1);
     EXPECT_EQ(uxtree_find_node_ex(&invalid, &out, "k", 3, 0, -1, 0, -1), -1);
-    EXPECT_EQ(uxtree_find_node_ex(&root, nullptr, "k", 3, 0, -1, 0, -1), -1);
-    EXPECT_EQ(uxtree_find_node_ex(&root, &out, nullptr, 3, 0, -1, 0, -1), -1);
-    EXPECT_EQ(uxtree_find_node_ex(&root, &out, "", 3, 0, -1, 0, -1), 3);
+    EXPECT_EQ(uxtree_find_node_ex(&tree, nullptr, "k", 3, 0, -1, 0, -1), -1);
+    EXPECT_EQ(uxtree_find_node_ex(&tree, &out, nullptr, 3, 0, -1, 0, -1), -1);
+    EXPECT_EQ(uxtree_find_node_ex(&tree, &out, "", 3, 0, -1, 0, -1), 3);
 
-    EXPECT_TRUE(out == root);
+    EXPECT_TRUE(out == tree);
 }
 
 TEST(uxtree_find_node_by_dataID, FindsAndEmptiesTheOutputOnFailure) {
     TestTree tree("<r><p DataID='2' RepeatID='4'><c DataID='3'/></p></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_find_node_by_dataID(&out, &root, 3, 2, 4, 0, -1), 1);
+    EXPECT_EQ(uxtree_find_node_by_dataID(&out, &tree, 3, 2, 4, 0, -1), 1);
     EXPECT_EQ(tag_text(out), "c");
-    EXPECT_EQ(uxtree_find_node_by_dataID(&out, &root, 3, 2, 5, 0, -1), 0);
+    EXPECT_EQ(uxtree_find_node_by_dataID(&out, &tree, 3, 2, 5, 0, -1), 0);
     EXPECT_FALSE(out.IsNodeValid());
 }
 
 TEST(uxtree_find_node_by_dataID, EmptiesTheOutputWhenALaterLinkIsMissing) {
     TestTree tree("<r><p DataID='2'/></r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase out = root;
+    UXXmlWrapperBase out = tree;
 
-    EXPECT_EQ(uxtree_find_node_by_dataID(&out, &root, 3, 2, -1, 0, -1), 0);
+    EXPECT_EQ(uxtree_find_node_by_dataID(&out, &tree, 3, 2, -1, 0, -1), 0);
 
     EXPECT_FALSE(out.IsNodeValid());
 }
@@ -254,10 +237,9 @@ TEST(uxtree_find_node_by_dataID, EmptiesTheOutputWhenALaterLinkIsMissing) {
 std::string found_with_child(const char* xml, const char* name, const char* value,
                              const char* childTag, const char* childValue) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
     const int result =
-        uxtree_find_node_with_attr_child(&root, &out, name, value, childTag, childValue);
+        uxtree_find_node_with_attr_child(&tree, &out, name, value, childTag, childValue);
     return std::to_string(result) + " " + tag_text(out);
 }
 
@@ -283,129 +265,119 @@ TEST(uxtree_find_node_with_attr_child, AChildWithoutTextHasTheEmptyValue) {
 
 TEST(uxtree_find_node_with_attr_child, SearchesTheDirectChildrenOnly) {
     TestTree tree("<r k='1'><a><b k='1'/></a></r>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase out = root;
+    UXXmlWrapperBase out = tree;
 
-    EXPECT_EQ(uxtree_find_node_with_attr_child(&root, &out, "k", "1", nullptr, nullptr), 0);
-    EXPECT_EQ(uxtree_find_node_with_attr_child(&root, &out, nullptr, nullptr, "", "v"), 0);
+    EXPECT_EQ(uxtree_find_node_with_attr_child(&tree, &out, "k", "1", nullptr, nullptr), 0);
+    EXPECT_EQ(uxtree_find_node_with_attr_child(&tree, &out, nullptr, nullptr, "", "v"), 0);
 
-    EXPECT_TRUE(out == root);
+    EXPECT_TRUE(out == tree);
 }
 
 TEST(uxtree_check_node_int_attr, EveryIntegerMustBeThere) {
     TestTree tree("<r a='1' b='2' c='x'/>");
-    UXXmlWrapperBase root = tree.root();
     auto both = script_texts({"a", "b"});
     auto withText = script_texts({"a", "c"});
     auto values = script_ints({1, 2});
     auto other = script_ints({1, 3});
 
-    EXPECT_EQ(uxtree_check_node_int_attr(&root, &both, &values), 1);
-    EXPECT_EQ(uxtree_check_node_int_attr(&root, &both, &other), 0);
-    EXPECT_EQ(uxtree_check_node_int_attr(&root, &withText, &values), 0);
+    EXPECT_EQ(uxtree_check_node_int_attr(&tree, &both, &values), 1);
+    EXPECT_EQ(uxtree_check_node_int_attr(&tree, &both, &other), 0);
+    EXPECT_EQ(uxtree_check_node_int_attr(&tree, &withText, &values), 0);
 }
 
 TEST(uxtree_check_node_int_attr, NoNamesPassAndUnequalListsDoNot) {
     TestTree tree("<r a='1'/>");
-    UXXmlWrapperBase root = tree.root();
     auto noNames = script_texts({});
     auto noValues = script_ints({});
     auto one = script_ints({1});
 
-    EXPECT_EQ(uxtree_check_node_int_attr(&root, &noNames, &noValues), 1);
-    EXPECT_EQ(uxtree_check_node_int_attr(&root, &noNames, &one), 0);
+    EXPECT_EQ(uxtree_check_node_int_attr(&tree, &noNames, &noValues), 1);
+    EXPECT_EQ(uxtree_check_node_int_attr(&tree, &noNames, &one), 0);
 }
 
 TEST(uxtree_check_node_int_attr, TellsMissingFromUnusableArguments) {
     TestTree tree("<r a='1'/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     auto names = script_texts({"a"});
     auto values = script_ints({1});
 
     EXPECT_EQ(uxtree_check_node_int_attr(nullptr, &names, &values), 0);
     EXPECT_EQ(uxtree_check_node_int_attr(&invalid, &names, &values), 0);
-    EXPECT_EQ(uxtree_check_node_int_attr(&root, nullptr, &values), 0);
-    EXPECT_EQ(uxtree_check_node_int_attr(&root, &names, nullptr), 0);
-    EXPECT_EQ(uxtree_check_node_int_attr(&root, &values, &values), -1);
-    EXPECT_EQ(uxtree_check_node_int_attr(&root, &names, &names), -1);
+    EXPECT_EQ(uxtree_check_node_int_attr(&tree, nullptr, &values), 0);
+    EXPECT_EQ(uxtree_check_node_int_attr(&tree, &names, nullptr), 0);
+    EXPECT_EQ(uxtree_check_node_int_attr(&tree, &values, &values), -1);
+    EXPECT_EQ(uxtree_check_node_int_attr(&tree, &names, &names), -1);
 }
 
 TEST(uxtree_check_node_str_attr, ComparesCaseAsAsked) {
     TestTree tree("<r a='One' b=''/>");
-    UXXmlWrapperBase root = tree.root();
     auto names = script_texts({"a", "b"});
     auto same = script_texts({"One", ""});
     auto folded = script_texts({"ONE", ""});
 
-    EXPECT_EQ(uxtree_check_node_str_attr(&root, &names, &same, 0), 1);
-    EXPECT_EQ(uxtree_check_node_str_attr(&root, &names, &folded, 0), 0);
-    EXPECT_EQ(uxtree_check_node_str_attr(&root, &names, &folded, 1), 1);
+    EXPECT_EQ(uxtree_check_node_str_attr(&tree, &names, &same, 0), 1);
+    EXPECT_EQ(uxtree_check_node_str_attr(&tree, &names, &folded, 0), 0);
+    EXPECT_EQ(uxtree_check_node_str_attr(&tree, &names, &folded, 1), 1);
 }
 
 TEST(uxtree_check_node_str_attr, AMissingAttributeIsNoEmptyText) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     auto names = script_texts({"a"});
     auto empty = script_texts({""});
     auto none = script_texts({});
 
-    EXPECT_EQ(uxtree_check_node_str_attr(&root, &names, &empty, 0), 0);
-    EXPECT_EQ(uxtree_check_node_str_attr(&root, &names, &none, 0), 0);
-    EXPECT_EQ(uxtree_check_node_str_attr(&root, &none, &none, 0), 1);
+    EXPECT_EQ(uxtree_check_node_str_attr(&tree, &names, &empty, 0), 0);
+    EXPECT_EQ(uxtree_check_node_str_attr(&tree, &names, &none, 0), 0);
+    EXPECT_EQ(uxtree_check_node_str_attr(&tree, &none, &none, 0), 1);
 }
 
 TEST(uxtree_check_node_str_attr, TellsMissingFromUnusableArguments) {
     TestTree tree("<r a='1'/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     auto names = script_texts({"a"});
     auto ints = script_ints({1});
 
     EXPECT_EQ(uxtree_check_node_str_attr(nullptr, &names, &names, 0), 0);
     EXPECT_EQ(uxtree_check_node_str_attr(&invalid, &names, &names, 0), 0);
-    EXPECT_EQ(uxtree_check_node_str_attr(&root, nullptr, &names, 0), 0);
-    EXPECT_EQ(uxtree_check_node_str_attr(&root, &names, nullptr, 0), 0);
-    EXPECT_EQ(uxtree_check_node_str_attr(&root, &ints, &names, 0), -1);
-    EXPECT_EQ(uxtree_check_node_str_attr(&root, &names, &ints, 0), -1);
+    EXPECT_EQ(uxtree_check_node_str_attr(&tree, nullptr, &names, 0), 0);
+    EXPECT_EQ(uxtree_check_node_str_attr(&tree, &names, nullptr, 0), 0);
+    EXPECT_EQ(uxtree_check_node_str_attr(&tree, &ints, &names, 0), -1);
+    EXPECT_EQ(uxtree_check_node_str_attr(&tree, &names, &ints, 0), -1);
 }
 
 TEST(uxtree_find_node_with_int_attr, TakesTheOccurrenceAsked) {
     TestTree tree("<r><a k='1'/><b k='2'/><c k='1'/></r>");
-    UXXmlWrapperBase root = tree.root();
     auto names = script_texts({"k"});
     auto values = script_ints({1});
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_find_node_with_int_attr(&root, &out, &names, &values, false, 0), 1);
+    EXPECT_EQ(uxtree_find_node_with_int_attr(&tree, &out, &names, &values, false, 0), 1);
     EXPECT_EQ(tag_text(out), "a");
-    EXPECT_EQ(uxtree_find_node_with_int_attr(&root, &out, &names, &values, false, 1), 1);
+    EXPECT_EQ(uxtree_find_node_with_int_attr(&tree, &out, &names, &values, false, 1), 1);
     EXPECT_EQ(tag_text(out), "c");
-    EXPECT_EQ(uxtree_find_node_with_int_attr(&root, &out, &names, &values, false, 2), 0);
-    EXPECT_EQ(uxtree_find_node_with_int_attr(&root, &out, &names, &values, true, -1), 0);
+    EXPECT_EQ(uxtree_find_node_with_int_attr(&tree, &out, &names, &values, false, 2), 0);
+    EXPECT_EQ(uxtree_find_node_with_int_attr(&tree, &out, &names, &values, true, -1), 0);
     EXPECT_EQ(tag_text(out), "c");
 }
 
 TEST(uxtree_find_node_with_int_attr, MatchesInABranchDoNotCountOutsideIt) {
     TestTree tree("<r><a><x k='1'/><y k='1'/></a><b k='1'/><c k='1'><z k='1'/></c></r>");
-    UXXmlWrapperBase root = tree.root();
     auto names = script_texts({"k"});
     auto values = script_ints({1});
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_find_node_with_int_attr(&root, &out, &names, &values, true, 0), 1);
+    EXPECT_EQ(uxtree_find_node_with_int_attr(&tree, &out, &names, &values, true, 0), 1);
     EXPECT_EQ(tag_text(out), "x");
-    EXPECT_EQ(uxtree_find_node_with_int_attr(&root, &out, &names, &values, true, 1), 1);
+    EXPECT_EQ(uxtree_find_node_with_int_attr(&tree, &out, &names, &values, true, 1), 1);
     EXPECT_EQ(tag_text(out), "y");
     // x and y are forgotten behind a: b and c are the first two, z the third.
-    EXPECT_EQ(uxtree_find_node_with_int_attr(&root, &out, &names, &values, true, 2), 1);
+    EXPECT_EQ(uxtree_find_node_with_int_attr(&tree, &out, &names, &values, true, 2), 1);
     EXPECT_EQ(tag_text(out), "z");
-    EXPECT_EQ(uxtree_find_node_with_int_attr(&root, &out, &names, &values, true, 3), 0);
+    EXPECT_EQ(uxtree_find_node_with_int_attr(&tree, &out, &names, &values, true, 3), 0);
 }
 
 TEST(uxtree_find_node_with_int_attr, FailsWithBadArguments) {
     TestTree tree("<r><a k='1'/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     auto names = script_texts({"k"});
     auto values = script_ints({1});
@@ -413,43 +385,41 @@ TEST(uxtree_find_node_with_int_attr, FailsWithBadArguments) {
 
     EXPECT_EQ(uxtree_find_node_with_int_attr(nullptr, &out, &names, &values, true, 0), 0);
     EXPECT_EQ(uxtree_find_node_with_int_attr(&invalid, &out, &names, &values, true, 0), 0);
-    EXPECT_EQ(uxtree_find_node_with_int_attr(&root, &out, nullptr, &values, true, 0), 0);
-    EXPECT_EQ(uxtree_find_node_with_int_attr(&root, &out, &names, nullptr, true, 0), 0);
-    EXPECT_EQ(uxtree_find_node_with_int_attr(&root, &out, &values, &values, true, 0), 0);
-    EXPECT_EQ(uxtree_find_node_with_int_attr(&root, &out, &names, &names, true, 0), 0);
+    EXPECT_EQ(uxtree_find_node_with_int_attr(&tree, &out, nullptr, &values, true, 0), 0);
+    EXPECT_EQ(uxtree_find_node_with_int_attr(&tree, &out, &names, nullptr, true, 0), 0);
+    EXPECT_EQ(uxtree_find_node_with_int_attr(&tree, &out, &values, &values, true, 0), 0);
+    EXPECT_EQ(uxtree_find_node_with_int_attr(&tree, &out, &names, &names, true, 0), 0);
     EXPECT_FALSE(out.IsNodeValid());
-    EXPECT_EQ(uxtree_find_node_with_int_attr(&root, nullptr, &names, &values, true, 0), 1);
+    EXPECT_EQ(uxtree_find_node_with_int_attr(&tree, nullptr, &names, &values, true, 0), 1);
 }
 
 TEST(uxtree_find_node_with_str_attr, ComparesCaseAndTakesTheOccurrence) {
     TestTree tree("<r><a k='X'/><b k='x'/><c><d k='x'/></c></r>");
-    UXXmlWrapperBase root = tree.root();
     auto names = script_texts({"k"});
     auto values = script_texts({"x"});
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_find_node_with_str_attr(&root, &out, &names, &values, true, 0), 1);
+    EXPECT_EQ(uxtree_find_node_with_str_attr(&tree, &out, &names, &values, true, 0), 1);
     EXPECT_EQ(tag_text(out), "b");
-    EXPECT_EQ(uxtree_find_node_with_str_attr(&root, &out, &names, &values, true, 1), 1);
+    EXPECT_EQ(uxtree_find_node_with_str_attr(&tree, &out, &names, &values, true, 1), 1);
     EXPECT_EQ(tag_text(out), "d");
-    EXPECT_EQ(uxtree_find_node_with_str_attr(&root, &out, &names, &values, false, 1), 0);
+    EXPECT_EQ(uxtree_find_node_with_str_attr(&tree, &out, &names, &values, false, 1), 0);
     EXPECT_EQ(tag_text(out), "d");
 }
 
 TEST(uxtree_find_node_with_str_attr, FailsWithBadArguments) {
     TestTree tree("<r><a k='1'/></r>");
-    UXXmlWrapperBase root = tree.root();
     auto names = script_texts({"k"});
     auto values = script_texts({"1"});
     auto ints = script_ints({1});
     UXXmlWrapperBase out;
 
     EXPECT_EQ(uxtree_find_node_with_str_attr(nullptr, &out, &names, &values, true, 0), 0);
-    EXPECT_EQ(uxtree_find_node_with_str_attr(&root, &out, nullptr, &values, true, 0), 0);
-    EXPECT_EQ(uxtree_find_node_with_str_attr(&root, &out, &names, nullptr, true, 0), 0);
-    EXPECT_EQ(uxtree_find_node_with_str_attr(&root, &out, &ints, &values, true, 0), 0);
-    EXPECT_EQ(uxtree_find_node_with_str_attr(&root, &out, &names, &ints, true, 0), 0);
-    EXPECT_EQ(uxtree_find_node_with_str_attr(&root, nullptr, &names, &values, true, 0), 1);
+    EXPECT_EQ(uxtree_find_node_with_str_attr(&tree, &out, nullptr, &values, true, 0), 0);
+    EXPECT_EQ(uxtree_find_node_with_str_attr(&tree, &out, &names, nullptr, true, 0), 0);
+    EXPECT_EQ(uxtree_find_node_with_str_attr(&tree, &out, &ints, &values, true, 0), 0);
+    EXPECT_EQ(uxtree_find_node_with_str_attr(&tree, &out, &names, &ints, true, 0), 0);
+    EXPECT_EQ(uxtree_find_node_with_str_attr(&tree, nullptr, &names, &values, true, 0), 1);
 }
 
 }  // namespace

@@ -58,7 +58,7 @@ std::string outcome(int result, const std::string& key) {
 // A random tree, as plain values and in the library, and a node of another tree for outputs.
 struct Trees {
     explicit Trees(Random& random, const uxmodel::Words& words = kWords)
-        : model(make(random, words)), real(to_xml(model).c_str()), root(real.root()) {}
+        : model(make(random, words)), real(to_xml(model).c_str()), root(real) {}
 
     static Node make(Random& random, const uxmodel::Words& words) {
         Node node = uxmodel::random_tree(random, words, 16);
@@ -70,7 +70,7 @@ struct Trees {
     // What a lookup gives that assigns its output only when it finds a node.
     template <typename Call>
     std::string found_by(Call call) {
-        UXXmlWrapperBase out = other.root();
+        UXXmlWrapperBase out = other;
         const int result = call(&root, &out);
         return outcome(result, key_of(out));
     }
@@ -613,7 +613,7 @@ TEST(uxtree_tree_check_get_node, FindsAndCreatesAsThePlainDefinitionDoes) {
         const std::string name = random.pick<std::string>({"", "x", "z"});
         const std::string value = random.pick<std::string>({"", "v", "w"});
         const Node* node = child_or_new(trees.model, tag, id, name, value);
-        UXXmlWrapperBase out = trees.other.root();
+        UXXmlWrapperBase out = trees.other;
 
         EXPECT_EQ(uxtree_tree_check_get_node(&out, &trees.root, tag.c_str(), id, name.c_str(),
                                              value.c_str()),
@@ -630,7 +630,7 @@ TEST(uxtree_tree_check_get_node_by_attribute, FindsAndCreatesAsThePlainDefinitio
         const int deep = random.below(2);
         const char* const newTag = random.pick<const char*>({nullptr, "", "0", "t", "-t:u"});
         const Node* node = attribute_or_new(trees.model, name, value, deep != 0, newTag);
-        UXXmlWrapperBase out = trees.other.root();
+        UXXmlWrapperBase out = trees.other;
 
         EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &trees.root, name.c_str(),
                                                           value.c_str(), deep, newTag),
@@ -647,7 +647,7 @@ TEST(uxtree_check_get_node_by_dataid, FindsAndCreatesAsThePlainDefinitionDoes) {
         const std::string name = random.pick<std::string>({"", "x", "z"});
         const std::string value = random.pick<std::string>({"", "v"});
         const Node* node = data_id_or_new(trees.model, tag, id, name, value);
-        UXXmlWrapperBase out = trees.other.root();
+        UXXmlWrapperBase out = trees.other;
 
         EXPECT_EQ(uxtree_check_get_node_by_dataid(&trees.root, &out, tag.c_str(), id, name.c_str(),
                                                   value.c_str()),

@@ -30,13 +30,12 @@ const char* const kForest = "<r><a><b><c/></b><d/></a><e/><f><g/></f></r>";
 
 TEST(uxtree_get_node, NumbersBelowTheStartNodeInDocumentOrder) {
     TestTree tree(kForest);
-    UXXmlWrapperBase root = tree.root();
     const char* const expected[] = {"a", "b", "c", "d", "e", "f", "g"};
 
     for (int i = 0; i < 7; ++i) {
         UXXmlWrapperBase out;
         int counter = 0;
-        ASSERT_EQ(uxtree_get_node(&root, &out, i, &counter, -1, nullptr, true, false, 0), 1);
+        ASSERT_EQ(uxtree_get_node(&tree, &out, i, &counter, -1, nullptr, true, false, 0), 1);
         EXPECT_EQ(tag_text(out), expected[i]);
         EXPECT_EQ(counter, i);
     }
@@ -44,11 +43,10 @@ TEST(uxtree_get_node, NumbersBelowTheStartNodeInDocumentOrder) {
 
 TEST(uxtree_get_node, AnUnreachableIndexCountsAllNodes) {
     TestTree tree(kForest);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out = tree.at("e");
     int counter = 0;
 
-    EXPECT_EQ(uxtree_get_node(&root, &out, 1000, &counter, -1, "", true, false, 0), 0);
+    EXPECT_EQ(uxtree_get_node(&tree, &out, 1000, &counter, -1, "", true, false, 0), 0);
 
     EXPECT_EQ(counter, 7);
     EXPECT_EQ(tag_text(out), "e");  // as it was
@@ -56,11 +54,10 @@ TEST(uxtree_get_node, AnUnreachableIndexCountsAllNodes) {
 
 TEST(uxtree_get_node, GoesOnFromTheCounterGiven) {
     TestTree tree(kForest);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
     int counter = 10;
 
-    EXPECT_EQ(uxtree_get_node(&root, &out, 12, &counter, -1, nullptr, true, false, 0), 1);
+    EXPECT_EQ(uxtree_get_node(&tree, &out, 12, &counter, -1, nullptr, true, false, 0), 1);
 
     EXPECT_EQ(tag_text(out), "c");
     EXPECT_EQ(counter, 12);
@@ -68,12 +65,11 @@ TEST(uxtree_get_node, GoesOnFromTheCounterGiven) {
 
 TEST(uxtree_get_node, FailsAboveTheMaximumLevelAndBelowIndexZero) {
     TestTree tree(kForest);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
     int counter = 0;
 
-    EXPECT_EQ(uxtree_get_node(&root, &out, 0, &counter, 2, nullptr, true, false, 3), 0);
-    EXPECT_EQ(uxtree_get_node(&root, &out, -1, &counter, -1, nullptr, true, false, 0), 0);
+    EXPECT_EQ(uxtree_get_node(&tree, &out, 0, &counter, 2, nullptr, true, false, 3), 0);
+    EXPECT_EQ(uxtree_get_node(&tree, &out, -1, &counter, -1, nullptr, true, false, 0), 0);
 
     EXPECT_EQ(counter, 0);
     EXPECT_FALSE(out.IsNodeValid());
@@ -81,18 +77,17 @@ TEST(uxtree_get_node, FailsAboveTheMaximumLevelAndBelowIndexZero) {
 
 TEST(uxtree_get_node, TheStartLevelCountsTowardsTheMaximum) {
     TestTree tree(kForest);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
     int counter = 0;
 
-    uxtree_get_node(&root, &out, 1000, &counter, 5, nullptr, true, false, 4);
+    uxtree_get_node(&tree, &out, 1000, &counter, 5, nullptr, true, false, 4);
 
     EXPECT_EQ(counter, 6);  // levels 4 and 5: everything but c
 }
 
 TEST(uxtree_get_node, TheOutputMayBeTheTreeItself) {
     TestTree tree(kForest);
-    UXXmlWrapperBase node = tree.root();
+    UXXmlWrapperBase node = tree;
     int counter = 0;
 
     EXPECT_EQ(uxtree_get_node(&node, &node, 2, &counter, -1, nullptr, true, false, 0), 1);
@@ -102,21 +97,19 @@ TEST(uxtree_get_node, TheOutputMayBeTheTreeItself) {
 
 TEST(uxtree_get_node_ex, YieldsOneAndLeavesTheOutputBehindTheLastNode) {
     TestTree tree("<r><a/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_get_node_ex(&root, &out, 1, 0, nullptr), 1);
+    EXPECT_EQ(uxtree_get_node_ex(&tree, &out, 1, 0, nullptr), 1);
 
     EXPECT_FALSE(out.IsNodeValid());
 }
 
 TEST(uxtree_get_node_ex, YieldsZeroOnlyWithoutAnOutput) {
     TestTree tree("<r><a/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     UXXmlWrapperBase out = tree.at("a");
 
-    EXPECT_EQ(uxtree_get_node_ex(&root, nullptr, 0, 0, nullptr), 0);
+    EXPECT_EQ(uxtree_get_node_ex(&tree, nullptr, 0, 0, nullptr), 0);
     EXPECT_EQ(uxtree_get_node_ex(nullptr, &out, 0, 0, nullptr), 1);
     EXPECT_EQ(uxtree_get_node_ex(&invalid, &out, 0, 0, nullptr), 1);
 
@@ -126,30 +119,30 @@ TEST(uxtree_get_node_ex, YieldsZeroOnlyWithoutAnOutput) {
 TEST(uxtree_get_node_ex, CountsMarkedNodesWithoutEnteringThem) {
     TestTree tree("<r><a m='1'><b/></a><c><d m=''/><e/></c></r>");
 
-    EXPECT_EQ(numbered(tree.root(), 0, "m"), "a c d e");
+    EXPECT_EQ(numbered(tree, 0, "m"), "a c d e");
 }
 
 TEST(uxtree_get_node_ex, CountsOnlyMarkedNodesWithTheMarkBit) {
     TestTree tree("<r><a m='1'><b/><x m='1'/></a><c><d m=''/></c></r>");
 
-    EXPECT_EQ(numbered(tree.root(), kMarkedOnly, "m"), "a x");
-    EXPECT_EQ(numbered(tree.root(), kMarkedOnly, ""), "a b x c d");
+    EXPECT_EQ(numbered(tree, kMarkedOnly, "m"), "a x");
+    EXPECT_EQ(numbered(tree, kMarkedOnly, ""), "a b x c d");
 }
 
 TEST(uxtree_get_node_ex, LeavesLeavesOutWithTheBranchBit) {
     TestTree tree(kForest);
 
-    EXPECT_EQ(numbered(tree.root(), kBranchesOnly, nullptr), "a b f");
+    EXPECT_EQ(numbered(tree, kBranchesOnly, nullptr), "a b f");
 }
 
 TEST(uxtree_get_node_ex, LimitsTheLevelOnlyWithTheLimitBit) {
     TestTree tree(kForest);
 
-    EXPECT_EQ(numbered(tree.root(), 0, nullptr), "a b c d e f g");
-    EXPECT_EQ(numbered(tree.root(), 1, nullptr), "a b c d e f g");
-    EXPECT_EQ(numbered(tree.root(), kLimit | 0, nullptr), "a e f");
-    EXPECT_EQ(numbered(tree.root(), kLimit | 1, nullptr), "a b d e f g");
-    EXPECT_EQ(numbered(tree.root(), kLimit | 0xFF, nullptr), "a b c d e f g");
+    EXPECT_EQ(numbered(tree, 0, nullptr), "a b c d e f g");
+    EXPECT_EQ(numbered(tree, 1, nullptr), "a b c d e f g");
+    EXPECT_EQ(numbered(tree, kLimit | 0, nullptr), "a e f");
+    EXPECT_EQ(numbered(tree, kLimit | 1, nullptr), "a b d e f g");
+    EXPECT_EQ(numbered(tree, kLimit | 0xFF, nullptr), "a b c d e f g");
 }
 
 TEST(uxtree_get_root_node, ClimbsToTheTop) {
@@ -158,17 +151,16 @@ TEST(uxtree_get_root_node, ClimbsToTheTop) {
 
     EXPECT_EQ(uxtree_get_root_node(&node, &node), 1);
 
-    EXPECT_TRUE(node == tree.root());
+    EXPECT_TRUE(node == tree);
 }
 
 TEST(uxtree_get_root_node, ARootYieldsItself) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_get_root_node(&root, &out), 1);
+    EXPECT_EQ(uxtree_get_root_node(&tree, &out), 1);
 
-    EXPECT_TRUE(out == root);
+    EXPECT_TRUE(out == tree);
 }
 
 // The level of a node below the root and its path: "3 r.a.b.c".
@@ -186,10 +178,9 @@ TEST(uxtree_get_level, CountsTheStepsUpToTheRoot) {
 
 TEST(uxtree_get_level, ARootHasLevelZeroAndItsTagAsPath) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     CStringUTF8 path;
 
-    EXPECT_EQ(uxtree_get_level(&path, &root, nullptr, 1), 0);
+    EXPECT_EQ(uxtree_get_level(&path, &tree, nullptr, 1), 0);
 
     EXPECT_EQ(std::string(path), "r");
 }
@@ -242,13 +233,13 @@ TEST(uxtree_get_level, StopsAtAnEventRootAndReturnsIt) {
 TEST(uxtree_get_level, MinusOneRefusesAndLeavesEverything) {
     TestTree tree("<r EventRootOption='1'><a EventRootOption='-1'><b/></a></r>");
     UXXmlWrapperBase node = tree.at("a/b");
-    UXXmlWrapperBase top = tree.root();
+    UXXmlWrapperBase top = tree;
     CStringUTF8 path = "before";
 
     EXPECT_EQ(uxtree_get_level(&path, &node, &top, 1), -1);
 
     EXPECT_EQ(std::string(path), "before");
-    EXPECT_TRUE(top == tree.root());
+    EXPECT_TRUE(top == tree);
 }
 
 TEST(uxtree_get_level, BelowMinusOneIsNeitherAStopNorCompared) {
@@ -275,47 +266,42 @@ TEST(uxtree_get_level, TrimsEveryTrailingDotOfThePath) {
 
 TEST(uxtree_get_row_number, TheTreeIsRowOne) {
     TestTree tree(kForest);
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_get_row_number(&root, "r"), 1);
-    EXPECT_EQ(uxtree_get_row_number(&root, "R"), 1);
-    EXPECT_EQ(uxtree_get_row_number(&root, "other"), -1);
+    EXPECT_EQ(uxtree_get_row_number(&tree, "r"), 1);
+    EXPECT_EQ(uxtree_get_row_number(&tree, "R"), 1);
+    EXPECT_EQ(uxtree_get_row_number(&tree, "other"), -1);
 }
 
 TEST(uxtree_get_row_number, CountsTheRowsPassedOver) {
     TestTree tree(kForest);
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_get_row_number(&root, "r.a.b.c"), 4);
-    EXPECT_EQ(uxtree_get_row_number(&root, "r.A.D"), 5);
-    EXPECT_EQ(uxtree_get_row_number(&root, "r.f.g"), 8);
-    EXPECT_EQ(uxtree_get_row_number(&root, "r.x"), -1);
+    EXPECT_EQ(uxtree_get_row_number(&tree, "r.a.b.c"), 4);
+    EXPECT_EQ(uxtree_get_row_number(&tree, "r.A.D"), 5);
+    EXPECT_EQ(uxtree_get_row_number(&tree, "r.f.g"), 8);
+    EXPECT_EQ(uxtree_get_row_number(&tree, "r.x"), -1);
 }
 
 TEST(uxtree_get_row_number, DoesNotTryALaterSiblingOfTheSameTag) {
     TestTree tree("<r><a/><a><b/></a></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_get_row_number(&root, "r.a.b"), -1);
+    EXPECT_EQ(uxtree_get_row_number(&tree, "r.a.b"), -1);
 }
 
 TEST(uxtree_get_row_number, AQuotedTokenMayHoldDots) {
     TestTree tree("<r><x/><a.b><c/></a.b></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_get_row_number(&root, "r.\"a.b\".c"), 4);
-    EXPECT_EQ(uxtree_get_row_number(&root, "r.a.b.c"), -1);
+    EXPECT_EQ(uxtree_get_row_number(&tree, "r.\"a.b\".c"), 4);
+    EXPECT_EQ(uxtree_get_row_number(&tree, "r.a.b.c"), -1);
 }
 
 TEST(uxtree_get_row_number, FailsWithBadArguments) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
     EXPECT_EQ(uxtree_get_row_number(nullptr, "r"), -1);
     EXPECT_EQ(uxtree_get_row_number(&invalid, "r"), -1);
-    EXPECT_EQ(uxtree_get_row_number(&root, nullptr), -1);
-    EXPECT_EQ(uxtree_get_row_number(&root, ""), -1);
+    EXPECT_EQ(uxtree_get_row_number(&tree, nullptr), -1);
+    EXPECT_EQ(uxtree_get_row_number(&tree, ""), -1);
 }
 
 const char* const kHelp =
@@ -328,9 +314,8 @@ const char* const kHelp =
 
 std::string help(int id, int category) {
     TestTree tree(kHelp);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
-    const int result = uxtree_get_help_node(&out, &root, id, category);
+    const int result = uxtree_get_help_node(&out, &tree, id, category);
     return std::to_string(result) + " " + tag_text(out);
 }
 
@@ -372,12 +357,11 @@ TEST(uxtree_get_help_node, ACategoryOutsideTheRangeIsReplaced) {
 
 TEST(uxtree_get_help_node, OnlyTheLastRuleEmptiesTheOutput) {
     TestTree tree("<help/>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase out = root;
+    UXXmlWrapperBase out = tree;
 
-    EXPECT_EQ(uxtree_get_help_node(&out, &root, 305, 256), 0);
-    EXPECT_TRUE(out == root);
-    EXPECT_EQ(uxtree_get_help_node(&out, &root, 7, 256), 0);
+    EXPECT_EQ(uxtree_get_help_node(&out, &tree, 305, 256), 0);
+    EXPECT_TRUE(out == tree);
+    EXPECT_EQ(uxtree_get_help_node(&out, &tree, 7, 256), 0);
     EXPECT_FALSE(out.IsNodeValid());
 }
 

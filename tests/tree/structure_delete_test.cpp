@@ -21,8 +21,7 @@ struct DeleteCase {
 
 std::string deleted(const char* tree, const DeleteCase& how = {}) {
     TestTree parsed(tree);
-    UXXmlWrapperBase root = parsed.root();
-    const int count = uxtree_delete_nodes_by_attribute(&root, "k", 1, how.recursive, how.exempt,
+    const int count = uxtree_delete_nodes_by_attribute(&parsed, "k", 1, how.recursive, how.exempt,
                                                        how.keepBranches);
     return std::to_string(count) + " " + parsed.text();
 }
@@ -67,11 +66,10 @@ TEST(uxtree_delete_nodes_by_attribute, StaysBelowTheGivenNode) {
 
 TEST(uxtree_delete_nodes_by_attribute, HandlesIntoRemovedBranchesBecomeInvalid) {
     TestTree tree("<r><a k='1'><b><c/></b></a><d/></r>");
-    UXXmlWrapperBase root = tree.root();
     std::vector<UXXmlWrapperBase> gone{tree.at("a"), tree.at("a/b"), tree.at("a/b/c")};
     UXXmlWrapperBase kept = tree.at("d");
 
-    EXPECT_EQ(uxtree_delete_nodes_by_attribute(&root, "k", 1, 0, nullptr, 0), 1);
+    EXPECT_EQ(uxtree_delete_nodes_by_attribute(&tree, "k", 1, 0, nullptr, 0), 1);
 
     for (UXXmlWrapperBase& node : gone) {
         EXPECT_FALSE(node.IsNodeValid());
@@ -83,13 +81,12 @@ TEST(uxtree_delete_nodes_by_attribute, HandlesIntoRemovedBranchesBecomeInvalid) 
 
 TEST(uxtree_delete_nodes_by_attribute, FailsWithBadArguments) {
     TestTree tree("<r><a k='1'/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
     EXPECT_EQ(uxtree_delete_nodes_by_attribute(nullptr, "k", 1, 1, nullptr, 0), -1);
     EXPECT_EQ(uxtree_delete_nodes_by_attribute(&invalid, "k", 1, 1, nullptr, 0), -1);
-    EXPECT_EQ(uxtree_delete_nodes_by_attribute(&root, nullptr, 1, 1, nullptr, 0), -1);
-    EXPECT_EQ(uxtree_delete_nodes_by_attribute(&root, "", 1, 1, nullptr, 0), 0);
+    EXPECT_EQ(uxtree_delete_nodes_by_attribute(&tree, nullptr, 1, 1, nullptr, 0), -1);
+    EXPECT_EQ(uxtree_delete_nodes_by_attribute(&tree, "", 1, 1, nullptr, 0), 0);
 
     EXPECT_EQ(tree.text(), tree_text("<r><a k='1'/></r>"));
 }
@@ -103,9 +100,8 @@ struct KeepCase {
 
 std::string kept(const char* tree, const KeepCase& how = {}) {
     TestTree parsed(tree);
-    UXXmlWrapperBase root = parsed.root();
     const int count = uxtree_delete_nodes_by_missing_attribute(
-        &root, "k", how.recursive, how.removeAttr, how.keepBranches, how.checkSelf);
+        &parsed, "k", how.recursive, how.removeAttr, how.keepBranches, how.checkSelf);
     return std::to_string(count) + " " + parsed.text();
 }
 
@@ -146,40 +142,36 @@ TEST(uxtree_delete_nodes_by_missing_attribute, TheTreeItselfMayProtectEverything
 
 TEST(uxtree_remove_nodes_by_attribute, RemovesEverywhereAndCountsTheRemovals) {
     TestTree tree("<r k='1'><a k='1'><b k='1'/></a><c><d k='1'/><e k='2'/></c><f k=' 1 '/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_remove_nodes_by_attribute(&root, "k", 1), 3);  // b went with a
-    EXPECT_EQ(uxtree_remove_nodes_by_attribute(&root, "k", 1), 0);
+    EXPECT_EQ(uxtree_remove_nodes_by_attribute(&tree, "k", 1), 3);  // b went with a
+    EXPECT_EQ(uxtree_remove_nodes_by_attribute(&tree, "k", 1), 0);
 
     EXPECT_EQ(tree.text(), tree_text("<r k='1'><c><e k='2'/></c></r>"));
 }
 
 TEST(uxtree_remove_nodes_by_attribute, TheLookupWildcardIsAnOrdinaryValue) {
     TestTree tree("<r><a k='1'/><b k='-39999'/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_remove_nodes_by_attribute(&root, "k", -39999), 1);
+    EXPECT_EQ(uxtree_remove_nodes_by_attribute(&tree, "k", -39999), 1);
 
     EXPECT_EQ(tree.text(), tree_text("<r><a k='1'/></r>"));
 }
 
 TEST(uxtree_remove_nodes_by_attribute, FailsWithBadArguments) {
     TestTree tree("<r><a k='1'/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
     EXPECT_EQ(uxtree_remove_nodes_by_attribute(nullptr, "k", 1), -1);
     EXPECT_EQ(uxtree_remove_nodes_by_attribute(&invalid, "k", 1), -1);
-    EXPECT_EQ(uxtree_remove_nodes_by_attribute(&root, nullptr, 1), -1);
-    EXPECT_EQ(uxtree_remove_nodes_by_attribute(&root, "", 1), 0);
+    EXPECT_EQ(uxtree_remove_nodes_by_attribute(&tree, nullptr, 1), -1);
+    EXPECT_EQ(uxtree_remove_nodes_by_attribute(&tree, "", 1), 0);
 
     EXPECT_EQ(tree.text(), tree_text("<r><a k='1'/></r>"));
 }
 
 std::string pruned(const char* tree, bool recursive) {
     TestTree parsed(tree);
-    UXXmlWrapperBase root = parsed.root();
-    const int count = uxtree_remove_empty_child_nodes(&root, recursive);
+    const int count = uxtree_remove_empty_child_nodes(&parsed, recursive);
     return std::to_string(count) + " " + parsed.text();
 }
 
@@ -209,8 +201,7 @@ TEST(uxtree_remove_empty_child_nodes, WorksOnAVeryDeepTree) {
 
 std::string hidden(const char* tree, bool recursive, bool showNonEmpty) {
     TestTree parsed(tree);
-    UXXmlWrapperBase root = parsed.root();
-    const int count = uxtree_hide_empty_nodes(&root, recursive, showNonEmpty);
+    const int count = uxtree_hide_empty_nodes(&parsed, recursive, showNonEmpty);
     return std::to_string(count) + " " + parsed.text();
 }
 

@@ -24,11 +24,10 @@ struct Filter {
 bool keeps(const Filter& filter, const std::string& content) {
     const std::string tree = "<r><n DataID='9'>" + content + "</n></r>";
     TestTree parsed(tree.c_str());
-    UXXmlWrapperBase root = parsed.root();
     auto listA = script_texts(filter.listA);
     auto listB = script_texts(filter.listB);
-    EXPECT_EQ(uxtree_filter(&root, 9, filter.modeA, 1, &listA, filter.modeB, 2, &listB), 1);
-    const bool kept = root.GetNodeCount() == 1;
+    EXPECT_EQ(uxtree_filter(&parsed, 9, filter.modeA, 1, &listA, filter.modeB, 2, &listB), 1);
+    const bool kept = parsed.GetNodeCount() == 1;
     EXPECT_EQ(parsed.text(), kept ? tree_text(tree.c_str()) : "<r></r>");
     return kept;
 }
@@ -92,11 +91,10 @@ TEST(uxtree_filter, ADescendantWithoutValueContributesTheEmptyText) {
 
 TEST(uxtree_filter, TheNodesOwnValueDoesNotCount) {
     TestTree tree("<r><n DataID='9'>a</n></r>");
-    UXXmlWrapperBase root = tree.root();
     auto list = script_texts({"a"});
     auto none = script_texts({});
 
-    EXPECT_EQ(uxtree_filter(&root, 9, 1, 9, &list, 1, 2, &none), 1);
+    EXPECT_EQ(uxtree_filter(&tree, 9, 1, 9, &list, 1, 2, &none), 1);
 
     EXPECT_EQ(tree.text(), tree_text("<r/>"));
 }
@@ -105,11 +103,10 @@ TEST(uxtree_filter, TestsTheTopmostNodesEverywhere) {
     TestTree tree(
         "<r><n DataID='9'><n DataID='9'/><v DataID='1'>a</v></n><g><n DataID='9'/><m/>"
         "<n DataID='9'><v DataID='1'>a</v></n></g><n DataID='9'/></r>");
-    UXXmlWrapperBase root = tree.root();
     auto list = script_texts({"a"});
     auto none = script_texts({});
 
-    EXPECT_EQ(uxtree_filter(&root, 9, 1, 1, &list, 1, 2, &none), 1);
+    EXPECT_EQ(uxtree_filter(&tree, 9, 1, 1, &list, 1, 2, &none), 1);
 
     EXPECT_EQ(tree.text(),
               tree_text("<r><n DataID='9'><n DataID='9'/><v DataID='1'>a</v></n><g><m/>"
@@ -132,38 +129,35 @@ TEST(uxtree_filter, TheTreeMayRemoveItself) {
 
 TEST(uxtree_filter, ARootMayRemoveItself) {
     TestTree tree("<r DataID='9'/>");
-    UXXmlWrapperBase root = tree.root();
     auto list = script_texts({"a"});
     auto none = script_texts({});
 
-    EXPECT_EQ(uxtree_filter(&root, 9, 1, 1, &list, 1, 2, &none), 1);
+    EXPECT_EQ(uxtree_filter(&tree, 9, 1, 1, &list, 1, 2, &none), 1);
 
-    EXPECT_FALSE(root.IsNodeValid());
-    EXPECT_FALSE(tree.root().IsNodeValid());
+    EXPECT_FALSE(tree.IsNodeValid());
+    EXPECT_EQ(tree.text(), "(invalid)");
 }
 
 TEST(uxtree_filter, ANodeWithoutDataIdNeverMatches) {
     TestTree tree("<r><a/><b DataID='x'/></r>");
-    UXXmlWrapperBase root = tree.root();
     auto none = script_texts({});
 
-    EXPECT_EQ(uxtree_filter(&root, -1, 0, 1, &none, 3, 2, &none), 1);
-    EXPECT_EQ(uxtree_filter(&root, 0, 0, 1, &none, 3, 2, &none), 1);
+    EXPECT_EQ(uxtree_filter(&tree, -1, 0, 1, &none, 3, 2, &none), 1);
+    EXPECT_EQ(uxtree_filter(&tree, 0, 0, 1, &none, 3, 2, &none), 1);
 
     EXPECT_EQ(tree.text(), tree_text("<r><a/><b DataID='x'/></r>"));
 }
 
 TEST(uxtree_filter, FailsWithBadArguments) {
     TestTree tree("<r><n DataID='9'/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     auto list = script_texts({"a"});
     auto ints = script_ints({1});
 
-    EXPECT_EQ(uxtree_filter(&root, 9, 1, 1, nullptr, 1, 2, &list), -1);
-    EXPECT_EQ(uxtree_filter(&root, 9, 1, 1, &list, 1, 2, nullptr), -1);
-    EXPECT_EQ(uxtree_filter(&root, 9, 1, 1, &ints, 1, 2, &list), -1);
-    EXPECT_EQ(uxtree_filter(&root, 9, 1, 1, &list, 1, 2, &ints), -1);
+    EXPECT_EQ(uxtree_filter(&tree, 9, 1, 1, nullptr, 1, 2, &list), -1);
+    EXPECT_EQ(uxtree_filter(&tree, 9, 1, 1, &list, 1, 2, nullptr), -1);
+    EXPECT_EQ(uxtree_filter(&tree, 9, 1, 1, &ints, 1, 2, &list), -1);
+    EXPECT_EQ(uxtree_filter(&tree, 9, 1, 1, &list, 1, 2, &ints), -1);
     EXPECT_EQ(uxtree_filter(nullptr, 9, 1, 1, &list, 1, 2, &list), -1);
     EXPECT_EQ(uxtree_filter(&invalid, 9, 1, 1, &list, 1, 2, &list), -1);
 
@@ -175,11 +169,10 @@ std::string found(const char* text, int caseSensitive, int atStart) {
     TestTree tree(
         "<r><n DataID='9' k='Fit curve'/><n DataID='9' k='A fit'/><n DataID='9' k='none'/>"
         "<n DataID='9'/></r>");
-    UXXmlWrapperBase root = tree.root();
-    EXPECT_EQ(uxtree_filter_by_attrib_find(&root, 9, "k", text, caseSensitive, atStart), 1);
+    EXPECT_EQ(uxtree_filter_by_attrib_find(&tree, 9, "k", text, caseSensitive, atStart), 1);
     std::string kept;
     UXXmlWrapperBase child;
-    for (root.FirstChild(&child); child.IsNodeValid(); child.NextSibling(&child)) {
+    for (tree.FirstChild(&child); child.IsNodeValid(); child.NextSibling(&child)) {
         CStringUTF8 value;
         child.GetPropertyValue("k", value, 0);
         kept += std::string(kept.empty() ? "" : ", ") + static_cast<const char*>(value);
@@ -202,9 +195,8 @@ TEST(uxtree_filter_by_attrib_find, AnEmptyTextIsInEveryAttribute) {
 TEST(uxtree_filter_by_attrib_find, DoesNotEnterTestedNodes) {
     TestTree tree(
         "<r><n DataID='9' k='x'><n DataID='9' k='y'/></n><g><n DataID='9' k='y'/></g></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_filter_by_attrib_find(&root, 9, "k", "x", 1, 0), 1);
+    EXPECT_EQ(uxtree_filter_by_attrib_find(&tree, 9, "k", "x", 1, 0), 1);
 
     EXPECT_EQ(tree.text(), tree_text("<r><n DataID='9' k='x'><n DataID='9' k='y'/></n><g/></r>"));
 }
@@ -221,23 +213,21 @@ TEST(uxtree_filter_by_attrib_find, TheTreeMayRemoveItself) {
 
 TEST(uxtree_filter_by_attrib_find, ALeafThatIsNotTestedYieldsOne) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_filter_by_attrib_find(&root, 9, "k", "x", 1, 0), 1);
+    EXPECT_EQ(uxtree_filter_by_attrib_find(&tree, 9, "k", "x", 1, 0), 1);
 }
 
 TEST(uxtree_filter_by_attrib_match, KeepsWhatMatchesThePattern) {
     TestTree tree(
         "<r><n DataID='9' k='Fit1'/><g><n DataID='9' k='fit22'/></g><n DataID='9'/>"
         "<n DataID='8'/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_filter_by_attrib_match(&root, 9, "k", "fit*", 0), 1);
+    EXPECT_EQ(uxtree_filter_by_attrib_match(&tree, 9, "k", "fit*", 0), 1);
     EXPECT_EQ(
         tree.text(),
         tree_text(
             "<r><n DataID='9' k='Fit1'/><g><n DataID='9' k='fit22'/></g><n DataID='8'/></r>"));
-    EXPECT_EQ(uxtree_filter_by_attrib_match(&root, 9, "k", "fit??", 1), 1);
+    EXPECT_EQ(uxtree_filter_by_attrib_match(&tree, 9, "k", "fit??", 1), 1);
     EXPECT_EQ(tree.text(), tree_text("<r><g><n DataID='9' k='fit22'/></g><n DataID='8'/></r>"));
 }
 
@@ -249,9 +239,8 @@ TEST(uxtree_filter_by_attrib_match, HandsTheFlagToTheHost) {
         return false;
     };
     TestTree tree("<r><n DataID='9' k='v'/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_filter_by_attrib_match(&root, 9, "k", "p", 42), 1);
+    EXPECT_EQ(uxtree_filter_by_attrib_match(&tree, 9, "k", "p", 42), 1);
 
     EXPECT_EQ(asked, "v/p/42");
     EXPECT_EQ(tree.text(), tree_text("<r/>"));

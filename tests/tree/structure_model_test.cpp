@@ -41,8 +41,7 @@ void for_every_tree(Body body) {
         Random random(seed);
         Node model = uxmodel::random_tree(random, kWords, 18);
         TestTree tree(to_xml(model).c_str());
-        UXXmlWrapperBase root = tree.root();
-        const bool stays = body(random, model, root);
+        const bool stays = body(random, model, tree);
         EXPECT_EQ(tree.text(), stays ? to_xml(model) : "(invalid)");
         ASSERT_FALSE(testing::Test::HasFailure()) << "seed " << seed;
     }
@@ -295,8 +294,7 @@ TEST(uxtree_sort_children_by_int_attribute, SortsAsThePlainExchangesDo) {
             for (const Node& child : more.children) model.children.push_back(child);
         }
         TestTree wide(to_xml(model).c_str());
-        UXXmlWrapperBase from = wide.root();
-        root.Replace(&from, 0, 0, 0);
+        root.Replace(&wide, 0, 0, 0);
         const std::string name = random.pick<std::string>({"n", "n", "n", "DataID", ""});
         const bool ascending = random.one_in(2);
         const bool sorted = sort(model, name, ascending);
@@ -310,10 +308,9 @@ TEST(uxtree_append_children, AppendsWhatThePlainDefinitionAppends) {
     for_every_tree([](Random& random, Node& model, UXXmlWrapperBase& root) {
         const Node other = random.one_in(6) ? model : uxmodel::random_tree(random, kWords, 12);
         TestTree source(to_xml(other).c_str());
-        UXXmlWrapperBase from = source.root();
         const std::string prefix = random.pick<std::string>({"", "b", "B", "ba", "x"});
         const int next = append(model, other, prefix);
-        EXPECT_EQ(uxtree_append_children(&root, &from, prefix.c_str()), next);
+        EXPECT_EQ(uxtree_append_children(&root, &source, prefix.c_str()), next);
         EXPECT_EQ(source.text(), to_xml(other));
         return true;
     });
@@ -485,13 +482,12 @@ TEST(VCTreeCopyWithSkipping, CopiesWhatThePlainDefinitionCopies) {
     for_every_tree([](Random& random, Node& model, UXXmlWrapperBase& root) {
         const Node other = uxmodel::random_tree(random, kWords, 14);
         TestTree source(to_xml(other).c_str());
-        UXXmlWrapperBase from = source.root();
         const Names skipped = random.pick<Names>({{}, {"keep"}, {"none", "n"}});
         CWBOStringArray list = uxtest::string_list(skipped);
         bool holdsValue = false;
         const int count =
             has_any(other, skipped) ? 0 : copy_with_skipping(other, model, skipped, holdsValue);
-        EXPECT_EQ(VCTreeCopyWithSkipping(&root, &from, skipped.empty() ? nullptr : &list, 0),
+        EXPECT_EQ(VCTreeCopyWithSkipping(&root, &source, skipped.empty() ? nullptr : &list, 0),
                   count);
         EXPECT_EQ(source.text(), to_xml(other));
         return true;

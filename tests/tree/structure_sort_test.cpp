@@ -20,8 +20,7 @@ namespace {
 
 std::string sorted(const char* tree, int ascending) {
     TestTree parsed(tree);
-    UXXmlWrapperBase root = parsed.root();
-    EXPECT_TRUE(uxtree_sort_children_by_int_attribute(&root, "k", ascending));
+    EXPECT_TRUE(uxtree_sort_children_by_int_attribute(&parsed, "k", ascending));
     return parsed.text();
 }
 
@@ -76,12 +75,11 @@ TEST(uxtree_sort_children_by_int_attribute, WholeContentsGoAlong) {
 
 TEST(uxtree_sort_children_by_int_attribute, HandlesKeepTheirPlacesAndSeeWhatStandsThere) {
     TestTree tree("<r><a k='2'><x/></a><b k='1'/><c k='3'><z/></c></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase first = tree.at("a");
     UXXmlWrapperBase moved = tree.at("a/x");
     UXXmlWrapperBase stayed = tree.at("c/z");
 
-    EXPECT_TRUE(uxtree_sort_children_by_int_attribute(&root, "k", 1));
+    EXPECT_TRUE(uxtree_sort_children_by_int_attribute(&tree, "k", 1));
 
     EXPECT_EQ(to_text(first), tree_text("<b k='1'/>"));
     EXPECT_TRUE(first == tree.at("b"));
@@ -95,15 +93,14 @@ TEST(uxtree_sort_children_by_int_attribute, TwoChildrenWithoutTheAttributeAreEno
 
 TEST(uxtree_sort_children_by_int_attribute, FailsWithBadArguments) {
     TestTree tree("<r><a k='2'><x k='1'/></a><b k='1'/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase single = tree.at("a");
     UXXmlWrapperBase invalid;
 
     EXPECT_FALSE(uxtree_sort_children_by_int_attribute(nullptr, "k", 1));
     EXPECT_FALSE(uxtree_sort_children_by_int_attribute(&invalid, "k", 1));
     EXPECT_FALSE(uxtree_sort_children_by_int_attribute(&single, "k", 1));
-    EXPECT_FALSE(uxtree_sort_children_by_int_attribute(&root, nullptr, 1));
-    EXPECT_FALSE(uxtree_sort_children_by_int_attribute(&root, "", 1));
+    EXPECT_FALSE(uxtree_sort_children_by_int_attribute(&tree, nullptr, 1));
+    EXPECT_FALSE(uxtree_sort_children_by_int_attribute(&tree, "", 1));
 
     EXPECT_EQ(tree.text(), tree_text("<r><a k='2'><x k='1'/></a><b k='1'/></r>"));
 }
@@ -122,12 +119,10 @@ TEST(uxtree_sort_children_by_int_attribute, EqualsTheExchangeSortOnRandomTrees) 
         text += "</r>";
         TestTree model(text.c_str());
         TestTree tree(text.c_str());
-        UXXmlWrapperBase modelRoot = model.root();
-        UXXmlWrapperBase root = tree.root();
         const bool ascending = random() % 2 == 0;
 
-        exchange_sort(modelRoot, "k", ascending);
-        EXPECT_TRUE(uxtree_sort_children_by_int_attribute(&root, "k", ascending ? 1 : 0));
+        exchange_sort(model, "k", ascending);
+        EXPECT_TRUE(uxtree_sort_children_by_int_attribute(&tree, "k", ascending ? 1 : 0));
 
         ASSERT_EQ(tree.text(), model.text()) << text;
     }

@@ -15,8 +15,7 @@ namespace {
 std::string moved(const char* tree, int from, int to, unsigned int flags = 0,
                   const char* attrName = nullptr) {
     TestTree parsed(tree);
-    UXXmlWrapperBase root = parsed.root();
-    const int result = uxtree_move_node(&root, from, to, flags, attrName);
+    const int result = uxtree_move_node(&parsed, from, to, flags, attrName);
     return std::to_string(result) + " " + parsed.text();
 }
 
@@ -61,12 +60,11 @@ TEST(uxtree_move_node, IntoItsOwnBranchLosesTheNode) {
 
 TEST(uxtree_move_node, HandlesToTheSourceBecomeInvalid) {
     TestTree tree("<r><a><x/></a><b/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase source = tree.at("a");
     UXXmlWrapperBase inner = tree.at("a/x");
     UXXmlWrapperBase other = tree.at("b");
 
-    EXPECT_EQ(uxtree_move_node(&root, 0, 2, 0, nullptr), 1);
+    EXPECT_EQ(uxtree_move_node(&tree, 0, 2, 0, nullptr), 1);
 
     EXPECT_FALSE(source.IsNodeValid());
     EXPECT_FALSE(inner.IsNodeValid());
@@ -76,10 +74,8 @@ TEST(uxtree_move_node, HandlesToTheSourceBecomeInvalid) {
 TEST(uxtree_append_children, NumbersTheCopiesBehindTheLargestId) {
     TestTree target("<t><Set1 _ux_id='4'/><set2 _ux_id='7'/><Other _ux_id='99'/><Set3/></t>");
     TestTree source("<s><Set1 _ux_id='1'><x _ux_id='2'/></Set1><y/><SETa/></s>");
-    UXXmlWrapperBase to = target.root();
-    UXXmlWrapperBase from = source.root();
 
-    EXPECT_EQ(uxtree_append_children(&to, &from, "Set"), 10);
+    EXPECT_EQ(uxtree_append_children(&target, &source, "Set"), 10);
 
     EXPECT_EQ(target.text(),
               tree_text("<t><Set1 _ux_id='4'/><set2 _ux_id='7'/><Other _ux_id='99'/><Set3/>"
@@ -91,10 +87,8 @@ TEST(uxtree_append_children, NumbersTheCopiesBehindTheLargestId) {
 TEST(uxtree_append_children, WithoutMatchingChildrenTheCopiesKeepTheirIds) {
     TestTree target("<t><Other _ux_id='99'/><Set/></t>");
     TestTree source("<s><Set1 _ux_id='5'/><Set2/></s>");
-    UXXmlWrapperBase to = target.root();
-    UXXmlWrapperBase from = source.root();
 
-    EXPECT_EQ(uxtree_append_children(&to, &from, "Set"), 0);
+    EXPECT_EQ(uxtree_append_children(&target, &source, "Set"), 0);
 
     EXPECT_EQ(target.text(),
               tree_text("<t><Other _ux_id='99'/><Set/><Set1 _ux_id='5'/><Set2/></t>"));
@@ -103,11 +97,9 @@ TEST(uxtree_append_children, WithoutMatchingChildrenTheCopiesKeepTheirIds) {
 TEST(uxtree_append_children, AnIdOfZeroStartsAtOne) {
     TestTree target("<t><a/></t>");
     TestTree source("<s><b/><c/></s>");
-    UXXmlWrapperBase to = target.root();
-    UXXmlWrapperBase from = source.root();
     target.at("a").SetID(0, false);
 
-    EXPECT_EQ(uxtree_append_children(&to, &from, nullptr), 3);
+    EXPECT_EQ(uxtree_append_children(&target, &source, nullptr), 3);
 
     EXPECT_EQ(target.text(), tree_text("<t><a _ux_id='0'/><b _ux_id='1'/><c _ux_id='2'/></t>"));
 }
@@ -115,10 +107,8 @@ TEST(uxtree_append_children, AnIdOfZeroStartsAtOne) {
 TEST(uxtree_append_children, IdsBelowMinusOneHaveALargestOneToo) {
     TestTree target("<t><a _ux_id='-5'/><a _ux_id='-9'/><a/></t>");
     TestTree source("<s><b _ux_id='3'/><c/></s>");
-    UXXmlWrapperBase to = target.root();
-    UXXmlWrapperBase from = source.root();
 
-    EXPECT_EQ(uxtree_append_children(&to, &from, nullptr), -4);
+    EXPECT_EQ(uxtree_append_children(&target, &source, nullptr), -4);
 
     EXPECT_EQ(target.text(),
               tree_text("<t><a _ux_id='-5'/><a _ux_id='-9'/><a/><b _ux_id='3'/><c/></t>"));
@@ -126,21 +116,19 @@ TEST(uxtree_append_children, IdsBelowMinusOneHaveALargestOneToo) {
 
 TEST(uxtree_append_children, TheSourceMayBeTheTarget) {
     TestTree tree("<r><a _ux_id='1'/><b/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_append_children(&root, &root, ""), 4);
+    EXPECT_EQ(uxtree_append_children(&tree, &tree, ""), 4);
 
     EXPECT_EQ(tree.text(), tree_text("<r><a _ux_id='1'/><b/><a _ux_id='2'/><b _ux_id='3'/></r>"));
 }
 
 TEST(uxtree_append_children, TheTargetMayStandInsideTheSource) {
     TestTree tree("<r><a><x/></a><b/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase inner = tree.at("a");
 
-    EXPECT_EQ(uxtree_append_children(&inner, &root, ""), 0);
+    EXPECT_EQ(uxtree_append_children(&inner, &tree, ""), 0);
     EXPECT_EQ(tree.text(), tree_text("<r><a><x/><a><x/></a><b/></a><b/></r>"));
-    EXPECT_EQ(uxtree_append_children(&root, &inner, "x"), 0);
+    EXPECT_EQ(uxtree_append_children(&tree, &inner, "x"), 0);
     EXPECT_EQ(tree.text(), tree_text("<r><a><x/><a><x/></a><b/></a><b/><x/></r>"));
 }
 
@@ -148,10 +136,9 @@ TEST(uxtree_polish_tree_keep_DataID, KeepsOnlyTheExactName) {
     TestTree tree(
         "<r Label='x' DataID='1'><a dataid='2' _ux_id='5'><b Z='1' DataID='3' A='2'/></a>"
         "text</r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
-    uxtree_polish_tree_keep_DataID(&root);
+    uxtree_polish_tree_keep_DataID(&tree);
     uxtree_polish_tree_keep_DataID(nullptr);
     uxtree_polish_tree_keep_DataID(&invalid);
 
@@ -190,10 +177,8 @@ std::string copied(const char* source, const char* target,
                    const std::vector<std::string>& skip = {}) {
     TestTree from(source);
     TestTree to(target);
-    UXXmlWrapperBase sourceRoot = from.root();
-    UXXmlWrapperBase targetRoot = to.root();
     CWBOStringArray names = string_list(skip);
-    const int result = VCTreeCopyWithSkipping(&targetRoot, &sourceRoot, &names, 0);
+    const int result = VCTreeCopyWithSkipping(&to, &from, &names, 0);
     EXPECT_EQ(from.text(), tree_text(source));
     return std::to_string(result) + " " + to.text();
 }
@@ -236,23 +221,20 @@ TEST(VCTreeCopyWithSkipping, TheTargetsOwnChildrenStay) {
 TEST(VCTreeCopyWithSkipping, TheSkipListIsOptional) {
     TestTree source("<s><a>x</a></s>");
     TestTree target("<t/>");
-    UXXmlWrapperBase from = source.root();
-    UXXmlWrapperBase to = target.root();
 
-    EXPECT_EQ(VCTreeCopyWithSkipping(&to, &from, nullptr, 0xFFFFFFFF), 1);
+    EXPECT_EQ(VCTreeCopyWithSkipping(&target, &source, nullptr, 0xFFFFFFFF), 1);
 
     EXPECT_EQ(target.text(), tree_text("<t><a>x</a></t>"));
 }
 
 TEST(VCTreeCopyWithSkipping, TheTreesMayOverlap) {
     TestTree tree("<r k='1'><a>x</a><b><c>y</c></b></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase inner = tree.at("b");
 
-    EXPECT_EQ(VCTreeCopyWithSkipping(&root, &root, nullptr, 0), 2);
+    EXPECT_EQ(VCTreeCopyWithSkipping(&tree, &tree, nullptr, 0), 2);
     EXPECT_EQ(tree.text(),
               tree_text("<r k='1'><a>x</a><b><c>y</c></b><a>x</a><b><c>y</c></b></r>"));
-    EXPECT_EQ(VCTreeCopyWithSkipping(&inner, &root, nullptr, 0), 4);
+    EXPECT_EQ(VCTreeCopyWithSkipping(&inner, &tree, nullptr, 0), 4);
     EXPECT_EQ(tree.text(),
               tree_text("<r k='1'><a>x</a><b k='1'><c>y</c><a>x</a><b><c>y</c></b><a>x</a>"
                         "<b><c>y</c></b></b><a>x</a><b><c>y</c></b></r>"));
@@ -260,10 +242,9 @@ TEST(VCTreeCopyWithSkipping, TheTreesMayOverlap) {
 
 TEST(VCTreeCopyWithSkipping, TheSourceMayStandInsideTheTarget) {
     TestTree tree("<r><a k='1'><b>x</b></a></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase inner = tree.at("a");
 
-    EXPECT_EQ(VCTreeCopyWithSkipping(&root, &inner, nullptr, 0), 1);
+    EXPECT_EQ(VCTreeCopyWithSkipping(&tree, &inner, nullptr, 0), 1);
 
     EXPECT_EQ(tree.text(), tree_text("<r k='1'><a k='1'><b>x</b></a><b>x</b></r>"));
 }
@@ -271,16 +252,14 @@ TEST(VCTreeCopyWithSkipping, TheSourceMayStandInsideTheTarget) {
 TEST(uxtree_copy_with_skipping, ForwardsTheStringArray) {
     TestTree source("<s><a no=''>x</a><b>y</b></s>");
     TestTree target("<t/>");
-    UXXmlWrapperBase from = source.root();
-    UXXmlWrapperBase to = target.root();
     auto skip = script_texts({"no"});
     auto ints = script_ints({1});
 
-    EXPECT_EQ(uxtree_copy_with_skipping(&to, &from, &ints, 0), -1);
+    EXPECT_EQ(uxtree_copy_with_skipping(&target, &source, &ints, 0), -1);
     EXPECT_EQ(target.text(), tree_text("<t/>"));
-    EXPECT_EQ(uxtree_copy_with_skipping(&to, &from, &skip, 0), 1);
+    EXPECT_EQ(uxtree_copy_with_skipping(&target, &source, &skip, 0), 1);
     EXPECT_EQ(target.text(), tree_text("<t><b>y</b></t>"));
-    EXPECT_EQ(uxtree_copy_with_skipping(&to, &from, nullptr, 0), 2);
+    EXPECT_EQ(uxtree_copy_with_skipping(&target, &source, nullptr, 0), 2);
     EXPECT_EQ(target.text(), tree_text("<t><b>y</b><a no=''>x</a><b>y</b></t>"));
 }
 

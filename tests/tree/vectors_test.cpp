@@ -17,9 +17,8 @@ namespace {
 
 std::string with_values(const char* xml, const std::vector<int>& values) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
     auto list = script_ints(values);
-    uxtree_value_from_vec_int_to_tree_sub_nodes(&list, &root);
+    uxtree_value_from_vec_int_to_tree_sub_nodes(&list, &tree);
     return tree.text();
 }
 
@@ -53,14 +52,13 @@ TEST(uxtree_value_from_vec_int_to_tree_sub_nodes, AnEmptyVectorRemovesAllChildre
 
 TEST(uxtree_value_from_vec_int_to_tree_sub_nodes, WritesAtMost999Elements) {
     TestTree tree("<r DataID='1000'/>");
-    UXXmlWrapperBase root = tree.root();
     auto values = script_ints(std::vector<int>(1200, 5));
 
-    uxtree_value_from_vec_int_to_tree_sub_nodes(&values, &root);
+    uxtree_value_from_vec_int_to_tree_sub_nodes(&values, &tree);
 
-    EXPECT_EQ(root.GetNodeCount(), 999);
+    EXPECT_EQ(tree.GetNodeCount(), 999);
     UXXmlWrapperBase last;
-    root.GetChild(&last, 998);
+    tree.GetChild(&last, 998);
     EXPECT_EQ(to_text(last), tree_text("<Value999 DataID='1999'>5</Value999>"));
 }
 
@@ -72,14 +70,13 @@ TEST(uxtree_value_from_vec_int_to_tree_sub_nodes, IdentifiersBelowOneAreNotWritt
 
 TEST(uxtree_value_from_vec_int_to_tree_sub_nodes, DoesNothingWithBadArguments) {
     TestTree tree("<r DataID='10'><n/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase bare = tree.at("n");
     UXXmlWrapperBase invalid;
     auto values = script_ints({1});
     auto texts = script_texts({"1"});
 
-    uxtree_value_from_vec_int_to_tree_sub_nodes(nullptr, &root);
-    uxtree_value_from_vec_int_to_tree_sub_nodes(&texts, &root);
+    uxtree_value_from_vec_int_to_tree_sub_nodes(nullptr, &tree);
+    uxtree_value_from_vec_int_to_tree_sub_nodes(&texts, &tree);
     uxtree_value_from_vec_int_to_tree_sub_nodes(&values, nullptr);
     uxtree_value_from_vec_int_to_tree_sub_nodes(&values, &invalid);
     uxtree_value_from_vec_int_to_tree_sub_nodes(&values, &bare);
@@ -89,12 +86,11 @@ TEST(uxtree_value_from_vec_int_to_tree_sub_nodes, DoesNothingWithBadArguments) {
 
 TEST(uxtree_value_from_vec_double_to_tree_sub_nodes, WritesNumbersThatReadBackEqual) {
     TestTree tree("<r DataID='10'/>");
-    UXXmlWrapperBase root = tree.root();
     auto values = script_doubles({0.1, 1e300});
     auto ints = script_ints({1});
 
-    uxtree_value_from_vec_double_to_tree_sub_nodes(&values, &root);
-    uxtree_value_from_vec_double_to_tree_sub_nodes(&ints, &root);
+    uxtree_value_from_vec_double_to_tree_sub_nodes(&values, &tree);
+    uxtree_value_from_vec_double_to_tree_sub_nodes(&ints, &tree);
     uxtree_value_from_vec_double_to_tree_sub_nodes(&values, nullptr);
 
     EXPECT_EQ(tree.text(), tree_text("<r DataID='10'><Value1 DataID='11'>0.1</Value1>"
@@ -103,12 +99,11 @@ TEST(uxtree_value_from_vec_double_to_tree_sub_nodes, WritesNumbersThatReadBackEq
 
 TEST(uxtree_value_from_vec_bool_to_tree_sub_nodes, WritesOneAndZero) {
     TestTree tree("<r DataID='10'/>");
-    UXXmlWrapperBase root = tree.root();
     auto values = script_bools({true, false});
     auto ints = script_ints({1});
 
-    uxtree_value_from_vec_bool_to_tree_sub_nodes(&values, &root);
-    uxtree_value_from_vec_bool_to_tree_sub_nodes(&ints, &root);
+    uxtree_value_from_vec_bool_to_tree_sub_nodes(&values, &tree);
+    uxtree_value_from_vec_bool_to_tree_sub_nodes(&ints, &tree);
     uxtree_value_from_vec_bool_to_tree_sub_nodes(&values, nullptr);
 
     EXPECT_EQ(tree.text(), tree_text("<r DataID='10'><Value1 DataID='11'>1</Value1>"
@@ -117,12 +112,11 @@ TEST(uxtree_value_from_vec_bool_to_tree_sub_nodes, WritesOneAndZero) {
 
 TEST(uxtree_value_from_vec_string_to_tree_sub_nodes, WritesTextsAsTheyAre) {
     TestTree tree("<r DataID='10'/>");
-    UXXmlWrapperBase root = tree.root();
     auto values = script_texts({"a|b", "", "<c>"});
     auto ints = script_ints({1});
 
-    uxtree_value_from_vec_string_to_tree_sub_nodes(&values, &root);
-    uxtree_value_from_vec_string_to_tree_sub_nodes(&ints, &root);
+    uxtree_value_from_vec_string_to_tree_sub_nodes(&values, &tree);
+    uxtree_value_from_vec_string_to_tree_sub_nodes(&ints, &tree);
     uxtree_value_from_vec_string_to_tree_sub_nodes(&values, nullptr);
 
     EXPECT_EQ(tree.text(),
@@ -132,12 +126,11 @@ TEST(uxtree_value_from_vec_string_to_tree_sub_nodes, WritesTextsAsTheyAre) {
 
 TEST(uxtree_value_from_tree_sub_nodes_to_vector_int, FillsTheSlotsAndKeepsTheSize) {
     TestTree tree("<r><a>1</a><b>2</b><c>3</c><d>4</d></r>");
-    UXXmlWrapperBase root = tree.root();
     auto two = script_ints({0, 0});
     auto five = script_ints({9, 9, 9, 9, 9});
 
-    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_int(&root, &two), 2);
-    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_int(&root, &five), 4);
+    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_int(&tree, &two), 2);
+    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_int(&tree, &five), 4);
 
     EXPECT_THAT(numbers(two.array()), ElementsAre(1, 2));
     EXPECT_THAT(numbers(five.array()), ElementsAre(1, 2, 3, 4, 9));
@@ -145,48 +138,44 @@ TEST(uxtree_value_from_tree_sub_nodes_to_vector_int, FillsTheSlotsAndKeepsTheSiz
 
 TEST(uxtree_value_from_tree_sub_nodes_to_vector_int, EmptyChildrenUseNoSlotAndOthersDo) {
     TestTree tree("<r><a/><b>x</b><c k='1'/><d><e/></d><f>4</f></r>");
-    UXXmlWrapperBase root = tree.root();
     auto values = script_ints({7, 8, 9});
 
-    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_int(&root, &values), 3);
+    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_int(&tree, &values), 3);
 
     EXPECT_THAT(numbers(values.array()), ElementsAre(7, 8, 4));  // b and d do not convert
 }
 
 TEST(uxtree_value_from_tree_sub_nodes_to_vector_int, AnEmptyNodeOrVectorReadsNothing) {
     TestTree tree("<r><a>1</a></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase leaf = tree.at("a");
     auto values = script_ints({7});
     auto none = script_ints({});
 
     EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_int(&leaf, &values), 0);
-    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_int(&root, &none), 0);
+    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_int(&tree, &none), 0);
 
     EXPECT_THAT(numbers(values.array()), ElementsAre(7));
 }
 
 TEST(uxtree_value_from_tree_sub_nodes_to_vector_int, FailsWithBadArguments) {
     TestTree tree("<r><a>1</a></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     auto values = script_ints({7});
     auto doubles = script_doubles({7});
 
     EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_int(nullptr, &values), -1);
     EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_int(&invalid, &values), -1);
-    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_int(&root, nullptr), -1);
-    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_int(&root, &doubles), -1);
+    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_int(&tree, nullptr), -1);
+    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_int(&tree, &doubles), -1);
 }
 
 TEST(uxtree_value_from_tree_sub_nodes_to_vector_double, ReadsNumbers) {
     TestTree tree("<r><a>1.5</a><b/><c>1e2</c></r>");
-    UXXmlWrapperBase root = tree.root();
     auto values = script_doubles({0, 0});
     auto ints = script_ints({7});
 
-    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_double(&root, &values), 2);
-    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_double(&root, &ints), -1);
+    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_double(&tree, &values), 2);
+    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_double(&tree, &ints), -1);
     EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_double(nullptr, &values), -1);
 
     EXPECT_THAT(numbers(values.array()), ElementsAre(1.5, 100));
@@ -194,12 +183,11 @@ TEST(uxtree_value_from_tree_sub_nodes_to_vector_double, ReadsNumbers) {
 
 TEST(uxtree_value_from_tree_sub_nodes_to_vector_bool, ReadsTruthValues) {
     TestTree tree("<r><a>true</a><b/><c>0</c><d>-3</d></r>");
-    UXXmlWrapperBase root = tree.root();
     auto values = script_bools({false, true, false});
     auto ints = script_ints({7});
 
-    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_bool(&root, &values), 3);
-    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_bool(&root, &ints), -1);
+    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_bool(&tree, &values), 3);
+    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_bool(&tree, &ints), -1);
     EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_bool(nullptr, &values), -1);
 
     EXPECT_TRUE(values.array()[0]);
@@ -209,12 +197,11 @@ TEST(uxtree_value_from_tree_sub_nodes_to_vector_bool, ReadsTruthValues) {
 
 TEST(uxtree_value_from_tree_sub_nodes_to_vector_string, ReadsEmptyChildrenToo) {
     TestTree tree("<r><a>x</a><b/><c>own<d/></c></r>");
-    UXXmlWrapperBase root = tree.root();
     auto values = script_texts({"1", "2", "3", "4"});
     auto ints = script_ints({7});
 
-    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_string(&root, &values), 3);
-    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_string(&root, &ints), -1);
+    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_string(&tree, &values), 3);
+    EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_string(&tree, &ints), -1);
     EXPECT_EQ(uxtree_value_from_tree_sub_nodes_to_vector_string(nullptr, &values), -1);
 
     EXPECT_THAT(texts(values.array()), ElementsAre("x", "", "own", "4"));
@@ -222,11 +209,10 @@ TEST(uxtree_value_from_tree_sub_nodes_to_vector_string, ReadsEmptyChildrenToo) {
 
 TEST(vctree_get_all_children_values_as_string_array, AppendsOneEntryPerDirectChild) {
     TestTree tree("<r><a>x</a><b/><c><d>deep</d></c></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     CWBOStringArray values = string_list({"before"});
 
-    vctree_get_all_children_values_as_string_array(root, values);
+    vctree_get_all_children_values_as_string_array(tree, values);
     vctree_get_all_children_values_as_string_array(invalid, values);
 
     EXPECT_THAT(texts(values), ElementsAre("before", "x", "", ""));
