@@ -26,10 +26,8 @@ using Outcome = std::pair<int, std::string>;
 Outcome matched(const char* source, const char* target, const How& how = {}) {
     TestTree from(source);
     TestTree to(target);
-    UXXmlWrapperBase s = from.root();
-    UXXmlWrapperBase t = to.root();
     const int result = uxtree_copy_values_to_attributes_by_attribute_matching(
-        &s, &t, how.target, how.match, how.extra, how.recursive, how.all, how.caseSensitive);
+        &from, &to, how.target, how.match, how.extra, how.recursive, how.all, how.caseSensitive);
     return {result, to.text()};
 }
 Outcome outcome(int result, const char* xml) {
@@ -123,10 +121,9 @@ TEST(uxtree_copy_values_to_attributes_by_attribute_matching, SeesMatchAttributes
 
 TEST(uxtree_copy_values_to_attributes_by_attribute_matching, WorksOnASharedTree) {
     TestTree tree("<r><a DataID='1'>0</a></r>");
-    UXXmlWrapperBase root = tree.root();
 
     EXPECT_EQ(
-        uxtree_copy_values_to_attributes_by_attribute_matching(&root, &root, "", "", "", 1, 0, 1),
+        uxtree_copy_values_to_attributes_by_attribute_matching(&tree, &tree, "", "", "", 1, 0, 1),
         1);
     EXPECT_EQ(tree.text(), TestTree("<r><a DataID='1' Show='0'>0</a></r>").text());
 }

@@ -117,7 +117,6 @@ TEST(VCTreeUpdateChanges, MarksWhatTheModelMarks) {
         Random random(seed);
         Node model = uxmodel::random_tree(random, words, 20);
         TestTree tree(to_xml(model).c_str());
-        UXXmlWrapperBase root = tree.root();
         Update update;
         list_below(model, update.old);
         for (std::string& old : update.old) {
@@ -128,7 +127,7 @@ TEST(VCTreeUpdateChanges, MarksWhatTheModelMarks) {
         CWBOStringArray old = uxtest::string_list(update.old);
         mark_changes(model, update);
 
-        EXPECT_EQ(VCTreeUpdateChanges(&root, &old), update.marked);
+        EXPECT_EQ(VCTreeUpdateChanges(&tree, &old), update.marked);
         ASSERT_EQ(tree.text(), to_xml(model)) << "seed " << seed;
     }
 }
@@ -140,7 +139,6 @@ TEST(uxtree_node_changed, MarksAndClearsAsTheModelDoes) {
         Random random(seed);
         Node model = uxmodel::random_tree(random, words, 3);
         TestTree tree(to_xml(model).c_str());
-        UXXmlWrapperBase root = tree.root();
         const int set = random.below(3);
         const char* const old = random.pick<const char*>({nullptr, "", "new"});
         const int expected = set != 0 || model.has("OldValue") ? 1 : 0;
@@ -150,7 +148,7 @@ TEST(uxtree_node_changed, MarksAndClearsAsTheModelDoes) {
             model.remove("OldName");
         }
 
-        EXPECT_EQ(uxtree_node_changed(&root, set, old), expected);
+        EXPECT_EQ(uxtree_node_changed(&tree, set, old), expected);
         ASSERT_EQ(tree.text(), to_xml(model)) << "seed " << seed;
     }
 }
@@ -203,16 +201,14 @@ TEST(uxtree_remove_unchange_nodes_by_id, RemovesWhatTheModelRemoves) {
         const std::string targetId = random.one_in(4) ? "NodeID" : "DataID";
         TestTree referenceTree(to_xml(reference).c_str());
         TestTree tree(to_xml(model).c_str());
-        UXXmlWrapperBase from = referenceTree.root();
-        UXXmlWrapperBase root = tree.root();
         uxmodel::CollectRules collecting;
         collecting.idAttribute = referenceId;
         collecting.themeFlag = true;
         const int expected = strip(uxmodel::collect(reference, collecting), model, targetId);
 
-        EXPECT_EQ(
-            uxtree_remove_unchange_nodes_by_id(&from, &root, referenceId.c_str(), targetId.c_str()),
-            expected);
+        EXPECT_EQ(uxtree_remove_unchange_nodes_by_id(&referenceTree, &tree, referenceId.c_str(),
+                                                     targetId.c_str()),
+                  expected);
         EXPECT_EQ(referenceTree.text(), to_xml(reference));
         ASSERT_EQ(tree.text(), to_xml(model)) << "seed " << seed;
     }

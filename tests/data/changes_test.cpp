@@ -30,26 +30,23 @@ TEST(uxtree_node_changed, TellsWhetherTheMarkIsThere) {
 
 TEST(uxtree_node_changed, SetsTheMarkAlsoToAnEmptyText) {
     TestTree tree("<r OldName='n'/>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_node_changed(&root, 1, "x"), 1);
+    EXPECT_EQ(uxtree_node_changed(&tree, 1, "x"), 1);
     EXPECT_EQ(tree.text(), tree_text("<r OldName='n' OldValue='x'/>"));
-    EXPECT_EQ(uxtree_node_changed(&root, -1, ""), 1);
+    EXPECT_EQ(uxtree_node_changed(&tree, -1, ""), 1);
     EXPECT_EQ(tree.text(), tree_text("<r OldName='n' OldValue=''/>"));
 }
 
 TEST(uxtree_node_changed, ClearsTheMarkWithTheOldName) {
     TestTree tree("<r OldName='n' OldValue='x' k='1'/>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_node_changed(&root, 1, nullptr), 1);
-    EXPECT_EQ(uxtree_node_changed(&root, 1, nullptr), 1);
+    EXPECT_EQ(uxtree_node_changed(&tree, 1, nullptr), 1);
+    EXPECT_EQ(uxtree_node_changed(&tree, 1, nullptr), 1);
     EXPECT_EQ(tree.text(), tree_text("<r k='1'/>"));
 }
 
 TEST(VCTreeNodeGetValue, GivesTheTextOfALeafOnly) {
     TestTree tree("<r>own<a>x</a><b/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase a = tree.at("a");
     UXXmlWrapperBase b = tree.at("b");
     UXXmlWrapperBase invalid;
@@ -57,7 +54,7 @@ TEST(VCTreeNodeGetValue, GivesTheTextOfALeafOnly) {
 
     VCTreeNodeGetValue(a, out);
     EXPECT_EQ(out, "x");
-    VCTreeNodeGetValue(root, out);
+    VCTreeNodeGetValue(tree, out);
     EXPECT_EQ(out, "");
     out = "old";
     VCTreeNodeGetValue(b, out);
@@ -78,7 +75,7 @@ int update(const UXXmlWrapperBase& tree, const std::vector<std::string>& oldValu
 TEST(VCTreeUpdateChanges, MarksWhatDiffersInDocumentOrder) {
     TestTree tree("<r><a>x</a><b>own<c>y</c><d OldValue='q' OldName='n'>z</d></b><e>w</e></r>");
 
-    EXPECT_EQ(update(tree.root(), {"X", "", "y", "z", "v"}), 2);
+    EXPECT_EQ(update(tree, {"X", "", "y", "z", "v"}), 2);
     EXPECT_EQ(tree.text(), tree_text("<r><a OldValue='X'>x</a><b>own<c>y</c><d>z</d></b>"
                                      "<e OldValue='v'>w</e></r>"));
 }
@@ -86,39 +83,37 @@ TEST(VCTreeUpdateChanges, MarksWhatDiffersInDocumentOrder) {
 TEST(VCTreeUpdateChanges, MarksABranchWhoseOldValueIsNotEmpty) {
     TestTree tree("<r><b>own<c>y</c></b></r>");
 
-    EXPECT_EQ(update(tree.root(), {"own", "y"}), 1);
+    EXPECT_EQ(update(tree, {"own", "y"}), 1);
     EXPECT_EQ(tree.text(), tree_text("<r><b OldValue='own'>own<c>y</c></b></r>"));
 }
 
 TEST(VCTreeUpdateChanges, ClearsTheMarksBeyondTheList) {
     TestTree tree("<r><a>x</a><b OldValue='o'>y</b><c OldValue='o'><d OldName='o'/></c></r>");
 
-    EXPECT_EQ(update(tree.root(), {"w"}), 1);
+    EXPECT_EQ(update(tree, {"w"}), 1);
     EXPECT_EQ(tree.text(), tree_text("<r><a OldValue='w'>x</a><b>y</b><c><d/></c></r>"));
-    EXPECT_EQ(update(tree.root(), {}), 0);
+    EXPECT_EQ(update(tree, {}), 0);
     EXPECT_EQ(tree.text(), tree_text("<r><a>x</a><b>y</b><c><d/></c></r>"));
 }
 
 TEST(VCTreeUpdateChanges, StartsBelowTheTreeWhereTheListingStartsWithIt) {
     TestTree tree("<r><a>x</a><b>y</b></r>");
-    UXXmlWrapperBase root = tree.root();
     CWBOStringArray values;
-    VCTreeGetValues(&root, &values, false);
+    VCTreeGetValues(&tree, &values, false);
 
     values.RemoveAt(0);  // the entry of the tree itself
 
-    EXPECT_EQ(VCTreeUpdateChanges(&root, &values), 0);
+    EXPECT_EQ(VCTreeUpdateChanges(&tree, &values), 0);
 }
 
 TEST(uxtree_update_changes, NeedsAStringArray) {
     TestTree tree("<r><a>x</a></r>");
-    UXXmlWrapperBase root = tree.root();
     auto values = script_texts({"w"});
     auto ints = script_ints({1});
 
-    EXPECT_EQ(uxtree_update_changes(&root, &ints), -1);
-    EXPECT_EQ(uxtree_update_changes(&root, nullptr), -1);
-    EXPECT_EQ(uxtree_update_changes(&root, &values), 1);
+    EXPECT_EQ(uxtree_update_changes(&tree, &ints), -1);
+    EXPECT_EQ(uxtree_update_changes(&tree, nullptr), -1);
+    EXPECT_EQ(uxtree_update_changes(&tree, &values), 1);
     EXPECT_EQ(tree.text(), tree_text("<r><a OldValue='w'>x</a></r>"));
 }
 
@@ -209,9 +204,7 @@ Outcome stripped(const char* reference, const char* target, const char* referenc
                  const char* targetId = nullptr) {
     TestTree from(reference);
     TestTree to(target);
-    UXXmlWrapperBase r = from.root();
-    UXXmlWrapperBase t = to.root();
-    const int result = uxtree_remove_unchange_nodes_by_id(&r, &t, referenceId, targetId);
+    const int result = uxtree_remove_unchange_nodes_by_id(&from, &to, referenceId, targetId);
     return {result, to.text()};
 }
 Outcome strip_outcome(int result, const char* xml) {
@@ -271,9 +264,8 @@ TEST(uxtree_remove_unchange_nodes_by_id, YieldsTheCodesOfSetting) {
 
 TEST(uxtree_remove_unchange_nodes_by_id, StripsATreeAgainstItself) {
     TestTree tree("<r><a DataID='1'>x</a><g><a DataID='2'>y</a></g><a>z</a></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_remove_unchange_nodes_by_id(&root, &root, "", ""), 3);
+    EXPECT_EQ(uxtree_remove_unchange_nodes_by_id(&tree, &tree, "", ""), 3);
     EXPECT_EQ(tree.text(), tree_text("<r><a>z</a></r>"));
 }
 

@@ -58,9 +58,7 @@ void for_every_pair(Body body) {
         Node to = random_values(random);
         TestTree source(to_xml(from).c_str());
         TestTree destination(to_xml(to).c_str());
-        UXXmlWrapperBase sourceRoot = source.root();
-        UXXmlWrapperBase destinationRoot = destination.root();
-        body(random, from, to, sourceRoot, destinationRoot);
+        body(random, from, to, source, destination);
         EXPECT_EQ(source.text(), to_xml(from));
         EXPECT_EQ(destination.text(), to_xml(to));
         ASSERT_FALSE(testing::Test::HasFailure()) << "seed " << seed;
@@ -342,8 +340,7 @@ TEST(vctree_copy_values_between_homologous_trees, CopiesWhatTheModelCopies) {
             };
             vary(to);
             TestTree changed(to_xml(to).c_str());
-            UXXmlWrapperBase root = changed.root();
-            destination.Replace(&root, 0, 0, 0);
+            destination.Replace(&changed, 0, 0, 0);
         }
         if (from.children.empty() || to.children.empty()) return;
         const int fromAt =
@@ -438,13 +435,12 @@ TEST(vctree_get_theme, ReadsAnyTreeAsTheModelDoes) {
         Random random(seed);
         const Node model = uxmodel::random_tree(random, words, 10);
         TestTree tree(to_xml(model).c_str());
-        UXXmlWrapperBase root = tree.root();
         CArray<int, int> ids;
         CWBOStringArray values;
         CWBOStringArray labels;
         CStringUTF8 comment("none");
 
-        vctree_get_theme(&root, &ids, &values, &comment, &labels);
+        vctree_get_theme(&tree, &ids, &values, &comment, &labels);
 
         std::vector<int> expectedIds;
         std::vector<std::string> expectedValues;
@@ -502,16 +498,15 @@ TEST(uxtree_theme_tree_get_node_by_index, FindsWhatTheModelFinds) {
             const Node* node = theme_node(model, id, depth, recursive);
             const bool hasChild = node != nullptr && index >= 1 &&
                                   static_cast<std::size_t>(index) <= node->children.size();
-            UXXmlWrapperBase root = tree.root();
             TestTree other("<kept/>");
-            UXXmlWrapperBase out = other.root();
-            UXXmlWrapperBase child = other.root();
+            UXXmlWrapperBase out = other;
+            UXXmlWrapperBase child = other;
 
-            EXPECT_EQ(uxtree_theme_tree_get_node_by_id(&out, &root, id, depth, recursive),
+            EXPECT_EQ(uxtree_theme_tree_get_node_by_id(&out, &tree, id, depth, recursive),
                       node != nullptr ? 1 : 0);
             EXPECT_EQ(to_text(out), node != nullptr ? to_xml(*node) : other.text());
             EXPECT_EQ(
-                uxtree_theme_tree_get_node_by_index(&child, &root, id, index, depth, recursive),
+                uxtree_theme_tree_get_node_by_index(&child, &tree, id, index, depth, recursive),
                 hasChild ? 1 : 0);
             EXPECT_EQ(to_text(child),
                       hasChild ? to_xml(node->children[static_cast<std::size_t>(index) - 1])

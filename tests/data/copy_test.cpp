@@ -30,13 +30,13 @@ Homologous copy_shape(const char* destination, const char* source, bool attribut
                       const std::vector<std::string>& kept = {}, bool dynamic = false) {
     TestTree to(destination);
     TestTree from(source);
-    UXXmlWrapperBase d = to.root();
-    UXXmlWrapperBase s = from.root();
+    UXXmlWrapperBase d = to;
+    UXXmlWrapperBase s = from;
     CWBOStringArray names = uxtest::string_list(kept);
     const int result = vctree_copy_values_between_homologous_trees(
         d, s, attributes ? 1 : 0, kept.empty() ? nullptr : &names, dynamic ? 1 : 0);
-    EXPECT_TRUE(d == to.root());
-    EXPECT_TRUE(s == from.root());
+    EXPECT_TRUE(d == to);
+    EXPECT_TRUE(s == from);
     EXPECT_EQ(from.text(), tree_text(source));
     return {result, to.text()};
 }
@@ -109,12 +109,11 @@ TEST(vctree_copy_values_between_homologous_trees, ChecksDynamicSettingsOfTheFirs
 
 TEST(vctree_copy_values_between_homologous_trees, ComparesTheEndsOfInvalidNodes) {
     TestTree tree("<r>o</r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
-    EXPECT_EQ(vctree_copy_values_between_homologous_trees(invalid, root, 1, nullptr, 0), 1);
+    EXPECT_EQ(vctree_copy_values_between_homologous_trees(invalid, tree, 1, nullptr, 0), 1);
     EXPECT_EQ(vctree_copy_values_between_homologous_trees(invalid, invalid, 1, nullptr, 0), 0);
-    EXPECT_EQ(vctree_copy_values_between_homologous_trees(root, invalid, 1, nullptr, 0), 0);
+    EXPECT_EQ(vctree_copy_values_between_homologous_trees(tree, invalid, 1, nullptr, 0), 0);
     EXPECT_EQ(tree.text(), tree_text("<r>o</r>"));
 }
 
@@ -132,11 +131,9 @@ struct CopyOptions {
 Homologous copy_ids(const char* source, const char* destination, const CopyOptions& how = {}) {
     TestTree from(source);
     TestTree to(destination);
-    UXXmlWrapperBase s = from.root();
-    UXXmlWrapperBase d = to.root();
     const int result = uxtree_copy_values_by_id(
-        &s, &d, 0, how.sourceAttribute, how.destinationAttribute, how.themeFlag, how.validateOff,
-        how.skipEmpty, how.useFlag, how.themeOff);
+        &from, &to, 0, how.sourceAttribute, how.destinationAttribute, how.themeFlag,
+        how.validateOff, how.skipEmpty, how.useFlag, how.themeOff);
     EXPECT_EQ(from.text(), tree_text(source));
     return {result, to.text()};
 }
@@ -241,9 +238,8 @@ TEST(uxtree_copy_values_by_id, SwitchesValidationAndThemeHandlingOff) {
 
 TEST(uxtree_copy_values_by_id, CopiesATreeOntoItself) {
     TestTree tree("<r><a DataID='1' DynaFx='f'>x</a><b DataID='2' Use='0'><c/></b></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_copy_values_by_id(&root, &root, 0, nullptr, nullptr, 1, 0, 0, 0, 0), 2);
+    EXPECT_EQ(uxtree_copy_values_by_id(&tree, &tree, 0, nullptr, nullptr, 1, 0, 0, 0, 0), 2);
     EXPECT_EQ(tree.text(),
               tree_text("<r><a DataID='1' DynaFx='f'>x</a><b DataID='2' Use='0'><c/></b></r>"));
 }
@@ -257,8 +253,6 @@ struct NestedWatch : _SETVALUESBYIDS {
 TEST(vctree_copy_values_by_id, ArmsAWatchWhateverStateItWasLeftIn) {
     TestTree from("<r><a DataID='1'>x</a></r>");
     TestTree to("<r><a DataID='1'/></r>");
-    UXXmlWrapperBase s = from.root();
-    UXXmlWrapperBase d = to.root();
     NestedWatch watch;
     watch.callback = [](_SETVALUESBYIDS* record) {
         ++static_cast<NestedWatch*>(record)->calls;
@@ -267,7 +261,7 @@ TEST(vctree_copy_values_by_id, ArmsAWatchWhateverStateItWasLeftIn) {
     watch.id = 1;
     watch.inProgress = 1;  // as a copy that was left by an exception would leave it
 
-    EXPECT_EQ(vctree_copy_values_by_id(&s, &d, 0, nullptr, nullptr, 0, &watch, 0, 0, 0, 0), 1);
+    EXPECT_EQ(vctree_copy_values_by_id(&from, &to, 0, nullptr, nullptr, 0, &watch, 0, 0, 0, 0), 1);
     EXPECT_EQ(watch.calls, 1);
     EXPECT_EQ(watch.inProgress, 0);
     EXPECT_EQ(to.text(), tree_text("<r><a DataID='1'>x!</a></r>"));
@@ -278,8 +272,8 @@ TEST(vctree_copy_values_by_id, ArmsTheSameWatchAgainInANestedCopy) {
     TestTree to("<r><a DataID='1'/></r>");
     TestTree inner("<r><a DataID='1'/></r>");
     NestedWatch watch;
-    watch.source = from.root();
-    watch.destination = inner.root();
+    watch.source = from;
+    watch.destination = inner;
     watch.id = 1;
     watch.inProgress = 0;
     watch.callback = [](_SETVALUESBYIDS* record) {
@@ -288,10 +282,8 @@ TEST(vctree_copy_values_by_id, ArmsTheSameWatchAgainInANestedCopy) {
         vctree_copy_values_by_id(&nested.source, &nested.destination, 0, nullptr, nullptr, 0,
                                  record, 0, 0, 0, 0);
     };
-    UXXmlWrapperBase s = from.root();
-    UXXmlWrapperBase d = to.root();
 
-    EXPECT_EQ(vctree_copy_values_by_id(&s, &d, 0, nullptr, nullptr, 0, &watch, 0, 0, 0, 0), 1);
+    EXPECT_EQ(vctree_copy_values_by_id(&from, &to, 0, nullptr, nullptr, 0, &watch, 0, 0, 0, 0), 1);
     EXPECT_EQ(watch.calls, 2);
     EXPECT_EQ(to.text(), tree_text("<r><a DataID='1'>x</a></r>"));
     EXPECT_EQ(inner.text(), tree_text("<r><a DataID='1'>x</a></r>"));
@@ -302,9 +294,7 @@ TEST(vctree_copy_values_by_id, ArmsTheSameWatchAgainInANestedCopy) {
 Homologous copy_whole(const char* source, const char* destination) {
     TestTree from(source);
     TestTree to(destination);
-    UXXmlWrapperBase s = from.root();
-    UXXmlWrapperBase d = to.root();
-    const int result = uxtree_whole_copy_values_by_id(&s, &d);
+    const int result = uxtree_whole_copy_values_by_id(&from, &to);
     return {result, to.text()};
 }
 
@@ -329,9 +319,8 @@ TEST(uxtree_whole_copy_values_by_id, AppendsAnIdentifierOnceOnly) {
 
 TEST(uxtree_whole_copy_values_by_id, CompletesATreeFromItself) {
     TestTree tree("<r DataID='9'><a DataID='1'>x</a></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_whole_copy_values_by_id(&root, &root), 2);
+    EXPECT_EQ(uxtree_whole_copy_values_by_id(&tree, &tree), 2);
     EXPECT_EQ(tree.text(), tree_text("<r DataID='9'><a DataID='1'>x</a><r DataID='9'/></r>"));
 }
 
@@ -341,9 +330,8 @@ Homologous copy_atts(const char* source, const char* destination, const char* at
                      const char* second, int rename = 0) {
     TestTree from(source);
     TestTree to(destination);
-    UXXmlWrapperBase s = from.root();
-    UXXmlWrapperBase d = to.root();
-    const int result = uxtree_copy_atts_by_id(&s, &d, attribute, nullptr, nullptr, second, rename);
+    const int result =
+        uxtree_copy_atts_by_id(&from, &to, attribute, nullptr, nullptr, second, rename);
     return {result, to.text()};
 }
 
@@ -396,9 +384,7 @@ TEST(uxtree_copy_atts_by_id, YieldsANegatedDuplicate) {
 Homologous copy_tags(const char* source, const char* destination, bool leavesOnly = false) {
     TestTree from(source);
     TestTree to(destination);
-    UXXmlWrapperBase s = from.root();
-    UXXmlWrapperBase d = to.root();
-    const int result = uxtree_copy_ids_by_tagname(&s, &d, leavesOnly);
+    const int result = uxtree_copy_ids_by_tagname(&from, &to, leavesOnly);
     return {result, to.text()};
 }
 

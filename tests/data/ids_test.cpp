@@ -25,36 +25,33 @@ using Combined = std::tuple<int, int, int>;
 
 Combined combine(const char* xml, int dataId, int inheritedRepeat) {
     TestTree tree(xml);
-    UXXmlWrapperBase node = tree.root();
     int repeat = kUntouched;
     const int code =
-        uxtree_combine_treenode_id_with_repeat_id(&node, &dataId, &repeat, inheritedRepeat);
+        uxtree_combine_treenode_id_with_repeat_id(&tree, &dataId, &repeat, inheritedRepeat);
     EXPECT_EQ(tree.text(), uxtest::tree_text(xml));
     return {code, dataId, repeat};
 }
 
 std::string repeat_error(const char* xml, int dataId, int inheritedRepeat) {
     TestTree tree(xml);
-    UXXmlWrapperBase node = tree.root();
     ux::TransportId id{dataId, inheritedRepeat};
     CStringUTF8 text("earlier text");
     ux::NodeMarks marks;
-    marks.read(node);
+    marks.read(tree);
     ux::IdProblem problem;
-    EXPECT_FALSE(ux::combine_with_repeat(node, marks, inheritedRepeat, id, &problem));
+    EXPECT_FALSE(ux::combine_with_repeat(tree, marks, inheritedRepeat, id, &problem));
     ux::format_id_problem(problem, text);
     return static_cast<const char*>(text);
 }
 
 std::string repeat_node_error(const char* xml, int dataId) {
     TestTree tree(xml);
-    UXXmlWrapperBase node = tree.root();
     ux::TransportId id{dataId, 0};
     CStringUTF8 text("earlier text");
     ux::NodeMarks marks;
-    marks.read(node);
+    marks.read(tree);
     ux::IdProblem problem;
-    EXPECT_FALSE(ux::combine_with_repeat_node(node, marks, 0, id, &problem));
+    EXPECT_FALSE(ux::combine_with_repeat_node(tree, marks, 0, id, &problem));
     ux::format_id_problem(problem, text);
     return static_cast<const char*>(text);
 }
@@ -73,21 +70,19 @@ TEST(VCTreeGetRepeatId, AcceptsZeroTo32767AndShowsWhatItRead) {
                                  Marker{"-1", 0, -1}, Marker{"-5", 0, -5}, Marker{"x", 0, -1},
                                  Marker{"", 0, -1}, Marker{"2147483647", 0, INT_MAX}}) {
         TestTree tree((std::string("<n RepeatID='") + marker.text + "'/>").c_str());
-        UXXmlWrapperBase node = tree.root();
         int out = kUntouched;
 
-        EXPECT_EQ(VCTreeGetRepeatId(node, out), marker.result) << marker.text;
+        EXPECT_EQ(VCTreeGetRepeatId(tree, out), marker.result) << marker.text;
         EXPECT_EQ(out, marker.value) << marker.text;
     }
 }
 
 TEST(VCTreeGetRepeatId, GivesMinusOneWithoutTheAttributeAndForAnInvalidNode) {
     TestTree tree("<n DataID='3'/>");
-    UXXmlWrapperBase node = tree.root();
     UXXmlWrapperBase invalid;
     int out = kUntouched;
 
-    EXPECT_EQ(VCTreeGetRepeatId(node, out), 0);
+    EXPECT_EQ(VCTreeGetRepeatId(tree, out), 0);
     EXPECT_EQ(out, -1);
     out = kUntouched;
     EXPECT_EQ(VCTreeGetRepeatId(invalid, out), 0);
@@ -98,10 +93,9 @@ TEST(VCTreeGetRepeatNodeId, AcceptsOneTo32767AndShowsWhatItRead) {
     for (const Marker& marker : {Marker{"0", 0, 0}, Marker{"1", 1, 1}, Marker{"32767", 1, 32767},
                                  Marker{"32768", 0, 32768}, Marker{"-1", 0, -1}}) {
         TestTree tree((std::string("<n RepeatNodeID='") + marker.text + "'/>").c_str());
-        UXXmlWrapperBase node = tree.root();
         int out = kUntouched;
 
-        EXPECT_EQ(VCTreeGetRepeatNodeId(node, out), marker.result) << marker.text;
+        EXPECT_EQ(VCTreeGetRepeatNodeId(tree, out), marker.result) << marker.text;
         EXPECT_EQ(out, marker.value) << marker.text;
     }
 }
@@ -116,25 +110,23 @@ TEST(VCTreeGetRepeatNodeId, GivesMinusOneForAnInvalidNode) {
 
 TEST(VCTreeSetRepeatId, WritesFromOneOnAndRemovesBelow) {
     TestTree tree("<n a='1'/>");
-    UXXmlWrapperBase node = tree.root();
 
-    EXPECT_EQ(VCTreeSetRepeatId(node, 4), 1);
+    EXPECT_EQ(VCTreeSetRepeatId(tree, 4), 1);
     EXPECT_EQ(tree.text(), "<n a=\"1\" RepeatID=\"4\"></n>");
-    EXPECT_EQ(VCTreeSetRepeatId(node, 0), 1);
+    EXPECT_EQ(VCTreeSetRepeatId(tree, 0), 1);
     EXPECT_EQ(tree.text(), "<n a=\"1\"></n>");
-    EXPECT_EQ(VCTreeSetRepeatId(node, 40000), 1);
-    EXPECT_EQ(VCTreeSetRepeatId(node, -3), 1);
-    EXPECT_EQ(VCTreeSetRepeatId(node, 0), 1);
+    EXPECT_EQ(VCTreeSetRepeatId(tree, 40000), 1);
+    EXPECT_EQ(VCTreeSetRepeatId(tree, -3), 1);
+    EXPECT_EQ(VCTreeSetRepeatId(tree, 0), 1);
     EXPECT_EQ(tree.text(), "<n a=\"1\"></n>");
 }
 
 TEST(VCTreeSetRepeatNodeId, WritesFromOneOnAndRemovesBelow) {
     TestTree tree("<n/>");
-    UXXmlWrapperBase node = tree.root();
 
-    EXPECT_EQ(VCTreeSetRepeatNodeId(node, 1), 1);
+    EXPECT_EQ(VCTreeSetRepeatNodeId(tree, 1), 1);
     EXPECT_EQ(tree.text(), "<n RepeatNodeID=\"1\"></n>");
-    EXPECT_EQ(VCTreeSetRepeatNodeId(node, 0), 1);
+    EXPECT_EQ(VCTreeSetRepeatNodeId(tree, 0), 1);
     EXPECT_EQ(tree.text(), "<n></n>");
 }
 
@@ -158,9 +150,8 @@ TEST(uxtree_is_ID_in_one_set, ComparesTheSetWithItsBitForcedOn) {
 
 int in_range(int id, int low, int high, int extra) {
     TestTree tree("<n/>");
-    UXXmlWrapperBase node = tree.root();
-    node.SetID(id, false);
-    return uxtree_is_in_ids_range(&node, low, high, extra);
+    tree.SetID(id, false);
+    return uxtree_is_in_ids_range(&tree, low, high, extra);
 }
 
 TEST(uxtree_is_in_ids_range, AddsTheExtraToTheUpperEndOnly) {
@@ -178,10 +169,9 @@ TEST(uxtree_is_in_ids_range, WrapsTheUpperEnd) {
 
 TEST(uxtree_is_in_ids_range, TestsTheIntrinsicIdNotTheDataId) {
     TestTree tree("<n DataID='15'/>");
-    UXXmlWrapperBase node = tree.root();
 
-    EXPECT_EQ(uxtree_is_in_ids_range(&node, 10, 20, 0), 0);
-    EXPECT_EQ(uxtree_is_in_ids_range(&node, 0, 20, 0), 1);  // no ID reads as 0
+    EXPECT_EQ(uxtree_is_in_ids_range(&tree, 10, 20, 0), 0);
+    EXPECT_EQ(uxtree_is_in_ids_range(&tree, 0, 20, 0), 1);  // no ID reads as 0
 }
 
 TEST(uxtree_is_in_ids_range, RefusesWrongBoundsAndUnusableNodes) {
@@ -250,8 +240,7 @@ TEST(uxtree_combine_treenode_id_with_repeat_id, RefusesALargeIdentifierOnlyWhere
 using Applied = std::pair<int, int>;
 Applied apply(const char* xml, int dataId) {
     TestTree tree(xml);
-    UXXmlWrapperBase node = tree.root();
-    const int code = ux::_tree_apply_repeat_node_id(node, dataId);
+    const int code = ux::_tree_apply_repeat_node_id(tree, dataId);
     return {code, dataId};
 }
 
@@ -304,9 +293,9 @@ TEST(_tree_format_repeat_id_error, WritesNothingForGoodCodes) {
     TestTree tree("<Rng/>");
     CStringUTF8 text("kept");
 
-    ux::_tree_format_repeat_id_error(tree.root(), 3, 1, 2, &text);
-    ux::_tree_format_repeat_node_id_error(tree.root(), 0, 1, &text);
-    ux::_tree_format_repeat_id_error(tree.root(), -2, 1, 2, nullptr);
+    ux::_tree_format_repeat_id_error(tree, 3, 1, 2, &text);
+    ux::_tree_format_repeat_node_id_error(tree, 0, 1, &text);
+    ux::_tree_format_repeat_id_error(tree, -2, 1, 2, nullptr);
 
     EXPECT_EQ(text, "kept");
 }
@@ -326,7 +315,7 @@ TEST(format_missing_data_id, PrintsTheNameAttribute) {
     TestTree tree("<Rng Name='N' Label='L'/>");
     CStringUTF8 text;
 
-    ux::format_missing_data_id(tree.root(), text);
+    ux::format_missing_data_id(tree, text);
 
     EXPECT_EQ(text, "Missing DataID for Node with Name = N, Label = L");
 }

@@ -21,24 +21,22 @@ using uxtest::tree_text;
 
 TEST(uxtree_branch_to_key_value_pairs_str, EndsEveryPairWithThePairSeparator) {
     TestTree tree("<r>own<a>1</a><b>2</b><c/><d>x;=y<e>no</e></d></r>");
-    UXXmlWrapperBase root = tree.root();
     CStringUTF8 out("old");
 
-    EXPECT_EQ(uxtree_branch_to_key_value_pairs_str(&root, &out, '=', ';'), 1);
+    EXPECT_EQ(uxtree_branch_to_key_value_pairs_str(&tree, &out, '=', ';'), 1);
     EXPECT_EQ(out, "a=1;b=2;c=;d=x;=y;");
 }
 
 TEST(uxtree_branch_to_key_value_pairs_str, EmptiesOutWhenThereIsNothing) {
     TestTree tree("<r>own</r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
-    for (UXXmlWrapperBase* branch : {&root, &invalid, static_cast<UXXmlWrapperBase*>(nullptr)}) {
+    for (UXXmlWrapperBase* branch : std::vector<UXXmlWrapperBase*>{&tree, &invalid, nullptr}) {
         CStringUTF8 out("old");
         EXPECT_EQ(uxtree_branch_to_key_value_pairs_str(branch, &out, '=', ';'), 0);
         EXPECT_EQ(out, "");
     }
-    EXPECT_EQ(uxtree_branch_to_key_value_pairs_str(&root, nullptr, '=', ';'), 0);
+    EXPECT_EQ(uxtree_branch_to_key_value_pairs_str(&tree, nullptr, '=', ';'), 0);
 }
 
 // --- text to branch ----------------------------------------------------------------------------
@@ -46,8 +44,7 @@ TEST(uxtree_branch_to_key_value_pairs_str, EmptiesOutWhenThereIsNothing) {
 using PairsOutcome = std::pair<int, std::string>;
 PairsOutcome read(const char* text) {
     TestTree tree("<r k='1'>own<old/></r>");
-    UXXmlWrapperBase root = tree.root();
-    const int result = uxtree_key_value_pairs_str_to_branch(&root, text, '=', ';');
+    const int result = uxtree_key_value_pairs_str_to_branch(&tree, text, '=', ';');
     return {result, tree.text()};
 }
 PairsOutcome read_outcome(int result, const char* children) {
@@ -88,13 +85,12 @@ TEST(uxtree_key_value_pairs_str_to_branch, LeavesTheBranchAloneForBadArguments) 
 
 TEST(VCTreeGetPathStr, JoinsTheTagsFromTheTop) {
     TestTree tree("<r><a><b.c/></a></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase deep = tree.at("a/b.c");
     CStringUTF8 out;
 
     EXPECT_TRUE(VCTreeGetPathStr(out, &deep));
     EXPECT_EQ(out, "r.a.b.c");
-    EXPECT_TRUE(VCTreeGetPathStr(out, &root));
+    EXPECT_TRUE(VCTreeGetPathStr(out, &tree));
     EXPECT_EQ(out, "r");
     EXPECT_TRUE(deep == tree.at("a/b.c"));
 }
@@ -112,8 +108,7 @@ TEST(VCTreeGetPathStr, EmptiesOutForUnusableNodes) {
 
 std::string stamped(int recursive, int includeSelf) {
     TestTree tree("<r><a><b/><c p='old'/></a><d/></r>");
-    UXXmlWrapperBase root = tree.root();
-    EXPECT_EQ(uxtree_add_path_str(&root, "p", recursive, includeSelf), 1);
+    EXPECT_EQ(uxtree_add_path_str(&tree, "p", recursive, includeSelf), 1);
     return tree.text();
 }
 
@@ -135,11 +130,10 @@ TEST(uxtree_add_path_str, BeginsAtTheGivenNode) {
 
 TEST(uxtree_add_path_str, YieldsZeroForBadArguments) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
-    EXPECT_EQ(uxtree_add_path_str(&root, nullptr, 1, 1), 0);
-    EXPECT_EQ(uxtree_add_path_str(&root, "", 1, 1), 0);
+    EXPECT_EQ(uxtree_add_path_str(&tree, nullptr, 1, 1), 0);
+    EXPECT_EQ(uxtree_add_path_str(&tree, "", 1, 1), 0);
     EXPECT_EQ(uxtree_add_path_str(nullptr, "p", 1, 1), 0);
     EXPECT_EQ(uxtree_add_path_str(&invalid, "p", 1, 1), 0);
 }

@@ -20,8 +20,7 @@ using uxtest::TestTree;
 
 std::string label(const char* xml, int mode) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
-    return static_cast<const char*>(uxtree_get_node_label(&root, mode));
+    return static_cast<const char*>(uxtree_get_node_label(&tree, mode));
 }
 
 TEST(uxtree_get_node_label, GivesTheTagTheLabelOrAll) {
@@ -216,13 +215,12 @@ TEST(uxtree_get_replaced_combined_label, EndsForEmptyFindTexts) {
 
 TEST(uxtree_recursively_replace_label_attributes, RewritesTheBranchItsStartIncluded) {
     TestTree tree("<r Label='aXa'><b Label='X'><c Label='no'>X</c><d/></b><e Label='XX'/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_recursively_replace_label_attributes(&root, "X", "-"), 3);
+    EXPECT_EQ(uxtree_recursively_replace_label_attributes(&tree, "X", "-"), 3);
     EXPECT_EQ(tree.text(), TestTree("<r Label='a-a'><b Label='-'><c Label='no'>X</c><d/></b>"
                                     "<e Label='--'/></r>")
                                .text());
-    EXPECT_EQ(uxtree_recursively_replace_label_attributes(&root, "-", nullptr), 3);
+    EXPECT_EQ(uxtree_recursively_replace_label_attributes(&tree, "-", nullptr), 3);
     EXPECT_EQ(
         tree.text(),
         TestTree("<r Label='aa'><b Label=''><c Label='no'>X</c><d/></b><e Label=''/></r>").text());
@@ -230,44 +228,40 @@ TEST(uxtree_recursively_replace_label_attributes, RewritesTheBranchItsStartInclu
 
 TEST(uxtree_recursively_replace_label_attributes, CountsALabelThatStaysTheSame) {
     TestTree tree("<r Label='X'/>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_recursively_replace_label_attributes(&root, "X", "X"), 1);
+    EXPECT_EQ(uxtree_recursively_replace_label_attributes(&tree, "X", "X"), 1);
 }
 
 TEST(uxtree_recursively_replace_label_attributes, YieldsZeroForBadArguments) {
     TestTree tree("<r Label='X'/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
     EXPECT_EQ(uxtree_recursively_replace_label_attributes(nullptr, "X", "Y"), 0);
     EXPECT_EQ(uxtree_recursively_replace_label_attributes(&invalid, "X", "Y"), 0);
-    EXPECT_EQ(uxtree_recursively_replace_label_attributes(&root, "", "Y"), 0);
-    EXPECT_EQ(uxtree_recursively_replace_label_attributes(&root, nullptr, "Y"), 0);
+    EXPECT_EQ(uxtree_recursively_replace_label_attributes(&tree, "", "Y"), 0);
+    EXPECT_EQ(uxtree_recursively_replace_label_attributes(&tree, nullptr, "Y"), 0);
 }
 
 TEST(uxtree_recursively_replace_combined_label_attributes, CountsLabelsThatDiffer) {
     TestTree tree(
         "<r Label='?$OP:(A)'><b Label='(A)'/><c Label='?$OP:(B)'/><d/><e Label='?$OP:(A) (A)'/>"
         "</r>");
-    UXXmlWrapperBase root = tree.root();
     auto find = script_texts({"A"});
     auto replacements = script_texts({"X"});
 
     EXPECT_EQ(
-        uxtree_recursively_replace_combined_label_attributes(&root, &find, &replacements, "?$OP:"),
+        uxtree_recursively_replace_combined_label_attributes(&tree, &find, &replacements, "?$OP:"),
         2);
     EXPECT_EQ(tree.text(), TestTree("<r Label='?$OP:(X)'><b Label='(A)'/><c Label='?$OP:(B)'/><d/>"
                                     "<e Label='?$OP:(X) (X)'/></r>")
                                .text());
-    EXPECT_EQ(uxtree_recursively_replace_combined_label_attributes(&root, &replacements,
+    EXPECT_EQ(uxtree_recursively_replace_combined_label_attributes(&tree, &replacements,
                                                                    &replacements, nullptr),
               0);
 }
 
 TEST(uxtree_recursively_replace_combined_label_attributes, YieldsZeroForBadArguments) {
     TestTree tree("<r Label='A'/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     auto find = script_texts({"A"});
     auto ints = script_ints({1});
@@ -277,10 +271,10 @@ TEST(uxtree_recursively_replace_combined_label_attributes, YieldsZeroForBadArgum
 
     EXPECT_EQ(call(nullptr, &find, &find), 0);
     EXPECT_EQ(call(&invalid, &find, &find), 0);
-    EXPECT_EQ(call(&root, nullptr, &find), 0);
-    EXPECT_EQ(call(&root, &find, nullptr), 0);
-    EXPECT_EQ(call(&root, &ints, &find), 0);
-    EXPECT_EQ(call(&root, &find, &ints), 0);
+    EXPECT_EQ(call(&tree, nullptr, &find), 0);
+    EXPECT_EQ(call(&tree, &find, nullptr), 0);
+    EXPECT_EQ(call(&tree, &ints, &find), 0);
+    EXPECT_EQ(call(&tree, &find, &ints), 0);
 }
 
 // --- localization nodes ------------------------------------------------------------------------
@@ -304,7 +298,7 @@ constexpr char kMessages[] =
 
 Localized localized(int id, int fallbackId, int checkEmpty, int category) {
     TestTree tree(kMessages);
-    UXXmlWrapperBase out = tree.root();
+    UXXmlWrapperBase out = tree;
     const int result =
         uxtree_get_localization_node(&out, &out, id, fallbackId, 420, checkEmpty, category);
     return {result, uxtest::to_text(out)};

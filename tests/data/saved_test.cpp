@@ -38,9 +38,8 @@ bool save(const UXXmlWrapperBase& target, Lists given, const char* comment = nul
 
 Entries read_theme(const char* xml) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
     Lists out;
-    vctree_get_theme(&root, &out.ids, &out.values, nullptr, nullptr);
+    vctree_get_theme(&tree, &out.ids, &out.values, nullptr, nullptr);
     return entries(out.ids, out.values);
 }
 
@@ -58,7 +57,7 @@ TEST(vctree_save_values_with_ids, WritesCommentAndLabelsAsFarAsTheyGo) {
     TestTree tree("<r/>");
     CWBOStringArray labels = string_list({"First", ""});
 
-    EXPECT_TRUE(save(tree.root(), lists({1, 2, 3}, {"a", "b", "c"}), "by hand", &labels));
+    EXPECT_TRUE(save(tree, lists({1, 2, 3}, {"a", "b", "c"}), "by hand", &labels));
     EXPECT_EQ(tree.text(),
               tree_text("<Settings Comment='by hand'>Settings<node1 Label='First'>a</node1>"
                         "<node2 Label=''>b</node2><node3>c</node3></Settings>"));
@@ -67,14 +66,14 @@ TEST(vctree_save_values_with_ids, WritesCommentAndLabelsAsFarAsTheyGo) {
 TEST(vctree_save_values_with_ids, MakesTheAttributeOfAnEmptyComment) {
     TestTree tree("<r/>");
 
-    EXPECT_TRUE(save(tree.root(), lists({1}, {"a"}), ""));
+    EXPECT_TRUE(save(tree, lists({1}, {"a"}), ""));
     EXPECT_EQ(tree.text(), tree_text("<Settings Comment=''>Settings<node1>a</node1></Settings>"));
 }
 
 TEST(vctree_save_values_with_ids, WritesDuplicatesAndTheLimitsOfIdentifiers) {
     TestTree tree("<r/>");
 
-    EXPECT_TRUE(save(tree.root(), lists({INT_MIN, INT_MAX, 0, 0}, {"a", "b", "c", "d"})));
+    EXPECT_TRUE(save(tree, lists({INT_MIN, INT_MAX, 0, 0}, {"a", "b", "c", "d"})));
     EXPECT_EQ(tree.text(),
               tree_text("<Settings>Settings<node-2147483648>a</node-2147483648>"
                         "<node2147483647>b</node2147483647><node0>c</node0><node0>d</node0>"
@@ -83,16 +82,15 @@ TEST(vctree_save_values_with_ids, WritesDuplicatesAndTheLimitsOfIdentifiers) {
 
 TEST(vctree_save_values_with_ids, LeavesTheTargetAloneWhenItFails) {
     TestTree tree("<r a='1'><b/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     Lists one = lists({1}, {"a"});
 
-    EXPECT_FALSE(save(tree.root(), lists({}, {})));
-    EXPECT_FALSE(save(tree.root(), lists({1}, {})));
-    EXPECT_FALSE(save(tree.root(), lists({}, {"a"})));
-    EXPECT_FALSE(save(tree.root(), lists({1, 2}, {"a"})));
-    EXPECT_FALSE(vctree_save_values_with_ids(&root, nullptr, &one.values, nullptr, nullptr));
-    EXPECT_FALSE(vctree_save_values_with_ids(&root, &one.ids, nullptr, nullptr, nullptr));
+    EXPECT_FALSE(save(tree, lists({}, {})));
+    EXPECT_FALSE(save(tree, lists({1}, {})));
+    EXPECT_FALSE(save(tree, lists({}, {"a"})));
+    EXPECT_FALSE(save(tree, lists({1, 2}, {"a"})));
+    EXPECT_FALSE(vctree_save_values_with_ids(&tree, nullptr, &one.values, nullptr, nullptr));
+    EXPECT_FALSE(vctree_save_values_with_ids(&tree, &one.ids, nullptr, nullptr, nullptr));
     EXPECT_FALSE(vctree_save_values_with_ids(static_cast<UXXmlWrapperBase*>(nullptr), &one.ids,
                                              &one.values, nullptr, nullptr));
     EXPECT_FALSE(vctree_save_values_with_ids(&invalid, &one.ids, &one.values, nullptr, nullptr));
@@ -220,12 +218,11 @@ TEST(vctree_get_theme, TakesNumbersBeyond32BitsAsTheNearestOne) {
 
 TEST(vctree_get_theme, AppendsAndLooksAtNoTag) {
     TestTree tree("<any Comment='c'><node1 Label='L'>a</node1><node2>b</node2></any>");
-    UXXmlWrapperBase root = tree.root();
     Lists out = lists({9}, {"kept"});
     CWBOStringArray labels = string_list({"kept"});
     CStringUTF8 comment;
 
-    vctree_get_theme(&root, &out.ids, &out.values, &comment, &labels);
+    vctree_get_theme(&tree, &out.ids, &out.values, &comment, &labels);
 
     EXPECT_EQ(entries(out.ids, out.values), (Entries{{9, "kept"}, {1, "a"}, {2, "b"}}));
     EXPECT_THAT(texts(labels), ElementsAre("kept", "L", ""));
@@ -234,15 +231,14 @@ TEST(vctree_get_theme, AppendsAndLooksAtNoTag) {
 
 TEST(vctree_get_theme, DoesNothingForBadArguments) {
     TestTree tree("<s Comment='c'><node1>a</node1></s>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     Lists out;
     CStringUTF8 comment("kept");
 
     vctree_get_theme(nullptr, &out.ids, &out.values, &comment, nullptr);
     vctree_get_theme(&invalid, &out.ids, &out.values, &comment, nullptr);
-    vctree_get_theme(&root, nullptr, &out.values, &comment, nullptr);
-    vctree_get_theme(&root, &out.ids, nullptr, &comment, nullptr);
+    vctree_get_theme(&tree, nullptr, &out.values, &comment, nullptr);
+    vctree_get_theme(&tree, &out.ids, nullptr, &comment, nullptr);
 
     EXPECT_TRUE(out.ids.IsEmpty());
     EXPECT_TRUE(out.values.IsEmpty());
@@ -253,17 +249,16 @@ TEST(vctree_get_theme, DoesNothingForBadArguments) {
 
 TEST(uxtree_save_values_with_ids, IsTheTreeForm) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     auto ids = uxtest::script_ints({1});
     auto values = uxtest::script_texts({"a"});
     auto labels = uxtest::script_texts({"L"});
 
-    EXPECT_EQ(uxtree_save_values_with_ids(&root, &ids, &values, nullptr, &ids), 0);
-    EXPECT_EQ(uxtree_save_values_with_ids(&root, &values, &values, nullptr, nullptr), 0);
-    EXPECT_EQ(uxtree_save_values_with_ids(&root, &ids, nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(uxtree_save_values_with_ids(&tree, &ids, &values, nullptr, &ids), 0);
+    EXPECT_EQ(uxtree_save_values_with_ids(&tree, &values, &values, nullptr, nullptr), 0);
+    EXPECT_EQ(uxtree_save_values_with_ids(&tree, &ids, nullptr, nullptr, nullptr), 0);
     EXPECT_EQ(uxtree_save_values_with_ids(nullptr, &ids, &values, nullptr, nullptr), 0);
     EXPECT_EQ(tree.text(), tree_text("<r/>"));
-    EXPECT_EQ(uxtree_save_values_with_ids(&root, &ids, &values, "c", &labels), 1);
+    EXPECT_EQ(uxtree_save_values_with_ids(&tree, &ids, &values, "c", &labels), 1);
     EXPECT_EQ(tree.text(), tree_text("<Settings Comment='c'>Settings<node1 Label='L'>a</node1>"
                                      "</Settings>"));
 }
@@ -307,17 +302,16 @@ TEST(uxtree_set_theme, TakesScriptArraysOfTheRightTypesOnly) {
 
 TEST(uxtree_get_theme, TakesScriptArraysOfTheRightTypesOnly) {
     TestTree tree("<s><node1 Label='L'>a</node1></s>");
-    UXXmlWrapperBase root = tree.root();
     auto ids = uxtest::script_ints({});
     auto values = uxtest::script_texts({});
     auto labels = uxtest::script_texts({});
 
-    uxtree_get_theme(&root, &ids, &values, nullptr, &ids);
-    uxtree_get_theme(&root, &values, &values, nullptr, nullptr);
-    uxtree_get_theme(&root, nullptr, &values, nullptr, nullptr);
+    uxtree_get_theme(&tree, &ids, &values, nullptr, &ids);
+    uxtree_get_theme(&tree, &values, &values, nullptr, nullptr);
+    uxtree_get_theme(&tree, nullptr, &values, nullptr, nullptr);
     EXPECT_TRUE(ids.array().IsEmpty());
     EXPECT_TRUE(values.array().IsEmpty());
-    uxtree_get_theme(&root, &ids, &values, nullptr, &labels);
+    uxtree_get_theme(&tree, &ids, &values, nullptr, &labels);
     EXPECT_EQ(entries(ids.array(), values.array()), (Entries{{1, "a"}}));
     EXPECT_THAT(texts(labels.array()), ElementsAre("L"));
 }

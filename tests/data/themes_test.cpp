@@ -17,12 +17,11 @@ using uxtest::TestTree;
 
 TEST(uxtree_tree_get_theme_file_name, IsTrueForAnEmptyStoredName) {
     TestTree tree("<r ThemeFile='my.xml'><a ThemeFile=''/><b/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase a = tree.at("a");
     UXXmlWrapperBase b = tree.at("b");
     CStringUTF8 out;
 
-    EXPECT_TRUE(uxtree_tree_get_theme_file_name(&root, &out));
+    EXPECT_TRUE(uxtree_tree_get_theme_file_name(&tree, &out));
     EXPECT_EQ(out, "my.xml");
     EXPECT_TRUE(uxtree_tree_get_theme_file_name(&a, &out));
     EXPECT_EQ(out, "");
@@ -33,15 +32,14 @@ TEST(uxtree_tree_get_theme_file_name, IsTrueForAnEmptyStoredName) {
 
 TEST(uxtree_tree_set_theme_file_name, RemovesForNullOnly) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
-    EXPECT_TRUE(uxtree_tree_set_theme_file_name(&root, "my.xml"));
+    EXPECT_TRUE(uxtree_tree_set_theme_file_name(&tree, "my.xml"));
     EXPECT_EQ(tree.text(), "<r ThemeFile=\"my.xml\"></r>");
-    EXPECT_TRUE(uxtree_tree_set_theme_file_name(&root, ""));
+    EXPECT_TRUE(uxtree_tree_set_theme_file_name(&tree, ""));
     EXPECT_EQ(tree.text(), "<r ThemeFile=\"\"></r>");
-    EXPECT_TRUE(uxtree_tree_set_theme_file_name(&root, nullptr));
-    EXPECT_TRUE(uxtree_tree_set_theme_file_name(&root, nullptr));
+    EXPECT_TRUE(uxtree_tree_set_theme_file_name(&tree, nullptr));
+    EXPECT_TRUE(uxtree_tree_set_theme_file_name(&tree, nullptr));
     EXPECT_EQ(tree.text(), "<r></r>");
     EXPECT_FALSE(uxtree_tree_set_theme_file_name(nullptr, "my.xml"));
     EXPECT_FALSE(uxtree_tree_set_theme_file_name(&invalid, "my.xml"));
@@ -52,7 +50,7 @@ TEST(uxtree_tree_get_theme_type, DefaultsToFour) {
     const auto type = [](UXXmlWrapperBase node) { return uxtree_tree_get_theme_type(&node); };
     UXXmlWrapperBase invalid;
 
-    EXPECT_EQ(type(tree.root()), 4);
+    EXPECT_EQ(type(tree), 4);
     EXPECT_EQ(type(tree.at("a")), 7);
     EXPECT_EQ(type(tree.at("b")), 4);
     EXPECT_EQ(type(tree.at("c")), 0);
@@ -62,8 +60,7 @@ TEST(uxtree_tree_get_theme_type, DefaultsToFour) {
 
 bool is_include_list(const std::string& attributes) {
     TestTree tree(("<r " + attributes + "/>").c_str());
-    UXXmlWrapperBase root = tree.root();
-    return uxtree_is_inclist_theme(&root);
+    return uxtree_is_inclist_theme(&tree);
 }
 
 TEST(uxtree_is_inclist_theme, NeedsBitsWithinBothMasks) {
@@ -97,11 +94,10 @@ TEST(uxtree_is_inclist_theme, NeedsCountAndObjectsExactly) {
 
 std::string by_id(const char* xml, int id, int depth, bool recursive) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase out = root;
-    const int result = uxtree_theme_tree_get_node_by_id(&out, &root, id, depth, recursive);
+    UXXmlWrapperBase out = tree;
+    const int result = uxtree_theme_tree_get_node_by_id(&out, &tree, id, depth, recursive);
     if (result == 0) {
-        EXPECT_TRUE(out == root);
+        EXPECT_TRUE(out == tree);
         return "none";
     }
     CStringUTF8 tag;
@@ -152,12 +148,11 @@ TEST(uxtree_theme_tree_get_node_by_id, DoesNotGiveTheDepthBack) {
 
 TEST(uxtree_theme_tree_get_node_by_id, YieldsZeroForBadArguments) {
     TestTree tree("<r><a DataID='5'/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase leaf = tree.at("a");
     UXXmlWrapperBase invalid;
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_theme_tree_get_node_by_id(nullptr, &root, 5, 0, false), 0);
+    EXPECT_EQ(uxtree_theme_tree_get_node_by_id(nullptr, &tree, 5, 0, false), 0);
     EXPECT_EQ(uxtree_theme_tree_get_node_by_id(&out, nullptr, 5, 0, false), 0);
     EXPECT_EQ(uxtree_theme_tree_get_node_by_id(&out, &invalid, 5, 0, false), 0);
     EXPECT_EQ(uxtree_theme_tree_get_node_by_id(&out, &leaf, 5, 0, false), 0);
@@ -166,19 +161,18 @@ TEST(uxtree_theme_tree_get_node_by_id, YieldsZeroForBadArguments) {
 
 TEST(uxtree_theme_tree_get_node_by_index, CountsChildrenFromOne) {
     TestTree tree("<r><a DataID='5'><x/><y/></a></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
 
-    EXPECT_EQ(uxtree_theme_tree_get_node_by_index(&out, &root, 5, 2, 0, false), 1);
+    EXPECT_EQ(uxtree_theme_tree_get_node_by_index(&out, &tree, 5, 2, 0, false), 1);
     EXPECT_TRUE(out == tree.at("a/y"));
-    EXPECT_EQ(uxtree_theme_tree_get_node_by_index(&out, &root, 5, 1, 0, false), 1);
+    EXPECT_EQ(uxtree_theme_tree_get_node_by_index(&out, &tree, 5, 1, 0, false), 1);
     EXPECT_TRUE(out == tree.at("a/x"));
     for (const int index : {0, -1, 3}) {
-        EXPECT_EQ(uxtree_theme_tree_get_node_by_index(&out, &root, 5, index, 0, false), 0);
+        EXPECT_EQ(uxtree_theme_tree_get_node_by_index(&out, &tree, 5, index, 0, false), 0);
     }
-    EXPECT_EQ(uxtree_theme_tree_get_node_by_index(&out, &root, 6, 1, 0, false), 0);
+    EXPECT_EQ(uxtree_theme_tree_get_node_by_index(&out, &tree, 6, 1, 0, false), 0);
     EXPECT_EQ(uxtree_theme_tree_get_node_by_index(&out, nullptr, 5, 1, 0, false), 0);
-    EXPECT_EQ(uxtree_theme_tree_get_node_by_index(nullptr, &root, 5, 1, 0, false), 0);
+    EXPECT_EQ(uxtree_theme_tree_get_node_by_index(nullptr, &tree, 5, 1, 0, false), 0);
     EXPECT_TRUE(out == tree.at("a/x"));
 }
 
@@ -197,9 +191,8 @@ struct Sides {
 };
 Sides sides_of(const char* xml) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
     Sides sides{0, -1, -1, -1, -1};
-    sides.result = uxtree_theme_tree_get_range_from_range_style(&root, &sides.left, &sides.top,
+    sides.result = uxtree_theme_tree_get_range_from_range_style(&tree, &sides.left, &sides.top,
                                                                 &sides.right, &sides.bottom);
     return sides;
 }
@@ -224,12 +217,11 @@ TEST(uxtree_theme_tree_get_range_from_range_style, NeedsExactlyFourReadings) {
 
 TEST(uxtree_theme_tree_get_range_from_range_style, PassesOverNullOutputsButCountsThem) {
     TestTree tree("<s><Left>1</Left><Top>2</Top><Right>3</Right><Bottom>4</Bottom></s>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     int right = -1;
 
     EXPECT_EQ(
-        uxtree_theme_tree_get_range_from_range_style(&root, nullptr, nullptr, &right, nullptr), 1);
+        uxtree_theme_tree_get_range_from_range_style(&tree, nullptr, nullptr, &right, nullptr), 1);
     EXPECT_EQ(right, 3);
     EXPECT_EQ(
         uxtree_theme_tree_get_range_from_range_style(nullptr, nullptr, nullptr, &right, nullptr),

@@ -27,7 +27,7 @@ std::string error_of(const char* xml, const char* before = "", const char* idAtt
     ux::CollectOptions options;
     options.errorText = &text;
     options.idAttribute = idAttribute;
-    collected(tree.root(), options);
+    collected(tree, options);
     return static_cast<const char*>(text);
 }
 
@@ -37,21 +37,19 @@ TEST(vctree_get_values_with_ids, CollectsLeavesInDocumentOrderAndEmptiesTheArray
     TestTree tree(
         "<r DataID='9'><a DataID='3'>x</a><b><c DataID='1'>y</c><d DataID='0'/></b>"
         "<e>no id</e><f DataID='-1'>no</f><g DataID='-4'>no</g><h DataID='65536'>z</h></r>");
-    UXXmlWrapperBase root = tree.root();
     CArray<int, int> ids = uxtest::number_list<int>({77});
     CWBOStringArray values = uxtest::string_list({"old", "old"});
 
-    EXPECT_EQ(vctree_get_values_with_ids(&root, &ids, &values, 1, 0, 0, nullptr, 0, nullptr), 4);
+    EXPECT_EQ(vctree_get_values_with_ids(&tree, &ids, &values, 1, 0, 0, nullptr, 0, nullptr), 4);
     EXPECT_EQ(uxtest::entries(ids, values), (Entries{{3, "x"}, {1, "y"}, {0, ""}, {65536, "z"}}));
 }
 
 TEST(vctree_get_values_with_ids, StaysOnTheFirstLevelWithoutRecursion) {
     TestTree tree("<r><a DataID='1'>x</a><b DataID='2' Use='1'><c DataID='3'>y</c></b></r>");
-    UXXmlWrapperBase root = tree.root();
     CArray<int, int> ids;
     CWBOStringArray values;
 
-    EXPECT_EQ(vctree_get_values_with_ids(&root, &ids, &values, 0, 0, 0, "", 0, nullptr), 2);
+    EXPECT_EQ(vctree_get_values_with_ids(&tree, &ids, &values, 0, 0, 0, "", 0, nullptr), 2);
     EXPECT_EQ(uxtest::entries(ids, values), (Entries{{1, "x"}, {2, "1"}}));
 }
 
@@ -65,16 +63,15 @@ TEST(vctree_get_values_with_ids, ReadsAnotherIdentifierAttribute) {
 
 TEST(uxtree_get_values_with_ids, TakesScriptArraysOfTheRightTypesOnly) {
     TestTree tree("<r><a DataID='1'>x</a></r>");
-    UXXmlWrapperBase root = tree.root();
     auto ids = uxtest::script_ints({});
     auto values = uxtest::script_texts({});
 
-    EXPECT_EQ(uxtree_get_values_with_ids(&root, &ids, &values, 1, 0, 0, nullptr, 0, nullptr), 1);
+    EXPECT_EQ(uxtree_get_values_with_ids(&tree, &ids, &values, 1, 0, 0, nullptr, 0, nullptr), 1);
     EXPECT_EQ(uxtest::entries(ids.array(), values.array()), (Entries{{1, "x"}}));
-    EXPECT_EQ(uxtree_get_values_with_ids(&root, &values, &values, 1, 0, 0, nullptr, 0, nullptr),
+    EXPECT_EQ(uxtree_get_values_with_ids(&tree, &values, &values, 1, 0, 0, nullptr, 0, nullptr),
               -1);
-    EXPECT_EQ(uxtree_get_values_with_ids(&root, &ids, &ids, 1, 0, 0, nullptr, 0, nullptr), -1);
-    EXPECT_EQ(uxtree_get_values_with_ids(&root, nullptr, &values, 1, 0, 0, nullptr, 0, nullptr),
+    EXPECT_EQ(uxtree_get_values_with_ids(&tree, &ids, &ids, 1, 0, 0, nullptr, 0, nullptr), -1);
+    EXPECT_EQ(uxtree_get_values_with_ids(&tree, nullptr, &values, 1, 0, 0, nullptr, 0, nullptr),
               -1);
     EXPECT_EQ(uxtree_get_values_with_ids(nullptr, &ids, &values, 1, 0, 0, nullptr, 0, nullptr), -1);
 }
@@ -122,7 +119,7 @@ TEST(vctree_get_values_with_ids, OnlyReportsABrokenRuleAndGoesOn) {
     ux::CollectOptions options;
     options.errorText = &text;
 
-    EXPECT_EQ(collected(tree.root(), options), (Entries{{0x20007, "x"}, {8, "y"}, {9, "z"}}));
+    EXPECT_EQ(collected(tree, options), (Entries{{0x20007, "x"}, {8, "y"}, {9, "z"}}));
     EXPECT_EQ(text,  // the last failing node wins
               "Repeat Node ID invalid for Node with Name = a, Label = , Repeat Node ID = -1");
 }
@@ -266,13 +263,13 @@ TEST(_tree_get_values_by_ids, KeepsChangedNodesOnlyAndRefreshesTheirMark) {
     ux::CollectOptions options;
     options.onlyChanged = true;
 
-    EXPECT_EQ(collected(tree.root(), options), (Entries{{2, "x"}, {4, "::{Auto=1}x"}, {5, "1"}}));
+    EXPECT_EQ(collected(tree, options), (Entries{{2, "x"}, {4, "::{Auto=1}x"}, {5, "1"}}));
     EXPECT_EQ(tree.text(),
               tree_text("<r><a DataID='1' OldValue='x'>x</a><a DataID='2' OldValue='x'>x</a>"
                         "<a DataID='3'>x</a>"
                         "<a DataID='4' OldValue='::{Auto=1}x' Auto='1'>x</a>"
                         "<b DataID='5' Use='1' OldValue='1'><c/></b></r>"));
-    EXPECT_EQ(collected(tree.root(), options), (Entries{}));
+    EXPECT_EQ(collected(tree, options), (Entries{}));
 }
 
 TEST(_tree_get_values_by_ids, AppendsLabelsAndAttributesBesideEachValue) {
@@ -285,9 +282,9 @@ TEST(_tree_get_values_by_ids, AppendsLabelsAndAttributesBesideEachValue) {
     CWBOStringArray second;
     CWBOStringArray labels = uxtest::string_list({"kept"});
 
-    EXPECT_EQ(ux::_tree_get_values_by_ids(tree.root(), ids,
-                                          {&values, "P", &first, "Q", &second, &labels}, {}),
-              3);
+    EXPECT_EQ(
+        ux::_tree_get_values_by_ids(tree, ids, {&values, "P", &first, "Q", &second, &labels}, {}),
+        3);
     EXPECT_THAT(uxtest::numbers(ids), ElementsAre(1, 2, 3));
     EXPECT_THAT(texts(values), ElementsAre("x", "1", "y"));
     EXPECT_THAT(texts(first), ElementsAre("kept", "p", "", ""));
@@ -306,8 +303,8 @@ TEST(_tree_get_values_by_ids, CollectsByAttributesAloneWithoutAValuesArray) {
     ux::CollectOptions options;
     options.onlyChanged = true;  // has no meaning without values
 
-    EXPECT_EQ(ux::_tree_get_values_by_ids(tree.root(), ids,
-                                          {nullptr, "P", &first, "Q", &second, &labels}, options),
+    EXPECT_EQ(ux::_tree_get_values_by_ids(tree, ids, {nullptr, "P", &first, "Q", &second, &labels},
+                                          options),
               4);
     EXPECT_THAT(uxtest::numbers(ids), ElementsAre(1, 3, 4, -4));
     EXPECT_THAT(texts(first), ElementsAre("p", "", "r", "r"));

@@ -131,20 +131,19 @@ TEST(uxtree_combine_treenode_id_with_repeat_id, CombinesAsTheModelDoes) {
         if (random.one_in(4)) model.remove("RepeatID");
         if (random.one_in(4)) model.remove("RepeatNodeID");
         TestTree tree(to_xml(model).c_str());
-        UXXmlWrapperBase node = tree.root();
         const int own = random.pick({-2, -1, 0, 7, 65535, 65536, 262151, 50593799, 2147483647});
         const int inherited = random.pick({-1, 0, 1, 2, 4, 32766, 65536, 65537, 2147483647});
         int id = own;
         int repeat = -77;
 
         const uxmodel::Combination branch = uxmodel::combine_with_repeat(model, own, inherited);
-        EXPECT_EQ(uxtree_combine_treenode_id_with_repeat_id(&node, &id, &repeat, inherited),
+        EXPECT_EQ(uxtree_combine_treenode_id_with_repeat_id(&tree, &id, &repeat, inherited),
                   branch.code);
         EXPECT_EQ(id, branch.id);
         EXPECT_EQ(repeat, branch.repeat.value_or(-77));
 
         const uxmodel::Combination marked = uxmodel::combine_with_repeat_node(model, id);
-        EXPECT_EQ(ux::_tree_apply_repeat_node_id(node, id), marked.code);
+        EXPECT_EQ(ux::_tree_apply_repeat_node_id(tree, id), marked.code);
         EXPECT_EQ(id, marked.id);
         ASSERT_FALSE(HasFailure()) << tree.text() << " " << own << " under " << inherited;
     }
@@ -197,7 +196,7 @@ TEST(_tree_get_values_by_ids, CollectsWhatTheModelCollects) {
 
         const Entries expected = uxmodel::collect(model, rules);
 
-        EXPECT_EQ(ux::_tree_get_values_by_ids(tree.root(), arrays.ids, record, options),
+        EXPECT_EQ(ux::_tree_get_values_by_ids(tree, arrays.ids, record, options),
                   static_cast<int>(expected.size()));
         EXPECT_EQ(arrays.entries(), expected);
         EXPECT_EQ(text_of(errorText), error);
@@ -284,7 +283,7 @@ TEST(_tree_set_values_by_ids, WritesWhatTheModelWrites) {
 
         const int expected = uxmodel::set(model, given, rules, duplicate);
 
-        EXPECT_EQ(ux::_tree_set_values_by_ids(tree.root(), arrays.ids, arrays.record(), options),
+        EXPECT_EQ(ux::_tree_set_values_by_ids(tree, arrays.ids, arrays.record(), options),
                   expected);
         EXPECT_EQ(reported, duplicate);
         EXPECT_EQ(text_of(errorText), error);
@@ -342,8 +341,7 @@ TEST(vctree_empty_values_with_ids, ClearsWhatTheModelClears) {
             leaf.text.clear();
             return true;
         });
-        UXXmlWrapperBase root = tree.root();
-        EXPECT_EQ(vctree_empty_values_with_ids(&root), expected);
+        EXPECT_EQ(vctree_empty_values_with_ids(&tree), expected);
     });
 }
 
@@ -360,8 +358,7 @@ TEST(vctree_set_values_by_nodeids, WritesWhatTheModelWrites) {
             }
             return false;
         });
-        UXXmlWrapperBase root = tree.root();
-        EXPECT_EQ(vctree_set_values_by_nodeids(&root, &arrays.ids, &arrays.values),
+        EXPECT_EQ(vctree_set_values_by_nodeids(&tree, &arrays.ids, &arrays.values),
                   given.empty() ? -2 : written);
     });
 }
@@ -372,8 +369,7 @@ TEST(uxtree_clear_all_value, ClearsWhatTheModelClears) {
             leaf.text.clear();
             return true;
         });
-        UXXmlWrapperBase root = tree.root();
-        uxtree_clear_all_value(&root);
+        uxtree_clear_all_value(&tree);
     });
 }
 
@@ -382,8 +378,7 @@ TEST(uxtree_recursively_replace_values, ReplacesWhatTheModelReplaces) {
         const std::string from = random.pick<std::string>({"", "x", "::{", "b", "="});
         const std::string to = random.pick<std::string>({"", "xx", "new"});
         replace_all(model, from, to);
-        UXXmlWrapperBase root = tree.root();
-        uxtree_recursively_replace_values(&root, from.c_str(), to.c_str());
+        uxtree_recursively_replace_values(&tree, from.c_str(), to.c_str());
     });
 }
 
@@ -393,9 +388,8 @@ TEST(VCTreeGetValues, ListsWhatTheModelLists) {
         std::vector<std::string> expected{"before"};
         list(model, childrenOnly, expected);
         CWBOStringArray values = uxtest::string_list({"before"});
-        UXXmlWrapperBase root = tree.root();
 
-        EXPECT_EQ(VCTreeGetValues(&root, &values, childrenOnly), 0);
+        EXPECT_EQ(VCTreeGetValues(&tree, &values, childrenOnly), 0);
         EXPECT_EQ(uxtest::texts(values), expected);
     });
 }

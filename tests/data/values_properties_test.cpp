@@ -96,15 +96,15 @@ RC_GTEST_PROP(vctree_set_values_by_ids, LeavesATreeThatIsSetToItsOwnValues, ()) 
     TestTree tree(uxmodel::to_xml(model).c_str());
     ux::CollectOptions options;
     options.themeFlag = below(2) == 0;
-    const Entries before = uxtest::collected(tree.root(), options);
+    const Entries before = uxtest::collected(tree, options);
     int duplicate = 0;
     ux::SetOptions set;
     set.duplicate = &duplicate;
 
-    const int written = uxtest::set_values(tree.root(), before, set);
+    const int written = uxtest::set_values(tree, before, set);
 
     RC_CLASSIFY(written < 0, "refused");
-    RC_ASSERT(uxtest::collected(tree.root(), options) == before);
+    RC_ASSERT(uxtest::collected(tree, options) == before);
 }
 
 RC_GTEST_PROP(vctree_read_values_with_ids, ReadsWhatWasSaved, ()) {

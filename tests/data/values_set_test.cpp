@@ -31,12 +31,11 @@ struct SetOutcome {
 SetOutcome set_checked(const char* xml, const std::vector<int>& ids,
                        const std::vector<std::string>& values, int inheritedRepeat = 0) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
     CArray<int, int> idArray = uxtest::number_list(ids);
     CWBOStringArray valueArray = uxtest::string_list(values);
     SetOutcome outcome{0, kUntouchedCount, {}, {}};
     CStringUTF8 error;
-    outcome.result = vctree_set_values_by_ids(&root, &idArray, &valueArray, inheritedRepeat,
+    outcome.result = vctree_set_values_by_ids(&tree, &idArray, &valueArray, inheritedRepeat,
                                               &outcome.duplicate, 0, nullptr, &error);
     outcome.error = error;
     outcome.tree = tree.text();
@@ -49,11 +48,10 @@ TEST(vctree_set_values_by_ids, WritesEveryNodeThatCarriesAnIdentifier) {
     TestTree tree(
         "<r><a DataID='1'>o</a><b DataID='2'><c DataID='1'>o</c><d DataID='0'>o</d></b>"
         "<e>o</e><f DataID='-1'>o</f><g DataID='5'>o</g></r>");
-    UXXmlWrapperBase root = tree.root();
     CArray<int, int> ids = uxtest::number_list<int>({1, 2, 0, -1, 99});
     CWBOStringArray values = uxtest::string_list({"x", "1", "", "no", "no"});
 
-    EXPECT_EQ(vctree_set_values_by_ids(&root, &ids, &values, 0, nullptr, 0, nullptr, nullptr), 4);
+    EXPECT_EQ(vctree_set_values_by_ids(&tree, &ids, &values, 0, nullptr, 0, nullptr, nullptr), 4);
     EXPECT_EQ(tree.text(),
               tree_text("<r><a DataID='1'>x</a><b DataID='2' Use='1'><c DataID='1'>x</c>"
                         "<d DataID='0'></d></b><e>o</e><f DataID='-1'>o</f><g DataID='5'>o</g>"
@@ -81,7 +79,7 @@ TEST(vctree_set_values_by_ids, IgnoresTheCollectionMark) {
 TEST(vctree_set_values_by_ids, LeavesABranchAloneForMinusOne) {
     TestTree tree("<r><b DataID='1' Use='0'><c/></b></r>");
 
-    EXPECT_EQ(set_values(tree.root(), {{1, "-1"}}), 1);
+    EXPECT_EQ(set_values(tree, {{1, "-1"}}), 1);
     EXPECT_EQ(tree.text(), tree_text("<r><b DataID='1' Use='0'><c/></b></r>"));
 }
 
@@ -123,7 +121,7 @@ TEST(vctree_set_values_by_ids, RefusesADuplicateWithoutAMessageWhenNoTextIsGiven
     ux::SetOptions options;
     options.duplicate = &duplicate;
 
-    EXPECT_EQ(set_values(tree.root(), {{1, "x"}, {1, "y"}}, options), -4);
+    EXPECT_EQ(set_values(tree, {{1, "x"}, {1, "y"}}, options), -4);
     EXPECT_EQ(duplicate, 1);
     EXPECT_EQ(tree.text(), tree_text("<r><a DataID='1'>o</a></r>"));
 }
@@ -169,17 +167,16 @@ TEST(vctree_set_values_by_ids, ReportsTheFirstRuleThatANodeBreaks) {
 
 TEST(uxtree_set_values_by_ids, TakesScriptArraysOfTheRightTypesOnly) {
     TestTree tree("<r><a DataID='1'/></r>");
-    UXXmlWrapperBase root = tree.root();
     auto ids = uxtest::script_ints({1});
     auto values = uxtest::script_texts({"x"});
 
-    EXPECT_EQ(uxtree_set_values_by_ids(&root, &values, &values, 0, nullptr, 0, nullptr, nullptr),
+    EXPECT_EQ(uxtree_set_values_by_ids(&tree, &values, &values, 0, nullptr, 0, nullptr, nullptr),
               -1);
-    EXPECT_EQ(uxtree_set_values_by_ids(&root, &ids, nullptr, 0, nullptr, 0, nullptr, nullptr), -1);
+    EXPECT_EQ(uxtree_set_values_by_ids(&tree, &ids, nullptr, 0, nullptr, 0, nullptr, nullptr), -1);
     EXPECT_EQ(uxtree_set_values_by_ids(nullptr, &ids, &values, 0, nullptr, 0, nullptr, nullptr),
               -1);
     EXPECT_EQ(tree.text(), tree_text("<r><a DataID='1'/></r>"));
-    EXPECT_EQ(uxtree_set_values_by_ids(&root, &ids, &values, 0, nullptr, 0, nullptr, nullptr), 1);
+    EXPECT_EQ(uxtree_set_values_by_ids(&tree, &ids, &values, 0, nullptr, 0, nullptr, nullptr), 1);
     EXPECT_EQ(tree.text(), tree_text("<r><a DataID='1'>x</a></r>"));
 }
 
@@ -199,8 +196,8 @@ TEST(vctree_set_values_by_ids, GivesABranchItsSecondValueOnlyWithTheMark) {
 TEST(vctree_set_values_by_ids, CountsTheSecondValueToo) {
     TestTree tree("<r><b DataID='1' ThemeApplicabilityEx='1'><c/></b></r>");
 
-    EXPECT_EQ(set_values(tree.root(), {{1, "1"}, {-1, "d"}}), 2);
-    EXPECT_EQ(set_values(tree.root(), {{1, "1"}, {-1, ""}}), 1);  // empty "Data" is held back
+    EXPECT_EQ(set_values(tree, {{1, "1"}, {-1, "d"}}), 2);
+    EXPECT_EQ(set_values(tree, {{1, "1"}, {-1, ""}}), 1);  // empty "Data" is held back
 }
 
 TEST(vctree_set_values_by_ids, WantsTheNegatedIdentifierDirectlyBehind) {
@@ -233,7 +230,7 @@ TEST(vctree_set_values_by_ids, PutsTheSecondValueWhereItsMarkSaysWhateverTheFlag
 TEST(vctree_set_values_by_ids, HoldsTheValueBackUnderBit16ButAppliesItsSettings) {
     TestTree tree("<r><a DataID='1' ThemeApplicability='65536' DynaFx='f'>o</a></r>");
 
-    EXPECT_EQ(set_values(tree.root(), {{1, "::{Auto=1}x"}}), 0);
+    EXPECT_EQ(set_values(tree, {{1, "::{Auto=1}x"}}), 0);
     EXPECT_EQ(tree.text(),
               tree_text("<r><a DataID='1' ThemeApplicability='65536' Auto='1'>o</a></r>"));
 }
@@ -257,22 +254,22 @@ TEST(vctree_set_values_by_ids, ValidatesUnderBit18) {
         "<a DataID='3' ThemeApplicability='262144'>o</a></r>");
     const Entries given{{1, "::{Auto=1}bad"}, {2, "bad"}, {3, "good"}};
 
-    EXPECT_EQ(set_values(tree.root(), given), 2);
+    EXPECT_EQ(set_values(tree, given), 2);
     EXPECT_EQ(tree.text(), tree_text("<r><a DataID='1' ThemeApplicability='262144' Auto='1'>o</a>"
                                      "<a DataID='2'>bad</a>"
                                      "<a DataID='3' ThemeApplicability='262144'>good</a></r>"));
     ux::SetOptions off;
     off.validateOff = true;
-    EXPECT_EQ(set_values(tree.root(), given, off), 3);
+    EXPECT_EQ(set_values(tree, given, off), 3);
 }
 
 TEST(vctree_set_values_by_ids, WritesABranchIntoDataUnderBit20) {
     TestTree tree("<r><b DataID='1' ThemeApplicability='1048576' Data='o'><c DataID='2'/></b></r>");
 
-    EXPECT_EQ(set_values(tree.root(), {{1, "d"}, {2, "x"}}), 2);
+    EXPECT_EQ(set_values(tree, {{1, "d"}, {2, "x"}}), 2);
     EXPECT_EQ(tree.text(), tree_text("<r><b DataID='1' ThemeApplicability='1048576' Data='d'>"
                                      "<c DataID='2'>x</c></b></r>"));
-    EXPECT_EQ(set_values(tree.root(), {{1, ""}}), 0);
+    EXPECT_EQ(set_values(tree, {{1, ""}}), 0);
     EXPECT_EQ(tree.text(), tree_text("<r><b DataID='1' ThemeApplicability='1048576' Data='d'>"
                                      "<c DataID='2'>x</c></b></r>"));
 }
@@ -426,9 +423,8 @@ TEST(_tree_set_values_by_ids, WritesAndRemovesTransportedAttributes) {
     CWBOStringArray first = uxtest::string_list({"p", "q", ""});
     CWBOStringArray second = uxtest::string_list({"", "", "r"});
 
-    EXPECT_EQ(
-        ux::_tree_set_values_by_ids(tree.root(), ids, {&values, "P", &first, "Q", &second}, {}),
-        1);  // bit 16 holds both values of the branch back, never its attributes
+    EXPECT_EQ(ux::_tree_set_values_by_ids(tree, ids, {&values, "P", &first, "Q", &second}, {}),
+              1);  // bit 16 holds both values of the branch back, never its attributes
     EXPECT_EQ(tree.text(), tree_text("<r><a DataID='1' P='p'>x</a><b DataID='2' "
                                      "ThemeApplicabilityEx='1' ThemeApplicability='65536' Q='r'>"
                                      "<c/></b></r>"));
@@ -439,7 +435,7 @@ TEST(_tree_set_values_by_ids, WritesAttributesAloneWithoutAValuesArray) {
     const CArray<int, int> ids = uxtest::number_list<int>({1});
     CWBOStringArray first = uxtest::string_list({"p"});
 
-    EXPECT_EQ(ux::_tree_set_values_by_ids(tree.root(), ids, {nullptr, "P", &first}, {}), 0);
+    EXPECT_EQ(ux::_tree_set_values_by_ids(tree, ids, {nullptr, "P", &first}, {}), 0);
     EXPECT_EQ(tree.text(), tree_text("<r><a DataID='1' DynaFx='f' P='p'>o</a></r>"));
 }
 
@@ -449,10 +445,9 @@ TEST(_tree_set_values_by_ids, RefusesAttributeListsOfAnotherLength) {
     CWBOStringArray two = uxtest::string_list({"p", "q"});
     CWBOStringArray none;
 
-    EXPECT_EQ(ux::_tree_set_values_by_ids(tree.root(), ids, {nullptr, "P", &two}, {}), -3);
-    EXPECT_EQ(
-        ux::_tree_set_values_by_ids(tree.root(), ids, {nullptr, nullptr, nullptr, "P", &none}, {}),
-        -3);
+    EXPECT_EQ(ux::_tree_set_values_by_ids(tree, ids, {nullptr, "P", &two}, {}), -3);
+    EXPECT_EQ(ux::_tree_set_values_by_ids(tree, ids, {nullptr, nullptr, nullptr, "P", &none}, {}),
+              -3);
 }
 
 // --- the watch ---------------------------------------------------------------------------------
@@ -499,14 +494,11 @@ TEST(_tree_set_values_by_ids, CallsTheWatchBeforeItsLeafIsWritten) {
 }
 
 TEST(vctree_copy_values_by_id, LeavesNoPointerInAWatchThatThrows) {
-    const TestTree from("<r><a DataID='1'>x</a></r>");
-    const TestTree to("<r><a DataID='1'>old</a></r>");
-    UXXmlWrapperBase source = from.root();
-    UXXmlWrapperBase target = to.root();
+    TestTree from("<r><a DataID='1'>x</a></r>");
+    TestTree to("<r><a DataID='1'>old</a></r>");
     _SETVALUESBYIDS watch{[](_SETVALUESBYIDS*) { throw std::runtime_error("no"); }, 1, 0, nullptr};
 
-    EXPECT_EQ(
-        vctree_copy_values_by_id(&source, &target, 0, nullptr, nullptr, 0, &watch, 0, 0, 0, 0), -1);
+    EXPECT_EQ(vctree_copy_values_by_id(&from, &to, 0, nullptr, nullptr, 0, &watch, 0, 0, 0, 0), -1);
 
     EXPECT_EQ(watch.value, nullptr);
     EXPECT_EQ(watch.inProgress, 0);
@@ -548,7 +540,7 @@ TEST(_tree_set_values_by_ids, EndsTheLevelWhenTheWatchRemovesTheNode) {
     ux::SetOptions options;
     options.callback = &watch;
 
-    set_values(tree.root(), {{1, "x"}, {2, "y"}}, options);
+    set_values(tree, {{1, "x"}, {2, "y"}}, options);
 
     EXPECT_EQ(watch.inProgress, 0);
     EXPECT_EQ(tree.text(), tree_text("<r><g><a DataID='2'/></g></r>"));

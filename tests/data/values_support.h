@@ -34,7 +34,7 @@ inline Entries collected(const UXXmlWrapperBase& tree, const ux::CollectOptions&
     return entries(ids, values);
 }
 inline Entries collected(const char* xml, const ux::CollectOptions& options = {}) {
-    return collected(TestTree(xml).root(), options);
+    return collected(TestTree(xml), options);
 }
 
 inline int set_values(const UXXmlWrapperBase& tree, const Entries& given,
@@ -54,7 +54,7 @@ inline int set_values(const UXXmlWrapperBase& tree, const Entries& given,
 inline std::string after_setting(const char* xml, const Entries& given,
                                  const ux::SetOptions& options = {}) {
     TestTree tree(xml);
-    set_values(tree.root(), given, options);
+    set_values(tree, given, options);
     return tree.text();
 }
 

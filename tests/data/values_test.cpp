@@ -19,9 +19,8 @@ TEST(vctree_empty_values_with_ids, EmptiesLeavesWithAnIdentifierOtherThanMinusOn
     TestTree tree(
         "<r DataID='1'><a DataID='1'>x</a><a>x</a><a DataID='-1'>x</a><a DataID='-2'>x</a>"
         "<b DataID='-1'>own<a DataID='0'>x</a></b><b>own<a DataID='3'/></b></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(vctree_empty_values_with_ids(&root), 4);
+    EXPECT_EQ(vctree_empty_values_with_ids(&tree), 4);
     EXPECT_EQ(tree.text(),
               tree_text("<r DataID='1'><a DataID='1'/><a>x</a><a DataID='-1'>x</a><a DataID='-2'/>"
                         "<b DataID='-1'>own<a DataID='0'/></b><b>own<a DataID='3'/></b></r>"));
@@ -29,10 +28,9 @@ TEST(vctree_empty_values_with_ids, EmptiesLeavesWithAnIdentifierOtherThanMinusOn
 
 TEST(vctree_empty_values_with_ids, NeverTouchesTheStartNode) {
     TestTree tree("<r DataID='1'>x</r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
-    EXPECT_EQ(vctree_empty_values_with_ids(&root), 0);
+    EXPECT_EQ(vctree_empty_values_with_ids(&tree), 0);
     EXPECT_EQ(tree.text(), tree_text("<r DataID='1'>x</r>"));
     EXPECT_EQ(vctree_empty_values_with_ids(nullptr), -1);
     EXPECT_EQ(vctree_empty_values_with_ids(&invalid), -1);
@@ -40,19 +38,17 @@ TEST(vctree_empty_values_with_ids, NeverTouchesTheStartNode) {
 
 TEST(uxtree_clear_all_value, EmptiesEveryLeafBelow) {
     TestTree tree("<r>own<a DataID='1'>x</a><b>own<a>y</a></b></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    uxtree_clear_all_value(&root);
+    uxtree_clear_all_value(&tree);
 
     EXPECT_EQ(tree.text(), tree_text("<r>own<a DataID='1'/><b>own<a/></b></r>"));
 }
 
 TEST(uxtree_clear_all_value, NeverTouchesTheStartNode) {
     TestTree tree("<r>x</r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
-    uxtree_clear_all_value(&root);
+    uxtree_clear_all_value(&tree);
     uxtree_clear_all_value(&invalid);
     uxtree_clear_all_value(nullptr);
 
@@ -73,7 +69,7 @@ TEST(vctree_set_values_by_nodeids, WritesLeavesByTheirNodeId) {
         "<r><a NodeID='1'>o</a><b NodeID='2' RepeatID='4'>o<a NodeID='2' DynaFx='f'>o</a></b>"
         "<a DataID='1'>o</a><a NodeID='x'>o</a><a NodeID='9'>o</a><a NodeID='-1'>o</a></r>");
 
-    EXPECT_EQ(set_by_nodeids(tree.root(), {2, 1, 2, -1}, {"::{Auto=1}x", "y", "no", ""}), 3);
+    EXPECT_EQ(set_by_nodeids(tree, {2, 1, 2, -1}, {"::{Auto=1}x", "y", "no", ""}), 3);
     EXPECT_EQ(tree.text(), tree_text("<r><a NodeID='1'>y</a><b NodeID='2' RepeatID='4'>o"
                                      "<a NodeID='2' DynaFx='f'>::{Auto=1}x</a></b>"
                                      "<a DataID='1'>o</a><a NodeID='x'>o</a><a NodeID='9'>o</a>"
@@ -82,31 +78,29 @@ TEST(vctree_set_values_by_nodeids, WritesLeavesByTheirNodeId) {
 
 TEST(vctree_set_values_by_nodeids, RefusesBadArguments) {
     TestTree tree("<r><a NodeID='1'>o</a></r>");
-    UXXmlWrapperBase root = tree.root();
     CArray<int, int> ids = uxtest::number_list<int>({1});
     CWBOStringArray values = uxtest::string_list({"x"});
     UXXmlWrapperBase invalid;
 
     EXPECT_EQ(vctree_set_values_by_nodeids(nullptr, &ids, &values), -1);
     EXPECT_EQ(vctree_set_values_by_nodeids(&invalid, &ids, &values), -1);
-    EXPECT_EQ(vctree_set_values_by_nodeids(&root, nullptr, &values), -1);
-    EXPECT_EQ(vctree_set_values_by_nodeids(&root, &ids, nullptr), -1);
-    EXPECT_EQ(set_by_nodeids(tree.root(), {}, {"x"}), -2);
-    EXPECT_EQ(set_by_nodeids(tree.root(), {1}, {}), -2);
-    EXPECT_EQ(set_by_nodeids(tree.root(), {1, 2}, {"x"}), -3);
+    EXPECT_EQ(vctree_set_values_by_nodeids(&tree, nullptr, &values), -1);
+    EXPECT_EQ(vctree_set_values_by_nodeids(&tree, &ids, nullptr), -1);
+    EXPECT_EQ(set_by_nodeids(tree, {}, {"x"}), -2);
+    EXPECT_EQ(set_by_nodeids(tree, {1}, {}), -2);
+    EXPECT_EQ(set_by_nodeids(tree, {1, 2}, {"x"}), -3);
     EXPECT_EQ(tree.text(), tree_text("<r><a NodeID='1'>o</a></r>"));
 }
 
 TEST(uxtree_set_values_by_nodeids, TakesScriptArraysOfTheRightTypesOnly) {
     TestTree tree("<r><a NodeID='1'>o</a></r>");
-    UXXmlWrapperBase root = tree.root();
     auto ids = uxtest::script_ints({1});
     auto values = uxtest::script_texts({"x"});
 
-    EXPECT_EQ(uxtree_set_values_by_nodeids(&root, &values, &values), -1);
-    EXPECT_EQ(uxtree_set_values_by_nodeids(&root, &ids, nullptr), -1);
+    EXPECT_EQ(uxtree_set_values_by_nodeids(&tree, &values, &values), -1);
+    EXPECT_EQ(uxtree_set_values_by_nodeids(&tree, &ids, nullptr), -1);
     EXPECT_EQ(uxtree_set_values_by_nodeids(nullptr, &ids, &values), -1);
-    EXPECT_EQ(uxtree_set_values_by_nodeids(&root, &ids, &values), 1);
+    EXPECT_EQ(uxtree_set_values_by_nodeids(&tree, &ids, &values), 1);
     EXPECT_EQ(tree.text(), tree_text("<r><a NodeID='1'>x</a></r>"));
 }
 
@@ -114,9 +108,8 @@ TEST(uxtree_set_values_by_nodeids, TakesScriptArraysOfTheRightTypesOnly) {
 
 std::vector<std::string> listed(const char* xml, bool childrenOnly) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
     CWBOStringArray values = uxtest::string_list({"kept"});
-    EXPECT_EQ(VCTreeGetValues(&root, &values, childrenOnly), 0);
+    EXPECT_EQ(VCTreeGetValues(&tree, &values, childrenOnly), 0);
     return texts(values);
 }
 
@@ -137,23 +130,21 @@ TEST(VCTreeGetValues, GoesOneLevelDeepWithChildrenOnly) {
 
 TEST(uxtree_get_values, NeedsAStringArrayOnly) {
     TestTree tree("<r>x</r>");
-    UXXmlWrapperBase root = tree.root();
     auto values = uxtest::script_texts({});
     auto ints = uxtest::script_ints({});
 
-    EXPECT_EQ(uxtree_get_values(&root, &values, false), 0);
+    EXPECT_EQ(uxtree_get_values(&tree, &values, false), 0);
     EXPECT_THAT(texts(values.array()), ElementsAre("x"));
     EXPECT_EQ(uxtree_get_values(nullptr, &values, false), 0);
-    EXPECT_EQ(uxtree_get_values(&root, &ints, false), -1);
-    EXPECT_EQ(uxtree_get_values(&root, nullptr, false), -1);
+    EXPECT_EQ(uxtree_get_values(&tree, &ints, false), -1);
+    EXPECT_EQ(uxtree_get_values(&tree, nullptr, false), -1);
 }
 
 // --- replacing ---------------------------------------------------------------------------------
 
 std::string replaced(const char* xml, const char* oldText, const char* newText) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
-    uxtree_recursively_replace_values(&root, oldText, newText);
+    uxtree_recursively_replace_values(&tree, oldText, newText);
     return tree.text();
 }
 

@@ -109,10 +109,9 @@ void expect_collected(const std::string& themed) {
         "<r><b DataID='1' ThemeApplicability='1048576' Data='1;3' Auto='4;5'><c/></b>"
         "<b DataID='2' ThemeApplicabilityEx='1' Use='6;7' Data='1;3'><c "
         "DataID='3'>8;9</c></b></r>");
-    UXXmlWrapperBase root = tree.root();
     CArray<int, int> ids;
     CWBOStringArray values;
-    vctree_get_values_with_ids(&root, &ids, &values, 1, 0, 0, nullptr, 0, nullptr);
+    vctree_get_values_with_ids(&tree, &ids, &values, 1, 0, 0, nullptr, 0, nullptr);
     CStringUTF8 text;
     UXJoinTokens(text, values, " ");
     expect(static_cast<const char*>(text), "::{Auto=4;5}" + themed + " 6;7 " + themed + " 8;9",
