@@ -27,8 +27,7 @@ std::string written_outline(const std::string& text, DWORD flags) {
     TemporaryFolder folder;
     const std::string path = folder.write("f.xml", text);
     TestTree target("<t/>");
-    UXXmlWrapperBase root = target.root();
-    EXPECT_EQ(SAXTreeLayout(&root, nullptr, path.c_str(), flags), 0);
+    EXPECT_EQ(SAXTreeLayout(&target, nullptr, path.c_str(), flags), 0);
     return target.text();
 }
 void expect_outline(const std::string& text, const std::string& entries) {
@@ -41,11 +40,9 @@ void expect_outline(const std::string& text, const std::string& entries) {
 }
 
 std::string tree_outline(const char* source) {
-    TestTree tree(source);
-    UXXmlWrapperBase from = tree.root();
+    TestTree from(source);
     TestTree target("<t/>");
-    UXXmlWrapperBase root = target.root();
-    EXPECT_EQ(SAXTreeLayout(&root, &from, nullptr, 0), 0);
+    EXPECT_EQ(SAXTreeLayout(&target, &from, nullptr, 0), 0);
     return target.text();
 }
 
@@ -196,9 +193,8 @@ TEST(SAXTreeLayout, WritesOneEmptyEntryForAFileThatCannotBeRead) {
         for (const std::string& path :
              {folder.path("missing"), folder.path("."), pipe, ""s, folder.write("empty.xml", "")}) {
             TestTree target("<t><kept/></t>");
-            UXXmlWrapperBase root = target.root();
 
-            EXPECT_EQ(SAXTreeLayout(&root, nullptr, path.c_str(), flags), 0) << path;
+            EXPECT_EQ(SAXTreeLayout(&target, nullptr, path.c_str(), flags), 0) << path;
 
             EXPECT_EQ(target.text(), "<t><kept></kept>"s + kEmpty + "</t>") << path;
         }
@@ -222,9 +218,8 @@ TEST(SAXTreeLayout, MapsFilesThatFillTheirPages) {
 
 TEST(SAXTreeLayout, NullTargetOrNothingToOutlineGives1) {
     TestTree tree("<t/>");
-    UXXmlWrapperBase root = tree.root();
-    EXPECT_EQ(SAXTreeLayout(nullptr, &root, "f", 0), 1);
-    EXPECT_EQ(SAXTreeLayout(&root, nullptr, nullptr, 0), 1);
+    EXPECT_EQ(SAXTreeLayout(nullptr, &tree, "f", 0), 1);
+    EXPECT_EQ(SAXTreeLayout(&tree, nullptr, nullptr, 0), 1);
     UXXmlWrapperBase invalid;
     EXPECT_EQ(SAXTreeLayout(&invalid, nullptr, nullptr, 0), 1);
     EXPECT_EQ(tree.text(), "<t></t>");
@@ -232,29 +227,25 @@ TEST(SAXTreeLayout, NullTargetOrNothingToOutlineGives1) {
 
 TEST(SAXTreeLayout, InvalidTargetGives2) {
     TestTree tree("<t/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
-    EXPECT_EQ(SAXTreeLayout(&invalid, &root, nullptr, 0), 2);
+    EXPECT_EQ(SAXTreeLayout(&invalid, &tree, nullptr, 0), 2);
     EXPECT_EQ(SAXTreeLayout(&invalid, &invalid, nullptr, 0), 2);
     EXPECT_EQ(tree.text(), "<t></t>");
 }
 
 TEST(SAXTreeLayout, InvalidSourceGives3) {
     TestTree tree("<t/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
-    EXPECT_EQ(SAXTreeLayout(&root, &invalid, "f.xml", 0), 3);
+    EXPECT_EQ(SAXTreeLayout(&tree, &invalid, "f.xml", 0), 3);
     EXPECT_EQ(tree.text(), "<t></t>");
 }
 
 TEST(SAXTreeLayout, AppendsOneNodeAndKeepsWhatIsThere) {
     TestTree target("<t a='1'>text<x/></t>");
     TestTree source("<s/>");
-    UXXmlWrapperBase root = target.root();
-    UXXmlWrapperBase from = source.root();
 
-    EXPECT_EQ(SAXTreeLayout(&root, &from, nullptr, 0), 0);
-    EXPECT_EQ(SAXTreeLayout(&root, &from, nullptr, 0), 0);
+    EXPECT_EQ(SAXTreeLayout(&target, &source, nullptr, 0), 0);
+    EXPECT_EQ(SAXTreeLayout(&target, &source, nullptr, 0), 0);
 
     EXPECT_EQ(target.text(),
               "<t a=\"1\">text<x></x><Node Label=\"s\"></Node>"
@@ -265,15 +256,14 @@ TEST(uxtree_layout, PassesItsArgumentsOn) {
     TemporaryFolder folder;
     const std::string path = folder.write("f.xml", "<r>\xF0\x9F\x93\x88<b/></r>");
     TestTree target("<t/>");
-    UXXmlWrapperBase root = target.root();
     UXXmlWrapperBase invalid;
 
-    EXPECT_EQ(uxtree_layout(&root, nullptr, path.c_str(), kMapped), 0);
+    EXPECT_EQ(uxtree_layout(&target, nullptr, path.c_str(), kMapped), 0);
     EXPECT_EQ(target.text(), "<t><Node Label=\"r\"><Node Label=\"b\"></Node></Node></t>");
     EXPECT_EQ(uxtree_layout(nullptr, nullptr, path.c_str(), 0), 1);
-    EXPECT_EQ(uxtree_layout(&root, nullptr, nullptr, 0), 1);
+    EXPECT_EQ(uxtree_layout(&target, nullptr, nullptr, 0), 1);
     EXPECT_EQ(uxtree_layout(&invalid, nullptr, path.c_str(), 0), 2);
-    EXPECT_EQ(uxtree_layout(&root, &invalid, path.c_str(), 0), 3);
+    EXPECT_EQ(uxtree_layout(&target, &invalid, path.c_str(), 0), 3);
 }
 
 // --- trees -------------------------------------------------------------------------------------
@@ -301,9 +291,8 @@ TEST(SAXTreeLayout, OutlinesABranchWithoutItsSurroundings) {
     TestTree tree("<r><a x=''><b/></a><c/></r>");
     UXXmlWrapperBase branch = tree.at("a");
     TestTree target("<t/>");
-    UXXmlWrapperBase root = target.root();
 
-    EXPECT_EQ(SAXTreeLayout(&root, &branch, nullptr, 0), 0);
+    EXPECT_EQ(SAXTreeLayout(&target, &branch, nullptr, 0), 0);
 
     EXPECT_EQ(target.text(),
               "<t><Node Label=\"a\"><Attr Label=\"@x\"></Attr>"
@@ -314,20 +303,17 @@ TEST(SAXTreeLayout, SourceWinsOverTheFileName) {
     TemporaryFolder folder;
     const std::string path = folder.write("f.xml", "<file/>");
     TestTree source("<s/>");
-    UXXmlWrapperBase from = source.root();
     for (const DWORD flags : kVariants) {
         TestTree target("<t/>");
-        UXXmlWrapperBase root = target.root();
-        EXPECT_EQ(SAXTreeLayout(&root, &from, path.c_str(), flags), 0);
+        EXPECT_EQ(SAXTreeLayout(&target, &source, path.c_str(), flags), 0);
         EXPECT_EQ(target.text(), "<t><Node Label=\"s\"></Node></t>");
     }
 }
 
 TEST(SAXTreeLayout, SourceMayBeTheTarget) {
     TestTree tree("<r><a x=''/></r>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(SAXTreeLayout(&root, &root, nullptr, 0), 0);
+    EXPECT_EQ(SAXTreeLayout(&tree, &tree, nullptr, 0), 0);
 
     EXPECT_EQ(tree.text(),
               "<r><a x=\"\"></a><Node Label=\"r\"><Node Label=\"a\">"

@@ -12,8 +12,7 @@ namespace {
 
 std::string outline_of(const char* path, DWORD flags) {
     uxtest::TestTree target("<t/>");
-    UXXmlWrapperBase root = target.root();
-    EXPECT_EQ(SAXTreeLayout(&root, nullptr, path, flags), 0);
+    EXPECT_EQ(SAXTreeLayout(&target, nullptr, path, flags), 0);
     return target.text();
 }
 

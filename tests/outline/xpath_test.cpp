@@ -29,8 +29,7 @@ struct Evaluated {
     Evaluated(const char* xml, const char* path, bool table) { run(xml, path, table); }
     void run(const char* xml, const char* path, bool table) {
         TestTree tree(xml);
-        UXXmlWrapperBase root = tree.root();
-        result = TreeEvalXPath(&values, &offsets, &names, &root, nullptr, path, table);
+        result = TreeEvalXPath(&values, &offsets, &names, &tree, nullptr, path, table);
         EXPECT_EQ(tree.text(), TestTree(xml).text());
     }
 };
@@ -241,15 +240,14 @@ TEST(TreeEvalXPath, StepsAreComparedExactly) {
 
 TEST(TreeEvalXPath, NullArgumentsGive1) {
     TestTree tree(kTree);
-    UXXmlWrapperBase root = tree.root();
     CWBOStringArray values;
     CArray<unsigned int> offsets;
     CWBOStringArray names;
-    EXPECT_EQ(TreeEvalXPath(nullptr, &offsets, &names, &root, "", "/r", false), 1);
-    EXPECT_EQ(TreeEvalXPath(&values, nullptr, &names, &root, "", "/r", false), 1);
-    EXPECT_EQ(TreeEvalXPath(&values, &offsets, nullptr, &root, "", "/r", false), 1);
+    EXPECT_EQ(TreeEvalXPath(nullptr, &offsets, &names, &tree, "", "/r", false), 1);
+    EXPECT_EQ(TreeEvalXPath(&values, nullptr, &names, &tree, "", "/r", false), 1);
+    EXPECT_EQ(TreeEvalXPath(&values, &offsets, nullptr, &tree, "", "/r", false), 1);
     EXPECT_EQ(TreeEvalXPath(&values, &offsets, &names, nullptr, "", "/r", false), 1);
-    EXPECT_EQ(TreeEvalXPath(&values, &offsets, &names, &root, "", nullptr, false), 1);
+    EXPECT_EQ(TreeEvalXPath(&values, &offsets, &names, &tree, "", nullptr, false), 1);
     EXPECT_TRUE(values.IsEmpty() && offsets.IsEmpty() && names.IsEmpty());
 }
 
@@ -313,18 +311,17 @@ TEST(TreeEvalXPath, DeepTreesAndLongPathsNeedNoStack) {
 
 TEST(uxtree_xpath, FillsScriptArrays) {
     TestTree tree(kTree);
-    UXXmlWrapperBase root = tree.root();
     auto values = script_texts({"before"});
     auto offsets = script_ints({7, 8, 9});
     auto names = script_texts({});
 
-    EXPECT_EQ(uxtree_xpath(&values, &offsets, &names, &root, nullptr, "/r|a", false), 0);
+    EXPECT_EQ(uxtree_xpath(&values, &offsets, &names, &tree, nullptr, "/r|a", false), 0);
 
     EXPECT_THAT(texts(values.array()), ElementsAre("before", "1", "2", "3"));
     EXPECT_THAT(numbers(offsets.array()), ElementsAre(1, 4));
     EXPECT_THAT(texts(names.array()), ElementsAre("a"));
 
-    EXPECT_EQ(uxtree_xpath(&values, &offsets, &names, &root, nullptr, "/r|a", true), 0);
+    EXPECT_EQ(uxtree_xpath(&values, &offsets, &names, &tree, nullptr, "/r|a", true), 0);
 
     EXPECT_THAT(texts(values.array()), ElementsAre("1", "3", "2", ""));
     EXPECT_THAT(numbers(offsets.array()), ElementsAre(0, 2, 4));
@@ -333,19 +330,18 @@ TEST(uxtree_xpath, FillsScriptArrays) {
 
 TEST(uxtree_xpath, MissingOrWrongObjectsGive1) {
     TestTree tree(kTree);
-    UXXmlWrapperBase root = tree.root();
     auto values = script_texts({"v"});
     auto offsets = script_ints({1});
     auto names = script_texts({"n"});
     auto wrong = script_doubles({1});
-    EXPECT_EQ(uxtree_xpath(nullptr, &offsets, &names, &root, nullptr, "/r", false), 1);
-    EXPECT_EQ(uxtree_xpath(&values, nullptr, &names, &root, nullptr, "/r", false), 1);
-    EXPECT_EQ(uxtree_xpath(&values, &offsets, nullptr, &root, nullptr, "/r", false), 1);
-    EXPECT_EQ(uxtree_xpath(&wrong, &offsets, &names, &root, nullptr, "/r", false), 1);
-    EXPECT_EQ(uxtree_xpath(&values, &wrong, &names, &root, nullptr, "/r", false), 1);
-    EXPECT_EQ(uxtree_xpath(&values, &offsets, &wrong, &root, nullptr, "/r", false), 1);
+    EXPECT_EQ(uxtree_xpath(nullptr, &offsets, &names, &tree, nullptr, "/r", false), 1);
+    EXPECT_EQ(uxtree_xpath(&values, nullptr, &names, &tree, nullptr, "/r", false), 1);
+    EXPECT_EQ(uxtree_xpath(&values, &offsets, nullptr, &tree, nullptr, "/r", false), 1);
+    EXPECT_EQ(uxtree_xpath(&wrong, &offsets, &names, &tree, nullptr, "/r", false), 1);
+    EXPECT_EQ(uxtree_xpath(&values, &wrong, &names, &tree, nullptr, "/r", false), 1);
+    EXPECT_EQ(uxtree_xpath(&values, &offsets, &wrong, &tree, nullptr, "/r", false), 1);
     EXPECT_EQ(uxtree_xpath(&values, &offsets, &names, nullptr, nullptr, "/r", false), 1);
-    EXPECT_EQ(uxtree_xpath(&values, &offsets, &names, &root, nullptr, nullptr, false), 1);
+    EXPECT_EQ(uxtree_xpath(&values, &offsets, &names, &tree, nullptr, nullptr, false), 1);
     EXPECT_THAT(texts(values.array()), ElementsAre("v"));
     EXPECT_THAT(numbers(offsets.array()), ElementsAre(1));
     EXPECT_THAT(texts(names.array()), ElementsAre("n"));
@@ -353,12 +349,11 @@ TEST(uxtree_xpath, MissingOrWrongObjectsGive1) {
 
 TEST(uxtree_xpath, PassesFailuresOnWithoutChanges) {
     TestTree tree(kTree);
-    UXXmlWrapperBase root = tree.root();
     auto values = script_texts({"v"});
     auto offsets = script_ints({1});
     auto names = script_texts({"n"});
-    EXPECT_EQ(uxtree_xpath(&values, &offsets, &names, &root, nullptr, "r", false), 4);
-    EXPECT_EQ(uxtree_xpath(&values, &offsets, &names, &root, nullptr, "/s", true), 5);
+    EXPECT_EQ(uxtree_xpath(&values, &offsets, &names, &tree, nullptr, "r", false), 4);
+    EXPECT_EQ(uxtree_xpath(&values, &offsets, &names, &tree, nullptr, "/s", true), 5);
     EXPECT_THAT(texts(values.array()), ElementsAre("v"));
     EXPECT_THAT(numbers(offsets.array()), ElementsAre(1));
     EXPECT_THAT(texts(names.array()), ElementsAre("n"));
