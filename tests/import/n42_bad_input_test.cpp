@@ -38,11 +38,10 @@ TEST(VCTree_n42_, TruncatedFilesAreRefusedAtEveryByte) {
         measured(spectrum_of("1 0 5", kCounted)) + "</RadInstrumentData>";
     const TemporaryFolder folder;
     TestTree tree("<t><old/></t>");
-    UXXmlWrapperBase root = tree.root();
 
     for (std::size_t length = 0; length < whole.size(); ++length) {
         const std::string path = folder.write("cut.n42", whole.substr(0, length));
-        ASSERT_EQ(VCTree_n42_(&root, path.c_str(), nullptr, nullptr, 0), -9093) << length;
+        ASSERT_EQ(VCTree_n42_(&tree, path.c_str(), nullptr, nullptr, 0), -9093) << length;
     }
     EXPECT_EQ(tree.text(), kNothing);
 }

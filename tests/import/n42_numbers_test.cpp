@@ -112,8 +112,7 @@ TEST_P(ChannelLists, PlainAndCompressed) {
     const auto as_numbers = [](const std::string& text) {
         TestTree tree(("<n>" + text + "</n>").c_str());
         CArray<double, double> values;
-        UXXmlWrapperBase node = tree.root();
-        node.NodeValue(values, 1);
+        tree.NodeValue(values, 1);
         return numbers(values);
     };
     EXPECT_EQ(as_numbers(read_channels(GetParam().text, kCounted)), as_numbers(GetParam().counted));

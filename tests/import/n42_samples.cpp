@@ -174,8 +174,7 @@ TEST_P(Sample, DetectorsAgree) {
 
 TEST_P(Sample, SpectraAndGrossCountsAgree) {
     uxtest::TestTree tree("<t><old/></t>");
-    UXXmlWrapperBase root = tree.root();
-    const int result = VCTree_n42_(&root, path_.c_str(), nullptr, nullptr, 0);
+    const int result = VCTree_n42_(&tree, path_.c_str(), nullptr, nullptr, 0);
     if (truth_.is_null()) {
         EXPECT_EQ(result, -9093);
         EXPECT_EQ(tree.text(), "<t><old></old></t>");

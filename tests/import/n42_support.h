@@ -22,8 +22,8 @@ public:
     explicit Import(const std::string& content, const std::vector<std::string>& selection = {},
                     DWORD flags = 0)
         : detectors(string_list(selection)) {
-        UXXmlWrapperBase root = tree.root();
-        UXXmlWrapperBase info = infoTree.root();
+        UXXmlWrapperBase root = tree;
+        UXXmlWrapperBase info = infoTree;
         const std::string path = folder_.write("spectra.n42", content);
         result = VCTree_n42_(&root, path.c_str(), &detectors, &info, flags);
     }

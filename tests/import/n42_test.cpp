@@ -17,12 +17,11 @@ namespace {
 TEST(VCTree_n42_, FileIsTestedBeforeEverythingElse) {
     const TemporaryFolder folder;
     TestTree tree("<t/>");
-    UXXmlWrapperBase root = tree.root();
 
     EXPECT_EQ(VCTree_n42_(nullptr, nullptr, nullptr, nullptr, kPreview), -9093);
     EXPECT_EQ(VCTree_n42_(nullptr, "", nullptr, nullptr, 0), -9093);
-    EXPECT_EQ(VCTree_n42_(&root, folder.path("missing").c_str(), nullptr, nullptr, 0), -9093);
-    EXPECT_EQ(VCTree_n42_(&root, folder.path("").c_str(), nullptr, nullptr, 0), -9093);
+    EXPECT_EQ(VCTree_n42_(&tree, folder.path("missing").c_str(), nullptr, nullptr, 0), -9093);
+    EXPECT_EQ(VCTree_n42_(&tree, folder.path("").c_str(), nullptr, nullptr, 0), -9093);
 }
 
 TEST(VCTree_n42_, PreviewNeedsADetectorArrayButNoTree) {
@@ -42,11 +41,10 @@ TEST(VCTree_n42_, ImportNeedsATreeBeforeAnythingIsRead) {
     const std::string path = folder.write(
         "f.n42", in_2011("<RadDetectorInformation id='A'/>" + measured(spectrum_of("1"))));
     TestTree info("<info/>");
-    UXXmlWrapperBase infoRoot = info.root();
     UXXmlWrapperBase invalid;
 
-    EXPECT_EQ(VCTree_n42_(nullptr, path.c_str(), nullptr, &infoRoot, 0), -9096);
-    EXPECT_EQ(VCTree_n42_(&invalid, path.c_str(), nullptr, &infoRoot, 0), -9096);
+    EXPECT_EQ(VCTree_n42_(nullptr, path.c_str(), nullptr, &info, 0), -9096);
+    EXPECT_EQ(VCTree_n42_(&invalid, path.c_str(), nullptr, &info, 0), -9096);
     EXPECT_EQ(info.text(), "<info></info>");
 }
 
@@ -60,19 +58,18 @@ TEST(uxtree_n42, ForwardsWithAStringArrayOrNull) {
     const std::string path = folder.write(
         "f.n42", in_2011("<RadDetectorInformation id='A'/>" + measured(spectrum_of("1"))));
     TestTree tree("<t/>");
-    UXXmlWrapperBase root = tree.root();
     auto detectors = script_texts({});
     auto numbers = script_ints({});
 
-    EXPECT_EQ(uxtree_n42(&root, path.c_str(), &numbers, nullptr, 0), -1);
-    EXPECT_EQ(uxtree_n42(&root, path.c_str(), &numbers, nullptr, kPreview), -1);
-    EXPECT_EQ(uxtree_n42(&root, path.c_str(), nullptr, nullptr, kPreview), -1);
+    EXPECT_EQ(uxtree_n42(&tree, path.c_str(), &numbers, nullptr, 0), -1);
+    EXPECT_EQ(uxtree_n42(&tree, path.c_str(), &numbers, nullptr, kPreview), -1);
+    EXPECT_EQ(uxtree_n42(&tree, path.c_str(), nullptr, nullptr, kPreview), -1);
     EXPECT_EQ(tree.text(), "<t></t>");
     EXPECT_EQ(uxtree_n42(nullptr, path.c_str(), &detectors, nullptr, kPreview), 0);
     EXPECT_THAT(texts(detectors.array()), ElementsAre("A"));
-    EXPECT_EQ(uxtree_n42(&root, path.c_str(), nullptr, nullptr, 0), 0);
+    EXPECT_EQ(uxtree_n42(&tree, path.c_str(), nullptr, nullptr, 0), 0);
     EXPECT_THAT(tree.text(), HasSubstr("<ChannelData_0"));
-    EXPECT_EQ(uxtree_n42(&root, nullptr, nullptr, nullptr, 0), -9093);
+    EXPECT_EQ(uxtree_n42(&tree, nullptr, nullptr, nullptr, 0), -9093);
 }
 
 TEST(VCTree_n42_, FileWithNothingToImportLeavesTheTreeAlone) {
@@ -125,16 +122,14 @@ TEST(VCTree_n42_, InformationTreeGetsEveryDetectorOnEveryImport) {
                                       "</RadDetectorInformation><RadDetectorInformation/>"));
     TestTree tree("<t><old/></t>");
     TestTree info("<info><n42 Branch='0'/></info>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase infoRoot = info.root();
     const std::string copies =
         "<RadDetectorInformation id=\"A\" Label=\"A\"><Kind k=\"1\">NaI</Kind>"
         "</RadDetectorInformation><RadDetectorInformation Label=\"\"></RadDetectorInformation>";
 
-    EXPECT_EQ(VCTree_n42_(&root, path.c_str(), nullptr, &infoRoot, 0), 0);
+    EXPECT_EQ(VCTree_n42_(&tree, path.c_str(), nullptr, &info, 0), 0);
     EXPECT_EQ(info.text(),
               "<info><n42 Branch=\"1\"><Detectors>" + copies + "</Detectors></n42></info>");
-    EXPECT_EQ(VCTree_n42_(&root, path.c_str(), nullptr, &infoRoot, 0), 0);
+    EXPECT_EQ(VCTree_n42_(&tree, path.c_str(), nullptr, &info, 0), 0);
     EXPECT_EQ(info.text(), "<info><n42 Branch=\"1\"><Detectors>" + copies + copies +
                                "</Detectors></n42></info>");
     EXPECT_EQ(tree.text(), kNothing);
@@ -145,11 +140,10 @@ TEST(VCTree_n42_, InformationTreeMayBeMissingOrInvalid) {
     const std::string path = folder.write(
         "f.n42", in_2011("<RadDetectorInformation id='A'/>" + measured(spectrum_of("1"))));
     TestTree tree("<t/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
-    EXPECT_EQ(VCTree_n42_(&root, path.c_str(), nullptr, nullptr, 0), 0);
-    EXPECT_EQ(VCTree_n42_(&root, path.c_str(), nullptr, &invalid, 0), 0);
+    EXPECT_EQ(VCTree_n42_(&tree, path.c_str(), nullptr, nullptr, 0), 0);
+    EXPECT_EQ(VCTree_n42_(&tree, path.c_str(), nullptr, &invalid, 0), 0);
     EXPECT_FALSE(invalid.IsNodeValid());
 }
 

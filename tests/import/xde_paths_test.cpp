@@ -31,10 +31,9 @@ const char* const kEveryAttribute =
 
 std::string listed(DWORD filter) {
     TestTree tree(kEveryAttribute);
-    UXXmlWrapperBase node = tree.root();
     CWBOStringArray names;
     CWBOStringArray values;
-    EXPECT_EQ(vctree_XDE_XML_get_attributes(&names, &values, &node, filter), 1);
+    EXPECT_EQ(vctree_XDE_XML_get_attributes(&names, &values, &tree, filter), 1);
     std::string out;
     for (int i = 0; i < names.GetSize(); ++i) {
         out += static_cast<const char*>(names[i] + "=" + values[i] + " ");
@@ -78,26 +77,24 @@ TEST(vctree_XDE_XML_get_attributes, AllBitsLeaveOnlyWhatIsNoBookkeeping) {
 
 TEST(vctree_XDE_XML_get_attributes, AppendsAndTakesNullValues) {
     TestTree tree("<n a='1' b='2'/>");
-    UXXmlWrapperBase node = tree.root();
     CWBOStringArray names = string_list({"before"});
 
-    EXPECT_EQ(vctree_XDE_XML_get_attributes(&names, nullptr, &node, 0), 1);
+    EXPECT_EQ(vctree_XDE_XML_get_attributes(&names, nullptr, &tree, 0), 1);
 
     EXPECT_THAT(texts(names), ElementsAre("before", "a", "b"));
 }
 
 TEST(uxtree_XDE_get_attributes, ForwardsAndRefusesObjectsOfAnotherType) {
     TestTree tree("<n a='1'/>");
-    UXXmlWrapperBase node = tree.root();
     auto names = script_texts({});
     auto values = script_texts({});
     auto numbers = script_ints({});
 
-    EXPECT_EQ(uxtree_XDE_get_attributes(&names, &values, &node, 0), 1);
-    EXPECT_EQ(uxtree_XDE_get_attributes(&names, nullptr, &node, 0), 1);
-    EXPECT_EQ(uxtree_XDE_get_attributes(&names, &numbers, &node, 0), 0);
-    EXPECT_EQ(uxtree_XDE_get_attributes(&numbers, &values, &node, 0), 0);
-    EXPECT_EQ(uxtree_XDE_get_attributes(nullptr, &values, &node, 0), 0);
+    EXPECT_EQ(uxtree_XDE_get_attributes(&names, &values, &tree, 0), 1);
+    EXPECT_EQ(uxtree_XDE_get_attributes(&names, nullptr, &tree, 0), 1);
+    EXPECT_EQ(uxtree_XDE_get_attributes(&names, &numbers, &tree, 0), 0);
+    EXPECT_EQ(uxtree_XDE_get_attributes(&numbers, &values, &tree, 0), 0);
+    EXPECT_EQ(uxtree_XDE_get_attributes(nullptr, &values, &tree, 0), 0);
     EXPECT_THAT(texts(names.array()), ElementsAre("a", "a"));
     EXPECT_THAT(texts(values.array()), ElementsAre("1"));
 }
@@ -238,15 +235,14 @@ TEST(vctree_get_XDE_treenode_string_for_path_in_tree, IsTheLabelElseTheTag) {
 
 TEST(vctree_get_XDE_treenode_string_for_path_in_tree, UnusableArgumentsYieldZero) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase node = tree.root();
     UXXmlWrapperBase invalid;
     CStringUTF8 name("kept");
 
-    EXPECT_EQ(vctree_get_XDE_treenode_string_for_path_in_tree(nullptr, &node), 0);
+    EXPECT_EQ(vctree_get_XDE_treenode_string_for_path_in_tree(nullptr, &tree), 0);
     EXPECT_EQ(vctree_get_XDE_treenode_string_for_path_in_tree(&name, nullptr), 0);
     EXPECT_EQ(uxtree_get_XDE_treenode_string_for_path_in_tree(&name, &invalid), 0);
     EXPECT_EQ(name, "kept");
-    EXPECT_EQ(uxtree_get_XDE_treenode_string_for_path_in_tree(&name, &node), 1);
+    EXPECT_EQ(uxtree_get_XDE_treenode_string_for_path_in_tree(&name, &tree), 1);
     EXPECT_EQ(name, "r");
 }
 
@@ -267,11 +263,10 @@ struct Search {
 // The attribute n of the node found ("" for the root), or the result and the validity of found.
 std::string search(const Search& what) {
     TestTree tree(kTree);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase found = tree.at("x/y");
     CWBOStringArray path = string_list(what.path);
     const int result = vctree_find_XDE_treenode_from_path_in_tree(
-        &found, &root, &path, what.start, what.byTagOnly, nullptr, what.allowSlice);
+        &found, &tree, &path, what.start, what.byTagOnly, nullptr, what.allowSlice);
     EXPECT_EQ(result, found.IsNodeValid() ? 1 : 0);
     EXPECT_EQ(texts(path), what.path);
     if (result != 1) return "none";
@@ -330,12 +325,11 @@ TEST(vctree_find_XDE_treenode_from_path_in_tree, StartOutsideThePathFindsNothing
 
 TEST(vctree_find_XDE_treenode_from_path_in_tree, RestTakesThePathFromTheWildcardOn) {
     TestTree tree(kTree);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase found;
     CWBOStringArray path = string_list({"Root", "x", "*", "y", "*"});
     CWBOStringArray rest = string_list({"before"});
 
-    EXPECT_EQ(vctree_find_XDE_treenode_from_path_in_tree(&found, &root, &path, 0, 1, &rest, 0), 1);
+    EXPECT_EQ(vctree_find_XDE_treenode_from_path_in_tree(&found, &tree, &path, 0, 1, &rest, 0), 1);
 
     EXPECT_TRUE(found == tree.at("x"));
     EXPECT_THAT(texts(path), ElementsAre("Root", "x"));
@@ -348,24 +342,22 @@ TEST(vctree_find_XDE_treenode_from_path_in_tree, WithoutRestAWildcardIsAnOrdinar
 
 TEST(vctree_find_XDE_treenode_from_path_in_tree, RestIsEmptiedWithoutAWildcard) {
     TestTree tree(kTree);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase found;
     CWBOStringArray path = string_list({"Root"});
     CWBOStringArray rest = string_list({"before"});
 
-    EXPECT_EQ(vctree_find_XDE_treenode_from_path_in_tree(&found, &root, &path, 0, 0, &rest, 0), 1);
+    EXPECT_EQ(vctree_find_XDE_treenode_from_path_in_tree(&found, &tree, &path, 0, 0, &rest, 0), 1);
 
     EXPECT_THAT(texts(rest), IsEmpty());
 }
 
 TEST(vctree_find_XDE_treenode_from_path_in_tree, StartIsTestedAgainAfterTheCut) {
     TestTree tree(kTree);
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase found = root;
+    UXXmlWrapperBase found = tree;
     CWBOStringArray path = string_list({"*", "Root"});
     CWBOStringArray rest;
 
-    EXPECT_EQ(vctree_find_XDE_treenode_from_path_in_tree(&found, &root, &path, 1, 0, &rest, 0), 0);
+    EXPECT_EQ(vctree_find_XDE_treenode_from_path_in_tree(&found, &tree, &path, 1, 0, &rest, 0), 0);
 
     EXPECT_FALSE(found.IsNodeValid());
     EXPECT_THAT(texts(path), IsEmpty());
@@ -374,7 +366,7 @@ TEST(vctree_find_XDE_treenode_from_path_in_tree, StartIsTestedAgainAfterTheCut) 
 
 TEST(vctree_find_XDE_treenode_from_path_in_tree, FoundMayBeTheTreeItself) {
     TestTree tree(kTree);
-    UXXmlWrapperBase node = tree.root();
+    UXXmlWrapperBase node = tree;
     CWBOStringArray path = string_list({"Root", "Counts"});
 
     EXPECT_EQ(vctree_find_XDE_treenode_from_path_in_tree(&node, &node, &path, 0, 0, nullptr, 0), 1);
@@ -384,38 +376,36 @@ TEST(vctree_find_XDE_treenode_from_path_in_tree, FoundMayBeTheTreeItself) {
 
 TEST(vctree_find_XDE_treenode_from_path_in_tree, UnusableArgumentsChangeNothing) {
     TestTree tree(kTree);
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase found = root;
+    UXXmlWrapperBase found = tree;
     UXXmlWrapperBase invalid;
     CWBOStringArray path = string_list({"Root", "*"});
     CWBOStringArray rest = string_list({"kept"});
     const auto find = vctree_find_XDE_treenode_from_path_in_tree;
 
-    EXPECT_EQ(find(nullptr, &root, &path, 0, 0, &rest, 0), 0);
+    EXPECT_EQ(find(nullptr, &tree, &path, 0, 0, &rest, 0), 0);
     EXPECT_EQ(find(&found, nullptr, &path, 0, 0, &rest, 0), 0);
     EXPECT_EQ(find(&found, &invalid, &path, 0, 0, &rest, 0), 0);
-    EXPECT_EQ(find(&found, &root, nullptr, 0, 0, &rest, 0), 0);
-    EXPECT_TRUE(found == root);
+    EXPECT_EQ(find(&found, &tree, nullptr, 0, 0, &rest, 0), 0);
+    EXPECT_TRUE(found == tree);
     EXPECT_THAT(texts(path), ElementsAre("Root", "*"));
     EXPECT_THAT(texts(rest), ElementsAre("kept"));
 }
 
 TEST(uxtree_find_XDE_treenode_from_path_in_tree, Forwards) {
     TestTree tree(kTree);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase found;
     auto path = script_texts({"Root", "Counts", "*"});
     auto rest = script_texts({});
     auto numbers = script_ints({});
     const auto find = uxtree_find_XDE_treenode_from_path_in_tree;
 
-    EXPECT_EQ(find(&found, &root, &path, 0, 0, &numbers, 0), 0);
-    EXPECT_EQ(find(&found, &root, &numbers, 0, 0, &rest, 0), 0);
-    EXPECT_EQ(find(&found, &root, nullptr, 0, 0, &rest, 0), 0);
-    EXPECT_EQ(find(&found, &root, &path, 0, 0, &rest, 0), 1);
+    EXPECT_EQ(find(&found, &tree, &path, 0, 0, &numbers, 0), 0);
+    EXPECT_EQ(find(&found, &tree, &numbers, 0, 0, &rest, 0), 0);
+    EXPECT_EQ(find(&found, &tree, nullptr, 0, 0, &rest, 0), 0);
+    EXPECT_EQ(find(&found, &tree, &path, 0, 0, &rest, 0), 1);
     EXPECT_TRUE(found == tree.at("Counts"));
     EXPECT_THAT(texts(rest.array()), ElementsAre("*"));
-    EXPECT_EQ(find(&found, &root, &path, 0, 0, nullptr, 0), 1);
+    EXPECT_EQ(find(&found, &tree, &path, 0, 0, nullptr, 0), 1);
 }
 
 // ---- values
@@ -423,14 +413,13 @@ TEST(uxtree_find_XDE_treenode_from_path_in_tree, Forwards) {
 
 TEST(VCTreeXDEConvertTreeValToString, LeafGivesItsTextAndBranchThoseOfItsLeaves) {
     TestTree tree("<r>own<a>1</a><b>not<c>2</c><d/></b><e>3</e></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase leaf = tree.at("a");
     UXXmlWrapperBase empty = tree.at("b/d");
     CStringUTF8 out("before");
 
     EXPECT_EQ(VCTreeXDEConvertTreeValToString(out, &leaf), 1);
     EXPECT_EQ(out, "1");
-    EXPECT_EQ(VCTreeXDEConvertTreeValToString(out, &root), 1);
+    EXPECT_EQ(VCTreeXDEConvertTreeValToString(out, &tree), 1);
     EXPECT_EQ(out, "1, 2, , 3");
     EXPECT_EQ(VCTreeXDEConvertTreeValToString(out, &empty), 1);
     EXPECT_EQ(out, "");
@@ -477,10 +466,9 @@ TEST(uxtree_XDE_convert_whole_tree_val_to_string, TakesTheTopmostAncestor) {
 
 TEST(VCTreeXDEDatNavPrepareStandardSourceTree, LabelsNodesAndListsThePathsOfLeaves) {
     TestTree tree("<r><a Label='x|y'><b/></a><c Label=''/></r>");
-    UXXmlWrapperBase root = tree.root();
     CWBOStringArray paths = string_list({"before"});
 
-    EXPECT_EQ(VCTreeXDEDatNavPrepareStandardSourceTree(root, &paths, 0), 2);
+    EXPECT_EQ(VCTreeXDEDatNavPrepareStandardSourceTree(tree, &paths, 0), 2);
 
     EXPECT_EQ(tree.text(),
               "<r Label=\"r\"><a Label=\"x|y\"><b Label=\"b\"></b></a>"
@@ -502,40 +490,37 @@ TEST(VCTreeXDEDatNavPrepareStandardSourceTree, BeginsAtTheGivenNodeAndStaysBelow
 
 TEST(VCTreeXDEDatNavPrepareStandardSourceTree, LeafAloneIsItsOwnPath) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     CWBOStringArray paths;
 
-    EXPECT_EQ(VCTreeXDEDatNavPrepareStandardSourceTree(root, &paths, 0), 1);
+    EXPECT_EQ(VCTreeXDEDatNavPrepareStandardSourceTree(tree, &paths, 0), 1);
     EXPECT_THAT(texts(paths), ElementsAre("r"));
-    EXPECT_EQ(VCTreeXDEDatNavPrepareStandardSourceTree(root, nullptr, 0), 1);
+    EXPECT_EQ(VCTreeXDEDatNavPrepareStandardSourceTree(tree, nullptr, 0), 1);
 }
 
 TEST(VCTreeXDEDatNavPrepareStandardSourceTree, PathsLeadBackToTheirNodes) {
     TestTree tree("<r><a Label='x|y'><b/></a><c Label='p\\'><d/></c></r>");
-    UXXmlWrapperBase root = tree.root();
     CWBOStringArray paths;
-    VCTreeXDEDatNavPrepareStandardSourceTree(root, &paths, 0);
+    VCTreeXDEDatNavPrepareStandardSourceTree(tree, &paths, 0);
 
     CWBOStringArray path;
     UXXmlWrapperBase found;
     vctree_XDE_treenode_path_string_to_array(&path, paths[1], true);
 
-    EXPECT_EQ(vctree_find_XDE_treenode_from_path_in_tree(&found, &root, &path, 0, 0, nullptr, 0),
+    EXPECT_EQ(vctree_find_XDE_treenode_from_path_in_tree(&found, &tree, &path, 0, 0, nullptr, 0),
               1);
     EXPECT_TRUE(found == tree.at("c/d"));
 }
 
 TEST(uxtree_XDE_DatNav_prepare_standard_source_tree, Forwards) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     auto paths = script_texts({});
     auto numbers = script_ints({});
 
     EXPECT_EQ(uxtree_XDE_DatNav_prepare_standard_source_tree(nullptr, &paths, 0), -1);
-    EXPECT_EQ(uxtree_XDE_DatNav_prepare_standard_source_tree(&root, &numbers, 0), -1);
+    EXPECT_EQ(uxtree_XDE_DatNav_prepare_standard_source_tree(&tree, &numbers, 0), -1);
     EXPECT_EQ(tree.text(), "<r></r>");
-    EXPECT_EQ(uxtree_XDE_DatNav_prepare_standard_source_tree(&root, nullptr, 0), 1);
-    EXPECT_EQ(uxtree_XDE_DatNav_prepare_standard_source_tree(&root, &paths, 0), 1);
+    EXPECT_EQ(uxtree_XDE_DatNav_prepare_standard_source_tree(&tree, nullptr, 0), 1);
+    EXPECT_EQ(uxtree_XDE_DatNav_prepare_standard_source_tree(&tree, &paths, 0), 1);
     EXPECT_THAT(texts(paths.array()), ElementsAre("r"));
 }
 
@@ -544,27 +529,25 @@ TEST(uxtree_XDE_DatNav_prepare_standard_source_tree, Forwards) {
 
 TEST(uxtree_save_XDE_array_info, SavesOneOrTwoSizesOrRemovesThem) {
     TestTree tree("<n DimLens='9'/>");
-    UXXmlWrapperBase node = tree.root();
 
-    EXPECT_EQ(uxtree_save_XDE_array_info(&node, 4, 0), 1);
+    EXPECT_EQ(uxtree_save_XDE_array_info(&tree, 4, 0), 1);
     EXPECT_EQ(tree.text(), "<n FileDataDimsVector=\"4\"></n>");
-    EXPECT_EQ(uxtree_save_XDE_array_info(&node, 4, 3), 1);
+    EXPECT_EQ(uxtree_save_XDE_array_info(&tree, 4, 3), 1);
     EXPECT_EQ(tree.text(), "<n FileDataDimsVector=\"4|3\"></n>");
-    EXPECT_EQ(uxtree_save_XDE_array_info(&node, 0, 3), 1);
+    EXPECT_EQ(uxtree_save_XDE_array_info(&tree, 0, 3), 1);
     EXPECT_EQ(tree.text(), "<n></n>");
-    EXPECT_EQ(uxtree_save_XDE_array_info(&node, 4, -1), 1);
-    EXPECT_EQ(uxtree_save_XDE_array_info(&node, -1, -1), 1);
+    EXPECT_EQ(uxtree_save_XDE_array_info(&tree, 4, -1), 1);
+    EXPECT_EQ(uxtree_save_XDE_array_info(&tree, -1, -1), 1);
     EXPECT_EQ(tree.text(), "<n></n>");
 }
 
 TEST(uxtree_set_XDE_file_info_data_id, SetsOrRemovesTheDataId) {
     TestTree tree("<n/>");
-    UXXmlWrapperBase node = tree.root();
     UXXmlWrapperBase invalid;
 
-    EXPECT_EQ(uxtree_set_XDE_file_info_data_id(&node, 0), 1);
+    EXPECT_EQ(uxtree_set_XDE_file_info_data_id(&tree, 0), 1);
     EXPECT_EQ(tree.text(), "<n DataID=\"0\"></n>");
-    EXPECT_EQ(uxtree_set_XDE_file_info_data_id(&node, -1), 1);
+    EXPECT_EQ(uxtree_set_XDE_file_info_data_id(&tree, -1), 1);
     EXPECT_EQ(tree.text(), "<n></n>");
     EXPECT_EQ(uxtree_set_XDE_file_info_data_id(nullptr, 1), 0);
     EXPECT_EQ(uxtree_set_XDE_file_info_data_id(&invalid, 1), 0);

@@ -19,9 +19,8 @@ constexpr DWORD kPreview = 0x10000;
 std::string prepared(const std::string& description, DWORD flags = 0) {
     const TemporaryFolder folder;
     TestTree tree("<t/>");
-    UXXmlWrapperBase root = tree.root();
     const int result =
-        uxtree_XDE_prepare_XML(&root, folder.write("description.xml", description).c_str(), flags);
+        uxtree_XDE_prepare_XML(&tree, folder.write("description.xml", description).c_str(), flags);
     return result == 0 ? tree.text() : std::to_string(result);
 }
 
@@ -97,9 +96,8 @@ TEST(uxtree_XDE_prepare_XML, RootWithoutChildrenIsCopiedWithItsText) {
 TEST(uxtree_XDE_prepare_XML, CopyGoesBehindTheChildrenThatTheTreeHas) {
     const TemporaryFolder folder;
     TestTree tree("<t><old/></t>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_XDE_prepare_XML(&root, folder.write("d.xml", "<r/>").c_str(), 0), 0);
+    EXPECT_EQ(uxtree_XDE_prepare_XML(&tree, folder.write("d.xml", "<r/>").c_str(), 0), 0);
 
     EXPECT_EQ(tree.text(), "<t><old></old><r></r></t>");
 }
@@ -205,13 +203,12 @@ TEST(uxtree_XDE_prepare_XML, OtherFlagsMeanNothing) {
 TEST(uxtree_XDE_prepare_XML, FileThatCannotBeReadIsTestedFirst) {
     const TemporaryFolder folder;
     TestTree tree("<t/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
 
-    EXPECT_EQ(uxtree_XDE_prepare_XML(&root, nullptr, 0), -2019);
-    EXPECT_EQ(uxtree_XDE_prepare_XML(&root, "", 0), -2019);
-    EXPECT_EQ(uxtree_XDE_prepare_XML(&root, folder.path("missing.xml").c_str(), 0), -2019);
-    EXPECT_EQ(uxtree_XDE_prepare_XML(&root, folder.path("").c_str(), 0), -2019);
+    EXPECT_EQ(uxtree_XDE_prepare_XML(&tree, nullptr, 0), -2019);
+    EXPECT_EQ(uxtree_XDE_prepare_XML(&tree, "", 0), -2019);
+    EXPECT_EQ(uxtree_XDE_prepare_XML(&tree, folder.path("missing.xml").c_str(), 0), -2019);
+    EXPECT_EQ(uxtree_XDE_prepare_XML(&tree, folder.path("").c_str(), 0), -2019);
     EXPECT_EQ(uxtree_XDE_prepare_XML(&invalid, folder.path("missing.xml").c_str(), 0), -2019);
     EXPECT_EQ(tree.text(), "<t></t>");
 }
@@ -220,9 +217,8 @@ TEST(uxtree_XDE_prepare_XML, FileThatIsNoXmlIsTestedBeforeTheTree) {
     const TemporaryFolder folder;
     const std::string path = folder.write("broken.xml", "<r><a></r>");
     TestTree tree("<t/>");
-    UXXmlWrapperBase root = tree.root();
 
-    EXPECT_EQ(uxtree_XDE_prepare_XML(&root, path.c_str(), 0), -2018);
+    EXPECT_EQ(uxtree_XDE_prepare_XML(&tree, path.c_str(), 0), -2018);
     EXPECT_EQ(uxtree_XDE_prepare_XML(nullptr, path.c_str(), 0), -2018);
     EXPECT_EQ(tree.text(), "<t></t>");
 }
