@@ -114,10 +114,9 @@ TEST(vctree_parse_auto_support_string, TheTextMayBeTheNameItself) {
 
 Parsed get(const char* xml) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
     Parsed parsed{};
     CStringUTF8 name = parsed.name.c_str();
-    parsed.result = vctree_get_auto_support(root, name, parsed.count);
+    parsed.result = vctree_get_auto_support(tree, name, parsed.count);
     parsed.name = static_cast<const char*>(name);
     return parsed;
 }
@@ -159,8 +158,7 @@ std::ostream& operator<<(std::ostream& out, const Set& s) {
 
 Set set(const char* xml, int mode, const char* name, int count) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
-    const int result = vctree_set_auto_support(root, mode, name, count);
+    const int result = vctree_set_auto_support(tree, mode, name, count);
     return {result, tree.text()};
 }
 
@@ -211,8 +209,7 @@ TEST(vctree_set_auto_support, AnInvalidNodeYieldsZero) {
 
 std::string reset(const char* xml) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
-    vctree_check_reset_auto_support(root);
+    vctree_check_reset_auto_support(tree);
     return tree.text();
 }
 
@@ -234,13 +231,12 @@ TEST(vctree_check_reset_auto_support, LeavesANodeWithoutSupportAlone) {
 
 TEST(uxtree_get_auto_support, GivesTheNativeAnswerAndAcceptsNullOutputs) {
     TestTree tree("<a Auto='0|Fit|3'/>");
-    UXXmlWrapperBase root = tree.root();
     CStringUTF8 name;
     int count = 0;
-    EXPECT_EQ(uxtree_get_auto_support(&root, &name, &count), -1);
+    EXPECT_EQ(uxtree_get_auto_support(&tree, &name, &count), -1);
     EXPECT_STREQ(name, "Fit");
     EXPECT_EQ(count, 3);
-    EXPECT_EQ(uxtree_get_auto_support(&root, nullptr, nullptr), -1);
+    EXPECT_EQ(uxtree_get_auto_support(&tree, nullptr, nullptr), -1);
     EXPECT_EQ(uxtree_get_auto_support(nullptr, &name, &count), 0);
     UXXmlWrapperBase invalid;
     EXPECT_EQ(uxtree_get_auto_support(&invalid, nullptr, nullptr), 0);
@@ -248,10 +244,9 @@ TEST(uxtree_get_auto_support, GivesTheNativeAnswerAndAcceptsNullOutputs) {
 
 TEST(uxtree_set_auto_support, GivesTheNativeAnswer) {
     TestTree tree("<a/>");
-    UXXmlWrapperBase root = tree.root();
-    EXPECT_EQ(uxtree_set_auto_support(&root, 1, "Fit", 3), 1);
+    EXPECT_EQ(uxtree_set_auto_support(&tree, 1, "Fit", 3), 1);
     EXPECT_EQ(tree.text(), "<a Auto=\"1|Fit|3\"></a>");
-    EXPECT_EQ(uxtree_set_auto_support(&root, 2, "Fit", 3), 0);
+    EXPECT_EQ(uxtree_set_auto_support(&tree, 2, "Fit", 3), 0);
     EXPECT_EQ(uxtree_set_auto_support(nullptr, 1, "Fit", 3), 0);
 }
 

@@ -18,11 +18,10 @@ using uxtest::to_text;
 // "I" and "O" for what the node is: first without strictness, then strictly.
 std::string roles_of(const char* xml) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
     std::string out;
     for (bool strict : {false, true}) {
-        if (XVarNode_IsInput(root, strict)) out += "I";
-        if (XVarNode_IsOutput(root, strict)) out += "O";
+        if (XVarNode_IsInput(tree, strict)) out += "I";
+        if (XVarNode_IsOutput(tree, strict)) out += "O";
         out += strict ? "" : "/";
     }
     EXPECT_EQ(tree.text(), TestTree(xml).text());
@@ -55,8 +54,7 @@ TEST(XVarNode_IsOutput, OneIsAnOutput) {
 TEST(XVarNode_IsUseLabelForValue, TestsOneBit) {
     const auto ask = [](const char* xml) {
         TestTree tree(xml);
-        UXXmlWrapperBase root = tree.root();
-        return XVarNode_IsUseLabelForValue(&root);
+        return XVarNode_IsUseLabelForValue(&tree);
     };
     EXPECT_TRUE(ask("<v DispFormat='16384'/>"));
     EXPECT_TRUE(ask("<v DispFormat='-1'/>"));
@@ -74,77 +72,70 @@ TEST(XVarNode_IsUseLabelForValue, TestsOneBit) {
 
 TEST(VCTreeCheckAddInputDataBranch, WithoutIndexTheItemsGoIntoTheTreeItself) {
     TestTree tree("<in/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase range;
     const CWBOStringArray names = uxtest::string_list({"X", "Y"});
     const CWBOStringArray labels = uxtest::string_list({"Time", "Signal"});
-    EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&range, &root, &names, &labels, 3, 0, 1, "Col(2)"));
+    EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&range, &tree, &names, &labels, 3, 0, 1, "Col(2)"));
     EXPECT_EQ(tree.text(),
               "<in><X Label=\"Time\" _ux_id=\"35\"></X>"
               "<Y Label=\"Signal\" _ux_id=\"35\">Col(2)</Y></in>");
-    EXPECT_TRUE(range == root);
+    EXPECT_TRUE(range == tree);
 }
 
 TEST(VCTreeCheckAddInputDataBranch, APositiveIndexTakesTheChildAtThatPlaceWhateverItsTag) {
     TestTree tree("<in><a/><b/></in>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase range;
     const CWBOStringArray names = uxtest::string_list({"X"});
-    EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&range, &root, &names, nullptr, -1, 2, -1, nullptr));
+    EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&range, &tree, &names, nullptr, -1, 2, -1, nullptr));
     EXPECT_EQ(tree.text(), "<in><a></a><b><X _ux_id=\"35\"></X></b></in>");
     EXPECT_TRUE(range == tree.at("b"));
 }
 
 TEST(VCTreeCheckAddInputDataBranch, BeyondTheChildrenARangeOfThatNumberIsAdded) {
     TestTree tree("<in><a/></in>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase range;
     const CWBOStringArray names;
-    EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&range, &root, &names, nullptr, 5, 3, -1, nullptr));
+    EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&range, &tree, &names, nullptr, 5, 3, -1, nullptr));
     EXPECT_EQ(tree.text(), "<in><a></a><Range3 Label=\"Range 3\" _ux_id=\"5\"></Range3></in>");
     EXPECT_TRUE(range == tree.at("Range3"));
 }
 
 TEST(VCTreeCheckAddInputDataBranch, ANegativeIndexAlwaysAdds) {
     TestTree tree("<in><Range1/></in>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase range;
     const CWBOStringArray names;
-    EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&range, &root, &names, nullptr, -1, -1, -1, nullptr));
+    EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&range, &tree, &names, nullptr, -1, -1, -1, nullptr));
     EXPECT_EQ(tree.text(), "<in><Range1></Range1><Range1 Label=\"Range 1\"></Range1></in>");
     EXPECT_TRUE(range == tree.at("Range1[1]"));
-    EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&range, &root, &names, nullptr, -1,
+    EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&range, &tree, &names, nullptr, -1,
                                               std::numeric_limits<int>::min(), -1, nullptr));
     EXPECT_EQ(to_text(range), "<Range-2147483648 Label=\"Range -2147483648\"></Range-2147483648>");
 }
 
 TEST(VCTreeCheckAddInputDataBranch, AFoundItemGetsTheLabelButKeepsItsIdAndOtherItems) {
     TestTree tree("<in><Y Label='old' _ux_id='9'>kept</Y></in>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase range;
     const CWBOStringArray names = uxtest::string_list({"Y"});
     const CWBOStringArray labels = uxtest::string_list({"new"});
-    VCTreeCheckAddInputDataBranch(&range, &root, &names, &labels, -1, 0, 0, nullptr);
+    VCTreeCheckAddInputDataBranch(&range, &tree, &names, &labels, -1, 0, 0, nullptr);
     EXPECT_EQ(tree.text(), "<in><Y Label=\"new\" _ux_id=\"9\">kept</Y></in>");
 }
 
 TEST(VCTreeCheckAddInputDataBranch, MissingOrEmptyLabelsWriteNone) {
     TestTree tree("<in/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase range;
     const CWBOStringArray names = uxtest::string_list({"A", "B"});
     const CWBOStringArray labels = uxtest::string_list({""});
-    VCTreeCheckAddInputDataBranch(&range, &root, &names, &labels, -1, 0, 0, nullptr);
+    VCTreeCheckAddInputDataBranch(&range, &tree, &names, &labels, -1, 0, 0, nullptr);
     EXPECT_EQ(tree.text(), "<in><A _ux_id=\"35\"></A><B _ux_id=\"35\"></B></in>");
 }
 
 TEST(VCTreeCheckAddInputDataBranch, TheValueGoesToOneItemOrToAll) {
     const auto values = [](int index, const char* value) {
         TestTree tree("<in><A>a</A><B>b</B></in>");
-        UXXmlWrapperBase root = tree.root();
         UXXmlWrapperBase range;
         const CWBOStringArray names = uxtest::string_list({"A", "B"});
-        VCTreeCheckAddInputDataBranch(&range, &root, &names, nullptr, -1, 0, index, value);
+        VCTreeCheckAddInputDataBranch(&range, &tree, &names, nullptr, -1, 0, index, value);
         return tree.text();
     };
     EXPECT_EQ(values(0, "v"), "<in><A>v</A><B>b</B></in>");
@@ -158,16 +149,15 @@ TEST(VCTreeCheckAddInputDataBranch, TheValueGoesToOneItemOrToAll) {
 
 TEST(VCTreeCheckAddInputDataBranch, NamesThatCannotBeTagsAreLeftOut) {
     TestTree tree("<in/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase range;
     const CWBOStringArray names = uxtest::string_list({"", "1x", "ok"});
-    EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&range, &root, &names, nullptr, -1, 0, -1, "v"));
+    EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&range, &tree, &names, nullptr, -1, 0, -1, "v"));
     EXPECT_EQ(tree.text(), "<in><ok _ux_id=\"35\">v</ok></in>");
 }
 
 TEST(VCTreeCheckAddInputDataBranch, TheRangeMayBeTheTreesOwnHandle) {
     TestTree tree("<in><a/></in>");
-    UXXmlWrapperBase node = tree.root();
+    UXXmlWrapperBase node = tree;
     const CWBOStringArray names = uxtest::string_list({"X"});
     EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&node, &node, &names, nullptr, -1, 1, -1, nullptr));
     EXPECT_TRUE(node == tree.at("a"));
@@ -175,7 +165,6 @@ TEST(VCTreeCheckAddInputDataBranch, TheRangeMayBeTheTreesOwnHandle) {
 
 TEST(uxtree_tree_check_add_input_data_branch, GivesTheNativeAnswer) {
     TestTree tree("<in/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase range;
     auto names = uxtest::script_texts({"X"});
     auto labels = uxtest::script_texts({"Time"});
@@ -184,14 +173,14 @@ TEST(uxtree_tree_check_add_input_data_branch, GivesTheNativeAnswer) {
                          UXScriptObject* l) {
         return uxtree_tree_check_add_input_data_branch(out, in, n, l, -1, 0, 0, "v");
     };
-    EXPECT_EQ(add(nullptr, &root, &names, &labels), 0);
+    EXPECT_EQ(add(nullptr, &tree, &names, &labels), 0);
     EXPECT_EQ(add(&range, nullptr, &names, &labels), 0);
-    EXPECT_EQ(add(&range, &root, nullptr, &labels), 0);
-    EXPECT_EQ(add(&range, &root, &wrong, &labels), 0);
-    EXPECT_EQ(add(&range, &root, &names, &wrong), 0);
+    EXPECT_EQ(add(&range, &tree, nullptr, &labels), 0);
+    EXPECT_EQ(add(&range, &tree, &wrong, &labels), 0);
+    EXPECT_EQ(add(&range, &tree, &names, &wrong), 0);
     EXPECT_EQ(tree.text(), "<in></in>");
-    EXPECT_EQ(add(&range, &root, &names, nullptr), 1);
-    EXPECT_EQ(add(&range, &root, &names, &labels), 1);
+    EXPECT_EQ(add(&range, &tree, &names, nullptr), 1);
+    EXPECT_EQ(add(&range, &tree, &names, &labels), 1);
     EXPECT_EQ(tree.text(), "<in><X Label=\"Time\" _ux_id=\"35\">v</X></in>");
 }
 
@@ -208,9 +197,8 @@ std::ostream& operator<<(std::ostream& out, const Reset& r) {
 
 Reset reset(const char* xml, const std::vector<int>& ids, bool recursive) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
     CArray<int, int> array = uxtest::number_list<int>(ids);
-    const int count = vctree_GETN_reset_hidden_values(&root, &array, recursive);
+    const int count = vctree_GETN_reset_hidden_values(&tree, &array, recursive);
     return {count, tree.text()};
 }
 
@@ -277,13 +265,12 @@ TEST(vctree_GETN_reset_hidden_values, ALeafGivesZero) {
 
 TEST(uxtree_GETN_reset_hidden_values, GivesTheNativeAnswer) {
     TestTree tree("<r><a DataID='1' _ux_id='10'>5</a></r>");
-    UXXmlWrapperBase root = tree.root();
     auto ids = uxtest::script_ints({1});
     auto wrong = uxtest::script_doubles({1});
-    EXPECT_EQ(uxtree_GETN_reset_hidden_values(&root, nullptr, true), -1);
-    EXPECT_EQ(uxtree_GETN_reset_hidden_values(&root, &wrong, true), -1);
+    EXPECT_EQ(uxtree_GETN_reset_hidden_values(&tree, nullptr, true), -1);
+    EXPECT_EQ(uxtree_GETN_reset_hidden_values(&tree, &wrong, true), -1);
     EXPECT_EQ(uxtree_GETN_reset_hidden_values(nullptr, &ids, true), -1);
-    EXPECT_EQ(uxtree_GETN_reset_hidden_values(&root, &ids, true), 1);
+    EXPECT_EQ(uxtree_GETN_reset_hidden_values(&tree, &ids, true), 1);
     EXPECT_EQ(tree.text(), "<r><a DataID=\"1\" _ux_id=\"10\">0</a></r>");
 }
 
@@ -291,9 +278,8 @@ TEST(uxtree_GETN_reset_hidden_values, GivesTheNativeAnswer) {
 
 TEST(VCTreePrepareForMenu, NewLeavesGetTheNextIdentifiers) {
     TestTree tree("<m><a/><b/><c/></m>");
-    UXXmlWrapperBase root = tree.root();
     DWORD next = 100;
-    EXPECT_EQ(VCTreePrepareForMenu(&root, next), 3);
+    EXPECT_EQ(VCTreePrepareForMenu(&tree, next), 3);
     EXPECT_EQ(next, 103U);
     EXPECT_EQ(tree.text(),
               "<m _ux_id=\"268435456\"><a DataID=\"100\" _ux_id=\"11\"></a>"
@@ -302,9 +288,8 @@ TEST(VCTreePrepareForMenu, NewLeavesGetTheNextIdentifiers) {
 
 TEST(VCTreePrepareForMenu, LeavesWithAnIdentifierStayAndZeroIsNone) {
     TestTree tree("<m><a DataID='5' _ux_id='7'/><s><b DataID='0'/><c DataID='-3'/></s></m>");
-    UXXmlWrapperBase root = tree.root();
     DWORD next = 1;
-    EXPECT_EQ(VCTreePrepareForMenu(&root, next), 2);
+    EXPECT_EQ(VCTreePrepareForMenu(&tree, next), 2);
     EXPECT_EQ(next, 3U);
     EXPECT_EQ(tree.text(),
               "<m _ux_id=\"268435456\"><a DataID=\"5\" _ux_id=\"7\"></a><s _ux_id=\"268435456\">"
@@ -313,22 +298,20 @@ TEST(VCTreePrepareForMenu, LeavesWithAnIdentifierStayAndZeroIsNone) {
 
 TEST(VCTreePrepareForMenu, TreatsTheGivenNodeItself) {
     TestTree tree("<m/>");
-    UXXmlWrapperBase root = tree.root();
     DWORD next = 9;
-    EXPECT_EQ(VCTreePrepareForMenu(&root, next), 1);
-    EXPECT_EQ(VCTreePrepareForMenu(&root, next), 0);
+    EXPECT_EQ(VCTreePrepareForMenu(&tree, next), 1);
+    EXPECT_EQ(VCTreePrepareForMenu(&tree, next), 0);
     EXPECT_EQ(tree.text(), "<m DataID=\"9\" _ux_id=\"11\"></m>");
 }
 
 TEST(VCTreePrepareForMenu, AVeryDeepTreeCostsNoStack) {
     TestTree tree("<m/>");
-    UXXmlWrapperBase root = tree.root();
-    UXXmlWrapperBase node = root;
+    UXXmlWrapperBase node = tree;
     for (int i = 0; i < 300000; ++i) node.AddNode(&node, "a", -1);
     DWORD next = 1;
-    EXPECT_EQ(VCTreePrepareForMenu(&root, next), 1);
+    EXPECT_EQ(VCTreePrepareForMenu(&tree, next), 1);
     CArray<int, int> ids = uxtest::number_list<int>({1});
-    EXPECT_EQ(vctree_GETN_reset_hidden_values(&root, &ids, true), 1);
+    EXPECT_EQ(vctree_GETN_reset_hidden_values(&tree, &ids, true), 1);
     EXPECT_EQ(vctree_test_ICOPT_recursively(node, 1), 0);
 }
 
@@ -363,8 +346,7 @@ TEST(vctree_test_ICOPT_recursively, WithoutOptionsAnywhereNothingIsSet) {
 
 TEST(vctree_test_ICOPT_recursively, TheHighestBitCounts) {
     TestTree tree("<r InteractiveOptions='2147483648'/>");
-    UXXmlWrapperBase root = tree.root();
-    EXPECT_EQ(vctree_test_ICOPT_recursively(root, 0x80000000), 1);
+    EXPECT_EQ(vctree_test_ICOPT_recursively(tree, 0x80000000), 1);
 }
 
 TEST(vctree_copy_branch_options, CopiesTheMaskedBits) {
@@ -380,8 +362,7 @@ TEST(vctree_copy_branch_options, CopiesTheMaskedBits) {
     EXPECT_EQ(tree.text(), expected);
     EXPECT_EQ(vctree_copy_branch_options(invalid, source, 1), 0);
     EXPECT_EQ(vctree_copy_branch_options(destination, invalid, 1), 0);
-    UXXmlWrapperBase root = tree.root();
-    EXPECT_EQ(vctree_copy_branch_options(destination, root, 1), 0);
+    EXPECT_EQ(vctree_copy_branch_options(destination, tree, 1), 0);
     EXPECT_EQ(tree.text(), expected);
 }
 
@@ -389,19 +370,17 @@ TEST(vctree_copy_branch_options, CopiesTheMaskedBits) {
 
 TEST(vctree_set_plot_uid_to_tree, WritesTheAttribute) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
-    EXPECT_EQ(vctree_set_plot_uid_to_tree(root, -5), 1);
+    EXPECT_EQ(vctree_set_plot_uid_to_tree(tree, -5), 1);
     EXPECT_EQ(tree.text(), "<r PlotObjUID=\"-5\"></r>");
     EXPECT_EQ(vctree_set_plot_uid_to_tree(invalid, 1), 0);
 }
 TEST(vctree_get_plot_uid_from_tree, AMissingOneLeavesTheVariable) {
     TestTree tree("<r><a PlotObjUID='12'/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase with = tree.at("a");
     UXXmlWrapperBase invalid;
     int uid = 3;
-    EXPECT_EQ(vctree_get_plot_uid_from_tree(root, uid), 0);
+    EXPECT_EQ(vctree_get_plot_uid_from_tree(tree, uid), 0);
     EXPECT_EQ(vctree_get_plot_uid_from_tree(invalid, uid), 0);
     EXPECT_EQ(uid, 3);
     EXPECT_EQ(vctree_get_plot_uid_from_tree(with, uid), 1);
@@ -409,18 +388,16 @@ TEST(vctree_get_plot_uid_from_tree, AMissingOneLeavesTheVariable) {
 }
 TEST(vctree_set_data_marker_id_to_tree, WritesTheAttribute) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
-    EXPECT_EQ(vctree_set_data_marker_id_to_tree(root, 5), 1);
+    EXPECT_EQ(vctree_set_data_marker_id_to_tree(tree, 5), 1);
     EXPECT_EQ(tree.text(), "<r DataMarkerID=\"5\"></r>");
     EXPECT_EQ(vctree_set_data_marker_id_to_tree(invalid, 5), 0);
 }
 TEST(vctree_get_data_marker_id_from_tree, AMissingOneLeavesTheVariable) {
     TestTree tree("<r><a DataMarkerID='12'/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase with = tree.at("a");
     int id = 3;
-    EXPECT_EQ(vctree_get_data_marker_id_from_tree(root, id), 0);
+    EXPECT_EQ(vctree_get_data_marker_id_from_tree(tree, id), 0);
     EXPECT_EQ(id, 3);
     EXPECT_EQ(vctree_get_data_marker_id_from_tree(with, id), 1);
     EXPECT_EQ(id, 12);

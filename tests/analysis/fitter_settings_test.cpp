@@ -51,30 +51,27 @@ std::string settings_text(const std::string& tag, int count) {
 }
 
 TEST(uxtree_nlsf_add_params_node_DataID, MakesEveryListInItsOrder) {
-    TestTree tree("<p/>");
-    UXXmlWrapperBase params = tree.root();
+    TestTree params("<p/>");
     uxtree_nlsf_add_params_node_DataID(&params, 3);
-    EXPECT_EQ(tree.text(), settings_text("p", 3));
+    EXPECT_EQ(params.text(), settings_text("p", 3));
 }
 
 TEST(uxtree_nlsf_add_params_node_DataID, TrimsAndExtendsTheListsThatAreThere) {
-    TestTree tree("<p/>");
-    UXXmlWrapperBase params = tree.root();
+    TestTree params("<p/>");
     uxtree_nlsf_add_params_node_DataID(&params, 3);
     uxtree_nlsf_add_params_node_DataID(&params, 2);
-    EXPECT_EQ(tree.text(), settings_text("p", 2));
+    EXPECT_EQ(params.text(), settings_text("p", 2));
     uxtree_nlsf_add_params_node_DataID(&params, 4);
-    EXPECT_EQ(tree.text(), settings_text("p", 4));
+    EXPECT_EQ(params.text(), settings_text("p", 4));
 }
 
 TEST(uxtree_nlsf_add_params_node_DataID, ACountBelowZeroIsZero) {
-    TestTree tree("<p/>");
-    UXXmlWrapperBase params = tree.root();
+    TestTree params("<p/>");
     uxtree_nlsf_add_params_node_DataID(&params, -5);
-    EXPECT_EQ(tree.text(), settings_text("p", 0));
+    EXPECT_EQ(params.text(), settings_text("p", 0));
     uxtree_nlsf_add_params_node_DataID(&params, 1);
     uxtree_nlsf_add_params_node_DataID(&params, -1);
-    EXPECT_EQ(tree.text(), settings_text("p", 0));
+    EXPECT_EQ(params.text(), settings_text("p", 0));
 }
 
 TEST(uxtree_nlsf_add_params_node_DataID, AnInvalidNodeBecomesANewTree) {
@@ -85,37 +82,33 @@ TEST(uxtree_nlsf_add_params_node_DataID, AnInvalidNodeBecomesANewTree) {
 }
 
 TEST(uxtree_nlsf_add_params_node_DataID, ListsAreFoundByDataIdWhateverTheirTag) {
-    TestTree tree("<p><mine DataID='5000'><other DataID='5002'>x</other></mine><Share/></p>");
-    UXXmlWrapperBase params = tree.root();
+    TestTree params("<p><mine DataID='5000'><other DataID='5002'>x</other></mine><Share/></p>");
     uxtree_nlsf_add_params_node_DataID(&params, 2);
-    EXPECT_EQ(to_text(tree.at("mine")),
+    EXPECT_EQ(to_text(params.at("mine")),
               "<mine DataID=\"5000\"><other DataID=\"5002\">x</other>"
               "<Value1 DataID=\"5001\"></Value1></mine>");
-    EXPECT_EQ(to_text(tree.at("Share")), "<Share></Share>");
+    EXPECT_EQ(to_text(params.at("Share")), "<Share></Share>");
 }
 
 TEST(uxtree_nlsf_add_params_node_DataID, ListsAreNotFoundBelowOtherNodes) {
-    TestTree tree("<p><x><Share DataID='5000'/></x></p>");
-    UXXmlWrapperBase params = tree.root();
+    TestTree params("<p><x><Share DataID='5000'/></x></p>");
     uxtree_nlsf_add_params_node_DataID(&params, 0);
-    EXPECT_EQ(to_text(tree.at("Share")), "<Share DataID=\"5000\"></Share>");
+    EXPECT_EQ(to_text(params.at("Share")), "<Share DataID=\"5000\"></Share>");
 }
 
 TEST(uxtree_nlsf_add_params_node_DataID, SwitchesThatAreThereGetTheirIdentifiers) {
-    TestTree tree("<p><UseInitialFormula DataID='1'>1</UseInitialFormula></p>");
-    UXXmlWrapperBase params = tree.root();
+    TestTree params("<p><UseInitialFormula DataID='1'>1</UseInitialFormula></p>");
     uxtree_nlsf_add_params_node_DataID(&params, 0);
-    EXPECT_EQ(to_text(tree.at("UseInitialFormula")),
+    EXPECT_EQ(to_text(params.at("UseInitialFormula")),
               "<UseInitialFormula DataID=\"2908\" DataIDAssignDelay=\"10\">1</UseInitialFormula>");
 }
 
 TEST(uxtree_nlsf_add_params_node_DataID, ManyParametersTakeLinearTime) {
-    TestTree tree("<p/>");
-    UXXmlWrapperBase params = tree.root();
+    TestTree params("<p/>");
     constexpr int kMany = 20000;
     uxtree_nlsf_add_params_node_DataID(&params, kMany);
     UXXmlWrapperBase last;
-    UXXmlWrapperBase list = tree.at("CustomDisplay");
+    UXXmlWrapperBase list = params.at("CustomDisplay");
     EXPECT_EQ(list.GetNodeCount(), kMany);
     list.GetChild(&last, kMany - 1);
     EXPECT_EQ(to_text(last), "<Value20000 DataID=\"38000\"></Value20000>");
@@ -124,29 +117,26 @@ TEST(uxtree_nlsf_add_params_node_DataID, ManyParametersTakeLinearTime) {
 // --- filling a list from a user's settings -------------------------------------------------------
 
 TEST(uxtree_nlf_set_double_param_from_user_params_setting, FillsTheListWithTheDataId) {
-    TestTree tree("<p><Values DataID='13000'/></p>");
-    UXXmlWrapperBase params = tree.root();
+    TestTree params("<p><Values DataID='13000'/></p>");
     auto values = uxtest::script_doubles({1.5, -2});
     EXPECT_TRUE(uxtree_nlf_set_double_param_from_user_params_setting(&params, &values, 13000));
-    EXPECT_EQ(tree.text(),
+    EXPECT_EQ(params.text(),
               "<p><Values DataID=\"13000\"><Value1 DataID=\"13001\">1.5</Value1>"
               "<Value2 DataID=\"13002\">-2</Value2></Values></p>");
 }
 
 TEST(uxtree_nlf_set_int_param_from_user_params_setting, FillsTheListWithTheDataId) {
-    TestTree tree("<p><Share DataID='5000'><a/><b/><c/></Share></p>");
-    UXXmlWrapperBase params = tree.root();
+    TestTree params("<p><Share DataID='5000'><a/><b/><c/></Share></p>");
     auto values = uxtest::script_ints({7, 8});
     EXPECT_TRUE(uxtree_nlf_set_int_param_from_user_params_setting(&params, &values, 5000));
-    EXPECT_EQ(tree.text(), "<p><Share DataID=\"5000\"><a>7</a><b>8</b></Share></p>");
+    EXPECT_EQ(params.text(), "<p><Share DataID=\"5000\"><a>7</a><b>8</b></Share></p>");
 }
 
 TEST(uxtree_nlf_set_bool_param_from_user_params_setting, FillsTheListWithTheDataId) {
-    TestTree tree("<p><Fixed DataID='6000'/></p>");
-    UXXmlWrapperBase params = tree.root();
+    TestTree params("<p><Fixed DataID='6000'/></p>");
     auto values = uxtest::script_bools({true, false});
     EXPECT_TRUE(uxtree_nlf_set_bool_param_from_user_params_setting(&params, &values, 6000));
-    EXPECT_EQ(tree.text(),
+    EXPECT_EQ(params.text(),
               "<p><Fixed DataID=\"6000\"><Value1 DataID=\"6001\">1</Value1>"
               "<Value2 DataID=\"6002\">0</Value2></Fixed></p>");
 }
@@ -154,9 +144,8 @@ TEST(uxtree_nlf_set_bool_param_from_user_params_setting, FillsTheListWithTheData
 // Every form refuses the same things and leaves the tree alone.
 template <typename Setter, typename Values>
 void expect_refusals(Setter set, Values& values) {
-    TestTree tree("<p DataID='1'><x><a DataID='2'/></x></p>");
-    const std::string before = tree.text();
-    UXXmlWrapperBase params = tree.root();
+    TestTree params("<p DataID='1'><x><a DataID='2'/></x></p>");
+    const std::string before = params.text();
     UXXmlWrapperBase invalid;
     auto wrong = uxtest::script_texts({"1"});
     EXPECT_FALSE(set(nullptr, &values, 1));
@@ -165,7 +154,7 @@ void expect_refusals(Setter set, Values& values) {
     EXPECT_FALSE(set(&params, &wrong, 1));
     EXPECT_FALSE(set(&params, &values, 1));  // the node itself is no list of its own
     EXPECT_FALSE(set(&params, &values, 2));  // nor is a deeper one
-    EXPECT_EQ(tree.text(), before);
+    EXPECT_EQ(params.text(), before);
 }
 
 TEST(uxtree_nlf_set_double_param_from_user_params_setting, RefusesWhatItCannotUse) {

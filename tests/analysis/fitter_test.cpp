@@ -168,9 +168,8 @@ std::ostream& operator<<(std::ostream& out, const Extracted& e) {
 
 Extracted extract(const char* xml, const char* tag) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
     Extracted out{};
-    out.result = vctree_extract_weight_info(root, tag, &out.method, &out.a, &out.b, &out.c);
+    out.result = vctree_extract_weight_info(tree, tag, &out.method, &out.a, &out.b, &out.c);
     return out;
 }
 
@@ -198,9 +197,8 @@ TEST(vctree_extract_weight_info, AGivenTagTakesTheTagsPlace) {
 
 TEST(vctree_extract_weight_info, EveryOutputMayBeNullAndAnInvalidNodeIsNone) {
     TestTree tree("<W/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
-    EXPECT_EQ(vctree_extract_weight_info(root, nullptr, nullptr, nullptr, nullptr, nullptr), 1);
+    EXPECT_EQ(vctree_extract_weight_info(tree, nullptr, nullptr, nullptr, nullptr, nullptr), 1);
     EXPECT_EQ(vctree_extract_weight_info(invalid, "W", nullptr, nullptr, nullptr, nullptr), 0);
 }
 
@@ -221,8 +219,7 @@ std::vector<std::string> shown_inputs(const UXXmlWrapperBase& weight) {
 }
 
 TEST(vctree_update_fitter_data_weight_node, BuildsTheWholeBranch) {
-    TestTree tree("<w Combo='A|B' _ACTION_OBJECT_ID='44'/>");
-    UXXmlWrapperBase weight = tree.root();
+    TestTree weight("<w Combo='A|B' _ACTION_OBJECT_ID='44'/>");
     DWORD change = 99;
     double a = 0.1;
     double b = -2;
@@ -231,7 +228,7 @@ TEST(vctree_update_fitter_data_weight_node, BuildsTheWholeBranch) {
     EXPECT_EQ(vctree_update_fitter_data_weight_node(weight, 6, change, "Col(3)", &a, &b, &c, 0, 1),
               1);
 
-    EXPECT_EQ(tree.text(),
+    EXPECT_EQ(weight.text(),
               "<w _ACTION_OBJECT_ID=\"44\" DisableWeightMethod=\"1\" BranchComboDisable=\"1\">"
               "<WeightMethod _ux_id=\"11\">6</WeightMethod>"
               "<WeightData Label=\"Weight Data\" Combo=\"A|B\" _ACTION_OBJECT_ID=\"44\" Show=\"0\" "
@@ -243,8 +240,7 @@ TEST(vctree_update_fitter_data_weight_node, BuildsTheWholeBranch) {
 }
 
 TEST(vctree_update_fitter_data_weight_node, MethodEightShowsAllAndMethodZeroNone) {
-    TestTree tree("<w/>");
-    UXXmlWrapperBase weight = tree.root();
+    TestTree weight("<w/>");
     DWORD change = 0;
     vctree_update_fitter_data_weight_node(weight, 8, change, nullptr, nullptr, nullptr, nullptr, 0,
                                           0);
@@ -255,8 +251,7 @@ TEST(vctree_update_fitter_data_weight_node, MethodEightShowsAllAndMethodZeroNone
 }
 
 TEST(vctree_update_fitter_data_weight_node, ChangeTellsWhetherMoreOrFewerAreShown) {
-    TestTree tree("<w/>");
-    UXXmlWrapperBase weight = tree.root();
+    TestTree weight("<w/>");
     const auto update = [&](int method) {
         DWORD change = 99;
         vctree_update_fitter_data_weight_node(weight, method, change, nullptr, nullptr, nullptr,
@@ -274,8 +269,7 @@ TEST(vctree_update_fitter_data_weight_node, ChangeTellsWhetherMoreOrFewerAreShow
 }
 
 TEST(vctree_update_fitter_data_weight_node, AnInputWithAnyReadableShowCountsAsHidden) {
-    TestTree tree("<w><WeightData Show='1'/><WeightA/><WeightB/><WeightC Show='x'/></w>");
-    UXXmlWrapperBase weight = tree.root();
+    TestTree weight("<w><WeightData Show='1'/><WeightA/><WeightB/><WeightC Show='x'/></w>");
     DWORD change = 99;
     vctree_update_fitter_data_weight_node(weight, 8, change, nullptr, nullptr, nullptr, nullptr, 0,
                                           0);
@@ -286,47 +280,43 @@ TEST(vctree_update_fitter_data_weight_node, NullValuesAreKeptAndAnEmptyTextClear
     const char* xml =
         "<w><WeightMethod>8</WeightMethod><WeightData>d</WeightData><WeightA>1</WeightA>"
         "<WeightB>2</WeightB><WeightC>3</WeightC></w>";
-    TestTree tree(xml);
-    UXXmlWrapperBase weight = tree.root();
+    TestTree weight(xml);
     DWORD change = 0;
     double b = 7;
     vctree_update_fitter_data_weight_node(weight, 8, change, nullptr, nullptr, &b, nullptr, 0, 0);
-    EXPECT_EQ(to_text(tree.at("WeightData")), "<WeightData Label=\"Weight Data\">d</WeightData>");
-    EXPECT_EQ(to_text(tree.at("WeightA")), "<WeightA Label=\"a\">1</WeightA>");
-    EXPECT_EQ(to_text(tree.at("WeightB")), "<WeightB Label=\"b\">7</WeightB>");
+    EXPECT_EQ(to_text(weight.at("WeightData")), "<WeightData Label=\"Weight Data\">d</WeightData>");
+    EXPECT_EQ(to_text(weight.at("WeightA")), "<WeightA Label=\"a\">1</WeightA>");
+    EXPECT_EQ(to_text(weight.at("WeightB")), "<WeightB Label=\"b\">7</WeightB>");
     vctree_update_fitter_data_weight_node(weight, 8, change, "", nullptr, nullptr, nullptr, 0, 0);
-    EXPECT_EQ(to_text(tree.at("WeightData")), "<WeightData Label=\"Weight Data\"></WeightData>");
+    EXPECT_EQ(to_text(weight.at("WeightData")), "<WeightData Label=\"Weight Data\"></WeightData>");
 }
 
 TEST(vctree_update_fitter_data_weight_node, HiddenInputsAreWrittenToo) {
-    TestTree tree("<w/>");
-    UXXmlWrapperBase weight = tree.root();
+    TestTree weight("<w/>");
     DWORD change = 0;
     double a = 5;
     vctree_update_fitter_data_weight_node(weight, 0, change, "d", &a, nullptr, nullptr, 0, 0);
-    EXPECT_EQ(to_text(tree.at("WeightA")),
+    EXPECT_EQ(to_text(weight.at("WeightA")),
               "<WeightA Label=\"a\" Show=\"0\" _ux_id=\"14\">5</WeightA>");
 }
 
 TEST(vctree_update_fitter_data_weight_node, WithoutACombinationTheDataKeepsItsOwn) {
-    TestTree tree("<w><WeightData Combo='own' Label='old' _ACTION_OBJECT_ID='5'/></w>");
-    UXXmlWrapperBase weight = tree.root();
+    TestTree weight("<w><WeightData Combo='own' Label='old' _ACTION_OBJECT_ID='5'/></w>");
     DWORD change = 0;
     vctree_update_fitter_data_weight_node(weight, 8, change, nullptr, nullptr, nullptr, nullptr, 0,
                                           0);
-    EXPECT_EQ(to_text(tree.at("WeightData")),
+    EXPECT_EQ(to_text(weight.at("WeightData")),
               "<WeightData Combo=\"own\" Label=\"Weight Data\" _ACTION_OBJECT_ID=\"5\">"
               "</WeightData>");
 }
 
 TEST(vctree_update_fitter_data_weight_node, TheSameMethodIsLeftAloneWhenOnlyChangesCount) {
-    TestTree tree("<w Combo='c'><WeightMethod>3</WeightMethod></w>");
-    UXXmlWrapperBase weight = tree.root();
+    TestTree weight("<w Combo='c'><WeightMethod>3</WeightMethod></w>");
     DWORD change = 99;
     EXPECT_EQ(vctree_update_fitter_data_weight_node(weight, 3, change, "d", nullptr, nullptr,
                                                     nullptr, 1, 2),
               0);
-    EXPECT_EQ(tree.text(),
+    EXPECT_EQ(weight.text(),
               "<w Combo=\"c\" DisableWeightMethod=\"2\" BranchComboDisable=\"2\">"
               "<WeightMethod>3</WeightMethod></w>");
     EXPECT_EQ(change, 99U);
@@ -337,8 +327,7 @@ TEST(vctree_update_fitter_data_weight_node, TheSameMethodIsLeftAloneWhenOnlyChan
 
 TEST(vctree_update_fitter_data_weight_node, AMethodWithoutReadableValueAlwaysChanges) {
     for (const char* xml : {"<w/>", "<w><WeightMethod>x</WeightMethod></w>"}) {
-        TestTree tree(xml);
-        UXXmlWrapperBase weight = tree.root();
+        TestTree weight(xml);
         DWORD change = 0;
         EXPECT_EQ(vctree_update_fitter_data_weight_node(weight, 0, change, nullptr, nullptr,
                                                         nullptr, nullptr, 1, 0),
@@ -348,13 +337,12 @@ TEST(vctree_update_fitter_data_weight_node, AMethodWithoutReadableValueAlwaysCha
 
 TEST(vctree_update_fitter_data_weight_node, AnUnknownMethodStillLocksTheBranch) {
     for (int method : {15, -1}) {
-        TestTree tree("<w Combo='c'><WeightMethod>3</WeightMethod></w>");
-        UXXmlWrapperBase weight = tree.root();
+        TestTree weight("<w Combo='c'><WeightMethod>3</WeightMethod></w>");
         DWORD change = 99;
         EXPECT_EQ(vctree_update_fitter_data_weight_node(weight, method, change, "d", nullptr,
                                                         nullptr, nullptr, 0, 1),
                   0);
-        EXPECT_EQ(tree.text(),
+        EXPECT_EQ(weight.text(),
                   "<w Combo=\"c\" DisableWeightMethod=\"1\" BranchComboDisable=\"1\">"
                   "<WeightMethod>3</WeightMethod></w>");
         EXPECT_EQ(change, 99U);
@@ -368,11 +356,9 @@ TEST(vctree_fitter_data_weight_node_compact_to_expanded, ExpandsEverything) {
         "<W WeightMethod='8' Weight_A='1' Weight_B='2.5' Weight_C='-3' Combo='x|y' "
         "DisableWeightMethod='1'>Col(A)</W>");
     TestTree expanded("<e/>");
-    UXXmlWrapperBase from = compact.root();
-    UXXmlWrapperBase to = expanded.root();
     const std::string before = compact.text();
 
-    EXPECT_EQ(vctree_fitter_data_weight_node_compact_to_expanded(to, from), 1);
+    EXPECT_EQ(vctree_fitter_data_weight_node_compact_to_expanded(expanded, compact), 1);
 
     EXPECT_EQ(expanded.text(),
               "<e Label=\"Weight\" DisableWeightMethod=\"1\" BranchComboDisable=\"1\">"
@@ -387,9 +373,7 @@ TEST(vctree_fitter_data_weight_node_compact_to_expanded, ExpandsEverything) {
 TEST(vctree_fitter_data_weight_node_compact_to_expanded, WhatIsMissingIsZeroOrEmpty) {
     TestTree compact("<W/>");
     TestTree expanded("<e><WeightData>old</WeightData></e>");
-    UXXmlWrapperBase from = compact.root();
-    UXXmlWrapperBase to = expanded.root();
-    EXPECT_EQ(vctree_fitter_data_weight_node_compact_to_expanded(to, from), 1);
+    EXPECT_EQ(vctree_fitter_data_weight_node_compact_to_expanded(expanded, compact), 1);
     EXPECT_EQ(expanded.text(),
               "<e Label=\"Weight\" DisableWeightMethod=\"0\" BranchComboDisable=\"0\">"
               "<WeightData Label=\"Weight Data\" Show=\"0\"></WeightData>"
@@ -402,9 +386,7 @@ TEST(vctree_fitter_data_weight_node_compact_to_expanded, WhatIsMissingIsZeroOrEm
 TEST(vctree_fitter_data_weight_node_compact_to_expanded, YieldsOneAlsoForAnUnknownMethod) {
     TestTree compact("<W WeightMethod='15' Combo='c'/>");
     TestTree expanded("<e/>");
-    UXXmlWrapperBase from = compact.root();
-    UXXmlWrapperBase to = expanded.root();
-    EXPECT_EQ(vctree_fitter_data_weight_node_compact_to_expanded(to, from), 1);
+    EXPECT_EQ(vctree_fitter_data_weight_node_compact_to_expanded(expanded, compact), 1);
     EXPECT_EQ(expanded.text(),
               "<e Label=\"Weight\" Combo=\"c\" DisableWeightMethod=\"0\" BranchComboDisable=\"0\">"
               "<WeightMethod _ux_id=\"11\"></WeightMethod></e>");
@@ -420,11 +402,8 @@ TEST(vctree_fitter_data_weight_node_expanded_to_compact, ComesBackAsItWas) {
     TestTree compact("<W WeightMethod='8' Weight_A='0.1' Weight_B='2.5' Weight_C='-3'>Col(A)</W>");
     TestTree expanded("<e/>");
     TestTree back("<W/>");
-    UXXmlWrapperBase from = compact.root();
-    UXXmlWrapperBase middle = expanded.root();
-    UXXmlWrapperBase to = back.root();
-    vctree_fitter_data_weight_node_compact_to_expanded(middle, from);
-    EXPECT_EQ(vctree_fitter_data_weight_node_expanded_to_compact(to, middle), 1);
+    vctree_fitter_data_weight_node_compact_to_expanded(expanded, compact);
+    EXPECT_EQ(vctree_fitter_data_weight_node_expanded_to_compact(back, expanded), 1);
     EXPECT_EQ(back.text(), compact.text());
 }
 
@@ -433,9 +412,7 @@ TEST(vctree_fitter_data_weight_node_expanded_to_compact, CopiesOnlyWhatCanBeRead
         "<e><WeightMethod>x</WeightMethod><WeightData/><WeightA>1</WeightA>"
         "<WeightB>?</WeightB><WeightC/></e>");
     TestTree compact("<W WeightMethod='2' Weight_B='9'>old</W>");
-    UXXmlWrapperBase from = expanded.root();
-    UXXmlWrapperBase to = compact.root();
-    EXPECT_EQ(vctree_fitter_data_weight_node_expanded_to_compact(to, from), 1);
+    EXPECT_EQ(vctree_fitter_data_weight_node_expanded_to_compact(compact, expanded), 1);
     EXPECT_EQ(compact.text(), "<W WeightMethod=\"2\" Weight_B=\"9\" Weight_A=\"1\">old</W>");
 }
 
@@ -443,11 +420,10 @@ TEST(vctree_fitter_data_weight_node_expanded_to_compact, AMissingChildWritesNoth
     for (const char* missing : {"WeightMethod", "WeightData", "WeightA", "WeightB", "WeightC"}) {
         TestTree expanded(kExpanded);
         TestTree compact("<W/>");
-        UXXmlWrapperBase from = expanded.root();
-        UXXmlWrapperBase to = compact.root();
         UXXmlWrapperBase child = expanded.at(missing);
         child.RemoveNode();
-        EXPECT_EQ(vctree_fitter_data_weight_node_expanded_to_compact(to, from), 0) << missing;
+        EXPECT_EQ(vctree_fitter_data_weight_node_expanded_to_compact(compact, expanded), 0)
+            << missing;
         EXPECT_EQ(compact.text(), "<W></W>");
     }
 }

@@ -18,8 +18,7 @@ using uxtest::to_text;
 // The ranges of a tree, each as the tags of its sub-ranges joined by blanks.
 std::vector<std::string> ranges_of(const char* xml) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
-    VCRangeTreeIterator ranges(root);
+    VCRangeTreeIterator ranges(tree);
     UXXmlWrapperBase first;
     std::vector<std::string> out;
     while (ranges.Get(first)) {
@@ -60,19 +59,17 @@ TEST(VCRangeTreeIterator, SeparatorTagsAreExact) {
 
 TEST(VCRangeTreeIterator, OnlyTheFirstChildTellsTheShape) {
     TestTree hierarchical("<r><a><X/></a><b/></r>");
-    UXXmlWrapperBase root = hierarchical.root();
-    EXPECT_EQ(VCRangeTreeIterator(root).IsHierarchical(), 1);
+    EXPECT_EQ(VCRangeTreeIterator(hierarchical).IsHierarchical(), 1);
 
     TestTree flat("<r><a/><b><X/></b></r>");
-    root = flat.root();
-    EXPECT_EQ(VCRangeTreeIterator(root).IsHierarchical(), 0);
+    hierarchical = flat;
+    EXPECT_EQ(VCRangeTreeIterator(hierarchical).IsHierarchical(), 0);
     EXPECT_THAT(ranges_of("<r><a/><b><X/></b></r>"), ElementsAre("a b"));
 }
 
 TEST(VCRangeTreeIterator, AChildlessRangeGivesZeroAndIsPassed) {
     TestTree tree("<r><a><X/></a><b/><c><Y/></c></r>");
-    UXXmlWrapperBase root = tree.root();
-    VCRangeTreeIterator ranges(root);
+    VCRangeTreeIterator ranges(tree);
     UXXmlWrapperBase first;
     EXPECT_EQ(ranges.Get(first), 1);
     EXPECT_EQ(ranges.Get(first), 0);
@@ -84,8 +81,7 @@ TEST(VCRangeTreeIterator, AChildlessRangeGivesZeroAndIsPassed) {
 
 TEST(VCRangeTreeIterator, AtTheEndTheOutputStays) {
     TestTree tree("<r><X/><S/></r>");
-    UXXmlWrapperBase root = tree.root();
-    VCRangeTreeIterator ranges(root);
+    VCRangeTreeIterator ranges(tree);
     UXXmlWrapperBase first;
     ASSERT_EQ(ranges.Get(first), 1);
     EXPECT_EQ(ranges.Get(first), 0);
@@ -95,8 +91,7 @@ TEST(VCRangeTreeIterator, AtTheEndTheOutputStays) {
 
 TEST(VCRangeTreeIterator, CopiesGoOnOnTheirOwn) {
     TestTree tree("<r><X/><S/><Y/><S/><Z/></r>");
-    UXXmlWrapperBase root = tree.root();
-    VCRangeTreeIterator ranges(root);
+    VCRangeTreeIterator ranges(tree);
     UXXmlWrapperBase first;
     ranges.Get(first);
 
@@ -111,13 +106,12 @@ TEST(VCRangeTreeIterator, CopiesGoOnOnTheirOwn) {
     EXPECT_EQ(tag_text(first), "Z");
 
     TestTree other("<r><a><P/></a></r>");
-    UXXmlWrapperBase otherRoot = other.root();
-    const VCRangeTreeIterator start(otherRoot);
+    const VCRangeTreeIterator start(other);
     moved = start;
     EXPECT_EQ(moved.IsHierarchical(), 1);
     moved.Get(first);
     EXPECT_EQ(tag_text(first), "P");
-    moved = VCRangeTreeIterator(root);
+    moved = VCRangeTreeIterator(tree);
     EXPECT_EQ(moved.IsHierarchical(), 0);
     moved.Get(first);
     EXPECT_EQ(tag_text(first), "X");
@@ -151,7 +145,7 @@ TEST(VCSubRangeTreeIterator, StopsAtASeparatorInAHierarchicalTreeToo) {
 TEST(VCSubRangeTreeIterator, YieldsNothingFromASeparatorOrAnInvalidNode) {
     TestTree tree("<r><S/><X/></r>");
     UXXmlWrapperBase separator = tree.at("S");
-    UXXmlWrapperBase out = tree.root();
+    UXXmlWrapperBase out = tree;
     EXPECT_EQ(VCSubRangeTreeIterator(separator).Get(out), 0);
     UXXmlWrapperBase invalid;
     EXPECT_EQ(VCSubRangeTreeIterator(invalid).Get(out), 0);
@@ -182,10 +176,9 @@ TEST(VCSubRangeTreeIterator, CopiesGoOnOnTheirOwn) {
 
 TEST(vctree_add_subrange_to_composite_range, CreatesANumberedRangeWithItsSlots) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase range;
 
-    EXPECT_EQ(vctree_add_subrange_to_composite_range(range, root, -1, 0, 0), 1);
+    EXPECT_EQ(vctree_add_subrange_to_composite_range(range, tree, -1, 0, 0), 1);
 
     EXPECT_EQ(tree.text(),
               "<r><Range1 Label=\"Range 1\" Branch=\"0\" RepeatID=\"128\" _ACTION_OBJECT_ID=\"0\">"
@@ -198,9 +191,8 @@ TEST(vctree_add_subrange_to_composite_range, CreatesANumberedRangeWithItsSlots) 
 TEST(vctree_add_subrange_to_composite_range, TypesTwoAndFourHaveAnErrorSlot) {
     for (int type : {2, 4}) {
         TestTree tree("<r/>");
-        UXXmlWrapperBase root = tree.root();
         UXXmlWrapperBase range;
-        vctree_add_subrange_to_composite_range(range, root, -1, 0, type);
+        vctree_add_subrange_to_composite_range(range, tree, -1, 0, type);
         EXPECT_EQ(to_text(tree.at("Range1/ED")),
                   "<ED Label=\"ED\" DataID=\"53\" _ACTION_OBJECT_ID=\"0\"></ED>");
         EXPECT_EQ(tree.at("Range1").GetNodeCount(), 3);
@@ -209,9 +201,8 @@ TEST(vctree_add_subrange_to_composite_range, TypesTwoAndFourHaveAnErrorSlot) {
 
 TEST(vctree_add_subrange_to_composite_range, CountsOnFromTheRangesThatAreThere) {
     TestTree tree("<r><Range1/><Range2 RepeatID='144'/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase range;
-    EXPECT_EQ(vctree_add_subrange_to_composite_range(range, root, -1, 0, 0), 1);
+    EXPECT_EQ(vctree_add_subrange_to_composite_range(range, tree, -1, 0, 0), 1);
     EXPECT_EQ(tag_text(range), "Range3");
     int id = 0;
     range.GetPropertyValue("RepeatID", id, 0);
@@ -225,9 +216,8 @@ struct RepeatCase {
 class NextRepeatId : public testing::TestWithParam<RepeatCase> {};
 TEST_P(NextRepeatId, FollowsTheSiblingBefore) {
     TestTree tree(GetParam().previous);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase range;
-    vctree_add_subrange_to_composite_range(range, root, -1, 0, 0);
+    vctree_add_subrange_to_composite_range(range, tree, -1, 0, 0);
     int id = 0;
     range.GetPropertyValue("RepeatID", id, 0);
     EXPECT_EQ(id, GetParam().expected);
@@ -244,18 +234,16 @@ INSTANTIATE_TEST_SUITE_P(vctree_add_subrange_to_composite_range, NextRepeatId,
 
 TEST(vctree_add_subrange_to_composite_range, TheNumberIsTheChildCountEvenWhenTheTagIsTaken) {
     TestTree tree("<r><Range2/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase range;
-    vctree_add_subrange_to_composite_range(range, root, -1, 0, 0);
+    vctree_add_subrange_to_composite_range(range, tree, -1, 0, 0);
     EXPECT_EQ(tag_text(range), "Range2");
-    EXPECT_EQ(root.GetNodeCount(), 2);
+    EXPECT_EQ(tree.GetNodeCount(), 2);
 }
 
 TEST(vctree_add_subrange_to_composite_range, AddFlagsAreTheIdsOfNewNodes) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase range;
-    vctree_add_subrange_to_composite_range(range, root, 9, 0, 0);
+    vctree_add_subrange_to_composite_range(range, tree, 9, 0, 0);
     int rangeId = 0;
     int slotId = 0;
     range.GetID(rangeId);
@@ -293,10 +281,9 @@ TEST(vctree_add_subrange_to_composite_range, TheHostSuppliesSlotsAndTheFinishing
         finished = tag_text(tree) + std::to_string(type);
     };
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase range;
 
-    vctree_add_subrange_to_composite_range(range, root, -1, 5, 12);
+    vctree_add_subrange_to_composite_range(range, tree, -1, 5, 12);
 
     EXPECT_EQ(askedType, 12);
     EXPECT_EQ(askedStored, 5);
@@ -312,8 +299,7 @@ TEST(vctree_add_subrange_to_composite_range, TheFinishingStepMayGetAnInvalidTree
     FakeHostServices services;
     bool valid = true;
     services->finishRange = [&](UXXmlWrapperBase& tree, int) { valid = tree.IsNodeValid() != 0; };
-    TestTree tree("<r/>");
-    UXXmlWrapperBase range = tree.root();
+    TestTree range("<r/>");
     UXXmlWrapperBase noTree;
     EXPECT_EQ(vctree_add_subrange_to_composite_range(range, noTree, -1, 0, 0), 1);
     EXPECT_FALSE(valid);
@@ -328,9 +314,8 @@ TEST(vctree_add_subrange_to_composite_range, NeitherRangeNorTreeGivesZero) {
 
 TEST(vctree_add_subrange_to_composite_range, TheWordForARangeIsLoadedOncePerProcess) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase first;
-    vctree_add_subrange_to_composite_range(first, root, -1, 0, 0);
+    vctree_add_subrange_to_composite_range(first, tree, -1, 0, 0);
 
     FakeHostServices services;
     int asked = 0;
@@ -340,7 +325,7 @@ TEST(vctree_add_subrange_to_composite_range, TheWordForARangeIsLoadedOncePerProc
         return true;
     };
     UXXmlWrapperBase second;
-    vctree_add_subrange_to_composite_range(second, root, -1, 0, 0);
+    vctree_add_subrange_to_composite_range(second, tree, -1, 0, 0);
 
     CStringUTF8 label;
     second.GetPropertyValue("Label", label, 0);
@@ -352,8 +337,7 @@ TEST(vctree_add_subrange_to_composite_range, TheWordForARangeIsLoadedOncePerProc
 
 std::string renumbered(const char* xml, int mode) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
-    vctree_reenum_subranges_in_range_tree(root, mode);
+    vctree_reenum_subranges_in_range_tree(tree, mode);
     return tree.text();
 }
 
@@ -384,12 +368,11 @@ TEST(vctree_reenum_subranges_in_range_tree, AnEmptyOrInvalidTreeStaysSo) {
 
 TEST(vctree_reenum_subranges_in_range_tree, ManyRangesTakeLinearTime) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     constexpr int kMany = 100000;
-    for (int i = 0; i < kMany; ++i) root.AddNode(nullptr, "a", -1);
-    vctree_reenum_subranges_in_range_tree(root, 1);
+    for (int i = 0; i < kMany; ++i) tree.AddNode(nullptr, "a", -1);
+    vctree_reenum_subranges_in_range_tree(tree, 1);
     UXXmlWrapperBase last;
-    root.GetChild(&last, kMany - 1);
+    tree.GetChild(&last, kMany - 1);
     EXPECT_EQ(tag_text(last), "Range100000");
 }
 
@@ -408,11 +391,10 @@ std::ostream& operator<<(std::ostream& out, const Values& v) {
 
 Values values_of(const char* xml, int type) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
     CStringUTF8 x = "x0";
     CStringUTF8 y = "y0";
     CStringUTF8 z = "z0";
-    const int result = vctree_get_composite_subrange_values(root, x, y, z, type);
+    const int result = vctree_get_composite_subrange_values(tree, x, y, z, type);
     EXPECT_EQ(tree.text(), TestTree(xml).text());
     return {result, static_cast<const char*>(x), static_cast<const char*>(y),
             static_cast<const char*>(z)};
@@ -447,11 +429,10 @@ TEST(vctree_get_composite_subrange_values, AnEmptySlotReadsAsAnEmptyText) {
 std::string slots_after_set(const char* xml, const char* x, const char* y, const char* z, int type,
                             int join, int reset, int expected = 1) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
-    EXPECT_EQ(vctree_set_composite_subrange_values(root, x, y, z, 0, type, join, reset), expected);
+    EXPECT_EQ(vctree_set_composite_subrange_values(tree, x, y, z, 0, type, join, reset), expected);
     std::string out;
     UXXmlWrapperBase child;
-    for (root.FirstChild(&child); child.IsNodeValid(); child.NextSibling(&child)) {
+    for (tree.FirstChild(&child); child.IsNodeValid(); child.NextSibling(&child)) {
         CStringUTF8 text;
         child.NodeValue(text, 1, 1, nullptr);
         out += tag_text(child) + "=" + static_cast<const char*>(text) + ";";
@@ -512,16 +493,14 @@ TEST(vctree_set_composite_subrange_values, HandsTheStoredArgumentToTheHost) {
     int stored = 0;
     services->rangeSlots = [&](int, int given, UXRangeSlots&) { stored = given; };
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    vctree_set_composite_subrange_values(root, "", "", "", 42, 0, 0, 0);
+    vctree_set_composite_subrange_values(tree, "", "", "", 42, 0, 0, 0);
     EXPECT_EQ(stored, 42);
 }
 
 TEST(uxtree_set_composite_subrange_values, GivesTheNativeAnswer) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    EXPECT_EQ(uxtree_set_composite_subrange_values(&root, "a", "b", "c", 0, 0, 0, 0), 1);
-    EXPECT_EQ(root.GetNodeCount(), 3);
+    EXPECT_EQ(uxtree_set_composite_subrange_values(&tree, "a", "b", "c", 0, 0, 0, 0), 1);
+    EXPECT_EQ(tree.GetNodeCount(), 3);
     EXPECT_EQ(uxtree_set_composite_subrange_values(nullptr, "a", "b", "c", 0, 0, 0, 0), 0);
 }
 
@@ -529,8 +508,7 @@ TEST(uxtree_set_composite_subrange_values, GivesTheNativeAnswer) {
 
 int entire_worksheet(const char* xml) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
-    return vctree_composite_range_get_entire_worksheet_support(root);
+    return vctree_composite_range_get_entire_worksheet_support(tree);
 }
 
 TEST(vctree_composite_range_get_entire_worksheet_support, TellsOnOffAndAbsentApart) {
@@ -546,30 +524,27 @@ TEST(vctree_composite_range_get_entire_worksheet_support, TellsOnOffAndAbsentApa
 
 TEST(vctree_composite_range_set_entire_worksheet_support, StoresKeepsOrRemoves) {
     TestTree tree("<a/>");
-    UXXmlWrapperBase root = tree.root();
-    vctree_composite_range_set_entire_worksheet_support(root, 1);
+    vctree_composite_range_set_entire_worksheet_support(tree, 1);
     EXPECT_EQ(tree.text(), "<a _EntireWorksheet=\"1\"></a>");
-    vctree_composite_range_set_entire_worksheet_support(root, 2);
-    vctree_composite_range_set_entire_worksheet_support(root, -2);
+    vctree_composite_range_set_entire_worksheet_support(tree, 2);
+    vctree_composite_range_set_entire_worksheet_support(tree, -2);
     EXPECT_EQ(tree.text(), "<a _EntireWorksheet=\"1\"></a>");
-    vctree_composite_range_set_entire_worksheet_support(root, -1);
+    vctree_composite_range_set_entire_worksheet_support(tree, -1);
     EXPECT_EQ(tree.text(), "<a _EntireWorksheet=\"0\"></a>");
-    vctree_composite_range_set_entire_worksheet_support(root, 0);
+    vctree_composite_range_set_entire_worksheet_support(tree, 0);
     EXPECT_EQ(tree.text(), "<a></a>");
 }
 
 TEST(uxtree_composite_range_set_entire_worksheet_support, GivesTheNativeAnswer) {
     TestTree tree("<a/>");
-    UXXmlWrapperBase root = tree.root();
-    uxtree_composite_range_set_entire_worksheet_support(&root, 1);
+    uxtree_composite_range_set_entire_worksheet_support(&tree, 1);
     uxtree_composite_range_set_entire_worksheet_support(nullptr, 1);
     EXPECT_EQ(tree.text(), "<a _EntireWorksheet=\"1\"></a>");
 }
 
 TEST(uxtree_composite_range_get_entire_worksheet_support, GivesTheNativeAnswer) {
     TestTree tree("<a _EntireWorksheet='0'/>");
-    UXXmlWrapperBase root = tree.root();
-    EXPECT_EQ(uxtree_composite_range_get_entire_worksheet_support(&root), -1);
+    EXPECT_EQ(uxtree_composite_range_get_entire_worksheet_support(&tree), -1);
     EXPECT_EQ(uxtree_composite_range_get_entire_worksheet_support(nullptr), 0);
 }
 
@@ -577,24 +552,22 @@ TEST(uxtree_composite_range_get_entire_worksheet_support, GivesTheNativeAnswer) 
 
 TEST(vctree_get_set_node_action_id, ZeroWritesAndAnythingElseReads) {
     TestTree tree("<a/>");
-    UXXmlWrapperBase root = tree.root();
     int id = 12;
-    EXPECT_EQ(vctree_get_set_node_action_id(root, id, 0), 1);
+    EXPECT_EQ(vctree_get_set_node_action_id(tree, id, 0), 1);
     EXPECT_EQ(tree.text(), "<a _ACTION_OBJECT_ID=\"12\"></a>");
     for (int get : {1, -1, 7}) {
         id = 0;
-        EXPECT_EQ(vctree_get_set_node_action_id(root, id, get), 1);
+        EXPECT_EQ(vctree_get_set_node_action_id(tree, id, get), 1);
         EXPECT_EQ(id, 12);
     }
 }
 
 TEST(vctree_get_set_node_action_id, AMissingIdLeavesTheVariableAlone) {
     TestTree tree("<a><b _ACTION_OBJECT_ID='x'/></a>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase unreadable = tree.at("b");
     UXXmlWrapperBase invalid;
     int id = 5;
-    EXPECT_EQ(vctree_get_set_node_action_id(root, id, 1), 0);
+    EXPECT_EQ(vctree_get_set_node_action_id(tree, id, 1), 0);
     EXPECT_EQ(vctree_get_set_node_action_id(unreadable, id, 1), 0);
     EXPECT_EQ(vctree_get_set_node_action_id(invalid, id, 1), 0);
     EXPECT_EQ(vctree_get_set_node_action_id(invalid, id, 0), 0);
@@ -603,8 +576,7 @@ TEST(vctree_get_set_node_action_id, AMissingIdLeavesTheVariableAlone) {
 
 TEST(VCTreeSetCompositeSubRangeNodeActionId, ReachesTheChildrenFromOne) {
     TestTree tree("<a><b><c/></b><d/></a>");
-    UXXmlWrapperBase root = tree.root();
-    EXPECT_EQ(VCTreeSetCompositeSubRangeNodeActionId(root, 3, 1), 1);
+    EXPECT_EQ(VCTreeSetCompositeSubRangeNodeActionId(tree, 3, 1), 1);
     EXPECT_EQ(tree.text(),
               "<a _ACTION_OBJECT_ID=\"3\"><b _ACTION_OBJECT_ID=\"1\"><c></c></b>"
               "<d _ACTION_OBJECT_ID=\"1\"></d></a>");
@@ -613,8 +585,7 @@ TEST(VCTreeSetCompositeSubRangeNodeActionId, ReachesTheChildrenFromOne) {
 TEST(VCTreeSetCompositeSubRangeNodeActionId, AChildIdBelowOneLeavesTheChildrenAlone) {
     for (int childId : {0, -1}) {
         TestTree tree("<a><b/></a>");
-        UXXmlWrapperBase root = tree.root();
-        EXPECT_EQ(VCTreeSetCompositeSubRangeNodeActionId(root, -3, childId), 1);
+        EXPECT_EQ(VCTreeSetCompositeSubRangeNodeActionId(tree, -3, childId), 1);
         EXPECT_EQ(tree.text(), "<a _ACTION_OBJECT_ID=\"-3\"><b></b></a>");
     }
 }

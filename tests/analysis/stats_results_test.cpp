@@ -25,9 +25,8 @@ using uxtest::TestTree;
 
 std::string created_name(int x, int y) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
-    EXPECT_EQ(vctree_stats_create_result_node(root, out, {x, y}), 1);
+    EXPECT_EQ(vctree_stats_create_result_node(tree, out, {x, y}), 1);
     const std::string tag = tag_text(out);
     EXPECT_EQ(tree.text(), "<r><" + tag + "></" + tag + "></r>");
     return tag;
@@ -50,7 +49,7 @@ TEST(vctree_stats_create_result_node, TheLargestPositionWraps) {
 
 TEST(vctree_stats_create_result_node, FindsTheOneThatIsThere) {
     TestTree tree("<r><a/><Result_1_2 k='1'/></r>");
-    UXXmlWrapperBase node = tree.root();
+    UXXmlWrapperBase node = tree;
     const std::string before = tree.text();
     EXPECT_EQ(vctree_stats_create_result_node(node, node, {0, 1}), 1);
     EXPECT_TRUE(node == tree.at("Result_1_2"));
@@ -60,11 +59,10 @@ TEST(vctree_stats_create_result_node, FindsTheOneThatIsThere) {
 // All results of a tree as "tag x y".
 std::vector<std::string> results_of(const char* xml) {
     TestTree tree(xml);
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase cur;
     tagPOINT pos{-7, -7};
     std::vector<std::string> out;
-    while (vctree_stats_enum_result_node(root, cur, &pos)) {
+    while (vctree_stats_enum_result_node(tree, cur, &pos)) {
         out.push_back(tag_text(cur) + " " + std::to_string(pos.x) + " " + std::to_string(pos.y));
     }
     return out;
@@ -97,12 +95,11 @@ TEST(vctree_stats_enum_result_node, HugeNumbersDoNotOverflow) {
 
 TEST(vctree_stats_enum_result_node, AtTheEndTheHandleStaysOnTheLastChild) {
     TestTree tree("<r><Result/><b/><c/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase cur;
-    EXPECT_EQ(vctree_stats_enum_result_node(root, cur, nullptr), 1);
+    EXPECT_EQ(vctree_stats_enum_result_node(tree, cur, nullptr), 1);
     for (int i = 0; i < 3; ++i) {
         tagPOINT pos{7, 7};
-        EXPECT_EQ(vctree_stats_enum_result_node(root, cur, &pos), 0);
+        EXPECT_EQ(vctree_stats_enum_result_node(tree, cur, &pos), 0);
         EXPECT_TRUE(cur == tree.at("c"));
         EXPECT_EQ(pos.x, 7);
     }
@@ -110,21 +107,20 @@ TEST(vctree_stats_enum_result_node, AtTheEndTheHandleStaysOnTheLastChild) {
 
 TEST(uxtree_stats_enum_result_node, GivesRowAndColumnOnlyWhenFound) {
     TestTree tree("<r><Result_3_4/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase cur;
     int row = 7;
     int col = 8;
-    EXPECT_EQ(uxtree_stats_enum_result_node(&root, &cur, &row, &col), 1);
+    EXPECT_EQ(uxtree_stats_enum_result_node(&tree, &cur, &row, &col), 1);
     EXPECT_EQ(row, 2);
     EXPECT_EQ(col, 3);
     row = 7;
-    EXPECT_EQ(uxtree_stats_enum_result_node(&root, &cur, &row, &col), 0);
+    EXPECT_EQ(uxtree_stats_enum_result_node(&tree, &cur, &row, &col), 0);
     EXPECT_EQ(row, 7);
     EXPECT_EQ(col, 3);
     UXXmlWrapperBase again;
-    EXPECT_EQ(uxtree_stats_enum_result_node(&root, &again, nullptr, nullptr), 1);
+    EXPECT_EQ(uxtree_stats_enum_result_node(&tree, &again, nullptr, nullptr), 1);
     EXPECT_EQ(uxtree_stats_enum_result_node(nullptr, &again, &row, &col), 0);
-    EXPECT_EQ(uxtree_stats_enum_result_node(&root, nullptr, &row, &col), 0);
+    EXPECT_EQ(uxtree_stats_enum_result_node(&tree, nullptr, &row, &col), 0);
 }
 
 // --- descriptive results -------------------------------------------------------------------------
@@ -152,16 +148,15 @@ std::string results_text() {
 
 TEST(vctree_stats_get_set_stats_results, WritesEveryFieldInOrderAndReadsItBack) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     tagDescStatResults results = numbered_results();
     double min = -1;
     double max = 99;
-    vctree_stats_get_set_stats_results(root, results, min, max, 0);
+    vctree_stats_get_set_stats_results(tree, results, min, max, 0);
     EXPECT_EQ(tree.text(), results_text());
 
     tagDescStatResults back{};
     min = max = 0;
-    vctree_stats_get_set_stats_results(root, back, min, max, 1);
+    vctree_stats_get_set_stats_results(tree, back, min, max, 1);
     EXPECT_EQ(std::memcmp(&back, &results, sizeof back), 0);
     EXPECT_EQ(min, -1);
     EXPECT_EQ(max, 99);
@@ -170,11 +165,10 @@ TEST(vctree_stats_get_set_stats_results, WritesEveryFieldInOrderAndReadsItBack) 
 TEST(vctree_stats_get_set_stats_results, ReadingNothingGivesDefaultsAndCreatesResults) {
     for (const char* xml : {"<r/>", "<r><Results/></r>"}) {
         TestTree tree(xml);
-        UXXmlWrapperBase root = tree.root();
         tagDescStatResults results = numbered_results();
         double min = 5;
         double max = 6;
-        vctree_stats_get_set_stats_results(root, results, min, max, 1);
+        vctree_stats_get_set_stats_results(tree, results, min, max, 1);
         EXPECT_EQ(tree.text(), "<r><Results></Results></r>");
         EXPECT_EQ(results.N, 0);
         EXPECT_EQ(results.Missing, 0);
@@ -188,11 +182,10 @@ TEST(vctree_stats_get_set_stats_results, ReadingNothingGivesDefaultsAndCreatesRe
 
 TEST(vctree_stats_get_set_stats_results, AFieldThatCannotBeReadKeepsWhatItHeld) {
     TestTree tree("<r><Results><N>x</N><SD/><Mean>4</Mean></Results></r>");
-    UXXmlWrapperBase root = tree.root();
     tagDescStatResults results = numbered_results();
     double min = 0;
     double max = 0;
-    vctree_stats_get_set_stats_results(root, results, min, max, 1);
+    vctree_stats_get_set_stats_results(tree, results, min, max, 1);
     EXPECT_EQ(results.N, 1);
     EXPECT_EQ(results.Mean, 4);
     EXPECT_EQ(results.SD, 4.5);
@@ -212,16 +205,15 @@ TEST(vctree_stats_get_set_stats_results, AnInvalidNodeChangesNothing) {
 
 TEST(uxtree_stats_get_set_stats_results, NeedsEveryPointer) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     tagDescStatResults results = numbered_results();
     double min = -1;
     double max = 99;
     uxtree_stats_get_set_stats_results(nullptr, &results, &min, &max, 0);
-    uxtree_stats_get_set_stats_results(&root, nullptr, &min, &max, 0);
-    uxtree_stats_get_set_stats_results(&root, &results, nullptr, &max, 0);
-    uxtree_stats_get_set_stats_results(&root, &results, &min, nullptr, 0);
+    uxtree_stats_get_set_stats_results(&tree, nullptr, &min, &max, 0);
+    uxtree_stats_get_set_stats_results(&tree, &results, nullptr, &max, 0);
+    uxtree_stats_get_set_stats_results(&tree, &results, &min, nullptr, 0);
     EXPECT_EQ(tree.text(), "<r></r>");
-    uxtree_stats_get_set_stats_results(&root, &results, &min, &max, 0);
+    uxtree_stats_get_set_stats_results(&tree, &results, &min, &max, 0);
     EXPECT_EQ(tree.text(), results_text());
 }
 
@@ -254,34 +246,30 @@ std::string details_text() {
 bool same(const tagHistogramStatsResult& a, const tagHistogramStatsResult& b) {
     TestTree ta("<r/>");
     TestTree tb("<r/>");
-    UXXmlWrapperBase ra = ta.root();
-    UXXmlWrapperBase rb = tb.root();
     tagHistogramStatsResult ca = a;
     tagHistogramStatsResult cb = b;
-    vctree_stats_result_get_set_details(ra, ca, 0);
-    vctree_stats_result_get_set_details(rb, cb, 0);
+    vctree_stats_result_get_set_details(ta, ca, 0);
+    vctree_stats_result_get_set_details(tb, cb, 0);
     return ta.text() == tb.text();
 }
 
 TEST(vctree_stats_result_get_set_details, WritesEveryFieldInOrderAndReadsItBack) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     tagHistogramStatsResult details = numbered_details();
-    EXPECT_EQ(vctree_stats_result_get_set_details(root, details, 0), 1);
+    EXPECT_EQ(vctree_stats_result_get_set_details(tree, details, 0), 1);
     EXPECT_EQ(tree.text(), details_text());
 
     tagHistogramStatsResult back{};
-    EXPECT_EQ(vctree_stats_result_get_set_details(root, back, 1), 1);
+    EXPECT_EQ(vctree_stats_result_get_set_details(tree, back, 1), 1);
     EXPECT_TRUE(same(back, details));
     EXPECT_EQ(back.Gamtheta, 22.5);
 }
 
 TEST(vctree_stats_result_get_set_details, WithoutDetailsTheRecordIsUntouched) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
     tagHistogramStatsResult details = numbered_details();
-    EXPECT_EQ(vctree_stats_result_get_set_details(root, details, 1), 0);
+    EXPECT_EQ(vctree_stats_result_get_set_details(tree, details, 1), 0);
     EXPECT_EQ(vctree_stats_result_get_set_details(invalid, details, 1), 0);
     EXPECT_EQ(vctree_stats_result_get_set_details(invalid, details, 0), 0);
     EXPECT_TRUE(same(details, numbered_details()));
@@ -290,9 +278,8 @@ TEST(vctree_stats_result_get_set_details, WithoutDetailsTheRecordIsUntouched) {
 
 TEST(vctree_stats_result_get_set_details, EmptyDetailsGiveDefaultsAndZero) {
     TestTree tree("<r><Details/></r>");
-    UXXmlWrapperBase root = tree.root();
     tagHistogramStatsResult details = numbered_details();
-    EXPECT_EQ(vctree_stats_result_get_set_details(root, details, 1), 0);
+    EXPECT_EQ(vctree_stats_result_get_set_details(tree, details, 1), 0);
     EXPECT_EQ(tree.text(), "<r><Details></Details></r>");
     EXPECT_EQ(details.N, 0);
     EXPECT_EQ(details.Missing, 0);
@@ -307,21 +294,19 @@ TEST(vctree_stats_result_get_set_details, EmptyDetailsGiveDefaultsAndZero) {
 
 TEST(vctree_stats_result_get_set_details, AFieldThatIsThereCountsEvenWhenUnreadable) {
     TestTree tree("<r><Details><Q1>?</Q1></Details></r>");
-    UXXmlWrapperBase root = tree.root();
     tagHistogramStatsResult details = numbered_details();
-    EXPECT_EQ(vctree_stats_result_get_set_details(root, details, 1), 1);
+    EXPECT_EQ(vctree_stats_result_get_set_details(tree, details, 1), 1);
     EXPECT_EQ(details.Q1, numbered_details().Q1);
     EXPECT_EQ(bits(details.Q3), kMissingBits);
 }
 
 TEST(uxtree_stats_result_get_set_details, NeedsBothPointers) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     tagHistogramStatsResult details = numbered_details();
     EXPECT_EQ(uxtree_stats_result_get_set_details(nullptr, &details, 0), 0);
-    EXPECT_EQ(uxtree_stats_result_get_set_details(&root, nullptr, 0), 0);
+    EXPECT_EQ(uxtree_stats_result_get_set_details(&tree, nullptr, 0), 0);
     EXPECT_EQ(tree.text(), "<r></r>");
-    EXPECT_EQ(uxtree_stats_result_get_set_details(&root, &details, 0), 1);
+    EXPECT_EQ(uxtree_stats_result_get_set_details(&tree, &details, 0), 1);
     EXPECT_EQ(tree.text(), details_text());
 }
 

@@ -24,11 +24,10 @@ using uxtest::to_text;
 
 TEST(vctree_stats_get_boxchart_box_node, FindsOrAppends) {
     TestTree tree("<r><BoxChart k='1'/></r>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
-    EXPECT_EQ(vctree_stats_get_boxchart_box_node(root, out), 1);
+    EXPECT_EQ(vctree_stats_get_boxchart_box_node(tree, out), 1);
     EXPECT_TRUE(out == tree.at("BoxChart/Box"));
-    EXPECT_EQ(vctree_stats_get_boxchart_box_node(root, out), 1);
+    EXPECT_EQ(vctree_stats_get_boxchart_box_node(tree, out), 1);
     EXPECT_EQ(tree.text(), "<r><BoxChart k=\"1\"><Box></Box></BoxChart></r>");
     UXXmlWrapperBase invalid;
     EXPECT_EQ(vctree_stats_get_boxchart_box_node(invalid, out), 0);
@@ -37,7 +36,7 @@ TEST(vctree_stats_get_boxchart_box_node, FindsOrAppends) {
 
 TEST(vctree_stats_get_boxchart_whisker_node, FindsOrAppends) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase node = tree.root();
+    UXXmlWrapperBase node = tree;
     EXPECT_EQ(vctree_stats_get_boxchart_whisker_node(node, node), 1);
     EXPECT_EQ(tree.text(), "<r><BoxChart><Whisker></Whisker></BoxChart></r>");
     EXPECT_TRUE(node == tree.at("BoxChart/Whisker"));
@@ -47,11 +46,10 @@ TEST(vctree_stats_get_boxchart_whisker_node, FindsOrAppends) {
 
 void expect_part_found(int (*find)(UXXmlWrapperBase*, UXXmlWrapperBase*)) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase out;
-    EXPECT_EQ(find(&root, &out), 1);
+    EXPECT_EQ(find(&tree, &out), 1);
     EXPECT_EQ(find(nullptr, &out), 0);
-    EXPECT_EQ(find(&root, nullptr), 0);
+    EXPECT_EQ(find(&tree, nullptr), 0);
 }
 TEST(uxtree_stats_get_boxchart_box_node, GivesTheNativeAnswer) {
     expect_part_found(uxtree_stats_get_boxchart_box_node);
@@ -62,27 +60,25 @@ TEST(uxtree_stats_get_boxchart_whisker_node, GivesTheNativeAnswer) {
 
 TEST(vctree_stats_get_set_box_info, StoresInAnotherOrderThanItIsPassed) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     double top = 1;
     double topX = 2;
     double bottom = 3;
     double bottomX = 4;
     double center = 5;
-    vctree_stats_get_set_box_info(root, top, topX, bottom, bottomX, center, 0);
+    vctree_stats_get_set_box_info(tree, top, topX, bottom, bottomX, center, 0);
     EXPECT_EQ(tree.text(),
               "<r><BoxChart><Box><Center>5</Center><Top>1</Top><TopX>2</TopX><Bottom>3</Bottom>"
               "<BottomX>4</BottomX></Box></BoxChart></r>");
     top = topX = bottom = bottomX = center = 0;
-    vctree_stats_get_set_box_info(root, top, topX, bottom, bottomX, center, 1);
+    vctree_stats_get_set_box_info(tree, top, topX, bottom, bottomX, center, 1);
     EXPECT_THAT((std::vector<double>{top, topX, bottom, bottomX, center}),
                 ElementsAre(1, 2, 3, 4, 5));
 }
 
 TEST(vctree_stats_get_set_box_info, ReadingCreatesTheBoxButNotItsValues) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     double value = 7;
-    vctree_stats_get_set_box_info(root, value, value, value, value, value, 1);
+    vctree_stats_get_set_box_info(tree, value, value, value, value, value, 1);
     EXPECT_EQ(tree.text(), "<r><BoxChart><Box></Box></BoxChart></r>");
     EXPECT_EQ(value, 7);
     UXXmlWrapperBase invalid;
@@ -92,42 +88,39 @@ TEST(vctree_stats_get_set_box_info, ReadingCreatesTheBoxButNotItsValues) {
 
 TEST(uxtree_stats_get_set_box_info, NeedsEveryPointer) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     double v = 1;
     uxtree_stats_get_set_box_info(nullptr, &v, &v, &v, &v, &v, 0);
-    uxtree_stats_get_set_box_info(&root, nullptr, &v, &v, &v, &v, 0);
-    uxtree_stats_get_set_box_info(&root, &v, nullptr, &v, &v, &v, 0);
-    uxtree_stats_get_set_box_info(&root, &v, &v, nullptr, &v, &v, 0);
-    uxtree_stats_get_set_box_info(&root, &v, &v, &v, nullptr, &v, 0);
-    uxtree_stats_get_set_box_info(&root, &v, &v, &v, &v, nullptr, 0);
+    uxtree_stats_get_set_box_info(&tree, nullptr, &v, &v, &v, &v, 0);
+    uxtree_stats_get_set_box_info(&tree, &v, nullptr, &v, &v, &v, 0);
+    uxtree_stats_get_set_box_info(&tree, &v, &v, nullptr, &v, &v, 0);
+    uxtree_stats_get_set_box_info(&tree, &v, &v, &v, nullptr, &v, 0);
+    uxtree_stats_get_set_box_info(&tree, &v, &v, &v, &v, nullptr, 0);
     EXPECT_EQ(tree.text(), "<r></r>");
-    uxtree_stats_get_set_box_info(&root, &v, &v, &v, &v, &v, 0);
+    uxtree_stats_get_set_box_info(&tree, &v, &v, &v, &v, &v, 0);
     EXPECT_EQ(tree.at("BoxChart/Box").GetNodeCount(), 5);
 }
 
 TEST(vctree_stats_get_set_whisker_info, GoesBothWays) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     double top = 1;
     double bottom = 2;
-    vctree_stats_get_set_whisker_info(root, top, bottom, 0);
+    vctree_stats_get_set_whisker_info(tree, top, bottom, 0);
     EXPECT_EQ(tree.text(),
               "<r><BoxChart><Whisker><Top>1</Top><Bottom>2</Bottom></Whisker></BoxChart></r>");
     top = bottom = 0;
-    vctree_stats_get_set_whisker_info(root, top, bottom, 1);
+    vctree_stats_get_set_whisker_info(tree, top, bottom, 1);
     EXPECT_EQ(top, 1);
     EXPECT_EQ(bottom, 2);
 }
 
 TEST(uxtree_stats_get_set_whisker_info, NeedsEveryPointer) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     double v = 1;
     uxtree_stats_get_set_whisker_info(nullptr, &v, &v, 0);
-    uxtree_stats_get_set_whisker_info(&root, nullptr, &v, 0);
-    uxtree_stats_get_set_whisker_info(&root, &v, nullptr, 0);
+    uxtree_stats_get_set_whisker_info(&tree, nullptr, &v, 0);
+    uxtree_stats_get_set_whisker_info(&tree, &v, nullptr, 0);
     EXPECT_EQ(tree.text(), "<r></r>");
-    uxtree_stats_get_set_whisker_info(&root, &v, &v, 0);
+    uxtree_stats_get_set_whisker_info(&tree, &v, &v, 0);
     EXPECT_EQ(tree.at("BoxChart/Whisker").GetNodeCount(), 2);
 }
 
@@ -135,34 +128,32 @@ TEST(uxtree_stats_get_set_whisker_info, NeedsEveryPointer) {
 
 TEST(vctree_stats_get_set_bin_info, GoesBothWaysBySize) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     double min = -1.5;
     double max = 2;
     double size = 0.1;
     int space = 4;
-    vctree_stats_get_set_bin_info(root, min, max, size, space, 0);
+    vctree_stats_get_set_bin_info(tree, min, max, size, space, 0);
     EXPECT_EQ(tree.text(),
               "<r><Bin><Min>-1.5</Min><Max>2</Max><Size>0.1</Size><Space>4</Space></Bin></r>");
     min = max = size = 0;
     space = 0;
-    vctree_stats_get_set_bin_info(root, min, max, size, space, 1);
+    vctree_stats_get_set_bin_info(tree, min, max, size, space, 1);
     EXPECT_THAT((std::vector<double>{min, max, size}), ElementsAre(-1.5, 2, 0.1));
     EXPECT_EQ(space, 4);
 }
 
 TEST(vctree_stats_get_set_bin_info, GoesBothWaysByIntervals) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     double min = 0;
     double max = 10;
     int intervals = 5;
     int space = 1;
-    vctree_stats_get_set_bin_info(root, min, max, intervals, space, 0);
+    vctree_stats_get_set_bin_info(tree, min, max, intervals, space, 0);
     EXPECT_EQ(tree.text(),
               "<r><Bin><Min>0</Min><Max>10</Max><Intervals>5</Intervals><Space>1</Space></Bin>"
               "</r>");
     intervals = 0;
-    vctree_stats_get_set_bin_info(root, min, max, intervals, space, 1);
+    vctree_stats_get_set_bin_info(tree, min, max, intervals, space, 1);
     EXPECT_EQ(intervals, 5);
 }
 
@@ -170,13 +161,12 @@ TEST(vctree_stats_get_set_bin_info, OnlyTheSpaceBecomesZeroWhenUnreadable) {
     for (const char* xml : {"<r/>", "<r><Bin/></r>",
                             "<r><Bin><Min>x</Min><Size>y</Size><Space>z</Space></Bin></r>"}) {
         TestTree tree(xml);
-        UXXmlWrapperBase root = tree.root();
         const std::string before = tree.text();
         double min = 1;
         double max = 2;
         double size = 3;
         int space = 4;
-        vctree_stats_get_set_bin_info(root, min, max, size, space, 1);
+        vctree_stats_get_set_bin_info(tree, min, max, size, space, 1);
         EXPECT_THAT((std::vector<double>{min, max, size}), ElementsAre(1, 2, 3));
         EXPECT_EQ(space, 0);
         EXPECT_EQ(tree.text(), before);
@@ -195,51 +185,47 @@ TEST(vctree_stats_get_set_bin_info, AnInvalidNodeChangesNothing) {
 
 TEST(uxtree_stats_get_set_bin_info, ANullSpaceWritesZero) {
     TestTree tree("<r><Bin><Space>9</Space></Bin></r>");
-    UXXmlWrapperBase root = tree.root();
     double v = 1;
-    uxtree_stats_get_set_bin_info(&root, &v, &v, &v, nullptr, 1);
+    uxtree_stats_get_set_bin_info(&tree, &v, &v, &v, nullptr, 1);
     EXPECT_EQ(tree.text(), "<r><Bin><Space>9</Space></Bin></r>");
-    uxtree_stats_get_set_bin_info(&root, &v, &v, &v, nullptr, 0);
+    uxtree_stats_get_set_bin_info(&tree, &v, &v, &v, nullptr, 0);
     EXPECT_EQ(tree.text(),
               "<r><Bin><Space>0</Space><Min>1</Min><Max>1</Max><Size>1</Size></Bin></r>");
 }
 
 TEST(uxtree_stats_get_set_bin_info, NeedsEveryOtherPointer) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     double v = 1;
     int space = 1;
     uxtree_stats_get_set_bin_info(nullptr, &v, &v, &v, &space, 0);
-    uxtree_stats_get_set_bin_info(&root, nullptr, &v, &v, &space, 0);
-    uxtree_stats_get_set_bin_info(&root, &v, nullptr, &v, &space, 0);
-    uxtree_stats_get_set_bin_info(&root, &v, &v, nullptr, &space, 0);
+    uxtree_stats_get_set_bin_info(&tree, nullptr, &v, &v, &space, 0);
+    uxtree_stats_get_set_bin_info(&tree, &v, nullptr, &v, &space, 0);
+    uxtree_stats_get_set_bin_info(&tree, &v, &v, nullptr, &space, 0);
     EXPECT_EQ(tree.text(), "<r></r>");
 }
 
 TEST(uxtree_stats_get_set_bin_intervals, CallsTheIntervalForm) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     double v = 1;
     int intervals = 6;
     int space = 2;
     uxtree_stats_get_set_bin_intervals(nullptr, &v, &v, &intervals, &space, 0);
-    uxtree_stats_get_set_bin_intervals(&root, nullptr, &v, &intervals, &space, 0);
-    uxtree_stats_get_set_bin_intervals(&root, &v, nullptr, &intervals, &space, 0);
-    uxtree_stats_get_set_bin_intervals(&root, &v, &v, nullptr, &space, 0);
+    uxtree_stats_get_set_bin_intervals(&tree, nullptr, &v, &intervals, &space, 0);
+    uxtree_stats_get_set_bin_intervals(&tree, &v, nullptr, &intervals, &space, 0);
+    uxtree_stats_get_set_bin_intervals(&tree, &v, &v, nullptr, &space, 0);
     EXPECT_EQ(tree.text(), "<r></r>");
-    uxtree_stats_get_set_bin_intervals(&root, &v, &v, &intervals, &space, 0);
+    uxtree_stats_get_set_bin_intervals(&tree, &v, &v, &intervals, &space, 0);
     EXPECT_EQ(tree.text(),
               "<r><Bin><Min>1</Min><Max>1</Max><Intervals>6</Intervals><Space>2</Space></Bin></r>");
-    uxtree_stats_get_set_bin_intervals(&root, &v, &v, &intervals, nullptr, 0);
+    uxtree_stats_get_set_bin_intervals(&tree, &v, &v, &intervals, nullptr, 0);
     EXPECT_EQ(to_text(tree.at("Bin/Space")), "<Space>0</Space>");
 }
 
 TEST(vctree_stats_is_bin_auto, IsOnUnlessTheTreeSaysOtherwise) {
     const auto ask = [](const char* xml) {
         TestTree tree(xml);
-        UXXmlWrapperBase root = tree.root();
         const std::string before = tree.text();
-        const int result = vctree_stats_is_bin_auto(root);
+        const int result = vctree_stats_is_bin_auto(tree);
         EXPECT_EQ(tree.text(), before);
         return result;
     };
@@ -255,16 +241,14 @@ TEST(vctree_stats_is_bin_auto, IsOnUnlessTheTreeSaysOtherwise) {
 
 TEST(uxtree_stats_is_bin_auto, ANullNodeGivesZero) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    EXPECT_EQ(uxtree_stats_is_bin_auto(&root), 1);
+    EXPECT_EQ(uxtree_stats_is_bin_auto(&tree), 1);
     EXPECT_EQ(uxtree_stats_is_bin_auto(nullptr), 0);
 }
 
 TEST(vctree_stats_is_by_intervals, IsOffUnlessTheTreeSaysOtherwise) {
     const auto ask = [](const char* xml) {
         TestTree tree(xml);
-        UXXmlWrapperBase root = tree.root();
-        return vctree_stats_is_by_intervals(root);
+        return vctree_stats_is_by_intervals(tree);
     };
     EXPECT_EQ(ask("<r/>"), 0);
     EXPECT_EQ(ask("<r><Bin><StepBy>x</StepBy></Bin></r>"), 0);
@@ -275,24 +259,21 @@ TEST(vctree_stats_is_by_intervals, IsOffUnlessTheTreeSaysOtherwise) {
 
 TEST(uxtree_stats_is_by_intervals, GivesTheNativeAnswer) {
     TestTree tree("<r><Bin><StepBy>1</StepBy></Bin></r>");
-    UXXmlWrapperBase root = tree.root();
-    EXPECT_EQ(uxtree_stats_is_by_intervals(&root), 1);
+    EXPECT_EQ(uxtree_stats_is_by_intervals(&tree), 1);
     EXPECT_EQ(uxtree_stats_is_by_intervals(nullptr), 0);
 }
 
 // An empty tree after a setting was written, and tried on a node that is none.
 std::string after_native(void (*set)(UXXmlWrapperBase&, int), int value) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     UXXmlWrapperBase invalid;
-    set(root, value);
+    set(tree, value);
     set(invalid, value + 1);
     return tree.text();
 }
 std::string after_script(void (*set)(UXXmlWrapperBase*, int), int value) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
-    set(&root, value);
+    set(&tree, value);
     set(nullptr, value);
     return tree.text();
 }
@@ -324,24 +305,22 @@ class IntSettings : public testing::TestWithParam<IntSetting> {};
 
 TEST_P(IntSettings, GoBothWays) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     int value = 3;
-    EXPECT_EQ(GetParam().transfer(root, value, 0), 1);
+    EXPECT_EQ(GetParam().transfer(tree, value, 0), 1);
     EXPECT_EQ(tree.text(), GetParam().written);
     value = 0;
-    EXPECT_EQ(GetParam().transfer(root, value, 1), 1);
+    EXPECT_EQ(GetParam().transfer(tree, value, 1), 1);
     EXPECT_EQ(value, 3);
     value = 0;
-    EXPECT_EQ(GetParam().transfer(root, value, -5), 1);
+    EXPECT_EQ(GetParam().transfer(tree, value, -5), 1);
     EXPECT_EQ(value, 3);
 }
 TEST_P(IntSettings, KeepTheVariableWhenTheyCannotBeRead) {
     for (const char* xml : {"<r/>", GetParam().unreadable}) {
         TestTree tree(xml);
-        UXXmlWrapperBase root = tree.root();
         const std::string before = tree.text();
         int value = 7;
-        EXPECT_EQ(GetParam().transfer(root, value, 1), 0);
+        EXPECT_EQ(GetParam().transfer(tree, value, 1), 0);
         EXPECT_EQ(value, 7);
         EXPECT_EQ(tree.text(), before);
     }
@@ -353,12 +332,11 @@ TEST_P(IntSettings, KeepTheVariableWhenTheyCannotBeRead) {
 }
 TEST_P(IntSettings, HaveAScriptForm) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     int value = 3;
     EXPECT_EQ(GetParam().script(nullptr, &value, 0), 0);
-    EXPECT_EQ(GetParam().script(&root, nullptr, 0), 0);
+    EXPECT_EQ(GetParam().script(&tree, nullptr, 0), 0);
     EXPECT_EQ(tree.text(), "<r></r>");
-    EXPECT_EQ(GetParam().script(&root, &value, 0), 1);
+    EXPECT_EQ(GetParam().script(&tree, &value, 0), 1);
     EXPECT_EQ(tree.text(), GetParam().written);
 }
 INSTANTIATE_TEST_SUITE_P(vctree_stats_get_set_interpolate, IntSettings,
@@ -379,49 +357,45 @@ INSTANTIATE_TEST_SUITE_P(vctree_stats_get_set_trials_num, IntSettings,
 
 TEST(vctree_stats_get_set_output_distribution, GoesBothWays) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     int value = 2;
-    vctree_stats_get_set_output_distribution(root, value, 0);
+    vctree_stats_get_set_output_distribution(tree, value, 0);
     EXPECT_EQ(tree.text(), "<r><Distribution>2</Distribution></r>");
     value = 0;
-    vctree_stats_get_set_output_distribution(root, value, 1);
+    vctree_stats_get_set_output_distribution(tree, value, 1);
     EXPECT_EQ(value, 2);
 }
 
 TEST(uxtree_stats_get_set_output_distribution, NeedsBothPointers) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     int value = 2;
     uxtree_stats_get_set_output_distribution(nullptr, &value, 0);
-    uxtree_stats_get_set_output_distribution(&root, nullptr, 0);
+    uxtree_stats_get_set_output_distribution(&tree, nullptr, 0);
     EXPECT_EQ(tree.text(), "<r></r>");
-    uxtree_stats_get_set_output_distribution(&root, &value, 0);
+    uxtree_stats_get_set_output_distribution(&tree, &value, 0);
     EXPECT_EQ(tree.text(), "<r><Distribution>2</Distribution></r>");
 }
 
 TEST(vctree_stats_get_set_sum, GoesBothWays) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     double value = 0.1;
-    vctree_stats_get_set_sum(root, value, 1);
+    vctree_stats_get_set_sum(tree, value, 1);
     EXPECT_EQ(tree.text(), "<r></r>");
     EXPECT_EQ(value, 0.1);
-    vctree_stats_get_set_sum(root, value, 0);
+    vctree_stats_get_set_sum(tree, value, 0);
     EXPECT_EQ(tree.text(), "<r><Sum>0.1</Sum></r>");
     value = 0;
-    vctree_stats_get_set_sum(root, value, 1);
+    vctree_stats_get_set_sum(tree, value, 1);
     EXPECT_EQ(value, 0.1);
 }
 
 TEST(vctree_stats_get_set_conf_interval_probability, GoesBothWays) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     double prob0 = 0.9;
     double prob1 = 0.95;
-    vctree_stats_get_set_conf_interval_probability(root, prob0, prob1, 0);
+    vctree_stats_get_set_conf_interval_probability(tree, prob0, prob1, 0);
     EXPECT_EQ(tree.text(), "<r><Prob0>0.9</Prob0><Prob1>0.95</Prob1></r>");
     prob0 = prob1 = 0;
-    vctree_stats_get_set_conf_interval_probability(root, prob0, prob1, 1);
+    vctree_stats_get_set_conf_interval_probability(tree, prob0, prob1, 1);
     EXPECT_EQ(prob0, 0.9);
     EXPECT_EQ(prob1, 0.95);
 }
@@ -429,21 +403,19 @@ TEST(vctree_stats_get_set_conf_interval_probability, GoesBothWays) {
 TEST(vctree_stats_get_set_sum, EveryDoubleComesBackBitForBit) {
     for (double value : {0.1, -0.0, 1e-310, 1.7976931348623157e308, 1.0 / 3}) {
         TestTree tree("<r/>");
-        UXXmlWrapperBase root = tree.root();
         double back = 7;
         double out = value;
-        vctree_stats_get_set_sum(root, out, 0);
-        vctree_stats_get_set_sum(root, back, 1);
+        vctree_stats_get_set_sum(tree, out, 0);
+        vctree_stats_get_set_sum(tree, back, 1);
         EXPECT_EQ(bits(back), bits(value)) << tree.text();
     }
 }
 
 TEST(vctree_stats_get_set_sum, WhatIsNotFiniteIsStoredAsTheMissingValue) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     double value = std::numeric_limits<double>::quiet_NaN();
-    vctree_stats_get_set_sum(root, value, 0);
-    vctree_stats_get_set_sum(root, value, 1);
+    vctree_stats_get_set_sum(tree, value, 0);
+    vctree_stats_get_set_sum(tree, value, 1);
     EXPECT_EQ(bits(value), kMissingBits);
 }
 
@@ -457,19 +429,17 @@ class ListSettings : public testing::TestWithParam<ListSetting> {};
 
 TEST_P(ListSettings, GoBothWays) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     CArray<double, double> values = uxtest::number_list<double>({1, 2.5, -3});
-    GetParam().transfer(root, values, 0);
+    GetParam().transfer(tree, values, 0);
     EXPECT_EQ(tree.text(), "<r>" + child(GetParam().tag, "1 2.5 -3") + "</r>");
     CArray<double, double> back;
-    GetParam().transfer(root, back, 1);
+    GetParam().transfer(tree, back, 1);
     EXPECT_THAT(numbers(back), ElementsAre(1, 2.5, -3));
 }
 TEST_P(ListSettings, AreCreatedByReadingToo) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     CArray<double, double> values = uxtest::number_list<double>({1});
-    GetParam().transfer(root, values, 1);
+    GetParam().transfer(tree, values, 1);
     EXPECT_EQ(tree.text(), "<r>" + child(GetParam().tag, "") + "</r>");
     EXPECT_THAT(numbers(values), ElementsAre(1));
 }
@@ -491,53 +461,49 @@ INSTANTIATE_TEST_SUITE_P(vctree_stats_get_set_custom_quantiles, ListSettings,
 
 TEST(uxtree_stats_get_set_counts, NeedsANodeAndAVector) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     auto values = uxtest::script_doubles({1, 2});
     auto wrong = uxtest::script_ints({1});
     uxtree_stats_get_set_counts(nullptr, &values, 0);
-    uxtree_stats_get_set_counts(&root, nullptr, 0);
-    uxtree_stats_get_set_counts(&root, &wrong, 0);
+    uxtree_stats_get_set_counts(&tree, nullptr, 0);
+    uxtree_stats_get_set_counts(&tree, &wrong, 0);
     EXPECT_EQ(tree.text(), "<r></r>");
-    uxtree_stats_get_set_counts(&root, &values, 0);
+    uxtree_stats_get_set_counts(&tree, &values, 0);
     EXPECT_EQ(tree.text(), "<r><Counts>1 2</Counts></r>");
 }
 TEST(uxtree_stats_get_set_percentiles, NeedsANodeAndAVector) {
     TestTree tree("<r><Percentiles>5 95</Percentiles></r>");
-    UXXmlWrapperBase root = tree.root();
     auto values = uxtest::script_doubles({});
     auto wrong = uxtest::script_texts({"1"});
     uxtree_stats_get_set_percentiles(nullptr, &values, 1);
-    uxtree_stats_get_set_percentiles(&root, nullptr, 1);
-    uxtree_stats_get_set_percentiles(&root, &wrong, 1);
+    uxtree_stats_get_set_percentiles(&tree, nullptr, 1);
+    uxtree_stats_get_set_percentiles(&tree, &wrong, 1);
     EXPECT_EQ(values.array().GetSize(), 0);
-    uxtree_stats_get_set_percentiles(&root, &values, 1);
+    uxtree_stats_get_set_percentiles(&tree, &values, 1);
     EXPECT_THAT(numbers(values.array()), ElementsAre(5, 95));
 }
 
 TEST(vctree_stats_get_set_output_distr_curve_type, GoesBothWaysWithoutCreatingOnReading) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     CArray<int, int> values = uxtest::number_list<int>({4, 5});
-    vctree_stats_get_set_output_distr_curve_type(root, values, 1);
+    vctree_stats_get_set_output_distr_curve_type(tree, values, 1);
     EXPECT_EQ(tree.text(), "<r></r>");
     EXPECT_THAT(numbers(values), ElementsAre(4, 5));
-    vctree_stats_get_set_output_distr_curve_type(root, values, 0);
+    vctree_stats_get_set_output_distr_curve_type(tree, values, 0);
     EXPECT_EQ(tree.text(), "<r><DistrCurveTypes>4 5</DistrCurveTypes></r>");
     values.RemoveAll();
-    vctree_stats_get_set_output_distr_curve_type(root, values, 1);
+    vctree_stats_get_set_output_distr_curve_type(tree, values, 1);
     EXPECT_THAT(numbers(values), ElementsAre(4, 5));
 }
 
 TEST(vctree_stats_result_get_set_counts, ReadsWithoutCreating) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     CArray<double, double> values = uxtest::number_list<double>({1.5});
-    EXPECT_EQ(vctree_stats_result_get_set_counts(root, values, 1), 0);
+    EXPECT_EQ(vctree_stats_result_get_set_counts(tree, values, 1), 0);
     EXPECT_EQ(tree.text(), "<r></r>");
-    EXPECT_EQ(vctree_stats_result_get_set_counts(root, values, 0), 1);
+    EXPECT_EQ(vctree_stats_result_get_set_counts(tree, values, 0), 1);
     EXPECT_EQ(tree.text(), "<r><Counts>1.5</Counts></r>");
     values.RemoveAll();
-    EXPECT_EQ(vctree_stats_result_get_set_counts(root, values, 1), 1);
+    EXPECT_EQ(vctree_stats_result_get_set_counts(tree, values, 1), 1);
     EXPECT_THAT(numbers(values), ElementsAre(1.5));
     UXXmlWrapperBase invalid;
     EXPECT_EQ(vctree_stats_result_get_set_counts(invalid, values, 0), 0);
@@ -545,36 +511,33 @@ TEST(vctree_stats_result_get_set_counts, ReadsWithoutCreating) {
 
 TEST(vctree_stats_result_get_set_counts, AnUnreadableListGivesZero) {
     TestTree tree("<r><Counts>1 x</Counts></r>");
-    UXXmlWrapperBase root = tree.root();
     CArray<double, double> values = uxtest::number_list<double>({9});
-    EXPECT_EQ(vctree_stats_result_get_set_counts(root, values, 1), 0);
+    EXPECT_EQ(vctree_stats_result_get_set_counts(tree, values, 1), 0);
     EXPECT_THAT(numbers(values), ElementsAre(9));
 }
 
 TEST(uxtree_stats_result_get_set_counts, NeedsANodeAndAVector) {
     TestTree tree("<r><Counts>1</Counts></r>");
-    UXXmlWrapperBase root = tree.root();
     auto values = uxtest::script_doubles({});
     auto wrong = uxtest::script_ints({});
     EXPECT_EQ(uxtree_stats_result_get_set_counts(nullptr, &values, 1), 0);
-    EXPECT_EQ(uxtree_stats_result_get_set_counts(&root, nullptr, 1), 0);
-    EXPECT_EQ(uxtree_stats_result_get_set_counts(&root, &wrong, 1), 0);
-    EXPECT_EQ(uxtree_stats_result_get_set_counts(&root, &values, 1), 1);
+    EXPECT_EQ(uxtree_stats_result_get_set_counts(&tree, nullptr, 1), 0);
+    EXPECT_EQ(uxtree_stats_result_get_set_counts(&tree, &wrong, 1), 0);
+    EXPECT_EQ(uxtree_stats_result_get_set_counts(&tree, &values, 1), 1);
     EXPECT_THAT(numbers(values.array()), ElementsAre(1));
 }
 
 TEST(vctree_stats_result_get_set_panel_name, GoesBothWays) {
     TestTree tree("<r/>");
-    UXXmlWrapperBase root = tree.root();
     CStringUTF8 name = "kept";
-    EXPECT_EQ(vctree_stats_result_get_set_panel_name(root, name, 1), 0);
+    EXPECT_EQ(vctree_stats_result_get_set_panel_name(tree, name, 1), 0);
     EXPECT_STREQ(name, "kept");
     EXPECT_EQ(tree.text(), "<r></r>");
     name = "Panel <1>";
-    EXPECT_EQ(vctree_stats_result_get_set_panel_name(root, name, 0), 1);
+    EXPECT_EQ(vctree_stats_result_get_set_panel_name(tree, name, 0), 1);
     EXPECT_EQ(tree.text(), "<r><PanelName>Panel &lt;1&gt;</PanelName></r>");
     name.Empty();
-    EXPECT_EQ(vctree_stats_result_get_set_panel_name(root, name, 1), 1);
+    EXPECT_EQ(vctree_stats_result_get_set_panel_name(tree, name, 1), 1);
     EXPECT_STREQ(name, "Panel <1>");
 }
 
