@@ -35,8 +35,7 @@ int make(UXXmlWrapperBase* out, UXXmlWrapperBase* table, const Row& row) {
 }
 
 std::string table_with(const Row& row) {
-    TestTree tree("<t/>");
-    UXXmlWrapperBase table = tree.root();
+    TestTree table("<t/>");
     UXXmlWrapperBase out;
     EXPECT_EQ(make(&out, &table, row), 1);
     return to_text(out);
@@ -70,8 +69,7 @@ TEST(report_make_input_data_table_var_row, WritesTheFourColumnsThatEveryRowHas) 
 }
 
 TEST(report_make_input_data_table_var_row, TheIdNamesSetAndVariable) {
-    TestTree tree("<t/>");
-    UXXmlWrapperBase table = tree.root();
+    TestTree table("<t/>");
     UXXmlWrapperBase out;
     Row row;
     row.set = 3;
@@ -105,8 +103,7 @@ TEST(report_make_input_data_table_var_row, WeightDataNamesItsColumn) {
 // The cells behind the fourth one.
 std::string parameter_cells(Row row, const char* params = kParams) {
     TestTree tree(params);
-    UXXmlWrapperBase root = tree.root();
-    row.paramTree = &root;
+    row.paramTree = &tree;
     const std::string text = table_with(row);
     const std::string end = "</C4>";
     const std::size_t from = text.find(end) + end.size();
@@ -161,11 +158,10 @@ TEST(report_make_input_data_table_var_row, MissingParametersLeaveTheCells) {
     row.paramIndex = 2147483647;
     EXPECT_EQ(parameter_cells(row), cell(6, "a", "") + cell(7, "b", "") + cell(8, "c", ""));
 
-    TestTree tree("<t><R1><C6>old</C6></R1></t>");
-    UXXmlWrapperBase table = tree.root();
+    TestTree table("<t><R1><C6>old</C6></R1></t>");
     row.paramIndex = -1;
     EXPECT_EQ(make(nullptr, &table, row), 1);
-    EXPECT_EQ(to_text(tree.at("R1/C6")), "<C6 Label=\"a\">old</C6>");
+    EXPECT_EQ(to_text(table.at("R1/C6")), "<C6 Label=\"a\">old</C6>");
 }
 
 TEST(report_make_input_data_table_var_row, AnUnknownMethodHasNoNameAndNoFurtherColumns) {
@@ -177,12 +173,12 @@ TEST(report_make_input_data_table_var_row, AnUnknownMethodHasNoNameAndNoFurtherC
 }
 
 TEST(report_make_input_data_table_var_row, AFoundRowAndItsCellsKeepTheirIdentifiers) {
-    TestTree tree("<t><R1 _ux_id='5' Label='old'><C4 _ux_id='6'>x</C4><C5>kept</C5><C1/></R1></t>");
-    UXXmlWrapperBase table = tree.root();
+    TestTree table(
+        "<t><R1 _ux_id='5' Label='old'><C4 _ux_id='6'>x</C4><C5>kept</C5><C1/></R1></t>");
     Row row;
     row.label = "new";
     EXPECT_EQ(make(nullptr, &table, row), 1);
-    EXPECT_EQ(tree.text(),
+    EXPECT_EQ(table.text(),
               "<t><R1 Label=\"new\" _ux_id=\"5\">"
               "<C4 Label=\"Weight Type\" _ux_id=\"6\">None</C4><C5>kept</C5>"
               "<C1 Label=\"Dep/Indep\">Dep</C1>" +
@@ -192,17 +188,16 @@ TEST(report_make_input_data_table_var_row, AFoundRowAndItsCellsKeepTheirIdentifi
 TEST(report_make_input_data_table_var_row, ParametersAreWrittenOnlyIntoTheTable) {
     TestTree params(kParams);
     const std::string before = params.text();
-    UXXmlWrapperBase root = params.root();
     Row row;
     row.weightMethod = 8;
-    row.paramTree = &root;
+    row.paramTree = &params;
     table_with(row);
     EXPECT_EQ(params.text(), before);
 }
 
 TEST(report_make_input_data_table_var_row, OneHandleMayServeForRowTableAndParameters) {
     TestTree tree("<t><a>1</a><b>2</b><c>3</c></t>");
-    UXXmlWrapperBase node = tree.root();
+    UXXmlWrapperBase node = tree;
     Row row;
     row.weightMethod = 7;
     row.paramTree = &node;
@@ -218,8 +213,7 @@ TEST(report_make_input_data_table_var_row, ABadTableGivesZero) {
     EXPECT_EQ(make(&out, &invalid, {}), 0);
     EXPECT_FALSE(out.IsNodeValid());
 
-    TestTree tree("<t/>");
-    UXXmlWrapperBase table = tree.root();
+    TestTree table("<t/>");
     Row row;
     row.paramTree = &invalid;
     row.weightMethod = 7;
@@ -230,39 +224,35 @@ TEST(report_make_input_data_table_var_row, ABadTableGivesZero) {
 
 TEST(report_update_input_data_table, CopiesTheParametersAgain) {
     TestTree params("<p><a>1</a><b>2</b><c>3</c><d>4</d><e>5</e><f>6</f></p>");
-    UXXmlWrapperBase paramTree = params.root();
-    TestTree tree("<t/>");
-    UXXmlWrapperBase table = tree.root();
+    TestTree table("<t/>");
     Row row;
     row.weightMethod = 8;
-    row.paramTree = &paramTree;
+    row.paramTree = &params;
     row.variablesPerSet = 1;
     make(nullptr, &table, row);
     row.set = row.paramSet = 1;
     make(nullptr, &table, row);
-    const std::string made = tree.text();
+    const std::string made = table.text();
 
-    EXPECT_EQ(report_update_input_data_table(&table, &paramTree, 1), 2);
-    EXPECT_EQ(tree.text(), made);
+    EXPECT_EQ(report_update_input_data_table(&table, &params, 1), 2);
+    EXPECT_EQ(table.text(), made);
 
     params.at("b").SetString("20");
     params.at("f").SetString("60");
-    EXPECT_EQ(report_update_input_data_table(&table, &paramTree, 1), 2);
-    EXPECT_EQ(to_text(tree.at("R1/C7")), cell(7, "b", "20"));
-    EXPECT_EQ(to_text(tree.at("R2/C8")), cell(8, "c", "60"));
-    EXPECT_EQ(to_text(tree.at("R2/C6")), cell(6, "a", "4"));
+    EXPECT_EQ(report_update_input_data_table(&table, &params, 1), 2);
+    EXPECT_EQ(to_text(table.at("R1/C7")), cell(7, "b", "20"));
+    EXPECT_EQ(to_text(table.at("R2/C8")), cell(8, "c", "60"));
+    EXPECT_EQ(to_text(table.at("R2/C6")), cell(6, "a", "4"));
 }
 
 TEST(report_update_input_data_table, LabelsCellsAndCreatesAndRemovesNothing) {
     TestTree params("<p><a>1</a><b/></p>");
-    UXXmlWrapperBase paramTree = params.root();
     // 536872812: set 0, variable 0
-    TestTree tree(
+    TestTree table(
         "<t Label='x'><R9 Label='mine' _ux_id='536872812'><C1 Label='old'>v</C1><C3>w</C3>"
         "<C7>y</C7><C6>x</C6><C8>z</C8><other Label='k'/><C9/></R9></t>");
-    UXXmlWrapperBase table = tree.root();
-    EXPECT_EQ(report_update_input_data_table(&table, &paramTree, 1), 1);
-    EXPECT_EQ(tree.text(),
+    EXPECT_EQ(report_update_input_data_table(&table, &params, 1), 1);
+    EXPECT_EQ(table.text(),
               "<t Label=\"x\"><R9 Label=\"mine\" _ux_id=\"536872812\">"
               "<C1 Label=\"Dep/Indep\">v</C1><C3 Label=\"Range\">w</C3><C7 Label=\"b\"></C7>"
               "<C6 Label=\"a\">1</C6><C8 Label=\"c\">z</C8><other Label=\"k\"></other><C9></C9>"
@@ -271,33 +261,29 @@ TEST(report_update_input_data_table, LabelsCellsAndCreatesAndRemovesNothing) {
 
 TEST(report_update_input_data_table, PassesOverRowsOfOtherIdentifiers) {
     TestTree params("<p><a>1</a></p>");
-    UXXmlWrapperBase paramTree = params.root();
     // no ID; no one-set bit; index 1899; a row without cells
-    TestTree tree(
+    TestTree table(
         "<t><R1><C6>x</C6></R1><R2 _ux_id='1900'><C6>x</C6></R2>"
         "<R3 _ux_id='536872811'><C6>x</C6></R3><R4 _ux_id='536872812'><x/></R4></t>");
-    const std::string before = tree.text();
-    UXXmlWrapperBase table = tree.root();
-    EXPECT_EQ(report_update_input_data_table(&table, &paramTree, 1), 1);
-    EXPECT_EQ(tree.text(), before);
+    const std::string before = table.text();
+    EXPECT_EQ(report_update_input_data_table(&table, &params, 1), 1);
+    EXPECT_EQ(table.text(), before);
 }
 
 TEST(report_update_input_data_table, ARowsPlaceIsItsSetAndVariable) {
     TestTree params(
         "<p><a/><a/><a/><a/><a/><a/><a/><a/><a/><a/><a/><a/><a/><a/><a/><hit>found</hit></p>");
-    UXXmlWrapperBase paramTree = params.root();
-    TestTree tree("<t/>");
-    UXXmlWrapperBase table = tree.root();
+    TestTree table("<t/>");
     UXXmlWrapperBase row;
     table.AddNode(&row, "R6", (0x2002 << 16) | 1901);  // set 2, variable 1, so place 5
     row.AddNode(nullptr, "C6", -1);
-    EXPECT_EQ(report_update_input_data_table(&table, &paramTree, 2), 1);
-    EXPECT_EQ(to_text(tree.at("R6/C6")), "<C6 Label=\"a\">found</C6>");
+    EXPECT_EQ(report_update_input_data_table(&table, &params, 2), 1);
+    EXPECT_EQ(to_text(table.at("R6/C6")), "<C6 Label=\"a\">found</C6>");
 }
 
 TEST(report_update_input_data_table, RefusesBadArguments) {
     TestTree tree("<t/>");
-    UXXmlWrapperBase node = tree.root();
+    UXXmlWrapperBase node = tree;
     UXXmlWrapperBase invalid;
     EXPECT_EQ(report_update_input_data_table(nullptr, &node, 1), -1);
     EXPECT_EQ(report_update_input_data_table(&invalid, &node, 1), -1);

@@ -38,7 +38,7 @@ std::string row_text(const std::string& label, const std::string& before, const 
 
 int main() {
     uxtest::TestTree tree("<t/>");
-    UXXmlWrapperBase table = tree.root();
+    UXXmlWrapperBase table = tree;
     make(table, "Signal");
     expect(tree.text(), row_text("[Signal|0]", "[", "|0]"));
 
