@@ -87,19 +87,19 @@ TEST(ux_select_run, RunsOneCompiledPathOnManyTreesAndFromAnyNode) {
 
 TEST(ux_select_run, ServesSeveralThreadsWithOneCompiledPath) {
     const SelectionPtr selection = compiled("//b[@a='1']");
-    int counts[4] = {};
+    int right[4] = {};
     std::thread threads[4];
     for (int i = 0; i < 4; ++i) {
-        threads[i] = std::thread([&selection, &count = counts[i]] {
+        threads[i] = std::thread([&selection, &count = right[i]] {
             const HandlePtr tree = handle_of(kRows);
             const SelectedPtr found = nothing();
             for (int k = 0; k < 50; ++k) {
-                count += ux_select_run(selection.get(), tree.get(), found.get(), nullptr);
+                if (ux_select_run(selection.get(), tree.get(), found.get(), nullptr) == 2) ++count;
             }
         });
     }
     for (std::thread& each : threads) each.join();
-    EXPECT_THAT(counts, testing::Each(100));
+    EXPECT_THAT(right, testing::Each(50));
 }
 
 TEST(ux_select_run, SaysWhichTextInMixedContentDecides) {

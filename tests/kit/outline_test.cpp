@@ -22,8 +22,7 @@ using uxtest::to_text;
 TEST(UXOutlineFile, AppendsTheOutline) {
     const TemporaryFolder folder;
     const std::string path = folder.write("f.xml", "<r><a x='1'/><b/><a y=''><c/></a></r>");
-    TestTree tree("<t/>");
-    UXXmlWrapperBase target = tree.root();
+    TestTree target("<t/>");
 
     EXPECT_EQ(UXOutlineFile(&target, path.c_str(), false), 1);
 
@@ -36,8 +35,7 @@ TEST(UXOutlineFile, AppendsTheOutline) {
 TEST(UXOutlineFile, OfABrokenFileWritesNothingButOnRequest) {
     const TemporaryFolder folder;
     const std::string path = folder.write("f.xml", "<r>\n<a/><b></r>");
-    TestTree tree("<t/>");
-    UXXmlWrapperBase target = tree.root();
+    TestTree target("<t/>");
 
     EXPECT_EQ(UXOutlineFile(&target, path.c_str(), false), 0);
     EXPECT_EQ(to_text(target), "<t></t>");
@@ -48,8 +46,7 @@ TEST(UXOutlineFile, OfABrokenFileWritesNothingButOnRequest) {
 }
 
 TEST(UXOutlineFile, RefusesBadArguments) {
-    TestTree tree("<t/>");
-    UXXmlWrapperBase target = tree.root();
+    TestTree target("<t/>");
     UXXmlWrapperBase none;
 
     EXPECT_EQ(UXOutlineFile(nullptr, "f.xml", false), 0);
@@ -72,8 +69,8 @@ TEST(UXOutlineFile, IsTheOutlineOfTheLoadedTree) {
         UXXmlWrapperBase tree;
         TestTree first("<t/>");
         TestTree second("<t/>");
-        UXXmlWrapperBase expected = first.root();
-        UXXmlWrapperBase found = second.root();
+        UXXmlWrapperBase expected = first;
+        UXXmlWrapperBase found = second;
         const int loaded = tree.load(path.c_str(), 0, false);
         const std::string reason(UXGetLastLoadError());
         if (loaded == 1) SAXTreeLayout(&expected, &tree, nullptr, 0);
@@ -94,11 +91,10 @@ UXXmlWrapperBase outlines_of(const std::vector<std::string>& documents) {
     UXXmlWrapperBase target;
     target.CreateNew(0, "t");
     for (const std::string& xml : documents) {
-        const TestTree tree(xml.c_str());
-        UXXmlWrapperBase root = tree.root();
+        TestTree tree(xml.c_str());
         UXXmlWrapperBase one;
         one.CreateNew(0, "t");
-        EXPECT_EQ(SAXTreeLayout(&one, &root, nullptr, 0), 0);
+        EXPECT_EQ(SAXTreeLayout(&one, &tree, nullptr, 0), 0);
         EXPECT_EQ(UXMergeOutline(&target, &one), 1);
     }
     return target;
@@ -126,12 +122,10 @@ TEST(UXMergeOutline, KeepsDocumentsOfOtherRootsApart) {
 }
 
 TEST(UXMergeOutline, PassesOverWhatIsNoOutline) {
-    UXXmlWrapperBase target = TestTree("<t><other Label='r'/></t>").root();
-    const UXXmlWrapperBase source =
-        TestTree(
-            "<s><Attr Label='@a'/><other><Node Label='no'/></other><Node Label='r'>"
-            "<Attr Label='a'/><Attr/><other/><Attr Label='@b'/></Node><Node Label='r'/></s>")
-            .root();
+    UXXmlWrapperBase target = TestTree("<t><other Label='r'/></t>");
+    const UXXmlWrapperBase source = TestTree(
+        "<s><Attr Label='@a'/><other><Node Label='no'/></other><Node Label='r'>"
+        "<Attr Label='a'/><Attr/><other/><Attr Label='@b'/></Node><Node Label='r'/></s>");
 
     EXPECT_EQ(UXMergeOutline(&target, &source), 1);
 

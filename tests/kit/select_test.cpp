@@ -58,7 +58,7 @@ std::vector<std::string> found(const UXXmlWrapperBase& context, const char* expr
 }
 
 std::vector<std::string> found(const char* xml, const char* expression) {
-    return found(TestTree(xml).root(), expression);
+    return found(TestTree(xml), expression);
 }
 
 constexpr const char* kBooks =
@@ -231,7 +231,7 @@ TEST(UXSelection, AsksSiblingsAndBranchesOnce) {
 }
 
 TEST(UXSelection, StartsAtTheNodeItIsGiven) {
-    const TestTree tree("<r><a i='1'><b i='2'/></a><a i='3'><b i='4'/></a></r>");
+    TestTree tree("<r><a i='1'><b i='2'/></a><a i='3'><b i='4'/></a></r>");
     const UXXmlWrapperBase second = tree.at("a[1]");
     EXPECT_THAT(found(second, "b"), ElementsAre("b4="));
     EXPECT_THAT(found(second, ".//b"), ElementsAre("b4="));
@@ -244,13 +244,13 @@ TEST(UXSelection, StartsAtTheNodeItIsGiven) {
 TEST(UXSelection, YieldsNothingWithoutTreeOrExpression) {
     UXSelection selection;
     UXSelected result;
-    EXPECT_EQ(selection.run(TestTree("<r/>").root(), result), UXSelectOutcome::kNoTree);
+    EXPECT_EQ(selection.run(TestTree("<r/>"), result), UXSelectOutcome::kNoTree);
     ASSERT_TRUE(selection.compile("/r"));
     EXPECT_FALSE(selection.compile("/r["));
     EXPECT_FALSE(selection.compile(nullptr));
     EXPECT_EQ(selection.run(UXXmlWrapperBase(), result), UXSelectOutcome::kNoTree);
     EXPECT_EQ(result.size(), 0U);
-    EXPECT_EQ(selection.run(TestTree("<r/>").root(), result), UXSelectOutcome::kDone);
+    EXPECT_EQ(selection.run(TestTree("<r/>"), result), UXSelectOutcome::kDone);
     EXPECT_EQ(result.size(), 1U);  // of what was compiled last with success
 }
 

@@ -233,8 +233,7 @@ TEST(SpectrumReader, CutsTheListsThatAnImportCuts) {
     for (int i = 0; i < 10; ++i) out += huge;
     const ReadFile file(kit_2011(kit_measured(out, "") + kit_measured(out)));
     TestTree tree("<t/>");
-    UXXmlWrapperBase root = tree.root();
-    ASSERT_EQ(VCTree_n42_(&root, file.path.c_str(), nullptr, nullptr, 0), 0);
+    ASSERT_EQ(VCTree_n42_(&tree, file.path.c_str(), nullptr, nullptr, 0), 0);
     ASSERT_EQ(file.spectra.size(), 10U);
     for (int i = 0; i < 10; ++i) {
         UXXmlWrapperBase column = tree.at(
@@ -252,16 +251,14 @@ TEST(SpectrumReader, CutsTheListsThatAnImportCuts) {
 TEST(SpectrumReader, ImportsTheSameTree) {
     ReadFile file(kRich, {"A"});
     TestTree expected("<t><old/></t>");
-    TestTree tree("<t><old/></t>");
-    UXXmlWrapperBase root = expected.root();
+    TestTree target("<t><old/></t>");
     CWBOStringArray names;
     names.Add("A");
-    ASSERT_EQ(VCTree_n42_(&root, file.path.c_str(), &names, nullptr, 0), 0);
-    UXXmlWrapperBase target = tree.root();
+    ASSERT_EQ(VCTree_n42_(&expected, file.path.c_str(), &names, nullptr, 0), 0);
     EXPECT_EQ(file.reader.import_into(target), 0);
-    EXPECT_EQ(tree.text(), expected.text());
+    EXPECT_EQ(target.text(), expected.text());
     EXPECT_EQ(file.reader.import_into(target), -9093);
-    EXPECT_EQ(tree.text(), expected.text());
+    EXPECT_EQ(target.text(), expected.text());
     uxkit::Spectrum spectrum;
     EXPECT_FALSE(file.reader.next(spectrum));
 }
@@ -274,11 +271,10 @@ TEST(SpectrumReader, LeavesCalculatedEnergiesOutOfATree) {
         kit_measured(kit_spectrum("1", "", "energyCalibrationReference='P'") +
                      kit_spectrum("2", "", "energyCalibrationReference='L'")));
     ReadFile file(content);
-    TestTree tree("<t/>");
-    UXXmlWrapperBase target = tree.root();
+    TestTree target("<t/>");
     ASSERT_EQ(file.reader.import_into(target, false), 0);
-    EXPECT_THAT(tree.text(), testing::Not(HasSubstr("Energy_0")));
-    EXPECT_THAT(tree.text(), HasSubstr("Energy_1"));
+    EXPECT_THAT(target.text(), testing::Not(HasSubstr("Energy_0")));
+    EXPECT_THAT(target.text(), HasSubstr("Energy_1"));
     UXXmlWrapperBase none;
     EXPECT_EQ(ReadFile(content).reader.import_into(none), -9096);
 }
@@ -294,10 +290,9 @@ TEST(SpectrumReader, TellsTheSizeOfAnImport) {
     }
     ReadFile file(kit_2011(content));
     const uxkit::ImportSize size = file.reader.import_size();
-    TestTree tree("<t/>");
-    UXXmlWrapperBase target = tree.root();
+    TestTree target("<t/>");
     ASSERT_EQ(file.reader.import_into(target), 0);
-    const double saved = static_cast<double>(tree.text().size());
+    const double saved = static_cast<double>(target.text().size());
     EXPECT_NEAR(size.bytes / saved, 1, 0.05);
     EXPECT_GT(size.energyBytes / size.bytes, 0.5);
 }

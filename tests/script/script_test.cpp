@@ -263,13 +263,13 @@ TEST(ScriptEngine, IncludesFilesBesideTheScript) {
 }
 
 TEST(ScriptEngine, RunsAFunctionOnANodeOfTheHost) {
-    const TestTree tree("<r><a/></r>");
+    TestTree tree("<r><a/></r>");
     UXScriptEngine engine;
     ASSERT_TRUE(
         engine.compile("a.as", "void mark(Tree@ t) { t[\"a\"].value = \"1\"; }\nvoid g() {}"));
-    EXPECT_EQ(engine.run_on("mark", tree.root()), UXScriptOutcome::kDone);
+    EXPECT_EQ(engine.run_on("mark", tree), UXScriptOutcome::kDone);
     EXPECT_EQ(tree.text(), "<r><a>1</a></r>");
-    EXPECT_EQ(engine.run_on("nothing", tree.root()), UXScriptOutcome::kNoFunction);
+    EXPECT_EQ(engine.run_on("nothing", tree), UXScriptOutcome::kNoFunction);
     EXPECT_THAT(engine.functions(), testing::ElementsAre("g"));
 }
 
