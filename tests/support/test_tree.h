@@ -15,8 +15,6 @@ namespace uxtest {
 class TestTree : public UXXmlWrapperBase {
 public:
     explicit TestTree(const char* xml);
-    // Another handle to the root.
-    UXXmlWrapperBase root() const { return root_; }
     // The node reached by tags separated by "/", below the root; "a[1]" is the second child a.
     // Throws std::runtime_error when there is none.
     UXXmlWrapperBase at(const char* path) const;
