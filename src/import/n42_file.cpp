@@ -71,8 +71,8 @@ int CVCn42FileBase::OpenLoaded(const CVCn42FileBase& other) {
 
 int CVCn42FileBase::OpenDocument() {
     CollectPrefixes();
-    CStringUTF8 tag;
-    document_.GetTagName(tag);
+    std::string_view tag;
+    document_.GetTagView(tag);
     Q_n42_ID root{};
     const bool known = GetID(tag, root);
     return CheckRoot(known, root);
@@ -94,48 +94,55 @@ void CVCn42FileBase::CollectPrefixes() {
 
 // Names are remembered with what this makes of them, so it knows no places.
 bool CVCn42FileBase::NormalizeTag(CStringUTF8& tag) {
-    const int colon = tag.Find(':');
-    if (colon < 0 || !IsKnown(tag.Left(colon))) return false;
-    tag = tag.Mid(colon + 1);
+    const std::string_view name = view_of(tag);
+    const std::string_view local = WithoutPrefix(name);
+    if (local.size() == name.size()) return false;
+    tag = tag.Mid(static_cast<int>(name.size() - local.size()));
     return true;
 }
 
-bool CVCn42FileBase::IsKnown(const CStringUTF8& prefix) const {
-    return prefixes_.count(static_cast<const char*>(prefix)) != 0;
+std::string_view CVCn42FileBase::WithoutPrefix(std::string_view tag) const {
+    const std::size_t colon = tag.find(':');
+    if (colon == std::string_view::npos || !IsKnown(tag.substr(0, colon))) return tag;
+    return tag.substr(colon + 1);
+}
+
+bool CVCn42FileBase::IsKnown(std::string_view prefix) const {
+    return prefixes_.count(std::string(prefix)) != 0;
 }
 
 // The tag of the element; without its prefix, when the nearest binding of that, at the element or
 // around it, is below the root and names an N42 namespace.
-void CVCn42FileBase::GetTag(const UXXmlWrapperBase& element, CStringUTF8& tag) const {
-    element.GetTagName(tag);
-    const int colon = tag.Find(':');
-    if (colon < 0 || IsKnown(tag.Left(colon))) return;
-    const CStringUTF8 name = kBinding + tag.Left(colon);
-    const UXNameKey binding(name);
+std::string_view CVCn42FileBase::TagOf(const UXXmlWrapperBase& element) const {
+    std::string_view tag;
+    element.GetTagView(tag);
+    const std::size_t colon = tag.find(':');
+    if (colon == std::string_view::npos || IsKnown(tag.substr(0, colon))) return tag;
+    const std::string name = kBinding + std::string(tag.substr(0, colon));
+    const UXNameKey binding(name.c_str());
     std::string_view address;
     for (UXXmlWrapperBase at = element; usable(at) && !(at == document_); at.GetParent(&at)) {
         if (!at.GetPropertyView(binding, address)) continue;
-        if (is_n42_namespace(address)) tag = tag.Mid(colon + 1);
-        return;
+        return is_n42_namespace(address) ? tag.substr(colon + 1) : tag;
     }
+    return tag;
 }
 
 // ---- reading ----------------------------------------------------------------------------------
 
 int CVCn42FileBase::IdOf(const UXXmlWrapperBase& element) {
     Q_n42_ID id{};
-    GetTag(element, tag_);
-    return GetID(tag_, id) ? id : 0;
+    return GetID(TagOf(element), id) ? id : 0;
 }
 
-bool CVCn42FileBase::HasLocalName(const UXXmlWrapperBase& element, const char* name) {
-    GetTag(element, tag_);
-    return tag_ == name || (NormalizeTag(tag_) && tag_ == name);
+bool CVCn42FileBase::HasLocalName(const UXXmlWrapperBase& element, std::string_view name) const {
+    return WithoutPrefix(TagOf(element)) == name;
 }
 
-const char* CVCn42FileBase::Text(const UXXmlWrapperBase& element) {
-    element.GetNodeStringWithBlobInfo(text_, 0);
-    return text_;
+CStringUTF8 CVCn42FileBase::TextOf(const UXXmlWrapperBase& element) const {
+    CStringUTF8 text;
+    element.GetNodeStringWithBlobInfo(text, 0);
+    return text;
 }
 
 std::string_view CVCn42FileBase::TextView(const UXXmlWrapperBase& element) {
@@ -164,12 +171,11 @@ std::size_t CVCn42FileBase::CountChildren(const UXXmlWrapperBase& element, Q_n42
 }
 
 CStringUTF8 CVCn42FileBase::ChildText(const UXXmlWrapperBase& element, Q_n42_ID name) {
-    const UXXmlWrapperBase child = Child(element, name);
-    return usable(child) ? CStringUTF8(Text(child)) : CStringUTF8();
+    return TextOf(Child(element, name));
 }
 
 std::vector<double> CVCn42FileBase::NumbersOf(const UXXmlWrapperBase& element) {
-    Note(read_numbers(usable(element) ? TextView(element) : "", numbers_));
+    Note(read_numbers(TextView(element), numbers_));
     return {numbers_.data(), numbers_.data() + numbers_.size()};
 }
 
@@ -291,17 +297,16 @@ void CVCn42FileBase::StartAgain() {
 }
 
 std::string CVCn42FileBase::RootName() const {
-    CStringUTF8 tag;
-    document_.GetTagName(tag);
-    return static_cast<const char*>(tag);
+    std::string_view tag;
+    document_.GetTagView(tag);
+    return std::string(tag);
 }
 
 std::size_t CVCn42FileBase::SpectraAnywhere() const {
     std::size_t count = 0;
-    CStringUTF8 tag;
     visit_below(document_, [&](const UXXmlWrapperBase& node) {
-        node.GetTagName(tag);
-        const std::string_view name = static_cast<const char*>(tag);
+        std::string_view name;
+        node.GetTagView(name);
         count += name.substr(name.rfind(':') + 1) == "Spectrum" ? 1U : 0U;
         return Step::kIntoBranch;
     });

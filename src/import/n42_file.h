@@ -212,12 +212,13 @@ protected:
     // The identifier of an element's tag; 0 when it is none of the format's names.
     int IdOf(const UXXmlWrapperBase& element);
     // Is the tag, without a prefix of the format, the name? For names that the table lacks.
-    bool HasLocalName(const UXXmlWrapperBase& element, const char* name);
-    const char* Text(const UXXmlWrapperBase& element);  // until the next call
-    // The same without a copy where the host has the text as it is.
+    bool HasLocalName(const UXXmlWrapperBase& element, std::string_view name) const;
+    // The texts of an invalid element, or of none that has the name, are "".
+    CStringUTF8 TextOf(const UXXmlWrapperBase& element) const;
+    // The same until the next call, without a copy where the host has the text as it is.
     std::string_view TextView(const UXXmlWrapperBase& element);
     CStringUTF8 Attribute(const UXXmlWrapperBase& element, Q_n42_ID name);
-    // The first child with the name; invalid when there is none.
+    // The first child with the name; invalid when there is none, or no element.
     UXXmlWrapperBase Child(const UXXmlWrapperBase& element, Q_n42_ID name);
     CStringUTF8 ChildText(const UXXmlWrapperBase& element, Q_n42_ID name);
 
@@ -251,8 +252,9 @@ protected:
 private:
     int OpenDocument();
     void CollectPrefixes();
-    bool IsKnown(const CStringUTF8& prefix) const;
-    void GetTag(const UXXmlWrapperBase& element, CStringUTF8& tag) const;
+    bool IsKnown(std::string_view prefix) const;
+    std::string_view WithoutPrefix(std::string_view tag) const;
+    std::string_view TagOf(const UXXmlWrapperBase& element) const;
     void Expand(const ChannelList& list);
     int WriteSpectrum(UXXmlWrapperBase& measurement, Spectrum& spectrum, int place, bool alone,
                       const Values& values);
@@ -275,8 +277,7 @@ private:
     std::unordered_set<std::string> prefixes_;
     std::unordered_map<std::string, std::size_t> calibrationsById_;
     std::size_t calibrationsIndexed_ = 0;
-    CStringUTF8 tag_;   // reused by IdOf
-    CStringUTF8 text_;  // reused by Text
+    CStringUTF8 text_;  // reused by TextView
     NumberList numbers_;
     NumberList energies_;
 };

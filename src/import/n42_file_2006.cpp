@@ -242,14 +242,8 @@ CStringUTF8 CVCn42File2006::Nearest(int level, Reads&& reads) {
     return {};
 }
 
-CStringUTF8 CVCn42File2006::TextOf(const Word& word) {
-    return usable(word) ? CStringUTF8(Text(word)) : CStringUTF8();
-}
-
 CStringUTF8 CVCn42File2006::CoordinatesOf(const Word& itemInformation) {
-    if (!usable(itemInformation)) return {};
-    const UXXmlWrapperBase location = Child(itemInformation, kN42MeasurementLocation);
-    return usable(location) ? ChildText(location, kN42Coordinates) : CStringUTF8();
+    return ChildText(Child(itemInformation, kN42MeasurementLocation), kN42Coordinates);
 }
 
 // The spectrum's own words count before those of the nearest level that has any.
@@ -326,12 +320,12 @@ void CVCn42File2006::AddDose(const UXXmlWrapperBase& countDose, std::vector<Dose
         const bool equivalent = HasLocalName(child, kDoseRate);
         if (!equivalent && !HasLocalName(child, kAbsorbedDoseRate)) continue;
         if (usable(found) && !equivalent) continue;
-        if (starts_with_number(Text(child))) found = child;
+        if (leading_number(TextOf(child))) found = child;
         if (equivalent) break;
     }
     if (!usable(found)) return;
     Dose dose;
-    dose.value = leading_number(Text(found));
+    dose.value = leading_number(TextOf(found)).value_or(0);
     dose.detector = Attribute(countDose, kN42Detector);
     found.GetPropertyValue(kUnits, dose.unit, 0);
     doses.push_back(std::move(dose));

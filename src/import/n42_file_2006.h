@@ -61,7 +61,6 @@ private:
     void PreviewSpectrum(const UXXmlWrapperBase& element, int level);
     bool ReadCalibration(const UXXmlWrapperBase& element, EnergyCalibration& calibration);
     int OwnCalibration(const UXXmlWrapperBase& element);
-    CStringUTF8 TextOf(const Word& word);
     CStringUTF8 CoordinatesOf(const Word& itemInformation);
     // The text that a level says, with reads telling how to get it; else one further out.
     CStringUTF8 DetectorOf(const UXXmlWrapperBase& spectrum, int level);

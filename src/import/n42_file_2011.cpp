@@ -121,13 +121,13 @@ void CVCn42File::ReadMeasurement(const UXXmlWrapperBase& element, const Selectio
     for (UXXmlWrapperBase& child : children(element)) {
         switch (IdOf(child)) {  // the first of repeated texts counts
             case kN42MeasurementClassCode:
-                if (!classCode) classCode = Text(child);
+                if (!classCode) classCode = TextOf(child);
                 break;
             case kN42StartDateTime:
-                if (!start) start = Text(child);
+                if (!start) start = TextOf(child);
                 break;
             case kN42RealTimeDuration:
-                if (!realTime) realTime = Text(child);
+                if (!realTime) realTime = TextOf(child);
                 break;
             case kN42Spectrum:
                 ReadSpectrum(child);
@@ -198,12 +198,11 @@ void CVCn42File::ReadGrossCounts(const UXXmlWrapperBase& element, const Selectio
     }
     GrossCounts counts;
     counts.id = Attribute(element, kN42Id);
-    const UXXmlWrapperBase data = Child(element, kN42CountData);
-    const char* text = usable(data) ? Text(data) : "";
-    counts.count = leading_number(text);
-    const std::size_t values = count_numbers(text);
-    losses_.grossWithMore += values > 1 ? 1U : 0U;
-    losses_.grossWithoutNumber += values == 0 || !starts_with_number(text) ? 1U : 0U;
+    const CStringUTF8 text = ChildText(element, kN42CountData);
+    const std::optional<double> count = leading_number(text);
+    counts.count = count.value_or(0);
+    losses_.grossWithMore += count_numbers(view_of(text)) > 1 ? 1U : 0U;
+    losses_.grossWithoutNumber += count ? 0U : 1U;
     counts.detector = std::move(detector);
     counts.liveTime = ChildText(element, kN42LiveTimeDuration);
     grossCounts_.push_back(std::move(counts));
@@ -242,7 +241,7 @@ CVCn42FileBase::About CVCn42File::AboutSpectrum(std::size_t spectrum) {
     about.kind = measurement.classCode;
     about.start = measurement.startDateTime;
     about.realTime = measurement.realTime;
-    if (usable(record.liveTime)) about.liveTime = Text(record.liveTime);
+    about.liveTime = TextOf(record.liveTime);
     about.namesCalibration = !Attribute(record.element, kN42EnergyCalibrationReference).IsEmpty();
     return about;
 }
@@ -260,9 +259,7 @@ std::vector<CVCn42FileBase::Place> CVCn42File::PlacesOf(const Part& part) {
     for (UXXmlWrapperBase& child : children(part.element)) {
         const bool instrument = IdOf(child) == kN42RadInstrumentState;
         if (!instrument && !HasLocalName(child, kRadDetectorState)) continue;
-        const UXXmlWrapperBase vector = Child(child, kN42StateVector);
-        if (!usable(vector)) continue;
-        const UXXmlWrapperBase point = Child(vector, kN42GeographicPoint);
+        const UXXmlWrapperBase point = Child(Child(child, kN42StateVector), kN42GeographicPoint);
         if (!usable(point)) continue;
         Place place;
         if (!instrument) place.detector = Attribute(child, kN42RadDetectorInformationReference);
@@ -280,11 +277,11 @@ std::vector<CVCn42FileBase::Dose> CVCn42File::DosesOf(const Part& part) {
         if (!HasLocalName(child, kDoseRate)) continue;
         for (UXXmlWrapperBase& value : children(child)) {
             if (!HasLocalName(value, kDoseRateValue)) continue;
-            const char* text = Text(value);
-            if (!starts_with_number(text)) break;
+            const std::optional<double> dose = leading_number(TextOf(value));
+            if (!dose) break;
             // The form has no units of its own: dose rates are in microsieverts per hour.
-            out.push_back({Attribute(child, kN42RadDetectorInformationReference), kUnitOfDoseRates,
-                           leading_number(text)});
+            out.push_back(
+                {Attribute(child, kN42RadDetectorInformationReference), kUnitOfDoseRates, *dose});
             break;
         }
     }
@@ -315,7 +312,7 @@ int CVCn42File::BuildSpectra(UXXmlWrapperBase& measurements) {
             values = {{GetName(kN42MeasurementClassCode), &measurement.classCode},
                       {GetName(kN42StartDateTime), &measurement.startDateTime},
                       {GetName(kN42RealTimeDuration), &measurement.realTime}};
-            liveTime = usable(spectra_[index].liveTime) ? Text(spectra_[index].liveTime) : "";
+            liveTime = TextOf(spectra_[index].liveTime);
             if (!liveTime.IsEmpty()) values.push_back({GetName(kN42LiveTimeDuration), &liveTime});
         };
         const int result =

@@ -44,10 +44,12 @@ public:
     }
     // The identifier (above 0) of a tag; false when it is none of the format's names. Of two
     // identifiers with one name the first in the table wins. Case counts.
-    bool GetID(const CStringUTF8& tag, Id& id) {
-        auto known = ids_.find(std::string_view(static_cast<const char*>(tag)));
-        if (known == ids_.end())
-            known = ids_.emplace(static_cast<const char*>(tag), Find(tag)).first;
+    bool GetID(std::string_view tag, Id& id) {
+        auto known = ids_.find(tag);
+        if (known == ids_.end()) {
+            const std::string name(tag);
+            known = ids_.emplace(name, Find(name.c_str())).first;
+        }
         if (known->second == kUnknown) return false;
         id = known->second;
         return true;

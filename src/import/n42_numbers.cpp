@@ -36,15 +36,16 @@ unsigned digit_of(char c) {
 // --- many numbers at one look ----------------------------------------------------------------------
 
 constexpr std::size_t kLook = 64;
-constexpr std::size_t kMostDigits = 8;
-// The whole numbers of a look, which has a byte of another kind behind each.
-using Numbers = std::array<std::uint32_t, kLook / 2>;
+constexpr int kMostNumbers = kLook / 2;  // of a look: a byte of another kind stands behind each
 
 #if UXTREE_SSE2_SEARCH
-// What stands in the bytes of a look: which are digits, and which are separators, one bit each. For
-// every digit the number of up to four digits that ends with it.
+constexpr std::size_t kMostDigits = 8;
+
+// What stands in the bytes of a look: which are digits, which of these are 0, and which are separators,
+// one bit each. For every digit the number of up to four digits that ends with it.
 struct Look {
     std::uint64_t digits = 0;
+    std::uint64_t zeros = 0;
     std::uint64_t separators = 0;
     alignas(16) std::array<std::uint16_t, kLook> endingAt;
 };
@@ -60,6 +61,7 @@ std::uint64_t bits(__m128i lanes) {
 }
 
 void look_at(const char* bytes, Look& look) {
+    look.digits = look.zeros = look.separators = 0;
     const __m128i none = _mm_setzero_si128();
     const __m128i hundred = _mm_set1_epi16(100);
     __m128i oldKind = none;
@@ -75,6 +77,7 @@ void look_at(const char* bytes, Look& look) {
         const __m128i value = _mm_sub_epi8(text, _mm_set1_epi8('0'));
         const __m128i kind = _mm_cmpeq_epi8(_mm_min_epu8(value, _mm_set1_epi8(9)), value);
         look.digits |= bits(kind) << i;
+        look.zeros |= bits(_mm_cmpeq_epi8(value, none)) << i;
         // Each digit with the one before; then each such pair with the pair before.
         const __m128i digit = _mm_and_si128(value, kind);
         const __m128i tens = moved<1>(digit, oldDigit);
@@ -138,41 +141,66 @@ public:
         return read_any(start);
     }
 
-    // Goes over whole numbers of up to eight digits, as far as they are seen at one look. Yields how
-    // many; 0 where something else stands or the text is nearly over.
-    std::size_t read_ahead(Numbers& out) {
 #if UXTREE_SSE2_SEARCH
-        if (at_ < lookedAt_ || static_cast<std::size_t>(end_ - at_) < kLook + kMostDigits) return 0;
-        Look look;
-        look_at(at_, look);
-        const std::uint64_t digits = look.digits;
-        std::uint64_t starts = digits & ~(digits << 1);
-        std::uint64_t ends = ~digits & (digits << 1);
-        const std::uint64_t others = ~(digits | look.separators);
-        if (others != 0) ends &= (others & (~others + 1)) - 1;  // those in front of the first
+    // Looks at what comes. False where that is no whole number of up to eight digits, or the text is
+    // nearly over.
+    bool look_ahead() {
+        if (at_ < lookedAt_ || static_cast<std::size_t>(end_ - at_) < kLook + kMostDigits) {
+            return false;
+        }
+        look_at(at_, look_);
+        const std::uint64_t others = ~(look_.digits | look_.separators);
+        ends_ = ~look_.digits & (look_.digits << 1);
+        if (others != 0) ends_ &= (others & (~others + 1)) - 1;  // those in front of the first
+        const std::size_t length =
+            static_cast<std::size_t>(std::countr_zero(ends_) - std::countr_zero(look_.digits));
+        if (ends_ != 0 && length <= kMostDigits) return true;
+        lookedAt_ = at_ + kLook;  // something else comes often
+        return false;
+    }
+    // Is any number of the look 0, or does one begin with it?
+    bool sees_zero() const {
+        return (look_.zeros & ~(look_.digits << 1)) != 0;
+    }
+    // Goes over the numbers of the look as long as take, which gets each, yields true. False when it
+    // has not gone over any.
+    template <typename Take>
+    bool take_seen(Take&& take) {
+        const std::uint64_t digits = look_.digits;
         const bool areShort =
             (digits & (digits << 1) & (digits << 2) & (digits << 3) & (digits << 4)) == 0;
-        std::size_t count = 0;
-        const char* behind = at_;
-        for (; ends != 0; ends &= ends - 1, starts &= starts - 1) {
-            const auto end = static_cast<std::size_t>(std::countr_zero(ends));
-            if (areShort) {
-                out[count++] = look.endingAt[end - 1];
-            } else {
-                const auto start = static_cast<std::size_t>(std::countr_zero(starts));
-                if (end - start > kMostDigits) break;
-                out[count++] = whole_number(at_ + start, end - start);
+        std::uint64_t left = ends_;
+        if (areShort) {
+            for (; left != 0; left &= left - 1) {
+                if (!take(look_.endingAt[static_cast<std::size_t>(std::countr_zero(left)) - 1]))
+                    break;
             }
-            behind = at_ + end;
+        } else {
+            std::uint64_t starts = digits & ~(digits << 1);
+            for (; left != 0; left &= left - 1, starts &= starts - 1) {
+                const auto start = static_cast<std::size_t>(std::countr_zero(starts));
+                const auto end = static_cast<std::size_t>(std::countr_zero(left));
+                if (end - start > kMostDigits || !take(whole_number(at_ + start, end - start)))
+                    break;
+            }
         }
-        if (count == 0) lookedAt_ = at_ + kLook;  // something else comes often
-        at_ = behind;
-        return count;
-#else
-        static_cast<void>(out);
-        return 0;
-#endif
+        const std::uint64_t taken = ends_ ^ left;
+        if (taken == 0) return false;
+        at_ += std::bit_width(taken) - 1;
+        return true;
     }
+#else
+    bool look_ahead() {
+        return false;
+    }
+    bool sees_zero() const {
+        return false;
+    }
+    template <typename Take>
+    bool take_seen(Take&& /*take*/) {
+        return false;
+    }
+#endif
 
     // Goes over the token without reading it.
     void skip() {
@@ -202,7 +230,11 @@ private:
 
     const char* at_;
     const char* end_;
+#if UXTREE_SSE2_SEARCH
     const char* lookedAt_ = nullptr;  // no look ahead before this
+    Look look_;
+    std::uint64_t ends_ = 0;  // of the numbers that are seen and not taken
+#endif
     std::uint64_t unreadable_ = 0;
 };
 
@@ -211,27 +243,10 @@ int run_length(double count) {
     return static_cast<int>(std::min(count, kMostZeros) + 0.5);  // rounded
 }
 
-// False when text starts with no number.
-bool take_leading_number(const char* text, double& value) {
-    while (is_blank(*text)) ++text;
-    if (*text == '+' && text[1] != '-') ++text;
-    const char* const digits = *text == '-' ? text + 1 : text;
-    if (digit_of(*digits) > 9 && !(*digits == '.' && digit_of(digits[1]) < 10)) return false;
-    const DecimalRead read = read_decimal(text, value);
-    return read.length > 0 && read.range == DecimalRange::kInside;
-}
-
 }  // namespace
 
-void NumberList::push_zeros(int count) {
-    if (count > capacity_ - size_) grow(size_ + count);
-    std::fill_n(data_ + size_, count, 0.0);
-    size_ += count;
-}
-
 void NumberList::grow(int size) {
-    array_.SetSize(size_);
-    array_.SetSize(std::max(size, 2 * capacity_ + 64));
+    array_.SetSize(size + size / 8 + 64);  // new values are 0
     data_ = array_.GetData();
     capacity_ = array_.GetSize();
 }
@@ -255,13 +270,21 @@ int RunAllowance::take(int listSize, int count) {
 
 namespace {
 
+void append_seen(Tokens& tokens, NumberList& out) {
+    out.make_spare(kMostNumbers);
+    double* at = out.spare();
+    tokens.take_seen([&](std::uint32_t number) {
+        *at++ = number;
+        return true;
+    });
+    out.take(static_cast<int>(at - out.spare()));
+}
+
 // Fills a list with the numbers of a compressed one.
 class Expansion {
 public:
     // Starts with an empty list.
-    Expansion(RunAllowance& allowance, NumberList& out) : allowance_(allowance), out_(out) {
-        std::fill_n(out_.spare(), out_.spare_size(), 0.0);
-    }
+    Expansion(RunAllowance& allowance, NumberList& out) : allowance_(allowance), out_(out) {}
 
     // False when the allowance has cut a run, which ends the list.
     bool add(double value) {
@@ -278,37 +301,41 @@ public:
         return cut_ == 0;
     }
 
-    // The same for the first of several numbers, as many as there is room for; yields how many. What
-    // they are like cannot be foreseen, so no branch depends on it: every number is written, and what
-    // is no value is not taken. The storage behind the values is all 0.
-    std::size_t add_first_of(const std::uint32_t* numbers, std::size_t count) {
-        double* const data = out_.spare();
-        const std::uint64_t room =
-            std::min(allowance_.room(out_.size()), static_cast<std::uint64_t>(out_.spare_size()));
-        std::uint64_t size = 0;
-        std::uint64_t added = 0;
-        std::size_t i = 0;
-        std::uint64_t inRun = inRun_ ? 1 : 0;
-        for (; i < count; ++i) {
-            const std::uint64_t number = numbers[i];
-            const std::uint64_t isZero = number == 0 ? 1 : 0;
-            const std::uint64_t ofRun = ~inRun + 1;  // all bits or none
-            const std::uint64_t step = (number & ofRun) | ((1 - isZero) & ~ofRun);
-            if (size + step >= room) break;
-            data[size] = static_cast<double>(static_cast<std::int64_t>(number & ~ofRun));
-            added += (std::max<std::uint64_t>(number, 2) - 2) & ofRun;
-            inRun = isZero & ~inRun;
-            size += step;
-        }
-        inRun_ = inRun != 0;
-        out_.take(static_cast<int>(size));
-        allowance_.spend(added);
-        return i;
+    // The same for the numbers that tokens sees, as far as there is room; false when there was none.
+    bool add_seen(Tokens& tokens) {
+        if (inRun_ || tokens.sees_zero()) return add_within_room(tokens);
+        append_seen(tokens, out_);
+        return true;
     }
 
     std::uint64_t cut() const { return cut_; }
 
 private:
+    // What the numbers are like cannot be foreseen, so no branch depends on it: every number is
+    // written, 0 for one that is no value, and taken or not.
+    bool add_within_room(Tokens& tokens) {
+        double* const data = out_.spare();
+        const std::uint64_t room =
+            std::min(allowance_.room(out_.size()), static_cast<std::uint64_t>(out_.spare_size()));
+        std::uint64_t size = 0;
+        std::uint64_t added = 0;
+        std::uint64_t ofRun = inRun_ ? ~std::uint64_t{0} : 0;  // all bits or none
+        const bool any = tokens.take_seen([&](std::uint64_t number) {
+            const std::uint64_t isValue = number == 0 ? 0 : 1;
+            const std::uint64_t step = (number & ofRun) | (isValue & ~ofRun);
+            if (size + step >= room) return false;
+            data[size] = static_cast<double>(static_cast<std::int64_t>(number & ~ofRun));
+            added += (std::max<std::uint64_t>(number, 2) - 2) & ofRun;
+            ofRun = (isValue - 1) & ~ofRun;
+            size += step;
+            return true;
+        });
+        inRun_ = ofRun != 0;
+        out_.take(static_cast<int>(size));
+        allowance_.spend(added);
+        return any;
+    }
+
     RunAllowance& allowance_;
     NumberList& out_;
     bool inRun_ = false;  // the number that comes is the count of a run
@@ -319,16 +346,14 @@ private:
 
 NumberLosses read_numbers(std::string_view text, NumberList& out) {
     out.clear();
-    Tokens tokens(text);
-    Numbers numbers;
-    for (;;) {
-        const std::size_t count = tokens.read_ahead(numbers);
-        out.make_spare(static_cast<int>(count));
-        std::copy_n(numbers.begin(), count, out.spare());
-        out.take(static_cast<int>(count));
-        if (count != 0) continue;
-        if (!tokens.next()) return {tokens.unreadable(), 0};
-        out.push(tokens.read());
+    for (Tokens tokens(text);;) {
+        if (tokens.look_ahead()) {
+            append_seen(tokens, out);
+        } else if (tokens.next()) {
+            out.push(tokens.read());
+        } else {
+            return {tokens.unreadable(), 0};
+        }
     }
 }
 
@@ -336,14 +361,9 @@ NumberLosses read_counted_zeroes(std::string_view text, RunAllowance& allowance,
     out.clear();
     Expansion expansion(allowance, out);
     Tokens tokens(text);
-    Numbers numbers;
     for (bool goesOn = true; goesOn;) {
-        const std::size_t count = tokens.read_ahead(numbers);
-        for (std::size_t i = 0; i < count && goesOn;) {
-            i += expansion.add_first_of(numbers.data() + i, count - i);
-            if (i < count) goesOn = expansion.add(numbers[i++]);
-        }
-        if (count == 0) goesOn = tokens.next() && expansion.add(tokens.read());
+        if (tokens.look_ahead() && expansion.add_seen(tokens)) continue;
+        goesOn = tokens.next() && expansion.add(tokens.read());
     }
     return {tokens.unreadable(), expansion.cut()};
 }
@@ -375,14 +395,15 @@ double polynomial_at(const std::vector<double>& coefficients, double x) {
     return value;
 }
 
-bool starts_with_number(const char* text) {
+std::optional<double> leading_number(const char* text) {
+    while (is_blank(*text)) ++text;
+    if (*text == '+' && text[1] != '-') ++text;
+    const char* const digits = *text == '-' ? text + 1 : text;
+    if (digit_of(*digits) > 9 && !(*digits == '.' && digit_of(digits[1]) < 10)) return std::nullopt;
     double value = 0;
-    return take_leading_number(text, value);
-}
-
-double leading_number(const char* text) {
-    double value = 0;
-    return take_leading_number(text, value) ? value : 0;
+    const DecimalRead read = read_decimal(text, value);
+    if (read.length == 0 || read.range != DecimalRange::kInside) return std::nullopt;
+    return value;
 }
 
 }  // namespace ux

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -16,15 +17,21 @@ class NumberList {
 public:
     int size() const { return size_; }
     const double* data() const { return array_.GetData(); }
-    void clear() { size_ = 0; }
+    void clear() {
+        std::fill_n(data_, size_, 0.0);
+        size_ = 0;
+    }
     void push(double value) {
         if (size_ == capacity_) grow(size_ + 1);
         data_[size_++] = value;
     }
-    void push_zeros(int count);
+    void push_zeros(int count) {
+        make_spare(count);
+        take(count);
+    }
 
-    // The storage behind the values, and for how many it is. What is written there belongs to the
-    // list once it is taken.
+    // The storage behind the values, and for how many it is. It is all 0; what is written there is
+    // taken, or 0 again in the end.
     double* spare() { return data_ + size_; }
     int spare_size() const { return capacity_ - size_; }
     void take(int count) { size_ += count; }
@@ -87,13 +94,11 @@ NumberLosses read_counted_zeroes(std::string_view text, RunAllowance& allowance,
 bool has_numbers(std::string_view text);
 bool has_counted_zeroes(std::string_view text);
 
-// The decimal number at the start of text, behind white space; 0 when there is none.
-double leading_number(const char* text);
+// The decimal number at the start of text, behind white space.
+std::optional<double> leading_number(const char* text);
 // A polynomial at x by Horner's rule, coefficients by ascending powers. A value that has left the
 // range of doubles stays there, so lists of coefficients without end cost no more than real ones.
 double polynomial_at(const std::vector<double>& coefficients, double x);
-// Does text start with a decimal number, behind white space?
-bool starts_with_number(const char* text);
 // How many tokens the text has.
 std::size_t count_numbers(std::string_view text);
 
