@@ -3,7 +3,9 @@
 
 #include <string_view>
 
+#include "data/embedded.h"
 #include "frame/walk.h"
+#include "frame/wrapping.h"
 #include "marks/ids.h"
 #include "marks/names.h"
 
@@ -109,6 +111,37 @@ IdProblem collecting_problem(const UXXmlWrapperBase& tree, const char* idAttribu
         return is_leaf(node) || is_themed(marks) ? Step::kOverBranch : Step::kIntoBranch;
     });
     return problem;
+}
+
+std::vector<CollectedNode> collected_nodes(const UXXmlWrapperBase& tree, const char* idAttribute,
+                                           int inheritedRepeat) {
+    NodeMarks marks(idAttribute);
+    std::vector<CollectedNode> nodes;
+    visit_levels(tree, inheritedRepeat, [&](UXXmlWrapperBase& node, int& repeat, int& below) {
+        marks.read(node);
+        if (is_ignored(marks)) return Step::kOverBranch;
+        TransportId id = read_id(marks, repeat);
+        combine_with_repeat(node, marks, repeat, id, nullptr);
+        combine_with_repeat_node(node, marks, repeat, id, nullptr);
+        below = id.repeat;
+        if (marks.is_leaf()) {
+            if (id.id >= 0) nodes.push_back({node, id.id});
+            return Step::kOverBranch;
+        }
+        // A branch has a value where one is said, or settings in front of one.
+        const auto add = [&](bool fromData, int own) {
+            const bool isSaid = marks.has(fromData ? Mark::kDataText : Mark::kUseText);
+            if (isSaid || has_embedded_settings(marks)) nodes.push_back({node, own});
+        };
+        const bool themed = is_themed(marks);
+        int second = 0;
+        if (id.id != -1) {
+            add(themed, id.id);
+            if (marks.number(Mark::kThemeEx, second)) add(second != 0, negated(id.id));
+        }
+        return themed ? Step::kOverBranch : Step::kIntoBranch;
+    });
+    return nodes;
 }
 
 IdProblem setting_problem(const UXXmlWrapperBase& tree, const char* idAttribute,

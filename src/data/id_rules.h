@@ -2,6 +2,8 @@
 // product and of the kit, so nothing here keeps a state.
 #pragma once
 
+#include <vector>
+
 #include "uxtree/host/node.h"
 
 #include "marks/node_marks.h"
@@ -81,6 +83,14 @@ void note_missing_id(const UXXmlWrapperBase& node, int id, int inheritedRepeat, 
 // DataID, which is looked for under the attribute "DataID" alone.
 IdProblem collecting_problem(const UXXmlWrapperBase& tree, const char* idAttribute,
                              int inheritedRepeat);
+// The nodes whose values are collected from tree and everything below, without a theme flag: one entry
+// for each value, in the same order, with the identifier that it gets.
+struct CollectedNode {
+    UXXmlWrapperBase node;
+    int id;
+};
+std::vector<CollectedNode> collected_nodes(const UXXmlWrapperBase& tree, const char* idAttribute,
+                                           int inheritedRepeat);
 // The problem that stops setting values in tree: the first broken rule.
 IdProblem setting_problem(const UXXmlWrapperBase& tree, const char* idAttribute,
                           int inheritedRepeat);

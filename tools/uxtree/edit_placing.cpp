@@ -128,6 +128,8 @@ void add_insert(CLI::App& app, const Edit& edit) {
 
 // ---- append, copy, add, move ------------------------------------------------------------------
 
+constexpr unsigned int kBranchesOnly = 0x20000;  // a flag of uxtree_move_node
+
 void add_append_and_copy(CLI::App& app, const Edit& edit) {
     add_edit(app, edit, "append", "Append the children of another tree", [](CLI::App& sub) {
         auto other = std::make_shared<OtherTree>();
@@ -204,7 +206,7 @@ void add_move(CLI::App& app, const Edit& edit) {
                      ->required();
                  sub.add_flag("--branches", *branches, "Count only nodes with children");
                  return on_each([from, to, branches](UXXmlWrapperBase& node) -> Told {
-                     const unsigned int flags = *branches ? 0x20000U : 0U;
+                     const unsigned int flags = *branches ? kBranchesOnly : 0U;
                      refuse_move_into_itself(node, *from, *to, flags);
                      if (uxtree_move_node(&node, *from, *to, flags, nullptr) == 1) return {};
                      throw Failure(kNothingFound, "move", "there is no node with that number",

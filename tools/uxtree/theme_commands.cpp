@@ -25,7 +25,9 @@ void refuse_duplicates(const ValueList& list, const std::string& file) {
     std::vector<int> seen(list.ids.GetData(), list.ids.GetData() + list.ids.GetSize());
     std::sort(seen.begin(), seen.end());
     const auto twice = std::adjacent_find(seen.begin(), seen.end());
-    if (twice != seen.end()) throw_refusal(-4, *twice, UXXmlWrapperBase(), file);
+    if (twice != seen.end()) {
+        throw_refusal(kDuplicateIdentifier, *twice, UXXmlWrapperBase(), file);
+    }
 }
 
 int run_save(const SaveOptions& options) {

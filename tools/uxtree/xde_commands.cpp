@@ -13,7 +13,7 @@
 namespace uxtool {
 namespace {
 
-constexpr DWORD kPreview = 0x10000;
+constexpr DWORD kPreview = 0x10000;  // a flag of XDE_prepare_XML
 
 // ---- prepare ----------------------------------------------------------------------------------
 

@@ -1,6 +1,7 @@
 // Values with identifiers: collected, read from files, set and saved.
 #include "support/values.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <limits>
@@ -9,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "uxtree/kit/c.h"
+#include "uxtree/kit/values.h"
 #include "uxtree/uxtree_Utils.h"
 
 #include "support/failure.h"
@@ -18,8 +20,6 @@
 
 namespace uxtool {
 namespace {
-
-constexpr std::array<const char*, 3> kEmbedded{"DynaUseChck", "Auto", "DynaFx"};
 
 // By the codes of ux_values_problem.
 constexpr std::array<const char*, 7> kProblems{"",
@@ -45,75 +45,30 @@ std::string problem_of(const UXXmlWrapperBase& root, bool setting) {
     return visible(what);
 }
 
-bool has_any(const UXXmlWrapperBase& node, const char* name) {
-    if (node.HasProperty(name, 0) != 0) return true;
-    for (const char* embedded : kEmbedded) {
-        if (node.HasProperty(embedded, 0) != 0) return true;
+// "dialog.Input.X": the tags from the root down.
+std::string place_of(const UXXmlWrapperBase& node) {
+    std::vector<std::string> tags;
+    for (UXXmlWrapperBase step = node; step.IsNodeValid() != 0; step.GetParent(&step)) {
+        tags.push_back(tag_of(step));
     }
-    return false;
+    std::reverse(tags.begin(), tags.end());
+    return join(tags, ".");
 }
 
-// A copy of the tree in which every value is the number of its node, so that collecting from it
-// tells which node each entry comes from.
-UXXmlWrapperBase with_numbers_for_values(const UXXmlWrapperBase& root,
-                                         std::vector<UXXmlWrapperBase>& nodes,
-                                         std::vector<std::string>& places) {
-    UXXmlWrapperBase copy;
-    root.Clone(&copy, 1);
-    std::vector<std::string> path;
-    walk(copy, [&](UXXmlWrapperBase node, std::size_t level) {
-        path.resize(level);
-        path.push_back(tag_of(node));
-        const std::string number = std::to_string(nodes.size());
-        nodes.push_back(node);
-        places.push_back(join(path, "."));
-        if (node.GetNodeCount() < 1) {
-            node.SetString(number.c_str());
-        } else {
-            for (const char* name : {"Use", "Data"}) {
-                if (has_any(node, name)) node.SetPropertyValue(name, number.c_str());
-            }
-        }
-        for (const char* name : kEmbedded) node.RemoveProperty(name);
-    });
-    return copy;
-}
-
-// The identifiers of some nodes, which stand in document order, as collecting puts them together.
+// The identifiers of the values of some nodes, which stand in document order.
 std::set<int> ids_of(const UXXmlWrapperBase& root, const std::vector<UXXmlWrapperBase>& nodes) {
-    std::vector<bool> isWanted;
+    std::set<int> ids;
+    const std::vector<UXValueNode> values = UXValueNodes(root);
+    auto value = values.begin();
     auto next = nodes.begin();
     walk(root, [&](const UXXmlWrapperBase& node, std::size_t) {
-        const bool found = next != nodes.end() && *next == node;
-        if (found) ++next;
-        isWanted.push_back(found);
+        const bool isWanted = next != nodes.end() && *next == node;
+        if (isWanted) ++next;
+        for (; value != values.end() && value->node == node; ++value) {
+            if (isWanted) ids.insert(value->id);
+        }
     });
-    std::vector<UXXmlWrapperBase> copies;
-    std::vector<std::string> places;
-    UXXmlWrapperBase numbered = with_numbers_for_values(root, copies, places);
-    CArray<int, int> ids;
-    CWBOStringArray numbers;
-    vctree_get_values_with_ids(&numbered, &ids, &numbers, 1, 0, 0, nullptr, 0, nullptr);
-    std::set<int> wanted;
-    for (int i = 0; i < ids.GetSize(); ++i) {
-        if (isWanted[static_cast<std::size_t>(UXLeadingInt(numbers[i]))]) wanted.insert(ids[i]);
-    }
-    return wanted;
-}
-
-void add_labels(const UXXmlWrapperBase& root, ValueList& list) {
-    std::vector<UXXmlWrapperBase> nodes;
-    std::vector<std::string> places;
-    UXXmlWrapperBase numbered = with_numbers_for_values(root, nodes, places);
-    CArray<int, int> ids;
-    CWBOStringArray numbers;
-    vctree_get_values_with_ids(&numbered, &ids, &numbers, 1, 0, 0, nullptr, 0, nullptr);
-    if (ids.GetSize() != list.ids.GetSize()) return;
-    for (int i = 0; i < ids.GetSize(); ++i) {
-        const auto at = static_cast<std::size_t>(UXLeadingInt(numbers[i]));
-        list.labels.Add(uxtree_get_node_label(&nodes[at], 1));
-        list.places.push_back(places[at]);
-    }
+    return ids;
 }
 
 Failure not_values(const std::string& file, const std::string& why) {
@@ -213,7 +168,10 @@ ValueList collect_values(const UXXmlWrapperBase& root, const std::string& file) 
     vctree_get_values_with_ids(&tree, &list.ids, &list.values, 1, 0, 0, nullptr, 0, nullptr);
     const std::string problem = problem_of(root, false);
     if (!problem.empty()) warn(input_name(file) + ": " + problem);
-    add_labels(root, list);
+    for (UXValueNode& value : UXValueNodes(root)) {
+        list.labels.Add(uxtree_get_node_label(&value.node, 1));
+        list.places.push_back(place_of(value.node));
+    }
     return list;
 }
 
