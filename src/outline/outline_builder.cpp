@@ -49,25 +49,32 @@ LayoutNode& LayoutNode::add_child(std::string_view tag) {
 
 void LayoutNode::rename(std::string_view tag) {
     name = tag;
-    endText = "/" + name + ">";
-    knownTag = KnownText(name);
-    knownEnd = KnownText(endText);
+    expectedTag.forget();
+    expectedEnd.forget();
 }
 
 void OutlineBuilder::begin(std::string_view name) {
-    node_ = open_.empty() ? &root_ : open_.back().node->find_child(name);
+    node_ = open_.empty() ? &root_ : foreseen_node();
+    if (node_ != &root_ && (node_ == nullptr || node_->name != name)) {
+        node_ = open_.back().node->find_child(name);
+    }
     lastAttribute_ = nullptr;
     if (node_ == nullptr || node_ == &root_) newName_ = name;
-    if (node_ != nullptr) node_->address = name.data();
+    if (node_ != nullptr) node_->told = told_from(name.data());
 }
 
 void OutlineBuilder::attribute(std::string_view name) {
     if (node_ != nullptr) {
+        LayoutNode::KnownAttribute* const foreseen = foreseen_attribute();
+        if (foreseen != nullptr && foreseen->name == name) {
+            foreseen->told = told_from(name.data());
+            return attribute_expected();
+        }
         const auto& known = node_->knownAttributes;
         const auto found = std::find_if(known.begin(), known.end(),
-                                        [&](const auto& other) { return other->name() == name; });
+                                        [&](const auto& other) { return other->name == name; });
         if (found != known.end()) {
-            (*found)->address = name.data();
+            (*found)->told = told_from(name.data());
             return follow(found->get());
         }
         if (known.size() == kFewAttributes) {

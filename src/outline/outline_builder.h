@@ -22,7 +22,7 @@ struct LayoutNode {
     std::vector<std::unique_ptr<LayoutNode>> children;  // in the order of first appearance
 
     LayoutNode() = default;
-    explicit LayoutNode(std::string_view tag) { rename(tag); }
+    explicit LayoutNode(std::string_view tag) : name(tag) {}
     // Frees the branch without recursion, so that its depth costs no machine stack.
     ~LayoutNode();
     LayoutNode(const LayoutNode&) = delete;
@@ -32,22 +32,39 @@ struct LayoutNode {
     LayoutNode& add_child(std::string_view tag);
     void rename(std::string_view tag);
 
-    // What the last element of this entry looked like. Documents repeat themselves, so this
-    // foresees the next one; the texts are those that the grammar asks for.
-    struct KnownAttribute {
-        explicit KnownAttribute(std::string_view attribute)
-            : text(std::string(attribute) += "=\""), known(text) {}
-        std::string_view name() const { return std::string_view(text).substr(0, text.size() - 2); }
+    // Where a name was told from, and in which document.
+    struct Told {
+        const char* address = nullptr;
+        std::size_t document = 0;
+        bool operator==(const Told&) const = default;
+    };
+    // A text that the grammar asks for, made when it does.
+    class Expected {
+    public:
+        const KnownText* text(std::string_view before, std::string_view name,
+                              std::string_view behind) {
+            if (text_.empty()) known_ = KnownText(text_.append(before).append(name).append(behind));
+            return &known_;
+        }
+        void forget() { text_.clear(); }
 
-        std::string text;
-        KnownText known;
-        const char* address = nullptr;       // where the name was told from
+    private:
+        std::string text_;
+        KnownText known_;
+    };
+    // What the last element of this entry looked like. Documents repeat themselves, so this
+    // foresees the next one.
+    struct KnownAttribute {
+        explicit KnownAttribute(const std::string& attribute) : name(attribute) {}
+
+        std::string_view name;  // where attributeNames has it
+        Expected opening;
+        Told told;
         KnownAttribute* follower = nullptr;  // the one that came next last time
     };
-    std::string endText;
-    KnownText knownTag;
-    KnownText knownEnd;
-    const char* address = nullptr;     // where the name was told from
+    Expected expectedTag;
+    Expected expectedEnd;
+    Told told;
     LayoutNode* firstChild = nullptr;  // the child that came first last time
     LayoutNode* follower = nullptr;    // the sibling that came next last time
     KnownAttribute* firstAttribute = nullptr;
@@ -73,17 +90,19 @@ public:
     bool has_entry() const { return !open_.empty() && node_ != nullptr; }
 
     const KnownText* expected_tag() const {
-        const LayoutNode* node = open_.empty() ? nullptr : foreseen_node();
-        return node != nullptr && node->knownTag.size() > 0 ? &node->knownTag : nullptr;
+        LayoutNode* const node = open_.empty() ? nullptr : foreseen_node();
+        return node != nullptr && !node->name.empty() ? node->expectedTag.text({}, node->name, {})
+                                                      : nullptr;
     }
     const KnownText* expected_attribute() const {
-        const LayoutNode::KnownAttribute* attribute =
+        LayoutNode::KnownAttribute* const attribute =
             node_ == nullptr ? nullptr : foreseen_attribute();
-        return attribute != nullptr ? &attribute->known : nullptr;
+        return attribute != nullptr ? attribute->opening.text({}, attribute->name, "=\"") : nullptr;
     }
     const KnownText* expected_end() const {
-        if (open_.empty() || open_.back().node->knownTag.size() == 0) return nullptr;
-        return &open_.back().node->knownEnd;
+        if (open_.empty() || open_.back().node->name.empty()) return nullptr;
+        LayoutNode& node = *open_.back().node;
+        return node.expectedEnd.text("/", node.name, ">");
     }
     void begin_expected() {
         node_ = foreseen_node();
@@ -91,19 +110,25 @@ public:
     }
     void attribute_expected() { lastAttribute_ = foreseen_attribute(); }
     void end_expected() { open_.pop_back(); }
-    // The same in one step, for readings in which each name has one address of its own: the name
+    // The same in one step, for documents in which each name has one address of its own: the name
     // that was told from there is expected and begins, or nothing happens.
     bool begin_at(const char* name) {
         LayoutNode* const node = open_.empty() ? nullptr : foreseen_node();
-        if (node == nullptr || node->address != name) return false;
+        if (node == nullptr || node->told != told_from(name)) return false;
         begin_expected();
         return true;
     }
     bool attribute_at(const char* name) {
         LayoutNode::KnownAttribute* const known = node_ == nullptr ? nullptr : foreseen_attribute();
-        if (known == nullptr || known->address != name) return false;
+        if (known == nullptr || known->told != told_from(name)) return false;
         attribute_expected();
         return true;
+    }
+    // Whatever is open below the outermost element ends, and another document begins there.
+    void next_document() {
+        ++document_;
+        open_.resize(1);
+        open_.back().lastChild = nullptr;
     }
     void begin(std::string_view name);
     void attribute(std::string_view name);
@@ -137,12 +162,14 @@ private:
         if (!newAttributes_.empty()) add_new_attributes();
         return *node_;
     }
+    LayoutNode::Told told_from(const char* name) const { return {name, document_}; }
     void commit_new();
     void follow(LayoutNode::KnownAttribute* attribute);
     void add_new_attributes();
 
     LayoutNode root_;
     std::vector<OpenElement> open_;
+    std::size_t document_ = 1;
 
     // The start tag being read. It leaves no trace in the outline before it is complete.
     LayoutNode* node_ = nullptr;  // the entry that it folds into; null: a new one, or the root

@@ -4,8 +4,11 @@
 #include <cstddef>
 #include <new>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
+
+#include "uxtree/host/name_key.h"
 
 using namespace ux;
 namespace {
@@ -15,10 +18,11 @@ void require(int hostResult) {
     if (hostResult == 0) throw std::bad_alloc();
 }
 
-void add_labelled(UXXmlWrapperBase& parent, const char* tag, const std::string& label,
+void add_labelled(UXXmlWrapperBase& parent, const char* tag, std::string_view label,
                   UXXmlWrapperBase& added) {
+    static thread_local const UXNameKey kLabel("Label");
     require(parent.AddNode(&added, tag, -1));
-    require(added.SetPropertyValue("Label", CStringUTF8(label.c_str())));
+    require(added.SetPropertyView(kLabel, label));
 }
 
 // Adds the entry with its attributes, without its children.
@@ -51,14 +55,24 @@ void write_children(const UXXmlWrapperBase& rootNode, const LayoutNode& root) {
     }
 }
 
-}  // namespace
-
-void ux::write_outline(UXXmlWrapperBase& target, const LayoutNode& root) {
+// All that write appends to the target, or nothing.
+template <typename Write>
+void append_whole(UXXmlWrapperBase& target, Write&& write) {
     const int before = target.GetNodeCount();
     try {
-        write_children(write_entry(target, root), root);
+        write();
     } catch (...) {
         target.SetSizeTrimFromEnd(before);
         throw;
     }
+}
+
+}  // namespace
+
+void ux::write_outline(UXXmlWrapperBase& target, const LayoutNode& root) {
+    append_whole(target, [&] { write_children(write_entry(target, root), root); });
+}
+
+void ux::write_outlines(UXXmlWrapperBase& target, const LayoutNode& parent) {
+    append_whole(target, [&] { write_children(target, parent); });
 }

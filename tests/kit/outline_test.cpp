@@ -84,6 +84,83 @@ TEST(UXOutlineFile, IsTheOutlineOfTheLoadedTree) {
     EXPECT_LT(accepted, kDocuments);
 }
 
+// --- several files -----------------------------------------------------------------------------
+
+int outline_files(UXXmlWrapperBase& target, const std::vector<std::string>& files,
+                  std::size_t* done = nullptr) {
+    std::vector<const char*> paths;
+    for (const std::string& file : files) paths.push_back(file.c_str());
+    return UXOutlineFiles(&target, paths.data(), paths.size(), done);
+}
+
+TEST(UXOutlineFiles, AppendsTheOutlinesTogether) {
+    const TemporaryFolder folder;
+    TestTree tree("<t><x/></t>");
+    UXXmlWrapperBase target = tree.root();
+    std::size_t done = 7;
+
+    EXPECT_EQ(
+        outline_files(target,
+                      {folder.write("1.xml", "<r b='1'><x/></r>"), folder.write("2.xml", "<s/>"),
+                       folder.write("3.xml", "<r a='1'><y/><x z='1'/></r>")},
+                      &done),
+        1);
+
+    EXPECT_EQ(done, 3u);
+    EXPECT_EQ(to_text(target),
+              R"(<t><x></x><Node Label="r"><Attr Label="@a"></Attr><Attr Label="@b"></Attr>)"
+              R"(<Node Label="x"><Attr Label="@z"></Attr></Node><Node Label="y"></Node></Node>)"
+              R"(<Node Label="s"></Node></t>)");
+    EXPECT_EQ(UXOutlineFiles(&target, nullptr, 0, nullptr), 1);
+}
+
+TEST(UXOutlineFiles, TellsTheFileThatIsRefused) {
+    const TemporaryFolder folder;
+    const std::string good = folder.write("good.xml", "<r><a/></r>");
+    const std::string broken = folder.write("broken.xml", "<r>\n<b/><c></r>");
+    TestTree tree("<t/>");
+    UXXmlWrapperBase target = tree.root();
+    UXXmlWrapperBase none;
+    std::size_t done = 0;
+
+    EXPECT_EQ(outline_files(target, {good, broken, good}, &done), 0);
+    EXPECT_EQ(done, 1u);
+    EXPECT_EQ(std::string(UXGetLastLoadError()), broken + ":2:10: mismatched tag: expected </c>");
+    EXPECT_EQ(outline_files(target, {good, ""}, &done), 0);
+    EXPECT_EQ(outline_files(none, {good}, &done), 0);
+    EXPECT_EQ(done, 0u);
+    EXPECT_EQ(UXOutlineFiles(nullptr, nullptr, 0, nullptr), 0);
+    EXPECT_EQ(UXOutlineFiles(&target, nullptr, 1, nullptr), 0);
+    EXPECT_EQ(to_text(target), "<t></t>");
+}
+
+TEST(UXOutlineFiles, MakesWhatMergingTheirOutlinesMakes) {
+    const TemporaryFolder folder;
+    uxtest::GeneratedXml generator(23);
+    for (int round = 0; round < 12; ++round) {
+        std::vector<std::string> files;
+        TestTree first("<t/>");
+        TestTree second("<t/>");
+        UXXmlWrapperBase expected = first.root();
+        UXXmlWrapperBase found = second.root();
+        while (files.size() < 8) {
+            const std::string name = std::to_string(files.size()) + ".xml";
+            const bool typed = files.size() % 2 == 0;
+            const std::string file = folder.write(
+                name.c_str(), typed ? generator.document_with_types() : generator.document());
+            TestTree tree("<t/>");
+            UXXmlWrapperBase one = tree.root();
+            if (UXOutlineFile(&one, file.c_str(), false) == 0) continue;
+            EXPECT_EQ(UXMergeOutline(&expected, &one), 1);
+            files.push_back(file);
+        }
+
+        ASSERT_EQ(outline_files(found, files), 1);
+
+        ASSERT_EQ(to_text(found), to_text(expected)) << round;
+    }
+}
+
 // --- merging -----------------------------------------------------------------------------------
 
 // The outlines of documents below an element "t".

@@ -101,28 +101,25 @@ UXXmlWrapperBase new_outlines() {
 }
 
 // The outline of the files together, in their order. The files are read without the interpreter.
-py::object outline_files(const py::list& paths) {
+py::object outline_files(const py::list& files) {
     std::vector<std::string> names;
-    for (const py::handle path : paths) {
-        names.push_back(file_name(py::reinterpret_borrow<py::object>(path)));
+    for (const py::handle file : files) {
+        names.push_back(file_name(py::reinterpret_borrow<py::object>(file)));
     }
-    UXXmlWrapperBase all;
+    std::vector<const char*> paths;
+    for (const std::string& name : names) paths.push_back(name.c_str());
+    UXXmlWrapperBase outlines = new_outlines();
     LoadFailure failure;
     std::size_t done = 0;
+    bool good = false;
     {
         const py::gil_scoped_release release;
-        all = new_outlines();
-        for (; done < names.size(); ++done) {
-            UXXmlWrapperBase one = done == 0 ? all : new_outlines();
-            if (UXOutlineFile(&one, names[done].c_str(), false) == 0) {
-                failure = LoadFailure::last();
-                break;
-            }
-            if (done > 0 && UXMergeOutline(&all, &one) == 0) throw std::bad_alloc();
-        }
+        good = UXOutlineFiles(&outlines, paths.data(), paths.size(), &done) == 1;
+        if (!good) failure = LoadFailure::last();
     }
-    if (done < names.size()) failure.raise(paths[done]);
-    return node_object(std::move(all));
+    if (!good && done == paths.size()) throw std::bad_alloc();
+    if (!good) failure.raise(files[done]);
+    return node_object(std::move(outlines));
 }
 
 py::object outline_tree(const py::object& node) {

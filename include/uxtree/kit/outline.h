@@ -1,6 +1,8 @@
 // Outlines of well-formed XML files, and of many of them as one.
 #pragma once
 
+#include <cstddef>
+
 #include "uxtree/frame/annotate.h"
 #include "uxtree/host/node.h"
 #include "uxtree/kit/export.h"
@@ -14,6 +16,16 @@
 //
 // 1, or 0 when the file is refused or there is no memory; UXGetLastLoadError tells why.
 UXKIT_API int UXOutlineFile(UXXmlWrapperBase* target, const char* path, bool partial);
+
+// Appends the outline of several files together, read as above: what merging the outline of each into
+// that of those before would make, at the cost of reading them. Files of the same kind are the best
+// case: a file adds little to what is known.
+//
+//   done   how many were read, so the number of the file that was refused; may be null.
+//
+// 1, or 0 when a file is refused or there is no memory, with target untouched.
+UXKIT_API int UXOutlineFiles(UXXmlWrapperBase* target, const char* const* paths, std::size_t count,
+                             std::size_t* done);
 
 // Adds to the outlines below target what those below source have and they lack, so that target holds
 // the outline of all the documents of both. Entries of the same label and place become one: its
