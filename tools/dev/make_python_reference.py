@@ -61,10 +61,12 @@ ROW = re.compile(r'\{"(\w+)",[^"]*?((?:"(?:[^"\\]|\\.)*"\s*)+)')
 
 
 def native_members(source):
-    text = (source / "bindings/python/src/node.cpp").read_text(encoding="utf-8")
-    for table in ("nodeMethods", "nodeFields"):
-        start = text.index(f"{table}[] = {{")
-        for name, literals in ROW.findall(text[start : text.index("};", start)]):
+    for topic in ("values", "steps", "changes"):
+        path = source / f"bindings/python/src/node_{topic}.cpp"
+        text = path.read_text(encoding="utf-8")
+        for name, literals in ROW.findall(text[text.index(f"void add_{topic}_of_node(") :]):
+            if name.startswith("_"):
+                continue
             joined = "".join(ast.literal_eval(each) for each in re.findall(r'"(?:[^"\\]|\\.)*"', literals))
             title, dashes, rest = joined.partition("\n--\n\n")
             yield entry(title, rest) if dashes else entry(name, joined)

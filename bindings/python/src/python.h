@@ -23,6 +23,12 @@ struct Raised {};
     throw Raised();
 }
 
+// A function as tables of methods hold it.
+template <typename Function>
+PyCFunction method(Function* function) {
+    return reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(function));
+}
+
 // An owned reference; null becomes the exception that is set.
 inline PyObject* checked(PyObject* object) {
     if (object == nullptr) throw Raised();

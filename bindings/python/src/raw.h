@@ -9,11 +9,6 @@
 
 namespace uxpy {
 
-template <typename Function>
-PyCFunction method(Function* function) {
-    return reinterpret_cast<PyCFunction>(reinterpret_cast<void (*)()>(function));
-}
-
 // The result of the call; others may run Python meanwhile when it touches nothing of theirs.
 template <typename Call>
 auto unlocked(bool may, Call&& call) {

@@ -1,5 +1,6 @@
 """Trees: nodes with paths, attributes, values, and everything that is done with a whole tree."""
 
+import collections
 import collections.abc
 import contextlib
 import os
@@ -7,8 +8,6 @@ import os
 from . import _core
 from ._core import raw
 from .errors import CodeError, ValuesError
-
-_get_values = raw.uxtree_get_values_with_ids
 
 
 def check(function, code, good):
@@ -171,21 +170,17 @@ class Tree(raw.Node):
         changed_only: those whose attribute OldValue differs. repeat: the RepeatID under which this
         node stands. branches: also those without "Use".
         """
-        count, ids, texts, error = _get_values(self, recursive, changed_only, repeat, id_attribute,
-                                               branches)
-        if error or count < 0:  # says what is wrong
-            self._collect(recursive, changed_only, repeat, id_attribute, branches)
-        found = dict(zip(ids, texts))
-        if len(found) != len(ids):
-            seen = set()
-            twice = next(id for id in ids if id in seen or seen.add(id))
-            raise ValuesError("duplicate_id", twice,
-                              f"identifier {twice} repeats; value_pairs() has all values")
-        return found
+        found = self._values(recursive, changed_only, repeat, id_attribute, branches)
+        if found is not None:
+            return found
+        ids, _ = self._collect(recursive, changed_only, repeat, id_attribute, branches)
+        twice = next(id for id, times in collections.Counter(ids).items() if times > 1)
+        raise ValuesError("duplicate_id", twice,
+                          f"identifier {twice} repeats; value_pairs() has all values")
 
     def _collect(self, recursive, changed_only, repeat, id_attribute, branches):
-        count, ids, texts, error = _get_values(self, recursive, changed_only, repeat, id_attribute,
-                                               branches)
+        count, ids, texts, error = raw.uxtree_get_values_with_ids(
+            self, recursive, changed_only, repeat, id_attribute, branches)
         check("uxtree_get_values_with_ids", count, count >= 0)
         if error:
             self._raise_problem(0, id_attribute, repeat, error)
