@@ -12,26 +12,12 @@ from . import many
 MERGED_AT_ONCE = 8
 
 
-class _Group:
-    """What Dask calls for a group of files, and for a group of parts."""
-
-    def __init__(self, job):
-        self.job = job
-
-    def of_files(self, files):
-        return many.part_of(self.job, files)
-
-    def of_parts(self, parts):
-        return many.merged(self.job, parts)
-
-
 def _run(job, files, partitions, errors):
     files = many.files_of(files)
     if not files:
-        return many.finished(many.part_of(job, []), errors)
+        return many.finished(job.part([]), errors)
     bag = dask.bag.from_sequence(files, npartitions=min(partitions or 100, len(files)))
-    group = _Group(job)
-    whole = bag.reduction(group.of_files, group.of_parts, split_every=MERGED_AT_ONCE)
+    whole = bag.reduction(job.part, job.joined, split_every=MERGED_AT_ONCE)
     return many.finished(whole.compute(), errors)
 
 

@@ -9,11 +9,10 @@ the result of the others, and the errors.
 """
 
 import concurrent.futures
-import functools
 import os
 
 from . import n42
-from .errors import TreeError
+from .errors import LoadError, TreeError
 from .outlines import Outline, outline as outline_files
 from .table import Table, query_table
 from .tree import files_of, load
@@ -31,22 +30,25 @@ class Part:
         return Part, (self.result, self.errors)
 
 
-def part_of(job, files):
-    """The part of some files: the result of each, merged; broken files are told."""
-    results, errors = [], []
-    for file in files:
-        try:
-            results.append(job.of_file(file))
-        except TreeError as error:
-            errors.append(error)
-    return Part(job.merge(results), errors)
+class Job:
+    """What a file yields, of_file, and how such results become one, merge. Jobs travel to other
+    processes."""
 
+    def part(self, files):
+        """The part of some files: the result of each, merged; broken files are told."""
+        results, errors = [], []
+        for file in files:
+            try:
+                results.append(self.of_file(file))
+            except TreeError as error:
+                errors.append(error)
+        return Part(self.merge(results), errors)
 
-def merged(job, parts):
-    """The part that parts make together."""
-    parts = list(parts)
-    return Part(job.merge([part.result for part in parts]),
-                [error for part in parts for error in part.errors])
+    def joined(self, parts):
+        """The part that parts make together."""
+        parts = list(parts)
+        return Part(self.merge([part.result for part in parts]),
+                    [error for part in parts for error in part.errors])
 
 
 def finished(part, errors):
@@ -65,26 +67,45 @@ def run(job, files, processes, errors):
     files = files_of(files)
     processes = min(processes or os.cpu_count() or 1, max(len(files), 1))
     if processes == 1:
-        return finished(part_of(job, files), errors)
+        return finished(job.part(files), errors)
     # A few groups for each process, so that none waits for another one with large files.
     size = -(-len(files) // (processes * 4))
     groups = [files[at:at + size] for at in range(0, len(files), size)]
     with concurrent.futures.ProcessPoolExecutor(processes) as pool:
-        parts = list(pool.map(functools.partial(part_of, job), groups))
-    return finished(merged(job, parts), errors)
+        parts = list(pool.map(job.part, groups))
+    return finished(job.joined(parts), errors)
 
 
-# --- the jobs: what a file yields, and how such results become one; they travel to other processes
+# --- the jobs
 
 
-class OutlineJob:
+class OutlineJob(Job):
     """The outline of all files."""
 
-    of_file = staticmethod(outline_files)
+    READ_TOGETHER = 200  # takes a fraction of the time, and can still be interrupted
+
     merge = staticmethod(Outline.union_all)
 
+    def part(self, files):
+        files = list(files)
+        groups = [files[at:at + self.READ_TOGETHER]
+                  for at in range(0, len(files), self.READ_TOGETHER)]
+        return self.joined(map(self._of_group, groups))
 
-class _TableJob:
+    def _of_group(self, files):
+        parts = []
+        while files:
+            try:
+                parts.append(Part(outline_files(files)))
+                break
+            except LoadError as error:
+                at = files.index(error.path)
+                parts += [self._of_group(files[:at]), Part(Outline(), [error])]
+                files = files[at + 1:]
+        return self.joined(parts)
+
+
+class _TableJob(Job):
     """Tables one below the other, with the name of the file in the first column."""
 
     merge = staticmethod(Table.concatenated)
