@@ -87,6 +87,7 @@ PYBIND11_MODULE(_core, core) {
         set_node_class(reinterpret_cast<PyTypeObject*>(type.ptr()));
     });
     core.attr("version") = ux_version();
+    core.attr("built_for") = UXTREE_VERSION;
     core.def("value_text", &value_text);
     core.def("values_problem", &values_problem);
     core.def("code_name", [](const char* function, int code) {

@@ -4,6 +4,8 @@ import datetime
 import os
 import pathlib
 import pickle
+import subprocess
+import sys
 
 import numpy
 import pytest
@@ -92,6 +94,28 @@ def test_tables(dialog):
     assert joined.names == ["first", "none", "new"]
     assert joined.rows() == [("1", None, None), ("3", None, None), ("f", None, "n")]
     assert "<th>first</th>" in joined._repr_html_()
+
+
+def test_versions():
+    require = uxtree.version.require
+    for built_for, found in (("0.2.0", "0.2.0"), ("0.2.0", "0.2.11"), ("1.2.0", "1.10.0")):
+        require(built_for, found)
+    for built_for, found in (("0.2.1", "0.2.0"), ("0.2.0", "0.3.0"), ("0.2.0", "1.2.0"),
+                             ("1.2.0", "1.1.9"), ("1.2.0", "2.0.0")):
+        with pytest.raises(ImportError, match=f"version {built_for} .* version {found}"):
+            require(built_for, found)
+
+
+def test_other_libraries_are_refused():
+    program = ("import sys, types\n"
+               "core = types.ModuleType('uxtree._core')\n"
+               "core.version, core.built_for = '0.1.9', '0.2.0'\n"
+               "sys.modules['uxtree._core'] = core\n"
+               "import uxtree\n")
+    done = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True)
+    assert done.returncode == 1
+    assert done.stderr.endswith("ImportError: this package was built for version 0.2.0 of the uxtree "
+                                "libraries, and finds version 0.1.9\n")
 
 
 def test_outlines(dialog, tmp_path):
