@@ -60,6 +60,17 @@ def test_groups_do_not_matter(folder, job):
         function([], *arguments, errors="ignore")
 
 
+def test_broken_files_are_told_in_their_order(tmp_path):
+    files = []
+    for number in range(9):
+        files.append(str(tmp_path / f"{number}.xml"))
+        broken = number in (0, 3, 4, 8)
+        pathlib.Path(files[-1]).write_text("<r>" if broken else f"<r><n{number}/></r>")
+    outline, errors = many.outline([*files, files[3]], errors="collect")
+    assert str(outline) == "/r\n/r/n1\n/r/n2\n/r/n5\n/r/n6\n/r/n7"
+    assert [error.path for error in errors] == [files[0], files[3], files[4], files[8], files[3]]
+
+
 def test_values_of_files_are_their_values(folder):
     table, _ = many.values(folder / "*.xml", errors="collect")
     assert len(table) == 39 and table.names[0] == "file"
