@@ -65,8 +65,8 @@ std::string argument(Bytes& bytes, const std::string& type) {
     if (type == "array<bool>@") return one_of(bytes, {"ab0", "null"});
     if (type == "array<string>@") return one_of(bytes, {"as0", "as1", "null"});
     if (type == "bool") return one_of(bytes, {"true", "false"});
-    if (type == "int" || type == "double") return one_of(bytes, numbers);
-    if (type == "uint" || type == "uint8" || type == "uint16") {
+    if (type == "int" || type == "int64" || type == "double") return one_of(bytes, numbers);
+    if (type == "uint" || type == "uint8" || type == "uint16" || type == "uint64") {
         return one_of(bytes, {"0", "1", "2", "3", "65", "255"});
     }
     if (type.find("tagDescStatResults") == 0) return "r0";
@@ -90,7 +90,7 @@ bool add_callable(std::vector<Callable>& all, std::vector<std::string>& firstFor
         function.GetParam(i, &type, &flags);
         std::string text = engine.GetTypeDeclaration(type);
         if ((flags & as::asTM_INOUTREF) == as::asTM_INREF) text += "&in";
-        if ((flags & as::asTM_INOUTREF) == as::asTM_INOUTREF) text += "&";
+        if ((flags & as::asTM_OUTREF) != 0) text += "&";
         if ((flags & as::asTM_CONST) != 0 && text.find("const") != 0) text.insert(0, "const ");
         made.types.push_back(text);
         Bytes none(nullptr, 0);
@@ -122,15 +122,18 @@ std::vector<Callable> all_callables(const as::asIScriptEngine& engine) {
         const as::asIScriptFunction* function = engine.GetGlobalFunctionByIndex(i);
         const std::string name = function->GetName();
         const bool ours = name.rfind("ux", 0) == 0 || name.rfind("vctree", 0) == 0 ||
-                          name.rfind("VCTree", 0) == 0 || name.rfind("report_", 0) == 0;
+                          name.rfind("VCTree", 0) == 0 || name.rfind("report_", 0) == 0 ||
+                          name.rfind("format", 0) == 0 || name.rfind("parse", 0) == 0;
         if (ours && !is_left_out(name)) add_callable(all, firstForm, engine, *function, "");
     }
-    const as::asITypeInfo* tree = engine.GetTypeInfoByName("Tree");
-    for (unsigned i = 0; i < tree->GetMethodCount(); ++i) {
-        const as::asIScriptFunction* method = tree->GetMethodByIndex(i);
-        const std::string name = method->GetName();
-        if (name.rfind("op", 0) == 0 || method->IsProperty() || is_left_out(name)) continue;
-        add_callable(all, firstForm, engine, *method, "t0.");
+    for (const auto& [type, object] : {std::pair{"Tree", "t0."}, std::pair{"string", "s0."}}) {
+        const as::asITypeInfo* info = engine.GetTypeInfoByName(type);
+        for (unsigned i = 0; i < info->GetMethodCount(); ++i) {
+            const as::asIScriptFunction* method = info->GetMethodByIndex(i);
+            const std::string name = method->GetName();
+            if (name.rfind("op", 0) == 0 || method->IsProperty() || is_left_out(name)) continue;
+            add_callable(all, firstForm, engine, *method, object);
+        }
     }
     return all;
 }
@@ -140,7 +143,9 @@ std::string statement(Bytes& bytes, const std::vector<Callable>& callables) {
         return one_of(bytes, {"t0 = t1;", "t1 = t0.copy();", "t2.remove();", "t3 = t0[\"a/b\"];",
                               "t3 = t0.first;", "t0.parse(\"<r><a DataID='5'>1</a></r>\");",
                               "s0 = t0.path + s1;", "print(t0, ai0, as0, d0, b0);",
-                              "t1 = Tree(\"x\"); t1.add_copy(t0);", "as0.insertLast(s0);"});
+                              "t1 = Tree(\"x\"); t1.add_copy(t0);", "as0.insertLast(s0);",
+                              "s0 += d0; s1 = s0 + i0 + b0; u0 = s1.length();", "s0[i0] = 65;",
+                              "d0 = parseFloat(s0); d1 = d0 / i1; s1 = d1;"});
     }
     const Callable& each = callables[bytes.below(callables.size())];
     std::string text = each.name + "(";
