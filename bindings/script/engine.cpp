@@ -16,6 +16,7 @@
 #include "functions.h"
 #include "messages.h"
 #include "printing.h"
+#include "sources.h"
 
 namespace uxscript {
 namespace {
@@ -119,7 +120,7 @@ struct [[gnu::visibility("hidden")]] UXScriptEngine::State {
     UXScriptOutcome run(as::asIScriptFunction * function, const UXScriptLimits& limits,
                         const std::function<void(as::asIScriptContext&)>& prepare,
                         const std::function<void(as::asIScriptContext&)>& finish);
-    bool build(as::CScriptBuilder & builder);
+    bool build(const std::function<bool(Sources&)>& add);
     UXScriptOutcome reset_globals(const UXScriptLimits& limits);
     as::asIScriptModule* dialogue_module();
     UXScriptOutcome run_statement(const std::string& code, const UXScriptLimits& limits);
@@ -127,6 +128,7 @@ struct [[gnu::visibility("hidden")]] UXScriptEngine::State {
 
     UXScriptOptions options;
     Messages messages;
+    SourceCheck check;
     std::string problem;
     as::asIScriptEngine* engine = nullptr;
     as::asIScriptModule* module = nullptr;
@@ -272,12 +274,17 @@ UXScriptOutcome UXScriptEngine::State::run(
     return outcome;
 }
 
-bool UXScriptEngine::State::build(as::CScriptBuilder& builder) {
-    const bool built = builder.BuildModule() >= 0;
-    module = built ? builder.GetModule() : nullptr;
+bool UXScriptEngine::State::build(const std::function<bool(Sources&)>& add) {
+    messages.clear();
+    module = nullptr;
+    check = SourceCheck();
+    as::CScriptBuilder builder;
+    builder.StartNewModule(engine, kModule);
+    Sources sources(*engine, builder, check);
+    if (add(sources) && builder.BuildModule() >= 0) module = builder.GetModule();
     globalsAreSet = false;
-    finish_messages();
-    return built;
+    problem = sources.problem().empty() ? messages.text(all_names()) : sources.problem();
+    return module != nullptr;
 }
 
 // --- dialogues -------------------------------------------------------------------------------------
@@ -384,32 +391,14 @@ const std::string& UXScriptEngine::problem() const {
 bool UXScriptEngine::compile_file(const std::string& path) {
     if (!ready()) return false;
     return without_exceptions(false, &state_->problem, [&] {
-        as::CScriptBuilder builder;
-        state_->messages.clear();
-        state_->module = nullptr;
-        builder.StartNewModule(state_->engine, kModule);
-        if (builder.AddSectionFromFile(path.c_str()) < 0) {
-            state_->finish_messages();
-            return false;
-        }
-        return state_->build(builder);
+        return state_->build([&](Sources& sources) { return sources.add_file(path); });
     });
 }
 
 bool UXScriptEngine::compile(const std::string& name, const std::string& code, int firstLine) {
     if (!ready()) return false;
     return without_exceptions(false, &state_->problem, [&] {
-        as::CScriptBuilder builder;
-        state_->messages.clear();
-        state_->module = nullptr;
-        builder.StartNewModule(state_->engine, kModule);
-        // A size of 0 stands for a text up to its NUL, which an empty text begins with.
-        if (builder.AddSectionFromMemory(name.c_str(), code.c_str(),
-                                         static_cast<unsigned>(code.size()), firstLine - 1) < 0) {
-            state_->finish_messages();
-            return false;
-        }
-        return state_->build(builder);
+        return state_->build([&](Sources& sources) { return sources.add(name, code, firstLine); });
     });
 }
 
@@ -533,6 +522,8 @@ UXScriptOutcome UXScriptEngine::run_line(const std::string& line, const UXScript
             code.pop_back();
         }
         if (code.empty()) return UXScriptOutcome::kDone;
+        state.problem = state.check.problem(*state.engine, "line", code, 1);
+        if (!state.problem.empty()) return UXScriptOutcome::kNotCompiled;
 
         as::asIScriptFunction* function = nullptr;
         if (state.compile_statement("show_value(" + code + "\n);", &function)) {

@@ -92,6 +92,8 @@ public:
     // False when the engine could not be made.
     bool ready() const;
     // Compiles a script in place of the one before. #include "file" is relative to the script.
+    // Sources that are nested too deeply for the compiler, or too large, are refused; no limit holds
+    // for the time that it takes.
     bool compile_file(const std::string& path);
     // The same for code by any name. firstLine is the number by which messages call its first line.
     bool compile(const std::string& name, const std::string& code, int firstLine = 1);

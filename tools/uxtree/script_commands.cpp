@@ -87,9 +87,10 @@ void write_error(std::string_view text) {
     std::_Exit(kRefused);
 }
 
-// A call of the script that does not come back: between statements the engine stops in time itself.
+// The compiler, or a call of the script, that does not come back: between statements the engine stops
+// in time itself.
 void end_late() {
-    end_at_limit("error: stopped within a call that takes longer than --time allows\n");
+    end_at_limit("error: stopped within a call, or in compiling, longer than --time allows\n");
 }
 
 void start_alarm(double seconds) {
@@ -174,8 +175,10 @@ void require_readable(const std::string& path) {
 // Compiles what was asked for and yields the arguments that are left.
 std::vector<std::string> compile(const RunOptions& options, UXScriptEngine& engine) {
     std::vector<std::string> words = options.words;
+    const double seconds = options.limits.seconds;
     bool compiled = false;
     if (!options.code.empty()) {
+        start_alarm(seconds);
         compiled =
             engine.compile("-e", "void main(array<string>@ args) {\n" + options.code + "\n}", 0);
     } else if (words.empty()) {
@@ -184,12 +187,16 @@ std::vector<std::string> compile(const RunOptions& options, UXScriptEngine& engi
         const std::string file = words.front();
         words.erase(words.begin());
         if (file == "-") {
-            compiled = engine.compile("stdin", standard_input());
+            const std::string code = standard_input();
+            start_alarm(seconds);
+            compiled = engine.compile("stdin", code);
         } else {
             require_readable(file);
+            start_alarm(seconds);
             compiled = engine.compile_file(file);
         }
     }
+    call_nothing_after();
     write_error(engine.problem());  // warnings too
     if (!compiled) throw Failure(kUsage, "the script was not compiled");
     return words;
