@@ -3,6 +3,7 @@
 Usage: python_bench.py SOURCE_FOLDER FUNCTION=NANOSECONDS...   (python_bench calls it)
 """
 
+import functools
 import os
 import shutil
 import sys
@@ -25,11 +26,13 @@ SOURCE = sys.argv[1]
 DIALOG = os.path.join(SOURCE, "examples/dialog.xml")
 
 
-def seconds(job, number=None):
-    """Of one run: the fastest of some rounds."""
-    timer = timeit.Timer(job)
-    number = number or max(1, int(0.05 / max(min(timer.repeat(3, 1)), 1e-9)))
-    return min(timer.repeat(7, number)) / number
+def seconds(*jobs):
+    """Processor time of one run of each job: the fastest of some rounds, in which they take turns."""
+    timers = [timeit.Timer(job, timer=time.process_time) for job in jobs]
+    numbers = [max(1, int(0.02 / max(min(timer.repeat(3, 10)) / 10, 1e-9))) for timer in timers]
+    rounds = [[timer.timeit(number) / number for timer, number in zip(timers, numbers)]
+              for _ in range(9)]
+    return [min(times) for times in zip(*rounds)]
 
 
 def table(title, names, rows):
@@ -53,7 +56,7 @@ def calls():
     rows = []
     for name, given in arguments.items():
         function, one = getattr(raw, name), float(native[name])
-        own = 1e9 * seconds(lambda: function(*given))
+        own = 1e9 * seconds(lambda: function(*given))[0]
         bound = 4 * one + 200
         rows.append((f"`{name}`", f"{one:.0f} ns", f"{own:.0f} ns", f"{bound:.0f} ns",
                      "yes" if own <= bound else "no"))
@@ -93,28 +96,29 @@ def jobs():
     ours = uxtree.from_string(small)
     rows = []
 
-    def row(what, own, asked, *theirs):
-        cells = [what, f"{own * 1e9:.0f} ns", asked]
-        for peer in theirs:
-            cells.append(f"{peer * 1e9:.0f} ns ({peer / own:.1f})")
-        rows.append(tuple(cells))
+    def row(what, asked, job, *theirs):
+        own, *peers = [1e9 * each for each in seconds(job, *theirs)]
+        rows.append((what, f"{own:.0f} ns", asked,
+                     *(f"{peer:.0f} ns ({peer / own:.1f})" for peer in peers)))
 
+    def each(roots, job):
+        return [functools.partial(job, root) for root in roots]
+
+    modules = [module for module, _ in peers.values()]
     roots = [root for _, root in peers.values()]
-    row("find by DataID", seconds(lambda: tree.find(36)), "10",
-        *[seconds(lambda: by_id(root, "36")) for root in roots])
-    row("find by DataID, their XPath", seconds(lambda: tree.find(36)), "10",
-        *[seconds(lambda: root.find(".//*[@DataID='36']")) for root in roots])
-    row("find by DataID, last of 1,000", seconds(lambda: large.find(1000)), "10",
-        *[seconds(lambda: by_id(root, "1000")) for root in large_roots])
-    row("path", seconds(lambda: tree["Find/Limit/Count"]), "5",
-        *[seconds(lambda: root.find("Find/Limit/Count")) for root in roots])
-    row("load", seconds(lambda: uxtree.load(DIALOG, layout=False)), "5",
-        *[seconds(lambda: peer.parse(DIALOG)) for peer, _ in peers.values()])
-    row("load of 1,000", seconds(lambda: uxtree.load(large_file.name, layout=False)), "5",
-        *[seconds(lambda: peer.parse(large_file.name)) for peer, _ in peers.values()])
-    parsed = [peer.fromstring(small) for peer, _ in peers.values()]
-    row("30 values by id", seconds(lambda: ours.values()), "1 and 5",
-        *[seconds(lambda: et_values(root)) for root in parsed])
+    parsed = [module.fromstring(small) for module in modules]
+    row("find by DataID", "10", lambda: tree.find(36), *each(roots, lambda r: by_id(r, "36")))
+    row("find by DataID, their XPath", "10", lambda: tree.find(36),
+        *each(roots, lambda r: r.find(".//*[@DataID='36']")))
+    row("find by DataID, last of 1,000", "10", lambda: large.find(1000),
+        *each(large_roots, lambda r: by_id(r, "1000")))
+    row("path", "5", lambda: tree["Find/Limit/Count"],
+        *each(roots, lambda r: r.find("Find/Limit/Count")))
+    row("load", "5", lambda: uxtree.load(DIALOG, layout=False),
+        *each(modules, lambda m: m.parse(DIALOG)))
+    row("load of 1,000", "5", lambda: uxtree.load(large_file.name, layout=False),
+        *each(modules, lambda m: m.parse(large_file.name)))
+    row("30 values by id", "1 and 5", lambda: ours.values(), *each(parsed, et_values))
     table("Jobs (in brackets: how many times as fast)",
           ("job", "uxtree", "asked", *peers), rows)
 
@@ -122,9 +126,8 @@ def jobs():
 def vectors():
     tree = uxtree.Tree("r")
     values = numpy.random.default_rng(1).random(1_000_000)
-    write = seconds(lambda: setattr(tree, "value", values), 1)
-    read = seconds(lambda: tree.vector, 1)
-    copy = seconds(lambda: values.copy(), 1)
+    write, read, copy = seconds(lambda: setattr(tree, "value", values), lambda: tree.vector,
+                                values.copy)
     print(f"\n1e6 doubles: written in {write * 1e3:.2f} ms, read in {read * 1e3:.2f} ms; "
           f"numpy copies them in {copy * 1e3:.2f} ms\n")
 
@@ -135,7 +138,7 @@ def spectra():
         for number in range(1000):
             shutil.copy(example, f"{folder}/{number:04}.n42")
         times = {}
-        for _ in range(3):
+        for _ in range(5):
             for processes in (1, 2):
                 start = time.perf_counter()
                 assert len(uxtree.many.spectra(f"{folder}/*.n42", processes=processes)) == 4000
