@@ -11,38 +11,37 @@
 namespace uxpy {
 namespace {
 
-// A new tree belongs to nobody else yet, so others may run Python while it is made.
-py::object load(const py::object& path, bool layout) {
-    const std::string name = file_name(path);
+// The tree that read makes. It belongs to nobody else yet, so others may run Python meanwhile.
+template <typename Read>
+py::object loaded(const py::object& path, Read&& read) {
     UXXmlWrapperBase tree;
     LoadFailure failure;
     bool done = false;
     {
         const py::gil_scoped_release release;
-        done = (layout ? UXLoadForEditing(&tree, name.c_str())
-                       : tree.load(name.c_str(), 0, false)) == 1;
+        done = read(tree) == 1;
         if (!done) failure = LoadFailure::last();
     }
     if (!done) failure.raise(path);
     return node_object(std::move(tree));
 }
 
+py::object load(const py::object& path, bool layout) {
+    const std::string name = file_name(path);
+    return loaded(path, [&](UXXmlWrapperBase& tree) {
+        return layout ? UXLoadForEditing(&tree, name.c_str()) : tree.load(name.c_str(), 0, false);
+    });
+}
+
 py::object load_bytes(const py::bytes& bytes, bool layout) {
     char* data = nullptr;
-    Py_ssize_t size = 0;
-    if (PyBytes_AsStringAndSize(bytes.ptr(), &data, &size) != 0) throw Raised();
-    UXXmlWrapperBase tree;
-    LoadFailure failure;
-    bool done = false;
-    {
-        const py::gil_scoped_release release;
-        const auto length = static_cast<std::size_t>(size);
-        done = (layout ? UXLoadForEditingFromMemory(&tree, data, length)
-                       : tree.LoadFromMemory(data, length)) == 1;
-        if (!done) failure = LoadFailure::last();
-    }
-    if (!done) failure.raise(py::none());
-    return node_object(std::move(tree));
+    Py_ssize_t length = 0;
+    if (PyBytes_AsStringAndSize(bytes.ptr(), &data, &length) != 0) throw Raised();
+    const auto size = static_cast<std::size_t>(length);
+    return loaded(py::none(), [&](UXXmlWrapperBase& tree) {
+        return layout ? UXLoadForEditingFromMemory(&tree, data, size)
+                      : tree.LoadFromMemory(data, size);
+    });
 }
 
 UXSaveOptions save_options(const std::string& form, const py::object& ids, int indent) {
