@@ -110,10 +110,6 @@ class _TableJob(Job):
 
     merge = staticmethod(Table.concatenated)
 
-    def of_file(self, file):
-        table = self.table_of(file)
-        return Table(["file", *table.names], [[file] * len(table), *table.columns])
-
 
 class ValuesJob(_TableJob):
     """A row for each file, a column for each identifier; of repeated identifiers several."""
@@ -121,13 +117,9 @@ class ValuesJob(_TableJob):
     def __init__(self, how):
         self.how = how
 
-    def table_of(self, file):
-        pairs = load(file, layout=False).value_pairs(**self.how)
-        return Table([id for id, _ in pairs], [[text] for _, text in pairs])
-
     def of_file(self, file):
-        table = self.table_of(file)
-        return Table(["file", *table.names], [[file], *table.columns])
+        pairs = load(file, layout=False).value_pairs(**self.how)
+        return Table(["file", *(id for id, _ in pairs)], [[file], *([text] for _, text in pairs)])
 
 
 class QueryJob(_TableJob):
@@ -136,8 +128,9 @@ class QueryJob(_TableJob):
     def __init__(self, path):
         self.path = path
 
-    def table_of(self, file):
-        return query_table(load(file, layout=False), self.path)
+    def of_file(self, file):
+        table = query_table(load(file, layout=False), self.path)
+        return Table(["file", *table.names], [[file] * len(table), *table.columns])
 
 
 class SpectraJob(_TableJob):

@@ -48,25 +48,22 @@ class Table:
         """One below the other: columns of the same name and number among those of that name are one;
         None where a table lacks a column. The order of first appearance is kept."""
         tables = list(tables)
-        places, names = {}, []
+        height = sum(map(len, tables))
+        columns, top = {}, 0
         for table in tables:
-            for key, name in table._keys():
-                if key not in places:
-                    places[key] = len(names)
-                    names.append(name)
-        columns = [[] for _ in names]
-        for table in tables:
-            height = len(table)
-            own = {places[key]: column for (key, _), column in zip(table._keys(), table.columns)}
-            for place, column in enumerate(columns):
-                column += own.get(place, [None] * height)
-        return Table(names, columns)
+            for key, column in zip(table._keys(), table.columns):
+                if key not in columns:
+                    columns[key] = [None] * height
+                columns[key][top:top + len(column)] = column
+            top += len(table)
+        return Table([name for name, _ in columns], columns.values())
 
     def _keys(self):
+        """The names, each with its number among those of the same name."""
         seen = {}
         for name in self.names:
             seen[name] = seen.get(name, 0) + 1
-            yield (name, seen[name]), name
+            yield name, seen[name]
 
     def __len__(self):
         return len(self.columns[0]) if self.columns else 0
