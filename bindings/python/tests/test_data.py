@@ -112,7 +112,9 @@ def test_other_libraries_are_refused():
                "core.version, core.built_for = '0.1.9', '0.2.0'\n"
                "sys.modules['uxtree._core'] = core\n"
                "import uxtree\n")
-    done = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True)
+    folder = str(pathlib.Path(uxtree.__file__).resolve().parent.parent)
+    done = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True,
+                          env={**os.environ, "PYTHONPATH": folder})
     assert done.returncode == 1
     assert done.stderr.endswith("ImportError: this package was built for version 0.2.0 of the uxtree "
                                 "libraries, and finds version 0.1.9\n")
