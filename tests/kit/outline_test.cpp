@@ -95,8 +95,7 @@ int outline_files(UXXmlWrapperBase& target, const std::vector<std::string>& file
 
 TEST(UXOutlineFiles, AppendsTheOutlinesTogether) {
     const TemporaryFolder folder;
-    TestTree tree("<t><x/></t>");
-    UXXmlWrapperBase target = tree.root();
+    TestTree target("<t><x/></t>");
     std::size_t done = 7;
 
     EXPECT_EQ(
@@ -118,8 +117,7 @@ TEST(UXOutlineFiles, TellsTheFileThatIsRefused) {
     const TemporaryFolder folder;
     const std::string good = folder.write("good.xml", "<r><a/></r>");
     const std::string broken = folder.write("broken.xml", "<r>\n<b/><c></r>");
-    TestTree tree("<t/>");
-    UXXmlWrapperBase target = tree.root();
+    TestTree target("<t/>");
     UXXmlWrapperBase none;
     std::size_t done = 0;
 
@@ -139,17 +137,14 @@ TEST(UXOutlineFiles, MakesWhatMergingTheirOutlinesMakes) {
     uxtest::GeneratedXml generator(23);
     for (int round = 0; round < 12; ++round) {
         std::vector<std::string> files;
-        TestTree first("<t/>");
-        TestTree second("<t/>");
-        UXXmlWrapperBase expected = first.root();
-        UXXmlWrapperBase found = second.root();
+        TestTree expected("<t/>");
+        TestTree found("<t/>");
         while (files.size() < 8) {
             const std::string name = std::to_string(files.size()) + ".xml";
             const bool typed = files.size() % 2 == 0;
             const std::string file = folder.write(
                 name.c_str(), typed ? generator.document_with_types() : generator.document());
-            TestTree tree("<t/>");
-            UXXmlWrapperBase one = tree.root();
+            TestTree one("<t/>");
             if (UXOutlineFile(&one, file.c_str(), false) == 0) continue;
             EXPECT_EQ(UXMergeOutline(&expected, &one), 1);
             files.push_back(file);

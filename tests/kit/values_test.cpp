@@ -30,7 +30,7 @@ TagsAndIds value_nodes(const char* xml, const char* idAttribute = nullptr,
                        int inheritedRepeat = 0) {
     const TestTree tree(xml);
     TagsAndIds found;
-    for (const UXValueNode& value : UXValueNodes(tree.root(), idAttribute, inheritedRepeat)) {
+    for (const UXValueNode& value : UXValueNodes(tree, idAttribute, inheritedRepeat)) {
         found.emplace_back(tag_text(value.node), value.id);
     }
     return found;
@@ -124,12 +124,11 @@ TEST(UXValueNodes, AgreesWithCollecting) {
     int compared = 0;
     for (int round = 0; round < 800; ++round) {
         const std::string xml = random.tree();
-        const TestTree tree(xml.c_str());
-        UXXmlWrapperBase root = tree.root();
+        TestTree tree(xml.c_str());
         CArray<int, int> ids;
         CWBOStringArray values;
-        vctree_get_values_with_ids(&root, &ids, &values, 1, 0, round % 3, nullptr, 0, nullptr);
-        const std::vector<UXValueNode> nodes = UXValueNodes(root, nullptr, round % 3);
+        vctree_get_values_with_ids(&tree, &ids, &values, 1, 0, round % 3, nullptr, 0, nullptr);
+        const std::vector<UXValueNode> nodes = UXValueNodes(tree, nullptr, round % 3);
         std::vector<int> nodeIds;
         for (const UXValueNode& value : nodes) nodeIds.push_back(value.id);
         ASSERT_EQ(nodeIds, numbers(ids)) << xml;
