@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "support/columns.h"
 #include "support/command.h"
 #include "support/json.h"
 #include "support/output.h"
@@ -162,8 +163,8 @@ std::string time_text(double seconds) {
     return seconds < 0 ? "unknown" : fmt::format("{} s", seconds);
 }
 
-// Columns need all spectra at once; the spectra of a calibration stand behind its energies, those
-// without come first.
+// A row needs all spectra at once; those of a calibration stand behind its energies, those without
+// come first.
 class CsvWriter : public Writer {
 public:
     CsvWriter(const ExportOptions& options, bool severalFiles)
@@ -172,43 +173,60 @@ public:
     }
 
     void add(Exported&& what) override {
-        Group& group = group_of(what.spectrum.calibration);
-        group.channels = std::max(group.channels, what.spectrum.counts.size());
-        channels_ = std::max(channels_, what.spectrum.counts.size());
-        group.spectra.push_back(std::move(what));
+        const uxkit::Spectrum& spectrum = what.spectrum;
+        Group& group = group_of(spectrum.calibration);
+        group.channels = std::max(group.channels, spectrum.counts.size());
+        group.columns.push_back({title_of(what), options_.comments ? comment_of(spectrum) : "",
+                                 columnCount_++, spectrum.counts.size()});
+        counts_.add(spectrum.counts);
     }
 
     int finish() override {
         if (options_.comments) write_comments();
         Fields line{"channel"};
-        std::vector<std::vector<double>> energies;
-        for (const Group& group : groups_) {
-            energies.push_back(energies_of(group));
+        for (Group& group : groups_) {
+            group.energies = energies_of(group);
             if (has_energies(group)) line.push_back(title_of(*group.calibration));
-            for (const Exported& what : group.spectra) line.push_back(title_of(what));
+            for (const Column& column : group.columns) line.push_back(column.title);
         }
         write_csv_line(out_, line);
-        for (std::size_t i = 0; i < channels_; ++i) {
-            line = {fmt::format("{}", i + 1)};
-            for (std::size_t g = 0; g < groups_.size(); ++g) {
-                if (has_energies(groups_[g])) {
-                    line.push_back(i < groups_[g].channels ? value_at(energies[g], i) : "");
-                }
-                for (const Exported& what : groups_[g].spectra) {
-                    line.push_back(value_at(what.spectrum.counts, i));
-                }
-            }
-            write_csv_numbers(out_, line);
+        std::vector<double> values;
+        for (std::size_t from = 0; from < counts_.longest(); from += counts_.rows_at_once()) {
+            const std::size_t rows = std::min(counts_.rows_at_once(), counts_.longest() - from);
+            counts_.read(from, rows, values);
+            for (std::size_t i = 0; i < rows; ++i) write_row(from + i, values.data() + i, rows);
         }
         return out_.finish();
     }
 
 private:
-    struct Group {
-        std::shared_ptr<const uxkit::EnergyCalibration> calibration;
-        std::vector<Exported> spectra;
+    struct Column {
+        std::string title;
+        std::string comment;
+        std::size_t place = 0;  // in counts_
         std::size_t channels = 0;
     };
+    struct Group {
+        std::shared_ptr<const uxkit::EnergyCalibration> calibration;
+        std::vector<Column> columns;
+        std::size_t channels = 0;
+        std::vector<double> energies;
+    };
+
+    // The value of column c is values[c * stride].
+    void write_row(std::size_t channel, const double* values, std::size_t stride) {
+        Fields line{fmt::format("{}", channel + 1)};
+        for (const Group& group : groups_) {
+            if (has_energies(group)) {
+                line.push_back(channel < group.channels ? value_at(group.energies, channel) : "");
+            }
+            for (const Column& column : group.columns) {
+                line.push_back(
+                    channel < column.channels ? number_text(values[column.place * stride]) : "");
+            }
+        }
+        write_csv_numbers(out_, line);
+    }
 
     // Files of one instrument repeat its calibration.
     Group& group_of(const std::shared_ptr<const uxkit::EnergyCalibration>& calibration) {
@@ -228,7 +246,7 @@ private:
         }
         alike.push_back(groups_.size());
         known->second = groups_.size();
-        groups_.push_back({calibration, {}, 0});
+        groups_.push_back({calibration, {}, 0, {}});
         return groups_.back();
     }
 
@@ -261,16 +279,18 @@ private:
         out_.print("# values: {}\n",
                    options_.rates ? "counts per second of live time" : "counts per channel");
         for (const Group& group : groups_) {
-            for (const Exported& what : group.spectra) {
-                const uxkit::Spectrum& spectrum = what.spectrum;
-                out_.print("# {}: start {}, live time {}, real time {}", visible(title_of(what)),
-                           spectrum.start.empty() ? "unknown" : visible(spectrum.start),
-                           time_text(spectrum.liveSeconds), time_text(spectrum.realSeconds));
+            for (const Column& column : group.columns) {
+                out_.print("# {}: {}", visible(column.title), column.comment);
                 if (group.calibration)
                     out_.print(", energies {}", visible(group.calibration->text));
                 out_.write("\n");
             }
         }
+    }
+    static std::string comment_of(const uxkit::Spectrum& spectrum) {
+        return fmt::format("start {}, live time {}, real time {}",
+                           spectrum.start.empty() ? "unknown" : visible(spectrum.start),
+                           time_text(spectrum.liveSeconds), time_text(spectrum.realSeconds));
     }
 
     const ExportOptions& options_;
@@ -280,7 +300,8 @@ private:
     std::map<const void*, std::size_t> byRecord_;
     std::map<std::string, std::vector<std::size_t>> byText_;
     std::vector<std::shared_ptr<const uxkit::EnergyCalibration>> kept_;  // so that addresses stay
-    std::size_t channels_ = 0;
+    Columns counts_;
+    std::size_t columnCount_ = 0;
 };
 
 // Counts are whole as a rule, and look so.
