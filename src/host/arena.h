@@ -149,7 +149,9 @@ private:
 template <typename Slot>
 class SlotArena {
 public:
-    Slot* at(Ref ref) const { return bases_[ref >> kSlotBits] + (ref & kSlotMask); }
+    [[gnu::returns_nonnull]] Slot* at(Ref ref) const {
+        return bases_[ref >> kSlotBits] + (ref & kSlotMask);
+    }
 
     // Yields the number of a slot; fresh tells whether its content is undefined.
     Ref allocate(bool& fresh) {

@@ -24,10 +24,9 @@ std::atomic<int> defaultCodePage{65001};
 // out may be node itself, so the link is read before out is bound.
 int step_to(const UXXmlWrapperBase& node, Ref Element::*link, UXXmlWrapperBase* out) {
     if (out == nullptr) return 0;
-    const Element* element = live(node);
-    if (element == nullptr) return out->ReleaseNode() - 1;
+    const Element* const element = live(node);
     Document* const document = document_of(node);
-    return bind(*out, document, document->element(element->*link));
+    return bind(*out, document, element == nullptr ? nullptr : document->element(element->*link));
 }
 
 }  // namespace
@@ -46,16 +45,11 @@ UXXmlWrapperBase& UXXmlWrapperBase::operator=(const UXXmlWrapperBase& other) noe
     return *this;
 }
 
-int uxhost::bind(UXXmlWrapperBase& node, Document* document, Element* element) noexcept {
-    UXNodeStorage& storage = UXNodeAccess::storage(node);
+int uxhost::bind_elsewhere(UXXmlWrapperBase& node, Document* document, Element* element) noexcept {
     if (element == nullptr) return node.ReleaseNode() - 1;
-    if (storage.document != document) {
-        document->retain();
-        if (Document* old = document_of(node)) old->let_go();
-        storage.document = document;
-    }
-    storage.node = element;
-    storage.generation = element->generation;
+    document->retain();
+    if (Document* old = document_of(node)) old->let_go();
+    UXNodeAccess::storage(node) = {document, element, element->generation};
     return 1;
 }
 

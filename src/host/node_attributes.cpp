@@ -1,11 +1,11 @@
 // Attributes through the node handle, and what is kept in them.
 #include <algorithm>
-#include <cstring>
 #include <string_view>
 
 #include "uxtree/host/node.h"
 #include "uxtree/host/utilities.h"
 
+#include "base/text_view.h"
 #include "host/document.h"
 #include "host/node_detail.h"
 
@@ -36,13 +36,13 @@ const Attribute* find_attribute(const UXXmlWrapperBase& node, const UXNameKey& n
 }
 
 // Files carry an ID as an attribute of this name, so no attribute may be called so.
-bool is_reserved(const char* name) {
-    return name != nullptr && std::strcmp(name, uxhost::kIdAttribute) == 0;
+bool is_reserved(std::string_view name) {
+    return name == uxhost::kIdAttribute;
 }
 
 int set_attribute(UXXmlWrapperBase& node, const char* name, std::string_view value) {
     Element* element = live(node);
-    if (element == nullptr || is_reserved(name)) return 0;
+    if (element == nullptr || is_reserved(ux::view_of(name))) return 0;
     return guarded([&] {
         const NameId id = document_of(node)->valid_name(name);
         if (id == 0) return 0;
@@ -130,15 +130,14 @@ int UXXmlWrapperBase::GetPropertyNamesAndValues(CWBOStringArray& names, CWBOStri
     const Element* element = live(*this);
     if (element == nullptr) return 0;
     return guarded([&] {
-        CStringUTF8 value;
         for (std::uint32_t i = 0; i < element->attributeCount; ++i) {
             const Attribute attribute = document_of(*this)->attributes(*element)[i];
-            const char* name = document_of(*this)->name(attribute.name);
-            if (keep != nullptr && *keep && !(*keep)(name)) continue;
-            names.Add(CStringUTF8(name));
-            if (values == nullptr) continue;
-            assign(value, document_of(*this)->attribute_value(attribute));
-            values->Add(value);
+            const std::string_view name = document_of(*this)->name_view(attribute.name);
+            if (keep != nullptr && *keep && !(*keep)(name.data())) continue;
+            names.AddText(name);
+            if (values != nullptr) {
+                values->AddText(document_of(*this)->attribute_value(attribute));
+            }
         }
         return 1;
     });
@@ -199,7 +198,7 @@ int UXXmlWrapperBase::HasProperty(const UXNameKey& name) const {
 
 int UXXmlWrapperBase::SetPropertyView(const UXNameKey& name, std::string_view value) {
     Element* element = live(*this);
-    if (element == nullptr || is_reserved(name.c_str())) return 0;
+    if (element == nullptr || is_reserved(name.text())) return 0;
     return guarded([&] {
         Document& document = *document_of(*this);
         NameId number = UXNodeAccess::number(name, document);

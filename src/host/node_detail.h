@@ -60,7 +60,17 @@ inline Element* live(const UXXmlWrapperBase& node) {
     return element != nullptr && element->generation == storage.generation ? element : nullptr;
 }
 // Makes the handle refer to the element; a null element releases it. Yields the handle's validity.
-int bind(UXXmlWrapperBase& node, Document* document, Element* element) noexcept;
+[[gnu::noinline]] int bind_elsewhere(UXXmlWrapperBase& node, Document* document,
+                                     Element* element) noexcept;
+inline int bind(UXXmlWrapperBase& node, Document* document, Element* element) noexcept {
+    UXNodeStorage& storage = UXNodeAccess::storage(node);
+    if (element == nullptr || storage.document != document) {
+        return bind_elsewhere(node, document, element);
+    }
+    storage.node = element;
+    storage.generation = element->generation;
+    return 1;
+}
 
 // Operations report failures as 0. A shortage of memory alone passes, with the tree as it was: it
 // is no answer about the tree, and who is far enough up to know what to do about it has a guard.

@@ -113,12 +113,15 @@ private:
         while (size_ > size) items_[--size_].~CStringUTF8();
     }
     // Room for at least size elements, twice as many on growth. A string may be moved by copying
-    // its bytes, so the host may move the block as it likes.
+    // its bytes, so the host may move the block as it likes. A list that outgrows half a megabyte
+    // gets four at once: memory that is not touched costs less than another move.
     void Reserve(std::size_t size) {
+        constexpr std::size_t kMany = 16384;
         if (size <= capacity_) return;
         if (size > Index(std::numeric_limits<int>::max()))
             throw std::length_error("array too large");
-        const std::size_t capacity = std::max({std::size_t{4}, size, 2 * capacity_});
+        const std::size_t least = capacity_ < kMany ? 4 : 8 * kMany;
+        const std::size_t capacity = std::max({least, size, 2 * capacity_});
         items_ = static_cast<CStringUTF8*>(
             UXResizeMemory(items_, size_ * sizeof(CStringUTF8), capacity * sizeof(CStringUTF8)));
         capacity_ = capacity;

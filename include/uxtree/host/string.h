@@ -201,13 +201,14 @@ private:
     }
     // The text is new, and the view no part of it.
     void AssignApart(std::string_view text) {
-        if (text.size() <= kLocal) {
-            CopyShort(local_, text.data(), text.size());
-        } else {
+        if (text.size() > kLocal) {
             Reserve(text.size());
-            std::memcpy(Data(), text.data(), text.size());
+            std::memcpy(heap_, text.data(), text.size());
+            return SetEnd(text.size());
         }
-        SetEnd(text.size());
+        CopyShort(local_, text.data(), text.size());
+        local_[text.size()] = '\0';
+        size_ = static_cast<std::uint32_t>(text.size());
     }
     // Up to kLocal bytes, in overlapping words.
     static void CopyShort(char* to, const char* from, std::size_t size) {
