@@ -119,7 +119,7 @@ int reset_values(UXXmlWrapperBase& top, const std::vector<int>& ids, bool recurs
             reset_value(node);
             ++count;  // Intended: nodes of other kinds count although they stay as they are
         }
-        return recursive ? Step::kIntoBranch : Step::kOverBranch;
+        return into_branch_if(recursive);
     });
     return count;
 }
@@ -178,10 +178,7 @@ int VCTreePrepareForMenu(UXXmlWrapperBase* node, DWORD& nextId) {
     return at_boundary(kBadArgument, [&] {
         if (!usable(node)) return kBadArgument;
         int count = prepare_one(*node, nextId);
-        visit_below(*node, [&](UXXmlWrapperBase& below) {
-            count += prepare_one(below, nextId);
-            return Step::kIntoBranch;
-        });
+        visit_below(*node, [&](UXXmlWrapperBase& below) { count += prepare_one(below, nextId); });
         return count;
     });
 }

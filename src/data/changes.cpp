@@ -62,7 +62,7 @@ private:
         }
         if (marks_.is_leaf()) return Step::kOverBranch;
         inheritedRepeats_.push_back(id_.repeat);
-        return Step::kIntoBranch;
+        return Step::kGoOn;
     }
     bool is_unchanged(const UXXmlWrapperBase& leaf) {
         const int found = id_.id < 0 ? -1 : index_.find(id_.id);
@@ -106,7 +106,7 @@ int VCTreeUpdateChanges(UXXmlWrapperBase* tree, CWBOStringArray* oldValues) {
                 mark.clear_seen(node);
             }
             ++position;
-            return Step::kIntoBranch;
+            return Step::kGoOn;
         });
         return marked;
     });

@@ -49,24 +49,21 @@ void copy_node_value(UXXmlWrapperBase& destination, const UXXmlWrapperBase& sour
     write_node_value(destination, marks, value, how);
 }
 
-// Calls visit for the two nodes and the pairs at the same places below and behind them, in
+// Calls copy for the two nodes and the pairs at the same places below and behind them, in
 // pre-order, until the source has no more or the destination runs out.
-template <typename Visit>
-int visit_pairs(UXXmlWrapperBase destination, UXXmlWrapperBase source, Visit&& visit) {
-    for (std::size_t depth = 0;;) {
-        visit(destination, source);
-        const bool down = !is_leaf(source);
-        const auto step = down ? step_into_first_child : step_to_next_sibling;
-        if (down) ++depth;
-        bool more = step(source);
-        bool room = step(destination);
-        while (!more) {
-            const bool up = depth-- > 0 && step_to_parent(source) && step_to_parent(destination);
-            if (!up) return kSameShape;
-            more = step_to_next_sibling(source);
-            room = step_to_next_sibling(destination);
-        }
-        if (!room) return kDestinationRanOut;
+template <typename Copy>
+int copy_homologous(UXXmlWrapperBase destination, UXXmlWrapperBase source, Copy&& copy) {
+    for (;;) {
+        copy(source, destination);
+        const bool paired =
+            visit_pairs(source, destination, [&](UXXmlWrapperBase& from, UXXmlWrapperBase& to) {
+                if (!usable(to)) return Step::kStop;
+                copy(from, to);
+                return Step::kGoOn;
+            });
+        if (!paired) return kDestinationRanOut;
+        if (!step_to_next_sibling(source)) return kSameShape;
+        if (!step_to_next_sibling(destination)) return kDestinationRanOut;
     }
 }
 
@@ -93,7 +90,6 @@ std::unordered_set<int> identifiers_below(const UXXmlWrapperBase& tree) {
         int id = 0;
         if (node.GetID(id)) known.insert(id);
         if (node.GetDataID(id)) known.insert(id);
-        return Step::kIntoBranch;
     });
     return known;
 }
@@ -135,7 +131,6 @@ std::unordered_map<std::string, UXXmlWrapperBase> first_nodes_by_tag(const UXXml
     std::unordered_map<std::string, UXXmlWrapperBase> nodes;
     const auto note = [&](const UXXmlWrapperBase& node) {
         if (!leavesOnly || is_leaf(node)) nodes.emplace(folded_tag(node), node);
-        return Step::kIntoBranch;
     };
     note(tree);
     visit_below(tree, note);
@@ -154,11 +149,12 @@ int vctree_copy_values_between_homologous_trees(UXXmlWrapperBase& destination,
         // Intended: the checks apply to the first pair only, the node that the caller edits.
         bool checks = dynamicChecks != 0;
         NodeMarks marks;
-        return visit_pairs(destination, source, [&](UXXmlWrapperBase& to, UXXmlWrapperBase& from) {
+        const auto copy = [&](UXXmlWrapperBase& from, UXXmlWrapperBase& to) {
             if (copyAttributes != 0) copy_attributes(to, from, keptAttributes);
             copy_node_value(to, from, marks, checks);
             checks = false;
-        });
+        };
+        return copy_homologous(destination, source, copy);
     });
 }
 
@@ -210,10 +206,7 @@ extern "C" int uxtree_whole_copy_values_by_id(UXXmlWrapperBase* source,
         if (!usable(source) || !usable(destination)) return kBadArgument;
         StructureCompleter completer(*destination);
         completer.add_if_missing(*source);
-        visit_below(*source, [&](const UXXmlWrapperBase& node) {
-            completer.add_if_missing(node);
-            return Step::kIntoBranch;
-        });
+        visit_below(*source, [&](const UXXmlWrapperBase& node) { completer.add_if_missing(node); });
         return vctree_copy_values_by_id(source, destination, 0, nullptr, nullptr, 1, nullptr, 0, 0,
                                         0, 0);
     });
@@ -263,14 +256,13 @@ extern "C" int uxtree_copy_ids_by_tagname(UXXmlWrapperBase* source, UXXmlWrapper
         CArray<UXXmlWrapperBase, UXXmlWrapperBase> targets;
         // All identifiers are read before any is written: the trees may share nodes.
         visit_below(*source, [&](const UXXmlWrapperBase& node) {
-            if (leavesOnly && !is_leaf(node)) return Step::kIntoBranch;
+            if (leavesOnly && !is_leaf(node)) return;
             const auto found = nodes.find(folded_tag(node));
-            if (found == nodes.end()) return Step::kIntoBranch;
+            if (found == nodes.end()) return;
             int id = 0;
             node.GetDataID(id);
             ids.Add(id);
             targets.Add(found->second);
-            return Step::kIntoBranch;
         });
         for (int i = 0; i < ids.GetSize(); ++i) copied += targets[i].SetDataID(ids[i]);
         return copied;

@@ -108,7 +108,7 @@ IdProblem collecting_problem(const UXXmlWrapperBase& tree, const char* idAttribu
         combine_with_repeat(node, marks, repeat, id, &problem);
         combine_with_repeat_node(node, marks, repeat, id, &problem);
         below = id.repeat;
-        return is_leaf(node) || is_themed(marks) ? Step::kOverBranch : Step::kIntoBranch;
+        return is_leaf(node) || is_themed(marks) ? Step::kOverBranch : Step::kGoOn;
     });
     return problem;
 }
@@ -156,7 +156,7 @@ IdProblem setting_problem(const UXXmlWrapperBase& tree, const char* idAttribute,
             return Step::kStop;
         }
         below = id.repeat;
-        return Step::kIntoBranch;
+        return Step::kGoOn;
     });
     return problem;
 }

@@ -184,7 +184,7 @@ extern "C" int uxtree_add_path_str(UXXmlWrapperBase* branch, const char* attribu
                          write_path(node, attribute, path);
                          path += '.';
                          below = path.size();
-                         return Step::kIntoBranch;
+                         return Step::kGoOn;
                      });
         return kOk;
     });

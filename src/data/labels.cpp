@@ -177,7 +177,6 @@ int rewrite_labels(UXXmlWrapperBase& top, Rewrite&& rewrite) {
             node.SetPropertyValue(kLabel, label);
             ++changed;
         }
-        return Step::kIntoBranch;
     };
     visit(top);
     visit_below(top, visit);

@@ -47,7 +47,7 @@ bool find_by_low_id(const UXXmlWrapperBase& tree, int id, int depth, bool recurs
         if (!recursive || is_leaf(node)) return Step::kOverBranch;
         // Intended: not given back, so the branches further on are searched less deep.
         below = --left;
-        return below < 0 ? Step::kOverBranch : Step::kIntoBranch;
+        return into_branch_if(below >= 0);
     });
 }
 

@@ -23,7 +23,7 @@ void write_text(UXXmlWrapperBase& node, CStringUTF8& text) {
 template <typename Visit>
 void visit_leaves_below(const UXXmlWrapperBase& top, Visit&& visit) {
     visit_below(top, [&](UXXmlWrapperBase& node) {
-        if (!is_leaf(node)) return Step::kIntoBranch;
+        if (!is_leaf(node)) return Step::kGoOn;
         visit(node);
         return Step::kOverBranch;
     });
@@ -126,7 +126,7 @@ int VCTreeGetValues(UXXmlWrapperBase* node, CWBOStringArray* values, bool childr
                 return Step::kOverBranch;
             }
             values->Add(CStringUTF8());
-            return Step::kIntoBranch;
+            return Step::kGoOn;
         });
         return kAlways;
     });

@@ -61,7 +61,7 @@ public:
         }
         const bool themed = collect_branch(node, id.id, level);
         below = {id.repeat, level.themeFlag};
-        return options_.recursive && !themed ? Step::kIntoBranch : Step::kOverBranch;
+        return options_.recursive && !themed ? Step::kGoOn : Step::kOverBranch;
     }
 
     const IdProblem& problem() const { return met_; }

@@ -124,7 +124,7 @@ public:
                 set_branch(node, id.id, below.flags);
             }
         }
-        return leaf ? Step::kOverBranch : Step::kIntoBranch;
+        return leaf ? Step::kOverBranch : Step::kGoOn;
     }
 
     int written() const { return written_; }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -111,16 +112,25 @@ private:
     bool more_;
 };
 
-enum class Step { kIntoBranch, kOverBranch, kStop };
+enum class Step { kGoOn, kOverBranch, kStop };
+
+inline Step into_branch_if(bool into) {
+    return into ? Step::kGoOn : Step::kOverBranch;
+}
 
 // Calls visit(node) for every node below top, a node before its branch. Returns false when a visit
-// stopped the walk.
+// stopped the walk; one that yields nothing goes on.
 template <typename Visit>
 bool visit_below(const UXXmlWrapperBase& top, Visit&& visit) {
     for (BranchCursor at(top); at.more();) {
-        const Step step = visit(at.node());
-        if (step == Step::kStop) return false;
-        step == Step::kIntoBranch ? at.into() : at.over();
+        if constexpr (std::is_void_v<decltype(visit(at.node()))>) {
+            visit(at.node());
+            at.into();
+        } else {
+            const Step step = visit(at.node());
+            if (step == Step::kStop) return false;
+            step == Step::kGoOn ? at.into() : at.over();
+        }
     }
     return true;
 }
@@ -132,18 +142,30 @@ template <typename Level, typename Visit>
 bool visit_levels(const UXXmlWrapperBase& top, const Level& first, Visit&& visit) {
     std::vector<Level> levels{first};
     for (BranchCursor at(top); at.more();) {
-        Level below = levels.back();
-        const Step step = visit(at.node(), levels.back(), below);
+        const std::size_t level = at.level();
+        Level below = levels[level];
+        const Step step = visit(at.node(), levels[level], below);
         if (step == Step::kStop) return false;
-        if (step == Step::kIntoBranch) {
-            levels.push_back(below);
-            at.into();
-        } else {
-            at.over();
-        }
-        while (levels.size() > at.level() + 1) levels.pop_back();
+        step == Step::kGoOn ? at.into() : at.over();
+        if (at.level() != level) levels.resize(at.level() + 1, below);
     }
     return true;
+}
+
+// The same with the node at the same place below another top: visit(node, counterpart), whose
+// second handle is invalid where there is none.
+template <typename Visit>
+bool visit_pairs(const UXXmlWrapperBase& top, const UXXmlWrapperBase& otherTop, Visit&& visit) {
+    UXXmlWrapperBase first;
+    otherTop.FirstChild(&first);
+    return visit_levels(
+        top, first,
+        [&](UXXmlWrapperBase& node, UXXmlWrapperBase& counterpart, UXXmlWrapperBase& below) {
+            const Step step = visit(node, counterpart);
+            if (step == Step::kGoOn) counterpart.FirstChild(&below);
+            counterpart.NextSibling(&counterpart);
+            return step;
+        });
 }
 
 // Calls enter(node) before and leave(node, entered) after the branch of every node below top;
@@ -153,24 +175,26 @@ template <typename Enter, typename Leave>
 bool visit_around(const UXXmlWrapperBase& top, Enter&& enter, Leave&& leave) {
     UXXmlWrapperBase node;
     UXXmlWrapperBase next;
-    if (!top.FirstChild(&node)) return true;
-    for (std::size_t level = 0;;) {
+    std::size_t level = 0;
+    for (bool more = top.FirstChild(&node) != 0; more;) {
         const Step step = enter(node);
         if (step == Step::kStop) return false;
-        if (step == Step::kIntoBranch && !is_leaf(node)) {
+        if (step == Step::kGoOn && !is_leaf(node)) {
             node.FirstChild(&node);
             ++level;
             continue;
         }
-        for (bool entered = false;; entered = true) {
-            const bool last = !node.NextSibling(&next);
-            if (last) node.GetParent(&next);
+        // The node is left, and with the last child the branch around it.
+        bool entered = false;
+        do {
+            more = node.NextSibling(&next) != 0;
+            if (!more) node.GetParent(&next);
             if (leave(node, entered)) node.RemoveNode();
             node = std::move(next);
-            if (!last) break;
-            if (level-- == 0) return true;
-        }
+            entered = true;
+        } while (!more && level-- > 0);
     }
+    return true;
 }
 
 }  // namespace ux

@@ -308,7 +308,6 @@ std::size_t CVCn42FileBase::SpectraAnywhere() const {
         std::string_view name;
         node.GetTagView(name);
         count += name.substr(name.rfind(':') + 1) == "Spectrum" ? 1U : 0U;
-        return Step::kIntoBranch;
     });
     return count;
 }

@@ -306,7 +306,7 @@ CVCn42FileBase::About CVCn42File2006::AboutSpectrum(std::size_t spectrum) {
 std::vector<CVCn42FileBase::Dose> CVCn42File2006::DosesOf(const Part& part) {
     std::vector<Dose> out;
     visit_below(part.element, [&](const UXXmlWrapperBase& node) {
-        if (rank_of(IdOf(node)) > 0) return Step::kIntoBranch;
+        if (rank_of(IdOf(node)) > 0) return Step::kGoOn;
         if (HasLocalName(node, kCountDoseData)) AddDose(node, out);
         return Step::kOverBranch;
     });

@@ -9,6 +9,7 @@
 
 #include "uxtree/data/key_values.h"
 
+#include "base/text_view.h"
 #include "frame/guards.h"
 #include "frame/node_values.h"
 #include "frame/results.h"
@@ -143,7 +144,7 @@ CStringUTF8 display_value(UXXmlWrapperBase& node) {
     CStringUTF8 out;
     bool first = true;
     visit_below(node, [&](UXXmlWrapperBase& below) {
-        if (!is_leaf(below)) return Step::kIntoBranch;
+        if (!is_leaf(below)) return Step::kGoOn;
         if (!first) out += ", ";
         first = false;
         out += text_of(below);
@@ -156,43 +157,26 @@ void label_if_unlabelled(UXXmlWrapperBase& node) {
     if (attribute_of(node, kLabel).IsEmpty()) node.SetLabel(tag_of(node));
 }
 
-// The path of the node that a walk has reached, kept as text.
-class WalkedPath {
-public:
-    void Enter(const UXXmlWrapperBase& node) {
-        lengths_.push_back(text_.size());
-        if (lengths_.size() > 1) text_ += kSeparator;
-        text_ += static_cast<const char*>(escaped(path_name(node)));
-    }
-    void Leave() {
-        text_.resize(lengths_.back());
-        lengths_.pop_back();
-    }
-    const char* text() const { return text_.c_str(); }
-
-private:
-    std::string text_;
-    std::vector<std::size_t> lengths_;
-};
-
 // Labels the tree and counts its leaves; their paths go into paths when that is given.
-int prepare_source_tree(const UXXmlWrapperBase& tree, CWBOStringArray* paths) {
+int prepare_source_tree(UXXmlWrapperBase& tree, CWBOStringArray* paths) {
     int leaves = 0;
-    WalkedPath path;
-    UXXmlWrapperBase node = tree;
-    for (;;) {
+    std::string path;
+    // Each level knows the length of its parent's path.
+    const auto visit = [&](UXXmlWrapperBase& node, std::size_t parent, std::size_t& below) {
         label_if_unlabelled(node);
-        if (paths != nullptr) path.Enter(node);
-        if (step_into_first_child(node)) continue;
-        ++leaves;
-        if (paths != nullptr) paths->Add(path.text());
-        for (;;) {
-            if (paths != nullptr) path.Leave();
-            if (node == tree) return leaves;
-            if (step_to_next_sibling(node)) break;
-            step_to_parent(node);
-        }
-    }
+        leaves += is_leaf(node) ? 1 : 0;
+        if (paths == nullptr) return Step::kGoOn;
+        path.resize(parent);
+        if (node != tree) path += kSeparator;
+        path += view_of(escaped(path_name(node)));
+        if (is_leaf(node)) paths->AddText(path);
+        below = path.size();
+        return Step::kGoOn;
+    };
+    std::size_t own = 0;
+    visit(tree, 0, own);
+    visit_levels(tree, own, visit);
+    return leaves;
 }
 
 }  // namespace

@@ -28,7 +28,7 @@ void write(UXXmlWrapperBase& target, const Transfer& transfer, const Options& op
 }
 
 Step into_branches(const UXXmlWrapperBase& node, const Options& options) {
-    return options.recursive && !is_leaf(node) ? Step::kIntoBranch : Step::kOverBranch;
+    return options.recursive && !is_leaf(node) ? Step::kGoOn : Step::kOverBranch;
 }
 
 bool same(const CStringUTF8& a, const CStringUTF8& b, bool caseSensitive) {
@@ -49,7 +49,7 @@ int search_by_walk(const UXXmlWrapperBase& target, const Transfer& transfer,
             if (!options.all) return Step::kStop;
         }
         const Step step = into_branches(node, options);
-        if (step == Step::kIntoBranch) matched = kFail;
+        if (step == Step::kGoOn) matched = kFail;
         return step;
     });
     return matched;
@@ -68,7 +68,7 @@ public:
                 nodes_[key(text)].push_back({node, position});
             }
             const Step step = into_branches(node, options);
-            if (step == Step::kIntoBranch) lastBranch_ = position;
+            if (step == Step::kGoOn) lastBranch_ = position;
             return step;
         });
     }

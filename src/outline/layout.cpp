@@ -62,22 +62,18 @@ void ux::outline_mapped_file(const char* fileName, OutlineBuilder& outline,
 }
 
 void ux::outline_tree(UXXmlWrapperBase& source, OutlineBuilder& outline) {
-    UXXmlWrapperBase node = source;
-    bool into = fold_element(node, outline);
-    for (;;) {
-        if (into && step_into_first_child(node)) {
-            into = fold_element(node, outline);
-            continue;
-        }
-        if (into) outline.end_expected();
-        for (;;) {
-            if (node == source) return;
-            if (step_to_next_sibling(node)) break;
-            step_to_parent(node);
-            outline.end_expected();
-        }
-        into = fold_element(node, outline);
-    }
+    bool folded = fold_element(source, outline);
+    if (!folded) return;
+    const auto enter = [&](UXXmlWrapperBase& node) {
+        folded = fold_element(node, outline);
+        return into_branch_if(folded);
+    };
+    const auto leave = [&](const UXXmlWrapperBase&, bool entered) {
+        if (entered || folded) outline.end_expected();
+        return false;
+    };
+    visit_around(source, enter, leave);
+    outline.end_expected();
 }
 
 int SAXTreeLayout(UXXmlWrapperBase* target, UXXmlWrapperBase* source, const char* fileName,

@@ -60,7 +60,6 @@ public:
         } else {
             visit_below(node, [this](UXXmlWrapperBase& below) {
                 if (is_leaf(below)) collect_text(below);
-                return Step::kIntoBranch;
             });
         }
         keep_labels_of_longest();

@@ -89,7 +89,7 @@ public:
         int number = 0;
         visit_below(*tree, [&](UXXmlWrapperBase& node) {
             if (number >= first_) nodes_.push_back(node);
-            return ++number < end ? Step::kIntoBranch : Step::kStop;
+            return ++number < end ? Step::kGoOn : Step::kStop;
         });
     }
     UXXmlWrapperBase* at(int number) {

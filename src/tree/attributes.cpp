@@ -49,10 +49,7 @@ bool move_int_attribute(UXXmlWrapperBase& node, const UXNameKey& from, const UXN
 template <typename Change>
 int count_changes(UXXmlWrapperBase& top, bool includeSelf, Change&& change) {
     int changed = includeSelf && change(top) ? 1 : 0;
-    visit_below(top, [&](UXXmlWrapperBase& node) {
-        if (change(node)) ++changed;
-        return Step::kIntoBranch;
-    });
+    visit_below(top, [&](UXXmlWrapperBase& node) { changed += change(node) ? 1 : 0; });
     return changed;
 }
 
@@ -69,29 +66,9 @@ int move_everywhere(UXXmlWrapperBase& tree, const char* from, const char* to) {
 
 bool has_filled_leaf(const UXXmlWrapperBase& top, bool deep) {
     return !visit_below(top, [&](const UXXmlWrapperBase& node) {
-        if (!is_leaf(node)) return deep ? Step::kIntoBranch : Step::kOverBranch;
+        if (!is_leaf(node)) return into_branch_if(deep);
         return node.IsEmpty() ? Step::kOverBranch : Step::kStop;
     });
-}
-
-// Steps both handles to the next pair of nodes at the same positions, in pre-order below the pair
-// that was given at depth 0. Nodes without a counterpart are passed over with what follows them.
-bool step_to_next_pair(UXXmlWrapperBase& a, UXXmlWrapperBase& b, long long& depth) {
-    UXXmlWrapperBase nextA;
-    UXXmlWrapperBase nextB;
-    if (a.FirstChild(&nextA) && b.FirstChild(&nextB)) {
-        ++depth;
-    } else {
-        for (;;) {
-            if (depth == 0) return false;
-            if (a.NextSibling(&nextA) && b.NextSibling(&nextB)) break;
-            --depth;
-            if (!step_to_parent(a) || !step_to_parent(b)) return false;
-        }
-    }
-    a = std::move(nextA);
-    b = std::move(nextB);
-    return true;
 }
 
 // ---- setting everywhere -----------------------------------------------------------------------
@@ -118,10 +95,7 @@ private:
 // ---- collecting -------------------------------------------------------------------------------
 
 void append_below(const UXXmlWrapperBase& top, CWBOStringArray& out, const UXNameKey& name) {
-    visit_below(top, [&](const UXXmlWrapperBase& node) {
-        out.AddText(view_of(node, name));
-        return Step::kIntoBranch;
-    });
+    visit_below(top, [&](const UXXmlWrapperBase& node) { out.AddText(view_of(node, name)); });
 }
 
 // A tree with one child per identifier, which carries it in keyAttr and has the value.
@@ -164,7 +138,6 @@ int VCTreeAttributeValues(UXXmlWrapperBase* tree, const char* name, int value,
             } else {
                 node.SetPropertyValue(key, value);
             }
-            return Step::kIntoBranch;
         };
         if (includeSelf != 0) step(*tree);
         visit_below(*tree, step);
@@ -201,7 +174,7 @@ void vctree_get_node_names(UXXmlWrapperBase* tree, CWBOStringArray* out, bool di
             std::string_view tag;
             node.GetTagView(tag);
             out->AddText(tag);
-            return directOnly ? Step::kOverBranch : Step::kIntoBranch;
+            return into_branch_if(!directOnly);
         });
     });
 }
@@ -265,14 +238,13 @@ int uxtree_copy_atts(UXXmlWrapperBase* source, UXXmlWrapperBase* target, const c
                      int childrenOnly) {
     return at_boundary(kBadArgument, [&] {
         if (name == nullptr || !usable(source) || !usable(target)) return kBadArgument;
-        UXXmlWrapperBase from = *source;
-        UXXmlWrapperBase to = *target;
         // childrenOnly spares this top pair alone.
         const UXNameKey key(name);
-        int copied = childrenOnly == 0 && copy_attribute(from, to, key) ? 1 : 0;
-        for (long long depth = 0; step_to_next_pair(from, to, depth);) {
+        int copied = childrenOnly == 0 && copy_attribute(*source, *target, key) ? 1 : 0;
+        visit_pairs(*source, *target, [&](const UXXmlWrapperBase& from, UXXmlWrapperBase& to) {
             if (copy_attribute(from, to, key)) ++copied;
-        }
+            return into_branch_if(usable(to));
+        });
         return copied;
     });
 }
@@ -294,7 +266,7 @@ void uxtree_set_attribute_to_all_nodes(UXXmlWrapperBase* tree, const char* name,
         const AttributeSetter set(name, value);
         const auto visit = [&](UXXmlWrapperBase& node) {
             if (!branchesOnly || !is_leaf(node)) set(node);
-            return childrenOnly ? Step::kOverBranch : Step::kIntoBranch;
+            return into_branch_if(!childrenOnly);
         };
         if (!childrenOnly) visit(*tree);
         visit_below(*tree, visit);
@@ -313,6 +285,7 @@ void uxtree_set_attribute_with_skip(UXXmlWrapperBase* tree, const char* name, co
         const UXNameKey key(name);
         const UXNameKey skipKey(skipAttr);
         std::string_view mark;
+        // Intended: a skipped branch does not protect its nodes.
         const auto visit = [&](UXXmlWrapperBase& node) {
             const bool asked = branchesToo || is_leaf(node);
             const bool isSkipped = asked && !skipped.empty() &&
@@ -320,7 +293,6 @@ void uxtree_set_attribute_with_skip(UXXmlWrapperBase* tree, const char* name, co
             if (asked && !isSkipped) {
                 remove ? node.RemoveProperty(key) : node.SetPropertyView(key, view_of(text));
             }
-            return Step::kIntoBranch;  // Intended: a skipped branch does not protect its nodes
         };
         visit(*tree);
         visit_below(*tree, visit);
@@ -343,7 +315,7 @@ int uxtree_count_items_by_attribute(UXXmlWrapperBase* tree, const char* name, co
         };
         visit_below(*tree, [&](const UXXmlWrapperBase& node) {
             if (counts(node)) ++count;
-            return recursive != 0 ? Step::kIntoBranch : Step::kOverBranch;
+            return into_branch_if(recursive != 0);
         });
         return count;
     });
@@ -354,7 +326,7 @@ int uxtree_all_nodes_has_attrib(UXXmlWrapperBase* tree, const char* name) {
         if (name == nullptr || !usable(tree)) return kFail;
         const UXNameKey key(name);
         const bool all = visit_below(*tree, [&](const UXXmlWrapperBase& node) {
-            return node.HasProperty(key) ? Step::kIntoBranch : Step::kStop;
+            return node.HasProperty(key) ? Step::kGoOn : Step::kStop;
         });
         return all ? kOk : kFail;
     });

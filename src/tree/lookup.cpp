@@ -115,7 +115,7 @@ bool find_occurrence(const UXXmlWrapperBase& tree, bool recursive, int occurrenc
                                  if (left > 0) --left;
                              }
                              below = left;
-                             return recursive ? Step::kIntoBranch : Step::kOverBranch;
+                             return into_branch_if(recursive);
                          });
 }
 
@@ -179,7 +179,7 @@ int uxtree_get_node_by_id(UXXmlWrapperBase* tree, UXXmlWrapperBase* out, int id,
                 found = node;
                 return Step::kStop;
             }
-            return recursive ? Step::kIntoBranch : Step::kOverBranch;
+            return into_branch_if(recursive);
         });
         if (!usable(found)) return kFail;
         *out = found;
@@ -194,10 +194,10 @@ int uxtree_get_node_by_tagname(UXXmlWrapperBase* node, UXXmlWrapperBase* out, co
         CStringUTF8 name;
         UXXmlWrapperBase found;
         const auto test = [&](const UXXmlWrapperBase& candidate) {
-            if (leavesOnly && !is_leaf(candidate)) return Step::kIntoBranch;
+            if (leavesOnly && !is_leaf(candidate)) return Step::kGoOn;
             candidate.GetTagName(name);
             if ((caseSensitive ? name.Compare(tag) : name.CompareNoCase(tag)) != 0) {
-                return Step::kIntoBranch;
+                return Step::kGoOn;
             }
             found = candidate;
             return Step::kStop;

@@ -1,7 +1,7 @@
 // Places of nodes in a tree: numbered nodes, the root, levels and rows.
-#include "uxtree/tree/lookup.h"
-
 #include <vector>
+
+#include "uxtree/tree/lookup.h"
 
 #include "frame/guards.h"
 #include "frame/node_values.h"
@@ -86,10 +86,7 @@ CStringUTF8 dotted_path(const std::vector<CStringUTF8>& tagsUpward) {
 
 int branch_size(const UXXmlWrapperBase& node) {
     int size = 1;
-    visit_below(node, [&](UXXmlWrapperBase&) {
-        ++size;
-        return Step::kIntoBranch;
-    });
+    visit_below(node, [&](const UXXmlWrapperBase&) { ++size; });
     return size;
 }
 

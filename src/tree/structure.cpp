@@ -133,7 +133,7 @@ private:
         if (!levels_.back().target.AddNodeCopy(&node, 0, &copy)) return Step::kStop;
         if (!leaf) {
             levels_.push_back({copy, 0});
-            return Step::kIntoBranch;
+            return Step::kGoOn;
         }
         copy.NodeValue(text_, 0, 1, nullptr);
         ++levels_.back().kept;
@@ -240,10 +240,7 @@ void uxtree_polish_tree_keep_DataID(UXXmlWrapperBase* tree) {
         if (!usable(tree)) return;
         CWBOStringArray names;
         strip_attributes(*tree, names);
-        visit_below(*tree, [&](UXXmlWrapperBase& node) {
-            strip_attributes(node, names);
-            return Step::kIntoBranch;
-        });
+        visit_below(*tree, [&](UXXmlWrapperBase& node) { strip_attributes(node, names); });
     });
 }
 

@@ -40,8 +40,7 @@ int delete_where_missing(UXXmlWrapperBase& tree, const MissingAttributeRule& rul
     if (rule.protects(tree)) return 0;
     int removed = 0;
     const auto enter = [&](UXXmlWrapperBase& node) {
-        return rule.recursive && !is_leaf(node) && !rule.protects(node) ? Step::kIntoBranch
-                                                                        : Step::kOverBranch;
+        return into_branch_if(rule.recursive && !is_leaf(node) && !rule.protects(node));
     };
     const auto leave = [&](UXXmlWrapperBase& node, bool entered) {
         const bool keptBranch = !is_leaf(node) || (entered && rule.keepBranches);
@@ -72,9 +71,11 @@ int uxtree_delete_nodes_by_attribute(UXXmlWrapperBase* tree, const char* attrNam
             UXXmlWrapperBase& node = at.node();
             // Intended: exemption and branch keeping end below the first level, and what they
             // spare is still entered.
-            const bool spared = at.level() == 0 && ((keepBranches != 0 && !is_leaf(node)) ||
-                                                    node.HasProperty(exempt) != 0);
-            if (!spared && has_int(node, name, value)) {
+            const auto spared = [&] {
+                return at.level() == 0 &&
+                       ((keepBranches != 0 && !is_leaf(node)) || node.HasProperty(exempt) != 0);
+            };
+            if (has_int(node, name, value) && !spared()) {
                 add_code(total, at.remove());
             } else if (recursive != 0) {
                 at.into();
@@ -118,9 +119,7 @@ int uxtree_remove_empty_child_nodes(UXXmlWrapperBase* tree, bool recursive) {
     return at_boundary(kBadArgument, [&] {
         if (!usable(tree)) return kBadArgument;
         int kept = 0;
-        const auto enter = [&](const UXXmlWrapperBase&) {
-            return recursive ? Step::kIntoBranch : Step::kOverBranch;
-        };
+        const auto enter = [&](const UXXmlWrapperBase&) { return into_branch_if(recursive); };
         const auto leave = [&](const UXXmlWrapperBase& node, bool entered) {
             // Intended: a branch in which nothing was kept goes, also when it has a text itself.
             if (entered) return is_leaf(node);
@@ -139,7 +138,7 @@ int uxtree_hide_empty_nodes(UXXmlWrapperBase* tree, bool recursive, bool showNon
         int hidden = 0;
         const UXNameKey show(kShow);
         visit_below(*tree, [&](UXXmlWrapperBase& node) {
-            if (!is_leaf(node)) return recursive ? Step::kIntoBranch : Step::kOverBranch;
+            if (!is_leaf(node)) return into_branch_if(recursive);
             if (node.IsEmpty()) {
                 node.SetPropertyValue(show, 0);
                 ++hidden;

@@ -58,7 +58,6 @@ public:
         Overlap overlap;
         visit_below(node, [&](UXXmlWrapperBase& below) {
             if (has_int(below, idName_, id_)) add(below, overlap);
-            return Step::kIntoBranch;
         });
         return overlap;
     }
