@@ -56,10 +56,7 @@ private:
     Step read(const UXXmlWrapperBase& node) {
         marks_.read(node);
         id_ = read_id(marks_, inheritedRepeats_.back());
-        if (!combine_with_repeat(node, marks_, inheritedRepeats_.back(), id_, nullptr) ||
-            !combine_with_repeat_node(node, marks_, inheritedRepeats_.back(), id_, nullptr)) {
-            return Step::kStop;
-        }
+        if (!combine(node, marks_, inheritedRepeats_.back(), id_, nullptr)) return Step::kStop;
         if (marks_.is_leaf()) return Step::kOverBranch;
         inheritedRepeats_.push_back(id_.repeat);
         return Step::kGoOn;
@@ -106,7 +103,6 @@ int VCTreeUpdateChanges(UXXmlWrapperBase* tree, CWBOStringArray* oldValues) {
                 mark.clear_seen(node);
             }
             ++position;
-            return Step::kGoOn;
         });
         return marked;
     });

@@ -62,8 +62,8 @@ int apply_node_id(int marker, int& dataId) {
     return kIdCombined;
 }
 
-bool apply_repeat(const UXXmlWrapperBase& node, const NodeMarks& marks, int inheritedRepeat,
-                  TransportId& out, IdProblem* problem) {
+bool combine_with_repeat(const UXXmlWrapperBase& node, const NodeMarks& marks, int inheritedRepeat,
+                         TransportId& out, IdProblem* problem) {
     const int code =
         combine_id(marks.number_or(Mark::kRepeat, -1), out.id, out.repeat, inheritedRepeat);
     if (code >= kIdUnchanged) return true;
@@ -71,12 +71,19 @@ bool apply_repeat(const UXXmlWrapperBase& node, const NodeMarks& marks, int inhe
     return false;
 }
 
-bool apply_repeat_node(const UXXmlWrapperBase& node, const NodeMarks& marks, int inheritedRepeat,
-                       TransportId& out, IdProblem* problem) {
+bool combine_with_repeat_node(const UXXmlWrapperBase& node, const NodeMarks& marks,
+                              int inheritedRepeat, TransportId& out, IdProblem* problem) {
     const int code = apply_node_id(marks.number_or(Mark::kRepeatNode, -1), out.id);
     if (code >= kIdUnchanged) return true;
     state(problem, IdFault::kRepeatNode, code, node, out.id, inheritedRepeat);
     return false;
+}
+
+bool combine_marked(const UXXmlWrapperBase& node, const NodeMarks& marks, int inheritedRepeat,
+                    TransportId& out, IdProblem* problem, BrokenRule broken) {
+    const bool good = combine_with_repeat(node, marks, inheritedRepeat, out, problem);
+    if (!good && broken == BrokenRule::kEnds) return false;
+    return combine_with_repeat_node(node, marks, inheritedRepeat, out, problem) && good;
 }
 
 bool is_themed(const NodeMarks& marks) {
@@ -105,10 +112,9 @@ IdProblem collecting_problem(const UXXmlWrapperBase& tree, const char* idAttribu
         if (is_ignored(marks)) return Step::kOverBranch;
         TransportId id = read_id(marks, repeat);
         if (byDefault) note_missing_id(node, id.id, repeat, problem);
-        combine_with_repeat(node, marks, repeat, id, &problem);
-        combine_with_repeat_node(node, marks, repeat, id, &problem);
+        combine(node, marks, repeat, id, &problem, BrokenRule::kIsPassedOver);
         below = id.repeat;
-        return is_leaf(node) || is_themed(marks) ? Step::kOverBranch : Step::kGoOn;
+        return into_branch_if(!is_leaf(node) && !is_themed(marks));
     });
     return problem;
 }
@@ -151,10 +157,7 @@ IdProblem setting_problem(const UXXmlWrapperBase& tree, const char* idAttribute,
     visit_levels(tree, inheritedRepeat, [&](UXXmlWrapperBase& node, int& repeat, int& below) {
         marks.read(node);
         TransportId id = read_id(marks, repeat);
-        if (!combine_with_repeat(node, marks, repeat, id, &problem) ||
-            !combine_with_repeat_node(node, marks, repeat, id, &problem)) {
-            return Step::kStop;
-        }
+        if (!combine(node, marks, repeat, id, &problem)) return Step::kStop;
         below = id.repeat;
         return Step::kGoOn;
     });

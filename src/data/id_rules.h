@@ -49,21 +49,20 @@ struct TransportId {
 inline TransportId read_id(const NodeMarks& marks, int inheritedRepeat) {
     return {marks.number_or(Mark::kId, -1), inheritedRepeat};
 }
-// The two rules, in the order in which every walk applies them; false, with the problem stated when
-// it is asked for, when one is broken. The marks are the node's. Most nodes have nothing to combine.
-bool apply_repeat(const UXXmlWrapperBase& node, const NodeMarks& marks, int inheritedRepeat,
-                  TransportId& out, IdProblem* problem);
-bool apply_repeat_node(const UXXmlWrapperBase& node, const NodeMarks& marks, int inheritedRepeat,
-                       TransportId& out, IdProblem* problem);
-inline bool combine_with_repeat(const UXXmlWrapperBase& node, const NodeMarks& marks,
-                                int inheritedRepeat, TransportId& out, IdProblem* problem) {
-    return (inheritedRepeat < 1 && !marks.has(Mark::kRepeat)) ||
-           apply_repeat(node, marks, inheritedRepeat, out, problem);
-}
-inline bool combine_with_repeat_node(const UXXmlWrapperBase& node, const NodeMarks& marks,
-                                     int inheritedRepeat, TransportId& out, IdProblem* problem) {
-    return !marks.has(Mark::kRepeatNode) ||
-           apply_repeat_node(node, marks, inheritedRepeat, out, problem);
+// The two rules; false, with the problem stated when it is asked for, when one is broken. The marks
+// are the node's.
+bool combine_with_repeat(const UXXmlWrapperBase& node, const NodeMarks& marks, int inheritedRepeat,
+                         TransportId& out, IdProblem* problem);
+bool combine_with_repeat_node(const UXXmlWrapperBase& node, const NodeMarks& marks,
+                              int inheritedRepeat, TransportId& out, IdProblem* problem);
+// Both, in the order in which every walk applies them. Most nodes have nothing to combine.
+enum class BrokenRule { kEnds, kIsPassedOver };
+bool combine_marked(const UXXmlWrapperBase& node, const NodeMarks& marks, int inheritedRepeat,
+                    TransportId& out, IdProblem* problem, BrokenRule broken);
+inline bool combine(const UXXmlWrapperBase& node, const NodeMarks& marks, int inheritedRepeat,
+                    TransportId& out, IdProblem* problem, BrokenRule broken = BrokenRule::kEnds) {
+    return (inheritedRepeat < 1 && !marks.has_any(Mark::kRepeat, Mark::kRepeatNode)) ||
+           combine_marked(node, marks, inheritedRepeat, out, problem, broken);
 }
 
 // --- the walks of collecting and of setting, as far as identifiers go

@@ -52,8 +52,7 @@ public:
         TransportId id = read_id(marks_, level.inheritedRepeat);
         if (reportsMissing_) note_missing_id(node, id.id, level.inheritedRepeat, met_);
         // A broken rule costs a message only: the node travels under the identifier it has.
-        combine_with_repeat(node, marks_, level.inheritedRepeat, id, problem_);
-        combine_with_repeat_node(node, marks_, level.inheritedRepeat, id, problem_);
+        combine(node, marks_, level.inheritedRepeat, id, problem_, BrokenRule::kIsPassedOver);
 
         if (marks_.is_leaf()) {
             collect_leaf(node, id.id, level);
@@ -61,7 +60,7 @@ public:
         }
         const bool themed = collect_branch(node, id.id, level);
         below = {id.repeat, level.themeFlag};
-        return options_.recursive && !themed ? Step::kGoOn : Step::kOverBranch;
+        return into_branch_if(options_.recursive && !themed);
     }
 
     const IdProblem& problem() const { return met_; }
@@ -69,12 +68,12 @@ public:
 private:
     void collect_leaf(UXXmlWrapperBase& node, int id, const Inherited& level) {
         if (id < 0) return;
-        const bool fromUse = options_.useFlag && marks_.has(Mark::kUseText);
-        if (valuesOnly_ && !fromUse && has_plain_text(marks_)) {  // the usual leaf
+        if (ownTextsOnly_ && has_plain_text(marks_)) {  // the usual leaf
             record_.values->AddText(marks_.own_text());
             ids_.Add(id);
             return;
         }
+        const bool fromUse = options_.useFlag && marks_.has(Mark::kUseText);
         collect(node, id, fromUse ? ValueSource::kUseAttribute : ValueSource::kOwnText,
                 level.themeFlag);
     }
@@ -139,9 +138,9 @@ private:
     bool reportsMissing_;
     IdProblem met_;
     IdProblem* problem_;  // null when nobody asks
-    bool valuesOnly_ = record_.values != nullptr && record_.labels == nullptr &&
-                       record_.firstValues == nullptr && record_.secondValues == nullptr &&
-                       !options_.onlyChanged;
+    bool ownTextsOnly_ = record_.values != nullptr && record_.labels == nullptr &&
+                         record_.firstValues == nullptr && record_.secondValues == nullptr &&
+                         !options_.onlyChanged && !options_.useFlag;
 };
 
 }  // namespace

@@ -107,10 +107,7 @@ public:
     Step visit(UXXmlWrapperBase& node, const Inherited& level, Inherited& below) {
         marks_.read(node);
         TransportId id = read_id(marks_, level.inheritedRepeat);
-        if (!combine_with_repeat(node, marks_, level.inheritedRepeat, id, &problem_) ||
-            !combine_with_repeat_node(node, marks_, level.inheritedRepeat, id, &problem_)) {
-            return Step::kStop;
-        }
+        if (!combine(node, marks_, level.inheritedRepeat, id, &problem_)) return Step::kStop;
         below.inheritedRepeat = id.repeat;
         int own = 0;
         if (marks_.number(Mark::kTheme, own)) {
@@ -124,7 +121,7 @@ public:
                 set_branch(node, id.id, below.flags);
             }
         }
-        return leaf ? Step::kOverBranch : Step::kGoOn;
+        return into_branch_if(!leaf);
     }
 
     int written() const { return written_; }
