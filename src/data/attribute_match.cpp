@@ -16,8 +16,8 @@ extern "C" int uxtree_copy_values_to_attributes_by_attribute_matching(
         if (!usable(source) || !usable(target)) return kFail;
         return copy_matching_values(
             *source, *target,
-            {text_or(targetAttribute, kShow), text_or(matchAttribute, kDataId),
-             given(extraAttribute) ? extraAttribute : nullptr, recursive != 0, all != 0,
-             caseSensitive != 0});
+            {UXNameKey(text_or(targetAttribute, kShow)),
+             UXNameKey(text_or(matchAttribute, kDataId)), UXNameKey(extraAttribute), recursive != 0,
+             all != 0, caseSensitive != 0});
     });
 }

@@ -2,9 +2,11 @@
 #include "uxtree/data/key_values.h"
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
+#include "base/ascii.h"
 #include "frame/guards.h"
 #include "frame/node_values.h"
 #include "frame/results.h"
@@ -19,12 +21,12 @@ constexpr char kQuote = '"';
 constexpr const char* kDoubledBackslash = "\\\\";
 constexpr const char* kBackslash = "\\";
 
-void append_pair(UXXmlWrapperBase& branch, const CStringUTF8& pair, char keySeparator) {
-    const int separator = pair.Find(keySeparator);
-    if (separator <= 0) return;
-    CStringUTF8 key = pair.Left(separator);
-    CStringUTF8 value = pair.Mid(separator + 1);
-    branch.AddTextNode(nullptr, key.Trim(), value.Trim(), -1, 0, nullptr);
+void append_pair(UXXmlWrapperBase& branch, std::string_view pair, char keySeparator) {
+    const std::size_t separator = pair.find(keySeparator);
+    if (separator == 0 || separator == std::string_view::npos) return;
+    const CStringUTF8 key(trimmed(pair.substr(0, separator)));
+    const CStringUTF8 value(trimmed(pair.substr(separator + 1)));
+    branch.AddTextNode(nullptr, key, value, -1, 0, nullptr);
 }
 
 bool ends_escaped(const CStringUTF8& token) {
@@ -74,10 +76,6 @@ private:
     std::vector<CStringUTF8> texts_;    // the last one first
     std::vector<std::size_t> escaped_;  // those that may hold doubled backslashes
 };
-
-void write_path(UXXmlWrapperBase& node, const char* attribute, const std::string& path) {
-    node.SetPropertyValue(attribute, CStringUTF8(path.c_str()));
-}
 
 }  // namespace
 
@@ -138,17 +136,18 @@ extern "C" int uxtree_branch_to_key_value_pairs_str(UXXmlWrapperBase* branch, CS
             out->Empty();
             return kFail;
         }
-        CStringUTF8 text;
-        CStringUTF8 part;
-        for (UXXmlWrapperBase& child : children(*branch)) {
-            child.GetTagName(part);
+        std::string text;
+        std::string_view part;
+        CStringUTF8 scratch;
+        for (const UXXmlWrapperBase& child : children(*branch)) {
+            child.GetTagView(part);
             text += part;
             text += keySeparator;
-            child.NodeValue(part, 1, 1, nullptr);
+            child.NodeValueView(part, scratch);
             text += part;
             text += pairSeparator;
         }
-        *out = std::move(text);
+        out->Assign(text.data(), text.size());
         return kOk;
     });
 }
@@ -160,7 +159,8 @@ extern "C" int uxtree_key_value_pairs_str_to_branch(UXXmlWrapperBase* branch, co
         CWBOStringArray pairs;
         UXGetTokens(pairs, text, pairSeparator, kQuote);
         branch->RemoveAllChildren();
-        for (int i = 0; i < pairs.GetSize(); ++i) append_pair(*branch, pairs[i], keySeparator);
+        for (int i = 0; i < pairs.GetSize(); ++i)
+            append_pair(*branch, view_of(pairs[i]), keySeparator);
         return is_leaf(*branch) ? kFail : kOk;
     });
 }
@@ -169,10 +169,13 @@ extern "C" int uxtree_add_path_str(UXXmlWrapperBase* branch, const char* attribu
                                    int includeSelf) {
     return at_boundary(kFail, [&] {
         if (!given(attribute) || !usable(branch)) return kFail;
+        const UXNameKey name(attribute);
+        std::string_view tag;
         std::string path;
         if (includeSelf != 0) {
-            path = view_of(tag_of(*branch));
-            write_path(*branch, attribute, path);
+            branch->GetTagView(tag);
+            path = tag;
+            branch->SetPropertyView(name, path);
             path += '.';
         }
         if (recursive == 0) return kOk;
@@ -180,8 +183,9 @@ extern "C" int uxtree_add_path_str(UXXmlWrapperBase* branch, const char* attribu
         visit_levels(*branch, path.size(),
                      [&](UXXmlWrapperBase& node, std::size_t& parent, std::size_t& below) {
                          path.resize(parent);
-                         path += view_of(tag_of(node));
-                         write_path(node, attribute, path);
+                         node.GetTagView(tag);
+                         path += tag;
+                         node.SetPropertyView(name, path);
                          path += '.';
                          below = path.size();
                          return Step::kGoOn;

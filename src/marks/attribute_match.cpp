@@ -6,6 +6,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/ascii.h"
+#include "base/text_view.h"
 #include "frame/results.h"
 #include "frame/walk.h"
 
@@ -22,17 +24,13 @@ struct Transfer {
 };
 
 void write(UXXmlWrapperBase& target, const Transfer& transfer, const Options& options) {
-    target.SetPropertyValue(options.targetAttribute, transfer.value);
-    if (options.extraAttribute == nullptr) return;
-    target.SetPropertyValue(options.extraAttribute, transfer.extra);
+    target.SetPropertyView(options.target, view_of(transfer.value));
+    if (!options.extra.text().empty())
+        target.SetPropertyView(options.extra, view_of(transfer.extra));
 }
 
 Step into_branches(const UXXmlWrapperBase& node, const Options& options) {
-    return options.recursive && !is_leaf(node) ? Step::kGoOn : Step::kOverBranch;
-}
-
-bool same(const CStringUTF8& a, const CStringUTF8& b, bool caseSensitive) {
-    return (caseSensitive ? a.Compare(b) : a.CompareNoCase(b)) == 0;
+    return into_branch_if(options.recursive && !is_leaf(node));
 }
 
 // Intended: with `all`, the search of a target branch replaces a match found before it, so the
@@ -40,10 +38,11 @@ bool same(const CStringUTF8& a, const CStringUTF8& b, bool caseSensitive) {
 int search_by_walk(const UXXmlWrapperBase& target, const Transfer& transfer,
                    const Options& options) {
     int matched = kFail;
-    CStringUTF8 text;
+    const std::string_view wanted = view_of(transfer.match);
+    std::string_view text;
     visit_below(target, [&](UXXmlWrapperBase& node) {
-        if (node.GetPropertyValue(options.matchAttribute, text, 0) &&
-            same(text, transfer.match, options.caseSensitive)) {
+        if (node.GetPropertyView(options.match, text) &&
+            (options.caseSensitive ? text == wanted : equal_no_case(text, wanted))) {
             write(node, transfer, options);
             matched = kOk;
             if (!options.all) return Step::kStop;
@@ -61,10 +60,10 @@ class TargetIndex {
 public:
     TargetIndex(const UXXmlWrapperBase& target, const Options& options) : options_(options) {
         std::size_t position = 0;
-        CStringUTF8 text;
+        std::string_view text;
         visit_below(target, [&](UXXmlWrapperBase& node) {
             ++position;
-            if (node.GetPropertyValue(options.matchAttribute, text, 0)) {
+            if (node.GetPropertyView(options.match, text)) {
                 nodes_[key(text)].push_back({node, position});
             }
             const Step step = into_branches(node, options);
@@ -75,7 +74,7 @@ public:
 
     // The same outcome as search_by_walk.
     int search(const Transfer& transfer) {
-        const auto found = nodes_.find(key(transfer.match));
+        const auto found = nodes_.find(key(view_of(transfer.match)));
         if (found == nodes_.end()) return kFail;
         std::vector<Match>& matches = found->second;
         if (!options_.all) {
@@ -92,11 +91,8 @@ private:
         std::size_t position;
     };
 
-    std::string key(const CStringUTF8& text) const {
-        if (options_.caseSensitive) return static_cast<const char*>(text);
-        CStringUTF8 folded = text;
-        folded.MakeLower();
-        return static_cast<const char*>(folded);
+    std::string key(std::string_view text) const {
+        return options_.caseSensitive ? std::string(text) : folded(text);
     }
 
     const Options& options_;
@@ -115,14 +111,10 @@ int transfer_leaves(const UXXmlWrapperBase& source, const Options& options, Sear
             if (options.recursive) result = kFail;
             return into_branches(node, options);
         }
-        if (!node.GetPropertyValue(options.matchAttribute, transfer.match, 0)) {
-            return Step::kOverBranch;
-        }
+        if (!node.GetPropertyValue(options.match, transfer.match)) return Step::kOverBranch;
         node.NodeValue(transfer.value, 1, 1, nullptr);
         transfer.extra.Empty();
-        if (options.extraAttribute != nullptr) {
-            node.GetPropertyValue(options.extraAttribute, transfer.extra, 0);
-        }
+        node.GetPropertyValue(options.extra, transfer.extra);
         result = search(transfer);
         return Step::kOverBranch;
     });
@@ -130,9 +122,8 @@ int transfer_leaves(const UXXmlWrapperBase& source, const Options& options, Sear
 }
 
 bool writes_match_attribute(const Options& options) {
-    const std::string_view match = options.matchAttribute;
-    return match == options.targetAttribute ||
-           (options.extraAttribute != nullptr && match == options.extraAttribute);
+    const std::string_view match = options.match.text();
+    return match == options.target.text() || match == options.extra.text();
 }
 
 }  // namespace

@@ -6,9 +6,9 @@
 namespace ux {
 
 struct MatchOptions {
-    const char* targetAttribute;
-    const char* matchAttribute;
-    const char* extraAttribute;  // null for none
+    UXNameKey target;
+    UXNameKey match;
+    UXNameKey extra;  // "" for none
     bool recursive;
     bool all;
     bool caseSensitive;

@@ -102,12 +102,11 @@ void append_below(const UXXmlWrapperBase& top, CWBOStringArray& out, const UXNam
 UXXmlWrapperBase tree_of_ids(const CArray<int, int>& ids, const char* value, const char* keyAttr) {
     UXXmlWrapperBase root;
     root.CreateNew(0, nullptr);
-    CStringUTF8 tag;
+    const UXNameKey key(keyAttr);
+    UXXmlWrapperBase child;
     for (int i = 0; i < ids.GetSize(); ++i) {
-        tag.Format("n%d", i);
-        UXXmlWrapperBase child;
-        root.AddTextNode(&child, tag, value, -1, 0, nullptr);
-        child.SetPropertyValue(keyAttr, ids[i]);
+        root.AddTextNode(&child, "id", value, -1, 0, nullptr);
+        child.SetPropertyValue(key, ids[i]);
     }
     return root;
 }
@@ -187,8 +186,9 @@ bool VCTreeSetAttributes(UXXmlWrapperBase* tree, const CArray<int, int>* ids, co
         UXXmlWrapperBase source = tree_of_ids(*ids, value, key);
         // Intended: the result is that of the last identifier searched for, so it may be false
         // although nodes were set.
-        return copy_matching_values(
-                   source, *tree, {text_or(attribute, kShow), key, nullptr, true, true, flag}) != 0;
+        return copy_matching_values(source, *tree,
+                                    {UXNameKey(text_or(attribute, kShow)), UXNameKey(key),
+                                     UXNameKey(), true, true, flag}) != 0;
     });
 }
 
