@@ -127,8 +127,7 @@ std::vector<CollectedNode> collected_nodes(const UXXmlWrapperBase& tree, const c
         marks.read(node);
         if (is_ignored(marks)) return Step::kOverBranch;
         TransportId id = read_id(marks, repeat);
-        combine_with_repeat(node, marks, repeat, id, nullptr);
-        combine_with_repeat_node(node, marks, repeat, id, nullptr);
+        combine(node, marks, repeat, id, nullptr, BrokenRule::kIsPassedOver);
         below = id.repeat;
         if (marks.is_leaf()) {
             if (id.id >= 0) nodes.push_back({node, id.id});
@@ -145,7 +144,7 @@ std::vector<CollectedNode> collected_nodes(const UXXmlWrapperBase& tree, const c
             add(themed, id.id);
             if (marks.number(Mark::kThemeEx, second)) add(second != 0, negated(id.id));
         }
-        return themed ? Step::kOverBranch : Step::kIntoBranch;
+        return into_branch_if(!themed);
     });
     return nodes;
 }
