@@ -3,7 +3,7 @@
 
 #include "xml/byte_source.h"
 #include "xml/format.h"
-#include "xml/layout_encoding.h"
+#include "xml/file_encoding.h"
 
 namespace uxhost {
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "host/arena.h"
-#include "xml/layout_encoding.h"
+#include "xml/file_encoding.h"
 
 namespace uxhost {
 

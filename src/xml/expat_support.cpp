@@ -7,27 +7,13 @@
 #include <vector>
 
 #include "base/ascii.h"
-#include "base/utf8.h"
-#include "xml/encodings.h"
+#include "xml/file_encoding.h"
 
 namespace ux::xml {
 namespace {
 
 bool begins_with(std::string_view text, std::string_view start) {
     return text.substr(0, start.size()) == start;
-}
-
-// The encoding in an XML declaration; "" when there is none.
-std::string_view declared_encoding(std::string_view start) {
-    if (!begins_with(start, "<?xml")) return {};
-    start = start.substr(0, start.find("?>"));
-    const std::size_t name = start.find("encoding");
-    if (name == std::string_view::npos) return {};
-    const std::size_t open = start.find_first_of("\"'", name);
-    if (open == std::string_view::npos) return {};
-    const std::size_t close = start.find(start[open], open + 1);
-    if (close == std::string_view::npos) return {};
-    return start.substr(open + 1, close - open - 1);
 }
 
 constexpr std::array<std::string_view, 5> kPredefined{"lt", "gt", "amp", "apos", "quot"};
@@ -45,39 +31,6 @@ std::vector<std::string_view> references_in(std::string_view text) {
         if (!name.empty() && name[0] != '#') names.push_back(name);
     }
     return names;
-}
-
-std::string utf16_as_utf8(std::string_view bytes, bool bigEndian) {
-    std::string text;
-    std::array<char, 4> character{};
-    for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
-        const auto high = static_cast<unsigned char>(bytes[bigEndian ? at : at + 1]);
-        const auto low = static_cast<unsigned char>(bytes[bigEndian ? at + 1 : at]);
-        text.append(character.data(),
-                    encode_utf8(static_cast<std::uint32_t>(high << 8 | low), character.data()));
-    }
-    return text;
-}
-
-std::string mapped_as_utf8(std::string_view bytes, const std::array<int, 256>& map) {
-    std::string text;
-    std::array<char, 4> character{};
-    for (const char byte : bytes) {
-        const int code = map[static_cast<unsigned char>(byte)];
-        text.append(character.data(), encode_utf8(static_cast<std::uint32_t>(code < 0 ? '?' : code),
-                                                  character.data()));
-    }
-    return text;
-}
-
-std::array<int, 256> character_map(const std::string& encoding) {
-    XML_Encoding info{};
-    if (!fill_encoding(encoding.c_str(), info)) {
-        for (int c = 0; c < 256; ++c) info.map[c] = c;  // ISO-8859-1
-    }
-    std::array<int, 256> map{};
-    std::copy_n(info.map, map.size(), map.begin());
-    return map;
 }
 
 // What the handlers of a DOCTYPE share.
@@ -173,12 +126,13 @@ std::optional<std::string> DeclaredEntities::first_unknown(std::string_view text
 }
 
 std::string as_utf8(std::string_view bytes, const std::string& encoding) {
-    if (encoding.empty()) return std::string(bytes);
-    if (encoding == "UTF-16") {
-        const bool bigEndian = !bytes.empty() && bytes[0] == '\0';
-        return utf16_as_utf8(bytes, bigEndian);
-    }
-    return mapped_as_utf8(bytes, character_map(encoding));
+    auto known = encoding_by_name(encoding).value_or(FileEncoding::kUtf8);
+    if (known == FileEncoding::kUtf8) return std::string(bytes);
+    const bool startsWithLow = !bytes.empty() && bytes[0] != '\0';
+    if (known == FileEncoding::kUtf16Big && startsWithLow) known = FileEncoding::kUtf16Little;
+    std::string text;
+    append_decoded(text, bytes, known);
+    return text;
 }
 
 std::optional<Doctype> read_doctype(const ByteSource& source) {

@@ -67,8 +67,8 @@ private:
     std::map<std::string, std::string, std::less<>> texts_;
 };
 
-// The bytes of an input as UTF-8 as far as names of entities need it, from the encoding that the
-// parser told of; "" is UTF-8.
+// Markup of an input as UTF-8, from the encoding that the parser told of; "" is UTF-8. It is not
+// known which of two bytes UTF-16 begins with; markup begins with an ASCII character.
 std::string as_utf8(std::string_view bytes, const std::string& encoding);
 
 struct Doctype {

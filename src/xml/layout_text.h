@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "xml/layout_encoding.h"
+#include "xml/file_encoding.h"
 
 namespace ux::xml {
 

@@ -1,14 +1,17 @@
-// Reading a document, whatever it is: by the strict reader what it knows, by expat the rest.
+// Reading a document, whatever it is: by the strict reader what it knows, in any encoding that can be
+// decoded; by expat the rest.
 #pragma once
 
-#include <array>
 #include <cstddef>
-#include <string_view>
+#include <optional>
+#include <string>
 #include <utility>
 
 #include "xml/byte_source.h"
+#include "xml/decoded_source.h"
 #include "xml/expat_reader.h"
 #include "xml/expat_support.h"
+#include "xml/file_encoding.h"
 #include "xml/read_error.h"
 #include "xml/strict_reader.h"
 #include "xml/window.h"
@@ -35,32 +38,44 @@ public:
         : source_(source), sink_(sink), options_(options) {}
 
     bool run(ReadError& error) {
-        if (!options_.expatAlone) {
-            const ReadResult result = read_strictly();
-            if (result == ReadResult::kDone) return true;
-            sink_.restart();
-        }
-        ExpatResult result = read_with_expat(settled_by_start(), error);
+        if (reads_strictly(source_, FileEncoding::kUtf8)) return true;
+        const std::string start = first_bytes();
+        if (reads_decoded(encoding_of(start, FileEncoding::kUtf8))) return true;
+        ExpatResult result = read_with_expat(settled_encoding(start), error);
         if (result == ExpatResult::kInvalidUndeclared && options_.codePage != nullptr) {
             sink_.restart();
+            if (reads_decoded(encoding_by_name(options_.codePage))) return true;
             result = read_with_expat(options_.codePage, error);
         }
         return result == ExpatResult::kDone;
     }
 
 private:
-    ReadResult read_strictly() {
-        Window window(source_, options_.window);
-        StrictReader<Sink> reader(window, sink_);
-        const ReadResult result = reader.run();
-        return result == ReadResult::kDoctype ? read_behind_doctype() : result;
+    // False when the strict reader gave up.
+    bool reads_strictly(const ByteSource& source, FileEncoding encoding) {
+        if (options_.expatAlone) return false;
+        ReadResult result = ReadResult::kGaveUp;
+        {
+            Window window(source, options_.window);
+            result = StrictReader<Sink>(window, sink_, encoding).run();
+        }
+        if (result == ReadResult::kDoctype) result = read_behind_doctype(source);
+        if (result == ReadResult::kDone) return true;
+        sink_.restart();
+        return false;
+    }
+    bool reads_decoded(std::optional<FileEncoding> encoding) {
+        if (!encoding.has_value() || *encoding == FileEncoding::kUtf8) return false;
+        source_.seek(0);
+        DecodedSource decoded(source_, *encoding);
+        return reads_strictly(decoded.source(), *encoding);
     }
     // The parser reads what a DTD declares; the content follows only few rules of it.
-    ReadResult read_behind_doctype() {
-        auto doctype = read_doctype(source_);
+    ReadResult read_behind_doctype(const ByteSource& source) {
+        auto doctype = read_doctype(source);
         if (!doctype.has_value()) return ReadResult::kGaveUp;
-        source_.seek(doctype->end);
-        Window window(source_, options_.window);
+        source.seek(doctype->end);
+        Window window(source, options_.window);
         StrictReader<Sink> reader(window, sink_);
         return reader.run_behind_doctype(std::move(doctype->typed));
     }
@@ -69,8 +84,8 @@ private:
         source_.seek(0);
         return ExpatReader<Sink>(source_, sink_, encoding).run(error);
     }
-    const char* settled_by_start() const {
-        std::array<char, 512> start{};
+    std::string first_bytes() const {
+        std::string start(512, '\0');
         source_.seek(0);
         std::size_t size = 0;
         long got = 1;
@@ -78,7 +93,8 @@ private:
             got = source_.read(start.data() + size, start.size() - size);
             if (got > 0) size += static_cast<std::size_t>(got);
         }
-        return settled_encoding({start.data(), size});
+        start.resize(size);
+        return start;
     }
 
     const ByteSource& source_;

@@ -1,14 +1,13 @@
-// The strict reader of XML in UTF-8: it accepts well-formed documents without a DOCTYPE and gives
-// up on everything else. It never tells what is wrong; whoever gave it the input has another parser
-// read it then, which decides about errors and knows what this one does not: other encodings,
-// entities, document types.
+// The strict reader of XML: it accepts well-formed documents without a DOCTYPE and gives up on
+// everything else. It never tells what is wrong; whoever gave it the input has another parser read it
+// then, which decides about errors and knows what this one does not: entities, document types, rare
+// encodings.
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <initializer_list>
 #include <set>
 #include <string>
 #include <string_view>
@@ -17,6 +16,7 @@
 
 #include "base/utf8.h"
 #include "base/xml_names.h"
+#include "xml/file_encoding.h"
 #include "xml/known_names.h"
 #include "xml/references.h"
 #include "xml/scan.h"
@@ -43,7 +43,10 @@ enum class ReadResult {
 template <class Sink>
 class StrictReader {
 public:
-    StrictReader(Window& window, Sink& sink) : window_(window), sink_(sink) {}
+    // The window is in UTF-8. The declaration may say that the input is in the encoding from which it
+    // was decoded.
+    StrictReader(Window& window, Sink& sink, FileEncoding encoding = FileEncoding::kUtf8)
+        : window_(window), sink_(sink), encoding_(encoding) {}
 
     // Reads a whole document from its start.
     ReadResult run() {
@@ -164,14 +167,15 @@ private:
             if (!refill(at)) return nullptr;
         }
         const char* p = at + 5;
-        if (!pseudo_attribute(p, "version", {"1.0"})) return nullptr;
-        pseudo_attribute(p, "encoding", {"UTF-8", "utf-8", "UTF8", "utf8", "Utf-8"});
-        pseudo_attribute(p, "standalone", {"yes", "no"});
+        using Value = std::string_view;
+        if (!pseudo_attribute(p, "version", [](Value v) { return v == "1.0"; })) return nullptr;
+        pseudo_attribute(p, "encoding", [this](Value v) { return is_declared_as(encoding_, v); });
+        pseudo_attribute(p, "standalone", [](Value v) { return v == "yes" || v == "no"; });
         while (is_blank(*p)) ++p;
         return p[0] == '?' && p[1] == '>' ? at + (p + 2 - at) : nullptr;
     }
-    static bool pseudo_attribute(const char*& at, std::string_view name,
-                                 std::initializer_list<std::string_view> values) {
+    template <class Accepts>
+    static bool pseudo_attribute(const char*& at, std::string_view name, Accepts&& accepts) {
         const char* p = at;
         while (is_blank(*p)) ++p;
         if (p == at || std::strncmp(p, name.data(), name.size()) != 0) return false;
@@ -181,14 +185,12 @@ private:
         while (is_blank(*p)) ++p;
         const char quote = *p++;
         if (quote != '"' && quote != '\'') return false;
-        for (const std::string_view value : values) {
-            if (std::strncmp(p, value.data(), value.size()) != 0 || p[value.size()] != quote) {
-                continue;
-            }
-            at = p + value.size() + 1;
-            return true;
+        const char* const end = std::strchr(p, quote);
+        if (end == nullptr || !accepts(std::string_view(p, static_cast<std::size_t>(end - p)))) {
+            return false;
         }
-        return false;
+        at = end + 1;
+        return true;
     }
 
     // --- what is read over ---------------------------------------------------------------------
@@ -623,6 +625,7 @@ private:
 
     Window& window_;
     Sink& sink_;
+    FileEncoding encoding_;
     KnownNames names_;
     TypedAttributes typed_;
     std::set<std::string> typedElements_;

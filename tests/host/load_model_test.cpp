@@ -9,6 +9,7 @@
 #include "uxtree/host/embedded.h"
 #include "uxtree/host/node.h"
 
+#include "base/utf8.h"
 #include "host/loader.h"
 #include "host/node_detail.h"
 #include "support/generated_xml.h"
@@ -60,6 +61,74 @@ TEST(LoadModel, TheReaderChangesNothingOfWhatTheParserMakes) {
         if (expected[0] == '<') ++accepted;
     }
     EXPECT_GT(accepted, kDocuments / 3);
+    EXPECT_LT(accepted, kDocuments);
+}
+
+// In UTF-16; bytes that are no UTF-8 become halves of pairs.
+std::string widened(const std::string& xml, bool little) {
+    std::string out;
+    const auto put = [&](char32_t unit) {
+        const char low = static_cast<char>(unit & 0xFF);
+        const char high = static_cast<char>(unit >> 8);
+        out += {little ? low : high, little ? high : low};
+    };
+    for (std::size_t at = 0; at < xml.size();) {
+        const ux::Utf8Char character = ux::decode_utf8(xml, at);
+        at += std::max<std::size_t>(character.length, 1);
+        if (character.length == 0) {
+            put(at % 2 == 0 ? 0xD800 : 0xDC00);
+        } else if (character.code < 0x10000) {
+            put(character.code);
+        } else {
+            put(0xD800 + ((character.code - 0x10000) >> 10));
+            put(0xDC00 + ((character.code - 0x10000) & 0x3FF));
+        }
+    }
+    return out;
+}
+// Documents of single bytes are what other letters become of the bytes of UTF-8.
+std::string in_some_encoding(const std::string& xml, std::mt19937& random) {
+    static constexpr const char* kNames[] = {"ISO-8859-1", "latin1", "Windows-1252", "US-ascii",
+                                             "utf-16",     "UTF-8",  "UTF-16LE",     "koi8-r"};
+    std::string text = xml;
+    if (random() % 4 != 0 && xml.find("<?xml") == std::string::npos) {
+        const std::string name = kNames[random() % std::size(kNames)];
+        text = "<?xml version='1.0' encoding='" + name + "'?>" + xml;
+    }
+    const bool little = random() % 2 == 0;
+    switch (random() % 8) {
+        case 0:
+            return (little ? "\xFF\xFE" : "\xFE\xFF") + widened(text, little);
+        case 1:
+            return (little ? "\xFF\xFE" : "\xFE\xFF") + widened(xml, little);
+        case 2:
+            return widened(xml, little);
+        case 3:
+            return widened(text, little) + (random() % 4 == 0 ? " " : "");
+        default:
+            return text;
+    }
+}
+
+TEST(LoadModel, NorDoesItInOtherEncodings) {
+    uxtest::GeneratedXml generator(5);
+    std::mt19937 random(6);
+    uxhost::LoadOptions parser;
+    parser.parserAlone = true;
+    uxhost::LoadOptions both;
+    int accepted = 0;
+    constexpr int kDocuments = 20000;
+    for (int i = 0; i < kDocuments; ++i) {
+        UXXmlWrapperBase::SetDefaultCodePage(i % 3 == 0 ? 1252 : i % 3 == 1 ? 28591 : 65001);
+        const std::string xml = in_some_encoding(
+            i % 4 == 0 ? generator.document_with_types() : generator.document(), random);
+        const std::string expected = loaded_with(xml, 0, parser);
+        both.window = random() % 4 == 0 ? 65536 : 16 + random() % 80;
+        ASSERT_EQ(loaded_with(xml, 0, both), expected) << "window " << both.window << ":\n" << xml;
+        if (expected[0] == '<') ++accepted;
+    }
+    UXXmlWrapperBase::SetDefaultCodePage(65001);
+    EXPECT_GT(accepted, kDocuments / 4);
     EXPECT_LT(accepted, kDocuments);
 }
 

@@ -10,7 +10,7 @@
 
 #include "uxtree/host/host.h"
 
-#include "xml/layout_encoding.h"
+#include "xml/file_encoding.h"
 
 namespace uxtest {
 

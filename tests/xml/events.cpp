@@ -8,6 +8,7 @@
 
 #include <expat.h>
 
+#include "xml/decoded_source.h"
 #include "xml/strict_reader.h"
 
 namespace uxtest {
@@ -116,7 +117,7 @@ void XMLCALL text(void* data, const XML_Char* bytes, int length) {
 
 }  // namespace
 
-Reading read_strictly(std::string_view xml, std::size_t window) {
+Reading read_strictly(std::string_view xml, std::size_t window, ux::xml::FileEncoding encoding) {
     std::size_t position = 0;
     const ux::xml::ByteSource source{
         [&](char* buffer, std::size_t size) {
@@ -126,9 +127,11 @@ Reading read_strictly(std::string_view xml, std::size_t window) {
             return static_cast<long>(count);
         },
         [&](std::uint64_t offset) { position = offset; }};
-    ux::xml::Window bytes(source, window);
+    ux::xml::DecodedSource decoder(source, encoding);
+    const ux::xml::ByteSource decoded = decoder.source();
+    ux::xml::Window bytes(encoding == ux::xml::FileEncoding::kUtf8 ? source : decoded, window);
     RecordingSink sink;
-    ux::xml::StrictReader<RecordingSink> reader(bytes, sink);
+    ux::xml::StrictReader<RecordingSink> reader(bytes, sink, encoding);
     if (reader.run() != ux::xml::ReadResult::kDone) return {};
     return {true, sink.events()};
 }

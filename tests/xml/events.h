@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "xml/file_encoding.h"
+
 namespace uxtest {
 
 struct Reading {
@@ -14,7 +16,8 @@ struct Reading {
 };
 
 // With a window of so many bytes at first, from an input that yields at most as many at a time.
-Reading read_strictly(std::string_view xml, std::size_t window);
+Reading read_strictly(std::string_view xml, std::size_t window,
+                      ux::xml::FileEncoding encoding = ux::xml::FileEncoding::kUtf8);
 Reading read_with_expat(std::string_view xml);
 
 }  // namespace uxtest

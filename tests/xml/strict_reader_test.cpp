@@ -180,6 +180,44 @@ TEST(StrictReader, GivesUpOnWhatOthersMustRead) {
     }
 }
 
+TEST(StrictReader, ReadsInputThatIsDecoded) {
+    using ux::xml::FileEncoding;
+    const auto agree_in = [](FileEncoding encoding, const std::string& xml) {
+        const Reading expected = read_with_expat(xml);
+        EXPECT_TRUE(expected.accepted) << xml;
+        for (const std::size_t window : kWindows) {
+            EXPECT_EQ(read_strictly(xml, window, encoding).events, expected.events) << xml;
+        }
+    };
+    const auto declared = [](const char* name) {
+        return "<?xml version='1.0' encoding=\"" + std::string(name) + "\"?>\n";
+    };
+    const std::string content = "<r \xE9='\xE8&amp;\xFC'>\r\n\xA4\xDF<![CDATA[\xB5]]><a/></r>";
+    agree_in(FileEncoding::kLatin1, declared("iso-8859-1") + content + "<!--\x80\x9F-->");
+    agree_in(FileEncoding::kAscii, declared("US-ASCII") + "<r a='\x7F'>text</r>");
+    for (const bool little : {true, false}) {
+        const FileEncoding encoding = little ? FileEncoding::kUtf16Little : FileEncoding::kUtf16Big;
+        for (const char* name : {"", "utf-16"}) {
+            const std::string start = *name == '\0' ? "" : declared(name);
+            std::string wide;
+            ux::xml::append_encoded(
+                wide, "\uFEFF" + start + "<r \u00E9='\u20AC'>\U0001F4C8 \u4E2D</r>\n", encoding);
+            agree_in(encoding, wide);
+            agree_in(encoding, wide.substr(2));
+        }
+    }
+    EXPECT_TRUE(
+        read_strictly(declared("cp1252") + "<r>\x80\x9C</r>", 64, FileEncoding::kWindows1252)
+            .accepted);
+    EXPECT_FALSE(
+        read_strictly(declared("cp1252") + "<r>\x81</r>", 64, FileEncoding::kWindows1252).accepted);
+    EXPECT_FALSE(read_strictly(declared("latin1") + "<r/>", 64, FileEncoding::kAscii).accepted);
+    EXPECT_FALSE(read_strictly("<r>\xE9</r>", 64, FileEncoding::kAscii).accepted);
+    const std::string odd("<\0r\0/\0>\0 ", 9);
+    EXPECT_TRUE(read_strictly(odd.substr(0, 8), 64, FileEncoding::kUtf16Little).accepted);
+    EXPECT_FALSE(read_strictly(odd, 64, FileEncoding::kUtf16Little).accepted);
+}
+
 // What only the other parser decides about, so that giving up is right.
 bool may_give_up(const std::string& xml) {
     return xml.find("<!DOCTYPE") != std::string::npos || xml.find("<?xml") != std::string::npos;

@@ -84,7 +84,7 @@ def passes(folder):
     program = folder / "test"
     sources = [ROOT / "tests/xml/strict_reader_test.cpp", ROOT / "tests/xml/events.cpp",
                ROOT / "tests/support/generated_xml.cpp", folder / "xml/window.cpp",
-               folder / "xml/references.cpp", ROOT / "src/base/xml_names.cpp"]
+               folder / "xml/references.cpp", folder / "xml/file_encoding.cpp", ROOT / "src/base/xml_names.cpp"]
     subprocess.run(["g++", "-std=c++20", "-O1", "-w", f"-I{folder}", f"-I{ROOT}/src",
                     f"-I{ROOT}/include", f"-I{ROOT}/tests", *map(str, sources), "-o", str(program),
                     "-lgmock", "-lgtest", "-lgtest_main", "-lexpat", "-lpthread"], check=True)

@@ -1,8 +1,10 @@
 // Encodings of files, both ways.
-#include "xml/layout_encoding.h"
+#include "xml/file_encoding.h"
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <cstring>
 #include <utility>
 
 #include "base/ascii.h"
@@ -18,35 +20,6 @@ constexpr std::array<char16_t, 32> kWindows1252{
     0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
 
-bool same_ignoring_case(std::string_view a, std::string_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return to_lower(x) == to_lower(y); });
-}
-
-// The encoding's name in a declaration at the start, "" when there is none.
-std::string_view declared_name(std::string_view bytes) {
-    const bool declares = bytes.substr(0, 5) == "<?xml" && bytes.size() > 5 && is_blank(bytes[5]);
-    if (!declares) return {};  // an instruction may have a name like it
-    const std::string_view declaration = bytes.substr(0, bytes.find("?>"));
-    std::size_t at = declaration.find("encoding");
-    if (at == std::string_view::npos) return {};
-    at = declaration.find_first_of("\"'", at);
-    if (at == std::string_view::npos) return {};
-    const std::size_t end = declaration.find(declaration[at], at + 1);
-    return end == std::string_view::npos ? std::string_view()
-                                         : declaration.substr(at + 1, end - at - 1);
-}
-
-// The character of a byte; above the last one that there is for a byte without one.
-char32_t character_of(unsigned char byte, FileEncoding encoding) {
-    constexpr char32_t kNone = 0x110000;
-    if (byte < 0x80) return byte;
-    if (encoding == FileEncoding::kAscii) return kNone;
-    if (encoding == FileEncoding::kLatin1 || byte >= 0xA0) return byte;
-    const char32_t code = kWindows1252[byte - 0x80U];
-    return code == 0 ? kNone : code;
-}
-
 // The byte of a character, -1 for none.
 int byte_of(char32_t code, FileEncoding encoding) {
     if (code < 0x80) return static_cast<int>(code);
@@ -59,31 +32,53 @@ int byte_of(char32_t code, FileEncoding encoding) {
     return found == kWindows1252.end() ? -1 : static_cast<int>(found - kWindows1252.begin()) + 0x80;
 }
 
-void append_utf8(std::string& out, char32_t code) {
-    char bytes[4];
-    out.append(bytes, static_cast<std::size_t>(encode_utf8(code, bytes) - bytes));
+bool is_wide(FileEncoding encoding) {
+    return encoding == FileEncoding::kUtf16Little || encoding == FileEncoding::kUtf16Big;
 }
 
-std::optional<std::string> from_utf16(std::string_view bytes, bool little) {
-    std::string out;
-    out.reserve(bytes.size());
-    const auto unit = [&](std::size_t at) {
-        const auto a = static_cast<unsigned char>(bytes[at]);
-        const auto b = static_cast<unsigned char>(bytes[at + 1]);
+// The decoders move `at` behind what they take. Three bytes of UTF-8 are room for each byte.
+
+char* decode_bytes(const char*& at, const char* end, FileEncoding encoding, char* out) {
+    constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+    while (at != end) {
+        std::uint64_t word = kHighBits;
+        if (end - at >= 8) std::memcpy(&word, at, 8);
+        if ((word & kHighBits) == 0) {
+            std::memcpy(out, at, 8);
+            at += 8;
+            out += 8;
+            continue;
+        }
+        const auto code = character_of(static_cast<unsigned char>(*at++), encoding);
+        if (code.has_value()) {
+            out = encode_utf8(*code, out);
+        } else {
+            *out++ = kNoCharacter;
+        }
+    }
+    return out;
+}
+
+char* decode_utf16(const char*& at, const char* end, bool little, char* out) {
+    const auto unit = [&](std::ptrdiff_t i) {
+        const auto a = static_cast<unsigned char>(at[i]);
+        const auto b = static_cast<unsigned char>(at[i + 1]);
         return static_cast<char32_t>(little ? a | b << 8 : a << 8 | b);
     };
-    if (bytes.size() % 2 != 0) return std::nullopt;
-    for (std::size_t at = 0; at < bytes.size(); at += 2) {
-        char32_t code = unit(at);
-        if (code >= 0xDC00 && code <= 0xDFFF) return std::nullopt;
-        if (code >= 0xD800 && code <= 0xDBFF) {
-            at += 2;
-            if (at >= bytes.size()) return std::nullopt;
-            const char32_t low = unit(at);
-            if (low < 0xDC00 || low > 0xDFFF) return std::nullopt;
-            code = 0x10000 + ((code - 0xD800) << 10) + (low - 0xDC00);
+    for (; end - at >= 2; at += 2) {
+        const char32_t code = unit(0);
+        if (code < 0xD800 || code > 0xDFFF) {
+            out = encode_utf8(code, out);
+            continue;
         }
-        append_utf8(out, code);
+        if (code < 0xDC00 && end - at < 4) return out;
+        const char32_t low = code < 0xDC00 ? unit(2) : 0;
+        if (low < 0xDC00 || low > 0xDFFF) {
+            *out++ = kNoCharacter;
+            continue;
+        }
+        out = encode_utf8(0x10000 + ((code - 0xD800) << 10) + (low - 0xDC00), out);
+        at += 2;
     }
     return out;
 }
@@ -104,6 +99,27 @@ void append_utf16(std::string& out, char32_t code, bool little) {
 }
 
 }  // namespace
+
+std::string_view declared_encoding(std::string_view bytes) {
+    const bool declares = bytes.substr(0, 5) == "<?xml" && bytes.size() > 5 && is_blank(bytes[5]);
+    if (!declares) return {};  // an instruction may have a name like it
+    const std::string_view declaration = bytes.substr(0, bytes.find("?>"));
+    std::size_t at = declaration.find("encoding");
+    if (at == std::string_view::npos) return {};
+    at = declaration.find_first_of("\"'", at);
+    if (at == std::string_view::npos) return {};
+    const std::size_t end = declaration.find(declaration[at], at + 1);
+    return end == std::string_view::npos ? std::string_view()
+                                         : declaration.substr(at + 1, end - at - 1);
+}
+
+std::optional<char32_t> character_of(unsigned char byte, FileEncoding encoding) {
+    if (byte < 0x80) return byte;
+    if (encoding == FileEncoding::kAscii) return std::nullopt;
+    if (encoding == FileEncoding::kLatin1 || byte >= 0xA0) return byte;
+    const char32_t code = kWindows1252[byte - 0x80U];
+    return code == 0 ? std::nullopt : std::optional(code);
+}
 
 std::optional<FileEncoding> encoding_by_name(std::string_view name) {
     static constexpr std::array<std::pair<std::string_view, FileEncoding>, 17> kNames{{
@@ -126,10 +142,14 @@ std::optional<FileEncoding> encoding_by_name(std::string_view name) {
         {"UTF-16", FileEncoding::kUtf16Big},
     }};
     const auto found = std::find_if(kNames.begin(), kNames.end(), [&](const auto& row) {
-        return same_ignoring_case(row.first, name);
+        return equal_no_case(row.first, name);
     });
     if (found == kNames.end()) return std::nullopt;
     return found->second;
+}
+
+bool is_declared_as(FileEncoding encoding, std::string_view name) {
+    return is_wide(encoding) ? equal_no_case(name, "UTF-16") : encoding_by_name(name) == encoding;
 }
 
 std::optional<FileEncoding> encoding_of(std::string_view bytes, FileEncoding undeclared) {
@@ -139,7 +159,7 @@ std::optional<FileEncoding> encoding_of(std::string_view bytes, FileEncoding und
         return FileEncoding::kUtf16Little;
     }
     if (bytes.substr(0, 3) == "\xEF\xBB\xBF") return FileEncoding::kUtf8;
-    const std::string_view name = declared_name(bytes);
+    const std::string_view name = declared_encoding(bytes);
     return name.empty() ? undeclared : encoding_by_name(name);
 }
 
@@ -162,17 +182,29 @@ bool is_utf8(std::string_view bytes) {
     return true;
 }
 
+std::size_t append_decoded(std::string& out, std::string_view bytes, FileEncoding encoding) {
+    const char* at = bytes.data();
+    const char* const end = at + bytes.size();
+    const std::size_t size = out.size();
+    out.resize(size + 3 * bytes.size());
+    char* const begin = out.data() + size;
+    const char* const behind =
+        is_wide(encoding) ? decode_utf16(at, end, encoding == FileEncoding::kUtf16Little, begin)
+                          : decode_bytes(at, end, encoding, begin);
+    out.resize(static_cast<std::size_t>(behind - out.data()));
+    return bytes.size() - static_cast<std::size_t>(end - at);
+}
+
 std::optional<std::string> to_utf8(std::string_view bytes, FileEncoding encoding) {
     if (encoding == FileEncoding::kUtf8) return std::string(bytes);
-    if (encoding == FileEncoding::kUtf16Little || encoding == FileEncoding::kUtf16Big) {
-        return from_utf16(bytes, encoding == FileEncoding::kUtf16Little);
-    }
+    constexpr std::size_t kBlockBytes = std::size_t{1} << 14;
     std::string out;
-    out.reserve(bytes.size() + bytes.size() / 16);
-    for (const char c : bytes) {
-        const char32_t code = character_of(static_cast<unsigned char>(c), encoding);
-        if (code > 0x10FFFF) return std::nullopt;
-        append_utf8(out, code);
+    out.reserve((is_wide(encoding) ? bytes.size() / 2 : bytes.size()) + 3 * kBlockBytes);
+    while (!bytes.empty()) {
+        const std::size_t before = out.size();
+        const std::size_t taken = append_decoded(out, bytes.substr(0, kBlockBytes), encoding);
+        if (taken == 0 || out.find(kNoCharacter, before) != std::string::npos) return std::nullopt;
+        bytes.remove_prefix(taken);
     }
     return out;
 }
@@ -196,7 +228,7 @@ void append_encoded(std::string& out, std::string_view utf8, FileEncoding encodi
     for (std::size_t at = 0; at < utf8.size();) {
         const Utf8Char character = decode_utf8(utf8, at);
         at += std::max<std::size_t>(character.length, 1);
-        if (encoding == FileEncoding::kUtf16Little || encoding == FileEncoding::kUtf16Big) {
+        if (is_wide(encoding)) {
             append_utf16(out, character.code, encoding == FileEncoding::kUtf16Little);
         } else {
             out += static_cast<char>(byte_of(character.code, encoding));

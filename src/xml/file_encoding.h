@@ -1,4 +1,4 @@
-// The encodings in which XML files are read, for writing a file back in its own.
+// The encodings of XML files, for reading them and for writing a file back in its own.
 #pragma once
 
 #include <cstddef>
@@ -20,8 +20,23 @@ bool has_encoding_mark(std::string_view bytes);
 // Is it well-formed UTF-8?
 bool is_utf8(std::string_view bytes);
 
+// The name that an XML declaration at the start gives, "" when there is none.
+std::string_view declared_encoding(std::string_view bytes);
+
+// Does a declaration of this name leave a file in the encoding?
+bool is_declared_as(FileEncoding encoding, std::string_view name);
+
 // The encoding of that name, in any case.
 std::optional<FileEncoding> encoding_by_name(std::string_view name);
+
+// The character of a byte; nothing for one without. The encoding must be of single bytes.
+std::optional<char32_t> character_of(unsigned char byte, FileEncoding encoding);
+
+// What stands for bytes that are no character of an encoding; nowhere in UTF-8.
+inline constexpr char kNoCharacter = '\xFF';
+// Appends bytes of an encoding other than UTF-8 as UTF-8, and yields how many were taken: a character
+// may not be complete at their end.
+std::size_t append_decoded(std::string& out, std::string_view bytes, FileEncoding encoding);
 
 // The bytes as UTF-8, a byte order mark included; nothing when they are none of the encoding.
 std::optional<std::string> to_utf8(std::string_view bytes, FileEncoding encoding);
