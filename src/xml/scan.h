@@ -27,12 +27,13 @@ inline bool is_blank(char c) {
 
 // Kinds of bytes, as bits.
 enum ByteKind : std::uint8_t {
-    kTextStop = 1,     // ends a run of plain text
-    kValueStop = 2,    // ends one of an attribute value, whatever its quotes
-    kNameStop = 4,     // cannot stand in a name, or is not ASCII
-    kCommentStop = 8,  // ends one of a comment ("-"), an instruction ("?") or a section ("]")
-    kNamePart = 16,    // stands in names, as far as it is ASCII
-    kNameStart = 32,   // starts one
+    kTextStop = 1,   // ends a run of plain text
+    kValueStop = 2,  // ends one of an attribute value, whatever its quotes
+    kNameStop = 4,   // cannot stand in a name, or is not ASCII
+    kOdd = 8,  // is no plain character anywhere: a control character other than TAB and LF, or
+               // not ASCII
+    kNamePart = 16,   // stands in names, as far as it is ASCII
+    kNameStart = 32,  // starts one
 };
 
 constexpr std::array<std::uint8_t, 256> make_byte_kinds() {
@@ -46,9 +47,7 @@ constexpr std::array<std::uint8_t, 256> make_byte_kinds() {
             kinds[c] |= kValueStop;
         }
         if (c <= 0x20 || high || c == '/' || c == '=' || c == '>') kinds[c] |= kNameStop;
-        if ((control && !line && c != '\r') || high || c == '-' || c == '?' || c == ']') {
-            kinds[c] |= kCommentStop;
-        }
+        if ((control && !line) || high) kinds[c] |= kOdd;
         const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
         const bool starts = letter || c == '_' || c == ':';
         if (starts) kinds[c] |= kNameStart;
@@ -68,32 +67,49 @@ Char* find_kind(Char* bytes, ByteKind kind) {
     return bytes;
 }
 
-// The first of two characters, "]", a control character other than TAB and LF, or a byte that is not
-// ASCII. The kind says the same; it may leave out CR.
-template <char kFirst, char kSecond, ByteKind kKind>
-char* find_line_stop(char* bytes) {
 #if UXTREE_SSE2_SEARCH
+// Which of 16 bytes are control characters other than TAB and LF, or not ASCII.
+inline __m128i odd_bytes(__m128i block) {
     const __m128i firstPlain = _mm_set1_epi8(0x20);
+    const __m128i lines = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\n')),
+                                       _mm_cmpeq_epi8(block, _mm_set1_epi8('\t')));
+    return _mm_andnot_si128(lines, _mm_cmplt_epi8(block, firstPlain));
+}
+#endif
+
+// The first byte that ends a run of plain text: markup, a reference, "]" or an odd byte.
+inline char* find_text_stop(char* bytes) {
+#if UXTREE_SSE2_SEARCH
     for (;; bytes += 16) {
         const __m128i block = load_16(bytes);
-        const __m128i lines = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\n')),
-                                           _mm_cmpeq_epi8(block, _mm_set1_epi8('\t')));
-        const __m128i odd = _mm_andnot_si128(lines, _mm_cmplt_epi8(block, firstPlain));
-        const __m128i chosen = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8(kFirst)),
-                                            _mm_cmpeq_epi8(block, _mm_set1_epi8(kSecond)));
+        const __m128i markup = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('<')),
+                                            _mm_cmpeq_epi8(block, _mm_set1_epi8('&')));
         const __m128i bracket = _mm_cmpeq_epi8(block, _mm_set1_epi8(']'));
-        const int stops = _mm_movemask_epi8(_mm_or_si128(_mm_or_si128(odd, chosen), bracket));
+        const __m128i stop = _mm_or_si128(_mm_or_si128(odd_bytes(block), markup), bracket);
+        const int stops = _mm_movemask_epi8(stop);
         if (stops != 0) return bytes + __builtin_ctz(static_cast<unsigned>(stops));
     }
 #else
-    return find_kind(bytes, kKind);
+    return find_kind(bytes, kTextStop);
 #endif
 }
 
-// The first byte that ends a run of plain text: markup, a reference, "]", a control character other
-// than TAB and LF, a byte that is not ASCII.
-inline char* find_text_stop(char* bytes) {
-    return find_line_stop<'<', '&', kTextStop>(bytes);
+// The first place where the two characters follow each other, or of an odd byte.
+template <char kFirst, char kSecond>
+char* find_pair(char* bytes) {
+#if UXTREE_SSE2_SEARCH
+    for (;; bytes += 16) {
+        const __m128i block = load_16(bytes);
+        const __m128i pairs =
+            _mm_and_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8(kFirst)),
+                          _mm_cmpeq_epi8(load_16(bytes + 1), _mm_set1_epi8(kSecond)));
+        const int stops = _mm_movemask_epi8(_mm_or_si128(odd_bytes(block), pairs));
+        if (stops != 0) return bytes + __builtin_ctz(static_cast<unsigned>(stops));
+    }
+#else
+    while (!is_kind(*bytes, kOdd) && (bytes[0] != kFirst || bytes[1] != kSecond)) ++bytes;
+    return bytes;
+#endif
 }
 
 // The first byte that ends a run of plain characters in a value with such quotes. The other quote
@@ -115,12 +131,6 @@ char* find_value_stop(char* bytes) {
 #else
     return find_kind(bytes, kValueStop);
 #endif
-}
-
-// The first byte that a comment, an instruction or a section has to be looked at for; it may be one
-// that only another of them needs.
-inline char* find_comment_stop(char* bytes) {
-    return find_line_stop<'-', '?', kCommentStop>(bytes);
 }
 
 // The place of the first byte that ends an ASCII name, 16 when it is none of the first 16.
@@ -194,7 +204,7 @@ inline std::size_t high_character(const char* bytes) {
 // The end of a run of well-formed characters that are not ASCII. Single ASCII characters between
 // them belong to it, but no byte of any kind above.
 inline char* skip_high(char* bytes) {
-    constexpr auto kAnyStop = static_cast<ByteKind>(kTextStop | kValueStop | kCommentStop);
+    constexpr auto kAnyStop = static_cast<ByteKind>(kTextStop | kValueStop);
     for (;;) {
 #if UXTREE_SSE2_SEARCH
         // Letters of many languages take two bytes; up to eight of them are looked at in one step.

@@ -114,7 +114,7 @@ private:
             } else if (at[1] != '!') {
                 return at;
             } else if (starts_with(at, "<!--")) {
-                at = skip_to_end(at + 4, '-');
+                at = comment(at);
             } else {
                 foundDoctype_ = starts_with(at, "<!DOCTYPE");
                 return nullptr;
@@ -135,7 +135,7 @@ private:
             if (at[1] == '?') {
                 at = instruction(at);
             } else if (starts_with(at, "<!--")) {
-                at = skip_to_end(at + 4, '-');
+                at = comment(at);
             } else {
                 return false;
             }
@@ -209,24 +209,32 @@ private:
                               (target[1] | 0x20) == 'm' && (target[2] | 0x20) == 'l';
         if (reserved) return nullptr;
         if (at[0] == '?') return at[1] == '>' ? at + 2 : nullptr;
-        return is_blank(*at) ? skip_to_end(at, '?') : nullptr;
+        if (!is_blank(*at)) return nullptr;
+        at = skip_to<'?', '>'>(at);
+        return at == nullptr ? nullptr : at + 2;
     }
 
-    // Behind the start of a comment or an instruction, whose end begins with the mark. Yields what
-    // follows it. Nothing of it has to stay in the window.
-    char* skip_to_end(char* at, char mark) {
+    // At "<!--". Yields what follows the comment.
+    char* comment(char* at) {
+        at = skip_to<'-', '-'>(at + 4);
+        return at != nullptr && at[2] == '>' ? at + 3 : nullptr;
+    }
+    // Yields where the two characters stand next, with what follows them in the window. Nothing of
+    // what is skipped has to stay there.
+    template <char kFirst, char kSecond>
+    char* skip_to(char* at) {
+        char* begin = at;
         for (;;) {
-            at = find_comment_stop(at);
+            at = find_pair<kFirst, kSecond>(at);
             if (window_.end() - at < 4) {
+                if (at == window_.end() && at != begin && at[-1] == kFirst) --at;
                 const auto rest = window_.end() - at;
                 refill(at);
+                begin = at;
                 if (window_.end() - at == rest && rest < 2) return nullptr;
             }
-            if (*at == mark) {
-                if (mark == '?' && at[1] == '>') return at + 2;
-                if (mark == '-' && at[1] == '-') return at[2] == '>' ? at + 3 : nullptr;
-                ++at;
-            } else if (static_cast<signed char>(*at) < 0) {
+            if (at[0] == kFirst && at[1] == kSecond) return at;
+            if (static_cast<signed char>(*at) < 0) {
                 char* const behind = skip_high(at);
                 if (behind == at) return nullptr;
                 at = behind;
@@ -590,7 +598,7 @@ private:
     // At "<!" in content.
     char* comment_or_section(char* at) {
         look_ahead(at);
-        if (starts_with(at, "<!--")) return skip_to_end(at + 4, '-');
+        if (starts_with(at, "<!--")) return comment(at);
         if (!starts_with(at, "<![CDATA[")) return nullptr;
         sink_.keep();
         return section(at + 9);
@@ -598,16 +606,14 @@ private:
     char* section(char* at) {
         char* piece = at;
         for (;;) {
-            at = find_text_stop(at);
+            at = find_pair<']', ']'>(at);
             const auto byte = static_cast<unsigned char>(*at);
             if (byte == ']') {
                 if (window_.end() - at < 3 && text_goes_on(piece, at)) continue;
-                if (at[1] == ']' && at[2] == '>') {
+                if (at[2] == '>') {
                     if (at != piece) sink_.text(piece, at);
                     return at + 3;
                 }
-                ++at;
-            } else if (byte == '<' || byte == '&') {
                 ++at;
             } else if (byte >= 0x80) {
                 char* const behind = skip_high(at);
@@ -617,8 +623,10 @@ private:
             } else if (byte == '\r') {
                 if (at + 1 == window_.end() && !text_goes_on(piece, at)) return nullptr;
                 at = line_end(piece, at);
-            } else if (at != window_.end() || !text_goes_on(piece, at)) {
-                return nullptr;
+            } else {
+                if (at != window_.end()) return nullptr;
+                if (at != piece && at[-1] == ']') --at;
+                if (!text_goes_on(piece, at)) return nullptr;
             }
         }
     }
