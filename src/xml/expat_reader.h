@@ -12,10 +12,10 @@
 
 #include <expat.h>
 
-#include "base/ascii.h"
 #include "base/xml_names.h"
 #include "xml/encodings.h"
 #include "xml/expat_support.h"
+#include "xml/file_encoding.h"
 #include "xml/known_names.h"
 #include "xml/read_error.h"
 #include "xml/start_tag.h"
@@ -29,13 +29,14 @@ enum class ExpatResult { kDone, kRefused, kStopped, kInvalidUndeclared };
 template <class Sink>
 class ExpatReader {
 public:
-    // encoding is what the input is read in, whatever it declares; null leaves that to it.
-    ExpatReader(const ByteSource& source, Sink& sink, const char* encoding)
+    // settled is what the input is read in, whatever it declares; null leaves that to it. encoding is
+    // what comes of either, if the parser reads the input at all.
+    ExpatReader(const ByteSource& source, Sink& sink, const char* settled, FileEncoding encoding)
         : sink_(sink),
-          parser_(XML_ParserCreate(encoding)),
+          parser_(XML_ParserCreate(settled)),
           feeder_(parser_.get(), source),
-          encoding_(encoding == nullptr || std::strcmp(encoding, "UTF-8") == 0 ? "" : encoding),
-          encodingIsGiven_(encoding != nullptr) {
+          encoding_(encoding),
+          encodingIsGiven_(settled != nullptr) {
         if (parser_ == nullptr) throw std::bad_alloc();
         XML_Parser parser = parser_.get();
         XML_SetUserData(parser, this);
@@ -143,8 +144,7 @@ private:
     }
     static void XMLCALL xml_declaration(void* data, const XML_Char* /*version*/,
                                         const XML_Char* encoding, int /*standalone*/) {
-        if (encoding == nullptr) return;
-        self(data).guarded([&] { self(data).declare_encoding(encoding); });
+        if (encoding != nullptr) self(data).declaresEncoding_ = true;
     }
     static void XMLCALL start_doctype(void* data, const XML_Char* /*name*/,
                                       const XML_Char* /*sysid*/, const XML_Char* /*pubid*/,
@@ -177,13 +177,6 @@ private:
         return fill_encoding(name, *info) ? XML_STATUS_OK : XML_STATUS_ERROR;
     }
 
-    void declare_encoding(const char* name) {
-        declaresEncoding_ = true;
-        if (encodingIsGiven_) return;
-        encoding_ = name;
-        std::transform(encoding_.begin(), encoding_.end(), encoding_.begin(), to_upper);
-        if (encoding_ == "UTF-8") encoding_.clear();
-    }
     void refuse_entity(std::string_view name) {
         refuse("reference to the entity \"" + std::string(name) +
                "\": only the predefined ones and those that the document itself declares are read");
@@ -288,13 +281,19 @@ private:
     // What the parser tells of, as it stands in the input: for the text of an entity, the reference
     // to the outermost one.
     std::string markup() const {
+        if (encoding_ == FileEncoding::kUtf8) return std::string(raw_markup());
+        std::string text;
+        append_decoded(text, raw_markup(), encoding_);
+        return text;
+    }
+    std::string_view raw_markup() const {
         const int count = XML_GetCurrentByteCount(parser_.get());
-        const std::string_view there = context();
-        return as_utf8(there.substr(0, static_cast<std::size_t>(std::max(count, 0))), encoding_);
+        return context().substr(0, static_cast<std::size_t>(std::max(count, 0)));
     }
     // In attribute values the parser drops references to entities that an external DTD might
     // declare, and says nothing.
     bool references_are_known() {
+        if (raw_markup().find('&') == std::string_view::npos) return true;
         const auto unknown = entities_.first_unknown(markup());
         if (unknown.has_value()) refuse_entity(*unknown);
         return !unknown.has_value();
@@ -310,7 +309,7 @@ private:
     std::vector<char> values_;          // of a tag, one behind the other
     const char* valueBytes_ = nullptr;  // those of the tag at hand
     std::uint64_t expanded_ = 0;
-    std::string encoding_;  // "" is UTF-8
+    FileEncoding encoding_;
     bool encodingIsGiven_;
     bool declaresEncoding_ = false;
     bool hasDoctype_ = false;

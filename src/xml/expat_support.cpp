@@ -125,16 +125,6 @@ std::optional<std::string> DeclaredEntities::first_unknown(std::string_view text
     return std::nullopt;
 }
 
-std::string as_utf8(std::string_view bytes, const std::string& encoding) {
-    auto known = encoding_by_name(encoding).value_or(FileEncoding::kUtf8);
-    if (known == FileEncoding::kUtf8) return std::string(bytes);
-    const bool startsWithLow = !bytes.empty() && bytes[0] != '\0';
-    if (known == FileEncoding::kUtf16Big && startsWithLow) known = FileEncoding::kUtf16Little;
-    std::string text;
-    append_decoded(text, bytes, known);
-    return text;
-}
-
 std::optional<Doctype> read_doctype(const ByteSource& source) {
     const ParserHandle parser(XML_ParserCreate("UTF-8"));
     if (parser == nullptr) throw std::bad_alloc();

@@ -67,10 +67,6 @@ private:
     std::map<std::string, std::string, std::less<>> texts_;
 };
 
-// Markup of an input as UTF-8, from the encoding that the parser told of; "" is UTF-8. It is not
-// known which of two bytes UTF-16 begins with; markup begins with an ASCII character.
-std::string as_utf8(std::string_view bytes, const std::string& encoding);
-
 struct Doctype {
     std::uint64_t end = 0;  // the place behind it, in bytes
     TypedAttributes typed;

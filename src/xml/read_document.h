@@ -40,12 +40,14 @@ public:
     bool run(ReadError& error) {
         if (reads_strictly(source_, FileEncoding::kUtf8)) return true;
         const std::string start = first_bytes();
-        if (reads_decoded(encoding_of(start, FileEncoding::kUtf8))) return true;
-        ExpatResult result = read_with_expat(settled_encoding(start), error);
+        const auto encoding = encoding_of(start, FileEncoding::kUtf8);
+        if (reads_decoded(encoding)) return true;
+        ExpatResult result = read_with_expat(settled_encoding(start), encoding, error);
         if (result == ExpatResult::kInvalidUndeclared && options_.codePage != nullptr) {
             sink_.restart();
-            if (reads_decoded(encoding_by_name(options_.codePage))) return true;
-            result = read_with_expat(options_.codePage, error);
+            const auto codePage = encoding_by_name(options_.codePage);
+            if (reads_decoded(codePage)) return true;
+            result = read_with_expat(options_.codePage, codePage, error);
         }
         return result == ExpatResult::kDone;
     }
@@ -54,13 +56,7 @@ private:
     // False when the strict reader gave up.
     bool reads_strictly(const ByteSource& source, FileEncoding encoding) {
         if (options_.expatAlone) return false;
-        ReadResult result = ReadResult::kGaveUp;
-        {
-            Window window(source, options_.window);
-            result = StrictReader<Sink>(window, sink_, encoding).run();
-        }
-        if (result == ReadResult::kDoctype) result = read_behind_doctype(source);
-        if (result == ReadResult::kDone) return true;
+        if (read_from_start(source, encoding) == ReadResult::kDone) return true;
         sink_.restart();
         return false;
     }
@@ -69,6 +65,12 @@ private:
         source_.seek(0);
         DecodedSource decoded(source_, *encoding);
         return reads_strictly(decoded.source(), *encoding);
+    }
+    ReadResult read_from_start(const ByteSource& source, FileEncoding encoding) {
+        Window window(source, options_.window);
+        StrictReader<Sink> reader(window, sink_, encoding);
+        const ReadResult result = reader.run();
+        return result == ReadResult::kDoctype ? read_behind_doctype(source) : result;
     }
     // The parser reads what a DTD declares; the content follows only few rules of it.
     ReadResult read_behind_doctype(const ByteSource& source) {
@@ -80,9 +82,12 @@ private:
         return reader.run_behind_doctype(std::move(doctype->typed));
     }
 
-    ExpatResult read_with_expat(const char* encoding, ReadError& error) {
+    // settled is what the parser is told.
+    ExpatResult read_with_expat(const char* settled, std::optional<FileEncoding> encoding,
+                                ReadError& error) {
         source_.seek(0);
-        return ExpatReader<Sink>(source_, sink_, encoding).run(error);
+        const FileEncoding known = encoding.value_or(FileEncoding::kUtf8);
+        return ExpatReader<Sink>(source_, sink_, settled, known).run(error);
     }
     std::string first_bytes() const {
         std::string start(512, '\0');

@@ -265,6 +265,13 @@ TEST(load, CommentsOfDocumentsWithADoctypeAreNoReferences) {
               "<r>t</r>");
 }
 
+TEST(load, FindsReferencesInUtf16WithoutAByteOrderMark) {
+    const std::u16string xml = u"<!DOCTYPE r [<!ENTITY e 'x'>]><r a='&amp;&e;'>&e;</r>";
+    for (const bool bigEndian : {false, true}) {
+        EXPECT_EQ(parsed(utf16(xml, bigEndian).substr(2)), "<r a=\"&amp;x\">x</r>");
+    }
+}
+
 TEST(load, EntitiesThatExpandToMuchMoreThanTheDocumentAreRefused) {
     const auto repeated = [](std::size_t length, int times) {
         std::string xml = "<!DOCTYPE r [<!ENTITY e '" + std::string(length, 'x') + "'>]><r>";

@@ -46,7 +46,7 @@ TEST(append_decoded, ReadsWhatAppendEncodedWrites) {
         std::string bytes;
         ux::xml::append_encoded(bytes, text, encoding);
         EXPECT_EQ(ux::xml::to_utf8(bytes, encoding), text);
-        for (const std::size_t step : {1, 2, 3, 7, 100}) {
+        for (const std::size_t step : {1U, 2U, 3U, 7U, 100U}) {
             EXPECT_EQ(decoded(bytes, encoding, step), text) << step;
             EXPECT_EQ(decoded(bytes, encoding, step, 9), text.substr(9)) << step;
         }
