@@ -120,6 +120,8 @@ B2    He said "hi"  10
                {"file": "stdin", "values": {"x": ["4"]}}]),
     case("RepeatedColumnsAreNumbered", ["query", "-t", "-f", "csv", "/r/a", "-"],
          stdin="<r><a><x>1</x></a><a><x>2</x><x>3</x></a></r>", out="x[1],x[2]\n1,\n2,3\n"),
+    case("SaysThatANameIsTooLong", ["query", "//" + "a" * 300, "b" * 300], code=3,
+         err=["b: File name too long\n"]),
     case("PrintsTheColumns", ["query", "--schema", "-f", "csv", "/r/a", "-"],
          stdin="<r><a i='1'><x>1</x></a><a><x>2</x><x>3</x><g><h/></g></a></r>",
          out="column,rows,most\n@i,1,1\nx,2,2\ng/h,1,1\n"),

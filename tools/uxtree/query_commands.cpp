@@ -276,7 +276,9 @@ bool has_old_steps(const std::string& path) {
 // Other tools take the file first.
 void check_order(const QueryOptions& options) {
     const std::string& file = options.files.front();
-    if (file == "-" || std::filesystem::exists(file) || !std::filesystem::exists(options.path)) {
+    std::error_code unknown;  // such as of a name that is too long for a file
+    if (file == "-" || std::filesystem::exists(file, unknown) ||
+        !std::filesystem::exists(options.path, unknown)) {
         return;
     }
     throw Failure(kUsage, "uxtree query", "the path comes first: '" + options.path + "' is a file",

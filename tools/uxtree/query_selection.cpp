@@ -1,6 +1,5 @@
 // uxtree query with a selection: texts, elements, or a table.
 #include <algorithm>
-#include <filesystem>
 #include <optional>
 
 #include "uxtree/host/embedded.h"
@@ -39,7 +38,7 @@ public:
     // For any thread. What only a tree that is loaded for editing tells makes the file be read again,
     // so that all others cost no more memory than their trees.
     Answer read(const std::string& file) const {
-        if (!options_.xml && std::filesystem::is_regular_file(file)) {
+        if (!options_.xml && is_regular_file(file)) {
             try {
                 return answer(open_tree(file), file);
             } catch (const MixedText&) {

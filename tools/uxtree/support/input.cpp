@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
+#include <filesystem>
 #include <mutex>
 #include <thread>
 
@@ -80,19 +81,25 @@ std::string read_open_file(const Descriptor& descriptor, const std::string& file
 template <typename LoadText, typename LoadFile>
 UXXmlWrapperBase open_as(const std::string& file, const std::string& name, LoadText&& loadText,
                          LoadFile&& loadFile) {
-    const Descriptor descriptor = open_for_reading(file);
     const Progress progress("reading " + name);
     UXXmlWrapperBase root;
-    if (file == "-" || !is_regular(descriptor)) {
-        const std::string content = read_open_file(descriptor, file);
-        if (loadText(root, content) == 0) throw_load_failure(name, content);
-    } else if (loadFile(root, file.c_str()) == 0) {
-        throw_load_failure(name, descriptor, file);
+    if (is_regular_file(file)) {
+        if (loadFile(root, file.c_str()) == 0) {
+            throw_load_failure(name, open_for_reading(file), file);
+        }
+        return root;
     }
+    const std::string content = read_open_file(open_for_reading(file), file);
+    if (loadText(root, content) == 0) throw_load_failure(name, content);
     return root;
 }
 
 }  // namespace
+
+bool is_regular_file(const std::string& file) {
+    std::error_code unknown;
+    return std::filesystem::is_regular_file(file, unknown);
+}
 
 std::string input_name(const std::string& file) {
     return file == "-" ? "stdin" : file;

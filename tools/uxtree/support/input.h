@@ -20,6 +20,9 @@ namespace uxtool {
 // The name of an input in messages and results: "stdin" for "-".
 std::string input_name(const std::string& file);
 
+// No pipe, device or folder; false as well when that cannot be told. "-" may be one, too.
+bool is_regular_file(const std::string& file);
+
 // Loads an XML file strictly and yields its root; "-" is standard input, and pipes work too. Throws
 // Failure with kUnreadable, located as file:line:column where the XML is broken.
 UXXmlWrapperBase open_tree(const std::string& file);

@@ -229,8 +229,9 @@ int set_values(const UXXmlWrapperBase& root, ValueList& list, const std::string&
     return written;
 }
 
-ValueList read_saved_values(const std::string& file) {
-    UXXmlWrapperBase document = open_tree(file);
+namespace {
+
+ValueList values_of_document(UXXmlWrapperBase document, const std::string& file) {
     if (tag_of(document) != "Settings") {
         throw Failure(kRefused, input_name(file),
                       "not a theme: its root is <" + visible(tag_of(document)) + ">",
@@ -243,14 +244,23 @@ ValueList read_saved_values(const std::string& file) {
     return list;
 }
 
+}  // namespace
+
+ValueList read_saved_values(const std::string& file) {
+    return values_of_document(open_tree(file), file);
+}
+
 ValueList read_values(const std::string& file) {
-    const NamedInput input(file);
-    const std::string text = read_all(input.path());
+    const std::string text = read_all(file);
     const std::size_t first = text.find_first_not_of("\xEF\xBB\xBF \t\r\n");
     if (first == std::string::npos) throw not_values(file, "empty");
     if (text[first] == '[') return values_of_json(file, text.substr(first));
     if (text.substr(first).starts_with("id")) return values_of_csv(file, text.substr(first));
-    return read_saved_values(input.path());
+    UXXmlWrapperBase document;
+    if (document.LoadFromMemory(text.data(), text.size()) == 0) {
+        throw_refused_text(input_name(file), text);
+    }
+    return values_of_document(document, file);
 }
 
 UXXmlWrapperBase saved_values(ValueList& list, const char* comment) {
