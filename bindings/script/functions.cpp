@@ -65,15 +65,6 @@ void read_file(as::asIScriptGeneric* call) {
     });
 }
 
-void write_file(as::asIScriptGeneric* call) {
-    guarded([&] {
-        const auto& name = argument<std::string>(call, 0);
-        std::ofstream file(name, std::ios::binary | std::ios::trunc);
-        file << argument<std::string>(call, 1) << std::flush;
-        if (!file) throw ScriptError{name + ": " + std::strerror(errno)};
-    });
-}
-
 }  // namespace
 
 void register_printing(Registrar& add, std::function<void(std::string_view)>& out) {
@@ -91,8 +82,6 @@ void register_files(Registrar& add) {
     add.function("array<string>@ files(const string &in pattern)", files);
     // The whole text of a file.
     add.function("string read_file(const string &in name)", read_file);
-    // Writes a text into a file.
-    add.function("void write_file(const string &in name, const string &in text)", write_file);
 }
 
 }  // namespace uxscript

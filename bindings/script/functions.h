@@ -10,7 +10,7 @@ namespace uxscript {
 
 // print and str; where prints go to must outlive the engine.
 void register_printing(Registrar& add, std::function<void(std::string_view)>& print);
-// files, read_file, write_file.
+// files, read_file.
 void register_files(Registrar& add);
 
 }  // namespace uxscript

@@ -1,8 +1,11 @@
-// script/kit: what a Tree can do besides where the embedded host keeps it.
+// script/kit: what a Tree can do besides where the embedded host keeps it, and files that are replaced
+// as it replaces its own.
 #include <cstring>
+#include <system_error>
 #include <vector>
 
 #include "uxtree/host/embedded.h"
+#include "uxtree/host/embedded_files.h"
 #include "uxtree/kit/select.h"
 #include "uxtree/kit/version.h"
 #include "uxtree/script.h"
@@ -111,6 +114,16 @@ void save_indented(as::asIScriptGeneric* call) {
     });
 }
 
+void write_file(as::asIScriptGeneric* call) {
+    guarded([&] {
+        UXFileOutput file(file_name(call));
+        if (!file.Write(argument<std::string>(call, 1)) || !file.Commit()) {
+            throw ScriptError{argument<std::string>(call, 0) + ": " +
+                              std::generic_category().message(file.Error())};
+        }
+    });
+}
+
 }  // namespace
 }  // namespace uxscript
 
@@ -131,6 +144,8 @@ int UXRegisterScriptKit(AngelScript::asIScriptEngine* engine) {
     add.method("Tree", "void save_with_layout(const string &in file) const", save_with_layout);
     // Writes it in lines of their own, indented; comments are left out.
     add.method("Tree", "void save_indented(const string &in file) const", save_indented);
+    // Writes a text into a file, which is replaced as a whole or stays as it was.
+    add.function("void write_file(const string &in name, const string &in text)", write_file);
     // Was it loaded for editing?
     add.method("Tree", "bool get_keeps_layout() const property", keeps_layout);
     return add.result();

@@ -44,7 +44,7 @@ class asIScriptModule;
 // 0, or below 0 when something is refused: the engine's message callback is told what.
 UXSCRIPT_API int UXRegisterScript(AngelScript::asIScriptEngine* engine);
 // Adds to an engine with the above what needs the embedded host: Tree.select and what belongs to it,
-// loading for editing and saving with the layout. The same results.
+// loading for editing and saving with the layout, write_file. The same results.
 UXSCRIPT_API int UXRegisterScriptKit(AngelScript::asIScriptEngine* engine);
 
 // A Tree of scripts that refers to a node, with one reference that belongs to the caller; null when
@@ -74,7 +74,7 @@ enum class UXScriptOutcome {
 
 // What scripts of an engine may do besides.
 struct UXScriptOptions {
-    bool files = true;  // read, write and list files by functions of their own, beside Tree.load
+    bool files = true;  // read and list files by functions of their own, beside Tree.load
     std::function<void(std::string_view)> print;  // empty: to standard output
     // Adds functions of the caller; may be empty. A result below 0 is a refusal.
     std::function<int(AngelScript::asIScriptEngine*)> extend;

@@ -1,4 +1,5 @@
 // Scripts: what they can call, how variables come back, what is said of faults, what ends them.
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <set>
@@ -236,6 +237,41 @@ TEST(ScriptLimits, EndAnArrayThatWouldNotFit) {
     EXPECT_THAT(script.body("array<array<double>> a(4000000000); print(a.length());"),
                 HasSubstr("error: "));
     EXPECT_NE(script.outcome(), UXScriptOutcome::kDone);
+}
+
+// --- files
+
+TEST(ScriptFiles, AreReadAndListed) {
+    TemporaryFolder folder;
+    folder.write("b.txt", "two");
+    const std::string path = folder.write("a.txt", "one\n");
+    EXPECT_EQ(Script().body("print(read_file(\"" + path + "\").length(), files(\"" +
+                            folder.path("*.txt") + "\").length(), files(\"" + folder.path("*.no") +
+                            "\"));"),
+              "4 2 []\n");
+    EXPECT_THAT(Script().body("read_file(\"" + folder.path("no.txt") + "\");"),
+                HasSubstr("no.txt: No such file or directory"));
+    EXPECT_THAT(Script().body("read_file(\"" + folder.path("") + "\");"),
+                HasSubstr("Is a directory"));
+}
+
+TEST(ScriptFiles, AreReplacedAsAWhole) {
+    TemporaryFolder folder;
+    const std::string path = folder.write("a.txt", "old");
+    const std::string link = folder.path("link.txt");
+    std::filesystem::permissions(path, std::filesystem::perms(0640));
+    std::filesystem::create_symlink("a.txt", link);
+    EXPECT_EQ(Script().body("write_file(\"" + link + "\", \"new\\n\");"), "");
+    EXPECT_EQ(read_file(path), "new\n");
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0640));
+    EXPECT_THAT(Script().body("write_file(\"" + folder.path("no/a.txt") + "\", \"\");"),
+                HasSubstr("no/a.txt: No such file or directory"));
+    EXPECT_THAT(Script().body("write_file(\"" + folder.path("") + "\", \"\");"),
+                HasSubstr(": Is a directory"));
+    EXPECT_THAT(Script().body("write_file(\"a\\0b\", \"\");"), HasSubstr("a character 0"));
+    const std::filesystem::directory_iterator left(folder.path(""));
+    EXPECT_EQ(std::distance(begin(left), end(left)), 2);
 }
 
 // --- engines

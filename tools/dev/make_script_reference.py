@@ -79,12 +79,14 @@ def types(source):
     lines = ["## Tree", "", "`Tree t;` refers to nothing, `Tree t(\"tag\")` to the root of a new tree.", ""]
     lines += listed([(comment, text) for comment, _, text in read["tree"]])
     lines += ["With the embedded host:", ""]
-    lines += listed([(comment, text) for comment, _, text in read["kit"]])
+    lines += listed([(comment, text) for comment, type, text in read["kit"] if type])
     lines += ["## text", "", "A string that may be missing; a string becomes one by itself.", ""]
     lines += listed([(c, text) for c, type, text in read["register"] if type == "text" and c])
     lines += ["## Printing and files", "", "```cpp", "void print(value, ...)", "```", "",
               "Prints up to eight values of any type with a blank between them.", ""]
     lines += listed([(c, text) for c, _, text in read["functions"] if c])
+    lines += ["With the embedded host:", ""]
+    lines += listed([(comment, text) for comment, type, text in read["kit"] if not type])
     lines += ["## Ranges", "", "```cpp",
               "VCRangeTreeIterator ranges(tree);  // int Get(Tree@ firstSubRange), int IsHierarchical()",
               "VCSubRangeTreeIterator parts(firstSubRange);  // int Get(Tree@ subRange)", "```", "",
