@@ -24,23 +24,43 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr const char* kModule = "script";
 
-// Stops a script that runs too long. The clock is read every few statements.
-struct Deadline {
-    explicit Deadline(const UXScriptLimits& limits) : seconds(limits.seconds) {
-        const std::chrono::duration<double> span(std::min(seconds, 1e9));
-        end = Clock::now() + std::chrono::duration_cast<Clock::duration>(span);
+// The limits of a run, for as long as it lasts. The clock is read every few statements.
+class Limits {
+public:
+    Limits(as::asIScriptContext& context, const UXScriptLimits& limits)
+        : context_(context), seconds_(limits.seconds) {
+        const std::chrono::duration<double> span(std::min(seconds_, 1e9));
+        end_ = Clock::now() + std::chrono::duration_cast<Clock::duration>(span);
+        context.GetEngine()->SetEngineProperty(as::asEP_MAX_CALL_STACK_SIZE,
+                                               static_cast<as::asPWORD>(std::max(limits.depth, 1)));
+        if (seconds_ > 0) {
+            context.SetLineCallback(asFUNCTION(at_statement), this, as::asCALL_CDECL);
+        }
     }
-    static void at_statement(as::asIScriptContext* context, void* deadline) {
-        auto& self = *static_cast<Deadline*>(deadline);
-        if (++self.statements % 64 != 0 || Clock::now() < self.end) return;
-        self.passed = true;
+    Limits(const Limits&) = delete;
+    Limits& operator=(const Limits&) = delete;
+    ~Limits() { context_.ClearLineCallback(); }
+
+    bool passed() const { return passed_; }
+    std::string text() const {
+        char text[64];
+        std::snprintf(text, sizeof text, "error: stopped after %g seconds\n", seconds_);
+        return text;
+    }
+
+private:
+    static void at_statement(as::asIScriptContext* context, void* limits) {
+        auto& self = *static_cast<Limits*>(limits);
+        if (++self.statements_ % 64 != 0 || Clock::now() < self.end_) return;
+        self.passed_ = true;
         context->Abort();  // which no catch of the script stops
     }
 
-    double seconds;
-    Clock::time_point end;
-    unsigned statements = 0;
-    bool passed = false;
+    as::asIScriptContext& context_;
+    double seconds_;
+    Clock::time_point end_;
+    unsigned statements_ = 0;
+    bool passed_ = false;
 };
 
 void translate_exception(as::asIScriptContext* context, void*) {
@@ -71,12 +91,6 @@ public:
 private:
     as::asIScriptContext* context_;
 };
-
-std::string seconds_text(double seconds) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%g", seconds);
-    return text;
-}
 
 // "int x = 5;" in its parts; false when it assigns nothing.
 bool split_declaration(const std::string& line, std::string& declaration, std::string& name,
@@ -113,9 +127,6 @@ struct [[gnu::visibility("hidden")]] UXScriptEngine::State {
 
     std::vector<std::string> all_names() const;
     void add_members(const as::asITypeInfo& type, std::set<std::string>& names) const;
-    void finish_messages() {
-        problem = messages.text(all_names());
-    }
     UXScriptOutcome execute(Context & context, const UXScriptLimits& limits);
     UXScriptOutcome run(as::asIScriptFunction * function, const UXScriptLimits& limits,
                         const std::function<void(as::asIScriptContext&)>& prepare,
@@ -125,6 +136,7 @@ struct [[gnu::visibility("hidden")]] UXScriptEngine::State {
     as::asIScriptModule* dialogue_module();
     UXScriptOutcome run_statement(const std::string& code, const UXScriptLimits& limits);
     bool compile_statement(const std::string& code, as::asIScriptFunction** function);
+    bool declare(const std::string& code, std::string& assignment);
 
     UXScriptOptions options;
     Messages messages;
@@ -134,7 +146,6 @@ struct [[gnu::visibility("hidden")]] UXScriptEngine::State {
     as::asIScriptModule* module = nullptr;
     bool globalsAreSet = true;
     std::function<void(const UXXmlWrapperBase&)> show;
-    bool shown = false;
 };
 
 namespace {
@@ -175,31 +186,31 @@ void UXScriptEngine::State::add_members(const as::asITypeInfo& type,
 
 std::vector<std::string> UXScriptEngine::State::all_names() const {
     std::set<std::string> names;
-    for (as::asUINT i = 0; i < engine->GetGlobalFunctionCount(); ++i) {
-        names.insert(engine->GetGlobalFunctionByIndex(i)->GetName());
-    }
-    for (as::asUINT i = 0; i < engine->GetGlobalPropertyCount(); ++i) {
-        const char* name = nullptr;
+    const auto add = [&](as::asUINT count, auto&& name_of) {
+        for (as::asUINT i = 0; i < count; ++i) names.insert(name_of(i));
+    };
+    const auto type_name = [&](const as::asITypeInfo& type) {
+        add_members(type, names);
+        return type.GetName();
+    };
+    const char* name = nullptr;
+    add(engine->GetGlobalFunctionCount(),
+        [&](auto i) { return engine->GetGlobalFunctionByIndex(i)->GetName(); });
+    add(engine->GetGlobalPropertyCount(), [&](auto i) {
         engine->GetGlobalPropertyByIndex(i, &name);
-        names.insert(name);
-    }
-    for (as::asUINT i = 0; i < engine->GetObjectTypeCount(); ++i) {
-        names.insert(engine->GetObjectTypeByIndex(i)->GetName());
-        add_members(*engine->GetObjectTypeByIndex(i), names);
-    }
+        return name;
+    });
+    add(engine->GetObjectTypeCount(),
+        [&](auto i) { return type_name(*engine->GetObjectTypeByIndex(i)); });
     if (module != nullptr) {
-        for (as::asUINT i = 0; i < module->GetFunctionCount(); ++i) {
-            names.insert(module->GetFunctionByIndex(i)->GetName());
-        }
-        for (as::asUINT i = 0; i < module->GetGlobalVarCount(); ++i) {
-            const char* name = nullptr;
+        add(module->GetFunctionCount(),
+            [&](auto i) { return module->GetFunctionByIndex(i)->GetName(); });
+        add(module->GetGlobalVarCount(), [&](auto i) {
             module->GetGlobalVar(i, &name);
-            names.insert(name);
-        }
-        for (as::asUINT i = 0; i < module->GetObjectTypeCount(); ++i) {
-            names.insert(module->GetObjectTypeByIndex(i)->GetName());
-            add_members(*module->GetObjectTypeByIndex(i), names);
-        }
+            return name;
+        });
+        add(module->GetObjectTypeCount(),
+            [&](auto i) { return type_name(*module->GetObjectTypeByIndex(i)); });
     }
     return {names.begin(), names.end()};
 }
@@ -207,14 +218,8 @@ std::vector<std::string> UXScriptEngine::State::all_names() const {
 // --- running ---------------------------------------------------------------------------------------
 
 UXScriptOutcome UXScriptEngine::State::execute(Context& context, const UXScriptLimits& limits) {
-    Deadline deadline(limits);
-    engine->SetEngineProperty(as::asEP_MAX_CALL_STACK_SIZE,
-                              static_cast<as::asPWORD>(std::max(limits.depth, 1)));
-    if (limits.seconds > 0) {
-        context->SetLineCallback(asFUNCTION(Deadline::at_statement), &deadline, as::asCALL_CDECL);
-    }
+    const Limits kept(*context, limits);
     const int result = context->Execute();
-    context->ClearLineCallback();
     if (result == as::asEXECUTION_FINISHED) return UXScriptOutcome::kDone;
     if (result == as::asEXECUTION_EXCEPTION) {
         std::string why = context->GetExceptionString();
@@ -228,31 +233,22 @@ UXScriptOutcome UXScriptEngine::State::execute(Context& context, const UXScriptL
     const char* section = nullptr;
     int column = 0;
     const int line = context->GetLineNumber(0, &column, &section);
-    problem = place_text(section, line, column) + "error: stopped after " +
-              seconds_text(limits.seconds) + " seconds\n" + calls_text(*context);
+    problem = place_text(section, line, column) + kept.text() + calls_text(*context);
     return UXScriptOutcome::kTimeOut;
 }
 
 UXScriptOutcome UXScriptEngine::State::reset_globals(const UXScriptLimits& limits) {
     if (globalsAreSet) return UXScriptOutcome::kDone;
     // Their values are given by code of the script, for which the limits hold as well.
-    globalsAreSet = true;
     Context context(*engine);
-    Deadline deadline(limits);
     if (!context) return UXScriptOutcome::kNoMemory;
-    if (limits.seconds > 0) {
-        context->SetLineCallback(asFUNCTION(Deadline::at_statement), &deadline, as::asCALL_CDECL);
-    }
-    engine->SetEngineProperty(as::asEP_MAX_CALL_STACK_SIZE,
-                              static_cast<as::asPWORD>(std::max(limits.depth, 1)));
+    const Limits kept(*context, limits);
     messages.clear();
-    const int result = module->ResetGlobalVars(&*context);
-    context->ClearLineCallback();
-    if (result >= 0) return UXScriptOutcome::kDone;
-    globalsAreSet = false;
+    globalsAreSet = module->ResetGlobalVars(&*context) >= 0;
+    if (globalsAreSet) return UXScriptOutcome::kDone;
     problem = messages.text({});
-    if (!deadline.passed) return UXScriptOutcome::kException;
-    problem += "error: stopped after " + seconds_text(limits.seconds) + " seconds\n";
+    if (!kept.passed()) return UXScriptOutcome::kException;
+    problem += kept.text();
     return UXScriptOutcome::kTimeOut;
 }
 
@@ -301,11 +297,27 @@ bool UXScriptEngine::State::compile_statement(const std::string& code,
     return dialogue_module()->CompileFunction("line", whole.c_str(), -1, 0, function) >= 0;
 }
 
+// What is declared stays. The value of a variable is given by the assignment, within the limits.
+bool UXScriptEngine::State::declare(const std::string& code, std::string& assignment) {
+    const auto is_variable = [&](const std::string& declaration) {
+        return module->CompileGlobalVar("line", (declaration + ";").c_str(), 0) >= 0;
+    };
+    engine->SetEngineProperty(as::asEP_INIT_GLOBAL_VARS_AFTER_BUILD, 1);
+    std::string declaration, name, value;
+    const bool parts =
+        split_declaration(code, declaration, name, value) && is_variable(declaration);
+    if (parts) assignment = name + " = " + value + ";";
+    const bool declared = parts || is_variable(code);
+    engine->SetEngineProperty(as::asEP_INIT_GLOBAL_VARS_AFTER_BUILD, 0);
+    return declared ||
+           module->CompileFunction("line", code.c_str(), 0, as::asCOMP_ADD_TO_MODULE, nullptr) >= 0;
+}
+
 UXScriptOutcome UXScriptEngine::State::run_statement(const std::string& code,
                                                      const UXScriptLimits& limits) {
     as::asIScriptFunction* function = nullptr;
     if (!compile_statement(code, &function)) {
-        finish_messages();
+        problem = messages.text(all_names());
         return UXScriptOutcome::kNotCompiled;
     }
     const UXScriptOutcome outcome = run(function, limits, {}, {});
@@ -531,25 +543,10 @@ UXScriptOutcome UXScriptEngine::run_line(const std::string& line, const UXScript
             function->Release();
             return outcome;
         }
-        // A declaration stays. Its value is given by a statement, within the limits.
-        as::asIScriptModule* module = state.dialogue_module();
-        state.engine->SetEngineProperty(as::asEP_INIT_GLOBAL_VARS_AFTER_BUILD, 1);
-        std::string declaration, name, value;
-        const bool assigns = split_declaration(code, declaration, name, value);
-        bool declared = false;
-        if (assigns) {
-            declared = module->CompileGlobalVar("line", (declaration + ";").c_str(), 0) >= 0;
-        }
-        const bool valueIsSet = !declared;
-        if (!declared) declared = module->CompileGlobalVar("line", (code + ";").c_str(), 0) >= 0;
-        state.engine->SetEngineProperty(as::asEP_INIT_GLOBAL_VARS_AFTER_BUILD, 0);
-        if (declared) {
-            if (valueIsSet) return UXScriptOutcome::kDone;
-            return state.run_statement(name + " = " + value + ";", limits);
-        }
-        if (module->CompileFunction("line", code.c_str(), 0, as::asCOMP_ADD_TO_MODULE, nullptr) >=
-            0) {
-            return UXScriptOutcome::kDone;
+        std::string assignment;
+        if (state.declare(code, assignment)) {
+            return assignment.empty() ? UXScriptOutcome::kDone
+                                      : state.run_statement(assignment, limits);
         }
         return state.run_statement(code + ";", limits);
     });
