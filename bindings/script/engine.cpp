@@ -351,7 +351,10 @@ bool set_up(UXScriptEngine::State& state) {
     engine->SetTranslateAppExceptionCallback(asFUNCTION(translate_exception), nullptr,
                                              as::asCALL_CDECL);
     Registrar add(engine);
-    add.keep(UXRegisterScript(engine));
+    if (UXRegisterScript(engine) < 0) {
+        state.problem = state.messages.text({});
+        return false;
+    }
     as::RegisterStdStringUtils(engine);
     as::RegisterScriptDictionary(engine);
     as::RegisterScriptMath(engine);

@@ -7,7 +7,6 @@
 #include "uxtree/host/embedded.h"
 #include "uxtree/host/embedded_files.h"
 #include "uxtree/kit/select.h"
-#include "uxtree/kit/version.h"
 #include "uxtree/script.h"
 
 #include "registrar.h"
@@ -131,8 +130,6 @@ int UXRegisterScriptKit(AngelScript::asIScriptEngine* engine) {
     using namespace uxscript;
     if (engine == nullptr) return as::asINVALID_ARG;
     Registrar add(engine);
-    static std::string version = ux_version();
-    add.property("const string uxtree_version", &version);
     // The elements that a selection reaches, in the order of the document, nothing twice; of an
     // attribute or a text the element that has it.
     add.method("Tree", "array<Tree@>@ select(const string &in path)", select);

@@ -9,6 +9,7 @@
 
 #include "uxtree/analysis/ranges.h"
 #include "uxtree/script.h"
+#include "uxtree/version.h"
 
 #include "call.h"
 #include "registrar.h"
@@ -212,11 +213,18 @@ int UXRegisterScript(AngelScript::asIScriptEngine* engine) {
     if (engine == nullptr) return as::asINVALID_ARG;
     engine->SetEngineProperty(as::asEP_ALLOW_UNSAFE_REFERENCES, 1);
     Registrar add(engine);
+    if (const char* const problem = UXVersionProblem(); *problem != '\0') {
+        engine->WriteMessage("", 0, 0, as::asMSGTYPE_ERROR, problem);
+        return as::asNOT_SUPPORTED;
+    }
     if (!has_strings_and_arrays(add)) {
         engine->WriteMessage("", 0, 0, as::asMSGTYPE_ERROR,
                              "the engine's types string and array are not those of the add-ons");
         return as::asNOT_SUPPORTED;
     }
+    static std::string version = UXVersion();
+    // The version of the library.
+    add.property("const string uxtree_version", &version);
     try {
         register_text(add);
         register_counted<UXXmlWrapperBase>(add, "Tree");

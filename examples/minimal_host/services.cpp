@@ -15,11 +15,15 @@
 #include <unistd.h>
 
 #include "uxtree/host/application.h"
+#include "uxtree/host/contract.h"
 #include "uxtree/host/node.h"
 #include "uxtree/host/utilities.h"
 
 #include "node_data.h"
 
+int UXGetHostContract() {
+    return UXTREE_HOST_CONTRACT;
+}
 UXHostApplication::~UXHostApplication() = default;
 UXScriptObject::~UXScriptObject() = default;
 int UXScriptObject::IsValid() {

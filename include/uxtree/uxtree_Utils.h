@@ -29,3 +29,4 @@
 #include "uxtree/tree/lookup.h"
 #include "uxtree/tree/structure.h"
 #include "uxtree/tree/vectors.h"
+#include "uxtree/version.h"

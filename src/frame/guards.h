@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "uxtree/host/contract.h"
 #include "uxtree/host/node.h"
 
 namespace ux {
@@ -25,6 +26,12 @@ inline bool given(const char* text) {
 }
 inline const char* text_or(const char* text, const char* fallback) {
     return given(text) ? text : fallback;
+}
+
+// Was the host compiled with the contract that this library knows?
+inline bool host_fits() {
+    static const bool fits = UXGetHostContract() == UXTREE_HOST_CONTRACT;
+    return fits;
 }
 
 namespace detail {
@@ -55,11 +62,12 @@ private:
 
 }  // namespace detail
 
-// Runs an entry point's body; an exception becomes the entry point's own failure value. One that
+// Runs an entry point's body, unless the host does not fit; an exception becomes the entry point's own failure value. One that
 // another entry point calls lets it pass instead: the caller has to know that less was done, and
 // its own guard is the one at the library's boundary.
 template <typename Result, typename Body>
 Result at_boundary(Result failure, Body&& body) {
+    if (!host_fits()) return failure;
     const detail::Entry entry;
     try {
         return body();
@@ -70,6 +78,7 @@ Result at_boundary(Result failure, Body&& body) {
 }
 template <typename Body>
 void at_boundary(Body&& body) {
+    if (!host_fits()) return;
     const detail::Entry entry;
     try {
         body();

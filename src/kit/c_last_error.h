@@ -27,13 +27,21 @@ Result refused(Result failure, std::string_view why) {
     return failure;
 }
 
-// Runs the body of a C function. It begins without an error; an exception becomes the failure value.
+// Why the libraries do not fit each other, "" when they do.
+const char* libraries_problem() noexcept;
+
+// Runs the body of a C function, unless the libraries do not fit each other. It begins without an
+// error; an exception becomes the failure value.
 template <typename Result, typename Body>
 Result guarded(Result failure, Body&& body) noexcept {
     LastError& error = last_error();
     error.text.clear();
     error.fixed = nullptr;
     error.line = error.column = 0;
+    if (const char* const problem = libraries_problem(); *problem != '\0') {
+        error.fixed = problem;
+        return failure;
+    }
     try {
         return body();
     } catch (const std::bad_alloc&) {

@@ -20,8 +20,8 @@ import sys
 OUTSIDE = ("tools", "bindings", "examples")
 TOPICS_SAID = ("src", *OUTSIDE, "tests", "bench", "fuzz")
 CODE = (".cpp", ".h", ".hpp", ".cc", ".c", ".inl")
-# The rooms of the headers that gather others, right below include/uxtree/.
-GATHERING = {"uxtree_Utils.h": "report", "uxtree_c.h": "kit", "script.h": "kit"}
+# The rooms of the headers right below include/uxtree/, most of which gather others.
+GATHERING = {"version.h": "frame", "uxtree_Utils.h": "report", "uxtree_c.h": "kit", "script.h": "kit"}
 
 # Headers with a suffix that are the same on every system: of C, of compilers and of libraries. Those
 # of the C++ standard library have none.

@@ -75,6 +75,9 @@ PYBIND11_MODULE(_core, core) {
             // The exception is set already.
         }
     });
+    if (const char* const problem = ux_version_problem(); *problem != '\0') {
+        throw py::import_error(problem);
+    }
     core.doc() = "The compiled part of uxtree; use the package.";
     try {
         const py::module_ raw = make_raw();

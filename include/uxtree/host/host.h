@@ -3,6 +3,7 @@
 
 #include "uxtree/host/application.h"
 #include "uxtree/host/array.h"
+#include "uxtree/host/contract.h"
 #include "uxtree/host/node.h"
 #include "uxtree/host/script_object.h"
 #include "uxtree/host/services.h"
