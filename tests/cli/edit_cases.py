@@ -85,7 +85,7 @@ CASES = [
          '<r><Set1 Label="Set1" _ux_id="536870913">1.5</Set1>'
          '<Set2 Label="Set2" _ux_id="536870914">2</Set2></r>', err=ANY),
     case("SaysWhichIdsItWrote", ["edit", "-", "add", "Set", "1.5", "2"], stdin="<r/>", out=ANY,
-         err=["note: 2 new IDs written; --no-ids leaves out"]),
+         err=["note: 2 new IDs written; --no-ids writes none"]),
     case("LeavesOutIdsOnRequest", ["edit", "-", "--no-ids", "add", "Set", "1.5"], stdin="<r/>",
          out='<r><Set1 Label="Set1">1.5</Set1></r>\n', err=["note: 1 new ID left out"]),
     case("FormatsAnew", ["edit", "-", "--indent", "3", "strip"],

@@ -233,7 +233,7 @@ void EditTarget::tell(const UXSaveReport& report) const {
     const auto count = [](std::size_t ids) {
         return fmt::format("{} new ID{}", ids, ids == 1 ? "" : "s");
     };
-    if (report.idsWritten != 0) note(count(report.idsWritten) + " written; --no-ids leaves out");
+    if (report.idsWritten != 0) note(count(report.idsWritten) + " written; --no-ids writes none");
     if (report.idsLeftOut != 0) note(count(report.idsLeftOut) + " left out");
     if (report.commentsLeftOut != 0) {
         note(fmt::format("{} comment{} or instruction{} left out", report.commentsLeftOut,
