@@ -37,7 +37,7 @@ TEST(uxtree_tree_check_get_node, ATotalFailureLeavesTheOutputInvalid) {
     EXPECT_EQ(uxtree_tree_check_get_node(&out, &tree, "no name", 0), 0);
 
     EXPECT_FALSE(out.IsNodeValid());
-    EXPECT_EQ(tree.text(), "<r><a></a></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><a/></r>"));
 }
 
 TEST(uxtree_tree_check_get_node, FailsWithBadArgumentsWithoutTouchingTheOutput) {
@@ -52,7 +52,7 @@ TEST(uxtree_tree_check_get_node, FailsWithBadArgumentsWithoutTouchingTheOutput) 
     EXPECT_EQ(uxtree_tree_check_get_node(&out, &tree, nullptr, 0), 0);
     EXPECT_EQ(uxtree_tree_check_get_node(&out, &tree, "", 0), 0);
 
-    EXPECT_EQ(tree.text(), "<r><a></a></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><a/></r>"));
 }
 
 TEST(uxtree_tree_check_get_node, TheOutputMayBeTheParent) {
@@ -62,7 +62,7 @@ TEST(uxtree_tree_check_get_node, TheOutputMayBeTheParent) {
     EXPECT_EQ(uxtree_tree_check_get_node(&node, &node, "a", 0), 1);
     EXPECT_EQ(uxtree_tree_check_get_node(&node, &node, "b", 0), 1);
 
-    EXPECT_EQ(tree.text(), "<r><a><b></b></a></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><a><b/></a></r>"));
 }
 
 TEST(uxtree_tree_check_get_node_by_attribute, FindsWithOrWithoutDepth) {
@@ -73,7 +73,7 @@ TEST(uxtree_tree_check_get_node_by_attribute, FindsWithOrWithoutDepth) {
     EXPECT_EQ(tag_text(out), "b");
     EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &tree, "k", "v", 0, "n"), 1);
     EXPECT_EQ(tag_text(out), "n");
-    EXPECT_EQ(tree.text(), "<r><a><b k=\"v\"></b></a><n k=\"v\"></n></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><a><b k='v'/></a><n k='v'/></r>"));
 }
 
 TEST(uxtree_tree_check_get_node_by_attribute, TheValueIsTheTagWhenNoneIsGiven) {
@@ -82,7 +82,7 @@ TEST(uxtree_tree_check_get_node_by_attribute, TheValueIsTheTagWhenNoneIsGiven) {
 
     EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &tree, "k", "1 a:b", 1, nullptr), 1);
 
-    EXPECT_EQ(tree.text(), "<r><_1_a_b k=\"1 a:b\"></_1_a_b></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><_1_a_b k='1 a:b'/></r>"));
 }
 
 TEST(uxtree_tree_check_get_node_by_attribute, TheTagZeroCreatesNothing) {
@@ -94,7 +94,7 @@ TEST(uxtree_tree_check_get_node_by_attribute, TheTagZeroCreatesNothing) {
     EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &tree, "k", "0", 1, nullptr), 0);
     EXPECT_EQ(uxtree_tree_check_get_node_by_attribute(&out, &tree, "k", "v", 1, ""), 0);
 
-    EXPECT_EQ(tree.text(), "<r><a></a></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><a/></r>"));
 }
 
 TEST(uxtree_check_get_node_by_dataid, FindsAmongTheDirectChildrenOnly) {
@@ -115,7 +115,7 @@ TEST(uxtree_check_get_node_by_dataid, CreatesWhatIsMissing) {
     EXPECT_EQ(tag_text(out), "n");
     EXPECT_EQ(uxtree_check_get_node_by_dataid(&tree, &out, "m", 0, "k", ""), 1);
 
-    EXPECT_EQ(tree.text(), "<r><n k=\"v\" DataID=\"5\"></n><m></m></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><n k='v' DataID='5'/><m/></r>"));
 }
 
 TEST(uxtree_check_get_node_by_dataid, ATagThatCannotBeCreatedLeavesTheOutput) {
@@ -125,7 +125,7 @@ TEST(uxtree_check_get_node_by_dataid, ATagThatCannotBeCreatedLeavesTheOutput) {
     EXPECT_EQ(uxtree_check_get_node_by_dataid(&tree, &out, "no name", 5, nullptr, nullptr), 1);
 
     EXPECT_TRUE(out == tree);
-    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
 }
 
 }  // namespace

@@ -196,7 +196,7 @@ TEST(uxtree_remove_empty_child_nodes, WorksOnAVeryDeepTree) {
     EXPECT_EQ(uxtree_remove_empty_child_nodes(&root, true), 0);
 
     EXPECT_FALSE(node.IsNodeValid());
-    EXPECT_EQ(to_text(root), "<r></r>");
+    EXPECT_EQ(to_text(root), tree_text("<r/>"));
 }
 
 std::string hidden(const char* tree, bool recursive, bool showNonEmpty) {
