@@ -17,6 +17,7 @@ namespace {
 
 using uxtest::number_list;
 using uxtest::TestTree;
+using uxtest::tree_text;
 
 constexpr int kUntouched = -777;
 
@@ -112,22 +113,22 @@ TEST(VCTreeSetRepeatId, WritesFromOneOnAndRemovesBelow) {
     TestTree tree("<n a='1'/>");
 
     EXPECT_EQ(VCTreeSetRepeatId(tree, 4), 1);
-    EXPECT_EQ(tree.text(), "<n a=\"1\" RepeatID=\"4\"></n>");
+    EXPECT_EQ(tree.text(), tree_text("<n a='1' RepeatID='4'/>"));
     EXPECT_EQ(VCTreeSetRepeatId(tree, 0), 1);
-    EXPECT_EQ(tree.text(), "<n a=\"1\"></n>");
+    EXPECT_EQ(tree.text(), tree_text("<n a='1'/>"));
     EXPECT_EQ(VCTreeSetRepeatId(tree, 40000), 1);
     EXPECT_EQ(VCTreeSetRepeatId(tree, -3), 1);
     EXPECT_EQ(VCTreeSetRepeatId(tree, 0), 1);
-    EXPECT_EQ(tree.text(), "<n a=\"1\"></n>");
+    EXPECT_EQ(tree.text(), tree_text("<n a='1'/>"));
 }
 
 TEST(VCTreeSetRepeatNodeId, WritesFromOneOnAndRemovesBelow) {
     TestTree tree("<n/>");
 
     EXPECT_EQ(VCTreeSetRepeatNodeId(tree, 1), 1);
-    EXPECT_EQ(tree.text(), "<n RepeatNodeID=\"1\"></n>");
+    EXPECT_EQ(tree.text(), tree_text("<n RepeatNodeID='1'/>"));
     EXPECT_EQ(VCTreeSetRepeatNodeId(tree, 0), 1);
-    EXPECT_EQ(tree.text(), "<n></n>");
+    EXPECT_EQ(tree.text(), tree_text("<n/>"));
 }
 
 // --- one-set identifiers and ranges ------------------------------------------------------------

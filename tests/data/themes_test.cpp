@@ -12,6 +12,7 @@
 namespace {
 
 using uxtest::TestTree;
+using uxtest::tree_text;
 
 // --- the theme of a tree -----------------------------------------------------------------------
 
@@ -35,12 +36,12 @@ TEST(uxtree_tree_set_theme_file_name, RemovesForNullOnly) {
     UXXmlWrapperBase invalid;
 
     EXPECT_TRUE(uxtree_tree_set_theme_file_name(&tree, "my.xml"));
-    EXPECT_EQ(tree.text(), "<r ThemeFile=\"my.xml\"></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r ThemeFile='my.xml'/>"));
     EXPECT_TRUE(uxtree_tree_set_theme_file_name(&tree, ""));
-    EXPECT_EQ(tree.text(), "<r ThemeFile=\"\"></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r ThemeFile=''/>"));
     EXPECT_TRUE(uxtree_tree_set_theme_file_name(&tree, nullptr));
     EXPECT_TRUE(uxtree_tree_set_theme_file_name(&tree, nullptr));
-    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     EXPECT_FALSE(uxtree_tree_set_theme_file_name(nullptr, "my.xml"));
     EXPECT_FALSE(uxtree_tree_set_theme_file_name(&invalid, "my.xml"));
 }
