@@ -222,7 +222,7 @@ TEST(SAXTreeLayout, NullTargetOrNothingToOutlineGives1) {
     EXPECT_EQ(SAXTreeLayout(&tree, nullptr, nullptr, 0), 1);
     UXXmlWrapperBase invalid;
     EXPECT_EQ(SAXTreeLayout(&invalid, nullptr, nullptr, 0), 1);
-    EXPECT_EQ(tree.text(), "<t></t>");
+    EXPECT_EQ(tree.text(), tree_text("<t/>"));
 }
 
 TEST(SAXTreeLayout, InvalidTargetGives2) {
@@ -230,14 +230,14 @@ TEST(SAXTreeLayout, InvalidTargetGives2) {
     UXXmlWrapperBase invalid;
     EXPECT_EQ(SAXTreeLayout(&invalid, &tree, nullptr, 0), 2);
     EXPECT_EQ(SAXTreeLayout(&invalid, &invalid, nullptr, 0), 2);
-    EXPECT_EQ(tree.text(), "<t></t>");
+    EXPECT_EQ(tree.text(), tree_text("<t/>"));
 }
 
 TEST(SAXTreeLayout, InvalidSourceGives3) {
     TestTree tree("<t/>");
     UXXmlWrapperBase invalid;
     EXPECT_EQ(SAXTreeLayout(&tree, &invalid, "f.xml", 0), 3);
-    EXPECT_EQ(tree.text(), "<t></t>");
+    EXPECT_EQ(tree.text(), tree_text("<t/>"));
 }
 
 TEST(SAXTreeLayout, AppendsOneNodeAndKeepsWhatIsThere) {
@@ -247,9 +247,7 @@ TEST(SAXTreeLayout, AppendsOneNodeAndKeepsWhatIsThere) {
     EXPECT_EQ(SAXTreeLayout(&target, &source, nullptr, 0), 0);
     EXPECT_EQ(SAXTreeLayout(&target, &source, nullptr, 0), 0);
 
-    EXPECT_EQ(target.text(),
-              "<t a=\"1\">text<x></x><Node Label=\"s\"></Node>"
-              "<Node Label=\"s\"></Node></t>");
+    EXPECT_EQ(target.text(), tree_text("<t a='1'>text<x/><Node Label='s'/><Node Label='s'/></t>"));
 }
 
 TEST(uxtree_layout, PassesItsArgumentsOn) {
@@ -259,7 +257,7 @@ TEST(uxtree_layout, PassesItsArgumentsOn) {
     UXXmlWrapperBase invalid;
 
     EXPECT_EQ(uxtree_layout(&target, nullptr, path.c_str(), kMapped), 0);
-    EXPECT_EQ(target.text(), "<t><Node Label=\"r\"><Node Label=\"b\"></Node></Node></t>");
+    EXPECT_EQ(target.text(), tree_text("<t><Node Label='r'><Node Label='b'/></Node></t>"));
     EXPECT_EQ(uxtree_layout(nullptr, nullptr, path.c_str(), 0), 1);
     EXPECT_EQ(uxtree_layout(&target, nullptr, nullptr, 0), 1);
     EXPECT_EQ(uxtree_layout(&invalid, nullptr, path.c_str(), 0), 2);
@@ -295,8 +293,7 @@ TEST(SAXTreeLayout, OutlinesABranchWithoutItsSurroundings) {
     EXPECT_EQ(SAXTreeLayout(&target, &branch, nullptr, 0), 0);
 
     EXPECT_EQ(target.text(),
-              "<t><Node Label=\"a\"><Attr Label=\"@x\"></Attr>"
-              "<Node Label=\"b\"></Node></Node></t>");
+              tree_text("<t><Node Label='a'><Attr Label='@x'/><Node Label='b'/></Node></t>"));
 }
 
 TEST(SAXTreeLayout, SourceWinsOverTheFileName) {
@@ -306,7 +303,7 @@ TEST(SAXTreeLayout, SourceWinsOverTheFileName) {
     for (const DWORD flags : kVariants) {
         TestTree target("<t/>");
         EXPECT_EQ(SAXTreeLayout(&target, &source, path.c_str(), flags), 0);
-        EXPECT_EQ(target.text(), "<t><Node Label=\"s\"></Node></t>");
+        EXPECT_EQ(target.text(), tree_text("<t><Node Label='s'/></t>"));
     }
 }
 
@@ -315,9 +312,8 @@ TEST(SAXTreeLayout, SourceMayBeTheTarget) {
 
     EXPECT_EQ(SAXTreeLayout(&tree, &tree, nullptr, 0), 0);
 
-    EXPECT_EQ(tree.text(),
-              "<r><a x=\"\"></a><Node Label=\"r\"><Node Label=\"a\">"
-              "<Attr Label=\"@x\"></Attr></Node></Node></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><a x=''/><Node Label='r'><Node Label='a'>"
+                                     "<Attr Label='@x'/></Node></Node></r>"));
 }
 
 // --- size --------------------------------------------------------------------------------------
