@@ -25,22 +25,23 @@ TEST(VCTree_n42_, WritesOneTreeOf2006) {
                 "<Coefficients>0 3</Coefficients></Equation></Calibration>"));
 
     EXPECT_EQ(import.result, 0);
-    EXPECT_EQ(import.tree.text(),
-              "<t><n42><RadMeasurements FileDataDimsVector=\"1\">"
-              "<RadMeasurement Label=\"RadMeasurement_1\">"
-              "<Spectrum CalibrationIDs=\"none c\" Type=\"PHA\" Label=\"Spectrum_0\""
-              " FileDataDimsVector=\"1\">"
-              "<StartTime Label=\"StartTime\">10:00</StartTime>"
-              "<SampleRealTime Label=\"SampleRealTime\">PT9S</SampleRealTime>"
-              "<LiveTime Label=\"LiveTime\">PT0.9S</LiveTime>"
-              "<SourceType Label=\"SourceType\">Item</SourceType>"
-              "<DetectorType Label=\"DetectorType\">Gamma</DetectorType>"
-              "<Coordinates Label=\"Coordinates\">1 2 3</Coordinates>"
-              "<Energy FileDataDimsVector=\"3\" Label=\"Energy\" id=\"c\" ColDesignation=\"3\""
-              " Comment=\"0 3\" Unit=\"keV\">3 6 9</Energy>"
-              "<ChannelData_0 Label=\"ChannelData_0\" FileDataDimsVector=\"3\">0 0 5"
-              "</ChannelData_0></Spectrum></RadMeasurement></RadMeasurements></n42></t>");
-    EXPECT_EQ(import.infoTree.text(), "<info></info>");
+    EXPECT_EQ(
+        import.tree.text(),
+        tree_text("<t><n42><RadMeasurements FileDataDimsVector='1'>"
+                  "<RadMeasurement Label='RadMeasurement_1'>"
+                  "<Spectrum CalibrationIDs='none c' Type='PHA' Label='Spectrum_0' "
+                  "FileDataDimsVector='1'>"
+                  "<StartTime Label='StartTime'>10:00</StartTime>"
+                  "<SampleRealTime Label='SampleRealTime'>PT9S</SampleRealTime>"
+                  "<LiveTime Label='LiveTime'>PT0.9S</LiveTime>"
+                  "<SourceType Label='SourceType'>Item</SourceType>"
+                  "<DetectorType Label='DetectorType'>Gamma</DetectorType>"
+                  "<Coordinates Label='Coordinates'>1 2 3</Coordinates>"
+                  "<Energy FileDataDimsVector='3' Label='Energy' id='c' ColDesignation='3' "
+                  "Comment='0 3' Unit='keV'>3 6 9</Energy>"
+                  "<ChannelData_0 Label='ChannelData_0' FileDataDimsVector='3'>0 0 "
+                  "5</ChannelData_0></Spectrum></RadMeasurement></RadMeasurements></n42></t>"));
+    EXPECT_EQ(import.infoTree.text(), tree_text("<info/>"));
 }
 
 TEST(VCTree_n42_, SpectraOf2006AreTakenAtEveryLevelInDocumentOrder) {

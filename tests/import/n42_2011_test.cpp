@@ -28,27 +28,27 @@ TEST(VCTree_n42_, WritesOneTreeOf2011) {
                 "</GrossCounts></RadMeasurement>"));
 
     EXPECT_EQ(import.result, 0);
-    EXPECT_EQ(import.tree.text(),
-              "<t><n42><RadMeasurements FileDataDimsVector=\"1\">"
-              "<RadMeasurement Label=\"RadMeasurement_1\">"
-              "<Spectrum id=\"S\" energyCalibrationReference=\"E1\" Label=\"Spectrum_0\""
-              " FileDataDimsVector=\"1\">"
-              "<MeasurementClassCode Label=\"MeasurementClassCode\">Foreground"
-              "</MeasurementClassCode>"
-              "<StartDateTime Label=\"StartDateTime\">2026-01-02T03:04:05Z</StartDateTime>"
-              "<RealTimeDuration Label=\"RealTimeDuration\">PT2S</RealTimeDuration>"
-              "<LiveTimeDuration Label=\"LiveTimeDuration\">PT1.5S</LiveTimeDuration>"
-              "<Energy FileDataDimsVector=\"4\" Label=\"Energy\" id=\"E1\" ColDesignation=\"3\""
-              " Comment=\" 1 2 0.5&#10;\">3.5 7 11.5 17</Energy>"
-              "<ChannelData_0 Label=\"ChannelData_0\" FileDataDimsVector=\"4\">1 0 2 3"
-              "</ChannelData_0></Spectrum></RadMeasurement>"
-              "<GrossCounts FileDataDimsVector=\"1\">"
-              "<RadMeasurement Label=\"RadMeasurement_0\" id=\"G\">42"
-              "<MeasurementClassCode Label=\"MeasurementClassCode\">Foreground"
-              "</MeasurementClassCode>"
-              "<StartDateTime Label=\"StartDateTime\">2026-01-02T03:04:05Z</StartDateTime>"
-              "<LiveTimeDuration Label=\"LiveTimeDuration\">1.5 S</LiveTimeDuration>"
-              "</RadMeasurement></GrossCounts></RadMeasurements></n42></t>");
+    EXPECT_EQ(
+        import.tree.text(),
+        tree_text(
+            "<t><n42><RadMeasurements FileDataDimsVector='1'>"
+            "<RadMeasurement Label='RadMeasurement_1'>"
+            "<Spectrum id='S' energyCalibrationReference='E1' Label='Spectrum_0' "
+            "FileDataDimsVector='1'>"
+            "<MeasurementClassCode Label='MeasurementClassCode'>Foreground</MeasurementClassCode>"
+            "<StartDateTime Label='StartDateTime'>2026-01-02T03:04:05Z</StartDateTime>"
+            "<RealTimeDuration Label='RealTimeDuration'>PT2S</RealTimeDuration>"
+            "<LiveTimeDuration Label='LiveTimeDuration'>PT1.5S</LiveTimeDuration>"
+            "<Energy FileDataDimsVector='4' Label='Energy' id='E1' ColDesignation='3' Comment=' 1 "
+            "2 0.5&#10;'>3.5 7 11.5 17</Energy>"
+            "<ChannelData_0 Label='ChannelData_0' FileDataDimsVector='4'>1 0 2 "
+            "3</ChannelData_0></Spectrum></RadMeasurement>"
+            "<GrossCounts FileDataDimsVector='1'>"
+            "<RadMeasurement Label='RadMeasurement_0' id='G'>42"
+            "<MeasurementClassCode Label='MeasurementClassCode'>Foreground</MeasurementClassCode>"
+            "<StartDateTime Label='StartDateTime'>2026-01-02T03:04:05Z</StartDateTime>"
+            "<LiveTimeDuration Label='LiveTimeDuration'>1.5 "
+            "S</LiveTimeDuration></RadMeasurement></GrossCounts></RadMeasurements></n42></t>"));
 }
 
 TEST(VCTree_n42_, MeasurementsCountFromOneAndOnlyThoseWritten) {
@@ -84,7 +84,7 @@ TEST(VCTree_n42_, SpectrumWithoutClassCodeIsNotWrittenButClearsTheTree) {
     const Import import(in_2011("<RadMeasurement>" + spectrum_of("1") + "</RadMeasurement>"));
 
     EXPECT_EQ(import.result, 0);
-    EXPECT_EQ(import.tree.text(), "<t><n42><RadMeasurements></RadMeasurements></n42></t>");
+    EXPECT_EQ(import.tree.text(), tree_text("<t><n42><RadMeasurements/></n42></t>"));
 }
 
 TEST(VCTree_n42_, TextsAreKeptAsReadAndTheFirstOfRepeatedOnesWins) {
@@ -228,9 +228,8 @@ TEST(VCTree_n42_, SelectionFiltersGrossCountsAndDetectorsButNoSpectra) {
     EXPECT_THAT(import.measurements(), HasSubstr("<GrossCounts FileDataDimsVector=\"1\">"
                                                  "<RadMeasurement Label=\"RadMeasurement_0\">2"));
     EXPECT_EQ(import.infoTree.text(),
-              "<info><n42 Branch=\"1\" _ux_id=\"268435456\"><Detectors>"
-              "<RadDetectorInformation id=\"B\" Label=\"B\"></RadDetectorInformation>"
-              "</Detectors></n42></info>");
+              tree_text("<info><n42 Branch='1' _ux_id='268435456'><Detectors>"
+                        "<RadDetectorInformation id='B' Label='B'/></Detectors></n42></info>"));
     EXPECT_THAT(texts(import.detectors), ElementsAre("B", "b"));
 }
 
@@ -239,7 +238,7 @@ TEST(VCTree_n42_, SelectionOfOtherDetectorsImportsNoGrossCountsAndNoDetectors) {
 
     EXPECT_EQ(import.result, 0);
     EXPECT_EQ(import.tree.text(), kNothing);
-    EXPECT_EQ(import.infoTree.text(), "<info></info>");
+    EXPECT_EQ(import.infoTree.text(), tree_text("<info/>"));
 }
 
 }  // namespace

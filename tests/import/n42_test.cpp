@@ -45,7 +45,7 @@ TEST(VCTree_n42_, ImportNeedsATreeBeforeAnythingIsRead) {
 
     EXPECT_EQ(VCTree_n42_(nullptr, path.c_str(), nullptr, &info, 0), -9096);
     EXPECT_EQ(VCTree_n42_(&invalid, path.c_str(), nullptr, &info, 0), -9096);
-    EXPECT_EQ(info.text(), "<info></info>");
+    EXPECT_EQ(info.text(), tree_text("<info/>"));
 }
 
 TEST(VCTree_n42_, OtherFlagsMeanNothing) {
@@ -64,7 +64,7 @@ TEST(uxtree_n42, ForwardsWithAStringArrayOrNull) {
     EXPECT_EQ(uxtree_n42(&tree, path.c_str(), &numbers, nullptr, 0), -1);
     EXPECT_EQ(uxtree_n42(&tree, path.c_str(), &numbers, nullptr, kPreview), -1);
     EXPECT_EQ(uxtree_n42(&tree, path.c_str(), nullptr, nullptr, kPreview), -1);
-    EXPECT_EQ(tree.text(), "<t></t>");
+    EXPECT_EQ(tree.text(), tree_text("<t/>"));
     EXPECT_EQ(uxtree_n42(nullptr, path.c_str(), &detectors, nullptr, kPreview), 0);
     EXPECT_THAT(texts(detectors.array()), ElementsAre("A"));
     EXPECT_EQ(uxtree_n42(&tree, path.c_str(), nullptr, nullptr, 0), 0);
@@ -92,7 +92,7 @@ TEST(VCTree_n42_, PreviewListsDetectorsInFileOrderAndLeavesTheTreesAlone) {
     EXPECT_EQ(import.result, 0);
     EXPECT_THAT(texts(import.detectors), ElementsAre("C", "A", "C"));
     EXPECT_EQ(import.tree.text(), kNothing);
-    EXPECT_EQ(import.infoTree.text(), "<info></info>");
+    EXPECT_EQ(import.infoTree.text(), tree_text("<info/>"));
 }
 
 TEST(VCTree_n42_, PreviewPassesCalibrationsWithoutId) {

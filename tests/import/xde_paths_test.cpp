@@ -19,6 +19,7 @@ using uxtest::string_list;
 using uxtest::TestTree;
 using uxtest::texts;
 using uxtest::to_text;
+using uxtest::tree_text;
 
 const char* const kEveryAttribute =
     "<n Label='l' a='1' FileSourcePath='f' DataID='7' FileDataDimsVector='3' DataTreeNodeType='t'"
@@ -471,8 +472,7 @@ TEST(VCTreeXDEDatNavPrepareStandardSourceTree, LabelsNodesAndListsThePathsOfLeav
     EXPECT_EQ(VCTreeXDEDatNavPrepareStandardSourceTree(tree, &paths, 0), 2);
 
     EXPECT_EQ(tree.text(),
-              "<r Label=\"r\"><a Label=\"x|y\"><b Label=\"b\"></b></a>"
-              "<c Label=\"c\"></c></r>");
+              tree_text("<r Label='r'><a Label='x|y'><b Label='b'/></a><c Label='c'/></r>"));
     EXPECT_THAT(texts(paths), ElementsAre("before", "r|x\\|y|b", "r|c"));
 }
 
@@ -483,7 +483,7 @@ TEST(VCTreeXDEDatNavPrepareStandardSourceTree, BeginsAtTheGivenNodeAndStaysBelow
 
     EXPECT_EQ(VCTreeXDEDatNavPrepareStandardSourceTree(node, &paths, 0xFFFFFFFF), 1);
 
-    EXPECT_EQ(tree.text(), "<r><a Label=\"a\"><b Label=\"b\"></b></a><c></c></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><a Label='a'><b Label='b'/></a><c/></r>"));
     EXPECT_THAT(texts(paths), ElementsAre("a|b"));
     EXPECT_TRUE(node == tree.at("a"));
 }
@@ -518,7 +518,7 @@ TEST(uxtree_XDE_DatNav_prepare_standard_source_tree, Forwards) {
 
     EXPECT_EQ(uxtree_XDE_DatNav_prepare_standard_source_tree(nullptr, &paths, 0), -1);
     EXPECT_EQ(uxtree_XDE_DatNav_prepare_standard_source_tree(&tree, &numbers, 0), -1);
-    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     EXPECT_EQ(uxtree_XDE_DatNav_prepare_standard_source_tree(&tree, nullptr, 0), 1);
     EXPECT_EQ(uxtree_XDE_DatNav_prepare_standard_source_tree(&tree, &paths, 0), 1);
     EXPECT_THAT(texts(paths.array()), ElementsAre("r"));
@@ -531,14 +531,14 @@ TEST(uxtree_save_XDE_array_info, SavesOneOrTwoSizesOrRemovesThem) {
     TestTree tree("<n DimLens='9'/>");
 
     EXPECT_EQ(uxtree_save_XDE_array_info(&tree, 4, 0), 1);
-    EXPECT_EQ(tree.text(), "<n FileDataDimsVector=\"4\"></n>");
+    EXPECT_EQ(tree.text(), tree_text("<n FileDataDimsVector='4'/>"));
     EXPECT_EQ(uxtree_save_XDE_array_info(&tree, 4, 3), 1);
-    EXPECT_EQ(tree.text(), "<n FileDataDimsVector=\"4|3\"></n>");
+    EXPECT_EQ(tree.text(), tree_text("<n FileDataDimsVector='4|3'/>"));
     EXPECT_EQ(uxtree_save_XDE_array_info(&tree, 0, 3), 1);
-    EXPECT_EQ(tree.text(), "<n></n>");
+    EXPECT_EQ(tree.text(), tree_text("<n/>"));
     EXPECT_EQ(uxtree_save_XDE_array_info(&tree, 4, -1), 1);
     EXPECT_EQ(uxtree_save_XDE_array_info(&tree, -1, -1), 1);
-    EXPECT_EQ(tree.text(), "<n></n>");
+    EXPECT_EQ(tree.text(), tree_text("<n/>"));
 }
 
 TEST(uxtree_set_XDE_file_info_data_id, SetsOrRemovesTheDataId) {
@@ -546,9 +546,9 @@ TEST(uxtree_set_XDE_file_info_data_id, SetsOrRemovesTheDataId) {
     UXXmlWrapperBase invalid;
 
     EXPECT_EQ(uxtree_set_XDE_file_info_data_id(&tree, 0), 1);
-    EXPECT_EQ(tree.text(), "<n DataID=\"0\"></n>");
+    EXPECT_EQ(tree.text(), tree_text("<n DataID='0'/>"));
     EXPECT_EQ(uxtree_set_XDE_file_info_data_id(&tree, -1), 1);
-    EXPECT_EQ(tree.text(), "<n></n>");
+    EXPECT_EQ(tree.text(), tree_text("<n/>"));
     EXPECT_EQ(uxtree_set_XDE_file_info_data_id(nullptr, 1), 0);
     EXPECT_EQ(uxtree_set_XDE_file_info_data_id(&invalid, 1), 0);
 }

@@ -12,6 +12,7 @@ namespace {
 using uxtest::TemporaryFolder;
 using uxtest::TestTree;
 using uxtest::to_text;
+using uxtest::tree_text;
 
 constexpr DWORD kPreview = 0x10000;
 
@@ -99,7 +100,7 @@ TEST(uxtree_XDE_prepare_XML, CopyGoesBehindTheChildrenThatTheTreeHas) {
 
     EXPECT_EQ(uxtree_XDE_prepare_XML(&tree, folder.write("d.xml", "<r/>").c_str(), 0), 0);
 
-    EXPECT_EQ(tree.text(), "<t><old></old><r></r></t>");
+    EXPECT_EQ(tree.text(), tree_text("<t><old/><r/></t>"));
 }
 
 // ---- agreement of the elements of one array
@@ -210,7 +211,7 @@ TEST(uxtree_XDE_prepare_XML, FileThatCannotBeReadIsTestedFirst) {
     EXPECT_EQ(uxtree_XDE_prepare_XML(&tree, folder.path("missing.xml").c_str(), 0), -2019);
     EXPECT_EQ(uxtree_XDE_prepare_XML(&tree, folder.path("").c_str(), 0), -2019);
     EXPECT_EQ(uxtree_XDE_prepare_XML(&invalid, folder.path("missing.xml").c_str(), 0), -2019);
-    EXPECT_EQ(tree.text(), "<t></t>");
+    EXPECT_EQ(tree.text(), tree_text("<t/>"));
 }
 
 TEST(uxtree_XDE_prepare_XML, FileThatIsNoXmlIsTestedBeforeTheTree) {
@@ -220,7 +221,7 @@ TEST(uxtree_XDE_prepare_XML, FileThatIsNoXmlIsTestedBeforeTheTree) {
 
     EXPECT_EQ(uxtree_XDE_prepare_XML(&tree, path.c_str(), 0), -2018);
     EXPECT_EQ(uxtree_XDE_prepare_XML(nullptr, path.c_str(), 0), -2018);
-    EXPECT_EQ(tree.text(), "<t></t>");
+    EXPECT_EQ(tree.text(), tree_text("<t/>"));
 }
 
 TEST(uxtree_XDE_prepare_XML, UnusableTreeIsRefused) {
