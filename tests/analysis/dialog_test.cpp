@@ -12,6 +12,7 @@ namespace {
 
 using uxtest::TestTree;
 using uxtest::to_text;
+using uxtest::tree_text;
 
 // --- input and output ----------------------------------------------------------------------------
 
@@ -76,9 +77,8 @@ TEST(VCTreeCheckAddInputDataBranch, WithoutIndexTheItemsGoIntoTheTreeItself) {
     const CWBOStringArray names = uxtest::string_list({"X", "Y"});
     const CWBOStringArray labels = uxtest::string_list({"Time", "Signal"});
     EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&range, &tree, &names, &labels, 3, 0, 1, "Col(2)"));
-    EXPECT_EQ(tree.text(),
-              "<in><X Label=\"Time\" _ux_id=\"35\"></X>"
-              "<Y Label=\"Signal\" _ux_id=\"35\">Col(2)</Y></in>");
+    EXPECT_EQ(tree.text(), tree_text("<in><X Label='Time' _ux_id='35'/>"
+                                     "<Y Label='Signal' _ux_id='35'>Col(2)</Y></in>"));
     EXPECT_TRUE(range == tree);
 }
 
@@ -87,7 +87,7 @@ TEST(VCTreeCheckAddInputDataBranch, APositiveIndexTakesTheChildAtThatPlaceWhatev
     UXXmlWrapperBase range;
     const CWBOStringArray names = uxtest::string_list({"X"});
     EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&range, &tree, &names, nullptr, -1, 2, -1, nullptr));
-    EXPECT_EQ(tree.text(), "<in><a></a><b><X _ux_id=\"35\"></X></b></in>");
+    EXPECT_EQ(tree.text(), tree_text("<in><a/><b><X _ux_id='35'/></b></in>"));
     EXPECT_TRUE(range == tree.at("b"));
 }
 
@@ -96,7 +96,7 @@ TEST(VCTreeCheckAddInputDataBranch, BeyondTheChildrenARangeOfThatNumberIsAdded) 
     UXXmlWrapperBase range;
     const CWBOStringArray names;
     EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&range, &tree, &names, nullptr, 5, 3, -1, nullptr));
-    EXPECT_EQ(tree.text(), "<in><a></a><Range3 Label=\"Range 3\" _ux_id=\"5\"></Range3></in>");
+    EXPECT_EQ(tree.text(), tree_text("<in><a/><Range3 Label='Range 3' _ux_id='5'/></in>"));
     EXPECT_TRUE(range == tree.at("Range3"));
 }
 
@@ -105,11 +105,11 @@ TEST(VCTreeCheckAddInputDataBranch, ANegativeIndexAlwaysAdds) {
     UXXmlWrapperBase range;
     const CWBOStringArray names;
     EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&range, &tree, &names, nullptr, -1, -1, -1, nullptr));
-    EXPECT_EQ(tree.text(), "<in><Range1></Range1><Range1 Label=\"Range 1\"></Range1></in>");
+    EXPECT_EQ(tree.text(), tree_text("<in><Range1/><Range1 Label='Range 1'/></in>"));
     EXPECT_TRUE(range == tree.at("Range1[1]"));
     EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&range, &tree, &names, nullptr, -1,
                                               std::numeric_limits<int>::min(), -1, nullptr));
-    EXPECT_EQ(to_text(range), "<Range-2147483648 Label=\"Range -2147483648\"></Range-2147483648>");
+    EXPECT_EQ(to_text(range), tree_text("<Range-2147483648 Label='Range -2147483648'/>"));
 }
 
 TEST(VCTreeCheckAddInputDataBranch, AFoundItemGetsTheLabelButKeepsItsIdAndOtherItems) {
@@ -118,7 +118,7 @@ TEST(VCTreeCheckAddInputDataBranch, AFoundItemGetsTheLabelButKeepsItsIdAndOtherI
     const CWBOStringArray names = uxtest::string_list({"Y"});
     const CWBOStringArray labels = uxtest::string_list({"new"});
     VCTreeCheckAddInputDataBranch(&range, &tree, &names, &labels, -1, 0, 0, nullptr);
-    EXPECT_EQ(tree.text(), "<in><Y Label=\"new\" _ux_id=\"9\">kept</Y></in>");
+    EXPECT_EQ(tree.text(), tree_text("<in><Y Label='new' _ux_id='9'>kept</Y></in>"));
 }
 
 TEST(VCTreeCheckAddInputDataBranch, MissingOrEmptyLabelsWriteNone) {
@@ -127,7 +127,7 @@ TEST(VCTreeCheckAddInputDataBranch, MissingOrEmptyLabelsWriteNone) {
     const CWBOStringArray names = uxtest::string_list({"A", "B"});
     const CWBOStringArray labels = uxtest::string_list({""});
     VCTreeCheckAddInputDataBranch(&range, &tree, &names, &labels, -1, 0, 0, nullptr);
-    EXPECT_EQ(tree.text(), "<in><A _ux_id=\"35\"></A><B _ux_id=\"35\"></B></in>");
+    EXPECT_EQ(tree.text(), tree_text("<in><A _ux_id='35'/><B _ux_id='35'/></in>"));
 }
 
 TEST(VCTreeCheckAddInputDataBranch, TheValueGoesToOneItemOrToAll) {
@@ -152,7 +152,7 @@ TEST(VCTreeCheckAddInputDataBranch, NamesThatCannotBeTagsAreLeftOut) {
     UXXmlWrapperBase range;
     const CWBOStringArray names = uxtest::string_list({"", "1x", "ok"});
     EXPECT_TRUE(VCTreeCheckAddInputDataBranch(&range, &tree, &names, nullptr, -1, 0, -1, "v"));
-    EXPECT_EQ(tree.text(), "<in><ok _ux_id=\"35\">v</ok></in>");
+    EXPECT_EQ(tree.text(), tree_text("<in><ok _ux_id='35'>v</ok></in>"));
 }
 
 TEST(VCTreeCheckAddInputDataBranch, TheRangeMayBeTheTreesOwnHandle) {
@@ -178,10 +178,10 @@ TEST(uxtree_tree_check_add_input_data_branch, GivesTheNativeAnswer) {
     EXPECT_EQ(add(&range, &tree, nullptr, &labels), 0);
     EXPECT_EQ(add(&range, &tree, &wrong, &labels), 0);
     EXPECT_EQ(add(&range, &tree, &names, &wrong), 0);
-    EXPECT_EQ(tree.text(), "<in></in>");
+    EXPECT_EQ(tree.text(), tree_text("<in/>"));
     EXPECT_EQ(add(&range, &tree, &names, nullptr), 1);
     EXPECT_EQ(add(&range, &tree, &names, &labels), 1);
-    EXPECT_EQ(tree.text(), "<in><X Label=\"Time\" _ux_id=\"35\">v</X></in>");
+    EXPECT_EQ(tree.text(), tree_text("<in><X Label='Time' _ux_id='35'>v</X></in>"));
 }
 
 // --- vctree_GETN_reset_hidden_values -------------------------------------------------------------
@@ -271,7 +271,7 @@ TEST(uxtree_GETN_reset_hidden_values, GivesTheNativeAnswer) {
     EXPECT_EQ(uxtree_GETN_reset_hidden_values(&tree, &wrong, true), -1);
     EXPECT_EQ(uxtree_GETN_reset_hidden_values(nullptr, &ids, true), -1);
     EXPECT_EQ(uxtree_GETN_reset_hidden_values(&tree, &ids, true), 1);
-    EXPECT_EQ(tree.text(), "<r><a DataID=\"1\" _ux_id=\"10\">0</a></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><a DataID='1' _ux_id='10'>0</a></r>"));
 }
 
 // --- VCTreePrepareForMenu ------------------------------------------------------------------------
@@ -282,8 +282,8 @@ TEST(VCTreePrepareForMenu, NewLeavesGetTheNextIdentifiers) {
     EXPECT_EQ(VCTreePrepareForMenu(&tree, next), 3);
     EXPECT_EQ(next, 103U);
     EXPECT_EQ(tree.text(),
-              "<m _ux_id=\"268435456\"><a DataID=\"100\" _ux_id=\"11\"></a>"
-              "<b DataID=\"101\" _ux_id=\"11\"></b><c DataID=\"102\" _ux_id=\"11\"></c></m>");
+              tree_text("<m _ux_id='268435456'><a DataID='100' _ux_id='11'/>"
+                        "<b DataID='101' _ux_id='11'/><c DataID='102' _ux_id='11'/></m>"));
 }
 
 TEST(VCTreePrepareForMenu, LeavesWithAnIdentifierStayAndZeroIsNone) {
@@ -292,8 +292,8 @@ TEST(VCTreePrepareForMenu, LeavesWithAnIdentifierStayAndZeroIsNone) {
     EXPECT_EQ(VCTreePrepareForMenu(&tree, next), 2);
     EXPECT_EQ(next, 3U);
     EXPECT_EQ(tree.text(),
-              "<m _ux_id=\"268435456\"><a DataID=\"5\" _ux_id=\"7\"></a><s _ux_id=\"268435456\">"
-              "<b DataID=\"1\" _ux_id=\"11\"></b><c DataID=\"2\" _ux_id=\"11\"></c></s></m>");
+              tree_text("<m _ux_id='268435456'><a DataID='5' _ux_id='7'/><s _ux_id='268435456'>"
+                        "<b DataID='1' _ux_id='11'/><c DataID='2' _ux_id='11'/></s></m>"));
 }
 
 TEST(VCTreePrepareForMenu, TreatsTheGivenNodeItself) {
@@ -301,7 +301,7 @@ TEST(VCTreePrepareForMenu, TreatsTheGivenNodeItself) {
     DWORD next = 9;
     EXPECT_EQ(VCTreePrepareForMenu(&tree, next), 1);
     EXPECT_EQ(VCTreePrepareForMenu(&tree, next), 0);
-    EXPECT_EQ(tree.text(), "<m DataID=\"9\" _ux_id=\"11\"></m>");
+    EXPECT_EQ(tree.text(), tree_text("<m DataID='9' _ux_id='11'/>"));
 }
 
 TEST(VCTreePrepareForMenu, AVeryDeepTreeCostsNoStack) {
@@ -372,7 +372,7 @@ TEST(vctree_set_plot_uid_to_tree, WritesTheAttribute) {
     TestTree tree("<r/>");
     UXXmlWrapperBase invalid;
     EXPECT_EQ(vctree_set_plot_uid_to_tree(tree, -5), 1);
-    EXPECT_EQ(tree.text(), "<r PlotObjUID=\"-5\"></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r PlotObjUID='-5'/>"));
     EXPECT_EQ(vctree_set_plot_uid_to_tree(invalid, 1), 0);
 }
 TEST(vctree_get_plot_uid_from_tree, AMissingOneLeavesTheVariable) {
@@ -390,7 +390,7 @@ TEST(vctree_set_data_marker_id_to_tree, WritesTheAttribute) {
     TestTree tree("<r/>");
     UXXmlWrapperBase invalid;
     EXPECT_EQ(vctree_set_data_marker_id_to_tree(tree, 5), 1);
-    EXPECT_EQ(tree.text(), "<r DataMarkerID=\"5\"></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r DataMarkerID='5'/>"));
     EXPECT_EQ(vctree_set_data_marker_id_to_tree(invalid, 5), 0);
 }
 TEST(vctree_get_data_marker_id_from_tree, AMissingOneLeavesTheVariable) {
@@ -411,9 +411,9 @@ TEST(vctree_copy_plot_uid_from_tree_to_tree, CopiesWhatIsThere) {
     EXPECT_EQ(vctree_copy_plot_uid_from_tree_to_tree(b, c), 0);
     EXPECT_EQ(vctree_copy_plot_uid_from_tree_to_tree(b, invalid), 0);
     EXPECT_EQ(vctree_copy_plot_uid_from_tree_to_tree(invalid, a), 0);
-    EXPECT_EQ(to_text(b), "<b PlotObjUID=\"4\"></b>");
+    EXPECT_EQ(to_text(b), tree_text("<b PlotObjUID='4'/>"));
     EXPECT_EQ(vctree_copy_plot_uid_from_tree_to_tree(b, a), 1);
-    EXPECT_EQ(to_text(b), "<b PlotObjUID=\"12\"></b>");
+    EXPECT_EQ(to_text(b), tree_text("<b PlotObjUID='12'/>"));
 }
 
 }  // namespace

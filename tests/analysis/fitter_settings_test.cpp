@@ -12,6 +12,7 @@ namespace {
 using testing::ElementsAre;
 using uxtest::TestTree;
 using uxtest::to_text;
+using uxtest::tree_text;
 
 struct ListRow {
     const char* tag;
@@ -85,22 +86,23 @@ TEST(uxtree_nlsf_add_params_node_DataID, ListsAreFoundByDataIdWhateverTheirTag) 
     TestTree params("<p><mine DataID='5000'><other DataID='5002'>x</other></mine><Share/></p>");
     uxtree_nlsf_add_params_node_DataID(&params, 2);
     EXPECT_EQ(to_text(params.at("mine")),
-              "<mine DataID=\"5000\"><other DataID=\"5002\">x</other>"
-              "<Value1 DataID=\"5001\"></Value1></mine>");
-    EXPECT_EQ(to_text(params.at("Share")), "<Share></Share>");
+              tree_text("<mine DataID='5000'><other DataID='5002'>x</other>"
+                        "<Value1 DataID='5001'/></mine>"));
+    EXPECT_EQ(to_text(params.at("Share")), tree_text("<Share/>"));
 }
 
 TEST(uxtree_nlsf_add_params_node_DataID, ListsAreNotFoundBelowOtherNodes) {
     TestTree params("<p><x><Share DataID='5000'/></x></p>");
     uxtree_nlsf_add_params_node_DataID(&params, 0);
-    EXPECT_EQ(to_text(params.at("Share")), "<Share DataID=\"5000\"></Share>");
+    EXPECT_EQ(to_text(params.at("Share")), tree_text("<Share DataID='5000'/>"));
 }
 
 TEST(uxtree_nlsf_add_params_node_DataID, SwitchesThatAreThereGetTheirIdentifiers) {
     TestTree params("<p><UseInitialFormula DataID='1'>1</UseInitialFormula></p>");
     uxtree_nlsf_add_params_node_DataID(&params, 0);
-    EXPECT_EQ(to_text(params.at("UseInitialFormula")),
-              "<UseInitialFormula DataID=\"2908\" DataIDAssignDelay=\"10\">1</UseInitialFormula>");
+    EXPECT_EQ(
+        to_text(params.at("UseInitialFormula")),
+        tree_text("<UseInitialFormula DataID='2908' DataIDAssignDelay='10'>1</UseInitialFormula>"));
 }
 
 TEST(uxtree_nlsf_add_params_node_DataID, ManyParametersTakeLinearTime) {
@@ -111,7 +113,7 @@ TEST(uxtree_nlsf_add_params_node_DataID, ManyParametersTakeLinearTime) {
     UXXmlWrapperBase list = params.at("CustomDisplay");
     EXPECT_EQ(list.GetNodeCount(), kMany);
     list.GetChild(&last, kMany - 1);
-    EXPECT_EQ(to_text(last), "<Value20000 DataID=\"38000\"></Value20000>");
+    EXPECT_EQ(to_text(last), tree_text("<Value20000 DataID='38000'/>"));
 }
 
 // --- filling a list from a user's settings -------------------------------------------------------
@@ -121,24 +123,23 @@ TEST(uxtree_nlf_set_double_param_from_user_params_setting, FillsTheListWithTheDa
     auto values = uxtest::script_doubles({1.5, -2});
     EXPECT_TRUE(uxtree_nlf_set_double_param_from_user_params_setting(&params, &values, 13000));
     EXPECT_EQ(params.text(),
-              "<p><Values DataID=\"13000\"><Value1 DataID=\"13001\">1.5</Value1>"
-              "<Value2 DataID=\"13002\">-2</Value2></Values></p>");
+              tree_text("<p><Values DataID='13000'><Value1 DataID='13001'>1.5</Value1>"
+                        "<Value2 DataID='13002'>-2</Value2></Values></p>"));
 }
 
 TEST(uxtree_nlf_set_int_param_from_user_params_setting, FillsTheListWithTheDataId) {
     TestTree params("<p><Share DataID='5000'><a/><b/><c/></Share></p>");
     auto values = uxtest::script_ints({7, 8});
     EXPECT_TRUE(uxtree_nlf_set_int_param_from_user_params_setting(&params, &values, 5000));
-    EXPECT_EQ(params.text(), "<p><Share DataID=\"5000\"><a>7</a><b>8</b></Share></p>");
+    EXPECT_EQ(params.text(), tree_text("<p><Share DataID='5000'><a>7</a><b>8</b></Share></p>"));
 }
 
 TEST(uxtree_nlf_set_bool_param_from_user_params_setting, FillsTheListWithTheDataId) {
     TestTree params("<p><Fixed DataID='6000'/></p>");
     auto values = uxtest::script_bools({true, false});
     EXPECT_TRUE(uxtree_nlf_set_bool_param_from_user_params_setting(&params, &values, 6000));
-    EXPECT_EQ(params.text(),
-              "<p><Fixed DataID=\"6000\"><Value1 DataID=\"6001\">1</Value1>"
-              "<Value2 DataID=\"6002\">0</Value2></Fixed></p>");
+    EXPECT_EQ(params.text(), tree_text("<p><Fixed DataID='6000'><Value1 DataID='6001'>1</Value1>"
+                                       "<Value2 DataID='6002'>0</Value2></Fixed></p>"));
 }
 
 // Every form refuses the same things and leaves the tree alone.

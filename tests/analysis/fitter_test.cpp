@@ -18,6 +18,7 @@ using uxtest::FakeHostServices;
 using uxtest::TestTree;
 using uxtest::texts;
 using uxtest::to_text;
+using uxtest::tree_text;
 
 // --- VCTreeGetFitterWeightStrings ----------------------------------------------------------------
 
@@ -229,13 +230,13 @@ TEST(vctree_update_fitter_data_weight_node, BuildsTheWholeBranch) {
               1);
 
     EXPECT_EQ(weight.text(),
-              "<w _ACTION_OBJECT_ID=\"44\" DisableWeightMethod=\"1\" BranchComboDisable=\"1\">"
-              "<WeightMethod _ux_id=\"11\">6</WeightMethod>"
-              "<WeightData Label=\"Weight Data\" Combo=\"A|B\" _ACTION_OBJECT_ID=\"44\" Show=\"0\" "
-              "_ux_id=\"13\">Col(3)</WeightData>"
-              "<WeightA Label=\"a\" _ux_id=\"14\">0.1</WeightA>"
-              "<WeightB Label=\"b\" _ux_id=\"14\">-2</WeightB>"
-              "<WeightC Label=\"c\" Show=\"0\" _ux_id=\"14\">1e+300</WeightC></w>");
+              tree_text("<w _ACTION_OBJECT_ID='44' DisableWeightMethod='1' BranchComboDisable='1'>"
+                        "<WeightMethod _ux_id='11'>6</WeightMethod>"
+                        "<WeightData Label='Weight Data' Combo='A|B' _ACTION_OBJECT_ID='44' "
+                        "Show='0' _ux_id='13'>Col(3)</WeightData>"
+                        "<WeightA Label='a' _ux_id='14'>0.1</WeightA>"
+                        "<WeightB Label='b' _ux_id='14'>-2</WeightB>"
+                        "<WeightC Label='c' Show='0' _ux_id='14'>1e+300</WeightC></w>"));
     EXPECT_EQ(change, 1U);  // four new inputs counted as shown, two are now
 }
 
@@ -284,11 +285,12 @@ TEST(vctree_update_fitter_data_weight_node, NullValuesAreKeptAndAnEmptyTextClear
     DWORD change = 0;
     double b = 7;
     vctree_update_fitter_data_weight_node(weight, 8, change, nullptr, nullptr, &b, nullptr, 0, 0);
-    EXPECT_EQ(to_text(weight.at("WeightData")), "<WeightData Label=\"Weight Data\">d</WeightData>");
-    EXPECT_EQ(to_text(weight.at("WeightA")), "<WeightA Label=\"a\">1</WeightA>");
-    EXPECT_EQ(to_text(weight.at("WeightB")), "<WeightB Label=\"b\">7</WeightB>");
+    EXPECT_EQ(to_text(weight.at("WeightData")),
+              tree_text("<WeightData Label='Weight Data'>d</WeightData>"));
+    EXPECT_EQ(to_text(weight.at("WeightA")), tree_text("<WeightA Label='a'>1</WeightA>"));
+    EXPECT_EQ(to_text(weight.at("WeightB")), tree_text("<WeightB Label='b'>7</WeightB>"));
     vctree_update_fitter_data_weight_node(weight, 8, change, "", nullptr, nullptr, nullptr, 0, 0);
-    EXPECT_EQ(to_text(weight.at("WeightData")), "<WeightData Label=\"Weight Data\"></WeightData>");
+    EXPECT_EQ(to_text(weight.at("WeightData")), tree_text("<WeightData Label='Weight Data'/>"));
 }
 
 TEST(vctree_update_fitter_data_weight_node, HiddenInputsAreWrittenToo) {
@@ -297,7 +299,7 @@ TEST(vctree_update_fitter_data_weight_node, HiddenInputsAreWrittenToo) {
     double a = 5;
     vctree_update_fitter_data_weight_node(weight, 0, change, "d", &a, nullptr, nullptr, 0, 0);
     EXPECT_EQ(to_text(weight.at("WeightA")),
-              "<WeightA Label=\"a\" Show=\"0\" _ux_id=\"14\">5</WeightA>");
+              tree_text("<WeightA Label='a' Show='0' _ux_id='14'>5</WeightA>"));
 }
 
 TEST(vctree_update_fitter_data_weight_node, WithoutACombinationTheDataKeepsItsOwn) {
@@ -306,8 +308,7 @@ TEST(vctree_update_fitter_data_weight_node, WithoutACombinationTheDataKeepsItsOw
     vctree_update_fitter_data_weight_node(weight, 8, change, nullptr, nullptr, nullptr, nullptr, 0,
                                           0);
     EXPECT_EQ(to_text(weight.at("WeightData")),
-              "<WeightData Combo=\"own\" Label=\"Weight Data\" _ACTION_OBJECT_ID=\"5\">"
-              "</WeightData>");
+              tree_text("<WeightData Combo='own' Label='Weight Data' _ACTION_OBJECT_ID='5'/>"));
 }
 
 TEST(vctree_update_fitter_data_weight_node, TheSameMethodIsLeftAloneWhenOnlyChangesCount) {
@@ -317,8 +318,8 @@ TEST(vctree_update_fitter_data_weight_node, TheSameMethodIsLeftAloneWhenOnlyChan
                                                     nullptr, 1, 2),
               0);
     EXPECT_EQ(weight.text(),
-              "<w Combo=\"c\" DisableWeightMethod=\"2\" BranchComboDisable=\"2\">"
-              "<WeightMethod>3</WeightMethod></w>");
+              tree_text("<w Combo='c' DisableWeightMethod='2' BranchComboDisable='2'>"
+                        "<WeightMethod>3</WeightMethod></w>"));
     EXPECT_EQ(change, 99U);
     EXPECT_EQ(vctree_update_fitter_data_weight_node(weight, 4, change, "d", nullptr, nullptr,
                                                     nullptr, 1, 2),
@@ -343,8 +344,8 @@ TEST(vctree_update_fitter_data_weight_node, AnUnknownMethodStillLocksTheBranch) 
                                                         nullptr, nullptr, 0, 1),
                   0);
         EXPECT_EQ(weight.text(),
-                  "<w Combo=\"c\" DisableWeightMethod=\"1\" BranchComboDisable=\"1\">"
-                  "<WeightMethod>3</WeightMethod></w>");
+                  tree_text("<w Combo='c' DisableWeightMethod='1' BranchComboDisable='1'>"
+                            "<WeightMethod>3</WeightMethod></w>"));
         EXPECT_EQ(change, 99U);
     }
 }
@@ -360,13 +361,14 @@ TEST(vctree_fitter_data_weight_node_compact_to_expanded, ExpandsEverything) {
 
     EXPECT_EQ(vctree_fitter_data_weight_node_compact_to_expanded(expanded, compact), 1);
 
-    EXPECT_EQ(expanded.text(),
-              "<e Label=\"Weight\" DisableWeightMethod=\"1\" BranchComboDisable=\"1\">"
-              "<WeightMethod _ux_id=\"11\">8</WeightMethod>"
-              "<WeightData Label=\"Weight Data\" Combo=\"x|y\" _ux_id=\"13\">Col(A)</WeightData>"
-              "<WeightA Label=\"a\" _ux_id=\"14\">1</WeightA>"
-              "<WeightB Label=\"b\" _ux_id=\"14\">2.5</WeightB>"
-              "<WeightC Label=\"c\" _ux_id=\"14\">-3</WeightC></e>");
+    EXPECT_EQ(
+        expanded.text(),
+        tree_text("<e Label='Weight' DisableWeightMethod='1' BranchComboDisable='1'>"
+                  "<WeightMethod _ux_id='11'>8</WeightMethod>"
+                  "<WeightData Label='Weight Data' Combo='x|y' _ux_id='13'>Col(A)</WeightData>"
+                  "<WeightA Label='a' _ux_id='14'>1</WeightA>"
+                  "<WeightB Label='b' _ux_id='14'>2.5</WeightB>"
+                  "<WeightC Label='c' _ux_id='14'>-3</WeightC></e>"));
     EXPECT_EQ(compact.text(), before);
 }
 
@@ -375,21 +377,22 @@ TEST(vctree_fitter_data_weight_node_compact_to_expanded, WhatIsMissingIsZeroOrEm
     TestTree expanded("<e><WeightData>old</WeightData></e>");
     EXPECT_EQ(vctree_fitter_data_weight_node_compact_to_expanded(expanded, compact), 1);
     EXPECT_EQ(expanded.text(),
-              "<e Label=\"Weight\" DisableWeightMethod=\"0\" BranchComboDisable=\"0\">"
-              "<WeightData Label=\"Weight Data\" Show=\"0\"></WeightData>"
-              "<WeightMethod _ux_id=\"11\">0</WeightMethod>"
-              "<WeightA Label=\"a\" Show=\"0\" _ux_id=\"14\">0</WeightA>"
-              "<WeightB Label=\"b\" Show=\"0\" _ux_id=\"14\">0</WeightB>"
-              "<WeightC Label=\"c\" Show=\"0\" _ux_id=\"14\">0</WeightC></e>");
+              tree_text("<e Label='Weight' DisableWeightMethod='0' BranchComboDisable='0'>"
+                        "<WeightData Label='Weight Data' Show='0'/>"
+                        "<WeightMethod _ux_id='11'>0</WeightMethod>"
+                        "<WeightA Label='a' Show='0' _ux_id='14'>0</WeightA>"
+                        "<WeightB Label='b' Show='0' _ux_id='14'>0</WeightB>"
+                        "<WeightC Label='c' Show='0' _ux_id='14'>0</WeightC></e>"));
 }
 
 TEST(vctree_fitter_data_weight_node_compact_to_expanded, YieldsOneAlsoForAnUnknownMethod) {
     TestTree compact("<W WeightMethod='15' Combo='c'/>");
     TestTree expanded("<e/>");
     EXPECT_EQ(vctree_fitter_data_weight_node_compact_to_expanded(expanded, compact), 1);
-    EXPECT_EQ(expanded.text(),
-              "<e Label=\"Weight\" Combo=\"c\" DisableWeightMethod=\"0\" BranchComboDisable=\"0\">"
-              "<WeightMethod _ux_id=\"11\"></WeightMethod></e>");
+    EXPECT_EQ(
+        expanded.text(),
+        tree_text("<e Label='Weight' Combo='c' DisableWeightMethod='0' BranchComboDisable='0'>"
+                  "<WeightMethod _ux_id='11'/></e>"));
 }
 
 // --- vctree_fitter_data_weight_node_expanded_to_compact ------------------------------------------
@@ -413,7 +416,7 @@ TEST(vctree_fitter_data_weight_node_expanded_to_compact, CopiesOnlyWhatCanBeRead
         "<WeightB>?</WeightB><WeightC/></e>");
     TestTree compact("<W WeightMethod='2' Weight_B='9'>old</W>");
     EXPECT_EQ(vctree_fitter_data_weight_node_expanded_to_compact(compact, expanded), 1);
-    EXPECT_EQ(compact.text(), "<W WeightMethod=\"2\" Weight_B=\"9\" Weight_A=\"1\">old</W>");
+    EXPECT_EQ(compact.text(), tree_text("<W WeightMethod='2' Weight_B='9' Weight_A='1'>old</W>"));
 }
 
 TEST(vctree_fitter_data_weight_node_expanded_to_compact, AMissingChildWritesNothing) {
@@ -424,7 +427,7 @@ TEST(vctree_fitter_data_weight_node_expanded_to_compact, AMissingChildWritesNoth
         child.RemoveNode();
         EXPECT_EQ(vctree_fitter_data_weight_node_expanded_to_compact(compact, expanded), 0)
             << missing;
-        EXPECT_EQ(compact.text(), "<W></W>");
+        EXPECT_EQ(compact.text(), tree_text("<W/>"));
     }
 }
 

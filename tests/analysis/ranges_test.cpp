@@ -14,6 +14,7 @@ using uxtest::FakeHostServices;
 using uxtest::tag_text;
 using uxtest::TestTree;
 using uxtest::to_text;
+using uxtest::tree_text;
 
 // The ranges of a tree, each as the tags of its sub-ranges joined by blanks.
 std::vector<std::string> ranges_of(const char* xml) {
@@ -181,10 +182,11 @@ TEST(vctree_add_subrange_to_composite_range, CreatesANumberedRangeWithItsSlots) 
     EXPECT_EQ(vctree_add_subrange_to_composite_range(range, tree, -1, 0, 0), 1);
 
     EXPECT_EQ(tree.text(),
-              "<r><Range1 Label=\"Range 1\" Branch=\"0\" RepeatID=\"128\" _ACTION_OBJECT_ID=\"0\">"
-              "<X Label=\"X\" DataID=\"51\" _ACTION_OBJECT_ID=\"0\"></X>"
-              "<Y Label=\"Y\" DataID=\"52\" _ACTION_OBJECT_ID=\"0\"></Y>"
-              "<Z Label=\"Z\" DataID=\"53\" _ACTION_OBJECT_ID=\"0\"></Z></Range1></r>");
+              tree_text("<r>"
+                        "<Range1 Label='Range 1' Branch='0' RepeatID='128' _ACTION_OBJECT_ID='0'>"
+                        "<X Label='X' DataID='51' _ACTION_OBJECT_ID='0'/>"
+                        "<Y Label='Y' DataID='52' _ACTION_OBJECT_ID='0'/>"
+                        "<Z Label='Z' DataID='53' _ACTION_OBJECT_ID='0'/></Range1></r>"));
     EXPECT_TRUE(range == tree.at("Range1"));
 }
 
@@ -194,7 +196,7 @@ TEST(vctree_add_subrange_to_composite_range, TypesTwoAndFourHaveAnErrorSlot) {
         UXXmlWrapperBase range;
         vctree_add_subrange_to_composite_range(range, tree, -1, 0, type);
         EXPECT_EQ(to_text(tree.at("Range1/ED")),
-                  "<ED Label=\"ED\" DataID=\"53\" _ACTION_OBJECT_ID=\"0\"></ED>");
+                  tree_text("<ED Label='ED' DataID='53' _ACTION_OBJECT_ID='0'/>"));
         EXPECT_EQ(tree.at("Range1").GetNodeCount(), 3);
     }
 }
@@ -258,10 +260,10 @@ TEST(vctree_add_subrange_to_composite_range, AGivenRangeGetsAnotherSetOfSlots) {
     UXXmlWrapperBase noTree;
     EXPECT_EQ(vctree_add_subrange_to_composite_range(range, noTree, -1, 0, 0), 1);
     EXPECT_EQ(tree.text(),
-              "<r><a Label=\"mine\" RepeatID=\"128\" _ACTION_OBJECT_ID=\"0\"><X>1</X>"
-              "<X Label=\"X\" DataID=\"51\" _ACTION_OBJECT_ID=\"0\"></X>"
-              "<Y Label=\"Y\" DataID=\"52\" _ACTION_OBJECT_ID=\"0\"></Y>"
-              "<Z Label=\"Z\" DataID=\"53\" _ACTION_OBJECT_ID=\"0\"></Z></a></r>");
+              tree_text("<r><a Label='mine' RepeatID='128' _ACTION_OBJECT_ID='0'><X>1</X>"
+                        "<X Label='X' DataID='51' _ACTION_OBJECT_ID='0'/>"
+                        "<Y Label='Y' DataID='52' _ACTION_OBJECT_ID='0'/>"
+                        "<Z Label='Z' DataID='53' _ACTION_OBJECT_ID='0'/></a></r>"));
 }
 
 TEST(vctree_add_subrange_to_composite_range, TheHostSuppliesSlotsAndTheFinishingStep) {
@@ -289,10 +291,10 @@ TEST(vctree_add_subrange_to_composite_range, TheHostSuppliesSlotsAndTheFinishing
     EXPECT_EQ(askedStored, 5);
     EXPECT_EQ(finished, "r12");
     EXPECT_EQ(to_text(range),
-              "<Range1 Label=\"Range 1\" Branch=\"0\" RepeatID=\"128\" _ACTION_OBJECT_ID=\"33\">"
-              "<A Label=\"first\" DataID=\"7\" _ACTION_OBJECT_ID=\"33\"></A>"
-              "<B Label=\"B\" DataID=\"51\" _ACTION_OBJECT_ID=\"33\"></B>"
-              "<C Label=\"C\" DataID=\"51\" _ACTION_OBJECT_ID=\"33\"></C></Range1>");
+              tree_text("<Range1 Label='Range 1' Branch='0' RepeatID='128' _ACTION_OBJECT_ID='33'>"
+                        "<A Label='first' DataID='7' _ACTION_OBJECT_ID='33'/>"
+                        "<B Label='B' DataID='51' _ACTION_OBJECT_ID='33'/>"
+                        "<C Label='C' DataID='51' _ACTION_OBJECT_ID='33'/></Range1>"));
 }
 
 TEST(vctree_add_subrange_to_composite_range, TheFinishingStepMayGetAnInvalidTree) {
@@ -460,11 +462,10 @@ TEST(vctree_set_composite_subrange_values, ResetClearsTheNodeButKeepsItsAttribut
     TestTree tree("<r><a Label='mine'>t<X>1</X></a></r>");
     UXXmlWrapperBase range = tree.at("a");
     EXPECT_EQ(vctree_set_composite_subrange_values(range, "p", "q", "", 0, 0, 0, 1), 1);
-    EXPECT_EQ(to_text(range),
-              "<a Label=\"mine\" RepeatID=\"128\" _ACTION_OBJECT_ID=\"0\">"
-              "<X Label=\"X\" DataID=\"51\" _ACTION_OBJECT_ID=\"0\">p</X>"
-              "<Y Label=\"Y\" DataID=\"52\" _ACTION_OBJECT_ID=\"0\">q</Y>"
-              "<Z Label=\"Z\" DataID=\"53\" _ACTION_OBJECT_ID=\"0\"></Z></a>");
+    EXPECT_EQ(to_text(range), tree_text("<a Label='mine' RepeatID='128' _ACTION_OBJECT_ID='0'>"
+                                        "<X Label='X' DataID='51' _ACTION_OBJECT_ID='0'>p</X>"
+                                        "<Y Label='Y' DataID='52' _ACTION_OBJECT_ID='0'>q</Y>"
+                                        "<Z Label='Z' DataID='53' _ACTION_OBJECT_ID='0'/></a>"));
 }
 
 TEST(vctree_set_composite_subrange_values, NullTextsAreEmpty) {
@@ -525,21 +526,21 @@ TEST(vctree_composite_range_get_entire_worksheet_support, TellsOnOffAndAbsentApa
 TEST(vctree_composite_range_set_entire_worksheet_support, StoresKeepsOrRemoves) {
     TestTree tree("<a/>");
     vctree_composite_range_set_entire_worksheet_support(tree, 1);
-    EXPECT_EQ(tree.text(), "<a _EntireWorksheet=\"1\"></a>");
+    EXPECT_EQ(tree.text(), tree_text("<a _EntireWorksheet='1'/>"));
     vctree_composite_range_set_entire_worksheet_support(tree, 2);
     vctree_composite_range_set_entire_worksheet_support(tree, -2);
-    EXPECT_EQ(tree.text(), "<a _EntireWorksheet=\"1\"></a>");
+    EXPECT_EQ(tree.text(), tree_text("<a _EntireWorksheet='1'/>"));
     vctree_composite_range_set_entire_worksheet_support(tree, -1);
-    EXPECT_EQ(tree.text(), "<a _EntireWorksheet=\"0\"></a>");
+    EXPECT_EQ(tree.text(), tree_text("<a _EntireWorksheet='0'/>"));
     vctree_composite_range_set_entire_worksheet_support(tree, 0);
-    EXPECT_EQ(tree.text(), "<a></a>");
+    EXPECT_EQ(tree.text(), tree_text("<a/>"));
 }
 
 TEST(uxtree_composite_range_set_entire_worksheet_support, GivesTheNativeAnswer) {
     TestTree tree("<a/>");
     uxtree_composite_range_set_entire_worksheet_support(&tree, 1);
     uxtree_composite_range_set_entire_worksheet_support(nullptr, 1);
-    EXPECT_EQ(tree.text(), "<a _EntireWorksheet=\"1\"></a>");
+    EXPECT_EQ(tree.text(), tree_text("<a _EntireWorksheet='1'/>"));
 }
 
 TEST(uxtree_composite_range_get_entire_worksheet_support, GivesTheNativeAnswer) {
@@ -554,7 +555,7 @@ TEST(vctree_get_set_node_action_id, ZeroWritesAndAnythingElseReads) {
     TestTree tree("<a/>");
     int id = 12;
     EXPECT_EQ(vctree_get_set_node_action_id(tree, id, 0), 1);
-    EXPECT_EQ(tree.text(), "<a _ACTION_OBJECT_ID=\"12\"></a>");
+    EXPECT_EQ(tree.text(), tree_text("<a _ACTION_OBJECT_ID='12'/>"));
     for (int get : {1, -1, 7}) {
         id = 0;
         EXPECT_EQ(vctree_get_set_node_action_id(tree, id, get), 1);
@@ -577,16 +578,15 @@ TEST(vctree_get_set_node_action_id, AMissingIdLeavesTheVariableAlone) {
 TEST(VCTreeSetCompositeSubRangeNodeActionId, ReachesTheChildrenFromOne) {
     TestTree tree("<a><b><c/></b><d/></a>");
     EXPECT_EQ(VCTreeSetCompositeSubRangeNodeActionId(tree, 3, 1), 1);
-    EXPECT_EQ(tree.text(),
-              "<a _ACTION_OBJECT_ID=\"3\"><b _ACTION_OBJECT_ID=\"1\"><c></c></b>"
-              "<d _ACTION_OBJECT_ID=\"1\"></d></a>");
+    EXPECT_EQ(tree.text(), tree_text("<a _ACTION_OBJECT_ID='3'><b _ACTION_OBJECT_ID='1'><c/></b>"
+                                     "<d _ACTION_OBJECT_ID='1'/></a>"));
 }
 
 TEST(VCTreeSetCompositeSubRangeNodeActionId, AChildIdBelowOneLeavesTheChildrenAlone) {
     for (int childId : {0, -1}) {
         TestTree tree("<a><b/></a>");
         EXPECT_EQ(VCTreeSetCompositeSubRangeNodeActionId(tree, -3, childId), 1);
-        EXPECT_EQ(tree.text(), "<a _ACTION_OBJECT_ID=\"-3\"><b></b></a>");
+        EXPECT_EQ(tree.text(), tree_text("<a _ACTION_OBJECT_ID='-3'><b/></a>"));
     }
 }
 

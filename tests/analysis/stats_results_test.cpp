@@ -20,6 +20,7 @@ using uxtest::child;
 using uxtest::kMissingBits;
 using uxtest::tag_text;
 using uxtest::TestTree;
+using uxtest::tree_text;
 
 // --- result nodes --------------------------------------------------------------------------------
 
@@ -169,7 +170,7 @@ TEST(vctree_stats_get_set_stats_results, ReadingNothingGivesDefaultsAndCreatesRe
         double min = 5;
         double max = 6;
         vctree_stats_get_set_stats_results(tree, results, min, max, 1);
-        EXPECT_EQ(tree.text(), "<r><Results></Results></r>");
+        EXPECT_EQ(tree.text(), tree_text("<r><Results/></r>"));
         EXPECT_EQ(results.N, 0);
         EXPECT_EQ(results.Missing, 0);
         for (const double* field = &results.Mean; field <= &results.WeightSum; ++field) {
@@ -212,7 +213,7 @@ TEST(uxtree_stats_get_set_stats_results, NeedsEveryPointer) {
     uxtree_stats_get_set_stats_results(&tree, nullptr, &min, &max, 0);
     uxtree_stats_get_set_stats_results(&tree, &results, nullptr, &max, 0);
     uxtree_stats_get_set_stats_results(&tree, &results, &min, nullptr, 0);
-    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     uxtree_stats_get_set_stats_results(&tree, &results, &min, &max, 0);
     EXPECT_EQ(tree.text(), results_text());
 }
@@ -273,14 +274,14 @@ TEST(vctree_stats_result_get_set_details, WithoutDetailsTheRecordIsUntouched) {
     EXPECT_EQ(vctree_stats_result_get_set_details(invalid, details, 1), 0);
     EXPECT_EQ(vctree_stats_result_get_set_details(invalid, details, 0), 0);
     EXPECT_TRUE(same(details, numbered_details()));
-    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
 }
 
 TEST(vctree_stats_result_get_set_details, EmptyDetailsGiveDefaultsAndZero) {
     TestTree tree("<r><Details/></r>");
     tagHistogramStatsResult details = numbered_details();
     EXPECT_EQ(vctree_stats_result_get_set_details(tree, details, 1), 0);
-    EXPECT_EQ(tree.text(), "<r><Details></Details></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><Details/></r>"));
     EXPECT_EQ(details.N, 0);
     EXPECT_EQ(details.Missing, 0);
     EXPECT_EQ(details.Bandwidth, 0);
@@ -305,7 +306,7 @@ TEST(uxtree_stats_result_get_set_details, NeedsBothPointers) {
     tagHistogramStatsResult details = numbered_details();
     EXPECT_EQ(uxtree_stats_result_get_set_details(nullptr, &details, 0), 0);
     EXPECT_EQ(uxtree_stats_result_get_set_details(&tree, nullptr, 0), 0);
-    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     EXPECT_EQ(uxtree_stats_result_get_set_details(&tree, &details, 0), 1);
     EXPECT_EQ(tree.text(), details_text());
 }

@@ -19,6 +19,7 @@ using uxtest::kMissingBits;
 using uxtest::numbers;
 using uxtest::TestTree;
 using uxtest::to_text;
+using uxtest::tree_text;
 
 // --- box chart -----------------------------------------------------------------------------------
 
@@ -28,7 +29,7 @@ TEST(vctree_stats_get_boxchart_box_node, FindsOrAppends) {
     EXPECT_EQ(vctree_stats_get_boxchart_box_node(tree, out), 1);
     EXPECT_TRUE(out == tree.at("BoxChart/Box"));
     EXPECT_EQ(vctree_stats_get_boxchart_box_node(tree, out), 1);
-    EXPECT_EQ(tree.text(), "<r><BoxChart k=\"1\"><Box></Box></BoxChart></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><BoxChart k='1'><Box/></BoxChart></r>"));
     UXXmlWrapperBase invalid;
     EXPECT_EQ(vctree_stats_get_boxchart_box_node(invalid, out), 0);
     EXPECT_TRUE(out == tree.at("BoxChart/Box"));
@@ -38,7 +39,7 @@ TEST(vctree_stats_get_boxchart_whisker_node, FindsOrAppends) {
     TestTree tree("<r/>");
     UXXmlWrapperBase node = tree;
     EXPECT_EQ(vctree_stats_get_boxchart_whisker_node(node, node), 1);
-    EXPECT_EQ(tree.text(), "<r><BoxChart><Whisker></Whisker></BoxChart></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><BoxChart><Whisker/></BoxChart></r>"));
     EXPECT_TRUE(node == tree.at("BoxChart/Whisker"));
     UXXmlWrapperBase invalid;
     EXPECT_EQ(vctree_stats_get_boxchart_whisker_node(invalid, node), 0);
@@ -67,8 +68,8 @@ TEST(vctree_stats_get_set_box_info, StoresInAnotherOrderThanItIsPassed) {
     double center = 5;
     vctree_stats_get_set_box_info(tree, top, topX, bottom, bottomX, center, 0);
     EXPECT_EQ(tree.text(),
-              "<r><BoxChart><Box><Center>5</Center><Top>1</Top><TopX>2</TopX><Bottom>3</Bottom>"
-              "<BottomX>4</BottomX></Box></BoxChart></r>");
+              tree_text("<r><BoxChart><Box><Center>5</Center><Top>1</Top><TopX>2</TopX>"
+                        "<Bottom>3</Bottom><BottomX>4</BottomX></Box></BoxChart></r>"));
     top = topX = bottom = bottomX = center = 0;
     vctree_stats_get_set_box_info(tree, top, topX, bottom, bottomX, center, 1);
     EXPECT_THAT((std::vector<double>{top, topX, bottom, bottomX, center}),
@@ -79,7 +80,7 @@ TEST(vctree_stats_get_set_box_info, ReadingCreatesTheBoxButNotItsValues) {
     TestTree tree("<r/>");
     double value = 7;
     vctree_stats_get_set_box_info(tree, value, value, value, value, value, 1);
-    EXPECT_EQ(tree.text(), "<r><BoxChart><Box></Box></BoxChart></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><BoxChart><Box/></BoxChart></r>"));
     EXPECT_EQ(value, 7);
     UXXmlWrapperBase invalid;
     vctree_stats_get_set_box_info(invalid, value, value, value, value, value, 0);
@@ -95,7 +96,7 @@ TEST(uxtree_stats_get_set_box_info, NeedsEveryPointer) {
     uxtree_stats_get_set_box_info(&tree, &v, &v, nullptr, &v, &v, 0);
     uxtree_stats_get_set_box_info(&tree, &v, &v, &v, nullptr, &v, 0);
     uxtree_stats_get_set_box_info(&tree, &v, &v, &v, &v, nullptr, 0);
-    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     uxtree_stats_get_set_box_info(&tree, &v, &v, &v, &v, &v, 0);
     EXPECT_EQ(tree.at("BoxChart/Box").GetNodeCount(), 5);
 }
@@ -105,8 +106,8 @@ TEST(vctree_stats_get_set_whisker_info, GoesBothWays) {
     double top = 1;
     double bottom = 2;
     vctree_stats_get_set_whisker_info(tree, top, bottom, 0);
-    EXPECT_EQ(tree.text(),
-              "<r><BoxChart><Whisker><Top>1</Top><Bottom>2</Bottom></Whisker></BoxChart></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><BoxChart><Whisker><Top>1</Top>"
+                                     "<Bottom>2</Bottom></Whisker></BoxChart></r>"));
     top = bottom = 0;
     vctree_stats_get_set_whisker_info(tree, top, bottom, 1);
     EXPECT_EQ(top, 1);
@@ -119,7 +120,7 @@ TEST(uxtree_stats_get_set_whisker_info, NeedsEveryPointer) {
     uxtree_stats_get_set_whisker_info(nullptr, &v, &v, 0);
     uxtree_stats_get_set_whisker_info(&tree, nullptr, &v, 0);
     uxtree_stats_get_set_whisker_info(&tree, &v, nullptr, 0);
-    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     uxtree_stats_get_set_whisker_info(&tree, &v, &v, 0);
     EXPECT_EQ(tree.at("BoxChart/Whisker").GetNodeCount(), 2);
 }
@@ -133,8 +134,8 @@ TEST(vctree_stats_get_set_bin_info, GoesBothWaysBySize) {
     double size = 0.1;
     int space = 4;
     vctree_stats_get_set_bin_info(tree, min, max, size, space, 0);
-    EXPECT_EQ(tree.text(),
-              "<r><Bin><Min>-1.5</Min><Max>2</Max><Size>0.1</Size><Space>4</Space></Bin></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><Bin><Min>-1.5</Min><Max>2</Max><Size>0.1</Size>"
+                                     "<Space>4</Space></Bin></r>"));
     min = max = size = 0;
     space = 0;
     vctree_stats_get_set_bin_info(tree, min, max, size, space, 1);
@@ -149,9 +150,8 @@ TEST(vctree_stats_get_set_bin_info, GoesBothWaysByIntervals) {
     int intervals = 5;
     int space = 1;
     vctree_stats_get_set_bin_info(tree, min, max, intervals, space, 0);
-    EXPECT_EQ(tree.text(),
-              "<r><Bin><Min>0</Min><Max>10</Max><Intervals>5</Intervals><Space>1</Space></Bin>"
-              "</r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><Bin><Min>0</Min><Max>10</Max><Intervals>5</Intervals>"
+                                     "<Space>1</Space></Bin></r>"));
     intervals = 0;
     vctree_stats_get_set_bin_info(tree, min, max, intervals, space, 1);
     EXPECT_EQ(intervals, 5);
@@ -187,10 +187,11 @@ TEST(uxtree_stats_get_set_bin_info, ANullSpaceWritesZero) {
     TestTree tree("<r><Bin><Space>9</Space></Bin></r>");
     double v = 1;
     uxtree_stats_get_set_bin_info(&tree, &v, &v, &v, nullptr, 1);
-    EXPECT_EQ(tree.text(), "<r><Bin><Space>9</Space></Bin></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><Bin><Space>9</Space></Bin></r>"));
     uxtree_stats_get_set_bin_info(&tree, &v, &v, &v, nullptr, 0);
-    EXPECT_EQ(tree.text(),
-              "<r><Bin><Space>0</Space><Min>1</Min><Max>1</Max><Size>1</Size></Bin></r>");
+    EXPECT_EQ(
+        tree.text(),
+        tree_text("<r><Bin><Space>0</Space><Min>1</Min><Max>1</Max><Size>1</Size></Bin></r>"));
 }
 
 TEST(uxtree_stats_get_set_bin_info, NeedsEveryOtherPointer) {
@@ -201,7 +202,7 @@ TEST(uxtree_stats_get_set_bin_info, NeedsEveryOtherPointer) {
     uxtree_stats_get_set_bin_info(&tree, nullptr, &v, &v, &space, 0);
     uxtree_stats_get_set_bin_info(&tree, &v, nullptr, &v, &space, 0);
     uxtree_stats_get_set_bin_info(&tree, &v, &v, nullptr, &space, 0);
-    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
 }
 
 TEST(uxtree_stats_get_set_bin_intervals, CallsTheIntervalForm) {
@@ -213,12 +214,12 @@ TEST(uxtree_stats_get_set_bin_intervals, CallsTheIntervalForm) {
     uxtree_stats_get_set_bin_intervals(&tree, nullptr, &v, &intervals, &space, 0);
     uxtree_stats_get_set_bin_intervals(&tree, &v, nullptr, &intervals, &space, 0);
     uxtree_stats_get_set_bin_intervals(&tree, &v, &v, nullptr, &space, 0);
-    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     uxtree_stats_get_set_bin_intervals(&tree, &v, &v, &intervals, &space, 0);
-    EXPECT_EQ(tree.text(),
-              "<r><Bin><Min>1</Min><Max>1</Max><Intervals>6</Intervals><Space>2</Space></Bin></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><Bin><Min>1</Min><Max>1</Max><Intervals>6</Intervals>"
+                                     "<Space>2</Space></Bin></r>"));
     uxtree_stats_get_set_bin_intervals(&tree, &v, &v, &intervals, nullptr, 0);
-    EXPECT_EQ(to_text(tree.at("Bin/Space")), "<Space>0</Space>");
+    EXPECT_EQ(to_text(tree.at("Bin/Space")), tree_text("<Space>0</Space>"));
 }
 
 TEST(vctree_stats_is_bin_auto, IsOnUnlessTheTreeSaysOtherwise) {
@@ -335,7 +336,7 @@ TEST_P(IntSettings, HaveAScriptForm) {
     int value = 3;
     EXPECT_EQ(GetParam().script(nullptr, &value, 0), 0);
     EXPECT_EQ(GetParam().script(&tree, nullptr, 0), 0);
-    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     EXPECT_EQ(GetParam().script(&tree, &value, 0), 1);
     EXPECT_EQ(tree.text(), GetParam().written);
 }
@@ -359,7 +360,7 @@ TEST(vctree_stats_get_set_output_distribution, GoesBothWays) {
     TestTree tree("<r/>");
     int value = 2;
     vctree_stats_get_set_output_distribution(tree, value, 0);
-    EXPECT_EQ(tree.text(), "<r><Distribution>2</Distribution></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><Distribution>2</Distribution></r>"));
     value = 0;
     vctree_stats_get_set_output_distribution(tree, value, 1);
     EXPECT_EQ(value, 2);
@@ -370,19 +371,19 @@ TEST(uxtree_stats_get_set_output_distribution, NeedsBothPointers) {
     int value = 2;
     uxtree_stats_get_set_output_distribution(nullptr, &value, 0);
     uxtree_stats_get_set_output_distribution(&tree, nullptr, 0);
-    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     uxtree_stats_get_set_output_distribution(&tree, &value, 0);
-    EXPECT_EQ(tree.text(), "<r><Distribution>2</Distribution></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><Distribution>2</Distribution></r>"));
 }
 
 TEST(vctree_stats_get_set_sum, GoesBothWays) {
     TestTree tree("<r/>");
     double value = 0.1;
     vctree_stats_get_set_sum(tree, value, 1);
-    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     EXPECT_EQ(value, 0.1);
     vctree_stats_get_set_sum(tree, value, 0);
-    EXPECT_EQ(tree.text(), "<r><Sum>0.1</Sum></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><Sum>0.1</Sum></r>"));
     value = 0;
     vctree_stats_get_set_sum(tree, value, 1);
     EXPECT_EQ(value, 0.1);
@@ -393,7 +394,7 @@ TEST(vctree_stats_get_set_conf_interval_probability, GoesBothWays) {
     double prob0 = 0.9;
     double prob1 = 0.95;
     vctree_stats_get_set_conf_interval_probability(tree, prob0, prob1, 0);
-    EXPECT_EQ(tree.text(), "<r><Prob0>0.9</Prob0><Prob1>0.95</Prob1></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><Prob0>0.9</Prob0><Prob1>0.95</Prob1></r>"));
     prob0 = prob1 = 0;
     vctree_stats_get_set_conf_interval_probability(tree, prob0, prob1, 1);
     EXPECT_EQ(prob0, 0.9);
@@ -466,9 +467,9 @@ TEST(uxtree_stats_get_set_counts, NeedsANodeAndAVector) {
     uxtree_stats_get_set_counts(nullptr, &values, 0);
     uxtree_stats_get_set_counts(&tree, nullptr, 0);
     uxtree_stats_get_set_counts(&tree, &wrong, 0);
-    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     uxtree_stats_get_set_counts(&tree, &values, 0);
-    EXPECT_EQ(tree.text(), "<r><Counts>1 2</Counts></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><Counts>1 2</Counts></r>"));
 }
 TEST(uxtree_stats_get_set_percentiles, NeedsANodeAndAVector) {
     TestTree tree("<r><Percentiles>5 95</Percentiles></r>");
@@ -486,10 +487,10 @@ TEST(vctree_stats_get_set_output_distr_curve_type, GoesBothWaysWithoutCreatingOn
     TestTree tree("<r/>");
     CArray<int, int> values = uxtest::number_list<int>({4, 5});
     vctree_stats_get_set_output_distr_curve_type(tree, values, 1);
-    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     EXPECT_THAT(numbers(values), ElementsAre(4, 5));
     vctree_stats_get_set_output_distr_curve_type(tree, values, 0);
-    EXPECT_EQ(tree.text(), "<r><DistrCurveTypes>4 5</DistrCurveTypes></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><DistrCurveTypes>4 5</DistrCurveTypes></r>"));
     values.RemoveAll();
     vctree_stats_get_set_output_distr_curve_type(tree, values, 1);
     EXPECT_THAT(numbers(values), ElementsAre(4, 5));
@@ -499,9 +500,9 @@ TEST(vctree_stats_result_get_set_counts, ReadsWithoutCreating) {
     TestTree tree("<r/>");
     CArray<double, double> values = uxtest::number_list<double>({1.5});
     EXPECT_EQ(vctree_stats_result_get_set_counts(tree, values, 1), 0);
-    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     EXPECT_EQ(vctree_stats_result_get_set_counts(tree, values, 0), 1);
-    EXPECT_EQ(tree.text(), "<r><Counts>1.5</Counts></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><Counts>1.5</Counts></r>"));
     values.RemoveAll();
     EXPECT_EQ(vctree_stats_result_get_set_counts(tree, values, 1), 1);
     EXPECT_THAT(numbers(values), ElementsAre(1.5));
@@ -532,10 +533,10 @@ TEST(vctree_stats_result_get_set_panel_name, GoesBothWays) {
     CStringUTF8 name = "kept";
     EXPECT_EQ(vctree_stats_result_get_set_panel_name(tree, name, 1), 0);
     EXPECT_STREQ(name, "kept");
-    EXPECT_EQ(tree.text(), "<r></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     name = "Panel <1>";
     EXPECT_EQ(vctree_stats_result_get_set_panel_name(tree, name, 0), 1);
-    EXPECT_EQ(tree.text(), "<r><PanelName>Panel &lt;1&gt;</PanelName></r>");
+    EXPECT_EQ(tree.text(), tree_text("<r><PanelName>Panel &lt;1&gt;</PanelName></r>"));
     name.Empty();
     EXPECT_EQ(vctree_stats_result_get_set_panel_name(tree, name, 1), 1);
     EXPECT_STREQ(name, "Panel <1>");
