@@ -9,6 +9,7 @@ namespace {
 
 using uxtest::TestTree;
 using uxtest::to_text;
+using uxtest::tree_text;
 
 // The arguments of a row, with what most tests do not care about preset.
 struct Row {
@@ -161,7 +162,7 @@ TEST(report_make_input_data_table_var_row, MissingParametersLeaveTheCells) {
     TestTree table("<t><R1><C6>old</C6></R1></t>");
     row.paramIndex = -1;
     EXPECT_EQ(make(nullptr, &table, row), 1);
-    EXPECT_EQ(to_text(table.at("R1/C6")), "<C6 Label=\"a\">old</C6>");
+    EXPECT_EQ(to_text(table.at("R1/C6")), tree_text("<C6 Label='a'>old</C6>"));
 }
 
 TEST(report_make_input_data_table_var_row, AnUnknownMethodHasNoNameAndNoFurtherColumns) {
@@ -252,11 +253,11 @@ TEST(report_update_input_data_table, LabelsCellsAndCreatesAndRemovesNothing) {
         "<t Label='x'><R9 Label='mine' _ux_id='536872812'><C1 Label='old'>v</C1><C3>w</C3>"
         "<C7>y</C7><C6>x</C6><C8>z</C8><other Label='k'/><C9/></R9></t>");
     EXPECT_EQ(report_update_input_data_table(&table, &params, 1), 1);
-    EXPECT_EQ(table.text(),
-              "<t Label=\"x\"><R9 Label=\"mine\" _ux_id=\"536872812\">"
-              "<C1 Label=\"Dep/Indep\">v</C1><C3 Label=\"Range\">w</C3><C7 Label=\"b\"></C7>"
-              "<C6 Label=\"a\">1</C6><C8 Label=\"c\">z</C8><other Label=\"k\"></other><C9></C9>"
-              "</R9></t>");
+    EXPECT_EQ(
+        table.text(),
+        tree_text("<t Label='x'><R9 Label='mine' _ux_id='536872812'>"
+                  "<C1 Label='Dep/Indep'>v</C1><C3 Label='Range'>w</C3><C7 Label='b'/>"
+                  "<C6 Label='a'>1</C6><C8 Label='c'>z</C8><other Label='k'/><C9/></R9></t>"));
 }
 
 TEST(report_update_input_data_table, PassesOverRowsOfOtherIdentifiers) {
@@ -278,7 +279,7 @@ TEST(report_update_input_data_table, ARowsPlaceIsItsSetAndVariable) {
     table.AddNode(&row, "R6", (0x2002 << 16) | 1901);  // set 2, variable 1, so place 5
     row.AddNode(nullptr, "C6", -1);
     EXPECT_EQ(report_update_input_data_table(&table, &params, 2), 1);
-    EXPECT_EQ(to_text(table.at("R6/C6")), "<C6 Label=\"a\">found</C6>");
+    EXPECT_EQ(to_text(table.at("R6/C6")), tree_text("<C6 Label='a'>found</C6>"));
 }
 
 TEST(report_update_input_data_table, RefusesBadArguments) {
