@@ -18,6 +18,7 @@ namespace {
 using uxtest::TemporaryFolder;
 using uxtest::TestTree;
 using uxtest::to_text;
+using uxtest::tree_text;
 
 TEST(UXOutlineFile, AppendsTheOutline) {
     const TemporaryFolder folder;
@@ -26,10 +27,9 @@ TEST(UXOutlineFile, AppendsTheOutline) {
 
     EXPECT_EQ(UXOutlineFile(&target, path.c_str(), false), 1);
 
-    EXPECT_EQ(
-        to_text(target),
-        R"(<t><Node Label="r"><Node Label="a"><Attr Label="@x"></Attr><Attr Label="@y"></Attr>)"
-        R"(<Node Label="c"></Node></Node><Node Label="b"></Node></Node></t>)");
+    EXPECT_EQ(to_text(target),
+              tree_text("<t><Node Label='r'><Node Label='a'><Attr Label='@x'/><Attr Label='@y'/>"
+                        "<Node Label='c'/></Node><Node Label='b'/></Node></t>"));
 }
 
 TEST(UXOutlineFile, OfABrokenFileWritesNothingButOnRequest) {
@@ -38,11 +38,11 @@ TEST(UXOutlineFile, OfABrokenFileWritesNothingButOnRequest) {
     TestTree target("<t/>");
 
     EXPECT_EQ(UXOutlineFile(&target, path.c_str(), false), 0);
-    EXPECT_EQ(to_text(target), "<t></t>");
     EXPECT_EQ(std::string(UXGetLastLoadError()), path + ":2:10: mismatched tag: expected </b>");
+    EXPECT_EQ(to_text(target), tree_text("<t/>"));
     EXPECT_EQ(UXOutlineFile(&target, path.c_str(), true), 0);
     EXPECT_EQ(to_text(target),
-              R"(<t><Node Label="r"><Node Label="a"></Node><Node Label="b"></Node></Node></t>)");
+              tree_text("<t><Node Label='r'><Node Label='a'/><Node Label='b'/></Node></t>"));
 }
 
 TEST(UXOutlineFile, RefusesBadArguments) {
@@ -54,7 +54,7 @@ TEST(UXOutlineFile, RefusesBadArguments) {
     EXPECT_EQ(UXOutlineFile(&target, nullptr, false), 0);
     EXPECT_EQ(UXOutlineFile(&target, "", true), 0);
     EXPECT_EQ(UXOutlineFile(&target, "/nowhere/f.xml", true), 0);
-    EXPECT_EQ(to_text(target), "<t></t>");
+    EXPECT_EQ(to_text(target), tree_text("<t/>"));
 }
 
 // What load accepts has the outline of its tree, and what it refuses is refused for the same reason.
@@ -179,18 +179,17 @@ TEST(UXMergeOutline, AddsWhatIsMissingAtItsPlace) {
 
     EXPECT_EQ(UXMergeOutline(&target, &source), 1);
 
-    EXPECT_EQ(
-        to_text(target),
-        R"(<t><Node Label="r"><Attr Label="@a"></Attr><Attr Label="@b"></Attr>)"
-        R"(<Attr Label="@c"></Attr><Node Label="x"></Node><Node Label="y"><Attr Label="@d"></Attr>)"
-        R"(<Attr Label="@e"></Attr><Attr Label="@f"></Attr><Node Label="p"><Attr Label="@h">)"
-        R"(</Attr></Node><Node Label="q"><Node Label="k"><Attr Label="@g"></Attr></Node></Node>)"
-        R"(</Node><Node Label="z"></Node></Node></t>)");
+    EXPECT_EQ(to_text(target),
+              tree_text("<t><Node Label='r'><Attr Label='@a'/><Attr Label='@b'/>"
+                        "<Attr Label='@c'/><Node Label='x'/><Node Label='y'><Attr Label='@d'/>"
+                        "<Attr Label='@e'/><Attr Label='@f'/><Node Label='p'>"
+                        "<Attr Label='@h'/></Node><Node Label='q'><Node Label='k'>"
+                        "<Attr Label='@g'/></Node></Node></Node><Node Label='z'/></Node></t>"));
 }
 
 TEST(UXMergeOutline, KeepsDocumentsOfOtherRootsApart) {
     EXPECT_EQ(to_text(outlines_of({"<r/>", "<s/>", "<r><a/></r>"})),
-              R"(<t><Node Label="r"><Node Label="a"></Node></Node><Node Label="s"></Node></t>)");
+              tree_text("<t><Node Label='r'><Node Label='a'/></Node><Node Label='s'/></t>"));
 }
 
 TEST(UXMergeOutline, PassesOverWhatIsNoOutline) {
@@ -201,8 +200,8 @@ TEST(UXMergeOutline, PassesOverWhatIsNoOutline) {
 
     EXPECT_EQ(UXMergeOutline(&target, &source), 1);
 
-    EXPECT_EQ(to_text(target), R"(<t><other Label="r"></other><Node Label="r"><Attr Label="@b">)"
-                               R"(</Attr></Node></t>)");
+    EXPECT_EQ(to_text(target),
+              tree_text("<t><other Label='r'/><Node Label='r'><Attr Label='@b'/></Node></t>"));
 }
 
 TEST(UXMergeOutline, TakesTargetAndSourceOfOneTree) {
@@ -215,10 +214,10 @@ TEST(UXMergeOutline, TakesTargetAndSourceOfOneTree) {
     target.FirstChild(&inner);
     EXPECT_EQ(UXMergeOutline(&inner, &target), 1);
     EXPECT_EQ(to_text(target),
-              R"(<t><Node Label="r"><Attr Label="@a"></Attr><Node Label="x"><Node Label="x">)"
-              R"(<Node Label="y"></Node></Node></Node><Node Label="r"><Attr Label="@a"></Attr>)"
-              R"(<Node Label="x"><Node Label="x"><Node Label="y"></Node></Node></Node></Node>)"
-              R"(</Node></t>)");
+              tree_text("<t><Node Label='r'><Attr Label='@a'/><Node Label='x'><Node Label='x'>"
+                        "<Node Label='y'/></Node></Node><Node Label='r'><Attr Label='@a'/>"
+                        "<Node Label='x'><Node Label='x'>"
+                        "<Node Label='y'/></Node></Node></Node></Node></t>"));
 }
 
 TEST(UXMergeOutline, RefusesUnusableHandles) {
