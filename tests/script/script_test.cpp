@@ -304,7 +304,7 @@ TEST(ScriptEngine, RunsAFunctionOnANodeOfTheHost) {
     ASSERT_TRUE(
         engine.compile("a.as", "void mark(Tree@ t) { t[\"a\"].value = \"1\"; }\nvoid g() {}"));
     EXPECT_EQ(engine.run_on("mark", tree), UXScriptOutcome::kDone);
-    EXPECT_EQ(tree.text(), "<r><a>1</a></r>");
+    EXPECT_EQ(tree.text(), uxtest::tree_text("<r><a>1</a></r>"));
     EXPECT_EQ(engine.run_on("nothing", tree), UXScriptOutcome::kNoFunction);
     EXPECT_THAT(engine.functions(), testing::ElementsAre("g"));
 }
