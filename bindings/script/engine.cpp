@@ -9,7 +9,6 @@
 #include <angelscript/scriptdictionary.h>
 #include <angelscript/scripthelper.h>
 #include <angelscript/scriptmath.h>
-#include <angelscript/scriptstdstring.h>
 
 #include "uxtree/script.h"
 
@@ -17,6 +16,7 @@
 #include "messages.h"
 #include "printing.h"
 #include "sources.h"
+#include "string_type.h"
 
 namespace uxscript {
 namespace {
@@ -355,7 +355,7 @@ bool set_up(UXScriptEngine::State& state) {
         state.problem = state.messages.text({});
         return false;
     }
-    as::RegisterStdStringUtils(engine);
+    register_splitting(add);
     as::RegisterScriptDictionary(engine);
     as::RegisterScriptMath(engine);
     as::RegisterExceptionRoutines(engine);

@@ -10,6 +10,7 @@
 #include <map>
 #include <mutex>
 #include <system_error>
+#include <vector>
 
 #include "printing.h"
 
@@ -272,6 +273,37 @@ void parse_real(as::asIScriptGeneric* call) {
     parse<double>(call, 1, text.data() + start);
 }
 
+// --- parts
+
+void split(as::asIScriptGeneric* call) {
+    guarded([&] {
+        const std::string& text = text_of(call);
+        const std::string& separator = text_argument(call, 0);
+        if (separator.empty()) throw ScriptError{"split: the separator is empty"};
+        std::vector<std::string> parts;
+        std::size_t start = 0, stop = 0;
+        while ((stop = text.find(separator, start)) != std::string::npos) {
+            parts.push_back(text.substr(start, stop - start));
+            start = stop + separator.size();
+        }
+        parts.push_back(text.substr(start));
+        ResultArray array(call, "array<string>", parts.size());
+        for (std::size_t i = 0; i < parts.size(); ++i) array.text(i) = std::move(parts[i]);
+        array.give();
+    });
+}
+void join(as::asIScriptGeneric* call) {
+    guarded([&] {
+        const auto& parts = argument<const as::CScriptArray>(call, 0);
+        std::string text;
+        for (as::asUINT i = 0; i < parts.GetSize(); ++i) {
+            if (i != 0) text += text_argument(call, 1);
+            text += *static_cast<const std::string*>(parts.At(i));
+        }
+        return_value<std::string>(call, std::move(text));
+    });
+}
+
 struct Method {
     const char* declaration;
     Called function;
@@ -329,6 +361,12 @@ void register_strings(Registrar& registrar) {
     register_number<std::uint64_t>(registrar, "uint64");
     register_number<bool>(registrar, "bool");
     for (const Method& each : kFunctions) registrar.function(each.declaration, each.function);
+}
+
+void register_splitting(Registrar& registrar) {
+    registrar.method("string", "array<string>@ split(const string &in separator) const", split);
+    registrar.function("string join(const array<string> &in parts, const string &in separator)",
+                       join);
 }
 
 }  // namespace uxscript

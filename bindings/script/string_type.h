@@ -10,5 +10,8 @@ namespace uxscript {
 // on (float: 6 on). Numbers in texts are read without regard to the locale; what does not fit is no
 // number.
 void register_strings(Registrar& registrar);
+// split and join, for engines that have the array as well. Splitting takes linear time, and ends with
+// an empty separator, by an exception.
+void register_splitting(Registrar& registrar);
 
 }  // namespace uxscript

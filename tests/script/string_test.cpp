@@ -180,6 +180,18 @@ TEST_F(StringType, FitsTheAddOnsThatTakeTexts) {
               "a-b-c 2\nv\n");
 }
 
+TEST_F(StringType, SplitsAndJoins) {
+    EXPECT_EQ(Script().body("print(\"a,,b,\".split(\",\"), \"\".split(\",\"), "
+                            "\"a--b-c\".split(\"--\"), \"abc\".split(\"abc\"));"
+                            "array<string> none; print(join(none, \",\").length(), "
+                            "join({\"a\", \"\", \"b\"}, \"; \"));"
+                            "string s; s.resize(1000000); print(s.split(\"x\").length(), "
+                            "s.split(\"\\0\").length());"),
+              "[a, , b, ] [] [a, b-c] [, ]\n0 a; ; b\n1 1000001\n");
+    EXPECT_THAT(Script().body("string s; s.split(\"\");"),
+                HasSubstr("error: split: the separator is empty"));
+}
+
 TEST_F(StringType, SharesConstantsBetweenEngines) {
     for (int i = 0; i < 3; ++i) {
         Script script;
