@@ -25,9 +25,9 @@ def folder(tmp_path_factory):
         tree.attrs["Label"] = f"Dialog {number}"
         for _ in range(chance.randrange(3, 12)):
             node = tree.add(f"n{chance.randrange(20)}", chance.randrange(1000))
-            node.data_id = chance.randrange(1, 30)
             node.attrs[f"a{chance.randrange(4)}"] = 1
-            node.add("deep").add(f"d{chance.randrange(3)}", "x")
+            leaf = node.add("deep").add(f"d{chance.randrange(3)}", chance.random())
+            leaf.data_id = chance.randrange(1, 30)
         tree.save(folder / f"{number:02}.xml", form="indented")
     (folder / "17.xml").write_text("<dialog>\n<a></dialog>")
     return folder
@@ -73,6 +73,8 @@ def test_broken_files_are_told_in_their_order(tmp_path):
 
 def test_values_of_files_are_their_values(folder):
     table, _ = many.values(folder / "*.xml", errors="collect")
+    assert f"<th>{table.names[1]}</th>" in table._repr_html_()
+    assert repr(table).startswith(f"<table of 39 rows: file, {table.names[1]}, ")
     assert len(table) == 39 and table.names[0] == "file"
     for row in table.rows():
         pairs = uxtree.load(row[0]).value_pairs()
@@ -86,6 +88,7 @@ def test_spectra(tmp_path):
     table = many.spectra(tmp_path / "*.n42")
     assert len(table) == 12 and table == many.spectra(tmp_path / "*.n42", processes=2)
     assert table.column("counts")[0] == 577840.0
+    assert "<td>577840.0</td>" in table._repr_html_()
 
 
 def test_a_cluster_of_two_workers(folder, tmp_path):

@@ -59,9 +59,9 @@ def _head(node):
 
 def table_html(table, most=60):
     """A table with its first rows."""
-    head = "".join(f"<th>{html.escape(name)}</th>" for name in table.names)
+    head = "".join(f"<th>{_short(str(name))}</th>" for name in table.names)
     rows = "".join(
-        "<tr>" + "".join(f"<td>{'' if cell is None else _short(cell)}</td>" for cell in row) + "</tr>"
+        "<tr>" + "".join(f"<td>{'' if cell is None else _short(str(cell))}</td>" for cell in row) + "</tr>"
         for row in table.rows()[:most])
     more = f"<caption>{len(table)} rows, of which {most} are shown</caption>"
     return f"<table>{more if len(table) > most else ''}<tr>{head}</tr>{rows}</table>"

@@ -21,7 +21,7 @@ def frame_of(names, rows):
 
 
 class Table:
-    """Columns of texts with names, which may repeat."""
+    """Columns with names, both of texts or numbers; names may repeat."""
 
     def __init__(self, names, columns):
         self.names = list(names)
@@ -40,7 +40,7 @@ class Table:
         return self.columns[self.names.index(name)]
 
     def to_frame(self):
-        """A DataFrame of texts."""
+        """A DataFrame."""
         return frame_of(self.names, self.rows())
 
     @staticmethod
@@ -76,7 +76,7 @@ class Table:
     __hash__ = None
 
     def __repr__(self):
-        return f"<table of {len(self)} rows: {', '.join(self.names)}>"
+        return f"<table of {len(self)} rows: {', '.join(map(str, self.names))}>"
 
     def _repr_html_(self):
         from .display import table_html
