@@ -47,7 +47,7 @@ std::string outline_text(const ux::LayoutNode& root) {
     std::string out;
     const auto enter = [&out](const ux::LayoutNode& entry) {
         out += "[" + entry.name;
-        for (const std::string& attribute : entry.attributeNames) out += " " + attribute;
+        for (const auto& [name, known] : entry.attributes) out += " " + name;
         return Place{&entry, 0};
     };
     std::vector<Place> path{enter(root)};

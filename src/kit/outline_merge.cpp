@@ -58,7 +58,7 @@ void read_outlines(const UXXmlWrapperBase& top, LayoutNode& root) {
         }
         if (element.is_attribute(node) && at.level() > 0 && !label.empty() &&
             label.front() == '@') {
-            parent.attributeNames.emplace(label.substr(1));
+            parent.attributes.try_emplace(std::string(label.substr(1)));
         }
         at.over();
     }
@@ -73,7 +73,7 @@ void merge_attributes(UXXmlWrapperBase& entry, const LayoutNode& more) {
     OutlineElement element;
     UXXmlWrapperBase next;  // the first that is not before the name's place
     int hasNext = entry.FirstChild(&next);
-    for (const std::string& name : more.attributeNames) {
+    for (const auto& [name, attribute] : more.attributes) {
         const std::string label = std::string("@").append(name);
         const auto is_next_before = [&] {
             return hasNext != 0 && element.is_attribute(next) && element.label(next) < label;

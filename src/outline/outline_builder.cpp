@@ -14,6 +14,12 @@ constexpr std::size_t kFewAttributes = 32;
 
 }  // namespace
 
+void ExpectedText::make(std::string_view before, std::string_view name, std::string_view behind) {
+    made_ = std::make_unique<Made>();
+    made_->text.append(before).append(name).append(behind);
+    made_->known = KnownText(made_->text);
+}
+
 LayoutNode::~LayoutNode() {
     std::vector<std::unique_ptr<LayoutNode>> doomed = std::move(children);
     while (!doomed.empty()) {
@@ -65,27 +71,24 @@ void OutlineBuilder::begin(std::string_view name) {
 
 void OutlineBuilder::attribute(std::string_view name) {
     if (node_ != nullptr) {
-        LayoutNode::KnownAttribute* const foreseen = foreseen_attribute();
+        LayoutNode::Attribute* const foreseen = foreseen_attribute();
         if (foreseen != nullptr && foreseen->name == name) {
             foreseen->told = told_from(name.data());
             return attribute_expected();
         }
-        const auto& known = node_->knownAttributes;
-        const auto found = std::find_if(known.begin(), known.end(),
-                                        [&](const auto& other) { return other->name == name; });
-        if (found != known.end()) {
+        const auto& few = node_->fewAttributes;
+        const auto found = std::find_if(few.begin(), few.end(),
+                                        [&](const auto* other) { return other->name == name; });
+        if (found != few.end()) {
             (*found)->told = told_from(name.data());
-            return follow(found->get());
+            return follow(*found);
         }
-        if (known.size() == kFewAttributes) {
-            scratch_ = name;
-            if (node_->attributeNames.count(scratch_) != 0) return;
-        }
+        if (few.size() == kFewAttributes && node_->attributes.count(name) != 0) return;
     }
     newAttributes_.emplace_back(name);
 }
 
-void OutlineBuilder::follow(LayoutNode::KnownAttribute* attribute) {
+void OutlineBuilder::follow(LayoutNode::Attribute* attribute) {
     foreseen_attribute() = attribute;
     lastAttribute_ = attribute;
 }
@@ -100,11 +103,13 @@ void OutlineBuilder::commit_new() {
 
 void OutlineBuilder::add_new_attributes() {
     for (std::string& name : newAttributes_) {
-        const auto [place, isNew] = node_->attributeNames.insert(std::move(name));
-        if (!isNew || node_->knownAttributes.size() == kFewAttributes) continue;
-        auto& known = node_->knownAttributes;
-        known.push_back(std::make_unique<LayoutNode::KnownAttribute>(*place));
-        follow(known.back().get());
+        const auto [place, isNew] = node_->attributes.try_emplace(std::move(name));
+        if (!isNew) continue;
+        LayoutNode::Attribute& attribute = place->second;
+        attribute.name = place->first;
+        if (node_->fewAttributes.size() == kFewAttributes) continue;
+        node_->fewAttributes.push_back(&attribute);
+        follow(&attribute);
     }
     newAttributes_.clear();
 }

@@ -2,11 +2,13 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <map>
 #include <memory>
-#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "base/byte_search.h"
@@ -15,11 +17,43 @@
 
 namespace ux {
 
+// A text that the grammar asks for, made when it does.
+class ExpectedText {
+public:
+    const KnownText* text(std::string_view before, std::string_view name, std::string_view behind) {
+        if (made_ == nullptr) make(before, name, behind);
+        return &made_->known;
+    }
+    void forget() { made_.reset(); }
+
+private:
+    struct Made {
+        std::string text;
+        KnownText known;
+    };
+    void make(std::string_view before, std::string_view name, std::string_view behind);
+
+    std::unique_ptr<Made> made_;
+};
+
 // One entry: which attributes and which children the elements of this name and place have.
 struct LayoutNode {
+    // Where a name was told from, and in which document.
+    struct Told {
+        const char* address = nullptr;
+        std::size_t document = 0;
+        bool operator==(const Told&) const = default;
+    };
+    struct Attribute {
+        std::string_view name;  // the key
+        ExpectedText opening;
+        Told told;
+        Attribute* follower = nullptr;  // the one that came next last time
+    };
+
     std::string name;
-    std::set<std::string> attributeNames;               // in the order of their bytes
-    std::vector<std::unique_ptr<LayoutNode>> children;  // in the order of first appearance
+    std::map<std::string, Attribute, std::less<>> attributes;  // in the order of their bytes
+    std::vector<std::unique_ptr<LayoutNode>> children;         // in the order of first appearance
 
     LayoutNode() = default;
     explicit LayoutNode(std::string_view tag) : name(tag) {}
@@ -32,43 +66,15 @@ struct LayoutNode {
     LayoutNode& add_child(std::string_view tag);
     void rename(std::string_view tag);
 
-    // Where a name was told from, and in which document.
-    struct Told {
-        const char* address = nullptr;
-        std::size_t document = 0;
-        bool operator==(const Told&) const = default;
-    };
-    // A text that the grammar asks for, made when it does.
-    class Expected {
-    public:
-        const KnownText* text(std::string_view before, std::string_view name,
-                              std::string_view behind) {
-            if (text_.empty()) known_ = KnownText(text_.append(before).append(name).append(behind));
-            return &known_;
-        }
-        void forget() { text_.clear(); }
-
-    private:
-        std::string text_;
-        KnownText known_;
-    };
     // What the last element of this entry looked like. Documents repeat themselves, so this
     // foresees the next one.
-    struct KnownAttribute {
-        explicit KnownAttribute(const std::string& attribute) : name(attribute) {}
-
-        std::string_view name;  // where attributeNames has it
-        Expected opening;
-        Told told;
-        KnownAttribute* follower = nullptr;  // the one that came next last time
-    };
-    Expected expectedTag;
-    Expected expectedEnd;
+    ExpectedText expectedTag;
+    ExpectedText expectedEnd;
     Told told;
     LayoutNode* firstChild = nullptr;  // the child that came first last time
     LayoutNode* follower = nullptr;    // the sibling that came next last time
-    KnownAttribute* firstAttribute = nullptr;
-    std::vector<std::unique_ptr<KnownAttribute>> knownAttributes;  // the first few
+    Attribute* firstAttribute = nullptr;
+    std::vector<Attribute*> fewAttributes;  // the first
 
 private:
     std::unique_ptr<std::unordered_map<std::string_view, LayoutNode*, SeededHash>>
@@ -95,8 +101,7 @@ public:
                                                       : nullptr;
     }
     const KnownText* expected_attribute() const {
-        LayoutNode::KnownAttribute* const attribute =
-            node_ == nullptr ? nullptr : foreseen_attribute();
+        LayoutNode::Attribute* const attribute = node_ == nullptr ? nullptr : foreseen_attribute();
         return attribute != nullptr ? attribute->opening.text({}, attribute->name, "=\"") : nullptr;
     }
     const KnownText* expected_end() const {
@@ -119,7 +124,7 @@ public:
         return true;
     }
     bool attribute_at(const char* name) {
-        LayoutNode::KnownAttribute* const known = node_ == nullptr ? nullptr : foreseen_attribute();
+        LayoutNode::Attribute* const known = node_ == nullptr ? nullptr : foreseen_attribute();
         if (known == nullptr || known->told != told_from(name)) return false;
         attribute_expected();
         return true;
@@ -150,7 +155,7 @@ private:
         const OpenElement& parent = open_.back();
         return parent.lastChild != nullptr ? parent.lastChild->follower : parent.node->firstChild;
     }
-    LayoutNode::KnownAttribute*& foreseen_attribute() const {
+    LayoutNode::Attribute*& foreseen_attribute() const {
         return lastAttribute_ != nullptr ? lastAttribute_->follower : node_->firstAttribute;
     }
     LayoutNode& commit() {
@@ -164,7 +169,7 @@ private:
     }
     LayoutNode::Told told_from(const char* name) const { return {name, document_}; }
     void commit_new();
-    void follow(LayoutNode::KnownAttribute* attribute);
+    void follow(LayoutNode::Attribute* attribute);
     void add_new_attributes();
 
     LayoutNode root_;
@@ -173,10 +178,9 @@ private:
 
     // The start tag being read. It leaves no trace in the outline before it is complete.
     LayoutNode* node_ = nullptr;  // the entry that it folds into; null: a new one, or the root
-    LayoutNode::KnownAttribute* lastAttribute_ = nullptr;
+    LayoutNode::Attribute* lastAttribute_ = nullptr;
     std::string newName_;
     std::vector<std::string> newAttributes_;
-    std::string scratch_;
 };
 
 // The same for a scanner that reports to a handler (see SaxScanner).

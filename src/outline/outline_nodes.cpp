@@ -30,7 +30,7 @@ UXXmlWrapperBase write_entry(UXXmlWrapperBase& parent, const LayoutNode& entry) 
     UXXmlWrapperBase node;
     UXXmlWrapperBase attribute;
     add_labelled(parent, "Node", entry.name, node);
-    for (const std::string& name : entry.attributeNames) {
+    for (const auto& [name, known] : entry.attributes) {
         add_labelled(node, "Attr", "@" + name, attribute);
     }
     return node;

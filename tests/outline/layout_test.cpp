@@ -361,7 +361,7 @@ TEST(SAXTreeLayout, VeryManyDistinctChildrenKeepTheirOrder) {
         for (int i = 0; i < kChildren; ++i) {
             const LayoutNode& child = *root->children[static_cast<std::size_t>(i)];
             ASSERT_EQ(child.name, "n" + std::to_string(i));
-            ASSERT_EQ(child.attributeNames.size(), 1u);
+            ASSERT_EQ(child.attributes.size(), 1u);
         }
     }
 }
@@ -375,7 +375,7 @@ TEST(SAXTreeLayout, VeryManyDistinctAttributesAreKept) {
         SaxFileReader reader = SaxFileReader::of_bytes(text, size);
         LayoutHandler handler;
         SaxScanner(reader).scan(handler);
-        EXPECT_EQ(handler.root().children[0]->attributeNames.size(), 100000u);
+        EXPECT_EQ(handler.root().children[0]->attributes.size(), 100000u);
     }
 }
 

@@ -64,7 +64,7 @@ private:
         }
         const int specified = XML_GetSpecifiedAttributeCount(parser_);
         for (int i = 0; attributes[i] != nullptr && (withDefaults_ || i < specified); i += 2) {
-            node->attributeNames.insert(attributes[i]);
+            node->attributes.try_emplace(attributes[i]);
         }
         open_.push_back(node);
     }

@@ -31,7 +31,7 @@ private:
 void append_outline(const ux::LayoutNode& node, std::string& out) {
     out += node.name;
     std::string attributes;
-    for (const std::string& name : node.attributeNames) {
+    for (const auto& [name, known] : node.attributes) {
         attributes += (attributes.empty() ? "" : ",") + name;
     }
     if (!attributes.empty()) out += "(" + attributes + ")";
