@@ -39,7 +39,6 @@ def table(title, names, rows):
     print(f"\n{title}\n\n| {' | '.join(names)} |\n|{'---|' * len(names)}")
     for row in rows:
         print(f"| {' | '.join(row)} |")
-    print()
 
 
 def calls():
@@ -129,7 +128,7 @@ def vectors():
     write, read, copy = seconds(lambda: setattr(tree, "value", values), lambda: tree.vector,
                                 values.copy)
     print(f"\n1e6 doubles: written in {write * 1e3:.2f} ms, read in {read * 1e3:.2f} ms; "
-          f"numpy copies them in {copy * 1e3:.2f} ms\n")
+          f"numpy copies them in {copy * 1e3:.2f} ms")
 
 
 def spectra():
@@ -145,7 +144,7 @@ def spectra():
                 took = time.perf_counter() - start
                 times[processes] = min(times.get(processes, took), took)
     print(f"\n1,000 spectrum files: {times[1]:.2f} s in one process, {times[2]:.2f} s in two "
-          f"({times[2] / times[1]:.2f})\n")
+          f"({times[2] / times[1]:.2f})")
 
 
 if __name__ == "__main__":
