@@ -11,11 +11,11 @@
 
 namespace {
 
-constexpr int kCalls = 200000;
+constexpr int kCalls = 20000;
 
 template <typename Call>
 std::string nanoseconds(const char* name, Call&& call) {
-    const double seconds = uxbench::best_of(7, [&] {
+    const double seconds = uxbench::best_of(50, [&] {
         for (int i = 0; i < kCalls; ++i) call();
     });
     return std::string(name) + "=" + std::to_string(seconds / kCalls * 1e9);
