@@ -158,8 +158,8 @@ CASES = [
     # The folder for the second backup is missing, which shows when both files are in their places.
     case("PutsAllFilesBackWhenABackupFails",
          ["edit", "a.xml", "b.xml", "-i.old/copy", "--all-or-none", "--select", "//book[1]", "delete"],
-         files={"a.xml": BOOKS, **FILES, "a.xml.old/other": ""}, code=4,
-         after={"a.xml": BOOKS, **FILES, "a.xml.old/copy": None},
+         files={"a.xml": BOOKS, **FILES, "a.xml.old/copy": "older"}, code=4,
+         after={"a.xml": BOOKS, **FILES, "a.xml.old/copy": "older"},
          err=["b.xml.old/copy: No such file or directory\n",
               "note: 2 files: 0 changed, 2 as before; nothing was written\n"]),
     case("SeveralFilesAreEditedInPlace", ["edit", "b.xml", "b.xml", "--select", "//book", "delete"],

@@ -52,7 +52,7 @@ std::string resolved(const std::string& file) {
 
 void ReplacedFiles::add(const std::string& file, std::string_view content) {
     const std::string path = resolved(file);
-    Pending pending{file, path, UXFileOutput(path.c_str()), "", ""};
+    Pending pending{file, path, UXFileOutput(path.c_str()), {}, {}};
     if (!pending.output.Write(content)) {
         errno = pending.output.Error();
         throw Failure(kRefused, file, system_error());
@@ -60,12 +60,39 @@ void ReplacedFiles::add(const std::string& file, std::string_view content) {
     pending_.push_back(std::move(pending));
 }
 
-void ReplacedFiles::put_in_place(Pending& pending) {
-    if (pending_.size() > 1 || !backupSuffix_.empty()) {
-        const std::string old = fmt::format("{}.old{}", pending.path, process_id());
-        if (!link_or_copy(pending.path, old)) throw Failure(kRefused, old, system_error());
-        pending.old = old;
+void KeptFile::keep(const std::string& path) {
+    std::error_code unknown;
+    const std::filesystem::file_status status = std::filesystem::symlink_status(path, unknown);
+    if (std::filesystem::is_directory(status)) {
+        errno = EISDIR;
+        throw Failure(kRefused, path, system_error());
     }
+    if (std::filesystem::exists(status)) {
+        const std::string name = fmt::format("{}.old{}", path, process_id());
+        if (!link_or_copy(path, name)) throw Failure(kRefused, name, system_error());
+        name_ = name;
+    }
+    path_ = path;
+}
+
+void KeptFile::forget() const {
+    if (!name_.empty()) remove_file(name_.c_str());
+}
+
+bool KeptFile::put_back() const {
+    if (name_.empty()) {
+        if (!path_.empty()) remove_file(path_.c_str());
+        return true;
+    }
+    if (std::rename(name_.c_str(), path_.c_str()) != 0) {
+        warn(path_ + " is not as it was: " + system_error() + "; its old content is in " + name_);
+        return false;
+    }
+    forget();  // still there when it is the same file
+    return true;
+}
+
+void ReplacedFiles::put_in_place(Pending& pending) {
     if (!pending.output.Commit()) {
         errno = pending.output.Error();
         throw Failure(kRefused, pending.file, system_error());
@@ -73,37 +100,30 @@ void ReplacedFiles::put_in_place(Pending& pending) {
     tell_unkept(pending.file);
 }
 
-void ReplacedFiles::keep_backup(Pending& pending) const {
-    const std::string backup = pending.file + backupSuffix_;
-    replace_by_link(pending.old, backup);
-    pending.backup = backup;
-}
-
-void ReplacedFiles::put_back(const Pending& pending) {
-    if (!pending.backup.empty()) remove_file(pending.backup.c_str());
-    if (pending.old.empty()) return;
-    if (std::rename(pending.old.c_str(), pending.path.c_str()) == 0) {
-        remove_file(pending.old.c_str());  // still there when the file was never replaced
-        return;
-    }
-    isWhole_ = false;
-    warn(pending.file + " is not as it was: " + system_error() + "; its old content is in " +
-         pending.old);
-}
-
-// The old files are at hand until all is done.
+// What was there before is at hand until all is done.
 void ReplacedFiles::commit() {
+    const bool wantsBackups = !backupSuffix_.empty();
     try {
+        for (Pending& pending : pending_) {
+            if (pending_.size() > 1 || wantsBackups) pending.old.keep(pending.path);
+            if (wantsBackups) pending.oldBackup.keep(pending.file + backupSuffix_);
+        }
         for (Pending& pending : pending_) put_in_place(pending);
-        if (!backupSuffix_.empty()) {
-            for (Pending& pending : pending_) keep_backup(pending);
+        if (wantsBackups) {
+            for (const Pending& pending : pending_) {
+                replace_by_link(pending.old.name(), pending.file + backupSuffix_);
+            }
         }
     } catch (const Failure&) {
-        for (const Pending& pending : pending_) put_back(pending);
+        for (const Pending& pending : pending_) {
+            isWhole_ = pending.old.put_back() && isWhole_;
+            isWhole_ = pending.oldBackup.put_back() && isWhole_;
+        }
         throw;
     }
     for (const Pending& pending : pending_) {
-        if (!pending.old.empty()) remove_file(pending.old.c_str());
+        pending.old.forget();
+        pending.oldBackup.forget();
     }
     pending_.clear();
 }

@@ -12,6 +12,21 @@ namespace uxtool {
 // The file behind symbolic links, so that replacing it keeps the link.
 std::string resolved(const std::string& file);
 
+// What stands at a path, or that nothing does, while it may be wanted back.
+class KeptFile {
+public:
+    // Throws Failure with kRefused.
+    void keep(const std::string& path);
+    // Before keep, nothing happens. False, after a warning, when it cannot be put back.
+    bool put_back() const;
+    void forget() const;
+    const std::string& name() const { return name_; }
+
+private:
+    std::string path_;
+    std::string name_;  // another one of the file; "" when nothing stood there
+};
+
 class ReplacedFiles {
 public:
     // With a suffix, the old file of each stays under its name with the suffix appended.
@@ -20,8 +35,8 @@ public:
     // Writes the new content beside the file; nobody sees it before commit. Throws Failure with
     // kRefused.
     void add(const std::string& file, std::string_view content);
-    // Puts all in their places. When that fails with one, or with a backup, all get their old content
-    // back; throws Failure with kRefused, and warns of what could not be put back.
+    // Puts all in their places. When that fails with one, or with a backup, all are put back, older
+    // backups too; throws Failure with kRefused, and warns of what could not be put back.
     void commit();
     // False when something could not be put back.
     bool is_whole() const { return isWhole_; }
@@ -31,12 +46,10 @@ private:
         std::string file;  // as named
         std::string path;
         UXFileOutput output;
-        std::string old;     // another name of the old file, while it may be wanted back
-        std::string backup;  // once it is made
+        KeptFile old;
+        KeptFile oldBackup;
     };
-    void put_in_place(Pending& pending);
-    void keep_backup(Pending& pending) const;
-    void put_back(const Pending& pending);
+    static void put_in_place(Pending& pending);
 
     bool isWhole_ = true;
     std::string backupSuffix_;
