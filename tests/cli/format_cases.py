@@ -43,6 +43,9 @@ CASES = [
          files={"a.xml": BROKEN, "o.xml": "old"}, code=3, after={"o.xml": "old"},
          err=["a.xml:2:8: mismatched tag"]),
 
+    case("FormatsNoPipeThatIsTooLarge", ["format", "--max-spool", "1KB", "-"],
+         stdin="<r>" + " " * 2000 + "</r>", code=4, err=["more than 1000 bytes", "hint: --max-spool"]),
+
     # --- check -----------------------------------------------------------------------------------
     case("ChecksFiles", ["check", "a.xml", "bad.xml", "b.xml"],
          files={"a.xml": MESSY, "bad.xml": BROKEN, "b.xml": NEAT}, code=3,
@@ -65,6 +68,8 @@ CASES = [
     case("GuessesAnEncodingFarIn", ["check", "a.xml"],
          files={"a.xml": b"<r>" + b"\xc3\xa9" * 40_000 + b"\n\x80</r>"}, code=3,
          err=["a.xml:2:1: not well-formed (invalid token)", "no UTF-8, probably windows-1252"]),
+    case("ChecksNoPipeThatIsTooLarge", ["check", "--max-spool", "1KB", "-"],
+         stdin="<r>" + " " * 2000 + "</r>", code=4, err=["more than 1000 bytes", "hint: --max-spool"]),
     case("ChecksAnyDepth", ["check", "-q", "-"], stdin="<a>" * 3000 + "</a>" * 3000),
 
     # --- show -f json ----------------------------------------------------------------------------

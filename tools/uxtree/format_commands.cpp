@@ -1,6 +1,7 @@
 // uxtree format, check: what every XML file is asked for.
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
 #include <exception>
 #include <optional>
 
@@ -30,6 +31,7 @@ struct FormatOptions {
     bool dryRun = false;
     std::string backupSuffix;
     unsigned jobs = 1;
+    std::uint64_t maxSpool = NamedInput::kMaxSpool;
 };
 
 struct Formatted {
@@ -93,11 +95,11 @@ private:
 };
 
 // Piece by piece: nothing is compared.
-int format_to_output(const std::string& file, const UXFormatOptions& style,
-                     const std::string& output) {
-    const NamedInput input(file);
+int format_to_output(const FormatOptions& options, const UXFormatOptions& style) {
+    const std::string& file = options.files.front();
+    const NamedInput input(file, options.maxSpool);
     const Progress progress("formatting " + input_name(file));
-    Output out(output);
+    Output out(options.output);
     OutputSink sink(out);
     if (UXFormatXmlFile(input.path().c_str(), style, &sink) == 0) {
         sink.throw_failure();
@@ -120,7 +122,7 @@ int run_format(const FormatOptions& options) {
     const std::string indent = indent_of(options.indent).value_or("");
     const UXFormatOptions style{indent.c_str(), options.compact};
     if (!options.inPlace && !options.dryRun) {
-        return format_to_output(options.files.front(), style, options.output);
+        return format_to_output(options, style);
     }
     return for_each_in_order(
         options.files, options.jobs,
@@ -157,6 +159,7 @@ const Command kFormat{
         app.add_flag("-n,--dry-run", options->dryRun,
                      "Print what would change, and change nothing");
         add_jobs(app, options->jobs);
+        add_max_spool(app, options->maxSpool);
         return [options] { return run_format(*options); };
     }};
 
@@ -168,6 +171,7 @@ struct CheckOptions {
     std::string output;
     bool quiet = false;
     unsigned jobs = 1;
+    std::uint64_t maxSpool = NamedInput::kMaxSpool;
 };
 
 class Silent : public UXXmlEvents {
@@ -184,10 +188,10 @@ struct Checked {
     std::optional<Failure> failure;
 };
 
-Checked check(const std::string& file) {
+Checked check(const std::string& file, std::uint64_t maxSpool) {
     Checked result{input_name(file), {}, std::nullopt};
     try {
-        const NamedInput input(file);
+        const NamedInput input(file, maxSpool);
         const Progress progress("checking " + result.name);
         Silent nobody;
         if (UXReadXml(input.path().c_str(), &nobody) != 0) return result;
@@ -216,7 +220,9 @@ int run_check(const CheckOptions& options) {
                    isPlaced ? Cell(error.column) : Cell(), Cell(result.failure->what())});
         throw Failure(*result.failure);
     };
-    const int code = for_each_in_order(options.files, options.jobs, check, take);
+    const int code = for_each_in_order(
+        options.files, options.jobs,
+        [&](const std::string& file) { return check(file, options.maxSpool); }, take);
     if (options.format != "text") write_table(out, table, options.format);
     return out.finish(code);
 }
@@ -232,6 +238,7 @@ const Command kCheck{
         add_format(app, options->format, table_formats());
         app.add_flag("-q,--quiet", options->quiet, "Print nothing about well-formed files");
         add_jobs(app, options->jobs);
+        add_max_spool(app, options->maxSpool);
         add_output(app, options->output);
         return [options] { return run_check(*options); };
     }};
