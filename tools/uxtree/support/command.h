@@ -89,7 +89,7 @@ CLI::Option* add_files(CLI::App& app, std::vector<std::string>& files);
 // -o FILE, --output FILE: where results go; "" and "-" are standard output.
 CLI::Option* add_output(CLI::App& app, std::string& file);
 // -f NAME, --format NAME: one of the given names; format holds the default before and the choice
-// after.
+// after. A program may ask for a version of the shapes of JSON and CSV, as in json@1.
 CLI::Option* add_format(CLI::App& app, std::string& format,
                         const std::vector<std::string>& choices);
 
