@@ -192,8 +192,11 @@ std::vector<Odd> odd_documents() {
         {"one instruction", repeated("<r><?p ", " ?></r>", always("remark "))},
         {"one section", repeated("<r><![CDATA[", "]]></r>", always("<b>& "))},
         {"one inside the other", make_levels},
-        // No reader can foresee these, nor keep them at hand: as bad as names chosen to collide.
+        // No reader can foresee these, nor keep them at hand.
         {"20,000 names in turn", repeated("<r>", "</r>", numbered("<n", "/>", 20000))},
+        // Chosen to collide in the reader, which finds names again by their first bytes.
+        {"names of one beginning",
+         repeated("<r>", "</r>", numbered("<sixteen_in_common", "/>", 20000))},
         {"names, each once", repeated("<r>", "</r>", numbered("<n", "/>", kAll))},
         {"attributes of one element", repeated("<r", "/>", numbered(" a", "=\"\"", kAll))},
     };

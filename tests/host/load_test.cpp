@@ -555,6 +555,18 @@ TEST(load, ManyAttributesAndNames) {
     EXPECT_EQ(parsed(xml), xml);
 }
 
+// The reader finds names again by their first bytes, which whoever writes a document chooses.
+TEST(load, ManyNamesOfOneBeginning) {
+    std::string xml = "<r>";
+    for (int i = 0; i < 4000; ++i) {
+        const std::string name = "sixteen_in_common" + std::to_string(i % 2000);
+        xml += "<" + name + " a" + name + "=\"" + std::to_string(i) + "\"></" + name + ">";
+    }
+    xml += "</r>";
+
+    EXPECT_EQ(parsed(xml), xml);
+}
+
 TEST(LoadFromMemory, NullIsAnEmptyInput) {
     UXXmlWrapperBase tree;
 
