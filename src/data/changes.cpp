@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "data/embedded.h"
 #include "data/ids_detail.h"
+#include "data/leading_settings.h"
 #include "data/values_detail.h"
 #include "frame/guards.h"
 #include "frame/results.h"

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "data/embedded.h"
+#include "data/leading_settings.h"
 #include "frame/walk.h"
 #include "frame/wrapping.h"
 #include "marks/ids.h"
@@ -136,7 +136,7 @@ std::vector<CollectedNode> collected_nodes(const UXXmlWrapperBase& tree, const c
         // A branch has a value where one is said, or settings in front of one.
         const auto add = [&](bool fromData, int own) {
             const bool isSaid = marks.has(fromData ? Mark::kDataText : Mark::kUseText);
-            if (isSaid || has_embedded_settings(marks)) nodes.push_back({node, own});
+            if (isSaid || has_leading_settings(marks)) nodes.push_back({node, own});
         };
         const bool themed = is_themed(marks);
         int second = 0;

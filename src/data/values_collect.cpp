@@ -1,8 +1,8 @@
 // The engine that collects values by identifier.
 #include <utility>
 
-#include "data/embedded.h"
 #include "data/ids_detail.h"
+#include "data/leading_settings.h"
 #include "data/range_text.h"
 #include "data/values_detail.h"
 #include "frame/guards.h"
@@ -159,8 +159,8 @@ bool read_node_value(const UXXmlWrapperBase& node, const NodeMarks& marks, Value
         found = marks.has(Mark::kUseText);
         out = found ? CStringUTF8(marks.text(Mark::kUseText)) : CStringUTF8("-1");
     }
-    if (!has_embedded_settings(marks)) return found || keepMissing;
-    return add_embedded_settings(marks, out);
+    if (!has_leading_settings(marks)) return found || keepMissing;
+    return add_leading_settings(marks, out);
 }
 
 int _tree_get_values_by_ids(const UXXmlWrapperBase& tree, CArray<int, int>& ids,

@@ -24,7 +24,7 @@ struct ValueRecord {
 // Bits of a flag word ("ThemeApplicability"), read as the same on both sides.
 enum : DWORD {
     kThemeNoValue = 0x10000,     // the value is not written
-    kThemeNoSettings = 0x20000,  // embedded settings are cut out and not applied
+    kThemeNoSettings = 0x20000,  // leading settings are cut out and not applied
     kThemeValidate = 0x40000,    // the value is validated first
     kThemeData = 0x100000,       // a branch keeps its value in "Data"
     kIdAsBranch = 0x200000,      // in a leaf's identifier: kThemeData holds for it as for a branch
@@ -41,7 +41,7 @@ enum : DWORD {
 
 enum class ValueSource { kOwnText, kUseAttribute, kDataAttribute };
 
-// The value of one node, by its marks, its embedded settings in front. False when it has none to
+// The value of one node, by its marks, its leading settings in front. False when it has none to
 // give: a source attribute is missing, so are settings, and keepMissing is not set.
 bool read_node_value(const UXXmlWrapperBase& node, const NodeMarks& marks, ValueSource source,
                      bool keepMissing, CStringUTF8& out);

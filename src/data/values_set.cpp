@@ -1,9 +1,9 @@
 // The engine that sets values by identifier.
 #include "uxtree/host/services.h"
 
-#include "data/embedded.h"
 #include "data/id_index.h"
 #include "data/ids_detail.h"
+#include "data/leading_settings.h"
 #include "data/values_detail.h"
 #include "frame/guards.h"
 #include "frame/results.h"
@@ -18,7 +18,7 @@ namespace {
 
 // What a value that is about to be written says about attributes it does not mention.
 void apply_missing_settings(UXXmlWrapperBase& node, const NodeMarks& marks,
-                            const EmbeddedNames& names, DWORD callFlags) {
+                            const LeadingNames& names, DWORD callFlags) {
     // Intended: a formula lasts only as long as the values that carry it.
     if (!names.dynaFx && marks.has(Mark::kFormula)) node.RemoveProperty(kDynaFx);
     if ((callFlags & kResetAutomatic) != 0 && !names.automatic) {
@@ -52,7 +52,7 @@ CStringUTF8 announced(_SETVALUESBYIDS& record, CStringUTF8 value) {
 
 // Writes a value whose settings were taken out, unless it is held back.
 bool write_plain_value(UXXmlWrapperBase& node, const NodeMarks& marks, const CStringUTF8& value,
-                       const EmbeddedNames& names, const NodeWrite& how) {
+                       const LeadingNames& names, const NodeWrite& how) {
     apply_missing_settings(node, marks, names, how.callFlags);
     if ((how.flags & kThemeNoValue) != 0) return false;
     if ((how.flags & kThemeValidate) != 0 && !how.validateOff &&
@@ -137,7 +137,7 @@ private:
         const bool toData = asBranch && (flags & kThemeData) != 0;
         if (valuesOnly_ && !toData && (flags & (kThemeNoValue | kThemeValidate)) == 0 &&
             arming.record() == nullptr && !marks_.has(Mark::kFormula) &&
-            !may_hold_embedded_settings((*record_.values)[found])) {  // the usual leaf
+            !may_hold_leading_settings((*record_.values)[found])) {  // the usual leaf
             written_ += node.CheckSetValue(options_.setMode, (*record_.values)[found], 0);
             return;
         }
@@ -193,10 +193,10 @@ bool length_differs(const CWBOStringArray* values, const CArray<int, int>& ids) 
 
 bool write_node_value(UXXmlWrapperBase& node, const NodeMarks& marks, const CStringUTF8& value,
                       const NodeWrite& how) {
-    if (!may_hold_embedded_settings(value)) return write_plain_value(node, marks, value, {}, how);
+    if (!may_hold_leading_settings(value)) return write_plain_value(node, marks, value, {}, how);
     CStringUTF8 own = value;
-    const EmbeddedNames names =
-        take_embedded_settings(node, own, (how.flags & kThemeNoSettings) == 0);
+    const LeadingNames names =
+        take_leading_settings(node, own, (how.flags & kThemeNoSettings) == 0);
     NodeMarks changed = marks;
     changed.read(node);
     return write_plain_value(node, changed, own, names, how);

@@ -31,7 +31,7 @@ CASES = [
          out='id,label,value,node\n5,First,1,r.g\n65537,A,"x, ""y""",r.g.a\n131073,a,z,r.h.a\n'),
     case("FindsNoValues", ["values", "list", "-"], stdin="<r><a>x</a></r>", code=1,
          err=["stdin: no node has a value and a DataID"]),
-    case("ListsEmbeddedSettingsAndTheirNodes", ["values", "list", "-f", "json", "-"],
+    case("ListsLeadingSettingsAndTheirNodes", ["values", "list", "-f", "json", "-"],
          stdin='<r><b DataID="1" Auto="2"><a DataID="2" DynaFx="f">x</a></b></r>',
          json=[{"id": 1, "label": "b", "value": "::{Auto=2}-1", "node": "r.b"},
                {"id": 2, "label": "a", "value": "::{DynaFx=f}x", "node": "r.b.a"}]),

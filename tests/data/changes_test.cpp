@@ -240,7 +240,7 @@ TEST(uxtree_remove_unchange_nodes_by_id, CombinesRepeatIdsOnBothSides) {
               strip_outcome(2, "<r><g RepeatID='2'><a DataID='1'>x</a></g></r>"));
 }
 
-TEST(uxtree_remove_unchange_nodes_by_id, ComparesEmbeddedSettingsWithTheValue) {
+TEST(uxtree_remove_unchange_nodes_by_id, ComparesLeadingSettingsWithTheValue) {
     EXPECT_EQ(stripped("<r><a DataID='1' Auto='1'>x</a><a DataID='2' Auto='1'>x</a></r>",
                        "<r><a DataID='1' Auto='1'>x</a><a DataID='2' Auto='2'>x</a></r>"),
               strip_outcome(1, "<r><a DataID='2' Auto='2'>x</a></r>"));

@@ -93,7 +93,7 @@ TEST(vctree_copy_values_between_homologous_trees, CopiesAttributesExceptKeptOnes
               shape(0, "<r><a Label='L'/></r>"));
 }
 
-TEST(vctree_copy_values_between_homologous_trees, CarriesEmbeddedSettingsWithoutAttributes) {
+TEST(vctree_copy_values_between_homologous_trees, CarriesLeadingSettingsWithoutAttributes) {
     EXPECT_EQ(copy_shape("<r><a DynaFx='old' x='o'>o</a><a DynaFx='old'>o</a></r>",
                          "<r><a Auto='1' DynaFx='f' y='1'>1</a><a>2</a></r>"),
               shape(0, "<r><a DynaFx='f' x='o' Auto='1'>1</a><a>2</a></r>"));

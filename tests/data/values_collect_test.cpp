@@ -166,7 +166,7 @@ TEST(vctree_get_values_with_ids, GivesMinusOneForABranchWithoutUseUnderTheThemeF
     EXPECT_EQ(collected("<r><b DataID='1'><c/></b></r>"), (Entries{}));
 }
 
-TEST(vctree_get_values_with_ids, CollectsABranchWithAnEmbeddedSettingInAnyCase) {
+TEST(vctree_get_values_with_ids, CollectsABranchWithAnLeadingSettingInAnyCase) {
     EXPECT_EQ(collected("<r><b DataID='1' Auto='2'><c/></b></r>"), (Entries{{1, "::{Auto=2}-1"}}));
 }
 
@@ -236,9 +236,9 @@ TEST(vctree_get_values_with_ids, NegatesTheLowestIdentifierIntoItself) {
               (Entries{{-2147483647 - 1, "1"}, {-2147483647 - 1, "1"}}));
 }
 
-// --- embedded settings -------------------------------------------------------------------------
+// --- leading settings -------------------------------------------------------------------------
 
-TEST(vctree_get_values_with_ids, PutsEmbeddedSettingsInFrontInReverseOrder) {
+TEST(vctree_get_values_with_ids, PutsLeadingSettingsInFrontInReverseOrder) {
     EXPECT_EQ(collected("<r><a DataID='1' DynaUseChck='0' Auto='1|n|2' DynaFx='x+1'>v</a>"
                         "<a DataID='2' Auto=''>w</a></r>"),
               (Entries{{1, "::{DynaFx=x+1}::{Auto=1|n|2}::{DynaUseChck=0}v"}, {2, "::{Auto=}w"}}));

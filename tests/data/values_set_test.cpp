@@ -325,18 +325,18 @@ TEST(_tree_set_values_by_ids, KeepsDataForBranchesWithThemeHandlingOff) {
               tree_text("<r><b DataID='1' ThemeApplicability='1048576' Data='d'><c/></b></r>"));
 }
 
-// --- embedded settings -------------------------------------------------------------------------
+// --- leading settings -------------------------------------------------------------------------
 
-struct EmbeddedCase {
+struct LeadingCase {
     const char* value;
     const char* attributes;  // of the node afterwards
     const char* text;
 };
 
-class EmbeddedSettings : public testing::TestWithParam<EmbeddedCase> {};
+class LeadingSettings : public testing::TestWithParam<LeadingCase> {};
 
-TEST_P(EmbeddedSettings, AreCutOutOfTheValueAndSet) {
-    const EmbeddedCase& one = GetParam();
+TEST_P(LeadingSettings, AreCutOutOfTheValueAndSet) {
+    const LeadingCase& one = GetParam();
     TestTree expected((std::string("<r><a DataID='1'") + one.attributes + "/></r>").c_str());
     UXXmlWrapperBase leaf = expected.at("a");
     leaf.SetString(one.text);
@@ -345,27 +345,25 @@ TEST_P(EmbeddedSettings, AreCutOutOfTheValueAndSet) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    vctree_set_values_by_ids, EmbeddedSettings,
-    testing::Values(EmbeddedCase{"x::{Auto=1}12", " Auto='1'", "12"},
-                    EmbeddedCase{"::{a=b}", " a='b'", ""}, EmbeddedCase{"::{a=b", "", "::{a=b"},
-                    EmbeddedCase{"::{a=}", "", "::{a=}"},    // too short to be parsed
-                    EmbeddedCase{"::{aa=}", "", "::{aa=}"},  // no value
-                    EmbeddedCase{"::{=xx}", "", "::{=xx}"},  // no name
-                    EmbeddedCase{"::{ab}c", "", "::{ab}c"},  // no "="
-                    EmbeddedCase{"::{ab}c=d}", "", "::{ab}c=d}"},
-                    EmbeddedCase{"::{a=b}::{c=d}e", " a='b' c='d'", "e"},
-                    EmbeddedCase{"x::{a=b}y::{c=d}e", " a='b' c='d'", "e"},
-                    EmbeddedCase{"::{a=b}y::{=d}e", " a='b'", "y::{=d}e"},
-                    EmbeddedCase{"p::{a=b", "", "p::{a=b"},
-                    EmbeddedCase{"::{a={b}c}d", " a='{b}c'", "d"},
-                    EmbeddedCase{"::{a={b}c", "", "::{a={b}c"},
-                    EmbeddedCase{"::{a=b=c}d", " a='b=c'", "d"},
-                    EmbeddedCase{"::{a=b}}c", " a='b'", "}c"},
-                    EmbeddedCase{"::{a=::{b=c}}d", " a='::{b=c}'", "d"},
-                    EmbeddedCase{"::{1a=b}c", "", "c"},  // no attribute can be named so
-                    EmbeddedCase{"::{a=1}::{a=2}c", " a='2'", "c"},
-                    EmbeddedCase{"::{DynaFx=f}x", " DynaFx='f'", "x"},
-                    EmbeddedCase{"plain text", "", "plain text"}));
+    vctree_set_values_by_ids, LeadingSettings,
+    testing::Values(
+        LeadingCase{"x::{Auto=1}12", " Auto='1'", "12"}, LeadingCase{"::{a=b}", " a='b'", ""},
+        LeadingCase{"::{a=b", "", "::{a=b"},
+        LeadingCase{"::{a=}", "", "::{a=}"},    // too short to be parsed
+        LeadingCase{"::{aa=}", "", "::{aa=}"},  // no value
+        LeadingCase{"::{=xx}", "", "::{=xx}"},  // no name
+        LeadingCase{"::{ab}c", "", "::{ab}c"},  // no "="
+        LeadingCase{"::{ab}c=d}", "", "::{ab}c=d}"},
+        LeadingCase{"::{a=b}::{c=d}e", " a='b' c='d'", "e"},
+        LeadingCase{"x::{a=b}y::{c=d}e", " a='b' c='d'", "e"},
+        LeadingCase{"::{a=b}y::{=d}e", " a='b'", "y::{=d}e"}, LeadingCase{"p::{a=b", "", "p::{a=b"},
+        LeadingCase{"::{a={b}c}d", " a='{b}c'", "d"}, LeadingCase{"::{a={b}c", "", "::{a={b}c"},
+        LeadingCase{"::{a=b=c}d", " a='b=c'", "d"}, LeadingCase{"::{a=b}}c", " a='b'", "}c"},
+        LeadingCase{"::{a=::{b=c}}d", " a='::{b=c}'", "d"},
+        LeadingCase{"::{1a=b}c", "", "c"},  // no attribute can be named so
+        LeadingCase{"::{a=1}::{a=2}c", " a='2'", "c"},
+        LeadingCase{"::{DynaFx=f}x", " DynaFx='f'", "x"},
+        LeadingCase{"plain text", "", "plain text"}));
 
 TEST(vctree_set_values_by_ids, RemovesDynaFxThatAValueDoesNotCarry) {
     const char* const xml = "<r><a DataID='1' DynaFx='f' Auto='1'>o</a></r>";

@@ -1,5 +1,5 @@
 // Attribute settings in front of a value: put there, and taken out again.
-#include "data/embedded.h"
+#include "data/leading_settings.h"
 
 #include <array>
 #include <string_view>
@@ -49,7 +49,7 @@ void apply_setting(UXXmlWrapperBase& node, const CStringUTF8& name, const Settin
 
 }  // namespace
 
-bool add_embedded_settings(const NodeMarks& marks, CStringUTF8& text) {
+bool add_leading_settings(const NodeMarks& marks, CStringUTF8& text) {
     bool found = false;
     for (const auto& [mark, name] : kTravelling) {
         if (!marks.has(mark)) continue;
@@ -65,9 +65,9 @@ bool add_embedded_settings(const NodeMarks& marks, CStringUTF8& text) {
     return found;
 }
 
-EmbeddedNames take_embedded_settings(UXXmlWrapperBase& node, CStringUTF8& value, bool apply) {
+LeadingNames take_leading_settings(UXXmlWrapperBase& node, CStringUTF8& value, bool apply) {
     const std::string_view text(value, static_cast<std::size_t>(value.GetLength()));
-    EmbeddedNames names;
+    LeadingNames names;
     Setting setting;
     std::string_view rest = text;
     for (std::string_view behind; parse_setting(rest, setting, behind); rest = behind) {
