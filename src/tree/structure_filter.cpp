@@ -83,26 +83,30 @@ private:
     CStringUTF8 scratch_;
 };
 
+// What a node is kept and left out by, as callers give it; other numbers keep none, or leave out all.
+enum KeepMode : int { kKeepWholeList = 0, kKeepSomeEntry = 1 };
+enum ExcludeMode : int { kExcludeAllInList = 0, kExcludeSomeEntry = 1, kExcludeWholeList = 2 };
+
 class KeepTest {
 public:
-    KeepTest(int modeA, ValueList a, int modeB, ValueList b)
-        : modeA_(modeA), a_(std::move(a)), modeB_(modeB), b_(std::move(b)) {}
+    KeepTest(int keepMode, ValueList a, int excludeMode, ValueList b)
+        : keepMode_(keepMode), a_(std::move(a)), excludeMode_(excludeMode), b_(std::move(b)) {}
     bool operator()(const UXXmlWrapperBase& node) {
-        const bool needsA = modeB_ == 0 || !a_.empty();
+        const bool needsA = excludeMode_ == kExcludeAllInList || !a_.empty();
         const Overlap a = needsA ? a_.meet(node) : Overlap();
         return !excluded(node, a) && included(a);
     }
 
 private:
     bool excluded(const UXXmlWrapperBase& node, const Overlap& a) {
-        switch (modeB_) {
-            case 0:
+        switch (excludeMode_) {
+            case kExcludeAllInList:
                 // Intended: this mode looks at the first criterion's identifier and list, and
                 // nothing is "all in" an empty list, not even no values at all.
                 return a_.empty() || a.valuesInList != a.values;
-            case 1:
+            case kExcludeSomeEntry:
                 return !b_.empty() && b_.meet(node).listInValues > 0;
-            case 2:
+            case kExcludeWholeList:
                 return !b_.empty() && b_.meet(node).listInValues == b_.size();
             default:
                 return true;
@@ -110,13 +114,13 @@ private:
     }
     bool included(const Overlap& a) const {
         if (a_.empty()) return true;
-        if (modeA_ == 0) return a.listInValues == a_.size();
-        return modeA_ == 1 && a.listInValues > 0;
+        if (keepMode_ == kKeepWholeList) return a.listInValues == a_.size();
+        return keepMode_ == kKeepSomeEntry && a.listInValues > 0;
     }
 
-    int modeA_;
+    int keepMode_;
     ValueList a_;
-    int modeB_;
+    int excludeMode_;
     ValueList b_;
 };
 
