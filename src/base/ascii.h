@@ -10,6 +10,10 @@ namespace ux {
 inline bool is_space(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
 }
+// White space as XML has it.
+inline bool is_blank(char c) {
+    return c == ' ' || c == '\n' || c == '\t' || c == '\r';
+}
 inline bool is_digit(char c) {
     return c >= '0' && c <= '9';
 }

@@ -11,6 +11,7 @@
 
 #include "uxtree/host/utilities.h"
 
+#include "base/ascii.h"
 #include "base/byte_search.h"
 #include "base/decimal.h"
 
@@ -22,9 +23,6 @@ constexpr double kMostZeros = 1 << 30;
 constexpr std::array<double, 16> kPowersOfTen{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                               1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 
-bool is_blank(char c) {
-    return c == ' ' || c == '\n' || c == '\t' || c == '\r';
-}
 // Some instruments write commas or semicolons between the numbers.
 bool is_separator(char c) {
     return is_blank(c) || c == ',' || c == ';';

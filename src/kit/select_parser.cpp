@@ -13,6 +13,8 @@
 namespace uxkit {
 namespace {
 
+using ux::is_blank;
+
 // What bounds the machine stack that reading and running need.
 constexpr int kMostNesting = 40;
 constexpr std::size_t kMostSteps = 400;
@@ -21,10 +23,6 @@ struct Fault {
     std::size_t position;
     std::string message;
 };
-
-bool is_blank(char c) {
-    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-}
 
 bool is_descent(Axis axis) {
     return axis == Axis::kDescendant || axis == Axis::kDescendantOrSelf;

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "base/ascii.h"
 #include "base/byte_search.h"
 
 namespace ux::xml {
@@ -21,9 +22,7 @@ inline namespace vector_search {
 inline namespace plain_search {
 #endif
 
-inline bool is_blank(char c) {
-    return c == ' ' || c == '\n' || c == '\t' || c == '\r';
-}
+using ux::is_blank;
 
 // Kinds of bytes, as bits.
 enum ByteKind : std::uint8_t {
