@@ -1,6 +1,8 @@
 // Every entry point by name, with good and with bad arguments.
 #include "frame/calls/calls.h"
 
+#include <utility>
+
 namespace uxtest {
 
 UXXmlWrapperBase Scene::removed() const {
@@ -172,6 +174,13 @@ void expect_same(const Aftermath& aliased, const Aftermath& apart) {
 
 }  // namespace
 
+std::string Call::call(const std::vector<const void*>& arguments, bool directly) const {
+    const Door kept = directly ? std::exchange(door(), nullptr) : nullptr;
+    const std::string result = invoke_(arguments.data(), nullptr);
+    if (directly) door() = kept;
+    return result;
+}
+
 void Call::try_text_inside(std::size_t text, std::size_t holder, bool ownBuffer) const {
     const std::vector<Trials> all = all_trials();
     std::vector<const Trial*> chosen;
@@ -184,7 +193,7 @@ void Call::try_text_inside(std::size_t text, std::size_t holder, bool ownBuffer)
         set_buffer(*held.place, ownBuffer);
         arguments[holder] = held.argument;
         if (inside) arguments[text] = static_cast<const char*>(*held.place);
-        const std::string result = invoke_(arguments.data(), nullptr);
+        const std::string result = call(arguments, !inside);
         seen[inside ? 0 : 1] = {result, scene.trees(), scene.outputs()};
     }
     expect_same(seen[0], seen[1]);
@@ -206,7 +215,7 @@ void Call::try_string_inside(std::size_t string, std::size_t holder, bool ownBuf
         arguments[holder] = held.argument;
         CStringUTF8* const apart = &scene.keep(*held.place);
         arguments[string] = inside ? held.place : apart;
-        const std::string result = invoke_(arguments.data(), nullptr);
+        const std::string result = call(arguments, !inside);
         if (!inside) isOutput = show(*held.array) != before;
         seen[inside ? 0 : 1] = {result, scene.trees(), ""};
         if (!isOutput) seen[inside ? 0 : 1].outputs = show(inside ? *held.place : *apart);
@@ -214,7 +223,45 @@ void Call::try_string_inside(std::size_t string, std::size_t holder, bool ownBuf
     expect_same(seen[0], seen[1]);
 }
 
+bool Call::is_output(std::size_t place) const {
+    return directions_[place] == facts::Direction::kOut ||
+           directions_[place] == facts::Direction::kReleased;
+}
+
+// An output may be the handle that is asked; otherwise both stand for the same node.
+void Call::try_one_handle(std::size_t first, std::size_t second) const {
+    const std::vector<Trials> all = all_trials();
+    std::vector<const Trial*> chosen;
+    for (const Trials& trials : all) chosen.push_back(&trials.front());
+    Aftermath seen[2];
+    for (const bool one : {true, false}) {
+        Scene scene(row_.tree);
+        std::vector<const void*> arguments = make(chosen, scene);
+        const auto& node = *static_cast<const UXXmlWrapperBase*>(arguments[first]);
+        if (one) {
+            arguments[second] = &node;
+        } else if (!is_output(second)) {
+            arguments[second] = &scene.keep(node);
+        }
+        const auto& result = *static_cast<const UXXmlWrapperBase*>(arguments[second]);
+        const std::string told = call(arguments, !one);
+        seen[one ? 0 : 1] = {told, scene.trees(), show(result)};
+    }
+    expect_same(seen[0], seen[1]);
+}
+
 void Call::try_aliases() const {
+    const std::vector<Trials> all = all_trials();
+    for (std::size_t first = 0; first < directions_.size(); ++first) {
+        for (std::size_t second = 0; second < directions_.size(); ++second) {
+            const bool moved = directions_[first] == facts::Direction::kInOut;
+            if (first == second || is_output(first) || moved) continue;
+            if (!all[first].front().isHandle || !all[second].front().isHandle) continue;
+            SCOPED_TRACE("argument " + std::to_string(first + 1) + " is also argument " +
+                         std::to_string(second + 1));
+            try_one_handle(first, second);
+        }
+    }
     for (std::size_t holder = 0; holder < texts_.size(); ++holder) {
         if (!texts_[holder].hold) continue;
         for (std::size_t place = 0; place < texts_.size(); ++place) {

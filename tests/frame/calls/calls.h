@@ -579,8 +579,9 @@ public:
 
     // Calls with good arguments, then with each of them spoilt in each of its ways.
     void try_bad_arguments() const;
-    // Calls with each text standing inside each string or array, and with each string standing
-    // inside each array; what comes out is what comes out with a text that stands elsewhere.
+    // Calls with each text standing inside each string or array, with each string standing inside
+    // each array, and with one handle for two; what comes out is what comes out of a direct call with
+    // arguments of their own.
     void try_aliases() const;
     // One good call under a probe.
     void probe(Probe& probe) const;
@@ -593,6 +594,9 @@ private:
                   bool acts) const;
     void try_text_inside(std::size_t text, std::size_t holder, bool ownBuffer) const;
     void try_string_inside(std::size_t string, std::size_t holder, bool ownBuffer) const;
+    void try_one_handle(std::size_t first, std::size_t second) const;
+    bool is_output(std::size_t place) const;
+    std::string call(const std::vector<const void*>& arguments, bool directly) const;
 
     Row row_;
     Invoke invoke_;
