@@ -75,6 +75,11 @@ PYBIND11_MODULE(_core, core) {
             // The exception is set already.
         }
     });
+    if (ux_version_fits(UX_VERSION) == 0) {
+        throw py::import_error(std::string("uxtree was built for version " UX_VERSION
+                                           " of its libraries, and finds version ")
+                                   .append(ux_version()));
+    }
     if (const char* const problem = ux_version_problem(); *problem != '\0') {
         throw py::import_error(problem);
     }
@@ -90,7 +95,6 @@ PYBIND11_MODULE(_core, core) {
         set_node_class(reinterpret_cast<PyTypeObject*>(type.ptr()));
     });
     core.attr("version") = ux_version();
-    core.attr("built_for") = UXTREE_VERSION;
     core.def("value_text", &value_text);
     core.def("values_problem", &values_problem);
     core.def("code_name", [](const char* function, int code) {

@@ -8,12 +8,7 @@
 uxtree.raw has every entry point of the library as the headers declare it.
 """
 
-from . import _core, version
-
-__version__ = _core.version
-version.require(_core.built_for, __version__)
-
-from ._core import raw
+from ._core import raw, version as __version__
 from .errors import CodeError, LoadError, SaveError, SelectError, TreeError, ValuesError
 from .tree import Attributes, Selection, Tree, edit, from_string, load
 from .outlines import Outline, outline
