@@ -203,14 +203,18 @@ private:
     bool take_attributes(const char** atts) {
         attributes_.clear();
         const auto count = static_cast<std::size_t>(XML_GetSpecifiedAttributeCount(parser_.get()));
-        std::size_t offset = 0;
         for (std::size_t i = 0; i < count; i += 2) {
             KnownName* const name = known_name(atts[i]);
             if (name == nullptr) return false;
+            attributes_.push_back({name, 0, 0});
+        }
+        // Apart: the parser has just written the values, and looking at them at once would wait.
+        std::size_t offset = 0;
+        for (std::size_t i = 0; i < count; i += 2) {
             const std::size_t size = std::strlen(atts[i + 1]);
             if (offset + size > StartTag::kMostBytes) throw std::bad_alloc();
-            attributes_.push_back(
-                {name, static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(size)});
+            attributes_[i / 2].offset = static_cast<std::uint32_t>(offset);
+            attributes_[i / 2].size = static_cast<std::uint32_t>(size);
             offset += size;
         }
         const bool isOneLong = count == 2 && offset > StartTag::kLongValue;
