@@ -275,7 +275,10 @@ public:
     Lines(const Lines&) = delete;
     Lines& operator=(const Lines&) = delete;
     ~Lines() {
-        if (terminal_ && !history_.empty()) write_history(history_.c_str());
+        if (!terminal_ || history_.empty()) return;
+        const std::string whole = history_ + ".new";  // another dialogue may end just now
+        std::error_code error;
+        if (write_history(whole.c_str()) == 0) std::filesystem::rename(whole, history_, error);
     }
 
     bool is_terminal() const { return terminal_; }
@@ -336,7 +339,8 @@ int open_brackets(const std::string& code) {
 
 const char* const kHelp =
     "An expression prints its value, a declaration stays, a statement is run.\n"
-    "  Tree t; t.load(\"tree.xml\")\n"
+    "  Tree t\n"
+    "  t.load(\"tree.xml\")\n"
     "  t[\"Input/Range1\"]           shows that branch\n"
     "  t.select(\"//c\")             all elements c\n"
     "Tab completes names. quit, or the end of the input, ends the dialogue.\n";
