@@ -46,15 +46,15 @@ int CVCn42File2006::Read(CWBOStringArray* detectors) {
             const std::size_t first = spectra_.size();
             ReadLevel(child, kN42Measurement, -1);
             if (spectra_.size() > first) {
-                measurements_.push_back({first, spectra_.size()});
+                parts_.push_back({child, {first, spectra_.size()}, {}, true});
             } else {
                 NoteEmpty(child);
             }
         } else if (id == kN42Calibration && !Preview()) {
-            EnergyCalibration calibration;
+            N42Calibration calibration;
             if (ReadCalibration(child, calibration)) {
                 ReadCoefficients(calibration);
-                calibrations_.push_back(std::move(calibration));
+                calibrations_.Add(std::move(calibration));
             }
         }
     }
@@ -125,7 +125,7 @@ void CVCn42File2006::NoteEmpty(const UXXmlWrapperBase& measurement) {
 }
 
 void CVCn42File2006::ReadSpectrum(const UXXmlWrapperBase& element, int level) {
-    Spectrum spectrum;
+    N42Spectrum spectrum;
     ONEDATA data;
     for (UXXmlWrapperBase& child : children(element)) ReadChildOfSpectrum(child, spectrum, data);
     if (spectrum.channels.empty()) {
@@ -138,7 +138,7 @@ void CVCn42File2006::ReadSpectrum(const UXXmlWrapperBase& element, int level) {
     data_.push_back(std::move(data));
 }
 
-void CVCn42File2006::ReadChildOfSpectrum(const UXXmlWrapperBase& child, Spectrum& spectrum,
+void CVCn42File2006::ReadChildOfSpectrum(const UXXmlWrapperBase& child, N42Spectrum& spectrum,
                                          ONEDATA& data) {
     const auto note = [&](Word& word) {  // the first of repeated texts counts
         if (!usable(word)) word = child;
@@ -172,8 +172,7 @@ void CVCn42File2006::ReadChildOfSpectrum(const UXXmlWrapperBase& child, Spectrum
 
 // Reads a calibration of energies, its coefficients as text alone; false for one of another kind,
 // as of peak widths.
-bool CVCn42File2006::ReadCalibration(const UXXmlWrapperBase& element,
-                                     EnergyCalibration& calibration) {
+bool CVCn42File2006::ReadCalibration(const UXXmlWrapperBase& element, N42Calibration& calibration) {
     CStringUTF8 type = GetName(kN42Energy);
     element.GetPropertyValue("Type", type, 0);
     if (!is_word(type, GetName(kN42Energy))) return false;
@@ -201,32 +200,30 @@ bool CVCn42File2006::ReadCalibration(const UXXmlWrapperBase& element,
 // The record of a calibration inside a spectrum, -1 when it is none of energies. The spectra of
 // a detector repeat theirs word for word; one record serves all of them.
 int CVCn42File2006::OwnCalibration(const UXXmlWrapperBase& element) {
-    EnergyCalibration calibration;
+    N42Calibration calibration;
     if (!ReadCalibration(element, calibration)) return -1;
     const char separator = '\n';  // XML attributes hold no plain line feeds
     const CStringUTF8 words =
         calibration.id + separator + calibration.unit + separator + calibration.coefficientText;
-    const auto [known, isNew] = ownCalibrations_.emplace(static_cast<const char*>(words),
-                                                         static_cast<int>(calibrations_.size()));
+    const auto [known, isNew] = ownCalibrations_.emplace(static_cast<const char*>(words), -1);
     if (isNew) {
         ReadCoefficients(calibration);
-        calibrations_.push_back(std::move(calibration));
+        known->second = calibrations_.Add(std::move(calibration));
     }
     return known->second;
 }
 
 // Intended: a spectrum that names calibrations, but none that is known, has no energies; its own
 // calibration counts only when it names none.
-CVCn42FileBase::EnergyCalibration* CVCn42File2006::CalibrationOf(const Spectrum& spectrum) {
+N42Calibration* CVCn42File2006::CalibrationOf(const N42Spectrum& spectrum) {
     CStringUTF8 references;
     if (!spectrum.element.GetPropertyValue(GetName(kN42CalibrationIds), references, 0)) {
-        if (spectrum.calibration < 0) return nullptr;
-        return &calibrations_[static_cast<std::size_t>(spectrum.calibration)];
+        return spectrum.calibration < 0 ? nullptr : &calibrations_.At(spectrum.calibration);
     }
     CWBOStringArray ids;
     UXGetTokens(ids, references, ' ', 0);
     for (int i = 0; i < ids.GetSize(); ++i) {
-        if (EnergyCalibration* found = FindCalibration(ids[i])) return found;
+        if (N42Calibration* found = calibrations_.Find(ids[i])) return found;
     }
     return nullptr;
 }
@@ -274,23 +271,10 @@ void CVCn42File2006::CollectWords(std::size_t spectrum) {
 
 // ---- what the file tells of a spectrum --------------------------------------------------------
 
-std::vector<CVCn42FileBase::Part> CVCn42File2006::Parts() const {
-    std::vector<Part> out;
-    out.reserve(measurements_.size());
-    for (const SpectrumRange& spectra : measurements_) {
-        int level = data_[spectra.first].level;
-        while (levels_[static_cast<std::size_t>(level)].outer >= 0) {
-            level = levels_[static_cast<std::size_t>(level)].outer;
-        }
-        out.push_back({levels_[static_cast<std::size_t>(level)].element, spectra, {}, true});
-    }
-    return out;
-}
-
-CVCn42FileBase::About CVCn42File2006::AboutSpectrum(std::size_t spectrum) {
+N42About CVCn42File2006::AboutSpectrum(std::size_t spectrum) {
     CollectWords(spectrum);
     const UXXmlWrapperBase& element = spectra_[spectrum].element;
-    About about;
+    N42About about;
     about.id = Attribute(element, kN42Id2006);
     about.detector = DetectorOf(element, data_[spectrum].level);
     about.kind = words_.sourceType;
@@ -303,8 +287,8 @@ CVCn42FileBase::About CVCn42File2006::AboutSpectrum(std::size_t spectrum) {
 }
 
 // Dose rates stand in the measurement, or beside the spectra of a spectrum measurement.
-std::vector<CVCn42FileBase::Dose> CVCn42File2006::DosesOf(const Part& part) {
-    std::vector<Dose> out;
+std::vector<N42Dose> CVCn42File2006::DosesOf(const N42Part& part) {
+    std::vector<N42Dose> out;
     visit_below(part.element, [&](const UXXmlWrapperBase& node) {
         if (rank_of(IdOf(node)) > 0) return Step::kGoOn;
         if (HasLocalName(node, kCountDoseData)) AddDose(node, out);
@@ -314,7 +298,7 @@ std::vector<CVCn42FileBase::Dose> CVCn42File2006::DosesOf(const Part& part) {
 }
 
 // A dose equivalent counts before an absorbed dose.
-void CVCn42File2006::AddDose(const UXXmlWrapperBase& countDose, std::vector<Dose>& doses) {
+void CVCn42File2006::AddDose(const UXXmlWrapperBase& countDose, std::vector<N42Dose>& doses) {
     UXXmlWrapperBase found;
     for (UXXmlWrapperBase& child : children(countDose)) {
         const bool equivalent = HasLocalName(child, kDoseRate);
@@ -324,7 +308,7 @@ void CVCn42File2006::AddDose(const UXXmlWrapperBase& countDose, std::vector<Dose
         if (equivalent) break;
     }
     if (!usable(found)) return;
-    Dose dose;
+    N42Dose dose;
     dose.value = leading_number(TextOf(found)).value_or(0);
     dose.detector = Attribute(countDose, kN42Detector);
     found.GetPropertyValue(kUnits, dose.unit, 0);
@@ -333,26 +317,16 @@ void CVCn42File2006::AddDose(const UXXmlWrapperBase& countDose, std::vector<Dose
 
 // ---- building ---------------------------------------------------------------------------------
 
-int CVCn42File2006::Build(UXXmlWrapperBase& parent) {
-    UXXmlWrapperBase measurements;
-    if (!AddMeasurements(parent, measurements)) return kN42CannotAdd;
-    const auto valuesOf = [&](std::size_t index, Values& values) {
-        CollectWords(index);
-        const std::pair<Q_n42_ID, const CStringUTF8*> candidates[] = {
-            {kN42StartTime, &words_.startTime},       {kN42SampleRealTime, &words_.sampleRealTime},
-            {kN42LiveTime, &words_.liveTime},         {kN42SourceType, &words_.sourceType},
-            {kN42DetectorType, &words_.detectorType}, {kN42Coordinates, &words_.coordinates}};
-        for (const auto& [name, text] : candidates) {
-            if (!text->IsEmpty()) values.push_back({GetName(name), text});
-        }
-    };
-    int written = 0;
-    for (const SpectrumRange& spectra : measurements_) {
-        const int result = WriteMeasurement(measurements, ++written, spectra, valuesOf);
-        if (result != kN42Ok) return result;
+void CVCn42File2006::CollectValues(std::size_t spectrum, N42Values& values) {
+    CollectWords(spectrum);
+    for (const auto& [name, text] : {std::pair{kN42StartTime, &words_.startTime},
+                                     {kN42SampleRealTime, &words_.sampleRealTime},
+                                     {kN42LiveTime, &words_.liveTime},
+                                     {kN42SourceType, &words_.sourceType},
+                                     {kN42DetectorType, &words_.detectorType},
+                                     {kN42Coordinates, &words_.coordinates}}) {
+        if (!text->IsEmpty()) values.push_back({GetName(name), text});
     }
-    if (written > 0) measurements.SaveXDEArraySize(written);
-    return kN42Ok;
 }
 
 }  // namespace ux

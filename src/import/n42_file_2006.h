@@ -2,6 +2,10 @@
 #pragma once
 
 #include <deque>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
 
 #include "import/n42_file.h"
 
@@ -11,10 +15,8 @@ class CVCn42File2006 : public CVCn42FileBase {
 public:
     using CVCn42FileBase::CVCn42FileBase;
     int Read(CWBOStringArray* detectors) override;
-    int Build(UXXmlWrapperBase& parent) override;
-    std::vector<Part> Parts() const override;
-    About AboutSpectrum(std::size_t spectrum) override;
-    std::vector<Dose> DosesOf(const Part& part) override;
+    N42About AboutSpectrum(std::size_t spectrum) override;
+    std::vector<N42Dose> DosesOf(const N42Part& part) override;
 
 private:
     // The first element of the file that says something; invalid when none does. Its text is first
@@ -52,27 +54,27 @@ private:
     };
 
     int CheckRoot(bool known, Q_n42_ID root) const override;
-    EnergyCalibration* CalibrationOf(const Spectrum& spectrum) override;
+    N42Calibration* CalibrationOf(const N42Spectrum& spectrum) override;
+    void CollectValues(std::size_t spectrum, N42Values& values) override;
     void ReadLevel(const UXXmlWrapperBase& element, Q_n42_ID id, int outer);
     void ReadChildOfLevel(const UXXmlWrapperBase& child, Q_n42_ID levelId, int level);
     void ReadSpectrum(const UXXmlWrapperBase& element, int level);
-    void ReadChildOfSpectrum(const UXXmlWrapperBase& child, Spectrum& spectrum, ONEDATA& data);
+    void ReadChildOfSpectrum(const UXXmlWrapperBase& child, N42Spectrum& spectrum, ONEDATA& data);
     void NoteEmpty(const UXXmlWrapperBase& measurement);
     void PreviewSpectrum(const UXXmlWrapperBase& element, int level);
-    bool ReadCalibration(const UXXmlWrapperBase& element, EnergyCalibration& calibration);
+    bool ReadCalibration(const UXXmlWrapperBase& element, N42Calibration& calibration);
     int OwnCalibration(const UXXmlWrapperBase& element);
     CStringUTF8 CoordinatesOf(const Word& itemInformation);
     // The text that a level says, with reads telling how to get it; else one further out.
     CStringUTF8 DetectorOf(const UXXmlWrapperBase& spectrum, int level);
-    void AddDose(const UXXmlWrapperBase& countDose, std::vector<Dose>& doses);
+    void AddDose(const UXXmlWrapperBase& countDose, std::vector<N42Dose>& doses);
     template <typename Reads>
     CStringUTF8 Nearest(int level, Reads&& reads);
     void CollectWords(std::size_t spectrum);
 
     std::deque<DataAtLevel> levels_;
     std::deque<ONEDATA> data_;
-    Words words_;                              // of the spectrum that is being written
-    std::vector<SpectrumRange> measurements_;  // those with a spectrum
+    Words words_;  // of the spectrum that is being written
     std::unordered_map<std::string, int> ownCalibrations_;
     CWBOStringArray* previewed_ = nullptr;  // receives the detectors in preview
     std::unordered_set<std::string> previewedNames_;

@@ -38,13 +38,23 @@ CStringUTF8 cleaned_live_time(const CStringUTF8& text, int option) {
 
 }  // namespace
 
+N42Selection::N42Selection(const CWBOStringArray* detectors) {
+    if (detectors == nullptr) return;
+    for (int i = 0; i < detectors->GetSize(); ++i) {
+        names_.insert(static_cast<const char*>(detectors->GetAt(i)));
+    }
+}
+bool N42Selection::Has(const CStringUTF8& name) const {
+    return names_.count(static_cast<const char*>(name)) != 0;
+}
+
 int CVCn42File::CheckRoot(bool known, Q_n42_ID root) const {
     if (known && root == kN42RadInstrumentData) return kN42Ok;
     return known && root == kN42InstrumentData2006 ? kN42IsOtherForm : kN42UnknownRoot;
 }
 
 int CVCn42File::Read(CWBOStringArray* detectors) {
-    if (!Preview()) return ReadSelected(Selection(detectors));
+    if (!Preview()) return ReadSelected(N42Selection(detectors));
     for (UXXmlWrapperBase& child : children(Root())) {
         CStringUTF8 id;
         if (IdOf(child) == kN42RadDetectorInformation &&
@@ -55,7 +65,7 @@ int CVCn42File::Read(CWBOStringArray* detectors) {
     return kN42Ok;
 }
 
-int CVCn42File::ReadSelected(const Selection& selection) {
+int CVCn42File::ReadSelected(const N42Selection& selection) {
     for (UXXmlWrapperBase& child : children(Root())) {
         switch (IdOf(child)) {
             case kN42RadDetectorInformation:
@@ -81,7 +91,7 @@ int CVCn42File::ReadSelected(const Selection& selection) {
 }
 
 // Copies the description of a selected detector into the information tree.
-void CVCn42File::ReadDetector(UXXmlWrapperBase& element, const Selection& selection) {
+void CVCn42File::ReadDetector(UXXmlWrapperBase& element, const N42Selection& selection) {
     const CStringUTF8 id = Attribute(element, kN42Id);
     if (selection.Given() && !selection.Has(id)) return;
     UXXmlWrapperBase top;
@@ -98,7 +108,7 @@ void CVCn42File::ReadDetector(UXXmlWrapperBase& element, const Selection& select
 
 // False when the calibration has no id.
 bool CVCn42File::ReadCalibration(const UXXmlWrapperBase& element) {
-    EnergyCalibration calibration;
+    N42Calibration calibration;
     calibration.coefficientText = ChildText(element, kN42CoefficientValues);
     ReadCoefficients(calibration);
     if (calibration.coefficients.empty()) {
@@ -106,18 +116,18 @@ bool CVCn42File::ReadCalibration(const UXXmlWrapperBase& element) {
     }
     const bool hasId = element.GetPropertyValue(GetName(kN42Id), calibration.id, 0) != 0;
     NoteShared(calibration.id);
-    calibrations_.push_back(std::move(calibration));
+    calibrations_.Add(std::move(calibration));
     return hasId;
 }
 
-void CVCn42File::ReadMeasurement(const UXXmlWrapperBase& element, const Selection& selection) {
+void CVCn42File::ReadMeasurement(const UXXmlWrapperBase& element, const N42Selection& selection) {
     std::optional<CStringUTF8> classCode;
     std::optional<CStringUTF8> start;
     std::optional<CStringUTF8> realTime;
-    RadMeasurement measurement;
-    measurement.element = element;
-    measurement.spectra.first = spectra_.size();
-    measurement.gross.first = grossCounts_.size();
+    N42Part part;
+    part.element = element;
+    part.spectra.first = spectra_.size();
+    part.gross.first = grossCounts_.size();
     for (UXXmlWrapperBase& child : children(element)) {
         switch (IdOf(child)) {  // the first of repeated texts counts
             case kN42MeasurementClassCode:
@@ -139,19 +149,18 @@ void CVCn42File::ReadMeasurement(const UXXmlWrapperBase& element, const Selectio
                 break;
         }
     }
-    measurement.spectra.last = spectra_.size();
-    measurement.gross.last = grossCounts_.size();
-    if (measurement.spectra.empty() && measurement.gross.empty()) return NoteEmpty(element);
-    measurement.classCode = classCode.value_or(CStringUTF8());
-    measurement.startDateTime = start.value_or(CStringUTF8());
-    measurement.realTime = realTime.value_or(CStringUTF8());
-    if (measurement.classCode.IsEmpty()) {
-        losses_.spectraWithoutClass += measurement.spectra.size();
-    }
-    NoteShared(measurement.classCode);
-    NoteShared(measurement.startDateTime);
-    NoteShared(measurement.realTime);
-    measurements_.push_back(std::move(measurement));
+    part.spectra.last = spectra_.size();
+    part.gross.last = grossCounts_.size();
+    if (part.spectra.empty() && part.gross.empty()) return NoteEmpty(element);
+    Words words{classCode.value_or(""), start.value_or(""), realTime.value_or("")};
+    NoteShared(words.classCode);
+    NoteShared(words.startDateTime);
+    NoteShared(words.realTime);
+    // Intended: spectra need a class code to be written.
+    part.written = !words.classCode.IsEmpty();
+    if (!part.written) losses_.spectraWithoutClass += part.spectra.size();
+    parts_.push_back(part);
+    words_.push_back(std::move(words));
 }
 
 void CVCn42File::NoteEmpty(const UXXmlWrapperBase& element) {
@@ -174,7 +183,7 @@ void CVCn42File::NoteRest(UXXmlWrapperBase calibration) {
 }
 
 void CVCn42File::ReadSpectrum(const UXXmlWrapperBase& element) {
-    Spectrum spectrum;
+    N42Spectrum spectrum;
     for (UXXmlWrapperBase& child : children(element)) {
         const int id = IdOf(child);
         if (id == kN42ChannelData) ReadChannels(child, spectrum);
@@ -188,7 +197,7 @@ void CVCn42File::ReadSpectrum(const UXXmlWrapperBase& element) {
     spectra_.push_back(std::move(spectrum));
 }
 
-void CVCn42File::ReadGrossCounts(const UXXmlWrapperBase& element, const Selection& selection) {
+void CVCn42File::ReadGrossCounts(const UXXmlWrapperBase& element, const N42Selection& selection) {
     CStringUTF8 detector;
     const bool refers =
         element.GetPropertyValue(GetName(kN42RadDetectorInformationReference), detector, 0) != 0;
@@ -208,60 +217,50 @@ void CVCn42File::ReadGrossCounts(const UXXmlWrapperBase& element, const Selectio
     grossCounts_.push_back(std::move(counts));
 }
 
-CVCn42FileBase::EnergyCalibration* CVCn42File::CalibrationOf(const Spectrum& spectrum) {
-    return FindCalibration(Attribute(spectrum.element, kN42EnergyCalibrationReference));
+N42Calibration* CVCn42File::CalibrationOf(const N42Spectrum& spectrum) {
+    return calibrations_.Find(Attribute(spectrum.element, kN42EnergyCalibrationReference));
 }
 
 // ---- what the file tells of a spectrum --------------------------------------------------------
 
-std::vector<CVCn42FileBase::Part> CVCn42File::Parts() const {
-    std::vector<Part> out;
-    out.reserve(measurements_.size());
-    for (const RadMeasurement& measurement : measurements_) {
-        out.push_back({measurement.element, measurement.spectra, measurement.gross,
-                       !measurement.classCode.IsEmpty()});
-    }
-    return out;
-}
-
 // The measurements stand in the order of their spectra and of their counts.
-const CVCn42File::RadMeasurement& CVCn42File::MeasurementOf(SpectrumRange RadMeasurement::*range,
-                                                            std::size_t record) const {
-    return *std::partition_point(
-        measurements_.begin(), measurements_.end(),
-        [&](const RadMeasurement& measurement) { return (measurement.*range).last <= record; });
+const CVCn42File::Words& CVCn42File::WordsOf(N42Range N42Part::*range, std::size_t record) const {
+    const auto part = std::partition_point(parts_.begin(), parts_.end(), [&](const N42Part& each) {
+        return (each.*range).last <= record;
+    });
+    return words_[static_cast<std::size_t>(part - parts_.begin())];
 }
 
-CVCn42FileBase::About CVCn42File::AboutSpectrum(std::size_t spectrum) {
-    const RadMeasurement& measurement = MeasurementOf(&RadMeasurement::spectra, spectrum);
-    const Spectrum& record = spectra_[spectrum];
-    About about;
+N42About CVCn42File::AboutSpectrum(std::size_t spectrum) {
+    const Words& words = WordsOf(&N42Part::spectra, spectrum);
+    const N42Spectrum& record = spectra_[spectrum];
+    N42About about;
     about.id = Attribute(record.element, kN42Id);
     about.detector = Attribute(record.element, kN42RadDetectorInformationReference);
-    about.kind = measurement.classCode;
-    about.start = measurement.startDateTime;
-    about.realTime = measurement.realTime;
+    about.kind = words.classCode;
+    about.start = words.startDateTime;
+    about.realTime = words.realTime;
     about.liveTime = TextOf(record.liveTime);
     about.namesCalibration = !Attribute(record.element, kN42EnergyCalibrationReference).IsEmpty();
     return about;
 }
 
-CVCn42FileBase::AboutGross CVCn42File::AboutGrossCounts(std::size_t gross) {
-    const RadMeasurement& measurement = MeasurementOf(&RadMeasurement::gross, gross);
+N42AboutGross CVCn42File::AboutGrossCounts(std::size_t gross) {
+    const Words& words = WordsOf(&N42Part::gross, gross);
     const GrossCounts& counts = grossCounts_[gross];
-    return {counts.id,       counts.detector, measurement.classCode, measurement.startDateTime,
-            counts.liveTime, counts.count};
+    return {counts.id,           counts.detector, words.classCode,
+            words.startDateTime, counts.liveTime, counts.count};
 }
 
 // Some files follow the instrument, others detectors one by one.
-std::vector<CVCn42FileBase::Place> CVCn42File::PlacesOf(const Part& part) {
-    std::vector<Place> out;
+std::vector<N42Place> CVCn42File::PlacesOf(const N42Part& part) {
+    std::vector<N42Place> out;
     for (UXXmlWrapperBase& child : children(part.element)) {
         const bool instrument = IdOf(child) == kN42RadInstrumentState;
         if (!instrument && !HasLocalName(child, kRadDetectorState)) continue;
         const UXXmlWrapperBase point = Child(Child(child, kN42StateVector), kN42GeographicPoint);
         if (!usable(point)) continue;
-        Place place;
+        N42Place place;
         if (!instrument) place.detector = Attribute(child, kN42RadDetectorInformationReference);
         if (!instrument && place.detector.IsEmpty()) continue;
         place.position =
@@ -271,8 +270,8 @@ std::vector<CVCn42FileBase::Place> CVCn42File::PlacesOf(const Part& part) {
     return out;
 }
 
-std::vector<CVCn42FileBase::Dose> CVCn42File::DosesOf(const Part& part) {
-    std::vector<Dose> out;
+std::vector<N42Dose> CVCn42File::DosesOf(const N42Part& part) {
+    std::vector<N42Dose> out;
     for (UXXmlWrapperBase& child : children(part.element)) {
         if (!HasLocalName(child, kDoseRate)) continue;
         for (UXXmlWrapperBase& value : children(child)) {
@@ -290,74 +289,45 @@ std::vector<CVCn42FileBase::Dose> CVCn42File::DosesOf(const Part& part) {
 
 // ---- building ---------------------------------------------------------------------------------
 
-int CVCn42File::Build(UXXmlWrapperBase& parent) {
-    UXXmlWrapperBase measurements;
-    if (!AddMeasurements(parent, measurements)) return kN42CannotAdd;
-    const int result = spectra_.empty() ? kN42Ok : BuildSpectra(measurements);
-    if (result != kN42Ok || grossCounts_.empty()) return result;
-    return BuildGrossCounts(measurements);
+void CVCn42File::CollectValues(std::size_t spectrum, N42Values& values) {
+    const Words& words = WordsOf(&N42Part::spectra, spectrum);
+    liveTime_ = TextOf(spectra_[spectrum].liveTime);
+    values.push_back({GetName(kN42MeasurementClassCode), &words.classCode});
+    values.push_back({GetName(kN42StartDateTime), &words.startDateTime});
+    values.push_back({GetName(kN42RealTimeDuration), &words.realTime});
+    if (!liveTime_.IsEmpty()) values.push_back({GetName(kN42LiveTimeDuration), &liveTime_});
 }
 
-int CVCn42File::BuildSpectra(UXXmlWrapperBase& measurements) {
-    int written = 0;
-    CStringUTF8 liveTime;
-    for (const RadMeasurement& measurement : measurements_) {
-        if (measurement.spectra.empty()) continue;
-        // Intended: spectra need a class code to be written.
-        if (measurement.classCode.IsEmpty()) {
-            PassOver(measurement.spectra);
-            continue;
-        }
-        const auto valuesOf = [&](std::size_t index, Values& values) {
-            values = {{GetName(kN42MeasurementClassCode), &measurement.classCode},
-                      {GetName(kN42StartDateTime), &measurement.startDateTime},
-                      {GetName(kN42RealTimeDuration), &measurement.realTime}};
-            liveTime = TextOf(spectra_[index].liveTime);
-            if (!liveTime.IsEmpty()) values.push_back({GetName(kN42LiveTimeDuration), &liveTime});
-        };
-        const int result =
-            WriteMeasurement(measurements, written + 1, measurement.spectra, valuesOf);
-        if (result != kN42Ok) return result;
-        ++written;
-    }
-    if (written > 0) measurements.SaveXDEArraySize(written);
-    return kN42Ok;
-}
-
-int CVCn42File::BuildGrossCounts(UXXmlWrapperBase& measurements) {
+int CVCn42File::WriteGrossCounts(UXXmlWrapperBase& measurements) {
+    if (grossCounts_.empty()) return kN42Ok;
     UXXmlWrapperBase group;
     if (!measurements.AddNode(&group, GetName(kN42GrossCounts), -1)) return kN42CannotAdd;
-    for (const RadMeasurement& measurement : measurements_) {
-        for (std::size_t i = measurement.gross.first; i < measurement.gross.last; ++i) {
-            const int result =
-                WriteGrossCounts(group, measurement, grossCounts_[i], static_cast<int>(i));
-            if (result != kN42Ok) return result;
-        }
+    for (std::size_t i = 0; i < grossCounts_.size(); ++i) {
+        const int result = WriteGrossCount(group, i);
+        if (result != kN42Ok) return result;
     }
     group.SaveXDEArraySize(static_cast<int>(grossCounts_.size()));
     return kN42Ok;
 }
 
-int CVCn42File::WriteGrossCounts(UXXmlWrapperBase& group, const RadMeasurement& measurement,
-                                 const GrossCounts& counts, int place) {
+int CVCn42File::WriteGrossCount(UXXmlWrapperBase& group, std::size_t place) {
+    const GrossCounts& counts = grossCounts_[place];
+    const Words& words = WordsOf(&N42Part::gross, place);
     UXXmlWrapperBase node;
     if (!group.AddNode(&node, GetName(kN42RadMeasurement), -1)) return kN42CannotAdd;
     double count = counts.count;
     node.NodeValue(count, 0);
     CStringUTF8 label;
-    label.Format("%s_%d", GetName(kN42RadMeasurement), place);
+    label.Format("%s_%d", GetName(kN42RadMeasurement), static_cast<int>(place));
     node.SetLabel(label);
     if (!counts.id.IsEmpty() && !node.SetPropertyValue(GetName(kN42Id), counts.id)) {
         return kN42CannotSetAttribute;
     }
-    Values values{{GetName(kN42MeasurementClassCode), &measurement.classCode},
-                  {GetName(kN42StartDateTime), &measurement.startDateTime}};
+    N42Values values{{GetName(kN42MeasurementClassCode), &words.classCode},
+                     {GetName(kN42StartDateTime), &words.startDateTime}};
     const CStringUTF8 liveTime = cleaned_live_time(counts.liveTime, LiveTimeOption());
     if (!liveTime.IsEmpty()) values.push_back({GetName(kN42LiveTimeDuration), &liveTime});
-    for (const Value& value : values) {
-        if (const int result = AddValue(node, value); result != kN42Ok) return result;
-    }
-    return kN42Ok;
+    return tree_.AddValues(node, values);
 }
 
 }  // namespace ux

@@ -21,8 +21,7 @@
 namespace uxkit {
 namespace {
 
-using ux::CVCn42FileBase;
-using Core = CVCn42FileBase;
+using Core = ux::CVCn42FileBase;
 
 constexpr const char* kUnitOf2011 = "keV";
 
@@ -91,8 +90,7 @@ private:
     std::shared_ptr<const EnergyCalibration> calibration_of(std::size_t spectrum);
 
     std::unique_ptr<Core> core_;
-    std::vector<Core::Part> parts_;
-    std::size_t part_ = 0;
+    std::size_t part_ = 0;    // of core_->Parts()
     std::size_t number_ = 0;  // of the written part
     bool entered_ = false;
     std::size_t spectrum_ = 0;
@@ -134,8 +132,7 @@ SpectrumOpening SpectrumReader::State::open(const char* path,
     for (const std::string& name : wanted) selection.Add(name.c_str());
     core_->SetLiveTimeOption(VCTree_n42_parse_LiveTimeDuration(-1));
     if (core_->Read(&selection) != ux::kN42Ok) return SpectrumOpening::kNoMemory;
-    parts_ = core_->Parts();
-    for (const Core::Part& part : parts_) {
+    for (const ux::N42Part& part : core_->Parts()) {
         measurements += part.written && !part.spectra.empty() ? 1U : 0U;
     }
     list_gross_counts();
@@ -158,7 +155,7 @@ void SpectrumReader::State::list_detectors(const char* path) {
 
 void SpectrumReader::State::list_gross_counts() {
     std::size_t number = 0;
-    for (const Core::Part& part : parts_) {
+    for (const ux::N42Part& part : core_->Parts()) {
         const bool written = part.written && !part.spectra.empty();
         number += written ? 1U : 0U;
         if (part.gross.empty()) continue;
@@ -167,7 +164,7 @@ void SpectrumReader::State::list_gross_counts() {
             withSpectrum[to_text(core_->AboutSpectrum(i).detector)] = true;
         }
         for (std::size_t i = part.gross.first; i < part.gross.last; ++i) {
-            const Core::AboutGross about = core_->AboutGrossCounts(i);
+            const ux::N42AboutGross about = core_->AboutGrossCounts(i);
             GrossCount count;
             count.measurement = written ? number : 0;
             count.id = to_text(about.id);
@@ -189,9 +186,10 @@ void SpectrumReader::State::list_gross_counts() {
 
 // Places part_, spectrum_ and column_ on a list that has not been read; false when none is left.
 bool SpectrumReader::State::go_to_next_column() {
-    for (; part_ < parts_.size(); ++part_, entered_ = false) {
+    const std::vector<ux::N42Part>& parts = core_->Parts();
+    for (; part_ < parts.size(); ++part_, entered_ = false) {
         if (!entered_) enter_part();
-        const Core::Part& part = parts_[part_];
+        const ux::N42Part& part = parts[part_];
         if (!part.written) {
             core_->PassOver(part.spectra);
             continue;
@@ -206,24 +204,24 @@ bool SpectrumReader::State::go_to_next_column() {
 }
 
 void SpectrumReader::State::enter_part() {
-    const Core::Part& part = parts_[part_];
+    const ux::N42Part& part = core_->Parts()[part_];
     entered_ = true;
     spectrum_ = part.spectra.first;
     column_ = 0;
     if (!part.written || part.spectra.empty()) return;
     ++number_;
     doses_.clear();
-    for (const Core::Dose& dose : core_->DosesOf(part)) {
+    for (const ux::N42Dose& dose : core_->DosesOf(part)) {
         doses_.try_emplace(to_text(dose.detector), DoseRate{dose.value, to_text(dose.unit)});
     }
     places_.clear();
-    for (const Core::Place& place : core_->PlacesOf(part)) {
+    for (const ux::N42Place& place : core_->PlacesOf(part)) {
         const std::optional<Position> position = position_of(to_text(place.position));
         if (position) places_.try_emplace(to_text(place.detector), *position);
     }
     grossOfPart_.clear();
     for (std::size_t i = part.gross.first; i < part.gross.last; ++i) {
-        const Core::AboutGross about = core_->AboutGrossCounts(i);
+        const ux::N42AboutGross about = core_->AboutGrossCounts(i);
         grossOfPart_[to_text(about.detector)] += about.count;
     }
 }
@@ -243,10 +241,10 @@ bool SpectrumReader::State::next(Spectrum& out) {
 }
 
 void SpectrumReader::State::describe(Spectrum& out) {
-    const Core::About about = core_->AboutSpectrum(spectrum_);
+    const ux::N42About about = core_->AboutSpectrum(spectrum_);
     out = Spectrum();
     out.measurement = number_;
-    out.place = spectrum_ - parts_[part_].spectra.first;
+    out.place = spectrum_ - core_->Parts()[part_].spectra.first;
     out.id = to_text(about.id);
     out.detector = to_text(about.detector);
     out.kind = to_text(about.kind);
@@ -278,7 +276,7 @@ void SpectrumReader::State::add_surroundings(Spectrum& out) const {
 
 std::shared_ptr<const EnergyCalibration> SpectrumReader::State::calibration_of(
     std::size_t spectrum) {
-    const Core::EnergyCalibration* known = core_->CalibrationOf(spectrum);
+    const ux::N42Calibration* known = core_->CalibrationOf(spectrum);
     if (known == nullptr || (known->coefficients.empty() && known->boundaries.empty())) return {};
     std::shared_ptr<const EnergyCalibration>& out = calibrations_[known];
     if (out) return out;
@@ -304,13 +302,13 @@ void SpectrumReader::State::note_size_of_texts(const Spectrum& spectrum) {
 // Adds the texts of a column, and of its spectrum's energies with the first.
 void SpectrumReader::State::measure(const ux::NumberList& numbers) {
     size.bytes += 90 + text_length(numbers.data(), numbers.size());
-    const Core::EnergyCalibration* known = core_->CalibrationOf(spectrum_);
+    const ux::N42Calibration* known = core_->CalibrationOf(spectrum_);
     if (column_ > 0 || known == nullptr) return;
     auto& [channels, length] = energyLengths_[known];
     if (channels != numbers.size()) {
         channels = numbers.size();
         ux::NumberList energies;
-        Core::FillEnergies(*known, channels, energies);
+        ux::fill_energies(*known, channels, energies);
         length = text_length(energies.data(), energies.size());
     }
     size.bytes += length;
@@ -322,7 +320,6 @@ int SpectrumReader::State::import_into(UXXmlWrapperBase& tree, bool withEnergies
     if (!ux::usable(tree)) return ux::kN42CannotAdd;
     if (!withEnergies) core_->LeaveOutEnergies();
     core_->StartAgain();
-    part_ = parts_.size();
     const std::unique_ptr<Core> core = std::move(core_);
     return core->WriteInto(tree);
 }

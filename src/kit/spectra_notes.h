@@ -6,7 +6,7 @@
 
 #include "uxtree/kit/spectra.h"
 
-#include "import/n42_file.h"
+#include "import/n42_records.h"
 
 namespace uxkit {
 
