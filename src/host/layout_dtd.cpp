@@ -65,17 +65,11 @@ const DocumentHolder* LayoutDtd::entity(std::string_view name) {
     return entities_.emplace(name, read_content(reference_to(name))).first->second.get();
 }
 
-std::optional<ux::xml::EntityValue> LayoutDtd::entity_text(std::string_view name) {
+std::optional<std::string> LayoutDtd::entity_text(std::string_view name) {
     const DocumentHolder* const document = entity(name);
     if (document == nullptr || (*document)->root()->first != 0) return std::nullopt;
     CStringUTF8 made;
-    ux::xml::EntityValue value{std::string((*document)->value_text(*(*document)->root(), made)),
-                               true};
-    if (!value.text.empty() && value.text.find_first_not_of(" \t\r\n") == std::string::npos) {
-        const auto beside = read_content(reference_to(name) + "<ux/>");
-        value.kept = beside != nullptr && (*beside)->has_value(*(*beside)->root());
-    }
-    return value;
+    return std::string((*document)->value_text(*(*document)->root(), made));
 }
 
 std::uint32_t LayoutDtd::entity_elements(std::string_view name) {

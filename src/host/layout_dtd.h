@@ -27,7 +27,7 @@ public:
 
     // The root of the document has what the entity stands for as its content; null when unknown.
     const DocumentHolder* entity(std::string_view name);
-    std::optional<ux::xml::EntityValue> entity_text(std::string_view name);
+    std::optional<std::string> entity_text(std::string_view name);
     std::uint32_t entity_elements(std::string_view name);
     bool takes_blanks(std::string_view tag, std::string_view attribute);
     // A root with this content.

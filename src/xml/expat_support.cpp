@@ -16,6 +16,11 @@ bool begins_with(std::string_view text, std::string_view start) {
     return text.substr(0, start.size()) == start;
 }
 
+// Is it nothing but NUL bytes and white space?
+bool is_padding(std::string_view text) {
+    return text.find_first_not_of(std::string_view("\0 \t\r\n", 5)) == std::string_view::npos;
+}
+
 constexpr std::array<std::string_view, 5> kPredefined{"lt", "gt", "amp", "apos", "quot"};
 
 bool is_predefined(std::string_view name) {
@@ -66,10 +71,6 @@ const char* settled_encoding(std::string_view start) {
     if (begins_with(start, "\xFE\xFF") || begins_with(start, "\xFF\xFE")) return "UTF-16";
     const std::string_view declared = declared_encoding(start);
     return equal_no_case(declared, "utf8") ? "UTF-8" : nullptr;
-}
-
-bool is_padding(std::string_view text) {
-    return text.find_first_not_of(std::string_view("\0 \t\r\n", 5)) == std::string_view::npos;
 }
 
 Feeder::Step Feeder::step() {

@@ -28,9 +28,6 @@ using ParserHandle = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDe
 // the declaration: a byte order mark, and "utf8" for UTF-8.
 const char* settled_encoding(std::string_view start);
 
-// Is it nothing but NUL bytes and white space?
-bool is_padding(std::string_view text);
-
 // Gives an input to a parser. The blocks double while a token does not end, because the parser
 // begins it again with each block.
 class Feeder {
@@ -59,7 +56,6 @@ private:
 class DeclaredEntities {
 public:
     void declare(std::string_view name, std::string_view text);
-    bool empty() const { return texts_.empty(); }
     // The first name in a text, or in what it expands to, that is neither declared nor predefined.
     std::optional<std::string> first_unknown(std::string_view text) const;
 

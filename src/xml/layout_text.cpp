@@ -238,7 +238,7 @@ void WrittenValue::add_atom(AtomKind kind, std::size_t begin, std::size_t end,
 }
 
 void WrittenValue::add_run(Form form, std::size_t begin, std::size_t end) {
-    Run run{form, begin, end, atoms_.size(), 0, text_.size(), 0, form == Form::kSection};
+    Run run{form, begin, end, atoms_.size(), 0, text_.size(), 0};
     const std::string_view stops = form == Form::kSection     ? std::string_view("\r")
                                    : form == Form::kAttribute ? std::string_view("\r&\n\t")
                                                               : std::string_view("\r&");
@@ -246,7 +246,7 @@ void WrittenValue::add_run(Form form, std::size_t begin, std::size_t end) {
     for (std::size_t at = begin; at < end;) {
         const std::size_t stop = std::min(text.find_first_of(stops, at), end);
         add_atom(AtomKind::kLiteral, at, stop, text.substr(at, stop - at));
-        at = stop == end ? end : add_replaced(form, stop, end, run.marked);
+        at = stop == end ? end : add_replaced(form, stop, end);
     }
     run.lastAtom = atoms_.size();
     run.to = text_.size();
@@ -254,11 +254,11 @@ void WrittenValue::add_run(Form form, std::size_t begin, std::size_t end) {
 }
 
 // What does not stand for itself; yields the place behind it.
-std::size_t WrittenValue::add_replaced(Form form, std::size_t at, std::size_t end, bool& marked) {
+std::size_t WrittenValue::add_replaced(Form form, std::size_t at, std::size_t end) {
     if (source_[at] == '&') {
         const std::size_t semicolon = source_.find(';', at);
         if (semicolon >= end) throw Unkept("a reference that does not end");
-        add_reference(at, semicolon + 1, marked);
+        add_reference(at, semicolon + 1);
         return semicolon + 1;
     }
     const bool pair = source_[at] == '\r' && at + 1 < end && source_[at + 1] == '\n';
@@ -267,7 +267,7 @@ std::size_t WrittenValue::add_replaced(Form form, std::size_t at, std::size_t en
     return behind;
 }
 
-void WrittenValue::add_reference(std::size_t at, std::size_t end, bool& marked) {
+void WrittenValue::add_reference(std::size_t at, std::size_t end) {
     static constexpr std::pair<std::string_view, std::string_view> kPredefined[] = {
         {"lt", "<"}, {"gt", ">"}, {"amp", "&"}, {"apos", "'"}, {"quot", "\""}};
     const std::string_view name = source_.substr(at + 1, end - at - 2);
@@ -278,7 +278,6 @@ void WrittenValue::add_reference(std::size_t at, std::size_t end, bool& marked) 
         std::from_chars(first, name.data() + name.size(), code, hex ? 16 : 10);
         char bytes[4];
         const auto size = static_cast<std::size_t>(encode_utf8(code, bytes) - bytes);
-        if (is_blank(std::string_view(bytes, size))) marked = true;
         add_atom(AtomKind::kReplaced, at, end, {bytes, size});
         return;
     }
@@ -288,10 +287,9 @@ void WrittenValue::add_reference(std::size_t at, std::size_t end, bool& marked) 
             return;
         }
     }
-    const std::optional<EntityValue> entity = entityText_ ? entityText_(name) : std::nullopt;
+    const std::optional<std::string> entity = entityText_ ? entityText_(name) : std::nullopt;
     if (!entity) throw Unkept("the reference &" + std::string(name) + "; cannot be resolved");
-    marked = marked || entity->kept;
-    add_atom(AtomKind::kEntity, at, end, entity->text);
+    add_atom(AtomKind::kEntity, at, end, *entity);
 }
 
 // --- writing -----------------------------------------------------------------------------------

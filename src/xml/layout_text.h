@@ -20,14 +20,9 @@ struct Unkept : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-// The text that a declared entity stands for, and whether the reader keeps it where it is white space
-// alone.
-struct EntityValue {
-    std::string text;
-    bool kept = true;
-};
-// By the entity's name; nothing when it stands for elements or is unknown.
-using EntityText = std::function<std::optional<EntityValue>(std::string_view name)>;
+// The text that a declared entity stands for, by its name; nothing when it stands for elements or is
+// unknown.
+using EntityText = std::function<std::optional<std::string>(std::string_view name)>;
 
 // A value in the form in which a document holds it: runs of character data and CDATA sections, or
 // the one run between the quotes of an attribute.
@@ -48,9 +43,6 @@ public:
     std::string_view run_text(std::size_t run) const {
         return std::string_view(text_).substr(runs_[run].from, runs_[run].to - runs_[run].from);
     }
-    // Does the run keep its white space where white space alone is dropped: because it is a section,
-    // or because some of it stands as a reference?
-    bool run_is_marked(std::size_t run) const { return runs_[run].marked; }
 
     // The run as it has to be written so that all runs together stand for `wanted`: nothing when it
     // stays as it is. Runs before and behind the difference stay, the difference itself goes into
@@ -79,7 +71,6 @@ private:
         std::size_t lastAtom;  // behind
         std::size_t from;
         std::size_t to;
-        bool marked;
     };
     struct Kept {
         std::string before;
@@ -87,8 +78,8 @@ private:
     };
 
     void add_run(Form form, std::size_t begin, std::size_t end);
-    std::size_t add_replaced(Form form, std::size_t at, std::size_t end, bool& marked);
-    void add_reference(std::size_t at, std::size_t end, bool& marked);
+    std::size_t add_replaced(Form form, std::size_t at, std::size_t end);
+    void add_reference(std::size_t at, std::size_t end);
     void add_atom(AtomKind kind, std::size_t begin, std::size_t end, std::string_view text);
     std::size_t run_for(std::size_t from, std::size_t to) const;
     Kept kept_of(const Run& run, std::size_t from, std::size_t to) const;
