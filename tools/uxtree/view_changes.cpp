@@ -52,7 +52,8 @@ ViewChildren view_children(const ViewData& data, std::size_t parent) {
 // In any order.
 std::vector<ViewData::Attribute> sorted_attributes(const ViewData& data, std::size_t i) {
     std::vector<ViewData::Attribute> attributes = data.attributes(i);
-    std::sort(attributes.begin(), attributes.end());
+    std::sort(attributes.begin(), attributes.end(),
+              [](const auto& a, const auto& b) { return a.name < b.name; });
     return attributes;
 }
 

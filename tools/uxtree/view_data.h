@@ -20,7 +20,7 @@ public:
     struct Attribute {
         std::string_view name;
         std::string_view value;
-        auto operator<=>(const Attribute&) const = default;
+        bool operator==(const Attribute&) const = default;
     };
 
     void Restart() override { *this = ViewData(); }
