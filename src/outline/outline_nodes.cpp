@@ -18,42 +18,47 @@ void require(int hostResult) {
     if (hostResult == 0) throw std::bad_alloc();
 }
 
-void add_labelled(UXXmlWrapperBase& parent, const char* tag, std::string_view label,
-                  UXXmlWrapperBase& added) {
-    static thread_local const UXNameKey kLabel("Label");
-    require(parent.AddNode(&added, tag, -1));
-    require(added.SetPropertyView(kLabel, label));
-}
-
-// Adds the entry with its attributes, without its children.
-UXXmlWrapperBase write_entry(UXXmlWrapperBase& parent, const LayoutNode& entry) {
-    UXXmlWrapperBase node;
-    UXXmlWrapperBase attribute;
-    add_labelled(parent, "Node", entry.name, node);
-    for (const auto& [name, known] : entry.attributes) {
-        add_labelled(node, "Attr", "@" + name, attribute);
-    }
-    return node;
-}
-
-void write_children(const UXXmlWrapperBase& rootNode, const LayoutNode& root) {
-    struct Place {
-        const LayoutNode* entry;
-        std::size_t nextChild;
+class EntryWriter {
+public:
+    // Adds the entry with its attributes, without its children.
+    UXXmlWrapperBase write(UXXmlWrapperBase& parent, const LayoutNode& entry) const {
         UXXmlWrapperBase node;
-    };
-    std::vector<Place> path{{&root, 0, rootNode}};
-    while (!path.empty()) {
-        Place& place = path.back();
-        if (place.nextChild == place.entry->children.size()) {
-            path.pop_back();
-            continue;
+        UXXmlWrapperBase attribute;
+        add_labelled(parent, "Node", entry.name, node);
+        for (const auto& [name, known] : entry.attributes) {
+            add_labelled(node, "Attr", "@" + name, attribute);
         }
-        const LayoutNode& child = *place.entry->children[place.nextChild++];
-        UXXmlWrapperBase node = write_entry(place.node, child);
-        if (!child.children.empty()) path.push_back({&child, 0, std::move(node)});
+        return node;
     }
-}
+
+    void write_children(const UXXmlWrapperBase& rootNode, const LayoutNode& root) const {
+        struct Place {
+            const LayoutNode* entry;
+            std::size_t nextChild;
+            UXXmlWrapperBase node;
+        };
+        std::vector<Place> path{{&root, 0, rootNode}};
+        while (!path.empty()) {
+            Place& place = path.back();
+            if (place.nextChild == place.entry->children.size()) {
+                path.pop_back();
+                continue;
+            }
+            const LayoutNode& child = *place.entry->children[place.nextChild++];
+            UXXmlWrapperBase node = write(place.node, child);
+            if (!child.children.empty()) path.push_back({&child, 0, std::move(node)});
+        }
+    }
+
+private:
+    void add_labelled(UXXmlWrapperBase& parent, const char* tag, std::string_view label,
+                      UXXmlWrapperBase& added) const {
+        require(parent.AddNode(&added, tag, -1));
+        require(added.SetPropertyView(label_, label));
+    }
+
+    UXNameKey label_{"Label"};
+};
 
 // All that write appends to the target, or nothing.
 template <typename Write>
@@ -70,9 +75,11 @@ void append_whole(UXXmlWrapperBase& target, Write&& write) {
 }  // namespace
 
 void ux::write_outline(UXXmlWrapperBase& target, const LayoutNode& root) {
-    append_whole(target, [&] { write_children(write_entry(target, root), root); });
+    const EntryWriter writer;
+    append_whole(target, [&] { writer.write_children(writer.write(target, root), root); });
 }
 
 void ux::write_outlines(UXXmlWrapperBase& target, const LayoutNode& parent) {
-    append_whole(target, [&] { write_children(target, parent); });
+    const EntryWriter writer;
+    append_whole(target, [&] { writer.write_children(target, parent); });
 }
