@@ -6,8 +6,7 @@
 #include <fstream>
 #include <iterator>
 
-#include <glob.h>
-
+#include "platform.h"
 #include "printing.h"
 
 namespace uxscript {
@@ -36,19 +35,9 @@ void str(as::asIScriptGeneric* call) {
 // The names that match a pattern, sorted by their bytes; none is no error.
 void files(as::asIScriptGeneric* call) {
     guarded([&] {
-        const auto& pattern = argument<std::string>(call, 0);
-        glob_t found{};
-        const int result = ::glob(pattern.c_str(), GLOB_MARK | GLOB_ERR, nullptr, &found);
-        struct Free {
-            ~Free() { ::globfree(&found); }
-            glob_t& found;
-        } const free{found};
-        if (result != 0 && result != GLOB_NOMATCH) {
-            throw ScriptError{"cannot read the folder of '" + pattern + "'"};
-        }
-        const std::size_t size = result == 0 ? found.gl_pathc : 0;
-        ResultArray array(call, "array<string>", size);
-        for (std::size_t i = 0; i < size; ++i) array.text(i) = found.gl_pathv[i];
+        const std::vector<std::string> found = files_matching(argument<std::string>(call, 0));
+        ResultArray array(call, "array<string>", found.size());
+        for (std::size_t i = 0; i < found.size(); ++i) array.text(i) = found[i];
         array.give();
     });
 }

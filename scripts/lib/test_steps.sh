@@ -70,6 +70,10 @@ step_libcxx() {
     test_preset libcxx
 }
 
+# What is released, as distributions build it: gcc at -O3 with link-time optimisation and
+# _FORTIFY_SOURCE.
+step_lto() { test_preset lto; }
+
 # Two threads with documents of their own, under ThreadSanitizer.
 step_tsan() { test_preset tsan; }
 

@@ -6,7 +6,7 @@ Usage: tools/dev/check_layers.py [--rooms] [SOURCE_FOLDER]
 Fails on an include of a room that the including room may not see, whatever the include looks like;
 on topics of a room that include each other in a circle; on the host's own storage named, under any
 alias, outside src/host/; on a header of include/ that needs one of src/; on tools, bindings and
-examples that look into src/; on a header of the system in src/ or tools/ outside platform_SYSTEM.cpp; and on
+examples that look into src/; on a header of the system outside platform_SYSTEM.cpp, examples left out; and on
 a source without a first line that says its topic. With --rooms it prints which rooms include which.
 """
 
@@ -27,9 +27,9 @@ GATHERING = {"version.h": "frame", "uxtree_Utils.h": "report", "uxtree_c.h": "ki
 # of the C++ standard library have none.
 EVERYWHERE = re.compile(
     r"(stdbool|stddef|stdint|emmintrin|expat|angelscript|editline/readline)\.h$"
-    r"|(CLI|fmt|nlohmann|angelscript|fast_float)/"
+    r"|(CLI|fmt|nlohmann|angelscript|fast_float|pybind11)/"
 )
-OF_SYSTEMS = re.compile(r"(src/base|tools/uxtree/support)/platform_\w+\.cpp$")
+OF_SYSTEMS = re.compile(r"(src/base|tools/uxtree/support|bindings/script)/platform_\w+\.cpp$")
 
 COMMENT_OR_TEXT = re.compile(
     r'//[^\n]*|/\*.*?\*/|R"([^()\\\s]*)\(.*?\)\1"|"(?:\\.|[^"\\\n])*"|(?<!\w)\'(?:\\.|[^\'\\\n])*\'',
@@ -213,7 +213,7 @@ def check(root, rooms, files):
     for base in OUTSIDE:
         for path in code_below(root / base):
             yield from check_outside_file(root, path.relative_to(root), path.read_text(), rooms)
-            if base == "tools":
+            if base in ("bindings", "tools"):
                 yield from check_system(path.relative_to(root), path.read_text())
     for circle in [*circles(topic_graph(files)), *circles(header_graph(files))]:
         yield f"a circle of includes: {' -> '.join(circle)}"
