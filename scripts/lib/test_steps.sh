@@ -12,6 +12,8 @@ short_steps=(
 )
 long_steps=(
     removals  # 90 s
+    libcxx  # 250 s
+    lto  # 250 s
     tsan      # 150 s
     python_sanitized  # 150 s
     static    # 600 s
@@ -64,7 +66,7 @@ step_clang() { test_preset clang all all_verify_interface_header_sets; }
 step_release() { test_preset release; }
 
 # clang with LLVM's standard library: the libraries, the tool, and the tests that need no library made
-# for another one. In no list yet, since it was never run whole: the libraries and the tool compile.
+# for another one.
 step_libcxx() {
     install_packages libc++-14-dev libc++abi-14-dev googletest
     test_preset libcxx

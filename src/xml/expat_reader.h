@@ -168,8 +168,9 @@ private:
                                        const XML_Char* /*publicId*/) {
         ExpatReader& reader = self(XML_GetUserData(parser));
         reader.guarded([&] {
-            const std::string text = reader.markup();
-            reader.refuse_entity(text.substr(0, text.find(';')).substr(text.empty() ? 0 : 1));
+            const std::string text = reader.markup();  // "&name;"
+            const auto end = std::find(text.begin(), text.end(), ';');
+            reader.refuse_entity(std::string(text.begin() + (text.begin() == end ? 0 : 1), end));
         });
         return XML_STATUS_ERROR;
     }
