@@ -2,8 +2,8 @@
 #pragma once
 
 #include "xml/byte_source.h"
-#include "xml/format.h"
 #include "xml/file_encoding.h"
+#include "xml/format.h"
 
 namespace uxhost {
 

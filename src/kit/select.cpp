@@ -32,7 +32,7 @@ struct [[gnu::visibility("hidden")]] UXSelected::Items {
         return last = place.first->second;
     }
     // The text of a branch.
-    uxkit::Text text_of(std::size_t index, CStringUTF8& scratch) {
+    uxkit::Text text_of(std::size_t index, CStringUTF8 & scratch) {
         if (tree == nullptr) index_branches();
         return tree->string_value(numbers[index], scratch);
     }

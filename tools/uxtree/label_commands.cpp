@@ -212,9 +212,8 @@ int run_from_pairs(const PairOptions& options) {
         if (uxtree_key_value_pairs_str_to_branch(&node, text.c_str(), options.keySeparator[0],
                                                  options.pairSeparator[0]) == 0) {
             throw Failure(kRefused, "uxtree", "no pair of a key and a value in the text",
-                          "pairs look like a" + options.keySeparator + "1" +
-                              options.pairSeparator + "b" + options.keySeparator +
-                              "2; keys are element names");
+                          "pairs look like a" + options.keySeparator + "1" + options.pairSeparator +
+                              "b" + options.keySeparator + "2; keys are element names");
         }
     }
     options.target.save(root, options.file);
