@@ -98,6 +98,8 @@ He said "hi"  10
          err=["not understood at character 7: the path ends too early", "  //a[b=\n        ^"]),
     case("MixedTextIsReadInItsOrder", ["query", "//p[starts-with(., 'xb')]", "t.xml", "-"],
          files={"t.xml": MIXED}, stdin=MIXED, out="t.xml: xby\nstdin: xby\n"),
+    case("MixedTextOfStandardInputIsReadOnce", ["query", "//p", "-"], stdin=MIXED,
+         files={"-": "<r/>"}, out="xby\n"),
     case("MixedTextOfAnEntityHasNoOrder", ["query", "//p", "t.xml"],
          files={"t.xml": "<!DOCTYPE p [<!ENTITY e 'x<b/>y'>]><p>&e;</p>"}, code=4,
          err=["between the children of /p"]),

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
@@ -26,10 +27,18 @@ namespace {
     throw Failure(kUnreadable, input_name(file), reason, std::move(hint));
 }
 
+// Standard input is there once: who asked again would find it empty, or a part of it.
+Descriptor take_standard_input() {
+    static std::atomic<bool> taken{false};
+    if (!taken.exchange(true)) return standard_input();
+    throw Failure(kUsage, "stdin", "it is named twice and can be read only once",
+                  "save it to a file first");
+}
+
 // Opens for reading; a directory is refused here, since reading one fails with a poorer message.
 Descriptor open_for_reading(const std::string& file) {
     errno = 0;
-    if (file == "-") return standard_input();
+    if (file == "-") return take_standard_input();
     Descriptor descriptor = open_to_read(file);
     if (!descriptor.is_open()) throw_unreadable(file);
     if (kind_of(descriptor.number()) == FileKind::kFolder) {
@@ -98,7 +107,7 @@ UXXmlWrapperBase open_as(const std::string& file, const std::string& name, LoadT
 
 bool is_regular_file(const std::string& file) {
     std::error_code unknown;
-    return std::filesystem::is_regular_file(file, unknown);
+    return file != "-" && std::filesystem::is_regular_file(file, unknown);
 }
 
 std::string input_name(const std::string& file) {
@@ -131,10 +140,6 @@ std::string read_all(const std::string& file) {
     const Descriptor descriptor = open_for_reading(file);
     const Progress progress("reading " + input_name(file));
     return read_open_file(descriptor, file);
-}
-
-void require_readable(const std::string& file) {
-    open_for_reading(file);
 }
 
 void throw_refused_file(const std::string& name, const std::string& path) {

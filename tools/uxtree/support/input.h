@@ -20,7 +20,7 @@ namespace uxtool {
 // The name of an input in messages and results: "stdin" for "-".
 std::string input_name(const std::string& file);
 
-// No pipe, device or folder; false as well when that cannot be told. "-" may be one, too.
+// No pipe, device, folder or "-", whatever is called so; false as well when that cannot be told.
 bool is_regular_file(const std::string& file);
 
 // Loads an XML file strictly and yields its root; "-" is standard input, and pipes work too. Throws
@@ -34,9 +34,6 @@ UXXmlWrapperBase open_tree_for_editing(const std::string& file);
 
 // The whole content of a file, of "-" or of a pipe; throws Failure with kUnreadable.
 std::string read_all(const std::string& file);
-
-// Throws Failure with kUnreadable unless file can be opened for reading and is no directory.
-void require_readable(const std::string& file);
 
 // Says why the last load of this thread failed, where it did; path is what the library read. Throws
 // Failure with kUnreadable.
