@@ -79,7 +79,6 @@ TEST(uxtree_nlsf_add_params_node_DataID, AnInvalidNodeBecomesANewTree) {
     UXXmlWrapperBase params;
     uxtree_nlsf_add_params_node_DataID(&params, 1);
     EXPECT_EQ(to_text(params), settings_text("root", 1));
-    uxtree_nlsf_add_params_node_DataID(nullptr, 1);
 }
 
 TEST(uxtree_nlsf_add_params_node_DataID, ListsAreFoundByDataIdWhateverTheirTag) {

@@ -196,11 +196,9 @@ TEST(vctree_extract_weight_info, AGivenTagTakesTheTagsPlace) {
     EXPECT_EQ(extract("<Weight WeightMethod='3'/>", "Range"), Extracted{0});
 }
 
-TEST(vctree_extract_weight_info, EveryOutputMayBeNullAndAnInvalidNodeIsNone) {
+TEST(vctree_extract_weight_info, EveryOutputMayBeNull) {
     TestTree tree("<W/>");
-    UXXmlWrapperBase invalid;
     EXPECT_EQ(vctree_extract_weight_info(tree, nullptr, nullptr, nullptr, nullptr, nullptr), 1);
-    EXPECT_EQ(vctree_extract_weight_info(invalid, "W", nullptr, nullptr, nullptr, nullptr), 0);
 }
 
 // --- vctree_update_fitter_data_weight_node -------------------------------------------------------

@@ -30,8 +30,6 @@ TEST(vctree_stats_get_boxchart_box_node, FindsOrAppends) {
     EXPECT_TRUE(out == tree.at("BoxChart/Box"));
     EXPECT_EQ(vctree_stats_get_boxchart_box_node(tree, out), 1);
     EXPECT_EQ(tree.text(), tree_text("<r><BoxChart k='1'><Box/></BoxChart></r>"));
-    UXXmlWrapperBase invalid;
-    EXPECT_EQ(vctree_stats_get_boxchart_box_node(invalid, out), 0);
     EXPECT_TRUE(out == tree.at("BoxChart/Box"));
 }
 
@@ -41,8 +39,6 @@ TEST(vctree_stats_get_boxchart_whisker_node, FindsOrAppends) {
     EXPECT_EQ(vctree_stats_get_boxchart_whisker_node(node, node), 1);
     EXPECT_EQ(tree.text(), tree_text("<r><BoxChart><Whisker/></BoxChart></r>"));
     EXPECT_TRUE(node == tree.at("BoxChart/Whisker"));
-    UXXmlWrapperBase invalid;
-    EXPECT_EQ(vctree_stats_get_boxchart_whisker_node(invalid, node), 0);
 }
 
 void expect_part_found(int (*find)(UXXmlWrapperBase*, UXXmlWrapperBase*)) {
@@ -87,16 +83,9 @@ TEST(vctree_stats_get_set_box_info, ReadingCreatesTheBoxButNotItsValues) {
     EXPECT_EQ(value, 7);
 }
 
-TEST(uxtree_stats_get_set_box_info, NeedsEveryPointer) {
+TEST(uxtree_stats_get_set_box_info, GivesTheNativeAnswer) {
     TestTree tree("<r/>");
     double v = 1;
-    uxtree_stats_get_set_box_info(nullptr, &v, &v, &v, &v, &v, 0);
-    uxtree_stats_get_set_box_info(&tree, nullptr, &v, &v, &v, &v, 0);
-    uxtree_stats_get_set_box_info(&tree, &v, nullptr, &v, &v, &v, 0);
-    uxtree_stats_get_set_box_info(&tree, &v, &v, nullptr, &v, &v, 0);
-    uxtree_stats_get_set_box_info(&tree, &v, &v, &v, nullptr, &v, 0);
-    uxtree_stats_get_set_box_info(&tree, &v, &v, &v, &v, nullptr, 0);
-    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     uxtree_stats_get_set_box_info(&tree, &v, &v, &v, &v, &v, 0);
     EXPECT_EQ(tree.at("BoxChart/Box").GetNodeCount(), 5);
 }
@@ -114,13 +103,9 @@ TEST(vctree_stats_get_set_whisker_info, GoesBothWays) {
     EXPECT_EQ(bottom, 2);
 }
 
-TEST(uxtree_stats_get_set_whisker_info, NeedsEveryPointer) {
+TEST(uxtree_stats_get_set_whisker_info, GivesTheNativeAnswer) {
     TestTree tree("<r/>");
     double v = 1;
-    uxtree_stats_get_set_whisker_info(nullptr, &v, &v, 0);
-    uxtree_stats_get_set_whisker_info(&tree, nullptr, &v, 0);
-    uxtree_stats_get_set_whisker_info(&tree, &v, nullptr, 0);
-    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     uxtree_stats_get_set_whisker_info(&tree, &v, &v, 0);
     EXPECT_EQ(tree.at("BoxChart/Whisker").GetNodeCount(), 2);
 }
@@ -173,16 +158,6 @@ TEST(vctree_stats_get_set_bin_info, OnlyTheSpaceBecomesZeroWhenUnreadable) {
     }
 }
 
-TEST(vctree_stats_get_set_bin_info, AnInvalidNodeChangesNothing) {
-    UXXmlWrapperBase invalid;
-    double v = 1;
-    int space = 4;
-    vctree_stats_get_set_bin_info(invalid, v, v, v, space, 1);
-    vctree_stats_get_set_bin_info(invalid, v, v, v, space, 0);
-    EXPECT_EQ(space, 4);
-    EXPECT_EQ(v, 1);
-}
-
 TEST(uxtree_stats_get_set_bin_info, ANullSpaceWritesZero) {
     TestTree tree("<r><Bin><Space>9</Space></Bin></r>");
     double v = 1;
@@ -194,27 +169,11 @@ TEST(uxtree_stats_get_set_bin_info, ANullSpaceWritesZero) {
         tree_text("<r><Bin><Space>0</Space><Min>1</Min><Max>1</Max><Size>1</Size></Bin></r>"));
 }
 
-TEST(uxtree_stats_get_set_bin_info, NeedsEveryOtherPointer) {
-    TestTree tree("<r/>");
-    double v = 1;
-    int space = 1;
-    uxtree_stats_get_set_bin_info(nullptr, &v, &v, &v, &space, 0);
-    uxtree_stats_get_set_bin_info(&tree, nullptr, &v, &v, &space, 0);
-    uxtree_stats_get_set_bin_info(&tree, &v, nullptr, &v, &space, 0);
-    uxtree_stats_get_set_bin_info(&tree, &v, &v, nullptr, &space, 0);
-    EXPECT_EQ(tree.text(), tree_text("<r/>"));
-}
-
 TEST(uxtree_stats_get_set_bin_intervals, CallsTheIntervalForm) {
     TestTree tree("<r/>");
     double v = 1;
     int intervals = 6;
     int space = 2;
-    uxtree_stats_get_set_bin_intervals(nullptr, &v, &v, &intervals, &space, 0);
-    uxtree_stats_get_set_bin_intervals(&tree, nullptr, &v, &intervals, &space, 0);
-    uxtree_stats_get_set_bin_intervals(&tree, &v, nullptr, &intervals, &space, 0);
-    uxtree_stats_get_set_bin_intervals(&tree, &v, &v, nullptr, &space, 0);
-    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     uxtree_stats_get_set_bin_intervals(&tree, &v, &v, &intervals, &space, 0);
     EXPECT_EQ(tree.text(), tree_text("<r><Bin><Min>1</Min><Max>1</Max><Intervals>6</Intervals>"
                                      "<Space>2</Space></Bin></r>"));
@@ -235,15 +194,11 @@ TEST(vctree_stats_is_bin_auto, IsOnUnlessTheTreeSaysOtherwise) {
     EXPECT_EQ(ask("<r><Bin><Auto>x</Auto></Bin></r>"), 1);
     EXPECT_EQ(ask("<r><Bin><Auto>0</Auto></Bin></r>"), 0);
     EXPECT_EQ(ask("<r><Bin><Auto>5</Auto></Bin></r>"), 5);
-    UXXmlWrapperBase invalid;
-    EXPECT_EQ(vctree_stats_is_bin_auto(invalid), 0);
-    EXPECT_EQ(uxtree_stats_is_bin_auto(&invalid), 0);
 }
 
-TEST(uxtree_stats_is_bin_auto, ANullNodeGivesZero) {
+TEST(uxtree_stats_is_bin_auto, GivesTheNativeAnswer) {
     TestTree tree("<r/>");
     EXPECT_EQ(uxtree_stats_is_bin_auto(&tree), 1);
-    EXPECT_EQ(uxtree_stats_is_bin_auto(nullptr), 0);
 }
 
 TEST(vctree_stats_is_by_intervals, IsOffUnlessTheTreeSaysOtherwise) {
@@ -254,14 +209,11 @@ TEST(vctree_stats_is_by_intervals, IsOffUnlessTheTreeSaysOtherwise) {
     EXPECT_EQ(ask("<r/>"), 0);
     EXPECT_EQ(ask("<r><Bin><StepBy>x</StepBy></Bin></r>"), 0);
     EXPECT_EQ(ask("<r><Bin><StepBy>1</StepBy></Bin></r>"), 1);
-    UXXmlWrapperBase invalid;
-    EXPECT_EQ(vctree_stats_is_by_intervals(invalid), 0);
 }
 
 TEST(uxtree_stats_is_by_intervals, GivesTheNativeAnswer) {
     TestTree tree("<r><Bin><StepBy>1</StepBy></Bin></r>");
     EXPECT_EQ(uxtree_stats_is_by_intervals(&tree), 1);
-    EXPECT_EQ(uxtree_stats_is_by_intervals(nullptr), 0);
 }
 
 // An empty tree after a setting was written, and tried on a node that is none.
@@ -366,12 +318,9 @@ TEST(vctree_stats_get_set_output_distribution, GoesBothWays) {
     EXPECT_EQ(value, 2);
 }
 
-TEST(uxtree_stats_get_set_output_distribution, NeedsBothPointers) {
+TEST(uxtree_stats_get_set_output_distribution, GivesTheNativeAnswer) {
     TestTree tree("<r/>");
     int value = 2;
-    uxtree_stats_get_set_output_distribution(nullptr, &value, 0);
-    uxtree_stats_get_set_output_distribution(&tree, nullptr, 0);
-    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     uxtree_stats_get_set_output_distribution(&tree, &value, 0);
     EXPECT_EQ(tree.text(), tree_text("<r><Distribution>2</Distribution></r>"));
 }
@@ -460,25 +409,15 @@ INSTANTIATE_TEST_SUITE_P(vctree_stats_get_set_custom_quantiles, ListSettings,
                          testing::Values(ListSetting{"CustomPercentiles",
                                                      vctree_stats_get_set_custom_quantiles}));
 
-TEST(uxtree_stats_get_set_counts, NeedsANodeAndAVector) {
+TEST(uxtree_stats_get_set_counts, GivesTheNativeAnswer) {
     TestTree tree("<r/>");
     auto values = uxtest::script_doubles({1, 2});
-    auto wrong = uxtest::script_ints({1});
-    uxtree_stats_get_set_counts(nullptr, &values, 0);
-    uxtree_stats_get_set_counts(&tree, nullptr, 0);
-    uxtree_stats_get_set_counts(&tree, &wrong, 0);
-    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     uxtree_stats_get_set_counts(&tree, &values, 0);
     EXPECT_EQ(tree.text(), tree_text("<r><Counts>1 2</Counts></r>"));
 }
-TEST(uxtree_stats_get_set_percentiles, NeedsANodeAndAVector) {
+TEST(uxtree_stats_get_set_percentiles, GivesTheNativeAnswer) {
     TestTree tree("<r><Percentiles>5 95</Percentiles></r>");
     auto values = uxtest::script_doubles({});
-    auto wrong = uxtest::script_texts({"1"});
-    uxtree_stats_get_set_percentiles(nullptr, &values, 1);
-    uxtree_stats_get_set_percentiles(&tree, nullptr, 1);
-    uxtree_stats_get_set_percentiles(&tree, &wrong, 1);
-    EXPECT_EQ(values.array().GetSize(), 0);
     uxtree_stats_get_set_percentiles(&tree, &values, 1);
     EXPECT_THAT(numbers(values.array()), ElementsAre(5, 95));
 }
@@ -506,8 +445,6 @@ TEST(vctree_stats_result_get_set_counts, ReadsWithoutCreating) {
     values.RemoveAll();
     EXPECT_EQ(vctree_stats_result_get_set_counts(tree, values, 1), 1);
     EXPECT_THAT(numbers(values), ElementsAre(1.5));
-    UXXmlWrapperBase invalid;
-    EXPECT_EQ(vctree_stats_result_get_set_counts(invalid, values, 0), 0);
 }
 
 TEST(vctree_stats_result_get_set_counts, AnUnreadableListGivesZero) {
@@ -517,13 +454,9 @@ TEST(vctree_stats_result_get_set_counts, AnUnreadableListGivesZero) {
     EXPECT_THAT(numbers(values), ElementsAre(9));
 }
 
-TEST(uxtree_stats_result_get_set_counts, NeedsANodeAndAVector) {
+TEST(uxtree_stats_result_get_set_counts, GivesTheNativeAnswer) {
     TestTree tree("<r><Counts>1</Counts></r>");
     auto values = uxtest::script_doubles({});
-    auto wrong = uxtest::script_ints({});
-    EXPECT_EQ(uxtree_stats_result_get_set_counts(nullptr, &values, 1), 0);
-    EXPECT_EQ(uxtree_stats_result_get_set_counts(&tree, nullptr, 1), 0);
-    EXPECT_EQ(uxtree_stats_result_get_set_counts(&tree, &wrong, 1), 0);
     EXPECT_EQ(uxtree_stats_result_get_set_counts(&tree, &values, 1), 1);
     EXPECT_THAT(numbers(values.array()), ElementsAre(1));
 }

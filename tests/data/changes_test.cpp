@@ -106,13 +106,10 @@ TEST(VCTreeUpdateChanges, StartsBelowTheTreeWhereTheListingStartsWithIt) {
     EXPECT_EQ(VCTreeUpdateChanges(&tree, &values), 0);
 }
 
-TEST(uxtree_update_changes, NeedsAStringArray) {
+TEST(uxtree_update_changes, TakesAStringArray) {
     TestTree tree("<r><a>x</a></r>");
     auto values = script_texts({"w"});
-    auto ints = script_ints({1});
 
-    EXPECT_EQ(uxtree_update_changes(&tree, &ints), -1);
-    EXPECT_EQ(uxtree_update_changes(&tree, nullptr), -1);
     EXPECT_EQ(uxtree_update_changes(&tree, &values), 1);
     EXPECT_EQ(tree.text(), tree_text("<r><a OldValue='w'>x</a></r>"));
 }
@@ -162,13 +159,10 @@ TEST(uxget_changed, IsTheFirstDifferenceOfScriptArrays) {
     auto first = script_texts({"a", "B"});
     auto second = script_texts({"a", "b"});
     auto shorter = script_texts({"a"});
-    auto ints = script_ints({1});
 
     EXPECT_EQ(uxget_changed(&first, &second, true), 1);
     EXPECT_EQ(uxget_changed(&first, &second, false), -1);
     EXPECT_EQ(uxget_changed(&first, &shorter, false), -2);
-    EXPECT_EQ(uxget_changed(&ints, &second, true), -2);
-    EXPECT_EQ(uxget_changed(&first, nullptr, true), -2);
 }
 
 TEST(VCTreeIsSame, ComparesLengthsAndElements) {
@@ -182,18 +176,13 @@ TEST(VCTreeIsSame, ComparesLengthsAndElements) {
     EXPECT_EQ(VCTreeIsSame(&one, &other), 0);
     EXPECT_EQ(VCTreeIsSame(&one, &shorter), 0);
     EXPECT_EQ(VCTreeIsSame(&none, &none), 1);
-    EXPECT_EQ(VCTreeIsSame(nullptr, &one), 0);
-    EXPECT_EQ(VCTreeIsSame(&one, nullptr), 0);
 }
 
 TEST(ux_is_same, ComparesScriptVectors) {
     auto one = script_ints({1, 2});
     auto same = script_ints({1, 2});
-    auto texts = script_texts({"1"});
 
     EXPECT_EQ(ux_is_same(&one, &same), 1);
-    EXPECT_EQ(ux_is_same(&one, &texts), 0);
-    EXPECT_EQ(ux_is_same(nullptr, &one), 0);
     EXPECT_EQ(ux_is_same(nullptr, nullptr), 0);
 }
 

@@ -59,12 +59,7 @@ TEST(uxtree_n42, ForwardsWithAStringArrayOrNull) {
         "f.n42", in_2011("<RadDetectorInformation id='A'/>" + measured(spectrum_of("1"))));
     TestTree tree("<t/>");
     auto detectors = script_texts({});
-    auto numbers = script_ints({});
 
-    EXPECT_EQ(uxtree_n42(&tree, path.c_str(), &numbers, nullptr, 0), -1);
-    EXPECT_EQ(uxtree_n42(&tree, path.c_str(), &numbers, nullptr, kPreview), -1);
-    EXPECT_EQ(uxtree_n42(&tree, path.c_str(), nullptr, nullptr, kPreview), -1);
-    EXPECT_EQ(tree.text(), tree_text("<t/>"));
     EXPECT_EQ(uxtree_n42(nullptr, path.c_str(), &detectors, nullptr, kPreview), 0);
     EXPECT_THAT(texts(detectors.array()), ElementsAre("A"));
     EXPECT_EQ(uxtree_n42(&tree, path.c_str(), nullptr, nullptr, 0), 0);

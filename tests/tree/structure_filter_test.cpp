@@ -148,22 +148,6 @@ TEST(uxtree_filter, ANodeWithoutDataIdNeverMatches) {
     EXPECT_EQ(tree.text(), tree_text("<r><a/><b DataID='x'/></r>"));
 }
 
-TEST(uxtree_filter, FailsWithBadArguments) {
-    TestTree tree("<r><n DataID='9'/></r>");
-    UXXmlWrapperBase invalid;
-    auto list = script_texts({"a"});
-    auto ints = script_ints({1});
-
-    EXPECT_EQ(uxtree_filter(&tree, 9, 1, 1, nullptr, 1, 2, &list), -1);
-    EXPECT_EQ(uxtree_filter(&tree, 9, 1, 1, &list, 1, 2, nullptr), -1);
-    EXPECT_EQ(uxtree_filter(&tree, 9, 1, 1, &ints, 1, 2, &list), -1);
-    EXPECT_EQ(uxtree_filter(&tree, 9, 1, 1, &list, 1, 2, &ints), -1);
-    EXPECT_EQ(uxtree_filter(nullptr, 9, 1, 1, &list, 1, 2, &list), -1);
-    EXPECT_EQ(uxtree_filter(&invalid, 9, 1, 1, &list, 1, 2, &list), -1);
-
-    EXPECT_EQ(tree.text(), tree_text("<r><n DataID='9'/></r>"));
-}
-
 // The values of k that a find filter keeps.
 std::string found(const char* text, int caseSensitive, int atStart) {
     TestTree tree(
