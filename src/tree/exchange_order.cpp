@@ -20,7 +20,8 @@ namespace ux {
 namespace {
 
 using Index = std::uint32_t;
-using Items = std::vector<KeyedItem>;
+using Items = HostVector<KeyedItem>;
+using Indices = HostVector<Index>;
 
 // Many items go through one pass for every byte in which their keys differ, which keeps the order
 // of equal keys.
@@ -53,26 +54,30 @@ void sort_by_key(Items& items) {
     });
 }
 
-// How many were added below a position, in logarithmic time.
+// Counts by position, summed up for the left half of every part of a halved range of positions.
 class CountTree {
 public:
-    explicit CountTree(std::size_t size) : sums_(size + 1, 0) {}
-    void add(std::size_t position) {
-        for (std::size_t i = position + 1; i < sums_.size(); i += i & (~i + 1)) ++sums_[i];
-    }
-    Index count_before(std::size_t position) const {
-        Index sum = 0;
-        for (std::size_t i = position; i > 0; i &= i - 1) sum += sums_[i];
-        return sum;
+    explicit CountTree(std::size_t size) : leaves_(std::bit_ceil(size)), left_(leaves_, 0) {}
+    // Adds one at a position; yields how many were at the positions below.
+    Index add(std::size_t position) {
+        Index below = 0;
+        for (std::size_t node = leaves_ + position; node > 1; node /= 2) {
+            const Index inRight = node % 2;
+            Index& left = left_[node / 2];
+            below += left * inRight;
+            left += 1 - inRight;
+        }
+        return below;
     }
 
 private:
-    std::vector<Index> sums_;
+    std::size_t leaves_;
+    Indices left_;  // the root is 1, the halves of i are 2 * i and 2 * i + 1
 };
 
 // Where the runs of equal keys begin among the items sorted by key, and behind them the end.
-std::vector<Index> run_bounds(const Items& sorted) {
-    std::vector<Index> bounds;
+Indices run_bounds(const Items& sorted) {
+    Indices bounds;
     for (std::size_t i = 0; i < sorted.size(); ++i) {
         if (i == 0 || sorted[i].key != sorted[i - 1].key) bounds.push_back(static_cast<Index>(i));
     }
@@ -80,26 +85,43 @@ std::vector<Index> run_bounds(const Items& sorted) {
     return bounds;
 }
 
-// For every item, by its number, how many items before it have a smaller key.
-std::vector<Index> smaller_before(const Items& sorted, const std::vector<Index>& bounds) {
+// For every item, in the order of sorted, how many items before it have a smaller key.
+Indices smaller_before(const Items& sorted, const Indices& bounds) {
     constexpr Index kNoItem = std::numeric_limits<Index>::max();
     Index last = 0;
     for (const KeyedItem& item : sorted) last = std::max(last, item.number);
-    std::vector<Index> runs(std::size_t{last} + 1, kNoItem);
+    Indices runs(std::size_t{last} + 1, kNoItem);  // of the items in their first order
     for (std::size_t run = 0; run + 1 < bounds.size(); ++run) {
         for (Index i = bounds[run]; i < bounds[run + 1]; ++i) {
             runs[sorted[i].number] = static_cast<Index>(run);
         }
     }
-    std::vector<Index>& counts = runs;  // each takes the place of what is no longer needed
+    Indices counts(sorted.size());
+    Indices next = bounds;
     CountTree met(bounds.size() - 1);
-    for (Index& run : runs) {
-        if (run == kNoItem) continue;
-        const Index own = run;
-        run = met.count_before(own);
-        met.add(own);
+    for (const Index run : runs) {
+        if (run != kNoItem) counts[next[run]++] = met.add(run);
     }
     return counts;
+}
+
+// The place of the set bit that has so many set bits below it: its byte, and its place in the byte.
+// Both are found without a branch, which would mostly go the way that was not foreseen.
+unsigned place_of_bit(std::uint64_t word, unsigned below) {
+    constexpr std::uint64_t kOnes = ~std::uint64_t{0} / 0xff;  // one in each byte
+    constexpr std::uint64_t kDiagonal = 0x8040201008040201U;   // bit i in byte i
+    // Multiplied by kOnes, each byte becomes the sum of the bytes up to it. How many of these sums
+    // are not above a limit?
+    const auto count_up_to = [](std::uint64_t limit, std::uint64_t sums) {
+        return static_cast<unsigned>((((limit | 0x80) * kOnes - sums) >> 7 & kOnes) * kOnes >> 56);
+    };
+    std::uint64_t bits = word - (word >> 1 & kOnes * 0x55);
+    bits = (bits & kOnes * 0x33) + (bits >> 2 & kOnes * 0x33);
+    const std::uint64_t sums = ((bits + (bits >> 4)) & kOnes * 0x0f) * kOnes;
+    const unsigned shift = 8 * count_up_to(below, sums);
+    const std::uint64_t spread = (word >> shift & 0xff) * kOnes & kDiagonal;
+    const std::uint64_t places = ((spread + kOnes * 0x7f) >> 7 & kOnes) * kOnes;
+    return shift + count_up_to(below - ((sums << 8) >> shift & 0xff), places);
 }
 
 // Places on a circle that are taken one after the other.
@@ -114,15 +136,14 @@ public:
         enter(0);
     }
     // Takes the place that is next after passing over others; fewer than are left.
-    std::size_t take(std::size_t others) {
+    std::size_t take(Index others) {
         while (others >= aheadCount_) {
             others -= aheadCount_;
             enter(word_ + 1 == left_.size() ? 0 : word_ + 1);
         }
         aheadCount_ -= others + 1;
-        for (; others > 0; --others) ahead_ &= ahead_ - 1;
-        const auto bit = static_cast<std::size_t>(std::countr_zero(ahead_));
-        ahead_ &= ahead_ - 1;
+        const unsigned bit = place_of_bit(ahead_, others);
+        ahead_ &= ~std::uint64_t{1} << bit;
         left_[word_] &= ~(std::uint64_t{1} << bit);
         --counts_[word_];
         return word_ * kBits + bit;
@@ -141,44 +162,43 @@ private:
     std::vector<std::uint8_t> counts_;  // of the bits in each word
     std::size_t word_ = 0;
     std::uint64_t ahead_ = 0;  // the places left of this word that are still ahead
-    std::size_t aheadCount_ = 0;
+    Index aheadCount_ = 0;
 };
 
 // Orders one run. Worked backwards on the circle of the run's final places, from the last one down:
 // undo the rotation that followed an item's arrival, and the item stands on the next place left.
 class RunSorter {
 public:
-    RunSorter(Items& items, const std::vector<Index>& smaller) : items_(items), smaller_(smaller) {}
-    void order(std::size_t first, std::size_t end) {
-        const std::size_t size = end - first;
-        arrived_.resize(size);
-        for (std::size_t i = 0; i < size; ++i) arrived_[i] = items_[first + i].number;
+    RunSorter(Items& items, const Indices& smaller) : items_(items), smaller_(smaller) {}
+    void order(Index first, Index end) {
+        const Index size = end - first;
+        arrived_.assign(items_.begin() + first, items_.begin() + end);
         circle_.reset(size);
-        std::size_t seen = first;  // smaller items met by then, all in the end
-        for (std::size_t left = size; left > 0; --left) {
-            const Index item = arrived_[left - 1];
-            const std::size_t rotation = seen - smaller_[item];
+        Index seen = first;  // smaller items met by then, all in the end
+        for (Index left = size; left > 0; --left) {
+            const Index smaller = smaller_[first + left - 1];
+            const Index rotation = seen - smaller;
             const std::size_t place = circle_.take(rotation < left ? rotation : rotation % left);
-            items_[end - 1 - place].number = item;
-            seen = smaller_[item];
+            items_[end - 1 - place].number = arrived_[left - 1].number;
+            seen = smaller;
         }
     }
 
 private:
     Items& items_;
-    const std::vector<Index>& smaller_;
-    std::vector<Index> arrived_;
+    const Indices& smaller_;
+    Items arrived_;
     Circle circle_;
 };
 
 }  // namespace
 
-void exchange_sort(std::vector<KeyedItem>& items) {
+void exchange_sort(HostVector<KeyedItem>& items) {
     sort_by_key(items);
     const auto same_key = [](const KeyedItem& a, const KeyedItem& b) { return a.key == b.key; };
     if (std::adjacent_find(items.begin(), items.end(), same_key) == items.end()) return;
-    const std::vector<Index> bounds = run_bounds(items);
-    const std::vector<Index> smaller = smaller_before(items, bounds);
+    const Indices bounds = run_bounds(items);
+    const Indices smaller = smaller_before(items, bounds);
     RunSorter runs(items, smaller);
     for (std::size_t run = 0; run + 1 < bounds.size(); ++run) {
         if (bounds[run + 1] - bounds[run] > 1) runs.order(bounds[run], bounds[run + 1]);

@@ -1,7 +1,6 @@
 // Sorting children by an integer attribute.
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 #include "uxtree/tree/structure.h"
 
@@ -26,7 +25,7 @@ CArray<int, int> sorted_order(const UXXmlWrapperBase& parent, const char* attrNa
     CArray<int, int> order;
     order.SetSize(parent.GetNodeCount());
     int* const numbers = order.GetData();
-    std::vector<KeyedItem> keyed;
+    HostVector<KeyedItem> keyed;
     keyed.reserve(static_cast<std::size_t>(order.GetSize()));
     const UXNameKey key(attrName);
     int number = 0;
