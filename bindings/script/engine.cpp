@@ -24,7 +24,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr const char* kModule = "script";
 
-// The limits of a run, for as long as it lasts. The clock is read every few statements.
+// The limits of a run, for as long as it lasts. The clock is read every few turns of loops and calls.
 class Limits {
 public:
     Limits(as::asIScriptContext& context, const UXScriptLimits& limits)
@@ -34,7 +34,7 @@ public:
         context.GetEngine()->SetEngineProperty(as::asEP_MAX_CALL_STACK_SIZE,
                                                static_cast<as::asPWORD>(std::max(limits.depth, 1)));
         if (seconds_ > 0) {
-            context.SetLineCallback(asFUNCTION(at_statement), this, as::asCALL_CDECL);
+            context.SetLineCallback(asFUNCTION(at_turn), this, as::asCALL_CDECL);
         }
     }
     Limits(const Limits&) = delete;
@@ -49,9 +49,9 @@ public:
     }
 
 private:
-    static void at_statement(as::asIScriptContext* context, void* limits) {
+    static void at_turn(as::asIScriptContext* context, void* limits) {
         auto& self = *static_cast<Limits*>(limits);
-        if (++self.statements_ % 64 != 0 || Clock::now() < self.end_) return;
+        if (++self.turns_ % 16 != 0 || Clock::now() < self.end_) return;
         self.passed_ = true;
         context->Abort();  // which no catch of the script stops
     }
@@ -59,7 +59,7 @@ private:
     as::asIScriptContext& context_;
     double seconds_;
     Clock::time_point end_;
-    unsigned statements_ = 0;
+    unsigned turns_ = 0;
     bool passed_ = false;
 };
 
@@ -347,6 +347,7 @@ bool set_up(UXScriptEngine::State& state) {
     engine->SetEngineProperty(as::asEP_USE_CHARACTER_LITERALS, 1);    // 'a' is a number, as in C
     engine->SetEngineProperty(as::asEP_EXPAND_DEF_ARRAY_TO_TMPL, 1);  // array<int>, not int[]
     engine->SetEngineProperty(as::asEP_INIT_GLOBAL_VARS_AFTER_BUILD, 0);
+    engine->SetEngineProperty(as::asEP_BUILD_WITHOUT_LINE_CUES, 1);  // loops and calls have theirs
     engine->SetEngineProperty(as::asEP_ALLOW_UNSAFE_REFERENCES, 1);
     engine->SetTranslateAppExceptionCallback(asFUNCTION(translate_exception), nullptr,
                                              as::asCALL_CDECL);

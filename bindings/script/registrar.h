@@ -7,8 +7,23 @@ namespace uxscript {
 
 using Called = void (*)(as::asIScriptGeneric*);
 
-// Functions take their arguments through the engine (the generic convention): the same on every
+// How an engine calls. Most functions take their arguments through the engine: the same on every
 // machine, and no slower.
+struct Way {
+    Way(Called called) : function(as::asFunctionPtr(called)) {}
+    // One that takes its object first, and at most a number of four bytes, is called at once where the
+    // language knows how the machine does that.
+    template <class Function>
+    Way(Function* direct, Called otherwise) : Way(otherwise) {
+        if (std::strstr(as::asGetLibraryOptions(), "AS_MAX_PORTABILITY") != nullptr) return;
+        function = as::asFunctionPtr(direct);
+        convention = as::asCALL_CDECL_OBJFIRST;
+    }
+
+    as::asSFuncPtr function;
+    as::asDWORD convention = as::asCALL_GENERIC;
+};
+
 class Registrar {
 public:
     explicit Registrar(as::asIScriptEngine* engine) : engine_(engine) {}
@@ -23,13 +38,12 @@ public:
         keep(engine_->RegisterObjectType(name, static_cast<int>(size), flags));
     }
     void behaviour(const char* type, as::asEBehaviours which, const char* declaration,
-                   Called called) {
-        keep(engine_->RegisterObjectBehaviour(type, which, declaration, asFUNCTION(called),
-                                              as::asCALL_GENERIC));
+                   const Way& way) {
+        keep(engine_->RegisterObjectBehaviour(type, which, declaration, way.function,
+                                              way.convention));
     }
-    void method(const char* type, const char* declaration, Called called) {
-        keep(engine_->RegisterObjectMethod(type, declaration, asFUNCTION(called),
-                                           as::asCALL_GENERIC));
+    void method(const char* type, const char* declaration, const Way& way) {
+        keep(engine_->RegisterObjectMethod(type, declaration, way.function, way.convention));
     }
     void field(const char* type, const char* declaration, std::size_t offset) {
         keep(engine_->RegisterObjectProperty(type, declaration, static_cast<int>(offset)));
@@ -37,9 +51,8 @@ public:
     void property(const char* declaration, void* value) {
         keep(engine_->RegisterGlobalProperty(declaration, value));
     }
-    void function(const char* declaration, Called called, void* auxiliary = nullptr) {
-        keep(engine_->RegisterGlobalFunction(declaration, asFUNCTION(called), as::asCALL_GENERIC,
-                                             auxiliary));
+    void function(const char* declaration, const Way& way, void* auxiliary = nullptr) {
+        keep(engine_->RegisterGlobalFunction(declaration, way.function, way.convention, auxiliary));
     }
 
 private:

@@ -72,14 +72,8 @@ void require_within(std::size_t place, std::size_t end) {
     if (place >= end) throw ScriptError{"Out of range"};
 }
 
-void make(as::asIScriptGeneric* call) {
-    new (call->GetObject()) std::string();
-}
 void make_copy(as::asIScriptGeneric* call) {
     guarded([&] { new (call->GetObject()) std::string(text_argument(call, 0)); });
-}
-void end(as::asIScriptGeneric* call) {
-    text_of(call).~basic_string();
 }
 void assign(as::asIScriptGeneric* call) {
     guarded([&] { text_of(call) = text_argument(call, 0); });
@@ -140,6 +134,38 @@ void find(as::asIScriptGeneric* call) {
     const std::size_t place =
         (text_of(call).*kFind)(text_argument(call, 0), count_argument(call, 1));
     return_value<int>(call, static_cast<int>(place));  // -1 when there is none
+}
+
+// --- what scripts do for each element of an array, as functions of C++
+
+void make(std::string* place) {
+    new (place) std::string();
+}
+void end(std::string* text) {
+    text->~basic_string();
+}
+// Written in place: a processor is slow to copy what it has just written by bytes. A text has room for
+// eleven of them in itself.
+std::string* assign_integer(std::string* text, int number) {
+    text->resize(11);
+    char* const start = text->data();
+    const char* const stop = std::to_chars(start, start + text->size(), number).ptr;
+    text->resize(static_cast<std::size_t>(stop - start));
+    return text;
+}
+
+// The same called through the engine.
+template <auto kFunction>
+void through_engine(as::asIScriptGeneric* call) {
+    if constexpr (std::is_invocable_v<decltype(kFunction), std::string*>) {
+        kFunction(&text_of(call));
+    } else {
+        call->SetReturnAddress(kFunction(&text_of(call), number_argument<int>(call, 0)));
+    }
+}
+template <auto kFunction>
+Way direct() {
+    return {kFunction, through_engine<kFunction>};
 }
 
 // --- with numbers
@@ -351,10 +377,14 @@ const Method kFunctions[] = {
 void register_strings(Registrar& registrar) {
     registrar.type("string", sizeof(std::string), as::asOBJ_VALUE | as::asOBJ_APP_CLASS_CDAK);
     registrar.keep(registrar.engine()->RegisterStringFactory("string", &constants()));
-    registrar.behaviour("string", as::asBEHAVE_CONSTRUCT, "void f()", make);
+    registrar.behaviour("string", as::asBEHAVE_CONSTRUCT, "void f()", direct<make>());
     registrar.behaviour("string", as::asBEHAVE_CONSTRUCT, "void f(const string &in)", make_copy);
-    registrar.behaviour("string", as::asBEHAVE_DESTRUCT, "void f()", end);
+    registrar.behaviour("string", as::asBEHAVE_DESTRUCT, "void f()", direct<end>());
     for (const Method& each : kMethods) registrar.method("string", each.declaration, each.function);
+    registrar.method("string", "string &opAssign(int)", direct<assign_integer>());
+    // They would fit int and int64 alike.
+    registrar.method("string", "string &opAssign(int8)", assign_number<std::int8_t>);
+    registrar.method("string", "string &opAssign(int16)", assign_number<std::int16_t>);
     register_number<double>(registrar, "double");
     register_number<float>(registrar, "float");
     register_number<std::int64_t>(registrar, "int64");

@@ -59,7 +59,7 @@ UXSCRIPT_API void UXReleaseScriptTree(void* tree);
 
 // What ends a script that would not end by itself.
 struct UXScriptLimits {
-    double seconds = 0;  // 0: no limit. Noticed between statements, not within one call
+    double seconds = 0;  // 0: no limit. Noticed where loops turn and functions of scripts begin
     int depth = 1000;    // calls inside each other
 };
 

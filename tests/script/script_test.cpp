@@ -216,6 +216,14 @@ TEST(ScriptLimits, EndALoopThatWouldNotEnd) {
     EXPECT_EQ(script.body("print(1);"), "1\n");  // and the engine goes on
 }
 
+TEST(ScriptLimits, EndCallsThatBranchWithoutALoop) {
+    Script script;
+    const std::string code = "int f(int n) { return n == 0 ? 0 : f(n - 1) + f(n - 1); }\n";
+    EXPECT_THAT(script.run(code + "void main() { f(100); }", {.seconds = 0.05}),
+                HasSubstr(": error: stopped after 0.05 seconds\n  in int f(int) at test.as:1:"));
+    EXPECT_EQ(script.outcome(), UXScriptOutcome::kTimeOut);
+}
+
 TEST(ScriptLimits, EndRecursion) {
     Script script;
     EXPECT_THAT(script.run("void f() { f(); }\nvoid main() { f(); }", {.depth = 50}),

@@ -100,6 +100,22 @@ TEST_F(StringType, JoinsWithNumbersAsTheAddOnDoes) {
               "51.5true-1\n2.57\nfalse\n");
 }
 
+TEST_F(StringType, TakesNumbersOfEverySize) {
+    EXPECT_EQ(Script().body("string a; a = int8(-5); print(a); a = int16(-300); print(a);"
+                            "a = -2147483648; print(a); a = 2147483647; print(a); a = 0; print(a);"
+                            "a = int64(-9223372036854775807); print(a); a = uint8(200); print(a);"
+                            "a = uint16(65535); print(a); a = uint(4294967295); print(a);"
+                            "a = uint64(18446744073709551615); print(a); a = 0.5f; print(a);"
+                            "a = 'a'; print(a); a = \"a text of more than fifteen bytes\"; a = 7; "
+                            "print(a); print(a = 1, a.length());"),
+              "-5\n-300\n-2147483648\n2147483647\n0\n-9223372036854775807\n200\n65535\n"
+              "4294967295\n18446744073709551615\n0.5\n97\n7\n1 1\n");
+    EXPECT_EQ(
+        Script().run("enum E { kOne = 1, kBig = 70000 }\n"
+                     "void main() { string a; a = kBig; print(a); E e = kOne; a = e; print(a); }"),
+        "70000\n1\n");
+}
+
 // Six digits, as the add-on has them, would change values on their way through a script.
 TEST_F(StringType, WritesNumbersAsNodesDo) {
     EXPECT_EQ(ours("0.1"), "0.1");

@@ -87,8 +87,8 @@ void write_error(std::string_view text) {
     std::_Exit(kRefused);
 }
 
-// The compiler, or a call of the script, that does not come back: between statements the engine stops
-// in time itself.
+// The compiler, or a call of the script, that does not come back: loops and functions of the script
+// are stopped by the engine itself.
 void end_late() {
     end_at_limit("error: stopped within a call, or in compiling, longer than --time allows\n");
 }
