@@ -96,10 +96,24 @@ def test_tables(dialog):
     assert "<th>first</th>" in joined._repr_html_()
 
 
-def test_libraries_of_another_version_are_refused(tmp_path):
+OTHER_LIBRARIES = {
+    "the kit": ("int ux_version_fits(const char* v) { return 0; }\n"
+                'const char* ux_version(void) { return "9.8.7"; }\n',
+                f"uxtree was built for version {uxtree.__version__} of its libraries, and finds "
+                "version 9.8.7"),
+    "the product": ('const char* UXVersion(void) { return "9.8.7"; }\n',
+                    f"libuxtree_Utils 9.8.7 does not fit libuxtree_kit {uxtree.__version__}"),
+    "the host": ("int _Z17UXGetHostContractv(void) { return 1; }\n",
+                 f"libuxtree_Utils {uxtree.__version__} works with hosts of contract 2, not of "
+                 "contract 1"),
+}
+
+
+@pytest.mark.parametrize("library", OTHER_LIBRARIES)
+def test_libraries_that_do_not_fit_are_refused(library, tmp_path):
+    code, reason = OTHER_LIBRARIES[library]
     source = tmp_path / "other.c"
-    source.write_text("int ux_version_fits(const char* v) { return 0; }\n"
-                      'const char* ux_version(void) { return "9.8.7"; }\n')
+    source.write_text(code)
     other = tmp_path / "other.so"
     subprocess.run(["cc", "-shared", "-fPIC", "-o", other, source], check=True)
     preload = f"{os.environ.get('LD_PRELOAD', '')} {other}"
@@ -107,8 +121,7 @@ def test_libraries_of_another_version_are_refused(tmp_path):
     done = subprocess.run([sys.executable, "-c", "import uxtree"], capture_output=True, text=True,
                           env={**os.environ, "LD_PRELOAD": preload, "PYTHONPATH": folder})
     assert done.returncode == 1
-    assert done.stderr.endswith(f"ImportError: uxtree was built for version {uxtree.__version__} of "
-                                "its libraries, and finds version 9.8.7\n")
+    assert done.stderr.endswith(f"ImportError: {reason}\n")
 
 
 def test_outlines(dialog, tmp_path):
