@@ -1,6 +1,8 @@
 """Every door works with libraries that fit, and refuses those that do not, with a reason.
 
-Usage: versions_test.py PROBE OLD_HOST OLD_PRODUCT OLD_KIT [TOOL]
+Usage: versions_test.py PROBE OLD_HOST OLD_PRODUCT OLD_KIT SCRIPT_PROBE TOOL
+
+The last two may be empty.
 """
 
 import os
@@ -9,7 +11,7 @@ import subprocess
 import sys
 import unittest
 
-PROBE, OLD_HOST, OLD_PRODUCT, OLD_KIT, *TOOL = sys.argv[1:]
+PROBE, OLD_HOST, OLD_PRODUCT, OLD_KIT, SCRIPT_PROBE, TOOL = sys.argv[1:]
 HOST = r"libuxtree_Utils 0\.\d+\.\d+ works with hosts of contract 2, not of contract 1"
 PRODUCT = r"libuxtree_Utils 0\.1\.0 does not fit libuxtree_kit 0\.\d+\.\d+"
 KIT = r"this is version 0\.\d+\.\d+, which does not fit libuxtree_kit 0\.1\.0"
@@ -40,11 +42,16 @@ class Versions(unittest.TestCase):
         output = f"product: \nremoved: 1\nkit: {PRODUCT}\n"
         self.assert_output(run(PROBE, before=OLD_PRODUCT), 0, output)
 
+    @unittest.skipUnless(SCRIPT_PROBE, "no scripts are built")
+    def test_scripts_refuse_an_older_host(self):
+        self.assert_output(run(SCRIPT_PROBE), 0, "1\n")
+        self.assert_output(run(SCRIPT_PROBE, before=OLD_HOST), 0, f"refused: error: {HOST}\n")
+
     @unittest.skipUnless(TOOL, "no tool is built")
     def test_the_tool_refuses_all(self):
         for before, reason in ((OLD_HOST, HOST), (OLD_PRODUCT, PRODUCT), (OLD_KIT, KIT)):
             for arguments in (["list"], ["-V"], ["run", "-e", "print(1);"]):
-                done = run(TOOL[0], *arguments, before=before)
+                done = run(TOOL, *arguments, before=before)
                 self.assert_output(done, 4, "", f"uxtree: {reason}\n")
 
 
