@@ -20,7 +20,11 @@ namespace uxscript {
 namespace {
 
 constexpr std::size_t kMostBytes = std::size_t{4} << 20;  // of all sources of a module
-constexpr std::size_t kDeepest = 200;                     // a usual stack is enough for a thousand
+// Bytes of the machine stack that the compiler takes for each level, more or less.
+constexpr std::size_t kBracket = 2800;
+constexpr std::size_t kValue = 1400;  // an assignment or a choice
+constexpr std::size_t kStatement = 700;
+constexpr std::size_t kDeepest = 200 * kBracket;  // what a megabyte has room for without doubt
 constexpr std::size_t kDeepestFunction = 50;  // those without a name are named by all around them
 constexpr std::size_t kDeepestType = 12;      // each level doubles the time
 constexpr int kDeepestInclude = 50;
@@ -68,8 +72,8 @@ private:
         char bracket = '\0';
         bool isFunction = false;
         bool ended = false;          // a statement, unless an else goes on with it
-        std::size_t statements = 0;  // of which each stands within the one before
-        std::size_t values = 0;      // assignments and choices, the same
+        std::size_t statements = 0;  // bytes of those that stand within each other
+        std::size_t values = 0;      // the same
         std::size_t listed = 1;      // between commas
     };
 
@@ -82,7 +86,7 @@ private:
 
     SourceCheck::Longest& longest_;
     std::vector<Level> levels_ = std::vector<Level>(1);
-    std::size_t inner_ = 0;  // statements and values of all levels
+    std::size_t inner_ = 0;  // bytes of statements and values of all levels
     std::size_t functions_ = 0;
     std::size_t types_ = 0;  // inside each other
     std::size_t path_ = 0;   // bytes of names with :: between them
@@ -125,11 +129,11 @@ void Scan::measure_nesting(std::string_view token) {
             longest_.list = std::max(longest_.list, ++level.listed);
         }
     } else if (begins_statement(token) && !(token == "if" && last_ == "else")) {
-        ++levels_.back().statements;
-        ++inner_;
+        levels_.back().statements += kStatement;
+        inner_ += kStatement;
     } else if (token == "?" || assigns(token)) {
-        ++levels_.back().values;
-        ++inner_;
+        levels_.back().values += kValue;
+        inner_ += kValue;
     }
 }
 
@@ -169,8 +173,8 @@ const char* Scan::take(std::string_view token, as::asETokenClass kind) {
     measure_types(token, kind);
     measure_names(token, kind);
     last_ = token;
-    if (levels_.size() - 1 + inner_ > kDeepest) {
-        return "more than 200 brackets, statements and assignments inside each other";
+    if ((levels_.size() - 1) * kBracket + inner_ > kDeepest) {
+        return "more than 200 brackets, 400 assignments or 800 statements inside each other";
     }
     if (functions_ > kDeepestFunction) return "more than 50 functions inside each other";
     if (types_ > kDeepestType) return "more than 12 types inside each other";

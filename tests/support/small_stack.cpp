@@ -7,10 +7,10 @@
 
 namespace uxtest {
 
-void on_small_stack(const std::function<void()>& body) {
+void on_small_stack(const std::function<void()>& body, std::size_t size) {
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, 256 * 1024);
+    pthread_attr_setstacksize(&attributes, size);
     pthread_t thread{};
     const auto run = [](void* task) -> void* {
         (**static_cast<const std::function<void()>**>(task))();
