@@ -8,14 +8,10 @@
 #include <new>
 #include <utility>
 
-#include "base/platform.h"
+#include "base/large_memory.h"
 
 namespace uxhost {
 namespace {
-
-std::align_val_t alignment_of(std::size_t bytes) {
-    return std::align_val_t{bytes >= kFullChunkBytes ? kFullChunkBytes : 64};
-}
 
 // A few chunks of one size that no document uses, for the next that needs one: the first touch of
 // new memory costs more than most of what is then done with it, and small documents do little else
@@ -68,8 +64,7 @@ Chunk::Chunk(std::size_t bytes) : size_(bytes) {
     SpareChunks* const spares = spares_of(bytes);
     if (spares != nullptr) data_ = spares->take();
     if (data_ != nullptr) return;
-    data_ = static_cast<char*>(::operator new(bytes, alignment_of(bytes)));
-    if (bytes >= kFullChunkBytes) ux::use_large_pages(data_, bytes);
+    data_ = ux::LargeMemory<char>().allocate(bytes);
 }
 Chunk::Chunk(Chunk&& other) noexcept
     : data_(std::exchange(other.data_, nullptr)), size_(std::exchange(other.size_, 0)) {}
@@ -81,7 +76,7 @@ Chunk& Chunk::operator=(Chunk&& other) noexcept {
 Chunk::~Chunk() {
     SpareChunks* const spares = data_ == nullptr ? nullptr : spares_of(size_);
     if (spares != nullptr && spares->keep(data_)) return;
-    ::operator delete(data_, alignment_of(size_));
+    ux::LargeMemory<char>().deallocate(data_, size_);
 }
 
 std::size_t ByteArena::rounded_large(std::size_t units) {

@@ -23,8 +23,7 @@ inline constexpr bool kTight = false;
 inline constexpr std::size_t kFirstChunkBytes = std::size_t{1} << 11;
 inline constexpr std::size_t kFullChunkBytes = std::size_t{1} << 21;
 
-// One run of memory; large ones are aligned and advised for huge pages, because a big document
-// otherwise spends more time in page faults than in its own work.
+// One run of memory.
 class Chunk {
 public:
     Chunk() = default;

@@ -75,9 +75,17 @@ std::uint64_t NameTable::first_stamp() {
     return ++made << 32;
 }
 
+// The last byte stays as it is: names that differ in it alone, as numbered ones do, get slots side
+// by side, and only the first of them waits for memory.
+std::uint32_t NameTable::hash_of(std::string_view name) {
+    const auto last = static_cast<unsigned char>(name.back());
+    name.remove_suffix(1);
+    return (static_cast<std::uint32_t>(ux::seeded_hash(name)) & ~kLastByte) | last;
+}
+
 // The slot that holds the name, or the free one where it belongs.
 std::size_t NameTable::probe(std::string_view name, std::uint32_t hash) const {
-    std::size_t slot = hash >> hashShift_;
+    std::size_t slot = first_slot(hash, slots_.size(), hashShift_);
     while (slots_[slot].id != 0 && (slots_[slot].hash != hash || text(slots_[slot].id) != name)) {
         slot = (slot + 1) & (slots_.size() - 1);
     }
@@ -85,12 +93,12 @@ std::size_t NameTable::probe(std::string_view name, std::uint32_t hash) const {
 }
 
 NameId NameTable::find(std::string_view name) const {
-    if (slots_.empty()) return 0;
-    return slots_[probe(name, static_cast<std::uint32_t>(ux::seeded_hash(name)))].id;
+    if (slots_.empty() || name.empty()) return 0;
+    return slots_[probe(name, hash_of(name))].id;
 }
 
 NameId NameTable::intern(std::string_view name, ByteArena& bytes) {
-    const auto hash = static_cast<std::uint32_t>(ux::seeded_hash(name));
+    const std::uint32_t hash = hash_of(name);
     if (slots_.empty()) {
         names_.reserve(kFirstSlots / 2);
         grow();
@@ -118,12 +126,12 @@ NameId NameTable::intern(std::string_view name, ByteArena& bytes) {
 
 // Both tables are gone through from one end to the other.
 void NameTable::grow() {
-    std::vector<Slot> table(std::max(kFirstSlots, 2 * slots_.size()));
+    Table<Slot> table(std::max(kFirstSlots, 2 * slots_.size()));
     const auto shift =
         static_cast<unsigned>(std::countl_zero(static_cast<std::uint32_t>(table.size() - 1)));
     for (const Slot& known : slots_) {
         if (known.id == 0) continue;
-        std::size_t slot = known.hash >> shift;
+        std::size_t slot = first_slot(known.hash, table.size(), shift);
         while (table[slot].id != 0) slot = (slot + 1) & (table.size() - 1);
         table[slot] = known;
     }

@@ -11,6 +11,7 @@
 
 #include "uxtree/host/node.h"
 
+#include "base/large_memory.h"
 #include "host/arena.h"
 #include "host/layout.h"
 
@@ -97,11 +98,19 @@ private:
     NameId id_at(std::size_t place) const {
         return static_cast<NameId>(place << kMarkBits) | mark_of(names_[place].text.data());
     }
+    static constexpr std::uint32_t kLastByte = 0xFF;
+    static std::uint32_t hash_of(std::string_view name);
+    static std::size_t first_slot(std::uint32_t hash, std::size_t slots, unsigned shift) {
+        return ((hash >> shift) + (hash & kLastByte)) & (slots - 1);
+    }
     std::size_t probe(std::string_view name, std::uint32_t hash) const;
     void grow();
 
-    std::vector<Entry> names_{Entry{}};
-    std::vector<Slot> slots_;  // a power of two, in the order of the hashes but for collisions
+    template <typename Item>
+    using Table = std::vector<Item, ux::LargeMemory<Item>>;
+
+    Table<Entry> names_{Entry{}};
+    Table<Slot> slots_;        // a power of two, in the order of the hashes but for collisions
     unsigned hashShift_ = 0;   // what it leaves of a hash is a slot's number
     std::uint64_t marks_ = 0;  // a bit for the mark of every name
     std::uint64_t stamp_ = first_stamp();

@@ -9,7 +9,9 @@
 #include <cstring>
 #include <deque>
 #include <string_view>
+#include <vector>
 
+#include "base/large_memory.h"
 #include "xml/scan.h"
 
 namespace ux::xml {
@@ -133,8 +135,7 @@ public:
     // The name that a sink resolved, which begins with such bytes; isNew tells whether it was not
     // known. 16 bytes are read.
     KnownName& add(const SinkName& name, const char* bytes, std::size_t length, bool& isNew) {
-        while (names_.size() <= name.place) names_.emplace_back();
-        KnownName& known = names_[name.place];
+        KnownName& known = at_place(name.place);
         const NameKey key = NameKey::of(bytes, std::min(length, KnownName::kHead));
         isNew = known.text == nullptr;
         if (isNew) {
@@ -151,6 +152,10 @@ public:
 private:
     static constexpr unsigned kSlotBits = 11;
 
+    // Each but the first has as many names as all before it, and never moves them.
+    using Block = std::vector<KnownName, LargeMemory<KnownName>>;
+    static constexpr std::size_t kFirstBlock = 64;
+
     // Most other names are told apart by what their keys are mixed to, without a look at them.
     struct Slot {
         std::uint64_t mixed = 0;
@@ -159,9 +164,20 @@ private:
     static std::uint64_t mixed_of(const NameKey& key) {
         return (key.low ^ std::rotr(key.high, 29)) * 0x9E3779B97F4A7C15U;
     }
+    KnownName& at_place(std::size_t place) {
+        const auto number = static_cast<std::size_t>(std::bit_width(place / kFirstBlock));
+        const std::size_t start = number == 0 ? 0 : kFirstBlock << (number - 1);
+        if (number >= blocks_.size()) blocks_.resize(number + 1);
+        Block& block = blocks_[number];
+        if (place - start >= block.size()) {
+            block.reserve(std::max(start, kFirstBlock));
+            block.resize(place - start + 1);
+        }
+        return block[place - start];
+    }
 
     std::array<Slot, std::size_t{1} << kSlotBits> cache_{};
-    std::deque<KnownName> names_;  // by their place with the sink
+    std::vector<Block> blocks_;  // of names by their place with the sink
     std::deque<KnownName::Foreseen> foreseen_;
 };
 

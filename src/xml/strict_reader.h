@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/large_memory.h"
 #include "base/utf8.h"
 #include "base/xml_names.h"
 #include "xml/file_encoding.h"
@@ -646,10 +647,10 @@ private:
     char* reached_ = nullptr;  // what is understood ends there, at a place between attributes
     bool tagIsEmpty_ = false;
     std::uint32_t stamp_ = 0;
-    std::vector<ReadAttribute> attributes_ =
-        std::vector<ReadAttribute>(KnownName::kForeseen);  // room for more than are used
-    ReadAttribute* nextAttribute_ = nullptr;               // behind those of the tag
-    KnownName* const* foreseen_ = nullptr;                 // the attribute that is expected next
+    using Attributes = std::vector<ReadAttribute, LargeMemory<ReadAttribute>>;
+    Attributes attributes_ = Attributes(KnownName::kForeseen);  // room for more than are used
+    ReadAttribute* nextAttribute_ = nullptr;                    // behind those of the tag
+    KnownName* const* foreseen_ = nullptr;  // the attribute that is expected next
     std::vector<std::uint32_t> escaped_;  // which have references or white space other than blanks
 };
 

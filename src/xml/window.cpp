@@ -5,20 +5,12 @@
 #include <cstring>
 
 namespace ux::xml {
-namespace {
-
-// Not cleared: most of a large window is written before it is read.
-std::unique_ptr<char[]> make_memory(std::size_t capacity) {
-    return std::unique_ptr<char[]>(new char[capacity + kReadAhead]);
-}
-
-}  // namespace
 
 Window::Window(const ByteSource& source, std::size_t capacity)
     : source_(source),
       capacity_(std::max(capacity, kLeastCapacity)),
-      memory_(make_memory(capacity_)),
-      end_(memory_.get()) {
+      memory_(capacity_ + kReadAhead),
+      end_(memory_.data()) {
     std::memset(end_, 0, kReadAhead);
 }
 
@@ -40,8 +32,8 @@ void Window::make_room(char*& keep) {
     const auto kept = static_cast<std::size_t>(end_ - keep);
     offset_ = offset_of(keep);
     if (kept > capacity_ / 2 && capacity_ < kMostBytes) {
-        std::unique_ptr<char[]> larger = make_memory(capacity_ * 2);
-        std::memcpy(larger.get(), keep, kept);
+        Memory larger(capacity_ * 2 + kReadAhead);
+        std::memcpy(larger.data(), keep, kept);
         memory_ = std::move(larger);
         capacity_ *= 2;
     } else if (kept > 0) {

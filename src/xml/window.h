@@ -3,9 +3,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <vector>
 
 #include "base/byte_search.h"
+#include "base/large_memory.h"
 #include "xml/byte_source.h"
 
 namespace ux::xml {
@@ -23,7 +24,7 @@ public:
     // can put the end of the window anywhere.
     explicit Window(const ByteSource& source, std::size_t capacity = kCapacity);
 
-    char* begin() const { return memory_.get(); }
+    char* begin() { return memory_.data(); }
     char* end() const { return end_; }
     // Drops what stands before `keep` and reads on. Pointers into the window are invalid then, but
     // keep follows its byte. False, with nothing changed but the place of the bytes, when no more
@@ -34,15 +35,17 @@ public:
     bool failed() const { return failed_; }
     // The place in the input of a byte of the window.
     std::uint64_t offset_of(const char* at) const {
-        return offset_ + static_cast<std::uint64_t>(at - memory_.get());
+        return offset_ + static_cast<std::uint64_t>(at - memory_.data());
     }
 
 private:
+    using Memory = std::vector<char, LargeMemory<char>>;
+
     void make_room(char*& keep);
 
     const ByteSource& source_;
     std::size_t capacity_;
-    std::unique_ptr<char[]> memory_;
+    Memory memory_;
     char* end_;
     std::uint64_t offset_ = 0;  // of the first byte, in the input
     bool failed_ = false;

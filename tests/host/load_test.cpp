@@ -567,6 +567,25 @@ TEST(load, ManyNamesOfOneBeginning) {
     EXPECT_EQ(parsed(xml), xml);
 }
 
+// The store keeps such names side by side, in a table that grows while they come.
+TEST(load, NamesThatDifferInTheirLastByteAlone) {
+    const std::string last = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_:.-0123456789";
+    const std::string high = "\xC3\x84\xC3\x85\xC3\x86\xC3\xA4\xC3\xA5\xC3\xB6\xC3\xBF";
+    const auto add = [](std::string& xml, const std::string& name) {
+        xml += "<" + name + " " + name + "=\"" + name + "\"></" + name + ">";
+    };
+    std::string xml = "<r>";
+    for (int i = 0; i < 400; ++i) {
+        const std::string rest = i % 200 == 0 ? "n" : "n" + std::to_string(i % 200);
+        for (const char c : last) add(xml, rest + c);
+        for (std::size_t at = 0; at < high.size(); at += 2) add(xml, rest + high.substr(at, 2));
+        add(xml, rest);
+    }
+    xml += "</r>";
+
+    EXPECT_EQ(parsed(xml), xml);
+}
+
 TEST(LoadFromMemory, NullIsAnEmptyInput) {
     UXXmlWrapperBase tree;
 
