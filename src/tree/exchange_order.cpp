@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <limits>
 #include <numeric>
+#include <vector>
 
 #include "tree/exchange_order_detail.h"
 
@@ -20,8 +21,8 @@ namespace ux {
 namespace {
 
 using Index = std::uint32_t;
-using Items = HostVector<KeyedItem>;
-using Indices = HostVector<Index>;
+using Items = LargeVector<KeyedItem>;
+using Indices = LargeVector<Index>;
 
 // Many items go through one pass for every byte in which their keys differ, which keeps the order
 // of equal keys.
@@ -193,7 +194,7 @@ private:
 
 }  // namespace
 
-void exchange_sort(HostVector<KeyedItem>& items) {
+void exchange_sort(LargeVector<KeyedItem>& items) {
     sort_by_key(items);
     const auto same_key = [](const KeyedItem& a, const KeyedItem& b) { return a.key == b.key; };
     if (std::adjacent_find(items.begin(), items.end(), same_key) == items.end()) return;

@@ -1,31 +1,16 @@
 // The order in which an exchange sort leaves its items, without the exchanges.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <vector>
 
-#include "uxtree/host/array.h"
+#include "base/large_memory.h"
 
 namespace ux {
 
-// Takes memory from the host, as its arrays do: much of it has large pages, without which a million
-// items that are put into a thousand places in turn would wait for addresses.
+// A million items that are put into a thousand places in turn would wait for addresses.
 template <typename T>
-struct HostMemory {
-    using value_type = T;
-    HostMemory() = default;
-    template <typename Other>
-    HostMemory(const HostMemory<Other>& /*unused*/) {}
-    T* allocate(std::size_t count) {
-        return static_cast<T*>(UXResizeMemory(nullptr, 0, count * sizeof(T)));
-    }
-    void deallocate(T* memory, std::size_t /*unused*/) { std::free(memory); }
-    bool operator==(const HostMemory& /*unused*/) const { return true; }
-};
-template <typename T>
-using HostVector = std::vector<T, HostMemory<T>>;
+using LargeVector = std::vector<T, LargeMemory<T>>;
 
 struct KeyedItem {
     std::uint32_t key;
@@ -39,6 +24,6 @@ struct KeyedItem {
 // Different keys take linear time. With equal ones each item also costs the logarithm of the number
 // of different keys, and at most sqrt(n) / 32 steps over a table of counts; both are far from the
 // n * n / 2 exchanges.
-void exchange_sort(HostVector<KeyedItem>& items);
+void exchange_sort(LargeVector<KeyedItem>& items);
 
 }  // namespace ux

@@ -25,7 +25,7 @@ CArray<int, int> sorted_order(const UXXmlWrapperBase& parent, const char* attrNa
     CArray<int, int> order;
     order.SetSize(parent.GetNodeCount());
     int* const numbers = order.GetData();
-    HostVector<KeyedItem> keyed;
+    LargeVector<KeyedItem> keyed;
     keyed.reserve(static_cast<std::size_t>(order.GetSize()));
     const UXNameKey key(attrName);
     int number = 0;

@@ -137,7 +137,7 @@ std::vector<std::uint32_t> exchanged(const std::vector<std::uint32_t>& keys) {
 
 // The numbers of the items in the order of exchange_sort; the items are numbered with a gap of two.
 std::vector<std::uint32_t> exchange_sorted(const std::vector<std::uint32_t>& keys) {
-    ux::HostVector<ux::KeyedItem> items;
+    ux::LargeVector<ux::KeyedItem> items;
     for (const std::uint32_t key : keys) {
         items.push_back({key, static_cast<std::uint32_t>(3 * items.size() + 1)});
     }
