@@ -175,11 +175,11 @@ int saving(const UXXmlWrapperBase* node, Body&& body) noexcept {
         try {
             lastSaveError = unkept.what();
         } catch (...) {
-            lastSaveError = "no memory";
+            lastSaveError = "out of memory";
         }
         return 0;
     } catch (...) {
-        lastSaveError = "no memory";  // short enough to need none
+        lastSaveError = "out of memory";  // short enough to need none
         return 0;
     }
 }

@@ -5,7 +5,8 @@ Usage: tools/dev/make_c_sweep.py SOURCE_FOLDER OUTPUT
 
 Each pointer is null in turn, each handle invalid or of a removed node, each array of another type,
 each number negative and huge, each text not UTF-8. What must fail has to give one of the codes that
-the annotations name and leave the trees alone; what may be missing must do no harm.
+the annotations name and leave the trees alone; what may be missing must do no harm. Functions of the
+kit are called once more for each of their allocations, which fails: so must they.
 """
 
 import pathlib
@@ -115,10 +116,11 @@ def failure_test(returns):
     return " || ".join(f"r == {value}" for value in numbers)
 
 
-def call(declaration, place, expression):
+def call(declaration, place=None, expression=None):
     arguments = Arguments()
     parts = [arguments.good(each) for each in declaration.parameters]
-    parts[place] = expression
+    if place is not None:
+        parts[place] = expression
     return f"{declaration.name}({', '.join(parts)})"
 
 
@@ -144,6 +146,25 @@ def trial(declaration, place, how, expression, must):
     return "\n".join(lines)
 
 
+def shortage(declaration):
+    """A function that makes a good call in which an allocation fails."""
+    result, test = declaration.result, failure_test(declaration.returns)
+    code = call(declaration)
+    lines = [f"static bool shortage_{declaration.name}(long allocation) {{",
+             "    World w = make_world();", "    bool short_of_memory;"]
+    lines += [f"    {result} r;"] if result != "void" else []
+    lines += ["    run_short(allocation);",
+              f"    {code};" if result == "void" else f"    r = {code};",
+              "    short_of_memory = ran_short();"]
+    name = f'"{declaration.name}"'
+    if test:
+        lines.append(f"    if (short_of_memory) expect_shortage({test}, {name});")
+    if result != "void":
+        lines.append(f"    {FREES.get(result, '(void)')}(r);")
+    lines += [f'    free_world(&w, {name}, "memory", "short");', "    return short_of_memory;", "}\n"]
+    return "\n".join(lines)
+
+
 def program(headers):
     functions, names = [], []
     for header in headers:
@@ -158,6 +179,9 @@ def program(headers):
                 for how, expression, must in bad_forms(each.name, parameter)
                 if not frees or expression == "NULL"
             ]
+            if each.name.startswith("ux_") and not frees:
+                functions.append(shortage(each))
+                trials.append(f"    {{ long n = 0; while (shortage_{each.name}(n)) ++n; }}")
             body = "\n".join(trials) or "    (void)0;"
             functions.append(f"static void sweep_{each.name}(void) {{\n{body}\n}}\n")
     calls = "".join(f"    sweep_{name}();\n" for name in names)

@@ -9,6 +9,8 @@
 #include <uxtree/kit/version.h>
 #include <uxtree/uxtree_c.h>
 
+#include "frame/memory/failing_new.h"
+
 enum { kEach = 4, kNumbers = 8 };
 static const char kFile[] = "c_sweep_file.xml";
 static const char kTree[] =
@@ -106,6 +108,24 @@ static void free_world(World* w, const char* function, const char* parameter, co
     ux_select_free(w->selection);
     ux_node_free(w->removed);
     ux_node_free(w->invalid);
+}
+
+/* Begins a call in which an allocation fails, the first one being 0. */
+static void run_short(long allocation) {
+    failed = false;
+    untilFailure = allocation;
+}
+/* Ends it; says whether there were so many allocations. */
+static bool ran_short(void) {
+    untilFailure = -1;
+    return failed;
+}
+/* A function of the kit that fails for it says so. */
+static void expect_shortage(int fails, const char* function) {
+    const char* why = ux_last_error();
+    if (fails && strstr(why, "out of memory") != NULL) return;
+    ++failures;
+    fprintf(stderr, "%s: %s short of memory: \"%s\"\n", function, fails ? "fails" : "works", why);
 }
 
 /* Scripts: how many of the functions are script entry points. One more of them passes a class by
