@@ -1,4 +1,4 @@
-"""The C++ of README.md and of the pages of the guide compiles as it stands.
+"""The C++ of README.md and of the pages of the guide compiles as it stands, and names exist.
 
     python3 tests/frame/page_programs_test.py SOURCE_FOLDER COMPILER
 
@@ -13,6 +13,7 @@ import unittest
 
 ROOT, COMPILER = pathlib.Path(sys.argv[1]), sys.argv[2]
 BLOCK = re.compile(r"^```cpp\n(.*?)^```$", re.DOTALL | re.MULTILINE)
+NAME = re.compile(r"\b(?:(?:uxtree|vctree|wbxfu|ux)_\w*[a-z0-9]|(?:VCTree|UX)[A-Za-z]\w+)\b(?!\.\.\.)")
 MADE = {"reference.md", "script_reference.md"}  # declarations out of headers that are compiled anyway
 
 
@@ -31,11 +32,32 @@ def compile_error(text):
     return done.stderr if done.returncode else ""
 
 
+def pages():
+    for page in [*sorted(ROOT.glob("*.md")), *sorted((ROOT / "docs").glob("*.md"))]:
+        if page.name not in MADE:
+            yield page, page.read_text()
+
+
+def names_of_the_sources():
+    names = set()
+    for folder in ("include", "src", "tools", "bindings", "cmake", "examples"):
+        for path in (ROOT / folder).rglob("*"):
+            if path.suffix in (".h", ".cpp", ".c", ".py", ".txt", ".cmake"):
+                names.update(re.findall(r"\w+", path.read_text()))
+    return names
+
+
 class Pages(unittest.TestCase):
+    def test_names_are_those_of_the_sources(self):
+        known = names_of_the_sources()
+        named = {(page.name, name) for page, text in pages() for name in NAME.findall(text)}
+        self.assertGreater(len(named), 100)
+        self.assertEqual(sorted((page, name) for page, name in named if name not in known), [])
+
     def test_programs_compile(self):
         tried = 0
-        for page in [ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md"))]:
-            for block in BLOCK.findall(page.read_text()) if page.name not in MADE else []:
+        for page, text in pages():
+            for block in BLOCK.findall(text):
                 tried += 1
                 self.assertEqual(compile_error(program(block)), "", f"{page.name}:\n{block}")
         self.assertGreaterEqual(tried, 2)
