@@ -31,10 +31,16 @@ class ExpatReader {
 public:
     // settled is what the input is read in, whatever it declares; null leaves that to it. encoding is
     // what comes of either, if the parser reads the input at all.
-    ExpatReader(const ByteSource& source, Sink& sink, const char* settled, FileEncoding encoding)
+    // With a part of an input, its tags stand in front of what the source yields; the sink was told of
+    // them before.
+    ExpatReader(const ByteSource& source, Sink& sink, const char* settled, FileEncoding encoding,
+                const InputPart& part = {})
         : sink_(sink),
           parser_(XML_ParserCreate(settled)),
           feeder_(parser_.get(), source),
+          toldTags_(part.tagCount),
+          lines_(part.lines),
+          columns_(part.columns),
           encoding_(encoding),
           encodingIsGiven_(settled != nullptr) {
         if (parser_ == nullptr) throw std::bad_alloc();
@@ -110,9 +116,9 @@ private:
         return invalid && undeclared ? ExpatResult::kInvalidUndeclared : ExpatResult::kRefused;
     }
     void report(ReadError& error, std::string message) const {
-        error = {std::move(message),
-                 static_cast<long long>(XML_GetCurrentLineNumber(parser_.get())),
-                 static_cast<long long>(XML_GetCurrentColumnNumber(parser_.get())) + 1};
+        const auto line = static_cast<long long>(XML_GetCurrentLineNumber(parser_.get()));
+        const auto column = static_cast<long long>(XML_GetCurrentColumnNumber(parser_.get())) + 1;
+        error = {std::move(message), line + lines_, line == 1 ? column + columns_ : column};
     }
     std::string describe() const {
         const XML_Error code = XML_GetErrorCode(parser_.get());
@@ -193,7 +199,9 @@ private:
         const std::size_t bytes = attributes_.empty() ? 0 : behind_last(attributes_);
         if (hasDoctype_ && !count_expanded(tag->length + 5 + bytes)) return;
         foundRoot_ = true;
-        if (!sink_.start(told)) {
+        if (toldTags_ > 0) {
+            --toldTags_;
+        } else if (!sink_.start(told)) {
             refuse(sink_.refusal());
             return;
         }
@@ -314,6 +322,9 @@ private:
     std::vector<char> values_;          // of a tag, one behind the other
     const char* valueBytes_ = nullptr;  // those of the tag at hand
     std::uint64_t expanded_ = 0;
+    std::size_t toldTags_;  // those to come of which the sink knows
+    long long lines_;
+    long long columns_;
     FileEncoding encoding_;
     bool encodingIsGiven_;
     bool declaresEncoding_ = false;

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <new>
-#include <vector>
 
 #include "base/ascii.h"
 #include "xml/file_encoding.h"
@@ -19,6 +18,24 @@ bool begins_with(std::string_view text, std::string_view start) {
 // Is it nothing but NUL bytes and white space?
 bool is_padding(std::string_view text) {
     return text.find_first_not_of(std::string_view("\0 \t\r\n", 5)) == std::string_view::npos;
+}
+
+long long count_characters(std::string_view text) {
+    return std::count_if(text.begin(), text.end(),
+                         [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80; });
+}
+
+// Adds the line ends of a text, which are LF, CR or both, and goes to the column at its end. last is
+// what stands in front of it.
+void count_lines(std::string_view text, char last, InputPart& part) {
+    part.lines += std::count(text.begin(), text.end(), '\n');
+    if (last == '\r' && text[0] == '\n') --part.lines;
+    for (std::size_t at = text.find('\r'); at < text.size(); at = text.find('\r', at + 1)) {
+        if (text.substr(at + 1, 1) != "\n") ++part.lines;
+    }
+    const std::size_t end = text.find_last_of("\r\n");
+    if (end != std::string_view::npos) part.columns = 0;
+    part.columns += count_characters(text.substr(end + 1));  // of all when there is no end
 }
 
 constexpr std::array<std::string_view, 5> kPredefined{"lt", "gt", "amp", "apos", "quot"};
@@ -104,6 +121,27 @@ bool Feeder::only_padding_follows() {
         if (got <= 0) return got == 0;
         if (!is_padding({block.data(), static_cast<std::size_t>(got)})) return false;
     }
+}
+
+std::optional<InputPart> part_from(const ByteSource& source, std::uint64_t offset,
+                                   const std::vector<std::string>& open) {
+    InputPart part;
+    part.tagCount = open.size();
+    for (const std::string& name : open) part.tags += '<' + name + '>';
+    source.seek(0);
+    std::vector<char> block(std::size_t{1} << 16);
+    char last = '\n';
+    while (offset > 0) {
+        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(offset, block.size()));
+        const long got = source.read(block.data(), wanted);
+        if (got <= 0) return std::nullopt;
+        offset -= static_cast<std::uint64_t>(got);
+        count_lines({block.data(), static_cast<std::size_t>(got)}, last, part);
+        last = block[static_cast<std::size_t>(got) - 1];
+    }
+    if (last == '\r') return std::nullopt;
+    part.columns -= count_characters(part.tags);
+    return part;
 }
 
 void DeclaredEntities::declare(std::string_view name, std::string_view text) {

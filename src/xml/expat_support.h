@@ -11,6 +11,7 @@
 #include <string_view>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include <expat.h>
 
@@ -51,6 +52,20 @@ private:
     std::size_t block_ = kBlockBytes;
     std::uint64_t fed_ = 0;
 };
+
+// A part of an input, from a place inside its root on, as a document by itself: the start tags that
+// are open there stand in front of it.
+struct InputPart {
+    std::string tags;
+    std::size_t tagCount = 0;
+    // What places in the part have to be moved by; columns only in its first line.
+    long long lines = 0;
+    long long columns = 0;
+};
+// Reads the source up to the place, where the next read begins. Nothing when that cannot be read, or
+// when the place is within a line end.
+std::optional<InputPart> part_from(const ByteSource& source, std::uint64_t offset,
+                                   const std::vector<std::string>& open);
 
 // The entities that a document declares with a text of their own.
 class DeclaredEntities {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "xml/byte_source.h"
@@ -38,7 +39,13 @@ public:
         : source_(source), sink_(sink), options_(options) {}
 
     bool run(ReadError& error) {
-        if (reads_strictly(source_, FileEncoding::kUtf8)) return true;
+        if (!options_.expatAlone) {
+            std::optional<ReadPlace> place;
+            if (read_from_start(source_, FileEncoding::kUtf8, place) == ReadResult::kDone)
+                return true;
+            if (const auto part = told_part(place)) return read_rest(*part, error);
+            sink_.restart();
+        }
         const std::string start = first_bytes();
         const auto encoding = encoding_of(start, FileEncoding::kUtf8);
         if (reads_decoded(encoding)) return true;
@@ -53,23 +60,22 @@ public:
     }
 
 private:
-    // False when the strict reader gave up.
-    bool reads_strictly(const ByteSource& source, FileEncoding encoding) {
-        if (options_.expatAlone) return false;
-        if (read_from_start(source, encoding) == ReadResult::kDone) return true;
-        sink_.restart();
-        return false;
-    }
     bool reads_decoded(std::optional<FileEncoding> encoding) {
+        if (options_.expatAlone) return false;
         if (!encoding.has_value() || *encoding == FileEncoding::kUtf8) return false;
         source_.seek(0);
         DecodedSource decoded(source_, *encoding);
-        return reads_strictly(decoded.source(), *encoding);
+        std::optional<ReadPlace> place;
+        if (read_from_start(decoded.source(), *encoding, place) == ReadResult::kDone) return true;
+        sink_.restart();
+        return false;
     }
-    ReadResult read_from_start(const ByteSource& source, FileEncoding encoding) {
+    ReadResult read_from_start(const ByteSource& source, FileEncoding encoding,
+                               std::optional<ReadPlace>& place) {
         Window window(source, options_.window);
         StrictReader<Sink> reader(window, sink_, encoding);
         const ReadResult result = reader.run();
+        place = reader.place();
         return result == ReadResult::kDoctype ? read_behind_doctype(source) : result;
     }
     // The parser reads what a DTD declares; the content follows only few rules of it.
@@ -80,6 +86,24 @@ private:
         Window window(source, options_.window);
         StrictReader<Sink> reader(window, sink_);
         return reader.run_behind_doctype(std::move(doctype->typed));
+    }
+
+    // What the strict reader left, if the rest cannot show that the input is in another encoding.
+    std::optional<InputPart> told_part(const std::optional<ReadPlace>& place) const {
+        if (!place.has_value() || options_.codePage != nullptr) return std::nullopt;
+        return part_from(source_, place->offset, place->open);
+    }
+    bool read_rest(const InputPart& part, ReadError& error) {
+        std::string_view tags = part.tags;
+        const ByteSource rest{[&](char* buffer, std::size_t size) {
+                                  if (tags.empty()) return source_.read(buffer, size);
+                                  const std::size_t count = tags.copy(buffer, size);
+                                  tags.remove_prefix(count);
+                                  return static_cast<long>(count);
+                              },
+                              source_.seek};
+        return ExpatReader<Sink>(rest, sink_, "UTF-8", FileEncoding::kUtf8, part).run(error) ==
+               ExpatResult::kDone;
     }
 
     // settled is what the parser is told.

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -30,6 +31,12 @@ enum class ReadResult {
     kDone,
     kGaveUp,
     kDoctype,  // gave up at the "<!DOCTYPE" before the root, with no event so far
+};
+
+// A place inside the root: all in front of it was told, and nothing behind it.
+struct ReadPlace {
+    std::uint64_t offset = 0;         // in bytes
+    std::vector<std::string> open{};  // the elements that are open there
 };
 
 // Reads a document and tells a sink about it. A sink has these operations; what they throw passes
@@ -55,6 +62,13 @@ public:
         if (at == nullptr) return foundDoctype_ ? ReadResult::kDoctype : ReadResult::kGaveUp;
         return run_root(at);
     }
+    // After run gave up: where another parser can go on, if there is such a place.
+    std::optional<ReadPlace> place() const {
+        if (!told_.has_value()) return std::nullopt;
+        ReadPlace place{*told_};
+        for (const KnownName* name : open_) place.open.emplace_back(name->view());
+        return place;
+    }
     // Reads on from behind the DOCTYPE, where the window's input begins. The caller had that read.
     ReadResult run_behind_doctype(TypedAttributes typed) {
         typed_ = std::move(typed);
@@ -77,6 +91,11 @@ private:
     }
     char* fail(char* at) {
         stop_ = at;
+        return nullptr;
+    }
+    // All in front of that place was told, and nothing behind it.
+    char* give_up_at(const char* at) {
+        if (!open_.empty()) told_ = window_.offset_of(at);
         return nullptr;
     }
     // A token was not understood at stop_. Is that because the window ends there, and does the
@@ -310,7 +329,7 @@ private:
             // ends behind it: a name may go on.
             const bool isSure = tag_ != nullptr && reached_ != window_.end();
             const std::ptrdiff_t understood = isSure ? reached_ - at : 0;
-            if (!token_goes_on(at)) return nullptr;
+            if (!token_goes_on(at)) return give_up_at(at);
             behind = understood == 0 ? scan_tag(at) : scan_attributes(at, at + understood);
         }
         return tell_tag(at, behind);
@@ -498,9 +517,9 @@ private:
                 const std::ptrdiff_t there = window_.end() - at - 2;
                 const bool whole = there > static_cast<std::ptrdiff_t>(name.length);
                 fail(whole ? window_.begin() : window_.end());
-                if (whole) return nullptr;
+                if (whole) return give_up_at(at);
             }
-            if (!token_goes_on(at)) return nullptr;
+            if (!token_goes_on(at)) return give_up_at(at);
         }
     }
 
@@ -545,7 +564,7 @@ private:
                 char* const behind = skip_high(at);
                 at = behind;
                 if (static_cast<signed char>(*behind) >= 0) continue;
-                if (!text_goes_on(piece, at)) return nullptr;
+                if (!text_goes_on(piece, at)) return give_up_at(piece);
             } else if (byte == '&') {
                 if (at != piece) sink_.text(piece, at);
                 at = text_reference(at);
@@ -553,13 +572,15 @@ private:
                 piece = at;
             } else if (byte == ']') {
                 if (window_.end() - at < 3 && text_goes_on(piece, at)) continue;
-                if (at[1] == ']' && at[2] == '>') return nullptr;
+                if (at[1] == ']' && at[2] == '>') return give_up_at(piece);
                 ++at;
             } else if (byte == '\r') {
-                if (at + 1 == window_.end() && !text_goes_on(piece, at)) return nullptr;
+                if (at + 1 == window_.end() && !text_goes_on(piece, at)) {
+                    return give_up_at(piece);
+                }
                 at = line_end(piece, at);
             } else if (at != window_.end() || !text_goes_on(piece, at)) {
-                return nullptr;
+                return give_up_at(piece);
             }
         }
     }
@@ -586,7 +607,7 @@ private:
         Reference reference = read_reference(at);
         while (reference.length == 0) {
             fail(at + reference.stop);
-            if (!token_goes_on(at)) return nullptr;
+            if (!token_goes_on(at)) return give_up_at(at);
             reference = read_reference(at);
         }
         // The character is written where its reference stands, which is longer.
@@ -640,6 +661,7 @@ private:
     std::set<std::string> typedElements_;
     std::vector<KnownName*> open_;
     char* stop_ = nullptr;  // where a token was not understood
+    std::optional<std::uint64_t> told_;
     bool foundDoctype_ = false;
 
     // The start tag at hand.
