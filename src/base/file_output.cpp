@@ -102,16 +102,18 @@ void FileOutput::open_temporary(bool replaces) {
     do {
         temporary_ =
             target_ + ".tmp" + std::to_string(process_id()) + "-" + std::to_string(counter++);
+        forget_unfinished(slot_);
+        slot_ = remember_unfinished(temporary_);  // first: a signal may come at once
         file_ = create_file(temporary_.c_str(), replaces);
     } while (!file_.is_open() && errno == EEXIST);
     if (!file_.is_open()) {
         const int error = errno;
+        forget_unfinished(std::exchange(slot_, -1));
         temporary_.clear();
         fail("cannot write beside", error);
         return;
     }
     replaces_ = replaces;
-    slot_ = remember_unfinished(temporary_);
 }
 
 FileOutput::~FileOutput() {
