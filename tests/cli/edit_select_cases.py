@@ -1,4 +1,7 @@
 """Commands that --select tells which nodes they are about, and edits of several files."""
+import os
+import subprocess
+
 from harness import case
 
 BOOKS = """<?xml version="1.0"?>
@@ -238,5 +241,29 @@ def test_AFailedCommitLeavesNothingBeside(tool):
     assert result.code == 4 and "b.xml.bak: Is a directory\n" in result.err, result.err
     left = {str(path.relative_to(tool.folder)): path.read_text()
             for path in tool.folder.rglob("*") if path.is_file()}
+    assert left == files, sorted(left)
+    assert all(tool.path(name).stat().st_nlink == 1 for name in files)
+
+
+def test_AFailedReplacementPutsTheOthersBack(tool):
+    """While the tool waits for the last file, what is to become the second one goes away."""
+    files = {"a.xml": BOOKS, "b.xml": BOOKS}
+    for name, content in files.items():
+        tool.write(name, content)
+    os.mkfifo(tool.path("last.xml"))
+    with subprocess.Popen([tool.program, "edit", "a.xml", "b.xml", "last.xml", "-i", "--all-or-none",
+                           "--select", "//book[1]", "delete"], cwd=tool.folder,
+                          stderr=subprocess.PIPE, text=True) as process:
+        with open(tool.path("last.xml"), "w") as last:  # opens when the tool does: both are written
+            (begun,) = tool.folder.glob("b.xml.tmp*")
+            begun.unlink()
+            last.write("<r/>")
+        _, told = process.communicate(timeout=60)
+    assert process.returncode == 4, told
+    assert told.endswith("b.xml: No such file or directory\n"
+                         "note: 3 files: 0 changed, 2 as before, 1 without a match; "
+                         "nothing was written\n"), told
+    tool.path("last.xml").unlink()
+    left = {path.name: path.read_text() for path in tool.folder.iterdir()}
     assert left == files, sorted(left)
     assert all(tool.path(name).stat().st_nlink == 1 for name in files)
