@@ -20,24 +20,21 @@ struct ResultOptions {
 
 using Fill = void (*)(UXXmlWrapperBase& root, Table& table);
 
-// A command that shows one table about the node it is given.
-Command show_command(const char* name, const char* summary, const char* examples,
-                     std::vector<std::string> columns, Fill fill) {
-    return Command(name, summary, examples, [columns, fill](CLI::App& app) {
-        auto options = std::make_shared<ResultOptions>();
-        add_file(app, options->file);
-        add_at(app, options->at);
-        add_format(app, options->format, table_formats());
-        add_output(app, options->output);
-        return [options, columns, fill] {
-            UXXmlWrapperBase root = open_node(options->file, options->at);
-            Table table(columns);
-            fill(root, table);
-            Output out(options->output);
-            write_table(out, table, options->format);
-            return out.finish(table.rows.empty() ? kNothingFound : kSuccess);
-        };
-    });
+// What a command does that shows one table about the node it is given.
+Action show_table(CLI::App& app, std::vector<std::string> columns, Fill fill) {
+    auto options = std::make_shared<ResultOptions>();
+    add_file(app, options->file);
+    add_at(app, options->at);
+    add_format(app, options->format, table_formats());
+    add_output(app, options->output);
+    return [options, columns = std::move(columns), fill] {
+        UXXmlWrapperBase root = open_node(options->file, options->at);
+        Table table(columns);
+        fill(root, table);
+        Output out(options->output);
+        write_table(out, table, options->format);
+        return out.finish(table.rows.empty() ? kNothingFound : kSuccess);
+    };
 }
 
 Cell text_cell(const std::string& text) {
@@ -95,11 +92,15 @@ void fill_ranges(UXXmlWrapperBase& root, Table& table) {
     }
 }
 
-const Command kRanges = show_command(
+const Command kRanges{
     "ranges show", "Show the ranges and sub-ranges of a range tree",
     "uxtree ranges show dialog.xml --at InputData\n"
     "uxtree ranges show -f json ranges.xml",
-    {"range", "tag", "repeat", "sub-range", "label", "id", "auto", "value"}, fill_ranges);
+    [](CLI::App& app) {
+        return show_table(app,
+                          {"range", "tag", "repeat", "sub-range", "label", "id", "auto", "value"},
+                          fill_ranges);
+    }};
 
 // --- fitter --------------------------------------------------------------------------------------
 
@@ -166,11 +167,12 @@ void fill_fitter(UXXmlWrapperBase& root, Table& table) {
          [&](const UXXmlWrapperBase& node, std::size_t) { fill_fitter_node(root, node, table); });
 }
 
-const Command kFitter =
-    show_command("fitter show", "Show the weights and parameter settings of a fitter's tree",
-                 "uxtree fitter show fit.xml\n"
-                 "uxtree fitter show -f csv --at Fit fit.xml",
-                 {"node", "form", "item", "value"}, fill_fitter);
+const Command kFitter{"fitter show", "Show the weights and parameter settings of a fitter's tree",
+                      "uxtree fitter show fit.xml\n"
+                      "uxtree fitter show -f csv --at Fit fit.xml",
+                      [](CLI::App& app) {
+                          return show_table(app, {"node", "form", "item", "value"}, fill_fitter);
+                      }};
 
 // --- statistics ----------------------------------------------------------------------------------
 
@@ -218,10 +220,12 @@ void fill_stats(UXXmlWrapperBase& root, Table& table) {
     }
 }
 
-const Command kStats = show_command("stats show", "Show the settings and results of statistics",
-                                    "uxtree stats show stats.xml\n"
-                                    "uxtree stats show -f json --at Statistics analysis.xml",
-                                    {"where", "item", "value"}, fill_stats);
+const Command kStats{"stats show", "Show the settings and results of statistics",
+                     "uxtree stats show stats.xml\n"
+                     "uxtree stats show -f json --at Statistics analysis.xml",
+                     [](CLI::App& app) {
+                         return show_table(app, {"where", "item", "value"}, fill_stats);
+                     }};
 
 }  // namespace
 }  // namespace uxtool

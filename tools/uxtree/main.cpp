@@ -102,7 +102,7 @@ Words names_in_group(const std::string& group) {
     Words names;
     for (const Command* command : all_commands()) {
         if (command->name.starts_with(group + " ")) {
-            names.push_back(command->name.substr(group.size() + 1));
+            names.emplace_back(command->name.substr(group.size() + 1));
         }
     }
     return names;
@@ -124,7 +124,7 @@ bool asks_for_group_help(const Words& words) {
     Words names = inGroup;
     if (!grouped) {
         for (const Command* command : all_commands()) {
-            names.push_back(command->name.substr(0, command->name.find(' ')));
+            names.emplace_back(command->name.substr(0, command->name.find(' ')));
         }
     }
     const std::string prefix = grouped ? words[0] + " " : "";
@@ -149,7 +149,7 @@ int run_command(const Command& command, Words arguments) {
         print(app.help());
         return kSuccess;
     } catch (const CLI::ParseError& error) {
-        throw_usage(error.what(), "uxtree " + command.name + " --help");
+        throw_usage(error.what(), fmt::format("uxtree {} --help", command.name));
     }
     set_colour_choice(*prepared.colour);
     return prepared.action();
@@ -215,7 +215,8 @@ int main(int argc, char** argv) {
     survive_failed_writes();
     try {
         require_libraries_that_fit();
-        return run(Words(argv + 1, argv + argc));
+        set_command_line(Words(argv + 1, argv + argc));
+        return run(command_line());
     } catch (const ClosedPipe&) {
         return kSuccess;
     } catch (const Failure& failure) {

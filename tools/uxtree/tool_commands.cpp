@@ -11,7 +11,9 @@ struct ListOptions {
 
 int run_list(const ListOptions& options) {
     Table table({"command", "summary"});
-    for (const Command* command : all_commands()) table.add({command->name, command->summary});
+    for (const Command* command : all_commands()) {
+        table.add({std::string(command->name), std::string(command->summary)});
+    }
     Output out(options.output);
     write_table(out, table, options.format);
     return out.finish();

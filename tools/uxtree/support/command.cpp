@@ -9,12 +9,9 @@
 namespace uxtool {
 namespace {
 
-std::vector<const Command*>& registry() {
-    static std::vector<const Command*> commands;
-    return commands;
-}
+std::vector<std::string> commandLine;
 
-std::string indented(const std::string& lines) {
+std::string indented(std::string_view lines) {
     std::string out = "  ";
     for (const char c : lines) {
         out += c;
@@ -25,24 +22,28 @@ std::string indented(const std::string& lines) {
 
 }  // namespace
 
-Command::Command(std::string commandName, std::string commandSummary, std::string commandExamples,
-                 Setup commandSetup)
-    : name(std::move(commandName)),
-      summary(std::move(commandSummary)),
-      examples(std::move(commandExamples)),
-      setup(std::move(commandSetup)) {
-    registry().push_back(this);
+const Command* Command::last = nullptr;
+
+const std::vector<std::string>& command_line() {
+    return commandLine;
+}
+
+void set_command_line(std::vector<std::string> words) {
+    commandLine = std::move(words);
 }
 
 std::vector<const Command*> all_commands() {
-    std::vector<const Command*> commands = registry();
+    std::vector<const Command*> commands;
+    for (const Command* at = Command::last; at != nullptr; at = at->next) commands.push_back(at);
     std::sort(commands.begin(), commands.end(),
               [](const Command* a, const Command* b) { return a->name < b->name; });
     return commands;
 }
 
 PreparedCommand prepare(const Command& command) {
-    PreparedCommand prepared{std::make_unique<CLI::App>(command.summary, "uxtree " + command.name),
+    std::string title = "uxtree ";
+    title += command.name;
+    PreparedCommand prepared{std::make_unique<CLI::App>(std::string(command.summary), title),
                              nullptr, std::make_shared<std::string>("auto")};
     CLI::App& app = *prepared.app;
     app.set_help_flag("-h,--help", "Print this help");

@@ -45,6 +45,8 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -56,19 +58,34 @@ namespace uxtool {
 // Runs a command after its options were read; yields the exit code.
 using Action = std::function<int()>;
 
-// One row of the registry. Constructing it registers it, so it is a constant at namespace scope.
+// One row of the registry. Constructing it registers it, so it is a constant at namespace scope. It
+// holds nothing but places of constants, since each start of the tool makes all of them.
 class Command {
 public:
-    using Setup = std::function<Action(CLI::App&)>;
+    // declare(app) declares the options and yields what to run; a lambda that captures nothing.
+    template <typename Declare>
+    Command(std::string_view commandName, std::string_view commandSummary,
+            std::string_view commandExamples, Declare)
+        : name(commandName),
+          summary(commandSummary),
+          examples(commandExamples),
+          setup([](CLI::App& app) -> Action { return Declare{}(app); }),
+          next(std::exchange(last, this)) {}
+    Command(const Command&) = delete;
+    Command& operator=(const Command&) = delete;
 
-    Command(std::string commandName, std::string commandSummary, std::string commandExamples,
-            Setup commandSetup);
+    std::string_view name;      // words separated by one blank
+    std::string_view summary;   // one line
+    std::string_view examples;  // lines
+    Action (*setup)(CLI::App&);
+    const Command* next;  // the one that was registered before
 
-    std::string name;      // words separated by one blank
-    std::string summary;   // one line
-    std::string examples;  // lines
-    Setup setup;           // declares the options and yields what to run
+    static const Command* last;  // the one that was registered last
 };
+
+// The words behind the tool's name, as main() was given them.
+const std::vector<std::string>& command_line();
+void set_command_line(std::vector<std::string> words);
 
 // All commands, sorted by name.
 std::vector<const Command*> all_commands();

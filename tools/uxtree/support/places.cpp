@@ -52,8 +52,9 @@ std::vector<OptionFacts> options_of_the_tool() {
 // A command, and the edits that it has.
 void add_command(const Command& command, std::vector<Place>& places) {
     const PreparedCommand prepared = prepare(command);
-    Place place{command.name, command.summary,          "", command.examples, "",
-                {},           options_of(*prepared.app)};
+    const std::string name(command.name);
+    Place place{name, std::string(command.summary), "", std::string(command.examples), "",
+                {},   options_of(*prepared.app)};
     place.usage = usage_of(place);
     const auto edits = prepared.app->get_subcommands([](const CLI::App*) { return true; });
     std::vector<Place> below;
@@ -63,11 +64,11 @@ void add_command(const Command& command, std::vector<Place>& places) {
             continue;
         }
         place.next.push_back(edit->get_name());
-        below.push_back({command.name + " " + edit->get_name(),
+        below.push_back({name + " " + edit->get_name(),
                          edit->get_description(),
                          "",
                          "",
-                         command.name,
+                         name,
                          {},
                          options_of(*edit)});
         below.back().usage = usage_of(below.back());
@@ -95,13 +96,13 @@ std::vector<Place> all_places() {
                options_of_the_tool()};
     for (const Command* command : all_commands()) {
         const std::size_t blank = command->name.find(' ');
-        const std::string word = command->name.substr(0, blank);
+        const std::string word(command->name.substr(0, blank));
         const bool isGrouped = blank != std::string::npos;
         if (!isGrouped || groups.count(word) == 0) tool.next.push_back(word);
         if (isGrouped) {
             Place& group = groups[word];
             group.name = word;
-            group.next.push_back(command->name.substr(blank + 1));
+            group.next.emplace_back(command->name.substr(blank + 1));
         }
         add_command(*command, places);
     }

@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace uxtool {
 
@@ -71,6 +72,10 @@ void remove_file(const char* file);
 // --- the process
 
 unsigned long process_id();
+// The file of the running program, "" when nobody can tell.
+std::string own_program();
+// The process goes on as another program with these arguments; comes back only when that fails.
+void become(const std::string& program, const std::vector<std::string>& arguments);
 // When the user or the system ends the process, cleanUp is called before it dies as it would have.
 // It may do only what signal handlers may.
 void clean_up_before_death(void (*cleanUp)());

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <system_error>
 
 #include <fcntl.h>
@@ -132,6 +133,24 @@ void at_alarm(int) {
 
 unsigned long process_id() {
     return static_cast<unsigned long>(::getpid());
+}
+
+std::string own_program() {
+#if defined(__linux__)
+    std::error_code unknown;
+    return std::filesystem::read_symlink("/proc/self/exe", unknown).string();
+#else
+    return "";
+#endif
+}
+
+void become(const std::string& program, const std::vector<std::string>& arguments) {
+    std::vector<std::string> words{program};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> pointers;
+    for (std::string& word : words) pointers.push_back(word.data());
+    pointers.push_back(nullptr);
+    ::execv(program.c_str(), pointers.data());
 }
 
 void clean_up_before_death(void (*cleanUp)()) {
