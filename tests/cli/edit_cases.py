@@ -176,7 +176,7 @@ CASES = [
     case("PrintsAnAttributeAsJson", ["attr", "t.xml", "get", "Use", "--children", "-f", "json"],
          files=FILES, json=[{"tag": "Fit", "Use": "0"}, {"tag": "Fit", "Use": "1"}]),
     case("SaysWhenNoNodeHasTheAttribute", ["attr", "-", "get", "k"], stdin="<r/>", code=1,
-         err=["no node has the attribute 'k'"]),
+         err=["no node below has the attribute 'k'; --select /* is about the root"]),
     attr("SetsAnAttributeEverywhere", ["set", "k", "v"], "<r><a/></r>", '<r k="v"><a k="v"/></r>'),
     attr("SetsAnAttributeByIdentifier", ["set", "k", "v", "--ids", "1", "2"],
          "<r><a DataID='1'/><b DataID='2'><c/></b><d/></r>",

@@ -140,6 +140,12 @@ CASES = [
     case("WantsAFile", ["edit", "sort", "-a", "k"], code=2, err=["FILE is required"]),
     case("ProposesAnEdit", ["edit", "b.xml", "delet", "-n"], files=FILES, code=2,
          err=["'delet' is no edit and no file", "did you mean 'delete'?"]),
+    case("HelpsWithTheEditThatLacksAWord", ["edit", "b.xml", "--select", "//book", "set"], files=FILES,
+         code=2, err=["TEXT is required", "uxtree edit set --help"]),
+    case("SaysThatAWordIsNoFile", ["edit", "b.xml", "--select", "//book", "set", "k", "v"],
+         files=FILES, code=2, err=["'v' is no edit and no file"], after=FILES),
+    case("KnowsWhatRemovesNodes", ["edit", "b.xml", "--select", "//book", "remove"], files=FILES,
+         code=2, err=["did you mean 'delete'?"], after=FILES),
 
     # --- several files ---------------------------------------------------------------------------
     case("EditsSeveralFiles", ["edit", "b.xml", "r.xml", "bad.xml", "-i", "--select", "//book[1]",

@@ -125,7 +125,13 @@ def test_AClosedPipeEndsTheRunQuietly(tool):
 def test_AClosedStandardOutputIsRefused(tool):
     done = subprocess.run(f"'{tool.program}' list >&-", shell=True, capture_output=True)
     assert done.returncode == 4
-    assert b"stdout: " in done.stderr
+    assert b"stdout: it is closed\n" in done.stderr
+
+
+def test_AClosedStandardInputIsRefused(tool):
+    done = subprocess.run(f"'{tool.program}' show - <&-", shell=True, capture_output=True)
+    assert done.returncode == 3
+    assert done.stderr == b"stdin: it is closed\n"
 
 
 def test_ReadsANamedPipe(tool):

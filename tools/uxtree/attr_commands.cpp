@@ -55,7 +55,9 @@ int print_attributes(const EditOptions& options, const GetOptions& get) {
     }
     Output out("");
     if (table.rows.empty()) {
-        note("no node has the attribute '" + get.name + "'");
+        note(options.select.empty() ? "no node below has the attribute '" + get.name +
+                                          "'; --select /* is about the root"
+                                    : "no selected node has the attribute '" + get.name + "'");
         return out.finish(kNothingFound);
     }
     write_table(out, table, get.format);

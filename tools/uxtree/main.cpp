@@ -116,11 +116,11 @@ bool asks_for_group_help(const Words& words) {
 
 [[noreturn]] void throw_unknown_command(const Words& words) {
     const Words inGroup = names_in_group(words[0]);
-    if (!inGroup.empty() && words.size() < 2) {
-        throw_usage("'" + words[0] + "' needs one more word",
-                    "uxtree " + words[0] + " ... with one of: " + short_list(inGroup));
-    }
     const bool grouped = !inGroup.empty();
+    const std::string others =
+        grouped ? "uxtree " + words[0] + " ... with one of: " + short_list(inGroup)
+                : "'uxtree list' shows all commands";
+    if (grouped && words.size() < 2) throw_usage("'" + words[0] + "' needs one more word", others);
     Words names = inGroup;
     if (!grouped) {
         for (const Command* command : all_commands()) {
@@ -131,8 +131,7 @@ bool asks_for_group_help(const Words& words) {
     const std::string wrong = words[grouped ? 1 : 0];
     const std::string meant = nearest(wrong, names);
     throw_usage("unknown command '" + prefix + wrong + "'",
-                meant.empty() ? "'uxtree list' shows all commands"
-                              : "did you mean 'uxtree " + prefix + meant + "'?");
+                meant.empty() ? others : "did you mean 'uxtree " + prefix + meant + "'?");
 }
 
 // Reads the options of one command and runs it.
@@ -149,7 +148,9 @@ int run_command(const Command& command, Words arguments) {
         print(app.help());
         return kSuccess;
     } catch (const CLI::ParseError& error) {
-        throw_usage(error.what(), fmt::format("uxtree {} --help", command.name));
+        std::string place(command.name);
+        for (const CLI::App* edit : app.get_subcommands()) place += " " + edit->get_name();
+        throw_usage(error.what(), "uxtree " + place + " --help");
     }
     set_colour_choice(*prepared.colour);
     return prepared.action();

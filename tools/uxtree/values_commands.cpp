@@ -157,18 +157,18 @@ int copy_by_attribute(UXXmlWrapperBase& from, UXXmlWrapperBase& to, const CopyOp
 int run_copy(const CopyOptions& options) {
     UXXmlWrapperBase from = open_tree(options.from);
     UXXmlWrapperBase to = options.target.open(options.to);
+    std::string told;
     if (options.by == "id") {
-        const int written = copy_by_id(from, to, options);
-        note(counted(written, "value") + " written");
+        told = counted(copy_by_id(from, to, options), "value") + " written";
     } else if (options.by == "shape") {
         copy_by_shape(from, to, options);
     } else if (options.by == "tag") {
-        const int given = uxtree_copy_ids_by_tagname(&from, &to, true);
-        note(counted(given, "identifier") + " given");
+        told = counted(uxtree_copy_ids_by_tagname(&from, &to, true), "identifier") + " given";
     } else {
         copy_by_attribute(from, to, options);
     }
     options.target.save(to, options.to);
+    if (!told.empty()) note(told);
     return kSuccess;
 }
 

@@ -98,7 +98,8 @@ int run_find(const FindOptions& options) {
     UXXmlWrapperBase found;
     if (vctree_find_XDE_treenode_from_path_in_tree(&found, &root, &path, 0, options.byTags ? 1 : 0,
                                                    nullptr, options.exact ? 0 : 1) != 1) {
-        return kNothingFound;
+        throw Failure(kNothingFound, input_name(options.file), "no node at '" + options.path + "'",
+                      "uxtree xde paths lists those of all leaves");
     }
     if (options.asXml) {
         save_tree(found, options.output);

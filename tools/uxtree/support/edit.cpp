@@ -134,16 +134,19 @@ private:
     throw Failure(kUsage, "uxtree", "FILE is required", options.hint);
 }
 
+// What is taken for a file may be a word too many, or a wrong one.
+void require_existing(const std::string& file, const EditOptions& options) {
+    std::error_code error;
+    if (file == "-" || std::filesystem::exists(file, error)) return;
+    const std::string meant = file == "remove" ? "delete" : nearest(file, options.names);
+    throw Failure(kUsage, "uxtree", "'" + file + "' is no edit and no file",
+                  meant.empty() ? options.hint : "did you mean '" + meant + "'?");
+}
+
 [[noreturn]] void throw_no_edit(const EditOptions& options) {
     if (options.files.empty()) throw_no_file(options);
-    const std::string& last = options.files.back();
-    std::error_code error;
-    if (last == "-" || std::filesystem::exists(last, error)) {
-        throw Failure(kUsage, "uxtree", "say what to do after FILE", options.hint);
-    }
-    const std::string meant = nearest(last, options.names);
-    throw Failure(kUsage, "uxtree", "'" + last + "' is no edit and no file",
-                  meant.empty() ? options.hint : "did you mean '" + meant + "'?");
+    require_existing(options.files.back(), options);
+    throw Failure(kUsage, "uxtree", "say what to do after FILE", options.hint);
 }
 
 }  // namespace
@@ -217,6 +220,7 @@ int run_edit(const EditOptions& options) {
     Editor editor(options);
     if (!editor.is_several()) return editor.edit_alone();
     if (!options.target.is_in_place() && !options.target.is_dry_run()) {
+        for (const std::string& file : options.files) require_existing(file, options);
         throw Failure(kUsage, "uxtree", "several files are edited in place",
                       "-i writes them, -n prints what would change");
     }

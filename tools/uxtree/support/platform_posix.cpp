@@ -23,7 +23,7 @@ extern char** environ;
 namespace uxtool {
 
 std::string system_error() {
-    return std::generic_category().message(errno);
+    return errno == EBADF ? "it is closed" : std::generic_category().message(errno);
 }
 
 // --- open files ------------------------------------------------------------------------------------

@@ -231,11 +231,11 @@ int set_values(const UXXmlWrapperBase& root, ValueList& list, const std::string&
 
 namespace {
 
-ValueList values_of_document(UXXmlWrapperBase document, const std::string& file) {
+ValueList values_of_document(UXXmlWrapperBase document, const std::string& file,
+                             const std::string& hint) {
     if (tag_of(document) != "Settings") {
         throw Failure(kRefused, input_name(file),
-                      "not a theme: its root is <" + visible(tag_of(document)) + ">",
-                      "a theme begins with <Settings>; \"uxtree theme save\" writes one");
+                      "not a theme: its root is <" + visible(tag_of(document)) + ">", hint);
     }
     ValueList list;
     CStringUTF8 comment;
@@ -247,7 +247,8 @@ ValueList values_of_document(UXXmlWrapperBase document, const std::string& file)
 }  // namespace
 
 ValueList read_saved_values(const std::string& file) {
-    return values_of_document(open_tree(file), file);
+    return values_of_document(open_tree(file), file,
+                              "a theme begins with <Settings>; \"uxtree theme save\" writes one");
 }
 
 ValueList read_values(const std::string& file) {
@@ -260,7 +261,8 @@ ValueList read_values(const std::string& file) {
     if (document.LoadFromMemory(text.data(), text.size()) == 0) {
         throw_refused_text(input_name(file), text);
     }
-    return values_of_document(document, file);
+    return values_of_document(document, file,
+                              "the tree comes first, then what \"uxtree values export\" wrote");
 }
 
 UXXmlWrapperBase saved_values(ValueList& list, const char* comment) {
