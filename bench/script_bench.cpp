@@ -151,12 +151,12 @@ void compare_values(int count) {
     check(root.Save(from.c_str(), 0) != 0, from);
     UXScriptEngine engine;
     check(engine.compile("bench", kSetValues), engine.problem());
-    const auto check_run = [&](UXScriptOutcome outcome) {
+    const auto checkRun = [&](UXScriptOutcome outcome) {
         check(outcome == UXScriptOutcome::kDone, engine.problem());
     };
     compare_jobs(
         "100000 values made and set", [&] { set_values(root, count); },
-        [&] { check_run(engine.run_on("set_values", root)); });
+        [&] { checkRun(engine.run_on("set_values", root)); });
     int result = 0;
     compare_jobs(
         "the same, file to file",
@@ -167,7 +167,7 @@ void compare_values(int count) {
             check(tree.Save(to.c_str(), 0) != 0, to);
         },
         [&] {
-            check_run(engine.run_main({from, to}, result));
+            checkRun(engine.run_main({from, to}, result));
         });
     std::filesystem::remove(from);
     std::filesystem::remove(to);

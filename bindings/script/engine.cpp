@@ -75,22 +75,10 @@ void translate_exception(as::asIScriptContext* context, void*) {
     }
 }
 
-// A context that is given back, whatever happens.
-class Context {
-public:
-    explicit Context(as::asIScriptEngine& engine) : context_(engine.CreateContext()) {}
-    Context(const Context&) = delete;
-    Context& operator=(const Context&) = delete;
-    ~Context() {
-        if (context_ != nullptr) context_->Release();
-    }
-    as::asIScriptContext* operator->() const { return context_; }
-    as::asIScriptContext& operator*() const { return *context_; }
-    explicit operator bool() const { return context_ != nullptr; }
-
-private:
-    as::asIScriptContext* context_;
+struct GiveBack {
+    void operator()(as::asIScriptContext* context) const { context->Release(); }
 };
+using Context = std::unique_ptr<as::asIScriptContext, GiveBack>;
 
 // "int x = 5;" in its parts; false when it assigns nothing.
 bool split_declaration(const std::string& line, std::string& declaration, std::string& name,
@@ -101,11 +89,11 @@ bool split_declaration(const std::string& line, std::string& declaration, std::s
     }
     const std::size_t last = line.find_last_not_of(" \t", equals == 0 ? 0 : equals - 1);
     if (equals == 0 || last == std::string::npos) return false;
-    const auto in_name = [](char c) {
+    const auto inName = [](char c) {
         return c == '_' || (c >= '0' && c <= '9') || ((c | 32) >= 'a' && (c | 32) <= 'z');
     };
     std::size_t first = last + 1;
-    while (first > 0 && in_name(line[first - 1])) --first;
+    while (first > 0 && inName(line[first - 1])) --first;
     name = line.substr(first, last + 1 - first);
     declaration = line.substr(0, last + 1);
     value = line.substr(equals + 1);
@@ -127,7 +115,7 @@ struct [[gnu::visibility("hidden")]] UXScriptEngine::State {
 
     std::vector<std::string> all_names() const;
     void add_members(const as::asITypeInfo& type, std::set<std::string>& names) const;
-    UXScriptOutcome execute(Context & context, const UXScriptLimits& limits);
+    UXScriptOutcome execute(as::asIScriptContext & context, const UXScriptLimits& limits);
     UXScriptOutcome run(as::asIScriptFunction * function, const UXScriptLimits& limits,
                         const std::function<void(as::asIScriptContext&)>& prepare,
                         const std::function<void(as::asIScriptContext&)>& finish);
@@ -186,10 +174,10 @@ void UXScriptEngine::State::add_members(const as::asITypeInfo& type,
 
 std::vector<std::string> UXScriptEngine::State::all_names() const {
     std::set<std::string> names;
-    const auto add = [&](as::asUINT count, auto&& name_of) {
-        for (as::asUINT i = 0; i < count; ++i) names.insert(name_of(i));
+    const auto add = [&](as::asUINT count, auto&& nameOf) {
+        for (as::asUINT i = 0; i < count; ++i) names.insert(nameOf(i));
     };
-    const auto type_name = [&](const as::asITypeInfo& type) {
+    const auto typeName = [&](const as::asITypeInfo& type) {
         add_members(type, names);
         return type.GetName();
     };
@@ -201,7 +189,7 @@ std::vector<std::string> UXScriptEngine::State::all_names() const {
         return name;
     });
     add(engine->GetObjectTypeCount(),
-        [&](auto i) { return type_name(*engine->GetObjectTypeByIndex(i)); });
+        [&](auto i) { return typeName(*engine->GetObjectTypeByIndex(i)); });
     if (module != nullptr) {
         add(module->GetFunctionCount(),
             [&](auto i) { return module->GetFunctionByIndex(i)->GetName(); });
@@ -210,37 +198,38 @@ std::vector<std::string> UXScriptEngine::State::all_names() const {
             return name;
         });
         add(module->GetObjectTypeCount(),
-            [&](auto i) { return type_name(*module->GetObjectTypeByIndex(i)); });
+            [&](auto i) { return typeName(*module->GetObjectTypeByIndex(i)); });
     }
     return {names.begin(), names.end()};
 }
 
 // --- running ---------------------------------------------------------------------------------------
 
-UXScriptOutcome UXScriptEngine::State::execute(Context& context, const UXScriptLimits& limits) {
-    const Limits kept(*context, limits);
-    const int result = context->Execute();
+UXScriptOutcome UXScriptEngine::State::execute(as::asIScriptContext& context,
+                                               const UXScriptLimits& limits) {
+    const Limits kept(context, limits);
+    const int result = context.Execute();
     if (result == as::asEXECUTION_FINISHED) return UXScriptOutcome::kDone;
     if (result == as::asEXECUTION_EXCEPTION) {
-        std::string why = context->GetExceptionString();
+        std::string why = context.GetExceptionString();
         if (why == "Stack overflow") {
             why = "more than " + std::to_string(limits.depth) + " calls inside each other";
         }
-        problem = exception_text(*context, why);
+        problem = exception_text(context, why);
         return why == "out of memory" || why == "Out of memory" ? UXScriptOutcome::kNoMemory
                                                                 : UXScriptOutcome::kException;
     }
     const char* section = nullptr;
     int column = 0;
-    const int line = context->GetLineNumber(0, &column, &section);
-    problem = place_text(section, line, column) + kept.text() + calls_text(*context);
+    const int line = context.GetLineNumber(0, &column, &section);
+    problem = place_text(section, line, column) + kept.text() + calls_text(context);
     return UXScriptOutcome::kTimeOut;
 }
 
 UXScriptOutcome UXScriptEngine::State::reset_globals(const UXScriptLimits& limits) {
     if (globalsAreSet) return UXScriptOutcome::kDone;
     // Their values are given by code of the script, for which the limits hold as well.
-    Context context(*engine);
+    const Context context(engine->CreateContext());
     if (!context) return UXScriptOutcome::kNoMemory;
     const Limits kept(*context, limits);
     messages.clear();
@@ -259,13 +248,13 @@ UXScriptOutcome UXScriptEngine::State::run(
     problem.clear();
     const UXScriptOutcome globals = reset_globals(limits);
     if (globals != UXScriptOutcome::kDone) return globals;
-    Context context(*engine);
+    const Context context(engine->CreateContext());
     if (!context || context->Prepare(function) < 0) {
         problem = "error: the function cannot be run\n";
         return UXScriptOutcome::kException;
     }
     if (prepare) prepare(*context);
-    const UXScriptOutcome outcome = execute(context, limits);
+    const UXScriptOutcome outcome = execute(*context, limits);
     if (outcome == UXScriptOutcome::kDone && finish) finish(*context);
     return outcome;
 }
@@ -299,15 +288,14 @@ bool UXScriptEngine::State::compile_statement(const std::string& code,
 
 // What is declared stays. The value of a variable is given by the assignment, within the limits.
 bool UXScriptEngine::State::declare(const std::string& code, std::string& assignment) {
-    const auto is_variable = [&](const std::string& declaration) {
+    const auto isVariable = [&](const std::string& declaration) {
         return module->CompileGlobalVar("line", (declaration + ";").c_str(), 0) >= 0;
     };
     engine->SetEngineProperty(as::asEP_INIT_GLOBAL_VARS_AFTER_BUILD, 1);
     std::string declaration, name, value;
-    const bool parts =
-        split_declaration(code, declaration, name, value) && is_variable(declaration);
+    const bool parts = split_declaration(code, declaration, name, value) && isVariable(declaration);
     if (parts) assignment = name + " = " + value + ";";
-    const bool declared = parts || is_variable(code);
+    const bool declared = parts || isVariable(code);
     engine->SetEngineProperty(as::asEP_INIT_GLOBAL_VARS_AFTER_BUILD, 0);
     return declared ||
            module->CompileFunction("line", code.c_str(), 0, as::asCOMP_ADD_TO_MODULE, nullptr) >= 0;

@@ -1,6 +1,5 @@
 // script/kit: what a Tree can do besides where the embedded host keeps it, and files that are replaced
 // as it replaces its own.
-#include <cstring>
 #include <system_error>
 #include <vector>
 
@@ -14,15 +13,8 @@
 namespace uxscript {
 namespace {
 
-UXXmlWrapperBase& node_of(as::asIScriptGeneric* call) {
-    return self<ScriptTree>(call).value;
-}
-
 UXSelected selected(as::asIScriptGeneric* call) {
-    const auto& expression = argument<std::string>(call, 0);
-    if (std::memchr(expression.data(), '\0', expression.size()) != nullptr) {
-        throw ScriptError{"the path holds a character 0, where it would end"};
-    }
+    const std::string expression = c_text(call, 0);
     UXSelection selection;
     UXSelectFault fault;
     if (!selection.compile(expression.c_str(), &fault)) {
@@ -70,30 +62,25 @@ void select_texts(as::asIScriptGeneric* call) {
     });
 }
 
-const char* file_name(as::asIScriptGeneric* call) {
-    const auto& name = argument<std::string>(call, 0);
-    if (name.find('\0') != std::string::npos) throw ScriptError{"the name holds a character 0"};
-    return name.c_str();
-}
-
 void load_for_editing(as::asIScriptGeneric* call) {
     guarded([&] {
-        if (UXLoadForEditing(&node_of(call), file_name(call)) == 0) {
+        if (UXLoadForEditing(&node_of(call), c_text(call, 0)) == 0) {
             throw ScriptError{standard(UXGetLastLoadError())};
         }
     });
 }
 
+void save_as(as::asIScriptGeneric* call, const UXSaveOptions& options) {
+    if (UXSaveAs(&valid_node(call), c_text(call, 0), options, nullptr) == 0) {
+        throw ScriptError{standard(UXGetLastSaveError())};
+    }
+}
 void save_with_layout(as::asIScriptGeneric* call) {
     guarded([&] {
-        UXXmlWrapperBase& node = node_of(call);
-        if (node.IsNodeValid() == 0) throw ScriptError{"the Tree refers to no node"};
-        if (UXKeepsLayout(&node) == 0) {
+        if (UXKeepsLayout(&valid_node(call)) == 0) {
             throw ScriptError{"the Tree keeps no layout: it was not loaded by load_for_editing"};
         }
-        if (UXSaveAs(&node, file_name(call), UXSaveOptions{}, nullptr) == 0) {
-            throw ScriptError{standard(UXGetLastSaveError())};
-        }
+        save_as(call, {});
     });
 }
 
@@ -103,19 +90,15 @@ void keeps_layout(as::asIScriptGeneric* call) {
 
 void save_indented(as::asIScriptGeneric* call) {
     guarded([&] {
-        UXXmlWrapperBase& node = node_of(call);
-        if (node.IsNodeValid() == 0) throw ScriptError{"the Tree refers to no node"};
         UXSaveOptions options;
         options.form = UXSaveForm::kIndented;
-        if (UXSaveAs(&node, file_name(call), options, nullptr) == 0) {
-            throw ScriptError{standard(UXGetLastSaveError())};
-        }
+        save_as(call, options);
     });
 }
 
 void write_file(as::asIScriptGeneric* call) {
     guarded([&] {
-        UXFileOutput file(file_name(call));
+        UXFileOutput file(c_text(call, 0));
         if (!file.Write(argument<std::string>(call, 1)) || !file.Commit()) {
             throw ScriptError{argument<std::string>(call, 0) + ": " +
                               std::generic_category().message(file.Error())};

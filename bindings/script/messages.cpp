@@ -2,6 +2,7 @@
 #include "messages.h"
 
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 
 #include "printing.h"
@@ -20,11 +21,10 @@ std::string short_name(const char* section) {
 
 // The name that a message calls unknown; "" when it is about something else.
 std::string unknown_name(const std::string& text) {
-    for (const char* start : {"No matching symbol '", "No matching signatures to '", "Identifier '",
-                              "No matching operator", "'"}) {
-        const std::string begin = start;
-        if (!text.starts_with(begin) || !begin.ends_with("'")) continue;
-        std::string name = text.substr(begin.size());
+    for (const std::string_view start :
+         {"No matching symbol '", "No matching signatures to '", "Identifier '", "'"}) {
+        if (!text.starts_with(start)) continue;
+        std::string name = text.substr(start.size());
         name = name.substr(0, name.find_first_of("'( "));
         const std::size_t member = name.rfind("::");
         if (member != std::string::npos) name = name.substr(member + 2);

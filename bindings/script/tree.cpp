@@ -11,21 +11,6 @@ namespace {
 
 using Node = UXXmlWrapperBase;
 
-Node& node_of(as::asIScriptGeneric* call) {
-    return self<ScriptTree>(call).value;
-}
-Node& valid_node(as::asIScriptGeneric* call) {
-    Node& node = node_of(call);
-    if (node.IsNodeValid() == 0) throw ScriptError{"the Tree refers to no node"};
-    return node;
-}
-const char* c_text(as::asIScriptGeneric* call, as::asUINT index) {
-    const auto& text = argument<std::string>(call, index);
-    if (text.find('\0') != std::string::npos) {
-        throw ScriptError{"the text holds a character 0, where it would end"};
-    }
-    return text.c_str();
-}
 std::string tag_of(const Node& node) {
     CStringUTF8 tag;
     node.GetTagName(tag);

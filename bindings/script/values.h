@@ -88,6 +88,22 @@ void return_value(as::asIScriptGeneric* call, Given&&... given) {
 inline void return_handle(as::asIScriptGeneric* call, void* object) {
     *static_cast<void**>(call->GetAddressOfReturnLocation()) = object;
 }
+// The node of the Tree that a method belongs to; valid_node refuses one that refers to nothing.
+inline UXXmlWrapperBase& node_of(as::asIScriptGeneric* call) {
+    return self<ScriptTree>(call).value;
+}
+inline UXXmlWrapperBase& valid_node(as::asIScriptGeneric* call) {
+    if (node_of(call).IsNodeValid() == 0) throw ScriptError{"the Tree refers to no node"};
+    return node_of(call);
+}
+// A text for what takes it up to a character 0.
+inline const char* c_text(as::asIScriptGeneric* call, as::asUINT index) {
+    const auto& text = argument<std::string>(call, index);
+    if (text.find('\0') != std::string::npos) {
+        throw ScriptError{"the text holds a character 0, where it would end"};
+    }
+    return text.c_str();
+}
 inline std::string standard(const CStringUTF8& text) {
     return {static_cast<const char*>(text), static_cast<std::size_t>(text.GetLength())};
 }
