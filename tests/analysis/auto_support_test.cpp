@@ -137,15 +137,6 @@ TEST(vctree_get_auto_support, AnEmptyTextCountsAsAbsent) {
     EXPECT_EQ(get("<a Auto=''/>"), (Parsed{0}));
 }
 
-TEST(vctree_get_auto_support, AnInvalidNodeHasNone) {
-    UXXmlWrapperBase node;
-    CStringUTF8 name = "preset";
-    int count = 88;
-    EXPECT_EQ(vctree_get_auto_support(node, name, count), 0);
-    EXPECT_STREQ(name, "preset");
-    EXPECT_EQ(count, 88);
-}
-
 // --- set -----------------------------------------------------------------------------------------
 
 struct Set {
@@ -199,11 +190,6 @@ TEST(vctree_set_auto_support, WithoutSupportTheDefaultsAreMessageAndOne) {
 TEST(vctree_set_auto_support, AnEmptyNameIsARealName) {
     EXPECT_EQ(set("<a Auto='0|Fit|3'/>", 1, "", -1), (Set{1, "<a Auto=\"1||3\"></a>"}));
     EXPECT_EQ(set("<a/>", 1, "", 0), (Set{1, "<a Auto=\"1||0\"></a>"}));
-}
-
-TEST(vctree_set_auto_support, AnInvalidNodeYieldsZero) {
-    UXXmlWrapperBase node;
-    for (int mode : {0, 1, -1, 2}) EXPECT_EQ(vctree_set_auto_support(node, mode, "x", 1), 0);
 }
 
 // --- reset ---------------------------------------------------------------------------------------

@@ -252,23 +252,6 @@ TEST(uxtree_recursively_replace_combined_label_attributes, CountsLabelsThatDiffe
               0);
 }
 
-TEST(uxtree_recursively_replace_combined_label_attributes, YieldsZeroForBadArguments) {
-    TestTree tree("<r Label='A'/>");
-    UXXmlWrapperBase invalid;
-    auto find = script_texts({"A"});
-    auto ints = script_ints({1});
-    const auto call = [](UXXmlWrapperBase* node, UXScriptObject* a, UXScriptObject* b) {
-        return uxtree_recursively_replace_combined_label_attributes(node, a, b, nullptr);
-    };
-
-    EXPECT_EQ(call(nullptr, &find, &find), 0);
-    EXPECT_EQ(call(&invalid, &find, &find), 0);
-    EXPECT_EQ(call(&tree, nullptr, &find), 0);
-    EXPECT_EQ(call(&tree, &find, nullptr), 0);
-    EXPECT_EQ(call(&tree, &ints, &find), 0);
-    EXPECT_EQ(call(&tree, &find, &ints), 0);
-}
-
 // --- localization nodes ------------------------------------------------------------------------
 
 struct Localized {

@@ -222,11 +222,6 @@ TEST(uxtree_save_values_with_ids, IsTheTreeForm) {
     auto values = uxtest::script_texts({"a"});
     auto labels = uxtest::script_texts({"L"});
 
-    EXPECT_EQ(uxtree_save_values_with_ids(&tree, &ids, &values, nullptr, &ids), 0);
-    EXPECT_EQ(uxtree_save_values_with_ids(&tree, &values, &values, nullptr, nullptr), 0);
-    EXPECT_EQ(uxtree_save_values_with_ids(&tree, &ids, nullptr, nullptr, nullptr), 0);
-    EXPECT_EQ(uxtree_save_values_with_ids(nullptr, &ids, &values, nullptr, nullptr), 0);
-    EXPECT_EQ(tree.text(), tree_text("<r/>"));
     EXPECT_EQ(uxtree_save_values_with_ids(&tree, &ids, &values, "c", &labels), 1);
     EXPECT_EQ(tree.text(), tree_text("<Settings Comment='c'>Settings<node1 Label='L'>a</node1>"
                                      "</Settings>"));

@@ -357,23 +357,6 @@ TEST(vctree_find_XDE_treenode_from_path_in_tree, FoundMayBeTheTreeItself) {
     EXPECT_TRUE(node == tree.at("Counts"));
 }
 
-TEST(vctree_find_XDE_treenode_from_path_in_tree, UnusableArgumentsChangeNothing) {
-    TestTree tree(kTree);
-    UXXmlWrapperBase found = tree;
-    UXXmlWrapperBase invalid;
-    CWBOStringArray path = string_list({"Root", "*"});
-    CWBOStringArray rest = string_list({"kept"});
-    const auto find = vctree_find_XDE_treenode_from_path_in_tree;
-
-    EXPECT_EQ(find(nullptr, &tree, &path, 0, 0, &rest, 0), 0);
-    EXPECT_EQ(find(&found, nullptr, &path, 0, 0, &rest, 0), 0);
-    EXPECT_EQ(find(&found, &invalid, &path, 0, 0, &rest, 0), 0);
-    EXPECT_EQ(find(&found, &tree, nullptr, 0, 0, &rest, 0), 0);
-    EXPECT_TRUE(found == tree);
-    EXPECT_THAT(texts(path), ElementsAre("Root", "*"));
-    EXPECT_THAT(texts(rest), ElementsAre("kept"));
-}
-
 TEST(uxtree_find_XDE_treenode_from_path_in_tree, Forwards) {
     TestTree tree(kTree);
     UXXmlWrapperBase found;

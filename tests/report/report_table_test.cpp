@@ -207,13 +207,8 @@ TEST(report_make_input_data_table_var_row, OneHandleMayServeForRowTableAndParame
     EXPECT_EQ(to_text(tree.at("R1/C8")), cell(8, "c", "3"));
 }
 
-TEST(report_make_input_data_table_var_row, ABadTableGivesZero) {
+TEST(report_make_input_data_table_var_row, TakesNoParametersFromAnInvalidTree) {
     UXXmlWrapperBase invalid;
-    UXXmlWrapperBase out;
-    EXPECT_EQ(make(&out, nullptr, {}), 0);
-    EXPECT_EQ(make(&out, &invalid, {}), 0);
-    EXPECT_FALSE(out.IsNodeValid());
-
     TestTree table("<t/>");
     Row row;
     row.paramTree = &invalid;

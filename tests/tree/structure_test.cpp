@@ -136,11 +136,8 @@ TEST(uxtree_polish_tree_keep_DataID, KeepsOnlyTheExactName) {
     TestTree tree(
         "<r Label='x' DataID='1'><a dataid='2' _ux_id='5'><b Z='1' DataID='3' A='2'/></a>"
         "text</r>");
-    UXXmlWrapperBase invalid;
 
     uxtree_polish_tree_keep_DataID(&tree);
-    uxtree_polish_tree_keep_DataID(nullptr);
-    uxtree_polish_tree_keep_DataID(&invalid);
 
     EXPECT_EQ(tree.text(), tree_text("<r DataID='1'><a _ux_id='5'><b DataID='3'/></a>text</r>"));
 }
