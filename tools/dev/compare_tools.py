@@ -152,19 +152,30 @@ def amount(megabytes):
     return f"{megabytes:.1f} MB" if megabytes < 10 else f"{megabytes:.0f} MB"
 
 
+def waiting(words):
+    """The memory of a process that waits for its input, and how much of it no other process shares."""
+    with subprocess.Popen(words, stdin=subprocess.PIPE, stdout=subprocess.DEVNULL) as process:
+        time.sleep(1)
+        lines = pathlib.Path(f"/proc/{process.pid}/smaps_rollup").read_text().splitlines()[1:]
+        kilobytes = {line.split(":")[0]: int(line.split()[1]) for line in lines}
+        process.communicate(b"<r/>")
+    return (f"{amount(kilobytes['Rss'] / 1024)} "
+            f"({kilobytes['Private_Dirty'] / 1024:.1f} MB its own)")
+
+
 def floors(program):
-    """The memory of processes before they read anything, and how much of it no other process shares."""
-    texts = []
-    for tool, command in WAITING:
-        words = command.replace("uxtree", str(program), 1).split()
-        with subprocess.Popen(words, stdin=subprocess.PIPE, stdout=subprocess.DEVNULL) as process:
-            time.sleep(1)
-            lines = pathlib.Path(f"/proc/{process.pid}/smaps_rollup").read_text().splitlines()[1:]
-            kilobytes = {line.split(":")[0]: int(line.split()[1]) for line in lines}
-            process.communicate(b"<r/>")
-        texts.append(f"{tool} {amount(kilobytes['Rss'] / 1024)} "
-                     f"({kilobytes['Private_Dirty'] / 1024:.1f} MB its own)")
-    return ", ".join(texts)
+    return ", ".join(f"{tool} {waiting(command.replace('uxtree', str(program), 1).split())}"
+                     for tool, command in WAITING)
+
+
+def least():
+    """The same of a program in C++ that reads a line."""
+    with tempfile.TemporaryDirectory() as folder:
+        program = f"{folder}/least"
+        subprocess.run(["c++", "-O2", "-x", "c++", "-", "-o", program], text=True, check=True,
+                       input="#include <iostream>\n#include <string>\n"
+                             "int main() { std::string s; std::getline(std::cin, s); std::cout << s; }")
+        return waiting([program])
 
 
 def answer(place, command, program):
@@ -219,7 +230,7 @@ def page(program):
         results = list(compared(program, folder))
         size = (pathlib.Path(folder) / str(BOOKS) / "books.xml").stat().st_size / 1e6
     out = [HEAD.format(versions=versions(program), books=f"{BOOKS:,}", size=f"{size:.0f}", runs=RUNS,
-                       slow=SLOW, floors=floors(program))]
+                       slow=SLOW, floors=floors(program), least=least())]
     out.append("| Job | uxtree | the others |\n|---|---|---|\n")
     for (job, _, _), rows in zip(JOBS, results):
         cells = [f"{tool} {seconds:.2f} s, {amount(megabytes)}"
@@ -248,9 +259,9 @@ what takes more than {slow} seconds.
 package of that name; `yq` stands for `xq-python` of the package yq, which runs jq.
 
 Before it has read anything, a process takes: {floors}.
-`uxtree` checks, outlines and formats files of any size with little more than that. It starts larger
-than the smallest here, since it is one program for many jobs on shared libraries of its own and of
-others, scripts among them: nearly all of that is code, in pages that all processes of it share.
+A program in C++ that reads a line takes {least}. `uxtree` checks, outlines and formats files of any
+size with little more than it starts with; nearly all of that is code of one program for many jobs, in
+pages that all its processes share.
 
 Versions: {versions}.
 
