@@ -144,9 +144,9 @@ struct Nothing : Converter {
 inline void copy_in(as::CScriptArray& from, CWBOStringArray& to) {
     const as::asUINT size = from.GetSize();
     to.SetSize(static_cast<int>(size));
+    const auto* const texts = static_cast<const std::string* const*>(from.GetBuffer());
     for (as::asUINT i = 0; i < size; ++i) {
-        const auto& text = *static_cast<const std::string*>(from.At(i));
-        to.ElementAt(static_cast<int>(i)).Assign(text.data(), text.size());
+        to.ElementAt(static_cast<int>(i)).Assign(texts[i]->data(), texts[i]->size());
     }
 }
 template <class T>
