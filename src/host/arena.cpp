@@ -170,16 +170,6 @@ Ref ByteArena::add_chunk(std::size_t bytes) {
     return static_cast<Ref>(chunks_.size() - 1) << kUnitBits;
 }
 
-void ByteArena::release(Ref ref, std::size_t bytes) {
-    const std::size_t units = rounded_units(bytes);
-    if (units > kExactUnits) {
-        release_long(ref, units);
-        return;
-    }
-    std::memcpy(at(ref), &free_[units], sizeof(Ref));
-    free_[units] = ref;
-}
-
 void ByteArena::release_long(Ref ref, std::size_t units) {
     const Ref chunk = ref >> kUnitBits;
     if (chunks_[chunk].size() == units << 3) {

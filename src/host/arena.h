@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <new>
 #include <utility>
 #include <vector>
@@ -68,7 +69,12 @@ public:
         return short_.next;
     }
     // bytes as requested
-    void release(Ref ref, std::size_t bytes);
+    void release(Ref ref, std::size_t bytes) {
+        const std::size_t units = rounded_units(bytes);
+        if (units > kExactUnits) return release_long(ref, units);
+        std::memcpy(at(ref), &free_[units], sizeof(Ref));
+        free_[units] = ref;
+    }
     // Usable bytes of a block that was requested with `bytes`.
     static std::size_t capacity(std::size_t bytes) { return rounded_units(bytes) << 3; }
 

@@ -251,39 +251,42 @@ void Document::merge_attributes(Element& element, const Document& from, const El
 }
 
 void Document::remove_attribute(Element& element, const char* name) {
-    if (element.attributeCount == 0 || name == nullptr || *name == '\0') return;
-    if (!names_.has_mark(NameTable::mark_of(name))) return;
-    const NameId known = names_.find(name);
-    if (known != 0) remove_attribute(element, known);
+    if (name == nullptr || *name == '\0') return;
+    const NameId mark = NameTable::mark_of(name);
+    remove_last(element, [&](NameId own) {
+        return NameTable::mark_in(own) == mark && std::strcmp(this->name(own), name) == 0;
+    });
+}
+
+void Document::remove_attribute(Element& element, NameId name) {
+    remove_last(element, [&](NameId own) { return own == name; });
 }
 
 // From the end, since who removes many begins there.
-void Document::remove_attribute(Element& element, NameId name) {
+template <typename IsIt>
+void Document::remove_last(Element& element, IsIt&& isIt) {
     if (element.attributeCount == 0) return;
-    const Attribute* const all = attributes(element);
+    Attribute* const all = attributes(element);
     for (std::uint32_t i = element.attributeCount; i-- > 0;) {
-        if (all[i].name != name) continue;
-        remove_found(element, all + i);
+        if (!isIt(all[i].name)) continue;
+        if (all[i].size != 0) bytes_.release(all[i].value, all[i].size);
+        std::copy(all + i + 1, all + element.attributeCount, all + i);
+        --element.attributeCount;
         return;
     }
 }
 
-void Document::remove_found(Element& element, const Attribute* found) {
-    if (found->size != 0) bytes_.release(found->value, found->size);
-    Attribute* const all = attributes(element);
-    const auto index = static_cast<std::size_t>(found - all);
-    std::memmove(all + index, all + index + 1,
-                 (element.attributeCount - index - 1) * sizeof(Attribute));
-    --element.attributeCount;
-}
-
-void Document::clear_attributes(Element& element) {
+void Document::release_attributes(const Element& element) noexcept {
     if (element.attributeCapacity == 0) return;
-    const Attribute* attribute = attributes(element);
-    for (std::uint32_t i = 0; i < element.attributeCount; ++i, ++attribute) {
-        if (attribute->size != 0) bytes_.release(attribute->value, attribute->size);
+    const Attribute* const all = attributes(element);
+    for (std::uint32_t i = 0; i < element.attributeCount; ++i) {
+        if (all[i].size != 0) bytes_.release(all[i].value, all[i].size);
     }
     bytes_.release(element.attributes, element.attributeCapacity * sizeof(Attribute));
+}
+
+void Document::clear_attributes(Element& element) noexcept {
+    release_attributes(element);
     element.attributes = 0;
     element.attributeCount = 0;
     element.attributeCapacity = 0;
@@ -341,7 +344,7 @@ bool Document::shares_value(const Element& element) const {
            sharedValues_.count(element.value) != 0;
 }
 
-void Document::clear_value(Element& element) noexcept {
+void Document::release_value(const Element& element) noexcept {
     if (element.valueBytes == 0) return;
     if (shares_value(element)) {
         const auto owners = sharedValues_.find(element.value);
@@ -349,6 +352,10 @@ void Document::clear_value(Element& element) noexcept {
     } else {
         bytes_.release(element.value, element.valueBytes);
     }
+}
+
+void Document::clear_value(Element& element) noexcept {
+    release_value(element);
     element.value = 0;
     element.valueBytes = 0;
     element.valueKind = ValueKind::kText;
@@ -410,14 +417,14 @@ void Document::unlink(Element& child) {
 }
 
 void Document::free_storage(Element& element) noexcept {
-    clear_attributes(element);
-    clear_value(element);
+    release_attributes(element);
+    release_value(element);
     ++element.generation;
     elements_.release(element.self);
 }
 
 void Document::release(Element* top) noexcept {
-    release_children(*top);
+    if (top->first != 0) release_children(*top);
     free_storage(*top);
 }
 

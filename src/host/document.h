@@ -173,7 +173,7 @@ public:
     void merge_attributes(Element& element, const Document& from, const Element& source);
     void remove_attribute(Element& element, const char* name);
     void remove_attribute(Element& element, NameId name);
-    void clear_attributes(Element& element);
+    void clear_attributes(Element& element) noexcept;
     // Room for count attributes on an element that has none, for loading and copying.
     void reserve_attributes(Element& element, std::size_t count);
     void append_attribute(Element& element, NameId name, std::string_view value);
@@ -315,7 +315,10 @@ private:
                element.valueKind == ValueKind::kText;
     }
     std::string_view doubles_text(const Element& element, CStringUTF8& scratch) const;
-    void remove_found(Element& element, const Attribute* found);
+    template <typename IsIt>
+    void remove_last(Element& element, IsIt&& isIt);
+    void release_attributes(const Element& element) noexcept;
+    void release_value(const Element& element) noexcept;
     const Attribute* find_marked(const Element& element, const char* name) const;
     void move_content(const Element& source, Element& target);
     void prepare_origin(Element& element, Ref ref, std::uint32_t generation);
