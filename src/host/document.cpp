@@ -12,6 +12,7 @@
 #include "uxtree/host/utilities.h"
 
 #include "base/seeded_hash.h"
+#include "base/text_view.h"
 
 namespace uxhost {
 namespace {
@@ -97,7 +98,7 @@ NameId NameTable::find(std::string_view name) const {
     return slots_[probe(name, hash_of(name))].id;
 }
 
-NameId NameTable::intern(std::string_view name, ByteArena& bytes) {
+NameId NameTable::intern(std::string_view name, ByteArena& bytes, bool valid) {
     const std::uint32_t hash = hash_of(name);
     if (slots_.empty()) {
         names_.reserve(kFirstSlots / 2);
@@ -105,6 +106,7 @@ NameId NameTable::intern(std::string_view name, ByteArena& bytes) {
     }
     std::size_t slot = probe(name, hash);
     if (slots_[slot].id != 0) return slots_[slot].id;
+    if (!valid && !UXIsName(name)) return 0;
     if (2 * names_.size() >= slots_.size()) {
         grow();
         slot = probe(name, hash);
@@ -155,10 +157,8 @@ void Document::destroy() noexcept {
 }
 
 NameId Document::valid_name(const char* name) {
-    if (name == nullptr || *name == '\0') return 0;
-    const NameId known = names_.find(name);
-    if (known != 0) return known;
-    return UXIsName(name) ? names_.intern(name, bytes_) : 0;
+    const std::string_view text = ux::view_of(name);
+    return text.empty() ? 0 : names_.intern(text, bytes_, false);
 }
 
 // --- attributes --------------------------------------------------------------------------------

@@ -71,8 +71,8 @@ public:
     std::string_view text(NameId id) const { return names_[place_of(id)].text; }
     // The number of a name, 0 when the document has none such.
     NameId find(std::string_view name) const;
-    // Adds the name when it is new; the caller has made sure that it is valid.
-    NameId intern(std::string_view name, ByteArena& bytes);
+    // Adds the name when it is new. A text that is not known to be valid yields 0 when it is none.
+    NameId intern(std::string_view name, ByteArena& bytes, bool valid = true);
     // Another number for every state of every table.
     std::uint64_t stamp() const { return stamp_; }
     // One more than the names, and than any place.
