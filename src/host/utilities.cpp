@@ -36,26 +36,24 @@ bool separates(char c, char separator) {
 }
 
 // One token from `at` on, without its quotes; `at` moves to the separator behind it or to the end.
-std::string next_token(std::string_view text, std::size_t& at, char separator, char quote) {
-    std::string token;
+void next_token(std::string_view text, std::size_t& at, char separator, char quote,
+                std::string& token) {
+    token.clear();
     bool quoted = false;
-    for (; at < text.size(); ++at) {
-        const char c = text[at];
-        if (quote != '\0' && c == quote) {
-            const bool doubled = quoted && at + 1 < text.size() && text[at + 1] == quote;
-            if (doubled) {
-                token += quote;
-                ++at;
-            } else {
-                quoted = !quoted;
-            }
-        } else if (!quoted && separates(c, separator)) {
-            break;
-        } else {
-            token += c;
-        }
+    while (at < text.size()) {
+        const auto isQuote = [&](std::size_t place) {
+            return quote != '\0' && place < text.size() && text[place] == quote;
+        };
+        const std::size_t first = at;
+        while (at < text.size() && !isQuote(at) && (quoted || !separates(text[at], separator)))
+            ++at;
+        token.append(text, first, at - first);
+        if (!isQuote(at)) return;
+        const bool doubled = quoted && isQuote(at + 1);
+        if (doubled) token += quote;
+        if (!doubled) quoted = !quoted;
+        at += doubled ? 2 : 1;
     }
-    return token;
 }
 
 // A decimal number taken apart: the digits before and after the point, and the exponent.
@@ -252,8 +250,9 @@ int UXGetTokens(CWBOStringArray& tokens, const char* text, char separator, char 
     const std::string_view rest = view_of(text);
     const bool keepEmpty = separator != ' ';
     CWBOStringArray found;  // text may be one of the old tokens
+    std::string token;
     for (std::size_t at = 0; at < rest.size(); ++at) {
-        const std::string token = next_token(rest, at, separator, quote);
+        next_token(rest, at, separator, quote, token);
         if (keepEmpty || !token.empty()) add_text(found, token);
         const bool endsWithSeparator = at + 1 == rest.size();
         if (keepEmpty && endsWithSeparator) add_text(found, {});
