@@ -156,16 +156,19 @@ bool visit_levels(const UXXmlWrapperBase& top, const Level& first, Visit&& visit
 // second handle is invalid where there is none.
 template <typename Visit>
 bool visit_pairs(const UXXmlWrapperBase& top, const UXXmlWrapperBase& otherTop, Visit&& visit) {
-    UXXmlWrapperBase first;
-    otherTop.FirstChild(&first);
-    return visit_levels(
-        top, first,
-        [&](UXXmlWrapperBase& node, UXXmlWrapperBase& counterpart, UXXmlWrapperBase& below) {
-            const Step step = visit(node, counterpart);
-            if (step == Step::kGoOn) counterpart.FirstChild(&below);
-            counterpart.NextSibling(&counterpart);
-            return step;
-        });
+    std::vector<UXXmlWrapperBase> counterparts(1);  // of the nodes from top to here
+    otherTop.FirstChild(&counterparts[0]);
+    for (BranchCursor at(top); at.more();) {
+        const std::size_t level = at.level();
+        const Step step = visit(at.node(), counterparts[level]);
+        if (step == Step::kStop) return false;
+        step == Step::kGoOn ? at.into() : at.over();
+        UXXmlWrapperBase below;
+        if (at.level() > level) counterparts[level].FirstChild(&below);
+        counterparts[level].NextSibling(&counterparts[level]);
+        if (at.level() != level) counterparts.resize(at.level() + 1, below);
+    }
+    return true;
 }
 
 // Calls enter(node) before and leave(node, entered) after the branch of every node below top;
