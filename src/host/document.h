@@ -239,6 +239,18 @@ public:
         return nullptr;
     }
 
+    // The element itself or the next sibling behind it that has the tag. Records of one size stand at
+    // equal distances, so those a few siblings ahead are fetched from where they would be.
+    Element* first_with_tag(Element* element, NameId tag) const {
+        constexpr Ref kAhead = 8;
+        while (element != nullptr && element->tag != tag) {
+            const Ref next = element->next;
+            elements_.fetch(next + kAhead * (next - element->self));
+            element = this->element(next);
+        }
+        return element;
+    }
+
     // What the storage of elements, texts and names takes.
     std::size_t memory_bytes() const {
         return elements_.bytes() + bytes_.bytes() + names_.size() * kNameBytes;

@@ -255,9 +255,8 @@ int UXXmlWrapperBase::FindChild(const UXNameKey& tag, UXXmlWrapperBase* out) con
     if (parent == nullptr) return out->ReleaseNode() - 1;
     Document* const document = document_of(*this);
     const NameId wanted = UXNodeAccess::number(tag, *document);
-    Element* child = wanted == 0 ? nullptr : document->element(parent->first);
-    while (child != nullptr && child->tag != wanted) child = document->element(child->next);
-    return bind(*out, document, child);
+    if (wanted == 0) return out->ReleaseNode() - 1;
+    return bind(*out, document, document->first_with_tag(document->element(parent->first), wanted));
 }
 
 int UXXmlWrapperBase::NextSibling(const UXNameKey& tag, UXXmlWrapperBase* out) const {
@@ -266,9 +265,8 @@ int UXXmlWrapperBase::NextSibling(const UXNameKey& tag, UXXmlWrapperBase* out) c
     if (element == nullptr) return out->ReleaseNode() - 1;
     Document* const document = document_of(*this);
     const NameId wanted = UXNodeAccess::number(tag, *document);
-    Element* next = wanted == 0 ? nullptr : document->element(element->next);
-    while (next != nullptr && next->tag != wanted) next = document->element(next->next);
-    return bind(*out, document, next);
+    if (wanted == 0) return out->ReleaseNode() - 1;
+    return bind(*out, document, document->first_with_tag(document->element(element->next), wanted));
 }
 
 int UXXmlWrapperBase::NextBelow(const UXXmlWrapperBase& top, const UXNameKey* tag,
