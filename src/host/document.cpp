@@ -457,13 +457,13 @@ void Document::clear() noexcept {
 
 NameId Document::map_name(const Document& from, NameId name, NameMap& nameMap) {
     if (&from == this) return name;
-    const auto look_up = [&] { return names_.intern(from.names_.text(name), bytes_); };
+    const auto lookUp = [&] { return names_.intern(from.names_.text(name), bytes_); };
     if (nameMap.ids.empty()) {
-        if (++nameMap.asked < from.names_.size() / 16) return look_up();
+        if (++nameMap.asked < from.names_.size() / 16) return lookUp();
         nameMap.ids.resize(from.names_.size());
     }
     NameId& mapped = nameMap.ids[NameTable::place_of(name)];
-    if (mapped == 0) mapped = look_up();
+    if (mapped == 0) mapped = lookUp();
     return mapped;
 }
 

@@ -20,6 +20,15 @@ struct Predefined {
 constexpr std::array<Predefined, 5> kPredefined{
     {{"amp;", '&'}, {"lt;", '<'}, {"gt;", '>'}, {"quot;", '"'}, {"apos;", '\''}}};
 
+bool stands_at(const char* at, std::string_view text) {
+    return std::equal(text.begin(), text.end(), at);  // stops at the first other byte
+}
+
+// Of the bytes at which the search stops: quotes and what is not ASCII.
+bool stands_for_itself(char c) {
+    return static_cast<signed char>(c) < 0 || c == '"' || c == '\'';
+}
+
 constexpr std::uint32_t kMostCode = 0x10FFFF;
 
 // The value of a digit, 16 when it is none.
@@ -49,7 +58,7 @@ Reference numbered(const char* at) {
 Reference read_reference(const char* at) {
     if (at[1] == '#') return numbered(at);
     for (const Predefined& known : kPredefined) {
-        if (std::strncmp(at + 1, known.text.data(), known.text.size()) == 0) {
+        if (stands_at(at + 1, known.text)) {
             return {static_cast<unsigned char>(known.character),
                     static_cast<std::uint32_t>(known.text.size() + 1), 0};
         }
@@ -65,18 +74,17 @@ std::uint32_t unescape_value(char* value, std::uint32_t size) {
         if (out != at) std::memmove(out, at, static_cast<std::size_t>(stop - at));
         out += stop - at;
         at = stop;
-        if (at == end) return static_cast<std::uint32_t>(out - value);
-        if (*at == '&') {
+        while (at != end && *at == '&') {
             const Reference reference = read_reference(at);
             at += reference.length;
             out = encode_utf8(reference.code, out);
-        } else if (*at == '\r' || *at == '\n' || *at == '\t') {
+        }
+        while (at != end && is_blank(*at)) {
             at += at[0] == '\r' && at[1] == '\n' ? 2 : 1;
             *out++ = ' ';
-        } else {
-            do *out++ = *at++;
-            while (at != end && static_cast<signed char>(*at) < 0);
         }
+        while (at != end && stands_for_itself(*at)) *out++ = *at++;
+        if (at == end) return static_cast<std::uint32_t>(out - value);
     }
 }
 

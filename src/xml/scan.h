@@ -10,6 +10,7 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <string_view>
 
 #include "base/ascii.h"
 #include "base/byte_search.h"
@@ -37,21 +38,18 @@ enum ByteKind : std::uint8_t {
 
 constexpr std::array<std::uint8_t, 256> make_byte_kinds() {
     std::array<std::uint8_t, 256> kinds{};
-    for (std::size_t c = 0; c < 256; ++c) {
-        const bool control = c < 0x20;
-        const bool line = c == '\n' || c == '\t';
-        const bool high = c >= 0x80;
-        if ((control && !line) || high || c == '<' || c == '&' || c == ']') kinds[c] |= kTextStop;
-        if (control || high || c == '<' || c == '&' || c == '"' || c == '\'') {
-            kinds[c] |= kValueStop;
-        }
-        if (c <= 0x20 || high || c == '/' || c == '=' || c == '>') kinds[c] |= kNameStop;
-        if ((control && !line) || high) kinds[c] |= kOdd;
-        const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-        const bool starts = letter || c == '_' || c == ':';
-        if (starts) kinds[c] |= kNameStart;
-        if (starts || (c >= '0' && c <= '9') || c == '.' || c == '-') kinds[c] |= kNamePart;
+    const auto mark = [&kinds](std::string_view bytes, std::uint8_t kind) {
+        for (const char c : bytes) kinds[static_cast<unsigned char>(c)] |= kind;
+    };
+    for (std::size_t c = 0; c < kinds.size(); ++c) {
+        if (c < 0x20 || c >= 0x80) kinds[c] = kTextStop | kValueStop | kNameStop | kOdd;
     }
+    for (const char c : {'\n', '\t'}) kinds[static_cast<unsigned char>(c)] = kValueStop | kNameStop;
+    mark("<&]", kTextStop);
+    mark("<&\"'", kValueStop);
+    mark(" /=>", kNameStop);
+    mark("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_:", kNameStart | kNamePart);
+    mark("0123456789.-", kNamePart);
     return kinds;
 }
 inline constexpr std::array<std::uint8_t, 256> kByteKinds = make_byte_kinds();

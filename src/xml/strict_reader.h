@@ -457,8 +457,9 @@ private:
                 if (reference.length == 0) return fail(at + reference.stop);
                 at += reference.length;
                 escaped = true;
+                if (*at == '&') continue;
             } else if (byte == '\n' || byte == '\t' || byte == '\r') {
-                ++at;
+                while (is_blank(*at)) ++at;
                 escaped = true;
             } else if (byte == '"' || byte == '\'') {
                 ++at;
@@ -551,6 +552,7 @@ private:
     }
 
     // Yields the "<" that ends the text. Nothing of what was told has to stay in the window.
+    // NOLINTNEXTLINE(readability-function-cognitive-complexity): a case for each byte that ends a run
     char* text(char* at) {
         char* piece = at;
         for (;;) {
@@ -571,9 +573,14 @@ private:
                 if (at == nullptr) return nullptr;
                 piece = at;
             } else if (byte == ']') {
-                if (window_.end() - at < 3 && text_goes_on(piece, at)) continue;
-                if (at[1] == ']' && at[2] == '>') return give_up_at(piece);
-                ++at;
+                char* const behind = skip_brackets(at);
+                if (behind == window_.end()) {
+                    at = std::max(at, behind - 2);
+                    if (!text_goes_on(piece, at)) return give_up_at(piece);
+                    continue;
+                }
+                if (*behind == '>' && behind - at >= 2) return give_up_at(piece);
+                at = behind;
             } else if (byte == '\r') {
                 if (at + 1 == window_.end() && !text_goes_on(piece, at)) {
                     return give_up_at(piece);
@@ -593,15 +600,31 @@ private:
         piece = at;
         return more;
     }
-    // At a CR. One before a LF is left out, another one is a LF.
+    static char* skip_brackets(char* at) {
+        while (*at == ']') ++at;
+        return at;
+    }
+    // At a CR that is not the last byte of the window. One before a LF is left out, another one is
+    // a LF. Yields what is to be looked at next.
     char* line_end(char*& piece, char* at) {
         if (at[1] != '\n') {
-            *at = '\n';
-            return at + 1;
+            do *at++ = '\n';
+            while (at[0] == '\r' && at[1] != '\n' && at + 1 != window_.end());
+            return at;
         }
-        if (at != piece) sink_.text(piece, at);
-        piece = at + 1;
-        return piece;
+        if (at[2] != '\r') {
+            if (at != piece) sink_.text(piece, at);
+            piece = at + 1;
+            return piece;
+        }
+        char* behind = at;
+        do behind += 2;
+        while (behind[0] == '\r' && behind[1] == '\n');
+        char* const end = at + (behind - at) / 2;
+        std::fill(at, end, '\n');
+        sink_.text(piece, end);
+        piece = behind;
+        return behind;
     }
     char* text_reference(char* at) {
         Reference reference = read_reference(at);
@@ -625,18 +648,24 @@ private:
         sink_.keep();
         return section(at + 9);
     }
+    // NOLINTNEXTLINE(readability-function-cognitive-complexity): a case for each byte that ends a run
     char* section(char* at) {
         char* piece = at;
         for (;;) {
             at = find_pair<']', ']'>(at);
             const auto byte = static_cast<unsigned char>(*at);
             if (byte == ']') {
-                if (window_.end() - at < 3 && text_goes_on(piece, at)) continue;
-                if (at[2] == '>') {
-                    if (at != piece) sink_.text(piece, at);
-                    return at + 3;
+                char* const behind = skip_brackets(at);
+                if (behind == window_.end()) {
+                    at = behind - 2;
+                    if (!text_goes_on(piece, at)) return nullptr;
+                    continue;
                 }
-                ++at;
+                if (*behind == '>') {
+                    if (behind - 2 != piece) sink_.text(piece, behind - 2);
+                    return behind + 1;
+                }
+                at = behind;
             } else if (byte >= 0x80) {
                 char* const behind = skip_high(at);
                 at = behind;

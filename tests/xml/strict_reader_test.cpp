@@ -223,6 +223,27 @@ bool may_give_up(const std::string& xml) {
     return xml.find("<!DOCTYPE") != std::string::npos || xml.find("<?xml") != std::string::npos;
 }
 
+// The reader takes such runs in one step, and a window may end anywhere in them.
+TEST(StrictReader, ReadsRunsOfWhatEndsPlainText) {
+    for (const std::string piece : {"]", "\r\n", "\r", "\r\r\n", "\n", "\t \r\n", "&lt;", "&#9;\n",
+                                    "&amp;\r", "\"", "\"\xC3\xA9"}) {
+        std::string run;
+        for (int i = 0; i < 40; ++i, run += piece) {
+            accepted("<r>" + run + "a" + run + "<b/>" + run + "</r>");
+            accepted("<r><![CDATA[" + run + "a" + run + "]]></r>");
+            accepted("<r a='" + run + "b" + run + "c' d=''/>");
+        }
+    }
+    std::string brackets = "]]";
+    for (int i = 0; i < 40; ++i, brackets += "]") {
+        refused("<r>" + brackets + "></r>");
+        refused("<r>" + brackets);
+        refused("<r><![CDATA[" + brackets);
+        refused("<r><![CDATA[" + brackets + ">]]></r>");
+        accepted("<r><![CDATA[" + brackets + "></r>");
+    }
+}
+
 // NUL bytes at the end are no error for us.
 std::string without_padding(const std::string& xml) {
     if (xml.find('\0') == std::string::npos) return xml;
