@@ -96,6 +96,7 @@ private:
     // All in front of that place was told, and nothing behind it.
     char* give_up_at(const char* at) {
         if (!open_.empty()) told_ = window_.offset_of(at);
+        sink_.flush();  // others go on, without the window
         return nullptr;
     }
     // A token was not understood at stop_. Is that because the window ends there, and does the
