@@ -38,7 +38,7 @@ public:
     int GetRawStringData(const void* given, char* data, as::asUINT* length) const override {
         const auto& text = *static_cast<const std::string*>(given);
         if (length != nullptr) *length = static_cast<as::asUINT>(text.size());
-        if (data != nullptr) std::memcpy(data, text.data(), text.size());
+        if (data != nullptr) text.copy(data, text.size());
         return as::asSUCCESS;
     }
 
