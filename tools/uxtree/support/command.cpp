@@ -43,8 +43,9 @@ std::vector<const Command*> all_commands() {
 PreparedCommand prepare(const Command& command) {
     std::string title = "uxtree ";
     title += command.name;
-    PreparedCommand prepared{std::make_unique<CLI::App>(std::string(command.summary), title),
-                             nullptr, std::make_shared<std::string>("auto")};
+    PreparedCommand prepared;
+    prepared.app = std::make_unique<CLI::App>(std::string(command.summary), title);
+    prepared.colour = std::make_shared<std::string>("auto");
     CLI::App& app = *prepared.app;
     app.set_help_flag("-h,--help", "Print this help");
     app.get_formatter()->column_width(28);
