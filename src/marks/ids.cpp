@@ -35,8 +35,4 @@ int write_repeat_node_id(UXXmlWrapperBase& node, int id) {
     return write_marker(node, kRepeatNodeId, id);
 }
 
-int read_data_id(const UXXmlWrapperBase& node, const char* attribute) {
-    return int_attribute_of(node, attribute, -1);
-}
-
 }  // namespace ux

@@ -24,7 +24,4 @@ inline int one_set_id(unsigned short index, unsigned short set) {
     return static_cast<int>(one_set_high_word(set) << 16 | index);
 }
 
-// An identifier as it stands in an attribute, such as "DataID"; -1 when it is absent or no number.
-int read_data_id(const UXXmlWrapperBase& node, const char* attribute);
-
 }  // namespace ux
