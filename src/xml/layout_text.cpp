@@ -213,12 +213,6 @@ void append_attribute_value(std::string& out, std::string_view text, char quote,
 
 // --- reading -----------------------------------------------------------------------------------
 
-void WrittenValue::clear() {
-    text_.clear();
-    atoms_.clear();
-    runs_.clear();
-}
-
 void WrittenValue::add_text(std::size_t begin, std::size_t end) {
     add_run(Form::kText, begin, end);
 }

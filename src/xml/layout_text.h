@@ -31,7 +31,6 @@ public:
     WrittenValue(std::string_view source, const EntityText& entityText)
         : source_(source), entityText_(entityText) {}
 
-    void clear();
     // Each adds one run, as positions in the source; those of a section stand within its marks.
     void add_text(std::size_t begin, std::size_t end);
     void add_section(std::size_t begin, std::size_t end);
