@@ -61,6 +61,10 @@ OpenFile open_device_to_write(const char* path);
 // EEXIST when something has that name, be it a link. For its owner alone, or as is usual for him.
 OpenFile create_file(const char* path, bool forOwnerAlone);
 
+// To write and read: a file in the folder of temporary files that nobody else finds, and that is gone
+// when it is closed.
+OpenFile create_nameless_file();
+
 bool may_read(const char* path);   // with the rights that the process has
 bool may_write(const char* path);  // with the rights of who runs it
 // Puts a file under the name of another, which goes away in the same moment.

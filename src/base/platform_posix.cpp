@@ -151,6 +151,15 @@ OpenFile create_file(const char* path, bool forOwnerAlone) {
     return opened(path, O_WRONLY | O_CREAT | O_EXCL, forOwnerAlone ? 0600 : 0666);
 }
 
+OpenFile create_nameless_file() {
+    const char* const folder = trusted_environment("TMPDIR");
+    std::string path = folder == nullptr || *folder == '\0' ? "/tmp" : folder;
+    path += "/uxtree-XXXXXX";
+    OpenFile file(::mkostemp(path.data(), O_CLOEXEC));
+    if (file.is_open()) ::unlink(path.c_str());
+    return file;
+}
+
 bool may_read(const char* path) {
     return ::faccessat(AT_FDCWD, path, R_OK, AT_EACCESS) == 0;
 }

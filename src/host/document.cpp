@@ -294,16 +294,34 @@ void Document::clear_attributes(Element& element) noexcept {
 
 // --- values ------------------------------------------------------------------------------------
 
-std::string_view Document::doubles_text(const Element& element, CStringUTF8& scratch) const {
-    scratch.Empty();
+std::string_view Document::made_text(const Element& element, CStringUTF8& scratch) const {
+    if (element.valueKind == ValueKind::kTextInFile) {
+        textFile_->read(element.value, element.valueBytes, scratch);
+    } else {
+        scratch.Empty();
+        append_doubles(element, scratch);
+    }
+    return {scratch, static_cast<std::size_t>(scratch.GetLength())};
+}
+
+void Document::append_doubles(const Element& element, CStringUTF8& text) const {
     const double* values = doubles(element);
     CStringUTF8 number;
     for (std::size_t i = 0; i < element.valueBytes / sizeof(double); ++i) {
-        if (i != 0) scratch += ' ';
+        if (i != 0) text += ' ';
         UXFormatDouble(values[i], number);
-        scratch += number;
+        text += number;
     }
-    return {scratch, static_cast<std::size_t>(scratch.GetLength())};
+}
+
+bool Document::put_into_file(Element& element, std::string_view text) {
+    if (textFile_ == nullptr) textFile_ = std::make_unique<TextFile>();
+    const Ref place = textFile_->add(text);
+    if (place == 0) return false;
+    element.value = place;
+    element.valueBytes = static_cast<std::uint32_t>(text.size());
+    element.valueKind = ValueKind::kTextInFile;
+    return true;
 }
 
 void Document::set_value_bytes(Element& element, const void* bytes, std::size_t size,
@@ -314,6 +332,7 @@ void Document::set_value_bytes(Element& element, const void* bytes, std::size_t 
         return;
     }
     const bool fits = element.valueBytes != 0 && !shares_value(element) &&
+                      element.valueKind != ValueKind::kTextInFile &&
                       (element.valueBytes == size ||
                        ByteArena::capacity(element.valueBytes) == ByteArena::capacity(size));
     if (fits) {
@@ -341,7 +360,7 @@ void Document::set_doubles(Element& element, const double* values, std::size_t c
 
 bool Document::shares_value(const Element& element) const {
     return element.valueBytes >= kSharedValueBytes && !sharedValues_.empty() &&
-           sharedValues_.count(element.value) != 0;
+           element.valueKind != ValueKind::kTextInFile && sharedValues_.count(element.value) != 0;
 }
 
 void Document::release_value(const Element& element) noexcept {
@@ -349,7 +368,7 @@ void Document::release_value(const Element& element) noexcept {
     if (shares_value(element)) {
         const auto owners = sharedValues_.find(element.value);
         if (--owners->second == 0) sharedValues_.erase(owners);
-    } else {
+    } else if (element.valueKind != ValueKind::kTextInFile) {
         bytes_.release(element.value, element.valueBytes);
     }
 }
@@ -480,8 +499,13 @@ void Document::copy_attributes(const Document& from, const Element& source, Elem
 
 void Document::copy_value(const Document& from, const Element& source, Element& target) {
     if (source.valueBytes == 0) return;
-    if (&from == this && source.valueBytes >= kSharedValueBytes) {
-        ++sharedValues_[source.value];
+    const bool inFile = source.valueKind == ValueKind::kTextInFile;
+    if (inFile && &from != this) {
+        CStringUTF8 text;
+        return set_value(target, from.made_text(source, text));
+    }
+    if (inFile || (&from == this && source.valueBytes >= kSharedValueBytes)) {
+        if (!inFile) ++sharedValues_[source.value];
         clear_value(target);
         target.value = source.value;
         target.valueBytes = source.valueBytes;
@@ -606,7 +630,8 @@ void Document::become_copy(const Document& from, const Element& source) {
         layout_->whole = from.layout_->whole && source.self == from.root_;
     }
     // A whole document without many holes is copied as memory: references mean the same there.
-    const bool whole = source.self == from.root_ && from.elements_.free_count() < 1024;
+    const bool whole = source.self == from.root_ && from.elements_.free_count() < 1024 &&
+                       from.textFile_ == nullptr;
     if (!whole) {
         set_root(copy(from, source, true));
         return;

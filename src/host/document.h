@@ -14,6 +14,7 @@
 #include "base/large_memory.h"
 #include "host/arena.h"
 #include "host/layout.h"
+#include "host/text_file.h"
 
 namespace uxhost {
 
@@ -24,10 +25,10 @@ using NameId = std::uint32_t;  // 0 is none
 inline constexpr int kNoId = -1;
 inline constexpr const char* kIdAttribute = "_ux_id";  // carries the ID in files
 
-enum class ValueKind : std::uint32_t { kText, kDoubles };
+enum class ValueKind : std::uint32_t { kText, kDoubles, kTextInFile };
 
 // One element. Links are element references; the text of a value is made on demand when it is
-// kept as doubles.
+// kept as doubles or in a file.
 struct Element {
     Ref self;
     Ref parent;
@@ -42,7 +43,7 @@ struct Element {
     Ref attributes;  // block of attributeCapacity attributes
     std::uint32_t attributeCount;
     std::uint32_t attributeCapacity;
-    Ref value;
+    Ref value;  // a place in the document's file for a text that is there
     std::uint32_t valueBytes;
     ValueKind valueKind;
 };
@@ -181,7 +182,7 @@ public:
     bool has_value(const Element& element) const { return element.valueBytes != 0; }
     // The value's text, empty when there is none. scratch holds it when it has to be made.
     std::string_view value_text(const Element& element, CStringUTF8& scratch) const {
-        if (element.valueKind == ValueKind::kDoubles) return doubles_text(element, scratch);
+        if (element.valueKind != ValueKind::kText) return made_text(element, scratch);
         return text_at_hand(element);
     }
     // The value's text, empty when it has to be made.
@@ -190,9 +191,9 @@ public:
         return {bytes_.at(element.value), element.valueBytes};
     }
     void get_value(const Element& element, CStringUTF8& out) const {
-        if (element.valueKind == ValueKind::kDoubles) {
+        if (element.valueKind != ValueKind::kText) {
             CStringUTF8 made;
-            doubles_text(element, made);
+            made_text(element, made);
             out = std::move(made);
             return;
         }
@@ -290,6 +291,9 @@ public:
         return bytes_.at(ref);
     }
 
+    // Puts the value of an element that has none into a temporary file; false when that is full.
+    bool put_into_file(Element& element, std::string_view text);
+
     // Makes an empty document a deep copy of the element.
     void become_copy(const Document& from, const Element& source);
 
@@ -326,7 +330,8 @@ private:
         return element.valueBytes - 1 < kSharedValueBytes - 1 &&
                element.valueKind == ValueKind::kText;
     }
-    std::string_view doubles_text(const Element& element, CStringUTF8& scratch) const;
+    std::string_view made_text(const Element& element, CStringUTF8& scratch) const;
+    void append_doubles(const Element& element, CStringUTF8& text) const;
     template <typename IsIt>
     void remove_last(Element& element, IsIt&& isIt);
     void release_attributes(const Element& element) noexcept;
@@ -346,6 +351,7 @@ private:
     // have each. A shared value is never written into.
     std::unordered_map<Ref, std::uint32_t> sharedValues_;
     std::unique_ptr<DocumentLayout> layout_;
+    std::unique_ptr<TextFile> textFile_;  // null: no text is in a file
     Ref root_ = 0;
     std::uint32_t references_ = 0;
 };

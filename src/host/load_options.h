@@ -15,6 +15,8 @@ struct LoadOptions {
     std::uint64_t maxBytes = 0;
     std::uint64_t maxElements = 0;
     std::uint64_t maxMemory = 0;
+    // Long texts of a document that has grown to this size go into a temporary file.
+    std::uint64_t mostInMemory = 0;
     // May be empty; false ends the reading.
     std::function<bool(std::uint64_t done, std::uint64_t total)> progress;
     // For tests: the parser reads everything, or the reader's window is smaller.

@@ -22,7 +22,7 @@ LoadOptions options_of_services() {
 
 std::unique_ptr<DocumentHolder> load_document(const ByteSource& source, std::uint64_t totalBytes,
                                               const LoadOptions& options, UXFileError& error) {
-    TreeSink sink(options.maxNesting, options.maxElements);
+    TreeSink sink(options);
     const auto memory = [&sink] { return sink.memory_bytes(); };
     if (!read_watched(source, totalBytes, options, memory, sink, error)) return nullptr;
     return sink.take_document();

@@ -40,9 +40,11 @@ ByteSource file_source(const ux::RegularFile& file) {
             [&file](std::uint64_t offset) { file.seek(offset); }};
 }
 
-int load_into(UXXmlWrapperBase& node, const ByteSource& source, std::uint64_t totalBytes) {
-    const auto document =
-        uxhost::load_document(source, totalBytes, uxhost::options_of_services(), lastLoadFailure);
+int load_into(UXXmlWrapperBase& node, const ByteSource& source, std::uint64_t totalBytes,
+              std::uint64_t mostInMemory = 0) {
+    uxhost::LoadOptions options = uxhost::options_of_services();
+    options.mostInMemory = mostInMemory;
+    const auto document = uxhost::load_document(source, totalBytes, options, lastLoadFailure);
     if (document == nullptr) return 0;
     return uxhost::bind(node, document->document, (*document)->root());
 }
@@ -219,6 +221,14 @@ void make_content(const uxhost::Document& document, const Element& element,
 int UXXmlWrapperBase::load(const char* path, int /*unused*/, bool /*unusedFlag*/) {
     return loading_file(path, [&](const ux::RegularFile& file) {
         return load_into(*this, file_source(file), file.size());
+    });
+}
+
+int UXLoadLean(UXXmlWrapperBase* out, const char* path) {
+    constexpr std::uint64_t kMostInMemory = std::uint64_t{8} << 20;
+    if (out == nullptr) return 0;
+    return loading_file(path, [&](const ux::RegularFile& file) {
+        return load_into(*out, file_source(file), file.size(), kMostInMemory);
     });
 }
 

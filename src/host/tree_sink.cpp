@@ -23,9 +23,10 @@ void copy_units(char* target, const char* source, std::size_t units) {
 
 }  // namespace
 
-TreeSink::TreeSink(int maxNesting, std::uint64_t mostElements)
-    : mostOpen_(static_cast<std::size_t>(std::max(maxNesting, 0))),
-      mostElements_(mostElements == 0 ? UINT64_MAX : mostElements) {
+TreeSink::TreeSink(const LoadOptions& options)
+    : mostOpen_(static_cast<std::size_t>(std::max(options.maxNesting, 0))),
+      mostElements_(options.maxElements == 0 ? UINT64_MAX : options.maxElements),
+      mostInMemory_(options.mostInMemory) {
     restart();
 }
 
@@ -106,7 +107,8 @@ void TreeSink::add_one_by_one(Element& element, const ux::xml::StartTag& tag) {
 void TreeSink::set_text(Element& element, std::string_view text) {
     if (text.empty()) return;
     if (text.size() > ByteArena::kShortBytes) {
-        document_->set_value(element, text);
+        const bool fits = mostInMemory_ == 0 || document_->memory_bytes() < mostInMemory_;
+        if (fits || !document_->put_into_file(element, text)) document_->set_value(element, text);
         return;
     }
     const std::size_t units = units_of(text.size());

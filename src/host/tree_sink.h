@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/document.h"
+#include "host/load_options.h"
 #include "xml/scan.h"
 #include "xml/start_tag.h"
 
@@ -19,8 +20,8 @@ namespace uxhost {
 // two tags.
 class TreeSink {
 public:
-    // Deeper nesting is refused, and more elements are, unless mostElements is 0.
-    TreeSink(int maxNesting, std::uint64_t mostElements);
+    // Of the options it keeps to the limits of nesting and elements, and to where texts are kept.
+    explicit TreeSink(const LoadOptions& options);
 
     std::unique_ptr<DocumentHolder> take_document() { return std::move(holder_); }
     // Of the document and of text that has no place in it yet.
@@ -97,6 +98,7 @@ private:
     Document* document_ = nullptr;
     std::size_t mostOpen_;
     std::uint64_t mostElements_;
+    std::uint64_t mostInMemory_;
     std::uint64_t elements_ = 0;
     std::uint32_t idName_ = 0;  // the number of the reserved attribute's name, if it was met
     std::vector<Open> open_;

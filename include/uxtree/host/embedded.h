@@ -22,6 +22,16 @@ struct UXFileError {
 // The failure of this thread's last load in parts, for tools that print positions.
 UXHOST_API const UXFileError& UXGetLastLoadFailure();
 
+// --- documents of long texts ---------------------------------------------------------------------
+
+// Like load, for large documents whose texts are needed one at a time: what the document takes beyond
+// 8 MB is not kept in memory where it is texts of more than 512 bytes, but in a temporary file without
+// a name, in the folder that TMPDIR names or in /tmp. Every operation works as ever; reading such a text
+// reads it from the file, and fails for want of memory when that cannot be done. A text that has no
+// place there is kept in memory. Attributes, short texts and everything that is changed or copied into
+// another document stand in memory, too.
+UXHOST_API int UXLoadLean(UXXmlWrapperBase* out, const char* path);
+
 // --- reading without a tree ----------------------------------------------------------------------
 
 // An attribute as a listener is told of it.
