@@ -52,7 +52,7 @@ int import_file(const char* path, const Import& what) {
     if (opened == kN42Ok) return run(reader, what);
     if (opened != kN42IsOtherForm) return kN42NoForm;
     CVCn42File2006 reader2006(path, what.flags);
-    return reader2006.OpenLoaded(reader) == kN42Ok ? run(reader2006, what) : kN42NoForm;
+    return reader2006.OpenLoaded(reader.Root()) == kN42Ok ? run(reader2006, what) : kN42NoForm;
 }
 
 }  // namespace

@@ -36,16 +36,12 @@ N42Document::N42Document(const char* path) : path_(path), fileBytes_(file_size(p
 
 int N42Document::Open() {
     if (UXAccess(path_, kReadPermission) != 0) return kN42CannotRead;
-    if (!document_.load(path_, 0, false)) return kN42CannotLoad;
-    return LookAtRoot();
+    UXXmlWrapperBase document;
+    return document.load(path_, 0, false) ? OpenLoaded(document) : kN42CannotLoad;
 }
 
-int N42Document::OpenLoaded(const N42Document& other) {
-    document_ = other.document_;
-    return LookAtRoot();
-}
-
-int N42Document::LookAtRoot() {
+int N42Document::OpenLoaded(const UXXmlWrapperBase& document) {
+    document_ = document;
     CollectPrefixes();
     std::string_view tag;
     document_.GetTagView(tag);

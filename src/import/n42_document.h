@@ -26,15 +26,15 @@ public:
     // Loads the file and looks at its root. 0, or -9099 when the file cannot be read, -9098 when
     // it is no XML, 10 when the 2011 reader meets the 2006 form, -9097 for any other root.
     int Open();
-    // The same with the document of a reader of the other form.
-    int OpenLoaded(const N42Document& other);
+    // The same with a document that is loaded already.
+    int OpenLoaded(const UXXmlWrapperBase& document);
+    const UXXmlWrapperBase& Root() const { return document_; }
     std::string RootName() const;
     // How many elements of the whole document are called "Spectrum", whatever their prefix.
     std::size_t SpectraAnywhere() const;
 
 protected:
     virtual int CheckRoot(bool known, Q_n42_ID root) const = 0;
-    const UXXmlWrapperBase& Root() const { return document_; }
     std::uint64_t FileBytes() const { return fileBytes_; }
 
     // The identifier of an element's tag; 0 when it is none of the format's names.
@@ -53,7 +53,6 @@ protected:
     std::string_view TextView(const UXXmlWrapperBase& element);
 
 private:
-    int LookAtRoot();
     void CollectPrefixes();
     bool IsKnown(std::string_view prefix) const;
     std::string_view WithoutPrefix(std::string_view tag) const;

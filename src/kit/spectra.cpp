@@ -10,6 +10,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "uxtree/host/embedded.h"
 #include "uxtree/import/n42.h"
 
 #include "base/decimal.h"
@@ -23,6 +24,7 @@ namespace {
 
 using Core = ux::CVCn42FileBase;
 
+constexpr int kReadPermission = 4;
 constexpr const char* kUnitOf2011 = "keV";
 
 std::string to_text(const CStringUTF8& text) {
@@ -112,20 +114,18 @@ private:
 SpectrumOpening SpectrumReader::State::open(const char* path,
                                             const std::vector<std::string>& wanted) {
     if (!ux::given(path)) return SpectrumOpening::kUnreadable;
-    auto newForm = std::make_unique<ux::CVCn42File>(path, 0);
-    int opened = newForm->Open();
-    if (opened == ux::kN42CannotRead) return SpectrumOpening::kUnreadable;
-    if (opened == ux::kN42CannotLoad) return SpectrumOpening::kNoXml;
-    root = newForm->RootName();
+    if (UXAccess(path, kReadPermission) != 0) return SpectrumOpening::kUnreadable;
+    UXXmlWrapperBase document;
+    if (UXLoadLean(&document, path) == 0) return SpectrumOpening::kNoXml;
     form = "2011";
+    core_ = std::make_unique<ux::CVCn42File>(path, 0);
+    int opened = core_->OpenLoaded(document);
     if (opened == ux::kN42IsOtherForm) {
-        auto oldForm = std::make_unique<ux::CVCn42File2006>(path, 0);
-        opened = oldForm->OpenLoaded(*newForm);
         form = "2006";
-        core_ = std::move(oldForm);
-    } else {
-        core_ = std::move(newForm);
+        core_ = std::make_unique<ux::CVCn42File2006>(path, 0);
+        opened = core_->OpenLoaded(document);
     }
+    root = core_->RootName();
     if (opened != ux::kN42Ok) return SpectrumOpening::kOtherRoot;
     list_detectors(path);
     CWBOStringArray selection;
@@ -148,7 +148,7 @@ void SpectrumReader::State::list_detectors(const char* path) {
     } else {
         preview = std::make_unique<ux::CVCn42File2006>(path, ux::kN42Preview);
     }
-    if (preview->OpenLoaded(*core_) != ux::kN42Ok) return;
+    if (preview->OpenLoaded(core_->Root()) != ux::kN42Ok) return;
     preview->Read(&names);
     for (int i = 0; i < names.GetSize(); ++i) detectors.push_back(to_text(names.GetAt(i)));
 }

@@ -1,8 +1,9 @@
 // Spectrum files (ANSI N42.42) spectrum by spectrum: what each file holds, and why when something is
 // missing.
 //
-// A file is read in the order in which it was written. Only the document itself and one spectrum
-// are in memory at a time. Numbers are those of VCTree_n42_ (uxtree/import/n42.h).
+// A file is read in the order in which it was written. One spectrum is in memory at a time, the first
+// 8 MB of the document, and what says where the other spectra are, a kilobyte each; their channels wait
+// in a temporary file (see UXLoadLean). Numbers are those of VCTree_n42_ (uxtree/import/n42.h).
 //
 // No function throws. An object belongs to one thread at a time; different objects may be used by
 // different threads at once.
