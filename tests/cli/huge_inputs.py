@@ -26,6 +26,13 @@ def attributes(count):
     return "<r " + " ".join(f'a{i}="{i}"' for i in range(count)) + "/>"
 
 
+def spectra(count, channels):
+    text = " ".join(str(10_000 + i % 90_000) for i in range(channels))
+    spectrum = f"<Spectrum><ChannelData>{text}</ChannelData></Spectrum>"
+    return ("<RadInstrumentData><RadMeasurement><MeasurementClassCode>Foreground"
+            f"</MeasurementClassCode>{spectrum * count}</RadMeasurement></RadInstrumentData>")
+
+
 # name, document, arguments ("@" is the file), exit code, bytes of output at least, seconds, MiB
 ROWS = [
     ("outline of a million levels", lambda: deep(1_000_000), ["outline", "@", "-o", "/dev/null"],
@@ -39,6 +46,10 @@ ROWS = [
      ["edit", "-o", "/dev/null", "@", "strip"], 0, 0, 10, 1000),
     ("100 MB of text in one element", lambda: "<r>" + "word " * 20_000_000 + "</r>",
      ["show", "@", "-o", "/dev/null"], 0, 0, 20, 1500),
+    ("60 MB of spectra as columns", lambda: spectra(1250, 8192),
+     ["n42", "export", "@", "-o", "/dev/null"], 0, 0, 20, 100),
+    ("60 MB of spectra as objects", lambda: spectra(1250, 8192),
+     ["n42", "export", "-f", "json", "@", "-o", "/dev/null"], 0, 0, 20, 60),
 ]
 
 

@@ -1,4 +1,4 @@
-"""Exports of files whose numbers take more memory than there is.
+"""Exports of files which take more memory than there is, as numbers or as texts.
 
 Sanitizers leave no room for such a limit, so CMakeLists.txt tries these with what is released alone.
 """
@@ -15,16 +15,19 @@ def count_at(spectrum, channel):
 
 
 def export(tool, *args):
-    spectra = "".join(
+    export_file(tool, "".join(
         '<Spectrum><ChannelData compressionCode="CountedZeroes">'
         + (f"0 {i % 1000} " if i % 1000 else "") + f"{i + 1} 0 {CHANNELS - 1 - i % 1000}"
-        + "</ChannelData></Spectrum>" for i in range(SPECTRA))
+        + "</ChannelData></Spectrum>" for i in range(SPECTRA)), LIMIT, *args)
+
+
+def export_file(tool, spectra, limit, *args):
     tool.write("s.n42", "<RadInstrumentData><RadMeasurement><MeasurementClassCode>Foreground"
                f"</MeasurementClassCode>{spectra}</RadMeasurement></RadInstrumentData>")
     done = subprocess.run(
         [tool.program, "n42", "export", *args, "s.n42"], cwd=tool.folder, capture_output=True,
         timeout=120, env=tool.environment({}),
-        preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (LIMIT, LIMIT)))
+        preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (limit, limit)))
     assert done.returncode == 0, done.stderr.decode()
 
 
@@ -45,6 +48,17 @@ def test_sums_take_no_memory_of_the_size_of_the_file(tool):
     rows = [line.split(",") for line in tool.path("sum.csv").read_text().splitlines()[1:]]
     assert [int(row[1]) for row in rows[:1001]] \
         == [sum(count_at(i, channel) for i in range(SPECTRA)) for channel in range(1001)]
+
+
+def test_texts_take_no_memory_of_the_size_of_the_file(tool):
+    counts = [10_000 + i % 90_000 for i in range(CHANNELS)]
+    text = " ".join(map(str, counts))
+    spectra, limit = 600, 56 << 20  # 29 MB of text
+    channels = "<Spectrum><ChannelData>" + text + "</ChannelData></Spectrum>"
+    export_file(tool, channels * spectra, limit, "--sum", "-o", "sum.csv")
+    rows = [line.split(",") for line in tool.path("sum.csv").read_text().splitlines()[1:]]
+    assert [int(row[1]) for row in rows] == [spectra * count for count in counts]
+    assert not list(tool.folder.glob("uxtree-*")), "a temporary file is left"
 
 
 CASES = []
