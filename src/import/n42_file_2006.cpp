@@ -126,48 +126,50 @@ void CVCn42File2006::NoteEmpty(const UXXmlWrapperBase& measurement) {
 
 void CVCn42File2006::ReadSpectrum(const UXXmlWrapperBase& element, int level) {
     N42Spectrum spectrum;
-    ONEDATA data;
-    for (UXXmlWrapperBase& child : children(element)) ReadChildOfSpectrum(child, spectrum, data);
+    for (UXXmlWrapperBase& child : children(element)) {
+        const int id = IdOf(child);
+        if (id == kN42ChannelData) ReadChannels(child, spectrum);
+        if (id == kN42Calibration && spectrum.calibration < 0) {
+            spectrum.calibration = OwnCalibration(child);
+        }
+    }
     if (spectrum.channels.empty()) {
         ++losses_.spectraWithoutChannels;
         return;
     }
-    data.level = level;
     spectrum.element = element;
     spectra_.push_back(std::move(spectrum));
-    data_.push_back(std::move(data));
+    levelOf_.push_back(level);
 }
 
-void CVCn42File2006::ReadChildOfSpectrum(const UXXmlWrapperBase& child, N42Spectrum& spectrum,
-                                         ONEDATA& data) {
-    const auto note = [&](Word& word) {  // the first of repeated texts counts
-        if (!usable(word)) word = child;
-    };
-    switch (IdOf(child)) {
-        case kN42ChannelData:
-            ReadChannels(child, spectrum);
-            break;
-        case kN42Calibration:
-            if (spectrum.calibration < 0) spectrum.calibration = OwnCalibration(child);
-            break;
-        case kN42LiveTime:
-            note(spectrum.liveTime);
-            break;
-        case kN42StartTime:
-            note(data.startTime);
-            break;
-        case kN42SampleRealTime:
-            note(data.sampleRealTime);
-            break;
-        case kN42SourceType:
-            note(data.sourceType);
-            break;
-        case kN42DetectorType:
-            note(data.detectorType);
-            break;
-        default:
-            if (HasLocalName(child, kRealTime)) note(data.realTime);
+// Read when it is asked for, since a file may have a million spectra.
+CVCn42File2006::ONEDATA CVCn42File2006::DataOf(const UXXmlWrapperBase& spectrum) {
+    ONEDATA data;
+    for (UXXmlWrapperBase& child : children(spectrum)) {
+        const auto note = [&](Word& word) {  // the first of repeated texts counts
+            if (!usable(word)) word = child;
+        };
+        switch (IdOf(child)) {
+            case kN42LiveTime:
+                note(data.liveTime);
+                break;
+            case kN42StartTime:
+                note(data.startTime);
+                break;
+            case kN42SampleRealTime:
+                note(data.sampleRealTime);
+                break;
+            case kN42SourceType:
+                note(data.sourceType);
+                break;
+            case kN42DetectorType:
+                note(data.detectorType);
+                break;
+            default:
+                if (HasLocalName(child, kRealTime)) note(data.realTime);
+        }
     }
+    return data;
 }
 
 // Reads a calibration of energies, its coefficients as text alone; false for one of another kind,
@@ -245,13 +247,14 @@ CStringUTF8 CVCn42File2006::CoordinatesOf(const Word& itemInformation) {
 
 // The spectrum's own words count before those of the nearest level that has any.
 void CVCn42File2006::CollectWords(std::size_t spectrum) {
-    const ONEDATA& data = data_[spectrum];
     const UXXmlWrapperBase& element = spectra_[spectrum].element;
+    const ONEDATA data = DataOf(element);
+    const int level = levelOf_[spectrum];
     const auto pick = [&](CStringUTF8&& own, auto&& reads) {
-        return own.IsEmpty() ? Nearest(data.level, reads) : std::move(own);
+        return own.IsEmpty() ? Nearest(level, reads) : std::move(own);
     };
     words_.startTime = pick(TextOf(data.startTime),
-                            [&](const DataAtLevel& level) { return TextOf(level.startTime); });
+                            [&](const DataAtLevel& around) { return TextOf(around.startTime); });
     // The nearest time of either name, since the live time of a spectrum belongs to that: an
     // enclosing one would give a wrong dead time.
     const auto realTimeOf = [&](const auto& around) {
@@ -259,14 +262,14 @@ void CVCn42File2006::CollectWords(std::size_t spectrum) {
         return text.IsEmpty() ? TextOf(around.realTime) : text;
     };
     words_.sampleRealTime = pick(realTimeOf(data), realTimeOf);
-    words_.liveTime = TextOf(spectra_[spectrum].liveTime);
+    words_.liveTime = TextOf(data.liveTime);
     words_.sourceType = TextOf(data.sourceType);
-    words_.detectorType =
-        pick(usable(data.detectorType) ? TextOf(data.detectorType)
-                                       : Attribute(element, kN42DetectorType),
-             [&](const DataAtLevel& level) { return Attribute(level.element, kN42DetectorType); });
+    words_.detectorType = pick(
+        usable(data.detectorType) ? TextOf(data.detectorType)
+                                  : Attribute(element, kN42DetectorType),
+        [&](const DataAtLevel& around) { return Attribute(around.element, kN42DetectorType); });
     words_.coordinates = Nearest(
-        data.level, [&](const DataAtLevel& level) { return CoordinatesOf(level.itemInformation); });
+        level, [&](const DataAtLevel& around) { return CoordinatesOf(around.itemInformation); });
 }
 
 // ---- what the file tells of a spectrum --------------------------------------------------------
@@ -276,7 +279,7 @@ N42About CVCn42File2006::AboutSpectrum(std::size_t spectrum) {
     const UXXmlWrapperBase& element = spectra_[spectrum].element;
     N42About about;
     about.id = Attribute(element, kN42Id2006);
-    about.detector = DetectorOf(element, data_[spectrum].level);
+    about.detector = DetectorOf(element, levelOf_[spectrum]);
     about.kind = words_.sourceType;
     about.start = words_.startTime;
     about.realTime = words_.sampleRealTime;

@@ -34,12 +34,12 @@ private:
         Word realTime;
         Word itemInformation;
     };
-    // What a spectrum itself says, and where it stands. Entry i belongs to spectrum i.
+    // What a spectrum itself says.
     struct ONEDATA {
-        int level = -1;
         Word startTime;
         Word sampleRealTime;
         Word realTime;
+        Word liveTime;
         Word sourceType;
         Word detectorType;
     };
@@ -59,7 +59,7 @@ private:
     void ReadLevel(const UXXmlWrapperBase& element, Q_n42_ID id, int outer);
     void ReadChildOfLevel(const UXXmlWrapperBase& child, Q_n42_ID levelId, int level);
     void ReadSpectrum(const UXXmlWrapperBase& element, int level);
-    void ReadChildOfSpectrum(const UXXmlWrapperBase& child, N42Spectrum& spectrum, ONEDATA& data);
+    ONEDATA DataOf(const UXXmlWrapperBase& spectrum);
     void NoteEmpty(const UXXmlWrapperBase& measurement);
     void PreviewSpectrum(const UXXmlWrapperBase& element, int level);
     bool ReadCalibration(const UXXmlWrapperBase& element, N42Calibration& calibration);
@@ -73,8 +73,8 @@ private:
     void CollectWords(std::size_t spectrum);
 
     std::deque<DataAtLevel> levels_;
-    std::deque<ONEDATA> data_;
-    Words words_;  // of the spectrum that is being written
+    std::vector<int> levelOf_;  // by spectrum
+    Words words_;               // of the spectrum that is being written
     std::unordered_map<std::string, int> ownCalibrations_;
     CWBOStringArray* previewed_ = nullptr;  // receives the detectors in preview
     std::unordered_set<std::string> previewedNames_;

@@ -185,9 +185,7 @@ void CVCn42File::NoteRest(UXXmlWrapperBase calibration) {
 void CVCn42File::ReadSpectrum(const UXXmlWrapperBase& element) {
     N42Spectrum spectrum;
     for (UXXmlWrapperBase& child : children(element)) {
-        const int id = IdOf(child);
-        if (id == kN42ChannelData) ReadChannels(child, spectrum);
-        if (id == kN42LiveTimeDuration && !usable(spectrum.liveTime)) spectrum.liveTime = child;
+        if (IdOf(child) == kN42ChannelData) ReadChannels(child, spectrum);
     }
     if (spectrum.channels.empty()) {
         ++losses_.spectraWithoutChannels;
@@ -240,7 +238,7 @@ N42About CVCn42File::AboutSpectrum(std::size_t spectrum) {
     about.kind = words.classCode;
     about.start = words.startDateTime;
     about.realTime = words.realTime;
-    about.liveTime = TextOf(record.liveTime);
+    about.liveTime = ChildText(record.element, kN42LiveTimeDuration);
     about.namesCalibration = !Attribute(record.element, kN42EnergyCalibrationReference).IsEmpty();
     return about;
 }
@@ -291,7 +289,7 @@ std::vector<N42Dose> CVCn42File::DosesOf(const N42Part& part) {
 
 void CVCn42File::CollectValues(std::size_t spectrum, N42Values& values) {
     const Words& words = WordsOf(&N42Part::spectra, spectrum);
-    liveTime_ = TextOf(spectra_[spectrum].liveTime);
+    liveTime_ = ChildText(spectra_[spectrum].element, kN42LiveTimeDuration);
     values.push_back({GetName(kN42MeasurementClassCode), &words.classCode});
     values.push_back({GetName(kN42StartDateTime), &words.startDateTime});
     values.push_back({GetName(kN42RealTimeDuration), &words.realTime});

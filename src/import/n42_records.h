@@ -59,7 +59,6 @@ struct N42ChannelList {
 // A spectrum with at least one channel value.
 struct N42Spectrum {
     UXXmlWrapperBase element;
-    UXXmlWrapperBase liveTime;  // the element that tells it
     std::vector<N42ChannelList> channels;
     int calibration = -1;  // its own in the file; -1: found by reference
 };
