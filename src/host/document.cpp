@@ -6,6 +6,7 @@
 #include <bit>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <stdexcept>
 #include <utility>
 
@@ -305,9 +306,10 @@ std::string_view Document::made_text(const Element& element, CStringUTF8& scratc
 }
 
 void Document::append_doubles(const Element& element, CStringUTF8& text) const {
-    const double* values = doubles(element);
+    std::vector<double> values(number_count(element));
+    get_doubles(element, values.data());
     CStringUTF8 number;
-    for (std::size_t i = 0; i < element.valueBytes / sizeof(double); ++i) {
+    for (std::size_t i = 0; i < values.size(); ++i) {
         if (i != 0) text += ' ';
         UXFormatDouble(values[i], number);
         text += number;
@@ -347,7 +349,61 @@ void Document::set_value_bytes(Element& element, const void* bytes, std::size_t 
     element.valueKind = kind;
 }
 
+std::size_t Document::number_count(const Element& element) {
+    switch (element.valueKind) {
+        case ValueKind::kWhole16:
+            return element.valueBytes / sizeof(std::uint16_t);
+        case ValueKind::kWhole32:
+            return element.valueBytes / sizeof(std::int32_t);
+        default:
+            return element.valueBytes / sizeof(double);
+    }
+}
+
+void Document::get_doubles(const Element& element, double* out) const {
+    const char* const bytes = bytes_.at(element.value);
+    const auto copy = [&](const auto* values) { std::copy_n(values, number_count(element), out); };
+    switch (element.valueKind) {
+        case ValueKind::kWhole16:
+            return copy(reinterpret_cast<const std::uint16_t*>(bytes));
+        case ValueKind::kWhole32:
+            return copy(reinterpret_cast<const std::int32_t*>(bytes));
+        default:
+            return copy(reinterpret_cast<const double*>(bytes));
+    }
+}
+
+// False when a value is not the same double again.
+template <typename Whole>
+bool Document::set_whole(Element& element, const double* values, std::size_t count,
+                         ValueKind kind) {
+    constexpr std::size_t kBlock = 256;  // values without a branch
+    constexpr double kLeast = std::numeric_limits<Whole>::min();
+    constexpr double kMost = std::numeric_limits<Whole>::max();
+    std::vector<Whole> whole;
+    whole.reserve(count);
+    for (std::size_t start = 0; start < count; start += kBlock) {
+        const std::size_t end = std::min(start + kBlock, count);
+        whole.resize(end);
+        std::uint64_t wrong = 0;
+        for (std::size_t i = start; i < end; ++i) {
+            const double inRange = std::min(kMost, std::max(kLeast, values[i]));
+            whole[i] = static_cast<Whole>(static_cast<std::int32_t>(inRange));
+            wrong |= std::bit_cast<std::uint64_t>(values[i]) ^
+                     std::bit_cast<std::uint64_t>(static_cast<double>(whole[i]));
+        }
+        if (wrong != 0) return false;
+    }
+    set_value_bytes(element, whole.data(), count * sizeof(Whole), kind);
+    return true;
+}
+
 void Document::set_doubles(Element& element, const double* values, std::size_t count) {
+    constexpr std::size_t kMany = 64;  // such as the counts of a spectrum
+    if (count >= kMany && (set_whole<std::uint16_t>(element, values, count, ValueKind::kWhole16) ||
+                           set_whole<std::int32_t>(element, values, count, ValueKind::kWhole32))) {
+        return;
+    }
     const bool finite =
         std::all_of(values, values + count, [](double x) { return std::isfinite(x); });
     set_value_bytes(element, values, count * sizeof(double), ValueKind::kDoubles);

@@ -25,10 +25,15 @@ using NameId = std::uint32_t;  // 0 is none
 inline constexpr int kNoId = -1;
 inline constexpr const char* kIdAttribute = "_ux_id";  // carries the ID in files
 
-enum class ValueKind : std::uint32_t { kText, kDoubles, kTextInFile };
+// Doubles that are whole numbers within the range of a smaller type are kept as that.
+enum class ValueKind : std::uint32_t { kText, kTextInFile, kDoubles, kWhole16, kWhole32 };
+
+inline bool is_text(ValueKind kind) {
+    return kind <= ValueKind::kTextInFile;
+}
 
 // One element. Links are element references; the text of a value is made on demand when it is
-// kept as doubles or in a file.
+// kept as numbers or in a file.
 struct Element {
     Ref self;
     Ref parent;
@@ -200,9 +205,9 @@ public:
         const std::string_view text = text_at_hand(element);
         out.Assign(text.data(), text.size());
     }
-    const double* doubles(const Element& element) const {
-        return reinterpret_cast<const double*>(bytes_.at(element.value));
-    }
+    // Of a value that is kept as numbers: how many there are, and all of them.
+    static std::size_t number_count(const Element& element);
+    void get_doubles(const Element& element, double* out) const;
     void set_value(Element& element, std::string_view text) {
         if (text.size() == element.valueBytes && owns_short_text(element)) {
             std::memmove(bytes_.at(element.value), text.data(), text.size());
@@ -332,6 +337,8 @@ private:
     }
     std::string_view made_text(const Element& element, CStringUTF8& scratch) const;
     void append_doubles(const Element& element, CStringUTF8& text) const;
+    template <typename Whole>
+    bool set_whole(Element& element, const double* values, std::size_t count, ValueKind kind);
     template <typename IsIt>
     void remove_last(Element& element, IsIt&& isIt);
     void release_attributes(const Element& element) noexcept;

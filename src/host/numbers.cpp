@@ -64,9 +64,9 @@ template <typename T>
 bool read_into(const Document& document, const Element& element, CArray<T, T>& out) {
     CArray<T, T> numbers;
     if constexpr (std::is_same_v<T, double>) {
-        if (element.valueKind == ValueKind::kDoubles) {
-            numbers.SetSize(static_cast<int>(element.valueBytes / sizeof(double)));
-            std::copy_n(document.doubles(element), numbers.GetSize(), numbers.GetData());
+        if (!is_text(element.valueKind)) {
+            numbers.SetSize(static_cast<int>(document.number_count(element)));
+            document.get_doubles(element, numbers.GetData());
             out = std::move(numbers);
             return true;
         }

@@ -90,7 +90,7 @@ private:
     }
 
     void put_value(const Element& element) {
-        if (element.valueKind == ValueKind::kDoubles) {
+        if (!is_text(element.valueKind)) {
             out_.put(document_.value_text(element, scratch_));
             return;
         }

@@ -3,6 +3,7 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,6 +11,7 @@
 #include "uxtree/host/node.h"
 #include "uxtree/host/utilities.h"
 
+#include "host/node_detail.h"
 #include "host/node_support.h"
 #include "support/test_tree.h"
 
@@ -262,6 +264,47 @@ TEST(NodeValue, VectorOfDoublesIsKeptAsNumbersAndReadsAsText) {
     EXPECT_EQ(to_text(clone), tree.text());
     tree.SetString("text again");
     EXPECT_EQ(tree.text(), "<r>text again</r>");
+}
+
+// Whole numbers are kept in less room; nothing else tells.
+TEST(NodeValue, LongVectorsAreTheSameDoublesAgain) {
+    constexpr int kCount = 700;
+    const double biggest = std::numeric_limits<std::int32_t>::max();
+    for (const double special : {0.0, 1.0, 65535.0, 65536.0, -1.0, biggest, biggest + 1,
+                                 -biggest - 1, -biggest - 2, 0.5, -0.0, 1e300, 4294967296.0}) {
+        for (const int place : {0, 255, 256, kCount - 1}) {
+            std::vector<double> written(kCount);
+            for (int i = 0; i < kCount; ++i) written[static_cast<std::size_t>(i)] = i % 300;
+            written[static_cast<std::size_t>(place)] = special;
+            std::string text;
+            CStringUTF8 number;
+            for (const double value : written) {
+                UXFormatDouble(value, number);
+                text += text.empty() ? "" : " ";
+                text += number;
+            }
+            TestTree tree("<r/>");
+            CArray<double, double> values = number_list<double>(written);
+            CArray<double, double> read;
+
+            ASSERT_EQ(tree.NodeValue(values, 0), 1);
+            ASSERT_EQ(tree.NodeValue(read, 1), 1);
+
+            ASSERT_EQ(std::memcmp(read.GetData(), written.data(), kCount * sizeof(double)), 0);
+            ASSERT_EQ(value_of(tree), text);
+            ASSERT_EQ(tree.text(), "<r>" + text + "</r>");
+            UXXmlWrapperBase clone;
+            ASSERT_EQ(tree.Clone(&clone, 1), 1);
+            ASSERT_EQ(to_text(clone), tree.text());
+        }
+    }
+}
+
+TEST(NodeValue, CountsTakeAQuarterOfTheMemoryOfDoubles) {
+    TestTree tree("<r/>");
+    CArray<double, double> counts = number_list<double>(std::vector<double>(1 << 17, 65535));
+    ASSERT_EQ(tree.NodeValue(counts, 0), 1);
+    EXPECT_LT(uxhost::document_of(tree)->memory_bytes(), std::size_t{300} << 10);
 }
 
 TEST(NodeValue, TextsAreJoinedWithEscapes) {
