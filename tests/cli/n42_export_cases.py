@@ -91,6 +91,8 @@ CASES = [
            err=["which file is it in?"]),
     export("RefusesAnUnknownBackground", ["--background", "3", "two.n42"], code=2,
            err=['no spectrum "3"']),
+    export("SaysThatAChosenSpectrumIsOfAnotherDetector", ["-s", "2.0", "-d", "B", "two.n42"], "",
+           code=1, err=["no spectrum was chosen"]),
     export("JoinsChannels", ["-s", "2.0", "--rebin", "3", "--energy", "lower", "two.n42"],
            "channel,lower edge (keV) E,2.0 Foreground A\n1,1,60\n2,7,40\n",
            err=["1 spectrum: the last channel joins fewer than 3"]),

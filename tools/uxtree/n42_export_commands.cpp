@@ -500,14 +500,14 @@ public:
 private:
     bool is_wanted(const Exported& what) {
         sawAny_ = true;
-        if (!options_.detectors.empty() && !is_one_of(what.spectrum.detector, options_.detectors)) {
-            return false;
-        }
         bool wanted = options_.chosen.empty();
         for (const std::string& choice : options_.chosen) {
             if (!is_chosen(what.spectrum, choice)) continue;
             found_.insert(choice);
             wanted = true;
+        }
+        if (!options_.detectors.empty() && !is_one_of(what.spectrum.detector, options_.detectors)) {
+            return false;
         }
         // Less itself it would be nothing.
         return wanted && !(inFileOfBackground_ && is_chosen(what.spectrum, background_->which()));
