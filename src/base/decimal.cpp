@@ -180,12 +180,12 @@ std::uint64_t nearest(const Decimal& decimal) {
     if (decimal.count + decimal.exponent > 310) return kInfinity;
     auto bits = std::bit_cast<std::uint64_t>(guess(decimal));
     if (is_exact(decimal)) return bits;
-    const auto is_above = [&](std::uint64_t lower) {  // nearer to the double above this one
+    const auto isAbove = [&](std::uint64_t lower) {  // nearer to the double above this one
         const int side = compare_with_halfway(decimal, lower);
         return side > 0 || (side == 0 && lower % 2 == 1);
     };
-    while (bits < kInfinity && is_above(bits)) ++bits;
-    while (bits > 0 && !is_above(bits - 1)) --bits;
+    while (bits < kInfinity && isAbove(bits)) ++bits;
+    while (bits > 0 && !isAbove(bits - 1)) --bits;
     return bits;
 }
 

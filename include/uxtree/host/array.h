@@ -79,7 +79,7 @@ public:
     void Copy(const CWBOStringArray& other) { *this = other; }
     void InsertAt(int index, const CStringUTF8& value, int count = 1) {
         Check(index >= 0 && count >= 0);
-        const CStringUTF8 copy(value);  // value may live in this array
+        CStringUTF8 copy(value);  // value may live in this array
         if (index > GetSize()) SetSize(index);
         const std::size_t old = size_;
         Reserve(old + Index(count));

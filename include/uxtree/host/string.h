@@ -33,7 +33,7 @@ public:
     }
     CStringUTF8(CStringUTF8&& other) noexcept { Take(other); }
     ~CStringUTF8() {
-        if (capacity_ != 0) delete[] heap_;
+        if (capacity_ != 0) delete[] text_.heap;
     }
     CStringUTF8& operator=(const CStringUTF8& other) {
         Assign(other.Data(), other.size_);
@@ -41,7 +41,7 @@ public:
     }
     CStringUTF8& operator=(CStringUTF8&& other) noexcept {
         if (this == &other) return *this;
-        if (capacity_ != 0) delete[] heap_;
+        if (capacity_ != 0) delete[] text_.heap;
         Take(other);
         return *this;
     }
@@ -169,8 +169,8 @@ private:
         return Size(index);
     }
 
-    char* Data() { return capacity_ == 0 ? local_ : heap_; }
-    const char* Data() const { return capacity_ == 0 ? local_ : heap_; }
+    char* Data() { return capacity_ == 0 ? text_.local : text_.heap; }
+    const char* Data() const { return capacity_ == 0 ? text_.local : text_.heap; }
     std::string_view View() const { return {Data(), size_}; }
     // The text is short of its capacity.
     void SetEnd(std::size_t size) {
@@ -180,7 +180,7 @@ private:
     void CopyStorage(const CStringUTF8& other) {
         size_ = other.size_;
         capacity_ = other.capacity_;
-        std::memcpy(local_, other.local_, sizeof local_);  // of either kind
+        std::memcpy(text_.local, other.text_.local, sizeof text_.local);  // of either kind
     }
     void Take(CStringUTF8& other) noexcept {
         CopyStorage(other);
@@ -195,19 +195,19 @@ private:
             std::min(std::max(size, 2 * std::size_t{size_}), std::size_t{kMost});
         char* const heap = new char[capacity + 1];
         std::memcpy(heap, Data(), size_ + 1U);
-        if (capacity_ != 0) delete[] heap_;
-        heap_ = heap;
+        if (capacity_ != 0) delete[] text_.heap;
+        text_.heap = heap;
         capacity_ = static_cast<std::uint32_t>(capacity);
     }
     // The text is new, and the view no part of it.
     void AssignApart(std::string_view text) {
         if (text.size() > kLocal) {
             Reserve(text.size());
-            std::memcpy(heap_, text.data(), text.size());
+            std::memcpy(text_.heap, text.data(), text.size());
             return SetEnd(text.size());
         }
-        CopyShort(local_, text.data(), text.size());
-        local_[text.size()] = '\0';
+        CopyShort(text_.local, text.data(), text.size());
+        text_.local[text.size()] = '\0';
         size_ = static_cast<std::uint32_t>(text.size());
     }
     // Up to kLocal bytes, in overlapping words.
@@ -249,9 +249,9 @@ private:
     // A text of up to kLocal bytes stands in the object; nothing in it points at itself, so that
     // moving one is copying it.
     std::uint32_t size_ = 0;
-    std::uint32_t capacity_ = 0;  // of heap_; 0 for a text in local_
+    std::uint32_t capacity_ = 0;  // of text_.heap; 0 for a text in text_.local
     union {
-        char local_[kLocal + 1] = {};
-        char* heap_;
-    };
+        char local[kLocal + 1] = {};
+        char* heap;
+    } text_;
 };
