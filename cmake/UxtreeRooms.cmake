@@ -27,6 +27,7 @@ function(_uxtree_make_include_root root room)
     if(seen STREQUAL "host" AND NOT room STREQUAL "host")
       # The contract of every host; what the embedded one offers besides is for the kit alone.
       _uxtree_link_files(${root}/uxtree/host ${public}/host/*.h)
+      file(CREATE_LINK ${public}/host/.clang-tidy ${root}/uxtree/host/.clang-tidy SYMBOLIC)
       if(NOT room STREQUAL "kit")
         file(GLOB embedded ${root}/uxtree/host/embedded*.h)
         file(REMOVE ${embedded})

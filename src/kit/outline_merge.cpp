@@ -75,10 +75,10 @@ void merge_attributes(UXXmlWrapperBase& entry, const LayoutNode& more) {
     int hasNext = entry.FirstChild(&next);
     for (const auto& [name, attribute] : more.attributes) {
         const std::string label = std::string("@").append(name);
-        const auto is_next_before = [&] {
+        const auto isNextBefore = [&] {
             return hasNext != 0 && element.is_attribute(next) && element.label(next) < label;
         };
-        while (is_next_before()) hasNext = next.NextSibling(&next);
+        while (isNextBefore()) hasNext = next.NextSibling(&next);
         if (hasNext != 0 && element.is_attribute(next) && element.label(next) == label) continue;
         UXXmlWrapperBase added;
         require(hasNext != 0 ? entry.InsertNodeBefore(next, "Attr", -1, &added)

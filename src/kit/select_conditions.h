@@ -94,20 +94,7 @@ public:
         if (step.usesLast || step.predicates.size() > kMostCounted) {
             return listed(step, listed_children(any, child, step), emit, unsure);
         }
-        std::array<std::size_t, kMostCounted> counts{};
-        Truth result = Truth::kNo;
-        for (bool more = any; more; more = tree_.next_sibling(child, step.name)) {
-            const Truth fits = all_hold(child, step, counts);
-            if (fits != Truth::kNo) {
-                const Truth seen = fits == Truth::kYes ? emit(child) : unsure();
-                if (seen == Truth::kYes) return seen;
-                if (seen == Truth::kUnknown) result = seen;
-                // The places of what follows are not known either.
-                if (fits == Truth::kUnknown && step.usesPosition) return Truth::kUnknown;
-            }
-            if (is_counted_off(step, counts[0])) break;
-        }
-        return result;
+        return any ? counted(step, child, emit, unsure) : Truth::kNo;
     }
 
     // Do all conditions hold that have nothing to do with places?
@@ -184,6 +171,24 @@ private:
                 result = holds;
             }
         }
+        return result;
+    }
+
+    // As children(), from this child on, counting the places while it goes.
+    template <typename Emit, typename Unsure>
+    Truth counted(const Step& step, Node child, Emit&& emit, Unsure&& unsure) {
+        std::array<std::size_t, kMostCounted> counts{};
+        Truth result = Truth::kNo;
+        do {
+            const Truth fits = all_hold(child, step, counts);
+            if (fits != Truth::kNo) {
+                const Truth seen = fits == Truth::kYes ? emit(child) : unsure();
+                if (seen == Truth::kYes) return seen;
+                if (seen == Truth::kUnknown) result = seen;
+                // The places of what follows are not known either.
+                if (fits == Truth::kUnknown && step.usesPosition) return Truth::kUnknown;
+            }
+        } while (!is_counted_off(step, counts[0]) && tree_.next_sibling(child, step.name));
         return result;
     }
 
@@ -562,6 +567,8 @@ private:
             const bool perhaps = !wanted_.empty() && joined.find(wanted_) != std::string_view::npos;
             return perhaps ? Truth::kUnknown : Truth::kNo;
         }
+
+    private:
         Conditions& all_;
         const std::string& wanted_;
         const bool equal_;
@@ -578,6 +585,8 @@ private:
             return truth(compare(op_, number_of(text), wanted_));
         }
         Truth mixed(std::string_view /*joined*/) override { return Truth::kUnknown; }
+
+    private:
         Conditions& all_;
         const Op op_;
         const double wanted_;
@@ -626,6 +635,8 @@ private:
             first_.known = false;
             return Truth::kYes;
         }
+
+    private:
         Conditions& all_;
         First& first_;
     };
@@ -661,10 +672,10 @@ private:
         Truth leaf(std::string_view /*text*/) override { return add(); }
         Truth mixed(std::string_view /*joined*/) override { return Truth::kUnknown; }
         Truth add() {
-            ++count_;
+            ++count;
             return Truth::kNo;
         }
-        double count_ = 0;
+        double count = 0;
     };
 
     std::optional<double> count(const Path& path, const NodeFocus& focus) {
@@ -673,7 +684,7 @@ private:
                      [&](const Node& start, std::size_t step, Answer& answer) {
                          Counts visitor;
                          if (reach(path, step, start, visitor) == Truth::kNo)
-                             answer.count = visitor.count_;
+                             answer.count = visitor.count;
                      })
             .count;
     }

@@ -370,13 +370,13 @@ private:
     }
 
     template <typename ParseOperand>
-    Expr parse_words(Expr::Kind kind, std::string_view word, ParseOperand&& parse_operand) {
-        Expr first = parse_operand();
+    Expr parse_words(Expr::Kind kind, std::string_view word, ParseOperand&& parseOperand) {
+        Expr first = parseOperand();
         if (!take_word(word)) return first;
         Expr expr = make(kind, Type::kBoolean, first.position);
         add_operand(expr, std::move(first));
         do {
-            add_operand(expr, parse_operand());
+            add_operand(expr, parseOperand());
         } while (take_word(word));
         return expr;
     }

@@ -109,23 +109,23 @@ void IndexTree::read_texts() {
         std::size_t written = 0;
     };
     std::vector<Open> open;
-    const auto write_before = [&](Node next) {
+    const auto writeBefore = [&](Node next) {
         Open& inner = open.back();
         for (; inner.written < inner.pieces.size(); ++inner.written) {
             if (inner.pieces[inner.written].next != next) return;
             texts_ += inner.pieces[inner.written].text;
         }
     };
-    const auto close_before = [&](Node next) {
+    const auto closeBefore = [&](Node next) {
         for (; !open.empty(); open.pop_back()) {
-            write_before(next);
+            writeBefore(next);
             if (end_of(open.back().node) != next) return;
             spans_[open.back().node].end = texts_.size();
         }
     };
     CStringUTF8 scratch;
     for (Node node = 0; node < end(); ++node) {
-        close_before(node);
+        closeBefore(node);
         spans_[node].start = texts_.size();
         const std::string_view text = own_text(node, scratch);
         if (!is_branch(node)) {
@@ -138,7 +138,7 @@ void IndexTree::read_texts() {
         texts_ += text;
         mixed_.push_back(node);
     }
-    close_before(end());
+    closeBefore(end());
 }
 
 Text IndexTree::string_value(Node node, CStringUTF8& scratch) {

@@ -552,7 +552,7 @@ void read_content(const ScannedDocument& document, const ContentRange& range,
     content.hasChildren = document.elements[range.element].next > range.element + 1;
     if (range.emptyTag) return;
     std::vector<Piece> gap;
-    const auto close_gap = [&] {
+    const auto closeGap = [&] {
         bool kept = !content.hasChildren;
         for (const Piece& piece : gap) {
             kept = kept || piece.kind == PieceKind::kCdata ||
@@ -585,7 +585,7 @@ void read_content(const ScannedDocument& document, const ContentRange& range,
             gap.push_back(piece);
             continue;
         }
-        close_gap();
+        closeGap();
         ContentItem item{ItemKind::kChild};
         item.begin = piece.begin;
         item.end = piece.end;
@@ -594,7 +594,7 @@ void read_content(const ScannedDocument& document, const ContentRange& range,
             content.hasEntityElements || document.comes_from_entity(piece.element);
         content.items.push_back(item);
     }
-    close_gap();
+    closeGap();
 }
 
 ContentPlan plan_content(const ScannedDocument& document, const ContentRequest& request,

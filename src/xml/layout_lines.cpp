@@ -312,15 +312,15 @@ ElementBlock block_of(const ScannedDocument& document, std::uint32_t element) {
     const BlockLines found = block_lines(items, lines, child);
     ElementBlock block;
     if (found.first == found.last) return block;
-    const auto without_indent = [&](const ContentLine& line) {
+    const auto withoutIndent = [&](const ContentLine& line) {
         const bool indented = line.first < line.last && items[line.first].kind == ItemKind::kSpace;
         return line.first + (indented ? 1 : 0);
     };
     for (std::size_t i = found.first; i < found.own; ++i) {
         block.above.emplace_back();
-        append_items(block.above.back(), items, without_indent(lines[i]), lines[i].last);
+        append_items(block.above.back(), items, withoutIndent(lines[i]), lines[i].last);
     }
-    append_items(block.front, items, without_indent(lines[found.own]), child);
+    append_items(block.front, items, withoutIndent(lines[found.own]), child);
     append_items(block.behind, items, child + 1, lines[found.own].last);
     return block;
 }

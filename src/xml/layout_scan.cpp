@@ -241,13 +241,13 @@ bool scan_tag(std::string_view text, std::size_t at, ScannedTag& tag) {
         while (at < text.size() && wanted(text[at])) ++at;
         return at < text.size();
     };
-    const auto in_name = [](char c) { return !is_blank(c) && c != '>' && c != '/' && c != '='; };
-    const auto before_value = [](char c) { return is_blank(c) || c == '='; };
+    const auto inName = [](char c) { return !is_blank(c) && c != '>' && c != '/' && c != '='; };
+    const auto beforeValue = [](char c) { return is_blank(c) || c == '='; };
     const auto blank = [](char c) { return is_blank(c); };
 
     tag.attributes.clear();
     ++at;
-    if (!skip(in_name)) return false;
+    if (!skip(inName)) return false;
     tag.nameEnd = tag.attributesEnd = at;
     for (;;) {
         ScannedAttribute attribute{};
@@ -255,9 +255,9 @@ bool scan_tag(std::string_view text, std::size_t at, ScannedTag& tag) {
         if (!skip(blank)) return false;
         if (text[at] == '>' || text[at] == '/') break;
         attribute.nameBegin = at;
-        if (!skip(in_name)) return false;
+        if (!skip(inName)) return false;
         attribute.nameEnd = at;
-        if (!skip(before_value) || (text[at] != '"' && text[at] != '\'')) return false;
+        if (!skip(beforeValue) || (text[at] != '"' && text[at] != '\'')) return false;
         attribute.valueBegin = at + 1;
         attribute.valueEnd = find_near(text, text[at], at + 1);
         if (attribute.valueEnd == kNowhere) return false;

@@ -86,8 +86,8 @@ void fill(Ints& array, PyObject* object, const What& what) {
 void fill(Doubles& array, PyObject* object, const What& what) {
     if (fill_from_numpy(array, object, what)) {
         double* const values = array.GetData();
-        const auto is_nan = [](double value) { return std::isnan(value); };
-        std::replace_if(values, values + array.GetSize(), is_nan, UXMissingValue());
+        const auto isNan = [](double value) { return std::isnan(value); };
+        std::replace_if(values, values + array.GetSize(), isNan, UXMissingValue());
         return;
     }
     for_elements(object, what, "numbers",
