@@ -52,11 +52,11 @@ void CVCn42FileBase::ReadCoefficients(N42Calibration& calibration) {
 
 void CVCn42FileBase::ReadChannels(const UXXmlWrapperBase& element, N42Spectrum& spectrum) {
     // Real files write the code under either name in both forms.
-    const auto counts_zeroes = [&](Q_n42_ID name) {
+    const auto countsZeroes = [&](Q_n42_ID name) {
         const CStringUTF8 code = Attribute(element, name);
         return is_word(code, GetName(kN42CountedZeroes)) || is_word(code, kCountedZeros);
     };
-    const bool compressed = counts_zeroes(kN42CompressionCode) || counts_zeroes(kN42Compression);
+    const bool compressed = countsZeroes(kN42CompressionCode) || countsZeroes(kN42Compression);
     const std::string_view text = TextView(element);
     if (!(compressed ? has_counted_zeroes(text) : has_numbers(text))) return;
     spectrum.channels.push_back({element, compressed});

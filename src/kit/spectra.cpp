@@ -394,6 +394,25 @@ int SpectrumReader::import_into(UXXmlWrapperBase& tree, bool withEnergies) {
                            [&] { return state_->import_into(tree, withEnergies); });
 }
 
+namespace {
+
+// The seconds of a unit of a duration; 0 for what none is called.
+double seconds_of_unit(char mark, bool inTime) {
+    if (!inTime) return mark == 'D' ? 86400 : 0;
+    switch (mark) {
+        case 'H':
+            return 3600;
+        case 'M':
+            return 60;
+        case 'S':
+            return 1;
+        default:
+            return 0;
+    }
+}
+
+}  // namespace
+
 double seconds_of(const std::string& duration) {
     constexpr double kNone = -1;
     std::string_view rest = duration;
@@ -416,12 +435,7 @@ double seconds_of(const std::string& duration) {
         const ux::DecimalRead read = ux::read_decimal(rest, number);
         if (read.length == 0 || read.length == rest.size()) return kNone;
         if (read.range != ux::DecimalRange::kInside || std::signbit(number)) return kNone;
-        const char mark = rest[read.length];
-        const double unit = !inTime       ? (mark == 'D' ? 86400 : 0)
-                            : mark == 'H' ? 3600
-                            : mark == 'M' ? 60
-                            : mark == 'S' ? 1
-                                          : 0;
+        const double unit = seconds_of_unit(rest[read.length], inTime);
         if (unit == 0) return kNone;
         seconds += unit * number;
         rest.remove_prefix(read.length + 1);

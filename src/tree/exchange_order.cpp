@@ -29,19 +29,19 @@ using Indices = LargeVector<Index>;
 void sort_by_bytes(Items& items) {
     constexpr unsigned kBytes = 4;
     constexpr std::size_t kByteValues = 256;
-    const auto byte_of = [](const KeyedItem& item, unsigned byte) {
+    const auto byteOf = [](const KeyedItem& item, unsigned byte) {
         return item.key >> 8 * byte & (kByteValues - 1);
     };
     std::array<std::array<Index, kByteValues>, kBytes> counts{};
     for (const KeyedItem& item : items) {
-        for (unsigned byte = 0; byte < kBytes; ++byte) ++counts[byte][byte_of(item, byte)];
+        for (unsigned byte = 0; byte < kBytes; ++byte) ++counts[byte][byteOf(item, byte)];
     }
     Items sorted(items.size());
     for (unsigned byte = 0; byte < kBytes; ++byte) {
         auto& places = counts[byte];
-        if (places[byte_of(items[0], byte)] == items.size()) continue;
+        if (places[byteOf(items[0], byte)] == items.size()) continue;
         std::exclusive_scan(places.begin(), places.end(), places.begin(), Index{0});
-        for (const KeyedItem& item : items) sorted[places[byte_of(item, byte)]++] = item;
+        for (const KeyedItem& item : items) sorted[places[byteOf(item, byte)]++] = item;
         items.swap(sorted);
     }
 }
@@ -113,16 +113,16 @@ unsigned place_of_bit(std::uint64_t word, unsigned below) {
     constexpr std::uint64_t kDiagonal = 0x8040201008040201U;   // bit i in byte i
     // Multiplied by kOnes, each byte becomes the sum of the bytes up to it. How many of these sums
     // are not above a limit?
-    const auto count_up_to = [](std::uint64_t limit, std::uint64_t sums) {
+    const auto countUpTo = [](std::uint64_t limit, std::uint64_t sums) {
         return static_cast<unsigned>((((limit | 0x80) * kOnes - sums) >> 7 & kOnes) * kOnes >> 56);
     };
     std::uint64_t bits = word - (word >> 1 & kOnes * 0x55);
     bits = (bits & kOnes * 0x33) + (bits >> 2 & kOnes * 0x33);
     const std::uint64_t sums = ((bits + (bits >> 4)) & kOnes * 0x0f) * kOnes;
-    const unsigned shift = 8 * count_up_to(below, sums);
+    const unsigned shift = 8 * countUpTo(below, sums);
     const std::uint64_t spread = (word >> shift & 0xff) * kOnes & kDiagonal;
     const std::uint64_t places = ((spread + kOnes * 0x7f) >> 7 & kOnes) * kOnes;
-    return shift + count_up_to(below - ((sums << 8) >> shift & 0xff), places);
+    return shift + countUpTo(below - ((sums << 8) >> shift & 0xff), places);
 }
 
 // Places on a circle that are taken one after the other.
@@ -196,8 +196,8 @@ private:
 
 void exchange_sort(LargeVector<KeyedItem>& items) {
     sort_by_key(items);
-    const auto same_key = [](const KeyedItem& a, const KeyedItem& b) { return a.key == b.key; };
-    if (std::adjacent_find(items.begin(), items.end(), same_key) == items.end()) return;
+    const auto sameKey = [](const KeyedItem& a, const KeyedItem& b) { return a.key == b.key; };
+    if (std::adjacent_find(items.begin(), items.end(), sameKey) == items.end()) return;
     const Indices bounds = run_bounds(items);
     const Indices smaller = smaller_before(items, bounds);
     RunSorter runs(items, smaller);

@@ -321,7 +321,7 @@ public:
         : options_(options), out_(options.output), list_(out_) {}
 
     void add(Exported&& what) override {
-        const auto text_or_null = [](const std::string& text) {
+        const auto textOrNull = [](const std::string& text) {
             return text.empty() ? Json(nullptr) : Json(text);
         };
         const auto seconds = [](double value) { return value < 0 ? Json(nullptr) : Json(value); };
@@ -332,17 +332,17 @@ public:
         entry["name"] = spectrum.name;
         entry["measurement"] = spectrum.measurement;
         entry["spectrum"] = spectrum.place;
-        entry["id"] = text_or_null(spectrum.id);
-        entry["detector"] = text_or_null(spectrum.detector);
-        entry["kind"] = text_or_null(spectrum.kind);
-        entry["start"] = text_or_null(spectrum.start);
-        entry["realTime"] = text_or_null(spectrum.realTime);
-        entry["liveTime"] = text_or_null(spectrum.liveTime);
+        entry["id"] = textOrNull(spectrum.id);
+        entry["detector"] = textOrNull(spectrum.detector);
+        entry["kind"] = textOrNull(spectrum.kind);
+        entry["start"] = textOrNull(spectrum.start);
+        entry["realTime"] = textOrNull(spectrum.realTime);
+        entry["liveTime"] = textOrNull(spectrum.liveTime);
         entry["realSeconds"] = seconds(spectrum.realSeconds);
         entry["liveSeconds"] = seconds(spectrum.liveSeconds);
-        entry["unit"] = calibration != nullptr ? text_or_null(calibration->unit) : Json(nullptr);
+        entry["unit"] = calibration != nullptr ? textOrNull(calibration->unit) : Json(nullptr);
         entry["calibration"] =
-            calibration != nullptr ? text_or_null(calibration->text) : Json(nullptr);
+            calibration != nullptr ? textOrNull(calibration->text) : Json(nullptr);
         add_energies(entry, calibration, spectrum.counts.size());
         if (options_.rates) {
             entry["rates"] = spectrum.counts;

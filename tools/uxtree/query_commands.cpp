@@ -81,11 +81,11 @@ private:
 
     // Unique, in order of first appearance.
     template <typename NamesOf>
-    static std::vector<std::string> distinct(const Nodes& nodes, NamesOf&& names_of) {
+    static std::vector<std::string> distinct(const Nodes& nodes, NamesOf&& namesOf) {
         std::set<std::string> seen;
         std::vector<std::string> names;
         for (const UXXmlWrapperBase& node : nodes) {
-            for (const std::string& name : names_of(node)) {
+            for (const std::string& name : namesOf(node)) {
                 if (seen.insert(name).second) names.push_back(name);
             }
         }

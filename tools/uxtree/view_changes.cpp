@@ -37,14 +37,14 @@ ViewChildren view_children(const ViewData& data, std::size_t parent) {
     const std::size_t end = parent + data.size_below(parent) + 1;
     for (std::size_t i = parent + 1; i < end; i += data.size_below(i) + 1) {
         const auto attributes = data.attributes(i);
-        const auto attribute_of = [&](std::string_view name) -> std::optional<std::string> {
+        const auto attributeOf = [&](std::string_view name) -> std::optional<std::string> {
             const auto found = std::find_if(attributes.begin(), attributes.end(),
                                             [&](const auto& one) { return one.name == name; });
             if (found == attributes.end()) return std::nullopt;
             return std::string(found->value);
         };
         children.nodes.push_back(i);
-        children.keys.add(std::string(data.tag(i)), key_condition(view_keys(), attribute_of));
+        children.keys.add(std::string(data.tag(i)), key_condition(view_keys(), attributeOf));
     }
     return children;
 }

@@ -67,14 +67,14 @@ void write_page(Output& out, const std::vector<Viewed>& files) {
     std::string title;
     for (const Viewed& file : files) title += (title.empty() ? "" : ", ") + file.name;
     std::string_view rest = kViewPage;
-    const auto write_until = [&](std::string_view mark) {
+    const auto writeUntil = [&](std::string_view mark) {
         const std::size_t end = rest.find(mark);
         out.write(rest.substr(0, end));
         rest.remove_prefix(end + mark.size());
     };
-    write_until("{{title}}");
+    writeUntil("{{title}}");
     out.write(markup(title));
-    write_until("{{data}}");
+    writeUntil("{{data}}");
     std::string_view separator = "[";
     for (const Viewed& file : files) {
         out.write(separator);
@@ -82,13 +82,13 @@ void write_page(Output& out, const std::vector<Viewed>& files) {
         separator = ",\n";
     }
     out.write("]");
-    write_until("{{changes}}");
+    writeUntil("{{changes}}");
     if (files.size() == 2) {
         write_view_changes(out, *files[0].data, *files[1].data);
     } else {
         out.write("0");
     }
-    write_until("{{charts}}");
+    writeUntil("{{charts}}");
     separator = "[";
     for (const Viewed& file : files) {
         out.write(separator);
@@ -102,7 +102,7 @@ void write_page(Output& out, const std::vector<Viewed>& files) {
         separator = ",\n";
     }
     out.write("]");
-    write_until("{{plotPage}}");
+    writeUntil("{{plotPage}}");
     const bool anyChart = std::any_of(files.begin(), files.end(),
                                       [](const Viewed& file) { return !file.spectra.empty(); });
     out.write(anyChart ? script_string(kPlotPage) : "\"\"");

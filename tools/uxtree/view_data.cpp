@@ -23,14 +23,14 @@ void append_string(std::string& out, std::string_view text) {
     out += '"';
 }
 
-// write_entry(i, text) appends an entry to an empty text.
+// writeEntry(i, text) appends an entry to an empty text.
 template <typename WriteEntry>
-void write_list(Output& out, std::string_view name, std::size_t size, WriteEntry&& write_entry) {
+void write_list(Output& out, std::string_view name, std::size_t size, WriteEntry&& writeEntry) {
     out.print(",\n\"{}\":[", name);
     std::string text;
     for (std::size_t i = 0; i < size; ++i) {
         text.assign(i == 0 ? "" : ",");
-        write_entry(i, text);
+        writeEntry(i, text);
         out.write(text);
     }
     out.write("]");

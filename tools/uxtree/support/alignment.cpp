@@ -25,16 +25,16 @@ std::vector<ChildPair> corresponding(const ChildKeys& before, const ChildKeys& a
     }
     std::vector<ChildPair> pairs;
     std::size_t told = 0;  // of those that were removed, up to here
-    const auto tell_removed = [&](std::size_t end) {
+    const auto tellRemoved = [&](std::size_t end) {
         for (; told < end; ++told) {
             if (!stays[told]) pairs.push_back({told, ChildPair::kNone});
         }
     };
     for (std::size_t i = 0; i < matches.size(); ++i) {
-        if (matches[i] != ChildPair::kNone) tell_removed(matches[i]);
+        if (matches[i] != ChildPair::kNone) tellRemoved(matches[i]);
         pairs.push_back({matches[i], i});
     }
-    tell_removed(stays.size());
+    tellRemoved(stays.size());
     return pairs;
 }
 

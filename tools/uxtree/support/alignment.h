@@ -12,11 +12,11 @@
 namespace uxtool {
 
 // By what an element is found again: the first of the key attributes that it carries, such as
-// "@id='7'", or "" without one. attribute_of(name) yields an optional text.
+// "@id='7'", or "" without one. attributeOf(name) yields an optional text.
 template <typename AttributeOf>
-std::string key_condition(const std::vector<std::string>& keyNames, AttributeOf&& attribute_of) {
+std::string key_condition(const std::vector<std::string>& keyNames, AttributeOf&& attributeOf) {
     for (const std::string& name : keyNames) {
-        const std::optional<std::string> value = attribute_of(name);
+        const std::optional<std::string> value = attributeOf(name);
         if (!value) continue;
         const char quote = value->find('\'') == std::string::npos ? '\'' : '"';
         return fmt::format("@{0}={1}{2}{1}", name, quote, *value);

@@ -54,20 +54,20 @@ std::vector<std::size_t> column_widths(const Table& table) {
 void write_text(Output& out, const Table& table) {
     const std::vector<std::size_t> widths = column_widths(table);
     const std::vector<bool> numeric = numeric_columns(table);
-    const auto write_line = [&](const auto& cell_at, bool heading) {
+    const auto writeLine = [&](const auto& cellAt, bool heading) {
         std::string line;
         for (std::size_t column = 0; column < widths.size(); ++column) {
             if (column > 0) line += "  ";
-            line += padded(visible(cell_at(column)), widths[column], numeric[column]);
+            line += padded(visible(cellAt(column)), widths[column], numeric[column]);
         }
         line.resize(line.find_last_not_of(' ') + 1);
         if (heading) line = out.palette().paint(Role::kHeading, line);
         out.write(line);
         out.write("\n");
     };
-    write_line([&](std::size_t column) { return table.columns[column]; }, true);
+    writeLine([&](std::size_t column) { return table.columns[column]; }, true);
     for (const auto& row : table.rows) {
-        write_line([&](std::size_t column) { return text_of(row[column]); }, false);
+        writeLine([&](std::size_t column) { return text_of(row[column]); }, false);
     }
 }
 

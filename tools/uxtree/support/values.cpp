@@ -151,11 +151,11 @@ ValueList values_of_json(const std::string& file, const std::string& text) {
         if (!row.is_object() || !row.contains("id") || !row.contains("value")) {
             throw not_values(file, "a row of the list lacks id or value");
         }
-        const auto text_of = [](const nlohmann::json& cell) {
+        const auto textOf = [](const nlohmann::json& cell) {
             return cell.is_string() ? cell.get<std::string>() : cell.is_null() ? "" : cell.dump();
         };
-        list.ids.Add(id_of(file, text_of(row["id"])));
-        list.values.Add(CStringUTF8(text_of(row["value"]).c_str()));
+        list.ids.Add(id_of(file, textOf(row["id"])));
+        list.values.Add(CStringUTF8(textOf(row["value"]).c_str()));
     }
     return list;
 }

@@ -101,13 +101,13 @@ private:
 };
 
 // Calls work(file) for each file, up to jobs at the same time, and take(result) here in the order of
-// the files. A file whose work or take throws a Failure is reported, unless passes_over(file,
+// the files. A file whose work or take throws a Failure is reported, unless passesOver(file,
 // failure) yields true, and does not keep the others from being worked on. take yields kSuccess or
 // kNothingFound. The result is the gravest failure, else kSuccess when take yielded it for any file,
 // else kNothingFound.
 template <typename File, typename Work, typename Take, typename PassesOver>
 int for_each_in_order(const std::vector<File>& files, unsigned jobs, Work&& work, Take&& take,
-                      PassesOver&& passes_over) {
+                      PassesOver&& passesOver) {
     using Result = decltype(work(files.front()));
     // One at a time is worked on here, when its turn comes.
     std::optional<WorkAhead<File, Result>> ahead;
@@ -118,7 +118,7 @@ int for_each_in_order(const std::vector<File>& files, unsigned jobs, Work&& work
         try {
             found = take(ahead ? ahead->take() : work(file)) == kSuccess || found;
         } catch (const Failure& failure) {
-            if (passes_over(file, failure)) continue;
+            if (passesOver(file, failure)) continue;
             report(failure);
             gravest = std::max(gravest, static_cast<int>(failure.code()));
         }
