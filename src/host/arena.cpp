@@ -80,7 +80,7 @@ Chunk::~Chunk() {
 }
 
 std::size_t ByteArena::rounded_large(std::size_t units) {
-    const auto step = static_cast<unsigned>(std::bit_width(units - 1)) - 4;
+    const auto step = static_cast<unsigned>(std::bit_width((units - 1) >> 4));
     return ((units - 1) >> step << step) + (std::size_t{1} << step);
 }
 

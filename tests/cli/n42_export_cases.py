@@ -72,7 +72,8 @@ CASES = [
     export("RefusesABackgroundWithoutLiveTime", ["--background", "t.n42:1.0", "two.n42"], code=4,
            err=["less the background 1.0 A: it has no live time"]),
     export("AddsUp", ["-s", "1.0", "-s", "2.0", "--sum", "--energy", "none", "two.n42"],
-           "channel,sum of 2 spectra\n1,14\n2,24\n3,38\n4,48\n"),
+           "channel,sum of 2 spectra\n1,14\n2,24\n3,38\n4,48\n",
+           err=["the sum is of spectra of different classes: Background, Foreground\n"]),
     export("AddsUpByOverlapAndSaysSo", ["-s", "2", "--sum", "--energy", "lower", "two.n42"],
            "channel,lower edge (keV) E,sum of 2 spectra\n1,1,11.5\n2,3,21.5\n3,5,31.5\n4,7,41.5\n",
            err=["1 spectrum has other channels than 2.0 Foreground A: counts are divided by "

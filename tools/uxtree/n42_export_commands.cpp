@@ -515,6 +515,7 @@ private:
 
     void take(Exported&& what) {
         if (!options_.sum) return hand_on(std::move(what));
+        summedKinds_.insert(what.spectrum.kind.empty() ? "no class" : what.spectrum.kind);
         if (summed_++ == 0) {
             sum_ = std::move(what);
             firstOfSum_ = sum_.spectrum.name;
@@ -541,6 +542,10 @@ private:
     }
 
     void tell_changes() const {
+        if (summedKinds_.size() > 1) {
+            note(fmt::format("the sum is of spectra of different classes: {}",
+                             fmt::join(summedKinds_, ", ")));
+        }
         rebinned_.tell(firstOfSum_);
         if (background_) background_->tell();
         if (unevenlyJoined_ == 0) return;
@@ -563,6 +568,7 @@ private:
     Exported sum_;
     std::string firstOfSum_;
     std::size_t summed_ = 0;
+    std::set<std::string> summedKinds_;
     Rebinned rebinned_;
     std::size_t unevenlyJoined_ = 0;
 };

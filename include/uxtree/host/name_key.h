@@ -20,7 +20,7 @@ public:
 private:
     friend struct UXNodeAccess;
 
-    std::string_view text_{"", 0};
+    std::string_view text_ = "";  // NOLINT(readability-redundant-string-init): c_str() needs it
     mutable std::uint64_t stamp_ = 0;  // when the number was found; 0 is never
     mutable std::uint64_t number_ = 0;
 };

@@ -229,8 +229,8 @@ private:
             CStringUTF8 larger;  // apart: the view may be a part of this text
             larger.Reserve(std::max(sum, std::min(2 * std::size_t{size_}, std::size_t{kMost})));
             std::memcpy(larger.Data(), Data(), size_);
-            larger.size_ = size_;
-            larger.Add(text);
+            std::memcpy(larger.Data() + size_, text.data(), text.size());
+            larger.SetEnd(sum);
             return *this = std::move(larger);
         }
         if (!text.empty()) std::memmove(Data() + size_, text.data(), text.size());
