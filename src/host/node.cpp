@@ -117,6 +117,7 @@ int UXXmlWrapperBase::GetChild(UXXmlWrapperBase* out, int index, int* /*unused*/
     const std::uint32_t fromEnd = parent->childCount - 1 - steps;
     Element* child = document_of(*this)->element(steps <= fromEnd ? parent->first : parent->last);
     for (std::uint32_t i = 0; i < std::min(steps, fromEnd); ++i) {
+        // There are childCount of them. NOLINTNEXTLINE(clang-analyzer-core.NullDereference)
         child = document_of(*this)->element(steps <= fromEnd ? child->next : child->previous);
     }
     return bind(*out, document_of(*this), child);

@@ -164,9 +164,7 @@ std::optional<FileEncoding> encoding_of(std::string_view bytes, FileEncoding und
 }
 
 bool has_encoding_mark(std::string_view bytes) {
-    const auto as_one = encoding_of(bytes, FileEncoding::kUtf8);
-    const auto as_other = encoding_of(bytes, FileEncoding::kAscii);
-    return as_one == as_other;
+    return encoding_of(bytes, FileEncoding::kUtf8) == encoding_of(bytes, FileEncoding::kAscii);
 }
 
 bool is_utf8(std::string_view bytes) {

@@ -369,7 +369,7 @@ private:
     }
     void insert_row(const Spot& spot, const std::vector<ContentItem>& row) {
         const auto put = [&](const std::vector<ContentItem>& items) {
-            for (const ContentItem& item : items) insertions_.push_back({spot.anchor, item});
+            for (const ContentItem& item : items) insertions_.emplace_back(spot.anchor, item);
         };
         switch (spot.form) {
             case Spot::Form::kNewLine:

@@ -18,7 +18,7 @@ struct LineUse {
     bool instruction = false;
 
     bool blank() const { return children == 0 && removed == 0 && !comment && !instruction; }
-    bool commentOnly() const { return children == 0 && removed == 0 && comment && !instruction; }
+    bool comment_only() const { return children == 0 && removed == 0 && comment && !instruction; }
 };
 
 LineUse use_of(const std::vector<ContentItem>& items, const ContentLine& line) {
@@ -83,7 +83,7 @@ private:
     }
 
     void drop_comments_above(std::size_t number) {
-        while (number > 1 && uses_[number - 1].commentOnly() && !lines_[number - 1].dropped) {
+        while (number > 1 && uses_[number - 1].comment_only() && !lines_[number - 1].dropped) {
             lines_[--number].dropped = true;
         }
     }
@@ -117,7 +117,7 @@ private:
         };
         for (std::size_t i = 1; i < lines_.size(); ++i) {
             const LineUse& use = uses_[i];
-            if (use.commentOnly() && !is_last(i)) {
+            if (use.comment_only() && !is_last(i)) {
                 if (left || removed) close();
                 if (!lines_[i].dropped) heading.push_back(i);
             } else if (use.children + use.removed == 0) {
@@ -214,7 +214,7 @@ std::size_t line_at(const std::vector<ContentLine>& lines, std::size_t item) {
 }
 
 bool is_comment_line(const std::vector<ContentItem>& items, const ContentLine& line) {
-    return use_of(items, line).commentOnly();
+    return use_of(items, line).comment_only();
 }
 
 bool begins_with_child(const std::vector<ContentItem>& items, const ContentLine& line) {

@@ -180,17 +180,11 @@ std::size_t doctype_end(std::string_view text, std::size_t at) {
     for (at += 2; at < text.size();) {
         const char c = text[at];
         if (c == '"' || c == '\'') {
-            at = text.find(c, at + 1);
-            if (at == kNowhere) return kNowhere;
-            ++at;
+            at = behind(text, at + 1, text.substr(at, 1));
         } else if (c == '<' && inSubset) {
             const std::size_t end = comment_or_instruction_end(text, at);
-            if (end != kNowhere) {
-                at = end;
-                continue;
-            }
-            at = tag_end(text, at);  // a declaration, in which values are quoted as in a tag
-            if (at == kNowhere) return kNowhere;
+            // Values of a declaration are quoted as in a tag.
+            at = end != kNowhere ? end : tag_end(text, at);
         } else {
             if (c == '>' && !inSubset) return at + 1;
             if (c == '[') inSubset = true;
