@@ -55,8 +55,8 @@ private:
     };
     static Place place_of(std::size_t index) {
         const std::size_t shifted = index + kFirst;
-        const auto block = static_cast<std::size_t>(std::bit_width(shifted)) - 5;
-        return {block, shifted - (kFirst << block)};
+        return {static_cast<std::size_t>(std::bit_width(shifted) - std::bit_width(kFirst)),
+                shifted - std::bit_floor(shifted)};
     }
 
     std::vector<std::vector<T>> blocks_;

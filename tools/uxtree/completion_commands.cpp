@@ -1,4 +1,6 @@
 // Completion scripts for shells, made of the registry.
+#include <fmt/format.h>
+
 #include "support/output.h"
 #include "support/places.h"
 
@@ -17,7 +19,7 @@ namespace {
 std::string table(const char* name, const std::vector<std::pair<std::string, std::string>>& rows) {
     std::string text = std::string("typeset -gA _uxtree_") + name + "=(\n";
     for (const auto& [key, value] : rows) {
-        if (!value.empty()) text += "    ['" + key + "']='" + value + "'\n";
+        if (!value.empty()) text += fmt::format("    ['{}']='{}'\n", key, value);
     }
     return text + ")\n";
 }
@@ -44,7 +46,7 @@ std::string tables() {
             if (!names.empty() && !option.value.empty()) taking += " " + names;
             if (option.names.empty()) choices.emplace_back(name, joined(option.choices));
             for (const std::string& each : option.names) {
-                choices.emplace_back(name + " " + each, joined(option.choices));
+                choices.emplace_back(fmt::format("{} {}", name, each), joined(option.choices));
             }
         }
         options.emplace_back(name, all);
