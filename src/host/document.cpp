@@ -6,7 +6,6 @@
 #include <bit>
 #include <cmath>
 #include <cstring>
-#include <limits>
 #include <stdexcept>
 #include <utility>
 
@@ -349,12 +348,45 @@ void Document::set_value_bytes(Element& element, const void* bytes, std::size_t 
     element.valueKind = kind;
 }
 
+namespace {
+
+constexpr std::uint64_t kNoBits = UINT64_MAX;
+
+// A double whose lowest bit has the value 1. A whole number from 0 up to 2 to the power of 51 that is
+// added to it stands in its low bits; no other one yields the same number less it and few bits.
+constexpr double kUnits = 6755399441055744.0;
+constexpr auto kUnitBits = std::bit_cast<std::uint64_t>(kUnits);
+
+std::uint64_t bits_in_units(double value) {
+    return std::bit_cast<std::uint64_t>(value + kUnits) - kUnitBits;
+}
+
+// The bits that whole numbers use; kNoBits when one is not whole.
+std::uint64_t whole_bits(const double* values, std::size_t count) {
+    constexpr std::size_t kBlock = 256;  // values without a branch, so that several go at a time
+    std::uint64_t bits = 0;
+    for (std::size_t start = 0; start < count; start += kBlock) {
+        const std::size_t end = std::min(start + kBlock, count);
+        std::uint64_t wrong = 0;
+        for (std::size_t i = start; i < end; ++i) {
+            const std::uint64_t inUnits = bits_in_units(values[i]);
+            const double again = std::bit_cast<double>(inUnits + kUnitBits) - kUnits;
+            bits |= inUnits;
+            wrong |= std::bit_cast<std::uint64_t>(values[i]) ^ std::bit_cast<std::uint64_t>(again);
+        }
+        if (wrong != 0) return kNoBits;
+    }
+    return bits;
+}
+
+}  // namespace
+
 std::size_t Document::number_count(const Element& element) {
     switch (element.valueKind) {
         case ValueKind::kWhole16:
             return element.valueBytes / sizeof(std::uint16_t);
         case ValueKind::kWhole32:
-            return element.valueBytes / sizeof(std::int32_t);
+            return element.valueBytes / sizeof(std::uint32_t);
         default:
             return element.valueBytes / sizeof(double);
     }
@@ -367,42 +399,28 @@ void Document::get_doubles(const Element& element, double* out) const {
         case ValueKind::kWhole16:
             return copy(reinterpret_cast<const std::uint16_t*>(bytes));
         case ValueKind::kWhole32:
-            return copy(reinterpret_cast<const std::int32_t*>(bytes));
+            return copy(reinterpret_cast<const std::uint32_t*>(bytes));
         default:
             return copy(reinterpret_cast<const double*>(bytes));
     }
 }
 
-// False when a value is not the same double again.
 template <typename Whole>
-bool Document::set_whole(Element& element, const double* values, std::size_t count,
+void Document::set_whole(Element& element, const double* values, std::size_t count,
                          ValueKind kind) {
-    constexpr std::size_t kBlock = 256;  // values without a branch
-    constexpr double kLeast = std::numeric_limits<Whole>::min();
-    constexpr double kMost = std::numeric_limits<Whole>::max();
-    std::vector<Whole> whole;
-    whole.reserve(count);
-    for (std::size_t start = 0; start < count; start += kBlock) {
-        const std::size_t end = std::min(start + kBlock, count);
-        whole.resize(end);
-        std::uint64_t wrong = 0;
-        for (std::size_t i = start; i < end; ++i) {
-            const double inRange = std::min(kMost, std::max(kLeast, values[i]));
-            whole[i] = static_cast<Whole>(static_cast<std::int32_t>(inRange));
-            wrong |= std::bit_cast<std::uint64_t>(values[i]) ^
-                     std::bit_cast<std::uint64_t>(static_cast<double>(whole[i]));
-        }
-        if (wrong != 0) return false;
-    }
+    std::vector<Whole, ux::LargeMemory<Whole>> whole(count);
+    for (std::size_t i = 0; i < count; ++i) whole[i] = static_cast<Whole>(bits_in_units(values[i]));
     set_value_bytes(element, whole.data(), count * sizeof(Whole), kind);
-    return true;
 }
 
 void Document::set_doubles(Element& element, const double* values, std::size_t count) {
     constexpr std::size_t kMany = 64;  // such as the counts of a spectrum
-    if (count >= kMany && (set_whole<std::uint16_t>(element, values, count, ValueKind::kWhole16) ||
-                           set_whole<std::int32_t>(element, values, count, ValueKind::kWhole32))) {
-        return;
+    const std::uint64_t bits = count < kMany ? kNoBits : whole_bits(values, count);
+    if (bits <= UINT16_MAX) {
+        return set_whole<std::uint16_t>(element, values, count, ValueKind::kWhole16);
+    }
+    if (bits <= UINT32_MAX) {
+        return set_whole<std::uint32_t>(element, values, count, ValueKind::kWhole32);
     }
     const bool finite =
         std::all_of(values, values + count, [](double x) { return std::isfinite(x); });

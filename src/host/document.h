@@ -338,7 +338,7 @@ private:
     std::string_view made_text(const Element& element, CStringUTF8& scratch) const;
     void append_doubles(const Element& element, CStringUTF8& text) const;
     template <typename Whole>
-    bool set_whole(Element& element, const double* values, std::size_t count, ValueKind kind);
+    void set_whole(Element& element, const double* values, std::size_t count, ValueKind kind);
     template <typename IsIt>
     void remove_last(Element& element, IsIt&& isIt);
     void release_attributes(const Element& element) noexcept;

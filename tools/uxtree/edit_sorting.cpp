@@ -42,6 +42,7 @@ public:
         sorted_ += keys.size();
         if (keys.size() < 2) return;
         std::vector<int> places;
+        places.reserve(keys.size());
         for (const SortKey& key : keys) places.push_back(key.child);
         std::stable_sort(keys.begin(), keys.end(), [this](const SortKey& a, const SortKey& b) {
             return options_.descending ? is_before(b, a) : is_before(a, b);

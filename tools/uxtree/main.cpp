@@ -128,7 +128,7 @@ bool asks_for_group_help(const Words& words) {
         }
     }
     const std::string prefix = grouped ? words[0] + " " : "";
-    const std::string wrong = words[grouped ? 1 : 0];
+    const std::string& wrong = words[grouped ? 1 : 0];
     const std::string meant = nearest(wrong, names);
     throw_usage("unknown command '" + prefix + wrong + "'",
                 meant.empty() ? others : "did you mean 'uxtree " + prefix + meant + "'?");

@@ -237,7 +237,7 @@ struct Progress::Ticker {
     std::thread thread;  // the last member: it uses the others
 };
 
-Progress::Progress(std::string text) {
+Progress::Progress(const std::string& text) {
     if (is_terminal(kStandardError) && !HeldMessages::is_held())
         ticker_ = std::make_unique<Ticker>(terminal_safe(clipped(text, 60)));
 }

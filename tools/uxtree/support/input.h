@@ -73,7 +73,7 @@ int for_each_file(const std::vector<std::string>& files,
 // terminal, and taken away at the end.
 class Progress {
 public:
-    explicit Progress(std::string text);
+    explicit Progress(const std::string& text);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;

@@ -80,8 +80,8 @@ void add_command(const Command& command, std::vector<Place>& places) {
 }  // namespace
 
 bool OptionFacts::takes_file() const {
-    const bool names_one = value == "FILE" || value == "FOLDER" || value == "PATTERN";
-    return choices.empty() && (names_one || (names.empty() && value.starts_with("FILE")));
+    const bool namesOne = value == "FILE" || value == "FOLDER" || value == "PATTERN";
+    return choices.empty() && (namesOne || (names.empty() && value.starts_with("FILE")));
 }
 
 std::vector<Place> all_places() {
@@ -108,7 +108,10 @@ std::vector<Place> all_places() {
     }
     for (auto& [word, group] : groups) {
         std::string list;
-        for (const std::string& name : group.next) list += (list.empty() ? "" : ", ") + name;
+        for (const std::string& name : group.next) {
+            if (!list.empty()) list += ", ";
+            list += name;
+        }
         group.summary = "commands about " + word + ": " + list;
         group.usage = "COMMAND [OPTIONS] ...";
         places.push_back(std::move(group));

@@ -18,7 +18,7 @@
 
 #include "support/platform.h"
 
-extern char** environ;
+extern char** environ;  // NOLINT(readability-redundant-declaration): not everywhere
 
 namespace uxtool {
 
@@ -148,6 +148,7 @@ void become(const std::string& program, const std::vector<std::string>& argument
     std::vector<std::string> words{program};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;
+    pointers.reserve(words.size() + 1);
     for (std::string& word : words) pointers.push_back(word.data());
     pointers.push_back(nullptr);
     ::execv(program.c_str(), pointers.data());

@@ -6,6 +6,8 @@
 #include <set>
 #include <vector>
 
+#include <fmt/format.h>
+
 #include "support/input.h"
 #include "support/text.h"
 #include "support/tree.h"
@@ -62,9 +64,9 @@ std::string missing_hint(const std::vector<std::string>& asked, const std::set<s
     for (const std::string& name : asked) {
         if (there.count(name) != 0) continue;
         const std::string meant = nearest(name, list);
-        const std::string start = "no " + what + " is called '" + name + "'";
-        if (!meant.empty()) return start + ": did you mean '" + meant + "'?";
-        return start + (list.empty() ? "" : ": there are " + short_list(list));
+        const std::string start = fmt::format("no {} is called '{}'", what, name);
+        if (!meant.empty()) return fmt::format("{}: did you mean '{}'?", start, meant);
+        return list.empty() ? start : fmt::format("{}: there are {}", start, short_list(list));
     }
     return "";
 }

@@ -91,6 +91,7 @@ void keep_largest(std::vector<Curve>& curves, std::size_t count, const std::stri
     note(fmt::format("{}: {} curves; the {} with most counts are drawn. -s chooses others",
                      input_name(file), curves.size(), count));
     std::vector<double> totals;
+    totals.reserve(curves.size());
     for (const Curve& curve : curves) totals.push_back(uxkit::total(curve.spectrum.counts));
     std::vector<double> sorted = totals;
     std::sort(sorted.begin(), sorted.end(), std::greater<>());

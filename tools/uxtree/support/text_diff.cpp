@@ -46,11 +46,8 @@ public:
             Range range = ranges.back();
             ranges.pop_back();
             trim(range);
-            if (range.a == range.aEnd || range.b == range.bEnd) {
-                mark(range);
-            } else if (!search(range) && !split(range, ranges)) {
-                mark(range);
-            }
+            const bool isOver = range.a == range.aEnd || range.b == range.bEnd;
+            if (isOver || (!search(range) && !split(range, ranges))) mark(range);
         }
     }
 

@@ -9,6 +9,7 @@ std::string to_string(const CStringUTF8& text) {
 
 std::vector<std::string> to_strings(const CWBOStringArray& texts) {
     std::vector<std::string> out;
+    out.reserve(static_cast<std::size_t>(texts.GetSize()));
     for (int i = 0; i < texts.GetSize(); ++i) out.push_back(to_string(texts[i]));
     return out;
 }
@@ -42,6 +43,7 @@ std::vector<std::pair<std::string, std::string>> all_attributes(const UXXmlWrapp
     CWBOStringArray values;
     node.GetPropertyNamesAndValues(names, &values, nullptr);
     std::vector<std::pair<std::string, std::string>> out;
+    out.reserve(static_cast<std::size_t>(names.GetSize()));
     for (int i = 0; i < names.GetSize(); ++i) {
         out.emplace_back(to_string(names[i]), to_string(values[i]));
     }

@@ -30,7 +30,10 @@ public:
     using Work = std::function<Result(const File& file)>;
 
     WorkAhead(const std::vector<File>& files, unsigned jobs, Work work)
-        : files_(files), work_(std::move(work)), mostAhead_(4 * jobs), results_(files.size()) {
+        : files_(files),
+          work_(std::move(work)),
+          mostAhead_(std::size_t{4} * jobs),
+          results_(files.size()) {
         const std::size_t threads = std::min<std::size_t>(jobs, files.size());
         for (std::size_t i = 0; i < threads; ++i) threads_.emplace_back([this] { run(); });
     }
