@@ -238,7 +238,8 @@ private:
 
 int run_length(double count) {
     if (!(count >= 0.5)) return 0;
-    return static_cast<int>(std::min(count, kMostZeros) + 0.5);  // rounded
+    // A half goes up. NOLINTNEXTLINE(bugprone-incorrect-roundings)
+    return static_cast<int>(std::min(count, kMostZeros) + 0.5);
 }
 
 }  // namespace

@@ -108,7 +108,7 @@ bool is_ordinary(const char* chunk) {
 // The same for a large chunk. Nearly all text is ASCII for the most part: first the places that
 // are not are listed, without a branch that could be foreseen wrongly, and then looked at.
 bool is_large_ordinary(const char* chunk) {
-    constexpr std::ptrdiff_t kPlace = 2 * kLane;
+    constexpr std::ptrdiff_t kPlace = std::ptrdiff_t{2} * kLane;
     const char* places[kLargeChunk / kPlace];
     std::size_t found = 0;
     __m128i least = load_16(chunk);

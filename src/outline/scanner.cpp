@@ -35,7 +35,7 @@ SaxFileReader::SaxFileReader(RegularFile file, std::string_view bytes, std::size
     std::size_t space = kAlignment + blockSize_ + kReadAhead;
     block_ = static_cast<char*>(std::align(kAlignment, blockSize_ + kReadAhead, place, space));
     position_ = limit_ = block_;
-    cutOff_ = {block_, 0};
+    cutOff_ = block_;  // empty: the memory is zeroed
 }
 
 std::size_t SaxFileReader::read(char* out) {

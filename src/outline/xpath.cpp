@@ -134,6 +134,7 @@ template <typename Visit>
 void visit_matches(UXXmlWrapperBase& root, const std::vector<std::string>& steps, Visit&& visit) {
     if (steps.empty()) return visit(root);
     std::vector<UXNameKey> tags;
+    tags.reserve(steps.size());
     for (const std::string& step : steps) tags.emplace_back(step.c_str());
     UXXmlWrapperBase node;
     UXXmlWrapperBase next;
