@@ -158,12 +158,6 @@ public:
         return bases_[ref >> kSlotBits] + (ref & kSlotMask);
     }
 
-    // The slot will be asked for soon. Any number may be guessed.
-    void fetch(Ref ref) const {
-        const std::size_t chunk = ref >> kSlotBits;
-        if (chunk < bases_.size()) __builtin_prefetch(bases_[chunk] + (ref & kSlotMask));
-    }
-
     // Yields the number of a slot; fresh tells whether its content is undefined.
     Ref allocate(bool& fresh) {
         fresh = free_ == 0;

@@ -52,7 +52,7 @@ public:
         : attribute_(attribute), readsAttribute_(attribute != nullptr), table_(table) {}
 
     void collect(UXXmlWrapperBase& node) {
-        starts_.push_back(values_.GetSize());
+        if (table_) starts_.push_back(values_.GetSize());
         if (readsAttribute_) {
             collect_attribute(node);
         } else if (is_leaf(node)) {
@@ -62,12 +62,13 @@ public:
                 if (is_leaf(below)) collect_text(below);
             });
         }
-        keep_labels_of_longest();
+        if (table_) keep_labels_of_longest();
     }
 
     void give_list(CWBOStringArray& values, CArray<unsigned int>& offsets) {
         offsets.RemoveAll();
         offsets.Add(static_cast<unsigned int>(values.GetSize()));
+        if (values.IsEmpty()) std::swap(values, values_);
         for (int i = 0; i < values_.GetSize(); ++i) values.Add(std::move(values_[i]));
         offsets.Add(static_cast<unsigned int>(values.GetSize()));
     }
@@ -123,7 +124,7 @@ private:
     bool table_;
     CStringUTF8 scratch_;
     CWBOStringArray values_;
-    std::vector<int> starts_;          // where each node's values begin
+    std::vector<int> starts_;          // where each node's values begin; tables only
     std::vector<CStringUTF8> labels_;  // of the node at hand; tables only
     std::vector<CStringUTF8> longestLabels_;
 };
