@@ -83,7 +83,12 @@ void merge_attributes(UXXmlWrapperBase& entry, const LayoutNode& more) {
         UXXmlWrapperBase added;
         require(hasNext != 0 ? entry.InsertNodeBefore(next, "Attr", -1, &added)
                              : entry.AddNode(&added, "Attr", -1));
-        require(added.SetPropertyValue("Label", CStringUTF8(label.c_str())));
+        try {
+            require(added.SetPropertyValue("Label", CStringUTF8(label.c_str())));
+        } catch (...) {
+            added.RemoveNode();
+            throw;
+        }
     }
 }
 

@@ -101,7 +101,8 @@ bool IndexTree::split_text(Node node, std::string_view text, std::vector<Leaf>& 
 // One walk in the order of the document, with the branches open that a node is in and the texts that
 // are still to come in them.
 void IndexTree::read_texts() {
-    textsAreRead_ = true;
+    texts_.clear();  // from an attempt that lacked memory
+    mixed_.clear();
     spans_.resize(entries_.size());
     struct Open {
         Node node;
@@ -139,6 +140,7 @@ void IndexTree::read_texts() {
         mixed_.push_back(node);
     }
     closeBefore(end());
+    textsAreRead_ = true;
 }
 
 Text IndexTree::string_value(Node node, CStringUTF8& scratch) {

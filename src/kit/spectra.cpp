@@ -345,9 +345,12 @@ const std::vector<GrossCount> kNoGrossCounts;
 }  // namespace
 
 SpectrumOpening SpectrumReader::open(const char* path, const std::vector<std::string>& wanted) {
+    state_.reset();
     return ux::at_boundary(SpectrumOpening::kNoMemory, [&] {
-        state_ = std::make_unique<State>();
-        return state_->open(path, wanted);
+        auto state = std::make_unique<State>();
+        const SpectrumOpening opened = state->open(path, wanted);
+        state_ = std::move(state);
+        return opened;
     });
 }
 

@@ -20,13 +20,21 @@ void ExpectedText::make(std::string_view before, std::string_view name, std::str
     made_->known = KnownText(made_->text);
 }
 
+// What is to be freed is a list along the followers, since memory may have run out.
 LayoutNode::~LayoutNode() {
-    std::vector<std::unique_ptr<LayoutNode>> doomed = std::move(children);
-    while (!doomed.empty()) {
-        const std::unique_ptr<LayoutNode> node = std::move(doomed.back());
-        doomed.pop_back();
-        std::move(node->children.begin(), node->children.end(), std::back_inserter(doomed));
-        node->children.clear();
+    LayoutNode* doomed = nullptr;
+    const auto take_children = [&doomed](LayoutNode& node) {
+        for (std::unique_ptr<LayoutNode>& child : node.children) {
+            child->follower = doomed;
+            doomed = child.release();
+        }
+        node.children.clear();
+    };
+    take_children(*this);
+    while (doomed != nullptr) {
+        const std::unique_ptr<LayoutNode> node(doomed);
+        doomed = node->follower;
+        take_children(*node);
     }
 }
 

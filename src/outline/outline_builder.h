@@ -57,7 +57,7 @@ struct LayoutNode {
 
     LayoutNode() = default;
     explicit LayoutNode(std::string_view tag) : name(tag) {}
-    // Frees the branch without recursion, so that its depth costs no machine stack.
+    // Frees the branch without recursion, so that its depth costs no machine stack, and without memory.
     ~LayoutNode();
     LayoutNode(const LayoutNode&) = delete;
     LayoutNode& operator=(const LayoutNode&) = delete;

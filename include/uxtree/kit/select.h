@@ -48,7 +48,7 @@ public:
     // The name of an attribute; "" otherwise.
     const char* attribute(std::size_t index) const;
     // The text as XPath has it: the value of an attribute, a text, and of an element all texts in
-    // it joined. False, with out "", when it depends on text in mixed content.
+    // it joined. False, with out "", when it depends on text in mixed content. Throws std::bad_alloc.
     bool text(std::size_t index, CStringUTF8& out) const;
     // When the outcome is kMixedText: an element whose text stood in the way; invalid otherwise.
     UXXmlWrapperBase mixed() const;

@@ -105,7 +105,7 @@ struct SpectrumNote {
 enum class SpectrumOpening {
     kOpened,
     kUnreadable,  // no file, or it cannot be read
-    kNoXml,       // UXGetLastLoadFailure tells where it is broken
+    kNoXml,       // UXGetLastLoadFailure tells where it is broken, or that memory ran out
     kOtherRoot,   // XML, but no spectrum file; root_name() tells what it is
     kNoMemory,
 };
