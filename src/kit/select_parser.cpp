@@ -42,7 +42,7 @@ public:
         if (at_end()) refuse("a path is expected");
         program_->path = parse_main_path();
         skip_blanks();
-        if (!at_end()) refuse_rest();
+        if (!at_end()) refuse(fault_of_rest());
         program_->wantsIndex = program_->wantsIndex || main_path_wants_index();
         return std::move(program_);
     }
@@ -64,12 +64,13 @@ private:
         throw Fault{position, std::move(message)};
     }
     [[noreturn]] void refuse(std::string message) const { refuse_at(at_, std::move(message)); }
-    [[noreturn]] void refuse_rest() const {
-        if (text_[at_] == '|') refuse("several paths in one are not known");
-        if (text_[at_] == ']' || text_[at_] == ')') {
-            refuse("nothing was opened that '" + std::string(1, text_[at_]) + "' could close");
+    std::string fault_of_rest() const {
+        const char c = text_[at_];
+        if (c == '|') return "several paths in one are not known";
+        if (c == ']' || c == ')') {
+            return "nothing was opened that '" + std::string(1, c) + "' could close";
         }
-        refuse("the path should end here");
+        return "the path should end here";
     }
 
     bool at_end() const { return at_ >= text_.size(); }
@@ -285,7 +286,7 @@ private:
     void parse_named_step(Step& step) {
         const std::size_t start = at_;
         const std::string_view name = name_ahead();
-        if (name.empty()) refuse_operand();
+        if (name.empty()) refuse(fault_of_operand());
         at_ += name.size();
         skip_blanks();
         if (peek() == ':' && peek(1) == ':') {
@@ -306,13 +307,14 @@ private:
         step.name = number_of_name(name);
     }
 
-    [[noreturn]] void refuse_operand() const {
-        if (at_end()) refuse("the path ends too early");
-        if (peek() == '$') refuse("variables are not known");
-        if (peek() == '|') refuse("several paths in one are not known");
-        if (peek() == '(') refuse("a path cannot stand in brackets");
-        if (inPredicate_) refuse("a path, a text or a number is expected here");
-        refuse("a name, *, @, text(), . or .. is expected here");
+    // Why no path begins here.
+    const char* fault_of_operand() const {
+        if (at_end()) return "the path ends too early";
+        if (peek() == '$') return "variables are not known";
+        if (peek() == '|') return "several paths in one are not known";
+        if (peek() == '(') return "a path cannot stand in brackets";
+        return inPredicate_ ? "a path, a text or a number is expected here"
+                            : "a name, *, @, text(), . or .. is expected here";
     }
 
     void parse_predicates(Step& step) {
@@ -519,7 +521,7 @@ private:
         if (ux::is_digit(c) || (c == '.' && ux::is_digit(peek(1)))) return parse_number();
         if (starts_function()) return parse_function();
         if (c == '/' || starts_step()) return parse_path_operand(start);
-        refuse_operand();
+        refuse(fault_of_operand());
     }
 
     Expr parse_path_operand(std::size_t start) {
