@@ -541,13 +541,6 @@ void Document::release_children(Element& top) noexcept {
     top.childCount = 0;
 }
 
-void Document::clear() noexcept {
-    Element* top = root();
-    if (top == nullptr) return;
-    root_ = 0;
-    release(top);
-}
-
 NameId Document::map_name(const Document& from, NameId name, NameMap& nameMap) {
     if (&from == this) return name;
     const auto lookUp = [&] { return names_.intern(from.names_.text(name), bytes_); };

@@ -227,8 +227,6 @@ public:
     // Frees an unlinked element with its branch; handles to them become invalid.
     void release(Element* element) noexcept;
     void release_children(Element& element) noexcept;
-    // Frees everything; the document is as new but for its names.
-    void clear() noexcept;
     // A copy of another element, perhaps of another document, linked nowhere yet.
     Element* copy(const Document& from, const Element& source, bool deep);
     // Gives the element the attributes, ID, value and children of an unlinked copy, which goes.
