@@ -72,6 +72,36 @@ TEST_F(FileOutputProperties, OwnerAndAttributesStay) {
     }
 }
 
+// What another user's file has cannot be given to the new one, which then allows nobody more.
+TEST_F(FileOutputProperties, WhatCannotBeKeptIsSaid) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can act as another user";
+    const std::string target = folder_.write("file", "old");
+    const std::string secret = folder_.write("secret", "old");
+    ASSERT_EQ(chmod(target.c_str(), 06775), 0);
+    ASSERT_EQ(chmod(secret.c_str(), 0600), 0);
+    const bool hasAttributes = setxattr(secret.c_str(), "user.origin", "here", 4, 0) == 0;
+    ASSERT_EQ(chmod(folder_.path(".").c_str(), 0777), 0);
+
+    const auto replaced_by_another = [](const std::string& path) {
+        ux::FileOutput output(path.c_str());
+        output.write("new");
+        EXPECT_TRUE(output.commit());
+        return ux::unkept_properties();
+    };
+    ASSERT_EQ(setegid(65534), 0);
+    ASSERT_EQ(seteuid(65534), 0);
+    const std::string unkept = replaced_by_another(target);
+    const std::string unkeptOfSecret = replaced_by_another(secret);
+    ASSERT_EQ(seteuid(0), 0);
+    ASSERT_EQ(setegid(0), 0);
+
+    EXPECT_EQ(unkept, "group, owner");
+    EXPECT_EQ(mode_of(target), 0755U);
+    EXPECT_EQ(unkeptOfSecret,
+              std::string("group, owner") + (hasAttributes ? ", attribute user.origin" : ""));
+    EXPECT_EQ(uxtest::read_file(secret), "new");
+}
+
 TEST_F(FileOutputProperties, AccessControlListsStay) {
     const std::string target = folder_.write("file", "old");
     // Version 2; the owner rw, user 65534 r, the group nothing, the mask r, others nothing.

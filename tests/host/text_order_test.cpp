@@ -1,5 +1,6 @@
 // Where text stands among children.
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -112,6 +113,22 @@ TEST(UXTextOrder, ReadsTextsOfEntities) {
 }
 TEST(UXTextOrder, DoesNotKnowAboutElementsOfEntities) {
     EXPECT_EQ(runs_of("<!DOCTYPE p [<!ENTITY e '<b/>y<b/>'>]><p>x&e;z</p>"), "unknown");
+}
+TEST(UXTextOrder, DoesNotKnowAboutTextInElementsOfEntities) {
+    UXXmlWrapperBase root = edited_document("<!DOCTYPE p [<!ENTITY e '<a>y<b/>z</a>'>]><p>&e;</p>");
+    UXXmlWrapperBase a;
+    root.FindChild("a", &a, 1);
+    EXPECT_EQ(runs_of(UXTextOrder(root), a), "unknown");
+}
+TEST(UXTextOrder, GoesOnElsewhere) {
+    UXXmlWrapperBase root = edited_document("<p>a<b/>c</p>");
+    UXXmlWrapperBase other = edited_document("<p>d<b/></p>");
+    UXTextOrder order(root);
+    UXTextOrder moved(std::move(order));
+    EXPECT_EQ(runs_of(moved, root), "a|c");
+    moved = UXTextOrder(other);
+    EXPECT_EQ(runs_of(moved, other), "d|");
+    EXPECT_EQ(runs_of(moved, root), "unknown");
 }
 TEST(UXTextOrder, KnowsNothingOfADocumentLoadedPlainly) {
     const std::string bytes = "<p>a<b/></p>";

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "uxtree/kit/c.h"
+#include "uxtree/kit/select.h"
 
 namespace {
 
@@ -66,6 +67,14 @@ TEST(ux_select_run, FindsElementsAttributesTextsAndTheDocument) {
     EXPECT_EQ(found_by(tree, "//text()"), "3 c [] one\n3 b [] two\n");
     EXPECT_EQ(found_by(tree, "/"), "0 r [] onetwo\n");
     EXPECT_EQ(found_by(tree, "b[9]"), "");
+}
+
+TEST(ux_select_run, RefusesASelectionOfNothing) {
+    const UXSelection selection;
+    const HandlePtr tree = handle_of("<r/>");
+    const SelectedPtr found = nothing();
+    EXPECT_LT(ux_select_run(&selection, tree.get(), found.get(), nullptr), 0);
+    EXPECT_STREQ(ux_last_error(), "nothing was compiled");
 }
 
 TEST(ux_select_run, RunsOneCompiledPathOnManyTreesAndFromAnyNode) {

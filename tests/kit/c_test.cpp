@@ -272,6 +272,9 @@ TEST(ux_array_new, HoldsOneKindOfElements) {
     EXPECT_EQ(ux_array_size(strings.get()), 1);
     EXPECT_EQ(ux_array_set_ints(ints.get(), nullptr, 0), 1);
     EXPECT_EQ(ux_array_size(ints.get()), 0);
+    UXScriptObject other;
+    EXPECT_EQ(ux_array_size(&other), -1);
+    EXPECT_STREQ(ux_last_error(), "the object is no array");
     EXPECT_EQ(ux_array_new(0), nullptr);
     EXPECT_EQ(ux_array_new(5), nullptr);
 }

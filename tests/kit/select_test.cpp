@@ -2,6 +2,7 @@
 #include "uxtree/kit/select.h"
 
 #include <cstring>
+#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -125,6 +126,10 @@ TEST(UXSelection, AppliesConditions) {
     EXPECT_THAT(found(kBooks, "/shop/*[count(*)=2]/@i"), ElementsAre("@i=1", "@i=2"));
     EXPECT_THAT(found(kBooks, "//*[.='Two7.5']/@i"), ElementsAre("@i=2"));
     EXPECT_THAT(found(kBooks, "//@lang[.='en']"), ElementsAre("@lang=en"));
+    EXPECT_THAT(found(kBooks, "//book[./title='Two']/@i"), ElementsAre("@i=2"));
+    EXPECT_THAT(found(kBooks, "/shop/book['a'='a']['a'!='b']/@i"), ElementsAre("@i=1", "@i=2"));
+    EXPECT_THAT(found(kBooks, "//book[@i][@i][@i][@i][@i][@i][@lang='fr']/@i"),
+                ElementsAre("@i=1", "@i=4"));
 }
 
 TEST(UXSelection, SaysWhereAnExpressionIsNotUnderstood) {
@@ -149,6 +154,23 @@ TEST(UXSelection, SaysWhereAnExpressionIsNotUnderstood) {
     EXPECT_EQ(fault("/a[b='\xC3\xA4\xC3']"), "fault at 8: the path is not UTF-8");
     EXPECT_EQ(fault("/a[b='\x01']"), "fault at 6: XML cannot hold this character");
     EXPECT_EQ(fault("/a[1=2=3]"), "fault at 6: a comparison of a comparison needs brackets");
+    EXPECT_EQ(fault("/a[(b)/c]"), "fault at 6: nothing follows a path in brackets");
+    EXPECT_EQ(fault("/a[contains(1, 'x')]"), "fault at 12: a path or a text is expected here");
+    EXPECT_EQ(fault(("/a[" + std::string(41, '(')).c_str()),
+              "fault at 42: brackets are nested deeper than 40");
+    std::string steps;
+    for (int i = 0; i < 401; ++i) steps += "/a";
+    EXPECT_EQ(fault(steps.c_str()), "fault at 800: a path has at most 400 steps");
+    EXPECT_EQ(fault("/|a"), "fault at 1: several paths in one are not known");
+    EXPECT_EQ(fault("(/a)"), "fault at 0: a path cannot stand in brackets");
+    EXPECT_EQ(fault("/a[!b]"), "fault at 3: a path, a text or a number is expected here");
+    EXPECT_EQ(fault("!b"), "fault at 0: a name, *, @, text(), . or .. is expected here");
+    EXPECT_EQ(fault("/a b"), "fault at 3: the path should end here");
+    EXPECT_EQ(fault("/a[b c]"), "fault at 5: ']' is expected here");
+    EXPECT_EQ(fault("/a/id('x')"), "fault at 3: a path cannot have a function here");
+    EXPECT_EQ(fault("/p:"), "fault at 1: this is no name with a prefix");
+    EXPECT_EQ(fault("/a[b/..]"),
+              "fault at 5: in a condition, .. stands at the beginning of a path only");
 }
 
 TEST(UXSelection, SaysWhereTextInMixedContentDecides) {
@@ -163,6 +185,8 @@ TEST(UXSelection, SaysWhereTextInMixedContentDecides) {
     EXPECT_THAT(found(kMixed, "//p[contains(., 'x')]/@i"), ElementsAre("mixed: p"));
     EXPECT_THAT(found(kMixed, "//p[contains(., 'x') and @i='2']/@i"), ElementsAre("@i=2"));
     EXPECT_THAT(found(kMixed, "//p"), ElementsAre("p1=?", "p2=x"));
+    EXPECT_THAT(found(kMixed, "//p[count(text())=2]/@i"), ElementsAre("mixed: p"));
+    EXPECT_THAT(found(kMixed, "//p[@i][@i][@i][@i][@i][@i][.='axc']/@i"), ElementsAre("mixed: p"));
 }
 
 TEST(UXSelection, KnowsWhereTextStandsInDocumentsWithLayout) {
@@ -239,6 +263,28 @@ TEST(UXSelection, StartsAtTheNodeItIsGiven) {
     EXPECT_THAT(found(second, "../a[1]//b/.."), ElementsAre("a1="));
     EXPECT_THAT(found(second, ".//b[../../a]"), ElementsAre("b4="));
     EXPECT_THAT(found(second, "."), ElementsAre("a3="));
+}
+
+TEST(UXSelection, CanBeCopiedAndMovedWithItsResult) {
+    const TestTree tree("<r><a/><b/></r>");
+    UXSelected result;
+    const auto tag_of = [&](const UXSelection& selection) {
+        EXPECT_EQ(selection.run(tree, result), UXSelectOutcome::kDone);
+        return result.size() == 1 ? uxtest::tag_text(result.node(0)) : "";
+    };
+    UXSelection first;
+    ASSERT_TRUE(first.compile("a"));
+    UXSelection copy(first);
+    ASSERT_TRUE(first.compile("b"));
+    EXPECT_EQ(tag_of(copy), "a");
+    UXSelection moved(std::move(copy));
+    EXPECT_EQ(tag_of(moved), "a");
+    copy = first;
+    EXPECT_EQ(tag_of(copy), "b");
+    moved = std::move(first);
+    EXPECT_EQ(tag_of(moved), "b");
+    const UXSelected kept(std::move(result));
+    EXPECT_EQ(uxtest::tag_text(kept.node(0)), "b");
 }
 
 TEST(UXSelection, YieldsNothingWithoutTreeOrExpression) {

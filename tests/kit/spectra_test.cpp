@@ -1,6 +1,8 @@
 // What the reader of spectrum files tells, without a tree.
 #include "uxtree/kit/spectra.h"
 
+#include <utility>
+
 #include <gmock/gmock.h>
 
 #include "uxtree/import/n42.h"
@@ -62,6 +64,22 @@ TEST(SpectrumReader, TellsEverythingAboutASpectrum) {
     EXPECT_EQ(first.dose->unit, "\xC2\xB5Sv/h");
     EXPECT_EQ(first.grossCounts, 50);
     EXPECT_THAT(first.counts, ElementsAre(4, 0, 0, 7));
+}
+
+TEST(SpectrumReader, GoesOnElsewhere) {
+    const ReadFile file(kRich);
+    uxkit::SpectrumReader first;
+    ASSERT_EQ(first.open(file.path.c_str()), SpectrumOpening::kOpened);
+    uxkit::Spectrum spectrum;
+    ASSERT_TRUE(first.next(spectrum));
+    uxkit::SpectrumReader second(std::move(first));
+    ASSERT_TRUE(second.next(spectrum));
+    EXPECT_EQ(spectrum.name, "1.1 Foreground B");
+    uxkit::SpectrumReader third;
+    third = std::move(second);
+    ASSERT_TRUE(third.next(spectrum));
+    EXPECT_EQ(spectrum.name, "1.1 Foreground B (2)");
+    EXPECT_FALSE(third.next(spectrum));
 }
 
 TEST(SpectrumReader, TellsWhatTheOtherDetectorsHave) {

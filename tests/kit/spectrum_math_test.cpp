@@ -196,9 +196,16 @@ TEST(make_rates, NeedALiveTime) {
     EXPECT_THAT(timeless.counts, ElementsAre(10));
 }
 TEST(text_of, HasWordsForEveryProblem) {
-    EXPECT_STREQ(uxkit::text_of(SpectrumProblem::kNone), "");
-    EXPECT_STREQ(uxkit::text_of(SpectrumProblem::kNoLiveTime), "it has no live time");
-    EXPECT_STREQ(uxkit::text_of(SpectrumProblem::kNoMemory), "no memory is left");
+    const auto words = [](SpectrumProblem problem) { return std::string(uxkit::text_of(problem)); };
+    EXPECT_EQ(words(SpectrumProblem::kNone), "");
+    EXPECT_EQ(words(SpectrumProblem::kNoLiveTime), "it has no live time");
+    EXPECT_EQ(words(SpectrumProblem::kNoCalibration), "one has energies and the other none");
+    EXPECT_EQ(words(SpectrumProblem::kDifferentChannels),
+              "different numbers of channels, and no energies to compare them by");
+    EXPECT_EQ(words(SpectrumProblem::kEnergiesDoNotAscend), "its energies do not ascend");
+    EXPECT_EQ(words(SpectrumProblem::kDifferentUnits), "energies of different units");
+    EXPECT_EQ(words(SpectrumProblem::kBadFactor), "channels are joined by 1 or more");
+    EXPECT_EQ(words(SpectrumProblem::kNoMemory), "no memory is left");
 }
 
 TEST(region_of, TakesTheBackgroundFromBothSides) {
