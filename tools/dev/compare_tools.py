@@ -168,16 +168,6 @@ def floors(program):
                      for tool, command in WAITING)
 
 
-def least():
-    """The same of a program in C++ that reads a line."""
-    with tempfile.TemporaryDirectory() as folder:
-        program = f"{folder}/least"
-        subprocess.run(["c++", "-O2", "-x", "c++", "-", "-o", program], text=True, check=True,
-                       input="#include <iostream>\n#include <string>\n"
-                             "int main() { std::string s; std::getline(std::cin, s); std::cout << s; }")
-        return waiting([program])
-
-
 def answer(place, command, program):
     """What a command writes on the small file, standard error included, and its exit code."""
     environment = {**os.environ, "PATH": f"{program.parent}:{os.environ['PATH']}", "LC_ALL": "C.UTF-8"}
@@ -230,7 +220,7 @@ def page(program):
         results = list(compared(program, folder))
         size = (pathlib.Path(folder) / str(BOOKS) / "books.xml").stat().st_size / 1e6
     out = [HEAD.format(versions=versions(program), books=f"{BOOKS:,}", size=f"{size:.0f}", runs=RUNS,
-                       slow=SLOW, floors=floors(program), least=least())]
+                       slow=SLOW, floors=floors(program))]
     out.append("| Job | uxtree | the others |\n|---|---|---|\n")
     for (job, _, _), rows in zip(JOBS, results):
         cells = [f"{tool} {seconds:.2f} s, {amount(megabytes)}"
@@ -259,9 +249,8 @@ what takes more than {slow} seconds.
 package of that name; `yq` stands for `xq-python` of the package yq, which runs jq.
 
 Before it has read anything, a process takes: {floors}.
-A program in C++ that reads a line takes {least}. `uxtree` checks, outlines and formats files of any
-size with little more than it starts with; nearly all of that is code of one program for many jobs, in
-pages that all its processes share.
+`uxtree` checks, outlines and formats files of any size with little more than it starts with; nearly
+all of that is code, in pages that all its processes share.
 
 Versions: {versions}.
 

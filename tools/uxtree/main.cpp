@@ -6,7 +6,6 @@
 #include <fmt/format.h>
 
 #include "uxtree/host/embedded_files.h"
-#include "uxtree/kit/version.h"
 
 #include "support/command.h"
 #include "support/file.h"
@@ -56,15 +55,6 @@ std::string general_help() {
 void clean_up() {
     UXRemoveUnfinishedFiles();
     remove_temporaries();
-}
-
-void require_libraries_that_fit() {
-    const std::string problem = ux_version_problem();
-    if (!problem.empty()) throw Failure(kRefused, problem);
-    if (ux_version_fits(UXTREE_VERSION) == 1) return;
-    throw Failure(kRefused, fmt::format("this is version " UXTREE_VERSION
-                                        ", which does not fit libuxtree_kit {}",
-                                        ux_version()));
 }
 
 void print(const std::string& text) {
@@ -215,7 +205,6 @@ int main(int argc, char** argv) {
     clean_up_before_death(clean_up);
     survive_failed_writes();
     try {
-        require_libraries_that_fit();
         set_command_line(Words(argv + 1, argv + argc));
         return run(command_line());
     } catch (const ClosedPipe&) {

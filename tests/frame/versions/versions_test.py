@@ -1,6 +1,6 @@
 """Every door works with libraries that fit, and refuses those that do not, with a reason.
 
-Usage: versions_test.py PROBE OLD_HOST OLD_PRODUCT OLD_KIT SCRIPT_PROBE TOOL
+Usage: versions_test.py PROBE OLD_HOST OLD_PRODUCT OLD_KIT SCRIPT_PROBE SCRIPT_TOOL
 
 The last two may be empty.
 """
@@ -48,11 +48,10 @@ class Versions(unittest.TestCase):
         self.assert_output(run(SCRIPT_PROBE, before=OLD_HOST), 0, f"refused: error: {HOST}\n")
 
     @unittest.skipUnless(TOOL, "no tool is built")
-    def test_the_tool_refuses_all(self):
+    def test_the_tool_runs_scripts_with_none(self):
         for before, reason in ((OLD_HOST, HOST), (OLD_PRODUCT, PRODUCT), (OLD_KIT, KIT)):
-            for arguments in (["list"], ["-V"], ["run", "-e", "print(1);"]):
-                done = run(TOOL, *arguments, before=before)
-                self.assert_output(done, 4, "", f"uxtree: {reason}\n")
+            done = run(TOOL, "run", "-e", "print(1);", before=before)
+            self.assert_output(done, 4, "", f"uxtree: {reason}\n")
 
 
 if __name__ == "__main__":

@@ -13,6 +13,7 @@
 #include <angelscript.h>
 #include <editline/readline.h>
 
+#include "uxtree/kit/version.h"
 #include "uxtree/script.h"
 
 #include "script/script.h"
@@ -103,7 +104,17 @@ UXScriptLimits limits_of(const LimitOptions& options) {
     return {options.seconds, options.depth};
 }
 
+void require_libraries_that_fit() {
+    const std::string problem = ux_version_problem();
+    if (!problem.empty()) throw Failure(kRefused, problem);
+    if (ux_version_fits(UXTREE_VERSION) == 1) return;
+    throw Failure(kRefused, fmt::format("this is version " UXTREE_VERSION
+                                        ", which does not fit libuxtree_kit {}",
+                                        ux_version()));
+}
+
 UXScriptEngine make_engine() {
+    require_libraries_that_fit();
     UXScriptOptions options;
     options.print = print;
     options.extend = UXRegisterScriptKit;
