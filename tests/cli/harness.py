@@ -55,6 +55,9 @@ class Tool:
     def __init__(self, program, folder):
         self.program, self.folder = program, pathlib.Path(folder)
 
+    def command(self):
+        return [self.program]
+
     def path(self, name):
         return self.folder / name
 
@@ -80,7 +83,7 @@ class Tool:
         target = open(stdout_to, "wb") if stdout_to else subprocess.PIPE
         try:
             done = subprocess.run(
-                [self.program, *args], cwd=self.folder, env=self.environment(env),
+                [*self.command(), *args], cwd=self.folder, env=self.environment(env),
                 input=stdin if isinstance(stdin, bytes) else stdin.encode(),
                 stdout=target, stderr=subprocess.PIPE, timeout=timeout,
                 preexec_fn=limit if largest_file else None)

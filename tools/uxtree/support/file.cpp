@@ -42,7 +42,7 @@ std::pair<std::string, Descriptor> create_temporary() {
     std::string path = std::string(given ? folder : "/tmp") + "/uxtree-";
     Descriptor descriptor = create_file_that_begins(path);
     if (!descriptor.is_open()) {
-        throw Failure(kRefused, path, system_error(), "set TMPDIR to a folder with room");
+        throw Failure(kRefused, path, system_error(), "set TMPDIR to a writable folder with room");
     }
     remember(path);
     return {path, std::move(descriptor)};

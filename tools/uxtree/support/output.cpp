@@ -168,6 +168,7 @@ int Output::finish(int exitCode) {
 }
 
 void Output::throw_write_error(int error) const {
+    if (replaced_) throw_not_replaced(name_, error);
     if (error == EPIPE) throw ClosedPipe();
     errno = error;
     throw Failure(kRefused, name_, system_error());

@@ -50,13 +50,18 @@ std::string resolved(const std::string& file) {
     return error ? file : path.string();
 }
 
+void throw_not_replaced(const std::string& file, int error) {
+    errno = error;
+    throw Failure(kRefused, file, system_error(),
+                  error == EACCES ? "the file and its folder must be writable, since it is "
+                                    "replaced as a whole"
+                                  : "");
+}
+
 void ReplacedFiles::add(const std::string& file, std::string_view content) {
     const std::string path = resolved(file);
     Pending pending{file, path, UXFileOutput(path.c_str()), {}, {}};
-    if (!pending.output.Write(content)) {
-        errno = pending.output.Error();
-        throw Failure(kRefused, file, system_error());
-    }
+    if (!pending.output.Write(content)) throw_not_replaced(file, pending.output.Error());
     pending_.push_back(std::move(pending));
 }
 
@@ -93,10 +98,7 @@ bool KeptFile::put_back() const {
 }
 
 void ReplacedFiles::put_in_place(Pending& pending) {
-    if (!pending.output.Commit()) {
-        errno = pending.output.Error();
-        throw Failure(kRefused, pending.file, system_error());
-    }
+    if (!pending.output.Commit()) throw_not_replaced(pending.file, pending.output.Error());
     tell_unkept(pending.file);
 }
 

@@ -12,6 +12,9 @@ namespace uxtool {
 // The file behind symbolic links, so that replacing it keeps the link.
 std::string resolved(const std::string& file);
 
+// error is the system's number of what went wrong with a UXFileOutput.
+[[noreturn]] void throw_not_replaced(const std::string& file, int error);
+
 // What stands at a path, or that nothing does, while it may be wanted back.
 class KeptFile {
 public:
