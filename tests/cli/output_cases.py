@@ -52,6 +52,8 @@ CASES = [
          files=FILES, out="node,label\nr.b,B\n"),
     case("AnotherVersionIsRefused", ["list", "-f", "json@2"], code=2,
          err=["json@2 is not known: this version writes json@1"]),
+    case("AFormatThatIsNotWrittenHasNoVersion", ["n42", "plot", "-f", "json@2", "-"], code=2,
+         err=["json@2 not in {auto,svg,html}"]),
     case("AnEmptyVersionIsNone", ["list", "-f", "csv@"], code=2,
          err=["csv@ is not known: this version writes csv@1"]),
     case("TextHasNoVersion", ["list", "-f", "text@1"], code=2, err=["text@1"]),

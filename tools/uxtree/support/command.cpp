@@ -79,10 +79,11 @@ namespace {
 constexpr std::string_view kShapes = "1";
 
 // Takes the version off json@1 and csv@1; yields why it cannot be written.
-std::string take_version(std::string& format) {
+std::string take_version(std::string& format, const std::vector<std::string>& choices) {
     const std::size_t at = format.find('@');
     const std::string name = format.substr(0, at);
-    if (at == std::string::npos || (name != "json" && name != "csv")) return "";
+    const bool isChoice = std::find(choices.begin(), choices.end(), name) != choices.end();
+    if (at == std::string::npos || !isChoice || (name != "json" && name != "csv")) return "";
     if (format.substr(at + 1) != kShapes) {
         return fmt::format("{} is not known: this version writes {}@{}", format, name, kShapes);
     }
@@ -102,7 +103,8 @@ CLI::Option* add_format(CLI::App& app, std::string& format,
     return app.add_option("-f,--format", format, "Output format (default " + format + ")")
         ->type_name("NAME")
         ->check(CLI::IsMember(choices))
-        ->transform(CLI::Validator(take_version, ""));
+        ->transform(CLI::Validator(
+            [choices](std::string& chosen) { return take_version(chosen, choices); }, ""));
 }
 
 }  // namespace uxtool
