@@ -41,8 +41,10 @@ public:
           toldTags_(part.tagCount),
           lines_(part.lines),
           columns_(part.columns),
+          isBehindRoot_(part.isBehindRoot),
           encoding_(encoding),
-          encodingIsGiven_(settled != nullptr) {
+          encodingIsGiven_(settled != nullptr),
+          foundRoot_(part.isBehindRoot) {
         if (parser_ == nullptr) throw std::bad_alloc();
         XML_Parser parser = parser_.get();
         XML_SetUserData(parser, this);
@@ -134,9 +136,11 @@ private:
     // --- handlers ------------------------------------------------------------------------------
 
     static void XMLCALL start_element(void* data, const XML_Char* name, const XML_Char** atts) {
+        if (self(data).isBehindRoot_) return;
         self(data).guarded([&] { self(data).start(name, atts); });
     }
     static void XMLCALL end_element(void* data, const XML_Char* /*name*/) {
+        if (self(data).isBehindRoot_) return;
         self(data).guarded([&] {
             self(data).sink_.end();
             self(data).open_.pop_back();
@@ -325,11 +329,12 @@ private:
     std::size_t toldTags_;  // those to come of which the sink knows
     long long lines_;
     long long columns_;
+    bool isBehindRoot_;  // the only element stands for the root, of which the sink knows
     FileEncoding encoding_;
     bool encodingIsGiven_;
     bool declaresEncoding_ = false;
     bool hasDoctype_ = false;
-    bool foundRoot_ = false;
+    bool foundRoot_;
     bool stopped_ = false;
     bool outOfMemory_ = false;
     ReadError refusal_;

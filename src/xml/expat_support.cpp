@@ -127,6 +127,8 @@ std::optional<InputPart> part_from(const ByteSource& source, std::uint64_t offse
                                    const std::vector<std::string>& open) {
     InputPart part;
     part.tagCount = open.size();
+    part.isBehindRoot = open.empty();
+    if (open.empty()) part.tags = "<r/>";
     for (const std::string& name : open) part.tags += '<' + name + '>';
     source.seek(0);
     std::vector<char> block(std::size_t{1} << 16);

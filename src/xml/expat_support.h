@@ -53,11 +53,12 @@ private:
     std::uint64_t fed_ = 0;
 };
 
-// A part of an input, from a place inside its root on, as a document by itself: the start tags that
-// are open there stand in front of it.
+// A part of an input, from a place inside its root or behind it on, as a document by itself: the start
+// tags that are open there stand in front of it, or an empty root.
 struct InputPart {
     std::string tags;
     std::size_t tagCount = 0;
+    bool isBehindRoot = false;
     // What places in the part have to be moved by; columns only in its first line.
     long long lines = 0;
     long long columns = 0;

@@ -33,15 +33,16 @@ enum class ReadResult {
     kDoctype,  // gave up at the "<!DOCTYPE" before the root, with no event so far
 };
 
-// A place inside the root: all in front of it was told, and nothing behind it.
+// A place inside the root or right behind it: all in front of it was told, and nothing behind it.
 struct ReadPlace {
     std::uint64_t offset = 0;         // in bytes
-    std::vector<std::string> open{};  // the elements that are open there
+    std::vector<std::string> open{};  // the elements that are open there, none behind the root
 };
 
 // Reads a document and tells a sink about it. A sink has these operations; what they throw passes
 // through the reader:
 //   SinkName resolve(std::string_view name)   keeps a valid name
+//   void expect(std::string_view name)        it is likely to be resolved soon; may be missing
 //   bool start(const StartTag& tag)           false: give up
 //   void end()                                of the innermost open element
 //   void text(const char* begin, const char* end)   a part of the text at hand; line ends are LF.
@@ -114,7 +115,9 @@ private:
     ReadResult run_root(char* at) {
         at = start_tag(at);
         if (at != nullptr && !open_.empty()) at = content(at);
-        return at != nullptr && epilog(at) ? ReadResult::kDone : ReadResult::kGaveUp;
+        if (at == nullptr) return ReadResult::kGaveUp;
+        told_ = window_.offset_of(at);
+        return epilog(at) ? ReadResult::kDone : ReadResult::kGaveUp;
     }
 
     // Yields the root's start tag.

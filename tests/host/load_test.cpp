@@ -541,6 +541,17 @@ TEST(load, PlacesBehindLongTextsAreRight) {
     EXPECT_THAT(parsed("<r>" + run), StartsWith("!(memory):1:604: "));
 }
 
+TEST(load, PlacesBehindTheRootAreRight) {
+    const std::string document = "<!-- \xC3\xA4 -->\r\n<r><a/>\xC3\xA4</r>";
+
+    EXPECT_EQ(parsed(document + "x"), "!(memory):2:13: junk after document element");
+    EXPECT_EQ(parsed(document + "<r/>"), "!(memory):2:13: junk after document element");
+    EXPECT_EQ(parsed(document + "</r>"), "!(memory):2:14: not well-formed (invalid token)");
+    EXPECT_EQ(parsed(document + "\r\n <!-- \xC3\xA4\n-->\n <?p"), "!(memory):5:2: unclosed token");
+    EXPECT_EQ(parsed(document + "<!-- \xFF -->"),
+              "!(memory):2:18: not well-formed (invalid token)");
+}
+
 TEST(load, ManyAttributesAndNames) {
     std::string xml = "<r";
     for (int i = 0; i < 2000; ++i) {
