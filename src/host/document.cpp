@@ -93,6 +93,11 @@ std::size_t NameTable::probe(std::string_view name, std::uint32_t hash) const {
     return slot;
 }
 
+void NameTable::expect(std::string_view name) const {
+    if (slots_.empty() || name.empty()) return;
+    __builtin_prefetch(&slots_[first_slot(hash_of(name), slots_.size(), hashShift_)]);
+}
+
 NameId NameTable::find(std::string_view name) const {
     if (slots_.empty() || name.empty()) return 0;
     return slots_[probe(name, hash_of(name))].id;

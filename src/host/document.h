@@ -79,6 +79,8 @@ public:
     NameId find(std::string_view name) const;
     // Adds the name when it is new. A text that is not known to be valid yields 0 when it is none.
     NameId intern(std::string_view name, ByteArena& bytes, bool valid = true);
+    // The name will be asked for soon.
+    void expect(std::string_view name) const;
     // Another number for every state of every table.
     std::uint64_t stamp() const { return stamp_; }
     // One more than the names, and than any place.
@@ -150,6 +152,7 @@ public:
     // The number of a valid name, added when new; 0 when the text is no name.
     NameId valid_name(const char* name);
     NameId intern(std::string_view name) { return names_.intern(name, bytes_); }
+    void expect_name(std::string_view name) const { names_.expect(name); }
 
     Attribute* attributes(const Element& element) const {
         return reinterpret_cast<Attribute*>(bytes_.at(element.attributes));

@@ -30,6 +30,7 @@ public:
     void restart();
     const std::string& refusal() const { return refusal_; }
     ux::xml::SinkName resolve(std::string_view name);
+    void expect(std::string_view name) const { document_->expect_name(name); }
     bool start(const ux::xml::StartTag& tag) {
         if (open_.size() >= mostOpen_ || ++elements_ > mostElements_) return refuse_more();
         Open* const parent = open_.empty() ? nullptr : &open_.back();

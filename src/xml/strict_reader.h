@@ -52,6 +52,9 @@ struct ReadPlace {
 template <class Sink>
 class StrictReader {
 public:
+    // A sink with more names is told which ones are likely to come.
+    static constexpr std::uint32_t kManyNames = 1 << 12;
+
     // The window is in UTF-8. The declaration may say that the input is in the encoding from which it
     // was decoded.
     StrictReader(Window& window, Sink& sink, FileEncoding encoding = FileEncoding::kUtf8)
@@ -83,12 +86,15 @@ private:
     // Longer than whatever has to be seen whole to be understood, names and numbers apart; those
     // are followed up to the end of the window.
     static constexpr std::ptrdiff_t kLookAhead = 16;
+    static constexpr std::ptrdiff_t kExpectedBytes = 256;
 
     // --- the window ----------------------------------------------------------------------------
 
     bool refill(char*& keep) {
         sink_.flush();
-        return window_.more(keep);
+        const bool more = window_.more(keep);
+        expected_ = window_.begin();
+        return more;
     }
     char* fail(char* at) {
         stop_ = at;
@@ -315,12 +321,32 @@ private:
         }
         const std::string_view name(at, static_cast<std::size_t>(end - at));
         bool isNew = false;
-        KnownName& known = names_.add(sink_.resolve(name), at, name.size(), isNew);
+        const SinkName resolved = sink_.resolve(name);
+        if (resolved.place >= kManyNames) expect_names(end);
+        KnownName& known = names_.add(resolved, at, name.size(), isNew);
         if (isNew && !typedElements_.empty()) {
             known.isTyped = typedElements_.count(std::string(name)) != 0;
         }
         at = end;
         return &known;
+    }
+
+    // A table of many names is larger than the caches: each look waits for memory, unless that was
+    // asked for some names ago. What is expected may be no name at all.
+    void expect_names(const char* at) {
+        if constexpr (requires { sink_.expect(std::string_view()); }) {
+            const char* const end = std::min<const char*>(at + kExpectedBytes, window_.end());
+            for (at = std::max<const char*>(at, expected_); at < end; expected_ = at) {
+                if (!is_kind(*at++, kNameStart)) continue;
+                const char* const begin = at - 1;
+                unsigned length = 0;
+                do at += length = name_length(at);
+                while (length == 16);
+                if (begin[-1] == '<' || (is_blank(begin[-1]) && *at == '=')) {
+                    sink_.expect({begin, static_cast<std::size_t>(at - begin)});
+                }
+            }
+        }
     }
 
     // --- tags ----------------------------------------------------------------------------------
@@ -696,6 +722,7 @@ private:
     char* stop_ = nullptr;  // where a token was not understood
     std::optional<std::uint64_t> told_;
     bool foundDoctype_ = false;
+    const char* expected_ = nullptr;  // the sink was told what names to expect up to there
 
     // The start tag at hand.
     KnownName* tag_ = nullptr;

@@ -49,10 +49,11 @@ private:
 class RecordingSink {
 public:
     ux::xml::SinkName resolve(std::string_view name) {
-        const auto [place, isNew] =
-            numbers_.try_emplace(std::string(name), static_cast<std::uint32_t>(numbers_.size()));
+        const auto number = kFirstNumber + static_cast<std::uint32_t>(numbers_.size());
+        const auto [place, isNew] = numbers_.try_emplace(std::string(name), number);
         return {place->second, place->second, place->first.c_str()};
     }
+    void expect(std::string_view name) { expected_ += " " + std::string(name); }
     bool start(const ux::xml::StartTag& tag) {
         take_views();
         recorder_.start(tag.name.view());
@@ -69,8 +70,12 @@ public:
     void keep() { recorder_.keep(); }
     void flush() { take_views(); }
     const std::string& events() const { return recorder_.events(); }
+    const std::string& expected() const { return expected_; }
 
 private:
+    // As if many names had been met before.
+    static constexpr std::uint32_t kFirstNumber = ux::xml::StrictReader<RecordingSink>::kManyNames;
+
     struct View {
         const char* begin;
         const char* end;
@@ -86,6 +91,7 @@ private:
     Recorder recorder_;
     std::vector<View> views_;
     std::unordered_map<std::string, std::uint32_t> numbers_;
+    std::string expected_;
 };
 
 struct ExpatState {
@@ -133,7 +139,7 @@ Reading read_strictly(std::string_view xml, std::size_t window, ux::xml::FileEnc
     RecordingSink sink;
     ux::xml::StrictReader<RecordingSink> reader(bytes, sink, encoding);
     if (reader.run() != ux::xml::ReadResult::kDone) return {};
-    return {true, sink.events()};
+    return {true, sink.events(), sink.expected()};
 }
 
 Reading read_with_expat(std::string_view xml) {
@@ -147,7 +153,7 @@ Reading read_with_expat(std::string_view xml) {
         XML_Parse(state.parser, xml.data(), static_cast<int>(xml.size()), XML_TRUE);
     XML_ParserFree(state.parser);
     if (status != XML_STATUS_OK) return {};
-    return {true, state.recorder.events()};
+    return {true, state.recorder.events(), {}};
 }
 
 }  // namespace uxtest

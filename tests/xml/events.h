@@ -12,7 +12,8 @@ namespace uxtest {
 
 struct Reading {
     bool accepted = false;
-    std::string events;  // of an accepted document
+    std::string events;    // of an accepted document
+    std::string expected;  // names, by the strict reader, a blank in front of each
 };
 
 // With a window of so many bytes at first, from an input that yields at most as many at a time.

@@ -270,6 +270,13 @@ TEST(StrictReader, AgreesWithExpatOnGeneratedDocuments) {
     EXPECT_LT(accepted, kDocuments);
 }
 
+TEST(StrictReader, ExpectsNamesThatStandAhead) {
+    const std::string xml =
+        "<r><a b='1' name_of_17_bytes_=''/><!-- c d -->e f= <g h=''>i</g></r><?j k=''?>";
+
+    EXPECT_EQ(read_strictly(xml, 4096).expected, " a b name_of_17_bytes_ f g h k");
+}
+
 TEST(StrictReader, EveryEndOfTheWindowGivesTheSame) {
     const std::string xml =
         "<?xml version='1.0' encoding='UTF-8'?><!-- c --><r x='1&amp;2' "
