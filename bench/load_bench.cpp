@@ -181,6 +181,14 @@ std::vector<Odd> odd_documents() {
             return text += behind;
         };
     };
+    // Each number once, as scattered as they get.
+    const auto scattered = [](const char* before, const char* behind) {
+        return [=](int number) {
+            std::string text(before);
+            text += std::to_string(static_cast<unsigned>(number) * 2654435769U);
+            return text += behind;
+        };
+    };
     constexpr int kAll = 1 << 30;
     return {
         {"ordinary elements",
@@ -198,6 +206,13 @@ std::vector<Odd> odd_documents() {
         {"names of one beginning",
          repeated("<r>", "</r>", numbered("<sixteen_in_common", "/>", 20000))},
         {"names, each once", repeated("<r>", "</r>", numbered("<n", "/>", kAll))},
+        {"names in no order", repeated("<r>", "</r>", scattered("<n", "/>"))},
+        // As many elements and attributes without as many names.
+        {"elements of one name", repeated("<r>", "</r>", always("<n1234567/>"))},
+        {"attributes of few names",
+         repeated("<r>", "</r>",
+                  always("<e a123456=\"\" b123456=\"\" c123456=\"\" d123456=\"\" "
+                         "e123456=\"\" f123456=\"\" g123456=\"\" h123456=\"\"/>"))},
         {"attributes of one element", repeated("<r", "/>", numbered(" a", "=\"\"", kAll))},
     };
 }
