@@ -33,9 +33,11 @@ void count_lines(std::string_view text, char last, InputPart& part) {
     for (std::size_t at = text.find('\r'); at < text.size(); at = text.find('\r', at + 1)) {
         if (text.substr(at + 1, 1) != "\n") ++part.lines;
     }
-    const std::size_t end = text.find_last_of("\r\n");
-    if (end != std::string_view::npos) part.columns = 0;
-    part.columns += count_characters(text.substr(end + 1));  // of all when there is no end
+    const auto end =
+        std::find_if(text.rbegin(), text.rend(), [](char c) { return c == '\n' || c == '\r'; });
+    if (end != text.rend()) part.columns = 0;
+    const auto behind = static_cast<std::size_t>(end - text.rbegin());
+    part.columns += count_characters(text.substr(text.size() - behind));
 }
 
 constexpr std::array<std::string_view, 5> kPredefined{"lt", "gt", "amp", "apos", "quot"};
