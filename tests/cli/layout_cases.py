@@ -19,6 +19,15 @@ SETTINGS = """<?xml version="1.0" encoding="UTF-8"?>
 """
 
 
+def changed(*changes):
+    """SETTINGS with each of the (old, new), where every old stands once."""
+    text = SETTINGS
+    for old, new in changes:
+        assert text.count(old) == 1, old
+        text = text.replace(old, new)
+    return text
+
+
 def keeps(name, args, before, after, from_xml=None, values_csv=None, code=0):
     """The command prints the file t.xml as it is to be afterwards."""
 
@@ -74,59 +83,20 @@ CASES = [
     keeps("AChangedAttributeKeepsItsPlace",
           ['attr', 't.xml', 'set', 'Label', 'Sigma', '--ids', '1'],
           SETTINGS,
-          '<?xml version="1.0" encoding="UTF-8"?>\n'
-          '<!-- Settings of the lab -->\n'
-          '<Settings>\n'
-          '  <!-- the detector -->\n'
-          '  <Gain DataID="1" Use="1" Label="Sigma">10</Gain>\n'
-          '  <Offset DataID="2" Use=\'0\' Label=\'Offset\'>0.5</Offset>  <!-- keV -->\n'
-          '\n'
-          '  <!-- display -->\n'
-          '  <Color DataID="3" Use="1">red</Color>\n'
-          '  <Width DataID="4" Use="0">2</Width>\n'
-          '</Settings>\n'),
+          changed(('Label="Gain"', 'Label="Sigma"'))),
     keeps("AChangedAttributeKeepsSingleQuotes",
           ['attr', 't.xml', 'set', 'Label', 'Sigma', '--ids', '2'],
           SETTINGS,
-          '<?xml version="1.0" encoding="UTF-8"?>\n'
-          '<!-- Settings of the lab -->\n'
-          '<Settings>\n'
-          '  <!-- the detector -->\n'
-          '  <Gain DataID="1" Use="1" Label="Gain">10</Gain>\n'
-          '  <Offset DataID="2" Use=\'0\' Label=\'Sigma\'>0.5</Offset>  <!-- keV -->\n'
-          '\n'
-          '  <!-- display -->\n'
-          '  <Color DataID="3" Use="1">red</Color>\n'
-          '  <Width DataID="4" Use="0">2</Width>\n'
-          '</Settings>\n'),
+          changed(("Label='Offset'", "Label='Sigma'"))),
     keeps("AnApostropheBecomesAReferenceInSingleQuotes",
           ['attr', 't.xml', 'set', 'Label', "it's", '--ids', '2'],
           SETTINGS,
-          '<?xml version="1.0" encoding="UTF-8"?>\n'
-          '<!-- Settings of the lab -->\n'
-          '<Settings>\n'
-          '  <!-- the detector -->\n'
-          '  <Gain DataID="1" Use="1" Label="Gain">10</Gain>\n'
-          '  <Offset DataID="2" Use=\'0\' Label=\'it&apos;s\'>0.5</Offset>  <!-- keV -->\n'
-          '\n'
-          '  <!-- display -->\n'
-          '  <Color DataID="3" Use="1">red</Color>\n'
-          '  <Width DataID="4" Use="0">2</Width>\n'
-          '</Settings>\n'),
+          changed(("Label='Offset'", "Label='it&apos;s'"))),
     keeps("NewAttributesComeLastWithTheQuotesOfTheLast",
           ['attr', 't.xml', 'set', 'Show', '0', '--ids', '1', '2'],
           SETTINGS,
-          '<?xml version="1.0" encoding="UTF-8"?>\n'
-          '<!-- Settings of the lab -->\n'
-          '<Settings>\n'
-          '  <!-- the detector -->\n'
-          '  <Gain DataID="1" Use="1" Label="Gain" Show="0">10</Gain>\n'
-          '  <Offset DataID="2" Use=\'0\' Label=\'Offset\' Show=\'0\'>0.5</Offset>  <!-- keV -->\n'
-          '\n'
-          '  <!-- display -->\n'
-          '  <Color DataID="3" Use="1">red</Color>\n'
-          '  <Width DataID="4" Use="0">2</Width>\n'
-          '</Settings>\n'),
+          changed(('Label="Gain"', 'Label="Gain" Show="0"'),
+                  ("Label='Offset'", "Label='Offset' Show='0'"))),
     keeps("NewAttributesComeBeforeTheEndOfTheTag",
           ['attr', 't.xml', 'set', 'Show', '0'],
           '<r>\n'
@@ -172,17 +142,10 @@ CASES = [
     keeps("ARemovedAttributeTakesTheBlankBefore",
           ['attr', 't.xml', 'remove', 'Use'],
           SETTINGS,
-          '<?xml version="1.0" encoding="UTF-8"?>\n'
-          '<!-- Settings of the lab -->\n'
-          '<Settings>\n'
-          '  <!-- the detector -->\n'
-          '  <Gain DataID="1" Label="Gain">10</Gain>\n'
-          '  <Offset DataID="2" Label=\'Offset\'>0.5</Offset>  <!-- keV -->\n'
-          '\n'
-          '  <!-- display -->\n'
-          '  <Color DataID="3">red</Color>\n'
-          '  <Width DataID="4">2</Width>\n'
-          '</Settings>\n'),
+          changed(('Use="1" Label="Gain"', 'Label="Gain"'),
+                  ("Use='0' Label='Offset'", "Label='Offset'"),
+                  ('DataID="3" Use="1"', 'DataID="3"'),
+                  ('DataID="4" Use="0"', 'DataID="4"'))),
     keeps("RemovedAttributesTakeTheirLines",
           ['edit', 't.xml', 'strip'],
           '<r>\n'
@@ -216,17 +179,7 @@ CASES = [
     keeps("OnlyTheTextOfALeafChanges",
           ['values', 'import', 't.xml', 'values.csv'],
           SETTINGS,
-          '<?xml version="1.0" encoding="UTF-8"?>\n'
-          '<!-- Settings of the lab -->\n'
-          '<Settings>\n'
-          '  <!-- the detector -->\n'
-          '  <Gain DataID="1" Use="1" Label="Gain">12</Gain>\n'
-          '  <Offset DataID="2" Use=\'0\' Label=\'Offset\'>0.5</Offset>  <!-- keV -->\n'
-          '\n'
-          '  <!-- display -->\n'
-          '  <Color DataID="3" Use="1">red</Color>\n'
-          '  <Width DataID="4" Use="0">2</Width>\n'
-          '</Settings>\n',
+          changed(('10', '12')),
           values_csv='id,label,value,node\n'
           '1,,12,\n'),
     keeps("AnEmptyElementIsOpenedForText",
@@ -266,33 +219,17 @@ CASES = [
           from_xml='<r><p>Hello <b>small</b> world</p></r>'),
     keeps("CarriageReturnsStay",
           ['attr', 't.xml', 'set', 'Use', '5', '--ids', '1'],
-          '<?xml version="1.0" encoding="UTF-8"?>\r\n<!-- Settings of the lab -->\r\n<Settings>\r\n  <!-- the detector -->\r\n  <Gain DataID="1" Use="1" Label="Gain">10</Gain>\r\n  <Offset DataID="2" Use=\'0\' Label=\'Offset\'>0.5</Offset>  <!-- keV -->\r\n\r\n  <!-- display -->\r\n  <Color DataID="3" Use="1">red</Color>\r\n  <Width DataID="4" Use="0">2</Width>\r\n</Settings>\r\n',
-          '<?xml version="1.0" encoding="UTF-8"?>\r\n<!-- Settings of the lab -->\r\n<Settings>\r\n  <!-- the detector -->\r\n  <Gain DataID="1" Use="5" Label="Gain">10</Gain>\r\n  <Offset DataID="2" Use=\'0\' Label=\'Offset\'>0.5</Offset>  <!-- keV -->\r\n\r\n  <!-- display -->\r\n  <Color DataID="3" Use="1">red</Color>\r\n  <Width DataID="4" Use="0">2</Width>\r\n</Settings>\r\n'),
+          SETTINGS.replace("\n", "\r\n"),
+          changed(('Use="1" Label="Gain"', 'Use="5" Label="Gain"')).replace("\n", "\r\n")),
     keeps("ACommentAboveSeveralElementsStays",
           ['edit', 't.xml', 'delete', '-a', 'Use', '-v', '1'],
           SETTINGS,
-          '<?xml version="1.0" encoding="UTF-8"?>\n'
-          '<!-- Settings of the lab -->\n'
-          '<Settings>\n'
-          '  <!-- the detector -->\n'
-          '  <Offset DataID="2" Use=\'0\' Label=\'Offset\'>0.5</Offset>  <!-- keV -->\n'
-          '\n'
-          '  <!-- display -->\n'
-          '  <Width DataID="4" Use="0">2</Width>\n'
-          '</Settings>\n'),
+          changed(('  <Gain DataID="1" Use="1" Label="Gain">10</Gain>\n', ''),
+                  ('  <Color DataID="3" Use="1">red</Color>\n', ''))),
     keeps("ACommentBehindAnElementGoesWithIt",
           ['edit', 't.xml', 'delete', '-a', 'DataID', '-v', '2'],
           SETTINGS,
-          '<?xml version="1.0" encoding="UTF-8"?>\n'
-          '<!-- Settings of the lab -->\n'
-          '<Settings>\n'
-          '  <!-- the detector -->\n'
-          '  <Gain DataID="1" Use="1" Label="Gain">10</Gain>\n'
-          '\n'
-          '  <!-- display -->\n'
-          '  <Color DataID="3" Use="1">red</Color>\n'
-          '  <Width DataID="4" Use="0">2</Width>\n'
-          '</Settings>\n'),
+          changed(('  <Offset DataID="2" Use=\'0\' Label=\'Offset\'>0.5</Offset>  <!-- keV -->\n', ''))),
     keeps("ACommentAboveABlankLineStays",
           ['edit', 't.xml', 'delete', '-a', 'Use', '-v', '0'],
           '<r>\n'
@@ -517,41 +454,15 @@ CASES = [
           b'<?xml version="1.0" encoding="ISO-8859-1"?>\n<r>\n  <a DataID="1" Label="\xfc&#8364;"/><!-- \xf6 -->\n</r>\n'),
     keeps("SeveralRemovalsAtOnce",
           ['edit', 't.xml', 'keep', '-a', 'Use', '--take-attr'],
-          '<?xml version="1.0" encoding="UTF-8"?>\n'
-          '<!-- Settings of the lab -->\n'
-          '<Settings>\n'
-          '  <!-- the detector -->\n'
-          '  <Gain DataID="1" Use="1" Label="Gain">10</Gain>\n'
-          '  <Offset DataID="2" Use=\'0\' Label=\'Offset\'>0.5</Offset>  <!-- keV -->\n'
-          '\n'
-          '  <!-- display -->\n'
-          '  <Color DataID="3" Use="1">red</Color>\n'
-          '  <Width DataID="4">2</Width>\n'
-          '</Settings>\n',
-          '<?xml version="1.0" encoding="UTF-8"?>\n'
-          '<!-- Settings of the lab -->\n'
-          '<Settings>\n'
-          '  <!-- the detector -->\n'
-          '  <Gain DataID="1" Label="Gain">10</Gain>\n'
-          '  <Offset DataID="2" Label=\'Offset\'>0.5</Offset>  <!-- keV -->\n'
-          '\n'
-          '  <!-- display -->\n'
-          '  <Color DataID="3">red</Color>\n'
-          '</Settings>\n'),
+          changed(('DataID="4" Use="0"', 'DataID="4"')),
+          changed(('Use="1" Label="Gain"', 'Label="Gain"'),
+                  ("Use='0' Label='Offset'", "Label='Offset'"),
+                  ('DataID="3" Use="1"', 'DataID="3"'),
+                  ('  <Width DataID="4" Use="0">2</Width>\n', ''))),
     keeps("CopiedValuesChangeTextsOnly",
           ['copy', 'from.xml', 't.xml'],
           SETTINGS,
-          '<?xml version="1.0" encoding="UTF-8"?>\n'
-          '<!-- Settings of the lab -->\n'
-          '<Settings>\n'
-          '  <!-- the detector -->\n'
-          '  <Gain DataID="1" Use="1" Label="Gain">10</Gain>\n'
-          '  <Offset DataID="2" Use=\'0\' Label=\'Offset\'>0.5</Offset>  <!-- keV -->\n'
-          '\n'
-          '  <!-- display -->\n'
-          '  <Color DataID="3" Use="1">red</Color>\n'
-          '  <Width DataID="4" Use="0">9</Width>\n'
-          '</Settings>\n',
+          changed(('Use="0">2', 'Use="0">9')),
           from_xml='<x><q DataID="4">9</q><q DataID="1">10</q></x>'),
     keeps("AMovedBranchIsIndentedAnew",
           ['edit', 't.xml', 'move', '--from', '1', '--to', '-1'],
