@@ -24,7 +24,12 @@ TWO = """<RadInstrumentData>
 TIMELESS = """<N42InstrumentData><Measurement><Spectrum Detector="A"><ChannelData>1 2</ChannelData>
 </Spectrum></Measurement></N42InstrumentData>
 """
-FILES = {"two.n42": TWO, "t.n42": TIMELESS, "d/a.n42": TWO, "d/b.n42": TWO,
+CLASSES = "<N42InstrumentData><Measurement>" + "".join(
+    f"<Spectrum>{kind}<ChannelData>{counts}</ChannelData></Spectrum>" for kind, counts in (
+        ("<SourceType>Item</SourceType>", "1 2"), ("", "10 20"),
+        ("<SourceType>Background</SourceType>", "100 200"),
+        ("<SourceType>Item</SourceType>", "1000 2000"))) + "</Measurement></N42InstrumentData>"
+FILES = {"two.n42": TWO, "t.n42": TIMELESS, "classes.n42": CLASSES, "d/a.n42": TWO, "d/b.n42": TWO,
          "none.n42": "<RadInstrumentData/>"}
 SPE = """$SPEC_ID:
 2.0 Foreground A
@@ -74,6 +79,14 @@ CASES = [
     export("AddsUp", ["-s", "1.0", "-s", "2.0", "--sum", "--energy", "none", "two.n42"],
            "channel,sum of 2 spectra\n1,14\n2,24\n3,38\n4,48\n",
            err=["the sum is of spectra of different classes: Background, Foreground\n"]),
+    export("AddsUpAllClassesAndNamesEachOnce", ["--sum", "classes.n42"],
+           "channel,sum of 4 spectra\n1,1111\n2,2222\n",
+           err=["the sum is of spectra of different classes: Background, Item, no class\n"]),
+    export("AddsUpOneClassInSilence", ["-s", "1.0", "-s", "1.3", "--sum", "classes.n42"],
+           "channel,sum of 2 spectra\n1,1001\n2,2002\n"),
+    export("AddsUpNothingWithAndWithoutEnergies", ["--sum", "two.n42", "classes.n42", "-o", "x.csv"],
+           code=4, err=["classes.n42: 1.0 Item in one sum with 1.0 Background A: one has energies and "
+                        "the other none"], after={"x.csv": None}),
     export("AddsUpByOverlapAndSaysSo", ["-s", "2", "--sum", "--energy", "lower", "two.n42"],
            "channel,lower edge (keV) E,sum of 2 spectra\n1,1,11.5\n2,3,21.5\n3,5,31.5\n4,7,41.5\n",
            err=["1 spectrum has other channels than 2.0 Foreground A: counts are divided by "
