@@ -6,6 +6,7 @@
 #include <charconv>
 
 #include "base/utf8.h"
+#include "xml/escaping.h"
 #include "xml/layout_scan.h"
 
 namespace ux::xml {
@@ -57,34 +58,15 @@ void split_by_encoding(std::string_view text, FileEncoding encoding, Take&& take
     take(text.substr(plain));
 }
 
+// The references are "" for what stands for itself.
 std::string_view escape_in_text(char c) {
-    switch (c) {
-        case '&':
-            return "&amp;";
-        case '<':
-            return "&lt;";
-        case '>':
-            return "&gt;";
-        case '\r':
-            return "&#13;";
-        default:
-            return {};
-    }
+    const bool isEscaped = c == '&' || c == '<' || c == '>' || c == '\r';
+    return isEscaped ? reference_for(c) : std::string_view();
 }
 
 std::string_view escape_in_attribute(char c, char quote) {
-    switch (c) {
-        case '\t':
-            return "&#9;";
-        case '\n':
-            return "&#10;";
-        case '"':
-            return quote == c ? "&quot;" : std::string_view();
-        case '\'':
-            return quote == c ? "&apos;" : std::string_view();
-        default:
-            return escape_in_text(c);
-    }
+    if (c == '\'') return quote == c ? "&apos;" : std::string_view();
+    return c == '\t' || c == '\n' || c == quote ? reference_for(c) : escape_in_text(c);
 }
 
 template <typename Escape>
