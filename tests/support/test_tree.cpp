@@ -136,6 +136,8 @@ TemporaryFolder::~TemporaryFolder() {
     std::filesystem::remove_all(path_, ignored);
 }
 std::string TemporaryFolder::write(const std::string& name, const std::string& content) const {
+    // Over an old file, ext4 waits for the disk.
+    std::filesystem::remove(path(name));
     std::ofstream file(path(name), std::ios::binary);
     file << content;
     return path(name);
