@@ -268,8 +268,11 @@ bool UXScriptEngine::State::build(const std::function<bool(Sources&)>& add) {
     Sources sources(*engine, builder, check);
     if (add(sources) && builder.BuildModule() >= 0) module = builder.GetModule();
     globalsAreSet = false;
-    problem = sources.problem().empty() ? messages.text(all_names()) : sources.problem();
-    return module != nullptr;
+    problem = sources.problem();
+    // Of a script that compiles there are warnings at most, which call no name unknown.
+    const bool built = module != nullptr;
+    if (problem.empty()) problem = messages.text(built ? std::vector<std::string>() : all_names());
+    return built;
 }
 
 // --- dialogues -------------------------------------------------------------------------------------
