@@ -142,12 +142,8 @@ struct Nothing : Converter {
 // --- arrays
 
 inline void copy_in(as::CScriptArray& from, CWBOStringArray& to) {
-    const as::asUINT size = from.GetSize();
-    to.SetSize(static_cast<int>(size));
     const auto* const texts = static_cast<const std::string* const*>(from.GetBuffer());
-    for (as::asUINT i = 0; i < size; ++i) {
-        to.ElementAt(static_cast<int>(i)).Assign(texts[i]->data(), texts[i]->size());
-    }
+    for (as::asUINT i = 0; i < from.GetSize(); ++i) to.AddText(*texts[i]);
 }
 template <class T>
 void copy_in(as::CScriptArray& from, CArray<T, T>& to) {
