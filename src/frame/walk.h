@@ -163,10 +163,12 @@ bool visit_pairs(const UXXmlWrapperBase& top, const UXXmlWrapperBase& otherTop, 
         const Step step = visit(at.node(), counterparts[level]);
         if (step == Step::kStop) return false;
         step == Step::kGoOn ? at.into() : at.over();
-        UXXmlWrapperBase below;
-        if (at.level() > level) counterparts[level].FirstChild(&below);
+        if (at.level() > level) {
+            counterparts.emplace_back();
+            counterparts[level].FirstChild(&counterparts.back());
+        }
         counterparts[level].NextSibling(&counterparts[level]);
-        if (at.level() != level) counterparts.resize(at.level() + 1, below);
+        counterparts.resize(at.level() + 1);
     }
     return true;
 }
