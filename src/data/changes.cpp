@@ -161,12 +161,8 @@ extern "C" int uxtree_remove_unchange_nodes_by_id(UXXmlWrapperBase* reference,
         if (!usable(reference) || !usable(target)) return kBadArgument;
         CArray<int, int> ids;
         CWBOStringArray values;
-        ValueRecord record;
-        record.values = &values;
-        CollectOptions from;
-        from.idAttribute = referenceIdAttribute;
-        from.themeFlag = true;
-        if (_tree_get_values_by_ids(*reference, ids, record, from) == 0) return 0;
+        const CollectOptions from{.idAttribute = referenceIdAttribute, .themeFlag = true};
+        if (_tree_get_values_by_ids(*reference, ids, {.values = &values}, from) == 0) return 0;
 
         IdIndex index(ids);
         int duplicate = 0;

@@ -38,9 +38,8 @@ void copy_attributes(UXXmlWrapperBase& destination, UXXmlWrapperBase& source,
 
 void copy_node_value(UXXmlWrapperBase& destination, const UXXmlWrapperBase& source,
                      NodeMarks& marks, bool dynamicChecks) {
-    NodeWrite how;
-    how.branch = !is_leaf(source);
-    if (dynamicChecks) how.callFlags = kResetAutomatic | kCheckDynaUse;
+    const DWORD callFlags = dynamicChecks ? kResetAutomatic | kCheckDynaUse : 0;
+    const NodeWrite how{.branch = !is_leaf(source), .callFlags = callFlags};
     CStringUTF8 value;
     marks.read(source);
     read_node_value(source, marks, how.branch ? ValueSource::kUseAttribute : ValueSource::kOwnText,
@@ -166,25 +165,21 @@ int vctree_copy_values_by_id(UXXmlWrapperBase* source, UXXmlWrapperBase* destina
         if (!usable(source) || !usable(destination)) return kBadArgument;
         CArray<int, int> ids;
         CWBOStringArray values;
-        ValueRecord record;
-        record.values = &values;
-        CollectOptions from;
-        from.idAttribute = sourceIdAttribute;
-        from.themeFlag = themeFlag != 0;
-        from.useFlag = useFlag != 0;
+        const ValueRecord record{.values = &values};
+        const CollectOptions from{
+            .idAttribute = sourceIdAttribute, .themeFlag = themeFlag != 0, .useFlag = useFlag != 0};
         if (_tree_get_values_by_ids(*source, ids, record, from) == 0) return 0;
 
         if (callback != nullptr) callback->inProgress = 0;
         // Intended: before the duplicate test, so that an empty second value is no duplicate.
         if (skipEmpty != 0) remove_empty_entries(ids, values);
         int duplicate = 0;
-        SetOptions to;
-        to.duplicate = &duplicate;
-        to.setMode = setMode;
-        to.idAttribute = destinationIdAttribute;
-        to.callback = callback;
-        to.callFlags = themeOff != 0 ? DWORD{kThemeOff} : DWORD{0};
-        to.validateOff = validateOff != 0;
+        const SetOptions to{.duplicate = &duplicate,
+                            .setMode = setMode,
+                            .idAttribute = destinationIdAttribute,
+                            .callback = callback,
+                            .callFlags = themeOff != 0 ? DWORD{kThemeOff} : DWORD{0},
+                            .validateOff = validateOff != 0};
         const int result = _tree_set_values_by_ids(*destination, ids, record, to);
         // Intended: a duplicated 5 reads as the code -5. Callers live with it.
         return duplicate >= 1 ? -duplicate : result;
@@ -230,16 +225,12 @@ extern "C" int uxtree_copy_atts_by_id(UXXmlWrapperBase* source, UXXmlWrapperBase
             record.secondValues = &second;
         }
         CArray<int, int> ids;
-        CollectOptions from;
-        from.idAttribute = sourceIdAttribute;
-        from.themeFlag = true;
+        const CollectOptions from{.idAttribute = sourceIdAttribute, .themeFlag = true};
         if (_tree_get_values_by_ids(*source, ids, record, from) == 0) return 0;
 
         if (rename != 0) record.firstName = secondAttribute;
         int duplicate = 0;
-        SetOptions to;
-        to.duplicate = &duplicate;
-        to.idAttribute = destinationIdAttribute;
+        const SetOptions to{.duplicate = &duplicate, .idAttribute = destinationIdAttribute};
         _tree_set_values_by_ids(*destination, ids, record, to);
         // Intended: no count, and a duplicated 0 reads as success.
         return negated(duplicate);

@@ -98,13 +98,8 @@ extern "C" bool uxtree_is_inclist_theme(UXXmlWrapperBase* node) {
 extern "C" int uxtree_theme_tree_get_node_by_id(UXXmlWrapperBase* out, UXXmlWrapperBase* themeTree,
                                                 int id, int depth, bool recursive) {
     return at_boundary(kFail, [&] {
-        UXXmlWrapperBase found;
-        if (any_null(out) || !usable(themeTree) ||
-            !find_by_low_id(*themeTree, id, depth, recursive, found)) {
-            return kFail;
-        }
-        *out = found;
-        return kOk;
+        if (any_null(out) || !usable(themeTree)) return kFail;
+        return find_by_low_id(*themeTree, id, depth, recursive, *out) ? kOk : kFail;
     });
 }
 

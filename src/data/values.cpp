@@ -42,16 +42,13 @@ int vctree_get_values_with_ids(UXXmlWrapperBase* tree, CArray<int, int>* ids,
                                CStringUTF8* errorText) {
     return at_boundary(kBadArgument, [&] {
         if (!usable(tree) || any_null(ids, values)) return kBadArgument;
-        ValueRecord record;
-        record.values = values;
-        CollectOptions options;
-        options.recursive = recursive != 0;
-        options.onlyChanged = onlyChanged != 0;
-        options.inheritedRepeat = inheritedRepeat;
-        options.idAttribute = idAttribute;
-        options.themeFlag = themeFlag != 0;
-        options.errorText = errorText;
-        return _tree_get_values_by_ids(*tree, *ids, record, options);
+        const CollectOptions options{.recursive = recursive != 0,
+                                     .onlyChanged = onlyChanged != 0,
+                                     .inheritedRepeat = inheritedRepeat,
+                                     .idAttribute = idAttribute,
+                                     .themeFlag = themeFlag != 0,
+                                     .errorText = errorText};
+        return _tree_get_values_by_ids(*tree, *ids, {.values = values}, options);
     });
 }
 
@@ -60,15 +57,12 @@ int vctree_set_values_by_ids(UXXmlWrapperBase* tree, CArray<int, int>* ids, CWBO
                              const char* idAttribute, CStringUTF8* errorText) {
     return at_boundary(kBadArgument, [&] {
         if (!usable(tree) || any_null(ids, values)) return kBadArgument;
-        ValueRecord record;
-        record.values = values;
-        SetOptions options;
-        options.inheritedRepeat = inheritedRepeat;
-        options.duplicate = duplicate;
-        options.setMode = setMode;
-        options.idAttribute = idAttribute;
-        options.errorText = errorText;
-        return _tree_set_values_by_ids(*tree, *ids, record, options);
+        const SetOptions options{.inheritedRepeat = inheritedRepeat,
+                                 .duplicate = duplicate,
+                                 .setMode = setMode,
+                                 .idAttribute = idAttribute,
+                                 .errorText = errorText};
+        return _tree_set_values_by_ids(*tree, *ids, {.values = values}, options);
     });
 }
 
@@ -93,9 +87,7 @@ int vctree_set_values_by_nodeids(UXXmlWrapperBase* tree, CArray<int, int>* ids,
                                  CWBOStringArray* values) {
     return at_boundary(kBadArgument, [&] {
         if (!usable(tree) || any_null(ids, values)) return kBadArgument;
-        ValueRecord record;
-        record.values = values;
-        const int checked = check_lists(*ids, record);
+        const int checked = check_lists(*ids, {.values = values});
         if (checked != kOk) return checked;
         IdIndex index(*ids);
         int written = 0;

@@ -191,39 +191,36 @@ void Document::reserve_attributes(Element& element, std::size_t count) {
     element.attributeCapacity = static_cast<std::uint32_t>(count);
 }
 
+// A copy of the text, 0 for an empty one.
+Ref Document::stored(std::string_view text) {
+    if (text.empty()) return 0;
+    const Ref ref = bytes_.allocate(text.size());
+    std::memcpy(bytes_.at(ref), text.data(), text.size());
+    return ref;
+}
+
 void Document::append_attribute(Element& element, NameId name, std::string_view value) {
     if (value.size() > UINT32_MAX) throw std::length_error("attribute value");
     if (element.attributeCount == element.attributeCapacity) {
         reserve_attributes(element, element.attributeCapacity * 2 + 2);
     }
-    Ref ref = 0;
-    if (!value.empty()) {
-        ref = bytes_.allocate(value.size());
-        std::memcpy(bytes_.at(ref), value.data(), value.size());
-    }
+    const Ref ref = stored(value);
     attributes(element)[element.attributeCount++] =
         Attribute{name, static_cast<std::uint32_t>(value.size()), ref};
 }
 
 void Document::set_attribute(Element& element, NameId name, std::string_view value) {
     Attribute* attribute = const_cast<Attribute*>(find_attribute(element, name));
-    if (attribute == nullptr) {
-        append_attribute(element, name, value);
-        return;
-    }
+    if (attribute == nullptr) return append_attribute(element, name, value);
     if (value.size() > UINT32_MAX) throw std::length_error("attribute value");
     const bool fits = attribute->size != 0 && !value.empty() &&
                       ByteArena::capacity(attribute->size) == ByteArena::capacity(value.size());
-    if (!fits) {
-        Ref ref = 0;
-        if (!value.empty()) {
-            ref = bytes_.allocate(value.size());
-            std::memcpy(bytes_.at(ref), value.data(), value.size());
-        }
+    if (fits) {
+        std::memmove(bytes_.at(attribute->value), value.data(), value.size());
+    } else {
+        const Ref ref = stored(value);
         if (attribute->size != 0) bytes_.release(attribute->value, attribute->size);
         attribute->value = ref;
-    } else {
-        std::memmove(bytes_.at(attribute->value), value.data(), value.size());
     }
     attribute->size = static_cast<std::uint32_t>(value.size());
 }

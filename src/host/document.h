@@ -343,6 +343,7 @@ private:
         return element.valueBytes - 1 < kSharedValueBytes - 1 &&
                element.valueKind == ValueKind::kText;
     }
+    Ref stored(std::string_view text);
     std::string_view made_text(const Element& element, CStringUTF8& scratch) const;
     void append_doubles(const Element& element, CStringUTF8& text) const;
     template <typename Whole>

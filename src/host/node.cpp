@@ -8,14 +8,7 @@
 #include "host/document.h"
 #include "host/node_detail.h"
 
-using uxhost::bind;
-using uxhost::Document;
-using uxhost::document_of;
-using uxhost::Element;
-using uxhost::guarded;
-using uxhost::live;
-using uxhost::NameId;
-using uxhost::Ref;
+using namespace uxhost;
 
 namespace {
 

@@ -9,16 +9,7 @@
 #include "host/document.h"
 #include "host/node_detail.h"
 
-using uxhost::assign;
-using uxhost::Attribute;
-using uxhost::Document;
-using uxhost::document_of;
-using uxhost::Element;
-using uxhost::guarded;
-using uxhost::joined;
-using uxhost::live;
-using uxhost::NameId;
-using uxhost::view;
+using namespace uxhost;
 
 namespace {
 

@@ -23,10 +23,7 @@
 #include "xml/layout_text.h"
 
 using ux::xml::ByteSource;
-using uxhost::document_of;
-using uxhost::Element;
-using uxhost::live;
-using uxhost::memory_source;
+using namespace uxhost;
 
 namespace {
 

@@ -12,17 +12,7 @@
 #include "host/document.h"
 #include "host/node_detail.h"
 
-using uxhost::Attribute;
-using uxhost::bind;
-using uxhost::Document;
-using uxhost::document_of;
-using uxhost::DocumentHolder;
-using uxhost::Element;
-using uxhost::guarded;
-using uxhost::live;
-using uxhost::NameId;
-using uxhost::Ref;
-using uxhost::view;
+using namespace uxhost;
 
 namespace {
 
@@ -31,19 +21,23 @@ int new_id(int id) {
     return id == 0 ? uxhost::kNoId : id;
 }
 
-bool same_text(std::string_view a, std::string_view b, bool noCase) {
-    return noCase ? ux::equal_no_case(a, b) : a == b;
-}
-
-// The first element below top, in pre-order, for which matches yields true. Not deep: among the
-// children alone.
+// Finds the first node below top, in pre-order, that has the attribute with a value for which
+// matches yields true. Not deep: among the children alone.
 template <typename Matches>
-Element* find_below(const Document& document, const Element& top, bool deep, Matches&& matches) {
-    Element* element = document.element(top.first);
-    while (element != nullptr && !matches(*element)) {
-        element = deep ? document.next_below(top, *element) : document.element(element->next);
+int find_by_attribute(const UXXmlWrapperBase& node, UXXmlWrapperBase* out, const char* name,
+                      bool deep, Matches&& matches) {
+    if (out == nullptr) return 0;
+    const Element* const top = live(node);
+    Document* const document = document_of(node);
+    const NameId wanted = top == nullptr ? 0 : document->find_name(ux::view_of(name));
+    if (wanted == 0) return out->ReleaseNode() - 1;
+    Element* at = document->element(top->first);
+    for (; at != nullptr;
+         at = deep ? document->next_below(*top, *at) : document->element(at->next)) {
+        const Attribute* const attribute = document->find_attribute(*at, wanted);
+        if (attribute != nullptr && matches(document->attribute_value(*attribute))) break;
     }
-    return element;
+    return bind(*out, document, at);
 }
 
 // The steps of a path "a/b/c", without empty ones; none at all when one of them is no name, so that
@@ -285,34 +279,18 @@ int UXXmlWrapperBase::NextBelow(const UXXmlWrapperBase& top, const UXNameKey* ta
 
 int UXXmlWrapperBase::FindNodeByAttribute(UXXmlWrapperBase* out, const char* name,
                                           const char* value, int noCase, int deep) const {
-    if (out == nullptr) return 0;
-    const Element* top = live(*this);
-    const NameId wanted = top == nullptr ? 0 : document_of(*this)->find_name(ux::view_of(name));
-    if (wanted == 0) return out->ReleaseNode() - 1;
-    const std::string_view text = ux::view_of(value);
-    return bind(*out, document_of(*this),
-                find_below(*document_of(*this), *top, deep != 0, [&](const Element& at) {
-                    const Attribute* attribute = document_of(*this)->find_attribute(at, wanted);
-                    return attribute != nullptr &&
-                           same_text(document_of(*this)->attribute_value(*attribute), text,
-                                     noCase != 0);
-                }));
+    const std::string_view wanted = ux::view_of(value);
+    return find_by_attribute(*this, out, name, deep != 0, [&](std::string_view text) {
+        return noCase != 0 ? ux::equal_no_case(text, wanted) : text == wanted;
+    });
 }
 
 int UXXmlWrapperBase::FindNodeByAttribute(UXXmlWrapperBase* out, const char* name, int value,
                                           int deep) const {
-    if (out == nullptr) return 0;
-    const Element* top = live(*this);
-    const NameId wanted = top == nullptr ? 0 : document_of(*this)->find_name(ux::view_of(name));
-    if (wanted == 0) return out->ReleaseNode() - 1;
-    return bind(*out, document_of(*this),
-                find_below(*document_of(*this), *top, deep != 0, [&](const Element& at) {
-                    const Attribute* attribute = document_of(*this)->find_attribute(at, wanted);
-                    int found = 0;
-                    return attribute != nullptr &&
-                           UXParseInt(document_of(*this)->attribute_value(*attribute), found) &&
-                           found == value;
-                }));
+    return find_by_attribute(*this, out, name, deep != 0, [&](std::string_view text) {
+        int found = 0;
+        return UXParseInt(text, found) && found == value;
+    });
 }
 
 int UXXmlWrapperBase::FindCreateNode(const char* path, UXXmlWrapperBase* out, int id,

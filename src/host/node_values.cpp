@@ -9,15 +9,7 @@
 #include "host/node_detail.h"
 #include "host/numbers.h"
 
-using uxhost::assign;
-using uxhost::Attribute;
-using uxhost::document_of;
-using uxhost::Element;
-using uxhost::guarded;
-using uxhost::joined;
-using uxhost::live;
-using uxhost::NameId;
-using uxhost::view;
+using namespace uxhost;
 
 namespace {
 
@@ -64,6 +56,13 @@ int write_vector(UXXmlWrapperBase& node, const UXVectorDesc& vector) {
     });
 }
 
+template <typename Value>
+int read_value(const UXXmlWrapperBase& node, Value& value, bool parse(std::string_view, Value&)) {
+    std::string_view text;
+    CStringUTF8 scratch;
+    return node.NodeValueView(text, scratch) != 0 && parse(text, value) ? 1 : 0;
+}
+
 constexpr const char* kSizeAttribute = "FileDataDimsVector";
 
 }  // namespace
@@ -106,56 +105,26 @@ int UXXmlWrapperBase::SetTagName(const char* tag) {
 
 int UXXmlWrapperBase::NodeValue(CStringUTF8& text, int get, int /*unused*/,
                                 UXNodeOptions* /*options*/) {
-    Element* element = live(*this);
-    if (element == nullptr) return 0;
-    return guarded([&] {
-        if (get == 0) {
-            document_of(*this)->set_value(*element, view(text));
-            return 1;
-        }
-        document_of(*this)->get_value(*element, text);
-        return document_of(*this)->has_value(*element) ? 1 : 0;
-    });
+    if (get == 0) return SetValueView(view(text));
+    return GetNodeStringWithBlobInfo(text, 0) && document_of(*this)->has_value(*live(*this)) ? 1
+                                                                                             : 0;
 }
 
 int UXXmlWrapperBase::NodeValue(int& value, int get) {
-    Element* element = live(*this);
-    if (element == nullptr) return 0;
-    return guarded([&] {
-        CStringUTF8 scratch;
-        if (get != 0) {
-            return UXParseInt(document_of(*this)->value_text(*element, scratch), value) ? 1 : 0;
-        }
-        document_of(*this)->set_value(*element, uxhost::IntText(value).view());
-        return 1;
-    });
+    if (get == 0) return SetValueView(IntText(value).view());
+    return read_value(*this, value, UXParseInt);
 }
 
 int UXXmlWrapperBase::NodeValue(double& value, int get) {
-    Element* element = live(*this);
-    if (element == nullptr) return 0;
-    return guarded([&] {
-        CStringUTF8 scratch;
-        if (get != 0) {
-            return UXParseDouble(document_of(*this)->value_text(*element, scratch), value) ? 1 : 0;
-        }
-        UXFormatDouble(value, scratch);
-        document_of(*this)->set_value(*element, view(scratch));
-        return 1;
-    });
+    if (get != 0) return read_value(*this, value, UXParseDouble);
+    CStringUTF8 text;
+    UXFormatDouble(value, text);
+    return SetValueView(view(text));
 }
 
 int UXXmlWrapperBase::NodeValue(bool& value, int get) {
-    Element* element = live(*this);
-    if (element == nullptr) return 0;
-    return guarded([&] {
-        if (get == 0) {
-            document_of(*this)->set_value(*element, value ? "1" : "0");
-            return 1;
-        }
-        CStringUTF8 scratch;
-        return uxhost::parse_bool(document_of(*this)->value_text(*element, scratch), value) ? 1 : 0;
-    });
+    if (get == 0) return SetString(value ? "1" : "0");
+    return read_value(*this, value, parse_bool);
 }
 
 int UXXmlWrapperBase::NodeValue(CWBOStringArray& value, int get, int* /*unused*/) {
@@ -171,12 +140,7 @@ int UXXmlWrapperBase::SetVector(UXVectorDesc& vector) {
 }
 
 int UXXmlWrapperBase::SetString(const char* text) {
-    Element* element = live(*this);
-    if (element == nullptr) return 0;
-    return guarded([&] {
-        document_of(*this)->set_value(*element, ux::view_of(text));
-        return 1;
-    });
+    return SetValueView(ux::view_of(text));
 }
 
 int UXXmlWrapperBase::NodeValueView(std::string_view& out, CStringUTF8& scratch) const {

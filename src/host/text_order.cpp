@@ -13,11 +13,7 @@
 #include "host/node_detail.h"
 #include "xml/layout_content.h"
 
-using uxhost::Document;
-using uxhost::document_of;
-using uxhost::DocumentLayout;
-using uxhost::Element;
-using uxhost::live;
+using namespace uxhost;
 
 namespace {
 

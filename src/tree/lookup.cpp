@@ -43,6 +43,7 @@ struct IdSearch {
     int repeatId;  // below 1: any
 };
 
+// found is changed by a success alone, and may be the tree's own handle.
 bool find_by_id(const UXXmlWrapperBase& tree, const IdSearch& search, UXXmlWrapperBase& found) {
     const UXNameKey name(search.attrName);
     const std::size_t depth = search.depth < 0 ? 0 : static_cast<std::size_t>(search.depth);
@@ -60,21 +61,8 @@ bool find_by_id(const UXXmlWrapperBase& tree, const IdSearch& search, UXXmlWrapp
     return false;
 }
 
-// One link of a chain of identifiers: among the direct children of the last ancestor found, or in
-// the whole tree when there is none yet.
-bool find_link(UXXmlWrapperBase& place, bool wholeTree, const char* attrName, int id,
-               int repeatId) {
-    UXXmlWrapperBase found;
-    if (!find_by_id(place, {attrName, id, wholeTree, 0, repeatId}, found)) return false;
-    place = found;
-    return true;
-}
-
 bool find_direct_by_data_id(const UXXmlWrapperBase& tree, int id, UXXmlWrapperBase& out) {
-    UXXmlWrapperBase found;
-    if (!find_by_id(tree, {kDataId, id, false, 0, kNoRepeatId}, found)) return false;
-    out = found;
-    return true;
+    return find_by_id(tree, {kDataId, id, false, 0, kNoRepeatId}, out);
 }
 
 // ---- several attributes -----------------------------------------------------------------------
@@ -100,23 +88,24 @@ int check_texts(const UXXmlWrapperBase& node, const CWBOStringArray& names,
     return kOk;
 }
 
-// The node that passes after `occurrence` passing siblings. What is still to be found is counted
-// per level: a branch is searched with what the level above has left, and gives nothing back.
+// The node that passes after `occurrence` passing siblings; out may be null. What is still to be
+// found is counted per level: a branch is searched with what the level above has left, and gives
+// nothing back.
 template <typename Passes>
-bool find_occurrence(const UXXmlWrapperBase& tree, bool recursive, int occurrence,
-                     UXXmlWrapperBase& found, Passes&& passes) {
-    return !visit_levels(tree, occurrence,
-                         [&](const UXXmlWrapperBase& node, int& left, int& below) {
-                             if (passes(node)) {
-                                 if (left == 0) {
-                                     found = node;
-                                     return Step::kStop;
-                                 }
-                                 if (left > 0) --left;
-                             }
-                             below = left;
-                             return into_branch_if(recursive);
-                         });
+int find_occurrence(const UXXmlWrapperBase& tree, bool recursive, int occurrence,
+                    UXXmlWrapperBase* out, Passes&& passes) {
+    const bool missing =
+        visit_levels(tree, occurrence, [&](const UXXmlWrapperBase& node, int& left, int& below) {
+            const bool counts = passes(node);
+            if (counts && left == 0) {
+                if (out != nullptr) *out = node;
+                return Step::kStop;
+            }
+            if (counts && left > 0) --left;
+            below = left;
+            return into_branch_if(recursive);
+        });
+    return missing ? kFail : kOk;
 }
 
 // ---- attribute and child value ----------------------------------------------------------------
@@ -172,18 +161,13 @@ extern "C" {
 int uxtree_get_node_by_id(UXXmlWrapperBase* tree, UXXmlWrapperBase* out, int id, bool recursive) {
     return at_boundary(kFail, [&] {
         if (out == nullptr || !usable(tree)) return kFail;
-        UXXmlWrapperBase found;
         const UXNameKey dataId(kDataId);
-        visit_below(*tree, [&](UXXmlWrapperBase& node) {
-            if (has_id(node, dataId, id)) {
-                found = node;
-                return Step::kStop;
-            }
-            return into_branch_if(recursive);
+        const bool missing = visit_below(*tree, [&](const UXXmlWrapperBase& node) {
+            if (!has_id(node, dataId, id)) return into_branch_if(recursive);
+            *out = node;
+            return Step::kStop;
         });
-        if (!usable(found)) return kFail;
-        *out = found;
-        return kOk;
+        return missing ? kFail : kOk;
     });
 }
 
@@ -213,10 +197,7 @@ int uxtree_find_node(UXXmlWrapperBase* tree, UXXmlWrapperBase* out, const char* 
                      bool recursive, int depth, int repeatId) {
     return at_boundary(kFail, [&] {
         if (any_null(out, attrName) || !usable(tree)) return kFail;
-        UXXmlWrapperBase found;
-        if (!find_by_id(*tree, {attrName, value, recursive, depth, repeatId}, found)) return kFail;
-        *out = found;
-        return kOk;
+        return find_by_id(*tree, {attrName, value, recursive, depth, repeatId}, *out) ? kOk : kFail;
     });
 }
 
@@ -228,10 +209,12 @@ int uxtree_find_node_ex(UXXmlWrapperBase* tree, UXXmlWrapperBase* out, const cha
         if (id == 0 || (grandParentId != 0 && parentId == 0)) return kInconsistentIds;
         UXXmlWrapperBase place = *tree;
         bool wholeTree = true;
+        // One link of the chain: among the direct children of the last ancestor found, or in the
+        // whole tree when there is none yet.
         // Intended: the last ancestor found stays in out when a later link is missing. Callers
         // test the result, which names that link.
         const auto follow = [&](int link, int repeatId) {
-            if (!find_link(place, wholeTree, attrName, link, repeatId)) return false;
+            if (!find_by_id(place, {attrName, link, wholeTree, 0, repeatId}, place)) return false;
             *out = place;
             wholeTree = false;
             return true;
@@ -300,13 +283,9 @@ int uxtree_find_node_with_int_attr(UXXmlWrapperBase* tree, UXXmlWrapperBase* out
         const CWBOStringArray* nameList = string_array(names);
         const CArray<int, int>* valueList = int_vector(values);
         if (any_null(nameList, valueList)) return kFail;
-        UXXmlWrapperBase found;
-        const auto passes = [&](const UXXmlWrapperBase& node) {
+        return find_occurrence(*tree, recursive, occurrence, out, [&](const auto& node) {
             return check_ints(node, *nameList, *valueList) == kOk;
-        };
-        if (!find_occurrence(*tree, recursive, occurrence, found, passes)) return kFail;
-        if (out != nullptr) *out = found;
-        return kOk;
+        });
     });
 }
 
@@ -318,13 +297,9 @@ int uxtree_find_node_with_str_attr(UXXmlWrapperBase* tree, UXXmlWrapperBase* out
         const CWBOStringArray* nameList = string_array(names);
         const CWBOStringArray* valueList = string_array(values);
         if (any_null(nameList, valueList)) return kFail;
-        UXXmlWrapperBase found;
-        const auto passes = [&](const UXXmlWrapperBase& node) {
+        return find_occurrence(*tree, recursive, occurrence, out, [&](const auto& node) {
             return check_texts(node, *nameList, *valueList, false) == kOk;
-        };
-        if (!find_occurrence(*tree, recursive, occurrence, found, passes)) return kFail;
-        if (out != nullptr) *out = found;
-        return kOk;
+        });
     });
 }
 
