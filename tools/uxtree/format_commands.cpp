@@ -27,9 +27,7 @@ struct FormatOptions {
     std::string output;
     std::string indent = "2";
     bool compact = false;
-    bool inPlace = false;
-    bool dryRun = false;
-    std::string backupSuffix;
+    InPlace inPlace;
     unsigned jobs = 1;
     std::uint64_t maxSpool = NamedInput::kMaxSpool;
 };
@@ -62,10 +60,10 @@ Formatted formatted(const std::string& file, const UXFormatOptions& style) {
 
 ExitCode write_formatted(const Formatted& result, const FormatOptions& options) {
     const std::string_view after(result.after, static_cast<std::size_t>(result.after.GetLength()));
-    if (options.dryRun) {
+    if (options.inPlace.dryRun) {
         print_text_difference(result.before, after, input_name(result.file));
     } else if (after != result.before) {
-        ReplacedFiles files(options.backupSuffix);
+        ReplacedFiles files(options.inPlace.backupSuffix);
         files.add(result.file, after);
         files.commit();
     }
@@ -109,21 +107,19 @@ int format_to_output(const FormatOptions& options, const UXFormatOptions& style)
 }
 
 int run_format(const FormatOptions& options) {
-    const bool several = options.files.size() > 1;
-    if (several && !options.inPlace && !options.dryRun) {
+    const bool toOutput = !options.inPlace.chosen && !options.inPlace.dryRun;
+    if (toOutput && options.files.size() > 1) {
         throw Failure(kUsage, "uxtree", "several files are formatted in place",
                       "-i writes them, -n prints what would change");
     }
     const bool hasInput =
         std::find(options.files.begin(), options.files.end(), "-") != options.files.end();
-    if (options.inPlace && hasInput) {
+    if (options.inPlace.chosen && hasInput) {
         throw Failure(kUsage, "-i", "standard input cannot be edited in place", "use -o FILE");
     }
     const std::string indent = indent_of(options.indent).value_or("");
     const UXFormatOptions style{indent.c_str(), options.compact};
-    if (!options.inPlace && !options.dryRun) {
-        return format_to_output(options, style);
-    }
+    if (toOutput) return format_to_output(options, style);
     return for_each_in_order(
         options.files, options.jobs,
         [&](const std::string& file) { return formatted(file, style); },
@@ -147,17 +143,7 @@ const Command kFormat{
             ->check([](const std::string& text) {
                 return indent_of(text) ? std::string() : "a number up to 16, or tab";
             });
-        CLI::Option* output = add_output(app, options->output);
-        CLI::Option* inPlace =
-            app.add_flag("-i,--in-place", options->inPlace,
-                         "Write back into the files; -i.bak keeps the old ones as FILE.bak")
-                ->excludes(output);
-        app.add_option("--backup", options->backupSuffix,
-                       "With -i: the suffix under which the old file stays")
-            ->type_name("SUFFIX")
-            ->needs(inPlace);
-        app.add_flag("-n,--dry-run", options->dryRun,
-                     "Print what would change, and change nothing");
+        options->inPlace.add_options(app, add_output(app, options->output));
         add_jobs(app, options->jobs);
         add_max_spool(app, options->maxSpool);
         return [options] { return run_format(*options); };

@@ -197,16 +197,20 @@ void tell_unkept(const std::string& name) {
     if (!unkept.IsEmpty()) note(name + ": not kept: " + to_string(unkept));
 }
 
-CLI::Option* EditTarget::add_options(CLI::App& app) {
-    CLI::Option* output = add_output(app, output_);
-    CLI::Option* inPlace =
-        app.add_flag("-i,--in-place", inPlace_,
+CLI::Option* InPlace::add_options(CLI::App& app, CLI::Option* output) {
+    CLI::Option* const option =
+        app.add_flag("-i,--in-place", chosen,
                      "Write back into the input file; -i.bak keeps the old one as FILE.bak")
             ->excludes(output);
-    app.add_option("--backup", backupSuffix_, "With -i: the suffix under which the old file stays")
+    app.add_option("--backup", backupSuffix, "With -i: the suffix under which the old file stays")
         ->type_name("SUFFIX")
-        ->needs(inPlace);
-    app.add_flag("-n,--dry-run", dryRun_, "Print what would change, and change nothing");
+        ->needs(option);
+    app.add_flag("-n,--dry-run", dryRun, "Print what would change, and change nothing");
+    return option;
+}
+
+CLI::Option* EditTarget::add_options(CLI::App& app) {
+    CLI::Option* inPlace = inPlace_.add_options(app, add_output(app, output_));
     CLI::Option* plain =
         app.add_flag("--plain", plain_, "Write the tree alone: no comments, no white space");
     app.add_option("--indent", indent_, "Format the tree anew, without comments: N blanks a level")
@@ -218,7 +222,7 @@ CLI::Option* EditTarget::add_options(CLI::App& app) {
 }
 
 UXXmlWrapperBase EditTarget::open(const std::string& file) const {
-    return plain_ && !dryRun_ ? open_tree(file) : open_tree_for_editing(file);
+    return plain_ && !inPlace_.dryRun ? open_tree(file) : open_tree_for_editing(file);
 }
 
 UXSaveOptions EditTarget::save_options() const {
@@ -244,12 +248,12 @@ void EditTarget::tell(const UXSaveReport& report) const {
 }
 
 bool EditTarget::save(const UXXmlWrapperBase& root, const std::string& inputFile) const {
-    if (dryRun_) return print_difference(root, inputFile);
-    if (!inPlace_) {
+    if (inPlace_.dryRun) return print_difference(root, inputFile);
+    if (!inPlace_.chosen) {
         save_to(root, output_);
         return true;
     }
-    ReplacedFiles files(backupSuffix_);
+    ReplacedFiles files(inPlace_.backupSuffix);
     const bool changed = add_to(files, root, inputFile);
     files.commit();
     return changed;

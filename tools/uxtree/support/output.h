@@ -73,6 +73,15 @@ bool print_text_difference(std::string_view before, std::string_view after,
 // Writes a tree to the file of -o, at once, or to standard output.
 void save_tree(const UXXmlWrapperBase& root, const std::string& output);
 
+// -i, --backup and -n of commands that change files.
+struct InPlace {
+    CLI::Option* add_options(CLI::App& app, CLI::Option* output);  // yields that of -i
+
+    bool chosen = false;
+    bool dryRun = false;
+    std::string backupSuffix;
+};
+
 // Where an edited tree goes: -o FILE, -i (back into the file it came from), else standard output.
 //
 //     EditTarget target;  target.add_options(app);        when the options are declared
@@ -93,9 +102,9 @@ public:
     // In place, but together with others: the same without putting it in its place.
     bool add_to(ReplacedFiles& files, const UXXmlWrapperBase& root,
                 const std::string& inputFile) const;
-    bool is_in_place() const { return inPlace_; }
-    bool is_dry_run() const { return dryRun_; }
-    const std::string& backup_suffix() const { return backupSuffix_; }
+    bool is_in_place() const { return inPlace_.chosen; }
+    bool is_dry_run() const { return inPlace_.dryRun; }
+    const std::string& backup_suffix() const { return inPlace_.backupSuffix; }
 
 private:
     void save_content(const UXXmlWrapperBase& root, const std::string& path,
@@ -107,9 +116,7 @@ private:
     UXSaveOptions save_options() const;
 
     std::string output_;
-    bool inPlace_ = false;
-    std::string backupSuffix_;
-    bool dryRun_ = false;
+    InPlace inPlace_;
     bool plain_ = false;
     int indent_ = -1;  // -1: as it was
     bool noIds_ = false;
