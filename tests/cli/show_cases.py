@@ -49,6 +49,8 @@ Options  "Fit options"
     case("RefusesAnUnknownColourChoice", ["show", "--color", "red", "-"], code=2,
          err=["--color", "uxtree show --help"]),
     case("RefusesANegativeDepth", ["show", "-d", "-1", "-"], code=2, err=["-1"]),
+    case("SaysWhatADepthIs", ["show", "-d", "x", "-"], code=2,
+         err=["--depth: Value x not in range 0 to 2147483647\n"]),
     case("ShowsWhatIsSelected", ["show", "--select", "//b[@i]", "-"],
          stdin="<r><a><b i='1'>x</b><b/></a><b i='2'><c/></b></r>", out="b  = x\nb\n└── c\n"),
     case("SaysThatNothingIsSelected", ["show", "--select", "//c", "-"], stdin="<r><b/></r>", code=1,

@@ -9,6 +9,7 @@
 
 #include "support/command.h"
 #include "support/file.h"
+#include "support/input.h"
 #include "support/output.h"
 #include "support/platform.h"
 #include "support/style.h"
@@ -124,6 +125,35 @@ bool asks_for_group_help(const Words& words) {
                 meant.empty() ? others : "did you mean 'uxtree " + prefix + meant + "'?");
 }
 
+// The options of a command and its sub-commands as people write them in full.
+Words long_options(const CLI::App& app) {
+    Words names;
+    for (const CLI::Option* option : app.get_options()) {
+        for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    }
+    for (const CLI::App* sub : app.get_subcommands()) {
+        const Words below = long_options(*sub);
+        names.insert(names.end(), below.begin(), below.end());
+    }
+    return names;
+}
+
+// An option that nobody knows is told before what is missing, which may stand behind it.
+[[noreturn]] void throw_bad_arguments(const CLI::App& app, const CLI::ParseError& error) {
+    std::string help = app.get_name();
+    for (const CLI::App* edit : app.get_subcommands()) help += " " + edit->get_name();
+    help += " --help";
+    for (const std::string& word : app.remaining(true)) {
+        if (!word.starts_with("-") || word == "-" || word == "--") continue;
+        const std::string meant = nearest(word, long_options(app));
+        throw_usage("unknown option '" + word + "'",
+                    is_regular_file(word) ? "the file of that name is ./" + word
+                    : meant.empty()       ? help
+                                          : "did you mean '" + meant + "'?");
+    }
+    throw_usage(error.what(), help);
+}
+
 // Reads the options of one command and runs it.
 int run_command(const Command& command, Words arguments) {
     const PreparedCommand prepared = prepare(command);
@@ -138,9 +168,7 @@ int run_command(const Command& command, Words arguments) {
         print(app.help());
         return kSuccess;
     } catch (const CLI::ParseError& error) {
-        std::string place(command.name);
-        for (const CLI::App* edit : app.get_subcommands()) place += " " + edit->get_name();
-        throw_usage(error.what(), "uxtree " + place + " --help");
+        throw_bad_arguments(app, error);
     }
     set_colour_choice(*prepared.colour);
     return prepared.action();

@@ -26,7 +26,7 @@ struct ShowOptions {
     std::string format = "tree";
     bool attributes = false;
     bool full = false;
-    long long depth = std::numeric_limits<long long>::max();
+    int depth = std::numeric_limits<int>::max();
 };
 
 // ---- as a person reads it ---------------------------------------------------------------------
@@ -288,7 +288,7 @@ const Command kShow{
         app.add_flag("-a,--attributes", options->attributes, "Show all other attributes as well");
         app.add_option("-d,--depth", options->depth, "Show this many levels below the root")
             ->type_name("N")
-            ->check(CLI::NonNegativeNumber);
+            ->check(CLI::Range(0, std::numeric_limits<int>::max()));
         add_select(app, options->select);
         app.add_flag("--full", options->full, "Show long texts whole");
         add_output(app, options->output);

@@ -50,10 +50,10 @@ void report(const Failure& failure) {
 }
 
 void note(const std::string& text) {
-    print_line(Role::kHint, "note", text);
+    print_line(Role::kHint, "note", visible(text));
 }
 void warn(const std::string& text) {
-    print_line(Role::kError, "warning", text);
+    print_line(Role::kError, "warning", visible(text));
 }
 
 }  // namespace uxtool
