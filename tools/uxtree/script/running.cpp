@@ -17,6 +17,7 @@
 #include "uxtree/script.h"
 
 #include "script/script.h"
+#include "script/small_memory.h"
 #include "show.h"
 #include "support/file.h"
 #include "support/output.h"
@@ -80,7 +81,7 @@ void start_alarm(double seconds) {
 // The language does not survive a refusal of the small pieces that it works with; a large one is an
 // array of the script, which becomes an exception.
 void* allocate(std::size_t size) {
-    void* const piece = std::malloc(size);
+    void* const piece = take_memory(size);
     if (piece == nullptr && size < 1 << 20) {
         end_at_limit("error: out of memory; --memory MB allows more\n");
     }
@@ -88,7 +89,7 @@ void* allocate(std::size_t size) {
 }
 
 void limit_megabytes(std::uint64_t megabytes) {
-    AngelScript::asSetGlobalMemoryFunctions(allocate, std::free);
+    AngelScript::asSetGlobalMemoryFunctions(allocate, give_memory);
 #if !defined(__SANITIZE_ADDRESS__)  // which reserves more than any limit
     if (megabytes == 0) return;
     if (!limit_memory(megabytes << 20)) {
