@@ -280,9 +280,9 @@ void Document::remove_last(Element& element, IsIt&& isIt) {
 
 void Document::release_attributes(const Element& element) noexcept {
     if (element.attributeCapacity == 0) return;
-    const Attribute* const all = attributes(element);
-    for (std::uint32_t i = 0; i < element.attributeCount; ++i) {
-        if (all[i].size != 0) bytes_.release(all[i].value, all[i].size);
+    const Attribute* attribute = attributes(element);
+    for (std::uint32_t left = element.attributeCount; left > 0; --left, ++attribute) {
+        if (attribute->size != 0) bytes_.release(attribute->value, attribute->size);
     }
     bytes_.release(element.attributes, element.attributeCapacity * sizeof(Attribute));
 }

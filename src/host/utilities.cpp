@@ -24,12 +24,6 @@ using ux::is_digit;
 using ux::trimmed;
 using ux::view_of;
 
-void add_text(CWBOStringArray& array, std::string_view text) {
-    CStringUTF8 item;
-    item.Assign(text.data(), text.size());
-    array.Add(std::move(item));
-}
-
 bool separates(char c, char separator) {
     if (separator != ' ') return c == separator;
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
@@ -253,9 +247,9 @@ int UXGetTokens(CWBOStringArray& tokens, const char* text, char separator, char 
     std::string token;
     for (std::size_t at = 0; at < rest.size(); ++at) {
         next_token(rest, at, separator, quote, token);
-        if (keepEmpty || !token.empty()) add_text(found, token);
+        if (keepEmpty || !token.empty()) found.AddText(token);
         const bool endsWithSeparator = at + 1 == rest.size();
-        if (keepEmpty && endsWithSeparator) add_text(found, {});
+        if (keepEmpty && endsWithSeparator) found.AddText({});
     }
     tokens = std::move(found);
     return tokens.GetSize();
@@ -269,10 +263,10 @@ int UXSeparateByString(CWBOStringArray& pieces, const char* text, const char* se
     while (!between.empty()) {
         const std::size_t end = all.find(between, start);
         if (end == std::string_view::npos) break;
-        add_text(found, all.substr(start, end - start));
+        found.AddText(all.substr(start, end - start));
         start = end + between.size();
     }
-    if (!all.empty()) add_text(found, all.substr(start));
+    if (!all.empty()) found.AddText(all.substr(start));
     pieces = std::move(found);
     return pieces.GetSize();
 }
