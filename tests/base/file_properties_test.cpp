@@ -1,6 +1,9 @@
 // What belongs to a file besides its content, while it is replaced and afterwards.
 #include <filesystem>
+#include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -142,6 +145,20 @@ TEST_F(FileOutputProperties, LinksInACircleAreRefused) {
     ux::FileOutput output(link.c_str());
     EXPECT_TRUE(output.failed());
     EXPECT_FALSE(output.commit());
+}
+
+// So many are remembered for a signal; more are written all the same.
+TEST_F(FileOutputProperties, OnlySixteenUnfinishedFilesAreRemembered) {
+    const auto target = [&](std::size_t i) { return folder_.path(std::to_string(i)); };
+    std::vector<std::unique_ptr<ux::FileOutput>> outputs;
+    for (std::size_t i = 0; i < 17; ++i) {
+        outputs.push_back(std::make_unique<ux::FileOutput>(target(i).c_str()));
+        outputs.back()->write("new");
+    }
+    ux::remove_unfinished_files();
+    for (std::size_t i = 0; i < 16; ++i) EXPECT_EQ(unfinished(target(i)), "");
+    EXPECT_TRUE(outputs[16]->commit());
+    EXPECT_EQ(uxtest::read_file(target(16)), "new");
 }
 
 TEST_F(FileOutputProperties, UnfinishedFilesCanBeRemovedAtOnce) {

@@ -1,10 +1,13 @@
 // Loading and saving where the file system is in the way.
 #include <filesystem>
+#include <iterator>
 #include <string>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
+
+#include "uxtree/host/embedded_files.h"
 
 #include "support/test_tree.h"
 
@@ -60,4 +63,15 @@ TEST(load, SaysThatAFileCannotBeRead) {
 
     EXPECT_THAT(std::string(UXGetLastLoadError()), HasSubstr("cannot be read"));
     EXPECT_EQ(uxtest::to_text(tree), "<r>kept</r>");
+}
+
+TEST(UXRemoveUnfinishedFiles, LeavesTheOldFileAlone) {
+    const uxtest::TemporaryFolder folder;
+    const std::string path = folder.write("f.txt", "old");
+    UXFileOutput output(path.c_str());
+    ASSERT_TRUE(output.Write("new"));
+    UXRemoveUnfinishedFiles();
+    EXPECT_FALSE(output.Commit());
+    EXPECT_EQ(uxtest::read_file(path), "old");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path("")), {}), 1);
 }

@@ -1,6 +1,7 @@
 // What the door for C does that its sweep does not look at: results, errors and their places.
 #include "uxtree/kit/c.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -44,6 +45,11 @@ TEST(ux_node_new, MakesTreesAndEmptyHandles) {
     const NodePtr empty = own(ux_node_new(nullptr));
     ASSERT_NE(empty, nullptr);
     EXPECT_EQ(ux_node_valid(empty.get()), 0);
+}
+
+TEST(ux_load_memory, RefusesASizeThatNothingHas) {
+    EXPECT_EQ(ux_load_memory("<r/>", SIZE_MAX, 0), nullptr);
+    EXPECT_STREQ(ux_last_error(), "the size is larger than any memory");
 }
 
 TEST(ux_node_new, RefusesWhatIsNoElementName) {

@@ -127,6 +127,7 @@ TEST(UXSelection, AppliesConditions) {
     EXPECT_THAT(found(kBooks, "//*[.='Two7.5']/@i"), ElementsAre("@i=2"));
     EXPECT_THAT(found(kBooks, "//@lang[.='en']"), ElementsAre("@lang=en"));
     EXPECT_THAT(found(kBooks, "//book[./title='Two']/@i"), ElementsAre("@i=2"));
+    EXPECT_THAT(found(kBooks, "//book[title/.='Two']/@i"), ElementsAre("@i=2"));
     EXPECT_THAT(found(kBooks, "/shop/book['a'='a']['a'!='b']/@i"), ElementsAre("@i=1", "@i=2"));
     EXPECT_THAT(found(kBooks, "//book[@i][@i][@i][@i][@i][@i][@lang='fr']/@i"),
                 ElementsAre("@i=1", "@i=4"));
