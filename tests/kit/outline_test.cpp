@@ -32,6 +32,21 @@ TEST(UXOutlineFile, AppendsTheOutline) {
                         "<Node Label='c'/></Node><Node Label='b'/></Node></t>"));
 }
 
+// Records that look like the one before are foreseen; one that does not folds all the same.
+TEST(UXOutlineFile, FoldsRecordsThatRepeat) {
+    const TemporaryFolder folder;
+    std::string records;
+    for (int i = 0; i < 4; ++i) records += "<a x='1' y='2'><b/></a>";
+    const std::string path = folder.write("f.xml", "<r>" + records + "<a y='1' z='2'/></r>");
+    TestTree target("<t/>");
+
+    EXPECT_EQ(UXOutlineFile(&target, path.c_str(), false), 1);
+
+    EXPECT_EQ(to_text(target),
+              tree_text("<t><Node Label='r'><Node Label='a'><Attr Label='@x'/><Attr Label='@y'/>"
+                        "<Attr Label='@z'/><Node Label='b'/></Node></Node></t>"));
+}
+
 TEST(UXOutlineFile, OfABrokenFileWritesNothingButOnRequest) {
     const TemporaryFolder folder;
     const std::string path = folder.write("f.xml", "<r>\n<a/><b></r>");

@@ -10,6 +10,7 @@
 
 #include "uxtree/host/embedded.h"
 #include "uxtree/host/host.h"
+#include "uxtree/kit/c.h"
 #include "uxtree/kit/outline.h"
 #include "uxtree/kit/select.h"
 #include "uxtree/kit/spectra.h"
@@ -121,6 +122,17 @@ Stage selecting(const char* expression) {
             [=] { return found_by(*found) + to_text(root); },
             {static_cast<int>(UXSelectOutcome::kOutOfMemory)},
             {to_text(root)}};
+}
+
+Stage selecting_in_c() {
+    const UXXmlWrapperBase root = shelf_with_layout();
+    const auto selection = std::make_shared<UXSelection>();
+    selection->compile("//a[contains(., 'tu')]");
+    const auto found = std::make_shared<UXSelected>();
+    return {[=] { return ux_select_run(selection.get(), &root, found.get(), nullptr); },
+            [=] { return found_by(*found); },
+            {-1},
+            {""}};
 }
 
 Stage telling_a_text() {
@@ -324,9 +336,48 @@ Stage listing_energies() {
             {"{}"}};
 }
 
+Stage joining_channels() {
+    return calculating([](Spectrum& spectrum) { return join_channels(spectrum, 2); });
+}
+
+Stage adding_a_spectrum() {
+    return calculating([other = calibrated({5, 6}, {0, 2})](Spectrum& spectrum) {
+        Rebinning note;
+        return add_spectrum(spectrum, other, note);
+    });
+}
+
+Stage subtracting_a_background() {
+    return calculating([other = calibrated({5, 6}, {0, 2})](Spectrum& spectrum) {
+        Rebinning note;
+        return subtract_background(spectrum, other, note);
+    });
+}
+
 struct Row {
     const char* name;
     std::function<Stage()> make;
+};
+const std::vector<Row> kRows{
+    {"compile", compiling},
+    {"select_children", [] { return selecting("a/@x"); }},
+    {"select_by_text", [] { return selecting("//a[contains(., 'tu')]"); }},
+    {"select_texts", [] { return selecting("//text()"); }},
+    {"select_by_places", [] { return selecting("//a[../a[last()]/@x > 1][count(b) = 1]"); }},
+    {"select_in_c", selecting_in_c},
+    {"text", telling_a_text},
+    {"value_nodes", finding_value_nodes},
+    {"outline_file", outlining_a_file},
+    {"outline_files", outlining_files},
+    {"merge_outline", merging_outlines},
+    {"open_spectra", opening_spectra},
+    {"next_spectrum", reading_a_spectrum},
+    {"import_spectra", importing_spectra},
+    {"join_channels", joining_channels},
+    {"add_spectrum", adding_a_spectrum},
+    {"subtract_background", subtracting_a_background},
+    {"rebin", rebinning},
+    {"channel_edges", listing_energies},
 };
 class KitClasses : public testing::TestWithParam<Row> {};
 
@@ -335,40 +386,7 @@ class KitClasses : public testing::TestWithParam<Row> {};
 TEST_P(KitClasses, FailWholeOrDoAll) {
     fail_each_allocation(GetParam().make);
 }
-INSTANTIATE_TEST_SUITE_P(
-    Each, KitClasses,
-    testing::Values(
-        Row{"compile", compiling},  //
-        Row{"select_children", [] { return selecting("a/@x"); }},
-        Row{"select_by_text", [] { return selecting("//a[contains(., 'tu')]"); }},
-        Row{"select_texts", [] { return selecting("//text()"); }},
-        Row{"select_by_places", [] { return selecting("//a[../a[last()]/@x > 1][count(b) = 1]"); }},
-        Row{"text", telling_a_text}, Row{"value_nodes", finding_value_nodes},
-        Row{"outline_file", outlining_a_file}, Row{"outline_files", outlining_files},
-        Row{"merge_outline", merging_outlines}, Row{"open_spectra", opening_spectra},
-        Row{"next_spectrum", reading_a_spectrum}, Row{"import_spectra", importing_spectra},
-        Row{"join_channels",
-            [] {
-                return calculating([](Spectrum& spectrum) { return join_channels(spectrum, 2); });
-            }},
-        Row{"add_spectrum",
-            [] {
-                return calculating([](Spectrum& spectrum) {
-                    Rebinning note;
-                    static const Spectrum kMore = calibrated({5, 6}, {0, 2});
-                    return add_spectrum(spectrum, kMore, note);
-                });
-            }},
-        Row{"subtract_background",
-            [] {
-                return calculating([](Spectrum& spectrum) {
-                    Rebinning note;
-                    static const Spectrum kOther = calibrated({5, 6}, {0, 2});
-                    return subtract_background(spectrum, kOther, note);
-                });
-            }},
-        Row{"rebin", rebinning},  //
-        Row{"channel_edges", listing_energies}),
-    [](const auto& row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Each, KitClasses, testing::ValuesIn(kRows),
+                         [](const auto& row) { return row.param.name; });
 
 }  // namespace uxtest
