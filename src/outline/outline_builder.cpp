@@ -23,18 +23,18 @@ void ExpectedText::make(std::string_view before, std::string_view name, std::str
 // What is to be freed is a list along the followers, since memory may have run out.
 LayoutNode::~LayoutNode() {
     LayoutNode* doomed = nullptr;
-    const auto take_children = [&doomed](LayoutNode& node) {
+    const auto takeChildren = [&doomed](LayoutNode& node) {
         for (std::unique_ptr<LayoutNode>& child : node.children) {
             child->follower = doomed;
             doomed = child.release();
         }
         node.children.clear();
     };
-    take_children(*this);
+    takeChildren(*this);
     while (doomed != nullptr) {
         const std::unique_ptr<LayoutNode> node(doomed);
         doomed = node->follower;
-        take_children(*node);
+        takeChildren(*node);
     }
 }
 
