@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <map>
 
+#include <fmt/format.h>
+
 namespace uxtool {
 namespace {
 
@@ -107,12 +109,7 @@ std::vector<Place> all_places() {
         add_command(*command, places);
     }
     for (auto& [word, group] : groups) {
-        std::string list;
-        for (const std::string& name : group.next) {
-            if (!list.empty()) list += ", ";
-            list += name;
-        }
-        group.summary = "commands about " + word + ": " + list;
+        group.summary = fmt::format("commands about {}: {}", word, fmt::join(group.next, ", "));
         group.usage = "COMMAND [OPTIONS] ...";
         places.push_back(std::move(group));
     }
