@@ -16,7 +16,7 @@ long_steps=(
     lto  # 250 s
     tsan      # 150 s
     python_sanitized  # 150 s
-    static    # 600 s
+    static    # 1450 s
     packages  # 180 s
     consumers  # 130 s
     abi  # 60 s

@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # Compares the binary interface of the libraries with the one that was released under the same name:
-# abi/VERSION/libuxtree_*.abi, made by abidw. Without such a folder the dumps are made and looked at:
+# abi/VERSION/libuxtree_*.abi.xz, made by abidw. Without such a folder the dumps are made and looked at:
 # each must hold all that its library exports. They then stand in build/abi/dumps, to be committed
-# with the release.
+# with the release, compressed by xz.
 set -euo pipefail
 . "$(dirname "$0")/common.sh"
 
-install_packages "${build_packages[@]}" abigail-tools
+install_packages "${build_packages[@]}" abigail-tools xz-utils
 use_ccache
 build=$PWD/build/abi
 quietly cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Debug "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -g" \
@@ -25,8 +25,9 @@ for name in host Utils kit; do
         s/.*<elf-symbol name='[^']*'.* alias='\([^']*\)'.*/\1/p" "$dump" | tr ',' '\n' | sort -u)
     lacking=$(comm -23 <(printf '%s\n' "$exported") <(printf '%s\n' "$dumped"))
     [ -z "$lacking" ] || die "the dump of $name lacks $(head -3 <<<"$lacking" | tr '\n' ' ')"
-    released=abi/$abi/libuxtree_$name.abi
-    if [ -e "$released" ]; then
+    released=$build/released_$name.abi
+    if [ -e "abi/$abi/libuxtree_$name.abi.xz" ]; then
+        xz -d -c "abi/$abi/libuxtree_$name.abi.xz" >"$released"
         abidiff --no-added-syms "$released" "$dump" || die "libuxtree_$name.so.$abi broke its interface"
         note "$name: as released with $abi"
     else
