@@ -60,9 +60,7 @@ void throw_not_replaced(const std::string& file, int error) {
 
 void ReplacedFiles::add(const std::string& file, std::string_view content) {
     const std::string path = resolved(file);
-    for (const Pending& other : pending_) {
-        if (other.path == path) throw Failure(kUsage, file, "it is named twice");
-    }
+    if (!paths_.insert(path).second) throw Failure(kUsage, file, "it is named twice");
     Pending pending{file, path, UXFileOutput(path.c_str()), {}, {}};
     if (!pending.output.Write(content)) throw_not_replaced(file, pending.output.Error());
     pending_.push_back(std::move(pending));
@@ -131,6 +129,7 @@ void ReplacedFiles::commit() {
         pending.oldBackup.forget();
     }
     pending_.clear();
+    paths_.clear();
 }
 
 }  // namespace uxtool

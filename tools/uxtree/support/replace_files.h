@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "uxtree/host/embedded_files.h"
@@ -36,7 +37,7 @@ public:
     explicit ReplacedFiles(std::string backupSuffix) : backupSuffix_(std::move(backupSuffix)) {}
 
     // Writes the new content beside the file; nobody sees it before commit. Throws Failure with
-    // kRefused.
+    // kRefused, and with kUsage for a file that is there already.
     void add(const std::string& file, std::string_view content);
     // Puts all in their places. When that fails with one, or with a backup, all are put back, older
     // backups too; throws Failure with kRefused, and warns of what could not be put back.
@@ -57,6 +58,7 @@ private:
     bool isWhole_ = true;
     std::string backupSuffix_;
     std::vector<Pending> pending_;
+    std::unordered_set<std::string> paths_;  // of all that were added
 };
 
 }  // namespace uxtool
