@@ -81,11 +81,6 @@ void add_command(const Command& command, std::vector<Place>& places) {
 
 }  // namespace
 
-bool OptionFacts::takes_file() const {
-    const bool namesOne = value == "FILE" || value == "FOLDER" || value == "PATTERN";
-    return choices.empty() && (namesOne || (names.empty() && value.starts_with("FILE")));
-}
-
 std::vector<Place> all_places() {
     std::vector<Place> places;
     std::map<std::string, Place> groups;

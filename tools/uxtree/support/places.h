@@ -14,8 +14,6 @@ struct OptionFacts {
     std::string value;               // what it takes, such as FILE; "" for nothing
     std::vector<std::string> choices;
     std::string description;
-
-    bool takes_file() const;
 };
 
 // A word of the command line with the words before it: the tool, a group of commands, a command, or

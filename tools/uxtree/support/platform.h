@@ -53,8 +53,6 @@ bool create_folder_that_begins(std::string& start);
 enum class FileKind { kRegular, kFolder, kOther };
 // What nobody can tell is another one.
 FileKind kind_of(int descriptor);
-// 0 when nobody can tell.
-std::uint64_t size_of(const Descriptor& file);
 // A name by which this process opens an open file again.
 std::string path_of(const Descriptor& file);
 bool is_terminal(int descriptor);

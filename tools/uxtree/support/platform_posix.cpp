@@ -65,12 +65,6 @@ FileKind kind_of(int descriptor) {
     return S_ISDIR(status.st_mode) ? FileKind::kFolder : FileKind::kOther;
 }
 
-std::uint64_t size_of(const Descriptor& file) {
-    struct stat status {};
-    const bool known = ::fstat(file.number(), &status) == 0;
-    return known ? static_cast<std::uint64_t>(status.st_size) : 0;
-}
-
 std::string path_of(const Descriptor& file) {
 #if defined(__linux__)
     const std::string folder = "/proc/self/fd/";

@@ -13,7 +13,6 @@ class Palette {
 public:
     explicit Palette(bool coloured) : coloured_(coloured) {}
     std::string paint(Role role, std::string_view text) const;
-    bool coloured() const { return coloured_; }
 
 private:
     bool coloured_;
