@@ -6,6 +6,7 @@
 #include "support/node_path.h"
 #include "support/output.h"
 #include "support/table.h"
+#include "support/text.h"
 #include "support/tree.h"
 
 namespace uxtool {

@@ -3,6 +3,7 @@
 
 #include "support/output.h"
 #include "support/places.h"
+#include "support/text.h"
 
 namespace uxtool {
 namespace {
@@ -24,12 +25,6 @@ std::string table(const char* name, const std::vector<std::pair<std::string, std
     return text + ")\n";
 }
 
-std::string joined(const std::vector<std::string>& words) {
-    std::string text;
-    for (const std::string& word : words) text += (text.empty() ? "" : " ") + word;
-    return text;
-}
-
 std::string tables() {
     std::vector<std::pair<std::string, std::string>> next;
     std::vector<std::pair<std::string, std::string>> options;
@@ -37,16 +32,16 @@ std::string tables() {
     std::vector<std::pair<std::string, std::string>> choices;
     for (const Place& place : all_places()) {
         const std::string name = place.name.empty() ? "uxtree" : "uxtree " + place.name;
-        next.emplace_back(name, joined(place.next));
+        next.emplace_back(name, join(place.next, " "));
         std::string all;
         std::string taking;
         for (const OptionFacts& option : place.options) {
-            const std::string names = joined(option.names);
+            const std::string names = join(option.names, " ");
             if (!names.empty()) all += (all.empty() ? "" : " ") + names;
             if (!names.empty() && !option.value.empty()) taking += " " + names;
-            if (option.names.empty()) choices.emplace_back(name, joined(option.choices));
+            if (option.names.empty()) choices.emplace_back(name, join(option.choices, " "));
             for (const std::string& each : option.names) {
-                choices.emplace_back(fmt::format("{} {}", name, each), joined(option.choices));
+                choices.emplace_back(fmt::format("{} {}", name, each), join(option.choices, " "));
             }
         }
         options.emplace_back(name, all);

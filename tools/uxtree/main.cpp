@@ -74,11 +74,9 @@ std::size_t name_length(const Command& command) {
 }
 
 bool is_named_by(const Command& command, const Words& words) {
-    const std::size_t length = name_length(command);
-    if (words.size() < length) return false;
-    std::string name = words[0];
-    for (std::size_t i = 1; i < length; ++i) name += " " + words[i];
-    return name == command.name;
+    const auto length = static_cast<Words::difference_type>(name_length(command));
+    return std::ssize(words) >= length &&
+           join({words.begin(), words.begin() + length}, " ") == command.name;
 }
 
 const Command* find_command(const Words& words) {

@@ -3,6 +3,7 @@
 
 #include "support/output.h"
 #include "support/places.h"
+#include "support/text.h"
 
 namespace uxtool {
 namespace {
@@ -78,19 +79,13 @@ std::string reference(const std::string& words) {
 }
 
 std::string option_entry(const OptionFacts& option) {
-    std::string names;
-    for (const std::string& name : option.names) names += (names.empty() ? "" : ", ") + name;
+    const std::string names = join(option.names, ", ");
     std::string heading = names.empty() ? ".I " + troff(option.value) : ".B " + troff(names);
     if (!names.empty() && !option.value.empty()) {
         heading = ".BI \"" + troff(names) + " \" " + troff(option.value);
     }
-    std::string text = ".TP\n" + heading + "\n" + sentence(option.description);
-    if (option.choices.empty()) return text;
-    std::string choices = "One of: ";
-    for (const std::string& choice : option.choices) {
-        choices += (&choice == &option.choices.front() ? "" : ", ") + choice;
-    }
-    return text + sentence(choices);
+    const std::string text = ".TP\n" + heading + "\n" + sentence(option.description);
+    return option.choices.empty() ? text : text + sentence("One of: " + join(option.choices, ", "));
 }
 
 std::string synopsis(const Place& place) {
@@ -186,8 +181,7 @@ int write_all_pages(const std::string& folder) {
 
 int run_manual(const ManualOptions& options) {
     if (!options.folder.empty()) return write_all_pages(options.folder);
-    std::string name;
-    for (const std::string& word : options.words) name += (name.empty() ? "" : " ") + word;
+    const std::string name = join(options.words, " ");
     const std::vector<Place> places = all_places();
     const auto found = std::find_if(places.begin(), places.end(),
                                     [&](const Place& place) { return place.name == name; });

@@ -5,6 +5,7 @@
 
 #include "support/json.h"
 #include "support/table.h"
+#include "support/text.h"
 #include "support/tree.h"
 
 namespace uxtool {

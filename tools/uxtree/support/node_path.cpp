@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "support/input.h"
+#include "support/text.h"
 #include "support/tree.h"
 
 namespace uxtool {

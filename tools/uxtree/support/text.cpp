@@ -219,6 +219,15 @@ std::string nearest(std::string_view name, const std::vector<std::string>& candi
     return best;
 }
 
+std::string join(const std::vector<std::string>& texts, std::string_view separator) {
+    std::string out;
+    for (const std::string& text : texts) {
+        if (&text != &texts.front()) out += separator;
+        out += text;
+    }
+    return out;
+}
+
 std::string short_list(const std::vector<std::string>& names) {
     constexpr std::size_t kShown = 8;
     std::string out;

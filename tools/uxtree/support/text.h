@@ -35,6 +35,8 @@ std::string clipped(std::string_view text, std::size_t width);
 // The candidate that is nearest to name, "" when none is near enough to be meant.
 std::string nearest(std::string_view name, const std::vector<std::string>& candidates);
 
+std::string join(const std::vector<std::string>& texts, std::string_view separator);
+
 // The first names joined by commas, with "and N more" when there are many.
 std::string short_list(const std::vector<std::string>& names);
 

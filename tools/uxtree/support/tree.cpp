@@ -56,10 +56,4 @@ std::string value_of(const UXXmlWrapperBase& node) {
     return to_string(text);
 }
 
-std::string join(const std::vector<std::string>& texts, const std::string& separator) {
-    std::string out;
-    for (std::size_t i = 0; i < texts.size(); ++i) out += (i == 0 ? "" : separator) + texts[i];
-    return out;
-}
-
 }  // namespace uxtool

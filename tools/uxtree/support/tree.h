@@ -22,7 +22,6 @@ std::vector<std::string> attribute_names(const UXXmlWrapperBase& node);
 std::vector<std::pair<std::string, std::string>> all_attributes(const UXXmlWrapperBase& node);
 // The element's own text, "" when there is none.
 std::string value_of(const UXXmlWrapperBase& node);
-std::string join(const std::vector<std::string>& texts, const std::string& separator);
 
 // Calls enter(node, level) for top and everything below it in document order, and leave(node,
 // level) after a node's branch. When enter yields false, the branch below that node is left out.
