@@ -16,14 +16,32 @@ constexpr unsigned kBucketBits = 4;
 constexpr std::size_t kBucketSize = std::size_t{1} << kBucketBits;
 constexpr int kFree = -1;
 
+bool ascend(const int* ids, int size) {
+    return std::adjacent_find(ids, ids + size, std::greater_equal<>()) == ids + size;
+}
+
+// Identifiers that lie close together are told apart by a bit for each that there may be, which
+// takes no more memory than they do. False also for those that are scattered.
+bool differ_at_close_range(const int* ids, int size) {
+    constexpr std::int64_t kBitsPerId = 32;
+    const auto [least, most] = std::minmax_element(ids, ids + size);
+    const std::int64_t range = std::int64_t{*most} - *least + 1;
+    if (range > size * kBitsPerId) return false;
+    std::vector<bool> met(static_cast<std::size_t>(range));
+    for (int i = 0; i < size; ++i) {
+        auto bit = met[static_cast<std::size_t>(std::int64_t{ids[i]} - *least)];
+        if (bit) return false;
+        bit = true;
+    }
+    return true;
+}
+
 }  // namespace
 
-// A strictly ascending array holds no value twice, so its table waits until a search misses the
-// entry that is next in order.
+// Where no identifier repeats, the table waits until a search misses the entries that are next in
+// order.
 IdIndex::IdIndex(const CArray<int, int>& ids) : ids_(ids.GetData()), size_(ids.GetSize()) {
-    const bool ascending =
-        std::adjacent_find(ids_, ids_ + size_, std::greater_equal<>()) == ids_ + size_;
-    if (ascending) return;
+    if (ascend(ids_, size_) || differ_at_close_range(ids_, size_)) return;
     if (size_ > kLinearSize) {
         build();
         return;

@@ -14,11 +14,16 @@ class IdIndex {
 public:
     explicit IdIndex(const CArray<int, int>& ids);
 
-    // Index of the first entry equal to id, -1 when there is none. Asking in the array's order is
-    // the cheapest.
+    // Index of the first entry equal to id, -1 when there is none. Asking in the array's order,
+    // with few left out, is the cheapest.
     int find(int id) {
-        // The entry in order may be taken at once only where no earlier one can be equal.
-        if (repeated_ < 0 && next_ < size_ && ids_[next_] == id) return next_++;
+        constexpr int kLookAhead = 4;
+        // The next entries may be taken at once only where no earlier one can be equal.
+        for (int i = next_; repeated_ < 0 && i < size_ && i - next_ < kLookAhead; ++i) {
+            if (ids_[i] != id) continue;
+            next_ = i + 1;
+            return i;
+        }
         return look_up(id);
     }
     // Index of the first entry that occurs again further on, -1 when all differ.

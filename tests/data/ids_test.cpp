@@ -360,6 +360,13 @@ std::vector<std::vector<int>> identifier_arrays() {
             stamped.push_back((i % 30) << 16 | (i / 30));
         }
         arrays.insert(arrays.end(), {ascending, descending, strided, stamped});
+        // Just close enough together for a bit for each possible identifier, and just not.
+        for (const int farthest : {31 * size, 31 * size + 1}) {
+            arrays.push_back(descending);
+            arrays.back().front() = farthest;
+            arrays.push_back(arrays.back());
+            arrays.back().push_back(farthest);
+        }
         std::vector<int> doubled = descending;
         doubled.push_back(-(size / 2));
         doubled.push_back(-1);
@@ -385,6 +392,7 @@ TEST(IdIndex, FindsTheFirstEntryWhateverTheOrderOfTheQuestions) {
         const CArray<int, int> array = number_list(ids);
         ux::IdIndex forward(array);
         ux::IdIndex backward(array);
+        ux::IdIndex skipping(array);
 
         EXPECT_EQ(forward.find(123456789), -1);
         for (std::size_t i = 0; i < ids.size(); ++i) {
@@ -393,6 +401,8 @@ TEST(IdIndex, FindsTheFirstEntryWhateverTheOrderOfTheQuestions) {
             ASSERT_EQ(forward.find(id ^ 1), first_by_search(ids, id ^ 1));
             const int mirrored = ids[ids.size() - 1 - i];
             ASSERT_EQ(backward.find(mirrored), first_by_search(ids, mirrored));
+            const int later = ids[i * 3 % ids.size()];
+            ASSERT_EQ(skipping.find(later), first_by_search(ids, later));
         }
     }
 }
