@@ -38,9 +38,6 @@ Action show_table(CLI::App& app, std::vector<std::string> columns, Fill fill) {
     };
 }
 
-Cell text_cell(const std::string& text) {
-    return text.empty() ? Cell{} : Cell{text};
-}
 Cell attribute_cell(const UXXmlWrapperBase& node, const char* name) {
     return text_cell(attribute_of(node, name).value_or(""));
 }

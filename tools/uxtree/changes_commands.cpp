@@ -52,13 +52,11 @@ Table differences(const UXXmlWrapperBase& tree, const UXXmlWrapperBase& old,
     const std::map<int, State> now = states_of(tree, options.tree);
     const std::map<int, State> before = states_of(old, options.old);
     Table table({"id", "label", "old", "new", "node"});
-    const auto cell = [](const std::optional<std::string>& text) {
-        return text ? Cell(*text) : Cell();
-    };
     const auto add = [&](int id, const State& known, const std::optional<std::string>& was,
                          const std::optional<std::string>& is) {
         if (was == is) return;
-        table.add({static_cast<long long>(id), known.label, cell(was), cell(is), known.place});
+        table.add({static_cast<long long>(id), known.label, optional_cell(was), optional_cell(is),
+                   known.place});
     };
     auto one = now.begin();
     auto other = before.begin();

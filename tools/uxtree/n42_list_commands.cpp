@@ -37,14 +37,8 @@ const std::vector<std::string>& list_columns() {
     return columns;
 }
 
-Cell text_cell(const std::string& text) {
-    return text.empty() ? Cell() : Cell(text);
-}
 Cell known(double value) {
     return value < 0 ? Cell() : Cell(value);
-}
-Cell count_cell(std::size_t value) {
-    return static_cast<long long>(value);
 }
 
 std::vector<Cell> row_of(const std::string& file, const uxkit::Spectrum& spectrum) {

@@ -140,8 +140,7 @@ void QueryRows::write_schema(Output& out, const std::string& format) const {
     Table table({"column", "rows", "most"});
     for (const Column& column : columns_) {
         if (column.most == 0) continue;
-        table.add({column.name, static_cast<long long>(column.rows),
-                   static_cast<long long>(column.most)});
+        table.add({column.name, count_cell(column.rows), count_cell(column.most)});
     }
     write_table(out, table, format);
 }

@@ -71,13 +71,10 @@ void write_text(Output& out, const Table& table) {
     }
 }
 
-bool& csv_is_safe() {
-    static bool safe = false;
-    return safe;
-}
+bool csvIsSafe = false;
 
 std::string csv_field(const std::string& text, bool isNumber) {
-    const bool isFormula = csv_is_safe() && !isNumber && !text.empty() &&
+    const bool isFormula = csvIsSafe && !isNumber && !text.empty() &&
                            std::string_view("=+-@\t\r").find(text[0]) != std::string_view::npos;
     if (!isFormula && text.find_first_of(",\"\r\n") == std::string::npos) return text;
     std::string quoted = isFormula ? "\"'" : "\"";
@@ -113,7 +110,7 @@ Json json_of(const Cell& cell) {
         cell);
 }
 
-void write_json(Output& out, const Table& table) {
+void write_objects(Output& out, const Table& table) {
     JsonList list(out);
     for (const auto& row : table.rows) {
         Json entry = Json::object();
@@ -127,16 +124,28 @@ void write_json(Output& out, const Table& table) {
 
 }  // namespace
 
+Cell text_cell(const std::string& text) {
+    return text.empty() ? Cell() : Cell(text);
+}
+
+Cell optional_cell(std::optional<std::string> text) {
+    return text ? Cell(*std::move(text)) : Cell();
+}
+
+Cell count_cell(std::size_t count) {
+    return static_cast<long long>(count);
+}
+
 void Table::add(std::vector<Cell> cells) {
     cells.resize(columns.size());
     rows.push_back(std::move(cells));
 }
 
-// An empty line would be read as no row, so a lone empty field is quoted.
 void set_csv_safe(bool safe) {
-    csv_is_safe() = safe;
+    csvIsSafe = safe;
 }
 
+// An empty line would be read as no row, so a lone empty field is quoted.
 void write_csv_line(Output& out, const Fields& fields) {
     std::string line;
     for (std::size_t i = 0; i < fields.size(); ++i) {
@@ -148,18 +157,12 @@ void write_csv_line(Output& out, const Fields& fields) {
 }
 
 void write_csv_numbers(Output& out, const Fields& numbers) {
-    std::string line;
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        if (i > 0) line += ',';
-        line += numbers[i];
-    }
-    line += '\n';
-    out.write(line);
+    out.write(join(numbers, ",") + "\n");
 }
 
 void write_table(Output& out, const Table& table, const std::string& format) {
     if (format == "csv") return write_csv(out, table);
-    if (format == "json") return write_json(out, table);
+    if (format == "json") return write_objects(out, table);
     write_text(out, table);
 }
 

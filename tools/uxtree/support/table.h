@@ -1,6 +1,8 @@
 // Tables as aligned text, CSV or JSON.
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -11,6 +13,11 @@ namespace uxtool {
 
 // One cell: nothing, a text or a number.
 using Cell = std::variant<std::monostate, std::string, long long, double>;
+
+// Nothing for an empty text, and for one that is not there.
+Cell text_cell(const std::string& text);
+Cell optional_cell(std::optional<std::string> text);
+Cell count_cell(std::size_t count);
 
 class Table {
 public:

@@ -51,8 +51,8 @@ private:
     using Text = std::optional<std::string>;
 
     void add(const char* change, std::size_t step, std::string what, Text before, Text after) {
-        const auto cell = [](Text& text) { return text ? Cell(std::move(*text)) : Cell(); };
-        table_.add({std::string(change), place(step), std::move(what), cell(before), cell(after)});
+        table_.add({std::string(change), place(step), std::move(what),
+                    optional_cell(std::move(before)), optional_cell(std::move(after))});
     }
 
     std::string place(std::size_t step) const {
