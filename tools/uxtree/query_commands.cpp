@@ -142,9 +142,7 @@ private:
 class Querier {
 public:
     Querier(const QueryOptions& options, Output& out)
-        : options_(options),
-          out_(out),
-          named_(options.withName || (options.files.size() > 1 && !options.withoutName)) {}
+        : options_(options), out_(out), named_(options.names_files()) {}
 
     // For any thread.
     std::shared_ptr<Result> read(const std::string& file) const {
@@ -166,9 +164,11 @@ public:
             return kNothingFound;
         }
         if (options_.table) {
-            add_rows(result, result.file);
-        } else {
-            add_values(result, result.file);
+            add_rows(result);
+            return kSuccess;
+        }
+        for (const std::string& value : to_strings(result.values)) {
+            write_value(out_, list_, options_, value, result.file);
         }
         return kSuccess;
     }
@@ -180,22 +180,9 @@ public:
     }
 
 private:
-    void add_values(const Result& result, const std::string& file) {
-        for (const std::string& value : to_strings(result.values)) write_value(value, file);
-    }
-
-    void write_value(const std::string& value, const std::string& file) {
-        if (options_.format == "json") return list_.add({{"file", file}, {"value", value}});
-        if (options_.format == "csv") {
-            return write_csv_line(out_, named_ ? Fields{file, value} : Fields{value});
-        }
-        if (named_) out_.write(out_.palette().paint(Role::kDim, visible(file) + ":") + " ");
-        out_.write(visible(value) + "\n");
-    }
-
     // The table comes as columns: column k holds the k-th value of every matched element. The names
     // are those of the element with the most values, over all files.
-    void add_rows(const Result& result, const std::string& file) {
+    void add_rows(const Result& result) {
         const int columns = result.names.GetSize();
         const int rows = columns == 0 ? 0 : result.values.GetSize() / columns;
         if (static_cast<std::size_t>(columns) > columns_.size()) {
@@ -206,7 +193,7 @@ private:
             Fields fields;
             for (int k = 0; k < columns; ++k)
                 fields.push_back(to_string(result.values[k * rows + row]));
-            rows_.push_back({file, std::move(fields)});
+            rows_.push_back({result.file, std::move(fields)});
         }
     }
 

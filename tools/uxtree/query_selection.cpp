@@ -22,10 +22,7 @@ namespace {
 class SelectionQuery {
 public:
     SelectionQuery(const QueryOptions& options, Output& out)
-        : options_(options),
-          out_(out),
-          selection_(options.path),
-          named_(options.withName || (options.files.size() > 1 && !options.withoutName)) {}
+        : options_(options), out_(out), selection_(options.path) {}
 
     // What one file yields.
     struct Answer {
@@ -54,7 +51,9 @@ public:
             return kNothingFound;
         }
         rows_.append(std::move(answer.rows));
-        for (const std::string& value : answer.values) write_value(value, answer.file);
+        for (const std::string& value : answer.values) {
+            write_value(out_, list_, options_, value, answer.file);
+        }
         return kSuccess;
     }
 
@@ -63,7 +62,7 @@ public:
         if (options_.schema) {
             rows_.write_schema(out_, options_.format);
         } else if (options_.table && (!rows_.is_empty() || options_.format == "json")) {
-            rows_.write(out_, options_.format, named_);
+            rows_.write(out_, options_.format, options_.names_files());
         } else if (options_.format == "json" && !options_.table) {
             list_.finish();
         }
@@ -110,24 +109,25 @@ private:
                  Selection::text(selected, i, file));
     }
 
-    void write_value(const std::string& value, const std::string& file) {
-        if (options_.format == "json") return list_.add({{"file", file}, {"value", value}});
-        if (options_.format == "csv") {
-            return write_csv_line(out_, named_ ? Fields{file, value} : Fields{value});
-        }
-        if (named_) out_.write(out_.palette().paint(Role::kDim, visible(file) + ":") + " ");
-        out_.write((options_.xml ? visible_lines(value) : visible(value)) + "\n");
-    }
-
     const QueryOptions& options_;
     Output& out_;
     Selection selection_;
-    bool named_;
     JsonList list_{out_};
     QueryRows rows_;
 };
 
 }  // namespace
+
+void write_value(Output& out, JsonList& list, const QueryOptions& options, const std::string& value,
+                 const std::string& file) {
+    const bool named = options.names_files();
+    if (options.format == "json") return list.add({{"file", file}, {"value", value}});
+    if (options.format == "csv") {
+        return write_csv_line(out, named ? Fields{file, value} : Fields{value});
+    }
+    if (named) out.write(out.palette().paint(Role::kDim, visible(file) + ":") + " ");
+    out.write((options.xml ? visible_lines(value) : visible(value)) + "\n");
+}
 
 int run_selection_query(const QueryOptions& options) {
     Output out(options.output);
