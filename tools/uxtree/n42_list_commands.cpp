@@ -1,5 +1,4 @@
 // uxtree n42 list: the spectra of many files as one table.
-#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <string>
@@ -89,15 +88,13 @@ FileRows rows_of(const std::string& path, const std::vector<std::string>& detect
     const SpectrumInput file(path);
     uxkit::SpectrumReader reader = open_spectra(file);
     FileRows out{file.name, {}, {}};
-    const auto wanted = [&](const std::string& detector) {
-        return detectors.empty() ||
-               std::find(detectors.begin(), detectors.end(), detector) != detectors.end();
-    };
     for (uxkit::Spectrum spectrum; next_spectrum(reader, file, spectrum);) {
-        if (wanted(spectrum.detector)) out.rows.push_back(row_of(file.name, spectrum));
+        if (is_wanted_detector(spectrum.detector, detectors)) {
+            out.rows.push_back(row_of(file.name, spectrum));
+        }
     }
     for (const uxkit::GrossCount& count : reader.gross_counts()) {
-        if (!count.hasSpectrum && wanted(count.detector)) {
+        if (!count.hasSpectrum && is_wanted_detector(count.detector, detectors)) {
             out.rows.push_back(row_of(file.name, count));
         }
     }
@@ -122,14 +119,11 @@ int run_list(const ListOptions& options) {
         [&](const std::string& path) { return rows_of(path, options.detectors); },
         [&](FileRows&& file) {
             const bool empty = file.rows.empty();
-            if (empty && !options.detectors.empty()) {
-                note(file.file + " has no spectra and no gross counts of the detectors chosen");
-                tell(file.notes);
-            } else if (empty) {
-                tell_nothing(file.file, "spectra and no gross counts", file.notes);
-            } else {
-                tell(file.notes);
+            if (empty) {
+                note(file.file + " has no spectra and no gross counts" +
+                     (options.detectors.empty() ? "" : " of the detectors chosen"));
             }
+            tell(file.notes);
             for (std::vector<Cell>& row : file.rows) {
                 if (options.format == "text") shorten(row);
                 table.add(std::move(row));

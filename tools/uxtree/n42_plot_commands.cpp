@@ -38,12 +38,9 @@ int run_plot(const PlotOptions& options) {
     const SpectrumInput file(options.file);
     uxkit::SpectrumReader reader = open_spectra(file);
     const std::vector<uxkit::Spectrum> content = all_spectra(reader, file);
-    const std::vector<std::string> notes = notes_of(reader, file);
-    if (content.empty()) {
-        tell_nothing(file.name, "spectra", notes);
-        return kNothingFound;
-    }
-    tell(notes);
+    if (content.empty()) note(file.name + " has no spectra");
+    tell(notes_of(reader, file));
+    if (content.empty()) return kNothingFound;
     const Plot plot = plot_of(options, content, page);
     Output out(options.output);
     page ? write_plot_html(out, plot) : write_plot_svg(out, plot);

@@ -72,6 +72,11 @@ CLI::Option* add_detectors(CLI::App& app, std::vector<std::string>& detectors,
         ->allow_extra_args(false);
 }
 
+bool is_wanted_detector(const std::string& name, const std::vector<std::string>& detectors) {
+    return detectors.empty() ||
+           std::find(detectors.begin(), detectors.end(), name) != detectors.end();
+}
+
 void check_detectors(const std::vector<std::string>& known, const std::string& file,
                      const std::vector<std::string>& wanted) {
     for (const std::string& name : wanted) {

@@ -39,6 +39,8 @@ void tell(const std::vector<std::string>& notes);
 // -d NAME, as often as wanted; what says what it chooses.
 CLI::Option* add_detectors(CLI::App& app, std::vector<std::string>& detectors,
                            const std::string& what);
+// Without names of detectors, all are wanted.
+bool is_wanted_detector(const std::string& name, const std::vector<std::string>& detectors);
 // A name that no detector has selects nothing, which is hardly meant: throws Failure.
 void check_detectors(const std::vector<std::string>& known, const std::string& file,
                      const std::vector<std::string>& wanted);
