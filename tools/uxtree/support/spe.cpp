@@ -60,10 +60,6 @@ std::string zone_of(const std::string& start) {
     return start.substr(zone);
 }
 
-std::string count_text(double count) {
-    return fmt::format("{}", count);
-}
-
 void write_remarks(Output& out, const uxkit::Spectrum& spectrum, const std::string& source) {
     write_line(out, "$SPEC_REM:");
     write_line(out, line_of("File: " + source));
@@ -97,14 +93,10 @@ void write_calibration(Output& out, const uxkit::EnergyCalibration& calibration)
     write_line(out, line + (calibration.unit.empty() ? "keV" : visible(calibration.unit)));
 }
 
-}  // namespace
+// What the form has no place for.
+using Lost = std::vector<std::string>;
 
-std::vector<std::string> write_spe(Output& out, const uxkit::Spectrum& spectrum,
-                                   const std::string& source) {
-    std::vector<std::string> lost;
-    write_line(out, "$SPEC_ID:");
-    write_line(out, line_of(spectrum.name));
-    write_remarks(out, spectrum, source);
+void write_times(Output& out, const uxkit::Spectrum& spectrum, Lost& lost) {
     Moment moment;
     if (read_moment(spectrum.start, moment)) {
         write_line(out, "$DATE_MEA:");
@@ -120,27 +112,46 @@ std::vector<std::string> write_spe(Output& out, const uxkit::Spectrum& spectrum,
     } else {
         lost.emplace_back("live and real time are not both known, so neither is written");
     }
+}
+
+void write_counts(Output& out, const std::vector<double>& counts, Lost& lost) {
     write_line(out, "$DATA:");
-    write_line(out, fmt::format("0 {}", spectrum.counts.size() - 1));
+    write_line(out, fmt::format("0 {}", counts.size() - 1));
     bool whole = true;
-    for (const double count : spectrum.counts) {
+    for (const double count : counts) {
         whole = whole && count == std::floor(count);
-        write_line(out, count_text(count));
+        write_line(out, fmt::format("{}", count));
     }
     if (!whole) lost.emplace_back("counts with fractions, which many programs do not read");
-    write_line(out, "$ROI:");
-    write_line(out, "0");
-    if (!spectrum.calibration) {
+}
+
+void write_energies(Output& out, const uxkit::EnergyCalibration* calibration, Lost& lost) {
+    if (calibration == nullptr) {
         lost.emplace_back("no energies");
-    } else if (spectrum.calibration->coefficients.empty()) {
+    } else if (calibration->coefficients.empty()) {
         lost.emplace_back("energies are boundaries, for which the form has no place");
     } else {
-        write_calibration(out, *spectrum.calibration);
-        const std::string& unit = spectrum.calibration->unit;
+        write_calibration(out, *calibration);
+        const std::string& unit = calibration->unit;
         if (!unit.empty() && unit != "keV") {
             lost.push_back("energies are in " + unit + ", and many programs take them for keV");
         }
     }
+}
+
+}  // namespace
+
+std::vector<std::string> write_spe(Output& out, const uxkit::Spectrum& spectrum,
+                                   const std::string& source) {
+    Lost lost;
+    write_line(out, "$SPEC_ID:");
+    write_line(out, line_of(spectrum.name));
+    write_remarks(out, spectrum, source);
+    write_times(out, spectrum, lost);
+    write_counts(out, spectrum.counts, lost);
+    write_line(out, "$ROI:");
+    write_line(out, "0");
+    write_energies(out, spectrum.calibration.get(), lost);
     return lost;
 }
 
