@@ -117,32 +117,12 @@ void write_json(Output& out, const UXXmlWrapperBase& root, const std::string& fi
 }
 
 std::string escaped(const std::string& text) {
-    std::string out;
-    for (const char c : text) {
-        switch (c) {
-            case '&':
-                out += "&amp;";
-                break;
-            case '<':
-                out += "&lt;";
-                break;
-            case '"':
-                out += "&quot;";
-                break;
-            case '\n':
-                out += "&#10;";
-                break;
-            case '\t':
-                out += "&#9;";
-                break;
-            case '\r':
-                out += "&#13;";
-                break;
-            default:
-                out += c;
-        }
-    }
-    return out;
+    return replaced(text, {{'&', "&amp;"},
+                           {'<', "&lt;"},
+                           {'"', "&quot;"},
+                           {'\n', "&#10;"},
+                           {'\t', "&#9;"},
+                           {'\r', "&#13;"}});
 }
 
 std::string xml_indent(std::size_t level) {

@@ -372,25 +372,10 @@ std::string short_number(double value) {
 }
 
 std::string markup(const std::string& text) {
-    std::string out;
-    for (const char c : text) {
-        switch (c) {
-            case '&':
-                out += "&amp;";
-                break;
-            case '<':
-                out += "&lt;";
-                break;
-            case '>':
-                out += "&gt;";
-                break;
-            case '"':
-                out += "&quot;";
-                break;
-            default:
-                out += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
-        }
-    }
+    std::string out =
+        replaced(text, {{'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}});
+    std::replace_if(
+        out.begin(), out.end(), [](unsigned char c) { return c < ' '; }, ' ');
     return out;
 }
 

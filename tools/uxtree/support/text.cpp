@@ -219,6 +219,22 @@ std::string nearest(std::string_view name, const std::vector<std::string>& candi
     return best;
 }
 
+std::string replaced(std::string_view text,
+                     std::initializer_list<std::pair<char, std::string_view>> replacements) {
+    std::string out;
+    for (const char c : text) {
+        const auto* const found =
+            std::find_if(replacements.begin(), replacements.end(),
+                         [c](const auto& replacement) { return replacement.first == c; });
+        if (found == replacements.end()) {
+            out += c;
+        } else {
+            out += found->second;
+        }
+    }
+    return out;
+}
+
 std::string join(const std::vector<std::string>& texts, std::string_view separator) {
     std::string out;
     for (const std::string& text : texts) {

@@ -3,8 +3,10 @@
 
 #include <concepts>
 #include <cstddef>
+#include <initializer_list>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
@@ -34,6 +36,10 @@ std::string clipped(std::string_view text, std::size_t width);
 
 // The candidate that is nearest to name, "" when none is near enough to be meant.
 std::string nearest(std::string_view name, const std::vector<std::string>& candidates);
+
+// The text with each of some characters replaced by a text.
+std::string replaced(std::string_view text,
+                     std::initializer_list<std::pair<char, std::string_view>> replacements);
 
 std::string join(const std::vector<std::string>& texts, std::string_view separator);
 
