@@ -51,14 +51,29 @@ Viewed read_file(const std::string& file) {
     if (is_spectrum_file(*out.data)) {
         uxkit::SpectrumReader reader = open_spectra(input);
         out.spectra = all_spectra(reader, input);
-        const std::vector<std::string> notes = notes_of(reader, input);
-        if (out.spectra.empty()) {
-            tell_nothing(input.name, "spectra", notes);
-        } else {
-            tell(notes);
-        }
+        if (out.spectra.empty()) note(input.name + " has no spectra");
+        tell(notes_of(reader, input));
     }
     return out;
+}
+
+// A list with an entry for each file.
+template <typename WriteEntry>
+void write_entries(Output& out, const std::vector<Viewed>& files, WriteEntry&& writeEntry) {
+    std::string_view separator = "[";
+    for (const Viewed& file : files) {
+        out.write(separator);
+        writeEntry(file);
+        separator = ",\n";
+    }
+    out.write("]");
+}
+
+void write_chart(Output& out, const Viewed& file) {
+    if (file.spectra.empty()) return out.write("0");
+    PlotChoice choice;
+    choice.file = choice.title = file.name;
+    write_plot_data(out, plot_of(choice, file.spectra, true));
 }
 
 // The page has places for its title, the documents, what is different in two, the charts of those
@@ -75,13 +90,7 @@ void write_page(Output& out, const std::vector<Viewed>& files) {
     writeUntil("{{title}}");
     out.write(markup(title));
     writeUntil("{{data}}");
-    std::string_view separator = "[";
-    for (const Viewed& file : files) {
-        out.write(separator);
-        file.data->write(out, file.name);
-        separator = ",\n";
-    }
-    out.write("]");
+    write_entries(out, files, [&](const Viewed& file) { file.data->write(out, file.name); });
     writeUntil("{{changes}}");
     if (files.size() == 2) {
         write_view_changes(out, *files[0].data, *files[1].data);
@@ -89,19 +98,7 @@ void write_page(Output& out, const std::vector<Viewed>& files) {
         out.write("0");
     }
     writeUntil("{{charts}}");
-    separator = "[";
-    for (const Viewed& file : files) {
-        out.write(separator);
-        if (file.spectra.empty()) {
-            out.write("0");
-        } else {
-            PlotChoice choice;
-            choice.file = choice.title = file.name;
-            write_plot_data(out, plot_of(choice, file.spectra, true));
-        }
-        separator = ",\n";
-    }
-    out.write("]");
+    write_entries(out, files, [&](const Viewed& file) { write_chart(out, file); });
     writeUntil("{{plotPage}}");
     const bool anyChart = std::any_of(files.begin(), files.end(),
                                       [](const Viewed& file) { return !file.spectra.empty(); });
