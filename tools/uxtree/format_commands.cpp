@@ -114,9 +114,7 @@ int run_format(const FormatOptions& options) {
     }
     const bool hasInput =
         std::find(options.files.begin(), options.files.end(), "-") != options.files.end();
-    if (options.inPlace.chosen && hasInput) {
-        throw Failure(kUsage, "-i", "standard input cannot be edited in place", "use -o FILE");
-    }
+    if (options.inPlace.chosen && hasInput) throw_not_in_place();
     const std::string indent = indent_of(options.indent).value_or("");
     const UXFormatOptions style{indent.c_str(), options.compact};
     if (toOutput) return format_to_output(options, style);

@@ -21,6 +21,11 @@ bool is_standard_output(const std::string& file) {
     return file.empty() || file == "-";
 }
 
+std::string output_name(const std::string& file) {
+    return is_standard_output(file) ? "stdout" : file;
+}
+
+// What is no regular file cannot be replaced by one.
 bool exists_but_not_regular(const std::string& file) {
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::status(file, error);
@@ -68,17 +73,21 @@ void require_suffix(const std::string& argument, const std::string& suffix) {
                       ", or the options apart: -i -" + suffix);
 }
 
+void write_content(const CStringUTF8& content, const std::string& file) {
+    Output out(file);
+    out.write(bytes_of(content));
+    if (is_standard_output(file)) out.end_line();
+    out.finish();
+}
+
 // For places that the host cannot replace: the same bytes.
 void save_to_stream(const UXXmlWrapperBase& root, const std::string& file) {
     UXSaveOptions options;
     options.form = UXSaveForm::kPlain;
     CStringUTF8 content;
-    const std::string name = is_standard_output(file) ? "stdout" : file;
-    if (UXSaveToMemory(&root, &content, options, nullptr) == 0) throw_save_failure(name);
-    Output out(file);
-    out.write(bytes_of(content));
-    if (is_standard_output(file)) out.end_line();
-    out.finish();
+    if (UXSaveToMemory(&root, &content, options, nullptr) == 0)
+        throw_save_failure(output_name(file));
+    write_content(content, file);
 }
 
 // Where a character begins that the end of the text cuts.
@@ -94,12 +103,10 @@ std::size_t cut_character(std::string_view text) {
 
 }  // namespace
 
-Output::Output(const std::string& file) : palette_(false) {
+Output::Output(const std::string& file) : name_(output_name(file)), palette_(false) {
     if (is_standard_output(file)) {
-        name_ = "stdout";
         descriptor_ = kStandardOutput;
     } else {
-        name_ = file;
         open_file(file);
     }
     palette_ = palette_for_descriptor(descriptor_);
@@ -197,6 +204,10 @@ void tell_unkept(const std::string& name) {
     if (!unkept.IsEmpty()) note(name + ": not kept: " + to_string(unkept));
 }
 
+void throw_not_in_place() {
+    throw Failure(kUsage, "-i", "standard input cannot be edited in place", "use -o FILE");
+}
+
 CLI::Option* InPlace::add_options(CLI::App& app, CLI::Option* output) {
     CLI::Option* const option =
         app.add_flag("-i,--in-place", chosen,
@@ -235,15 +246,13 @@ UXSaveOptions EditTarget::save_options() const {
 }
 
 void EditTarget::tell(const UXSaveReport& report) const {
-    const auto count = [](std::size_t ids) {
-        return fmt::format("{} new ID{}", ids, ids == 1 ? "" : "s");
-    };
-    if (report.idsWritten != 0) note(count(report.idsWritten) + " written; --no-ids writes none");
-    if (report.idsLeftOut != 0) note(count(report.idsLeftOut) + " left out");
-    if (report.commentsLeftOut != 0) {
-        note(fmt::format("{} comment{} or instruction{} left out", report.commentsLeftOut,
-                         report.commentsLeftOut == 1 ? "" : "s",
-                         report.commentsLeftOut == 1 ? "" : "s"));
+    if (report.idsWritten != 0) {
+        note(counted(report.idsWritten, "new ID") + " written; --no-ids writes none");
+    }
+    if (report.idsLeftOut != 0) note(counted(report.idsLeftOut, "new ID") + " left out");
+    if (report.commentsLeftOut == 1) note("1 comment or instruction left out");
+    if (report.commentsLeftOut > 1) {
+        note(fmt::format("{} comments or instructions left out", report.commentsLeftOut));
     }
 }
 
@@ -261,9 +270,7 @@ bool EditTarget::save(const UXXmlWrapperBase& root, const std::string& inputFile
 
 bool EditTarget::add_to(ReplacedFiles& files, const UXXmlWrapperBase& root,
                         const std::string& inputFile) const {
-    if (inputFile == "-" || exists_but_not_regular(inputFile)) {
-        throw Failure(kUsage, "-i", "standard input cannot be edited in place", "use -o FILE");
-    }
+    if (inputFile == "-" || exists_but_not_regular(inputFile)) throw_not_in_place();
     const Progress progress("writing " + inputFile);
     const CStringUTF8 content = content_of(root, inputFile);
     CStringUTF8 before;
@@ -277,11 +284,7 @@ void EditTarget::save_to(const UXXmlWrapperBase& root, const std::string& output
         save_content(root, resolved(output), output);
         return;
     }
-    const CStringUTF8 content = content_of(root, is_standard_output(output) ? "stdout" : output);
-    Output out(output);
-    out.write(bytes_of(content));
-    if (is_standard_output(output)) out.end_line();
-    out.finish();
+    write_content(content_of(root, output_name(output)), output);
 }
 
 void EditTarget::save_content(const UXXmlWrapperBase& root, const std::string& path,

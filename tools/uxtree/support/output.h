@@ -82,6 +82,9 @@ struct InPlace {
     std::string backupSuffix;
 };
 
+// Standard input has no place.
+[[noreturn]] void throw_not_in_place();
+
 // Where an edited tree goes: -o FILE, -i (back into the file it came from), else standard output.
 //
 //     EditTarget target;  target.add_options(app);        when the options are declared
