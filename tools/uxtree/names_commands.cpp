@@ -22,7 +22,7 @@ struct NamesOptions {
 };
 
 // The one name that was asked for; false when all are to be listed.
-bool next_name(UXXmlWrapperBase& node, const NamesOptions& options, CStringUTF8& name) {
+bool asked_name(UXXmlWrapperBase& node, const NamesOptions& options, CStringUTF8& name) {
     if (options.nextColumn) {
         uxtree_get_next_enum_tag_name(&node, &name, 0);
     } else if (options.nextNumber) {
@@ -41,7 +41,7 @@ int run_names(const NamesOptions& options) {
     UXXmlWrapperBase node = open_node(options.file, options.at);
     Output out(options.output);
     CStringUTF8 name;
-    if (next_name(node, options, name)) {
+    if (asked_name(node, options, name)) {
         out.print("{}\n", to_string(name));
         return out.finish();
     }

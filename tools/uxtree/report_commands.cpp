@@ -49,7 +49,7 @@ void add_common(CLI::App& app, StringOptions& options) {
     add_output(app, options.output);
 }
 
-int print_line(const std::string& file, const CStringUTF8& text) {
+int print_text(const std::string& file, const CStringUTF8& text) {
     Output out(file);
     out.print("{}\n", to_string(text));
     return out.finish();
@@ -60,7 +60,7 @@ int run_string(const StringOptions& options) {
     report_get_escaped_data_string(&text, options.index, options.dotted ? 1 : 0,
                                    first_char(options.type), first_char(options.suffix),
                                    options.flags, first_char(options.separator), options.tail);
-    return print_line(options.output, text);
+    return print_text(options.output, text);
 }
 
 const Command kString{"report string", "Print the reference string of a data column",
@@ -82,7 +82,7 @@ int run_label(const StringOptions& options) {
     report_get_escaped_label_data_string(
         &text, options.index, row, first_char(options.suffix), options.tail, options.dotted ? 1 : 0,
         first_char(options.separator), options.name.c_str(), first_char(options.type));
-    return print_line(options.output, text);
+    return print_text(options.output, text);
 }
 
 const Command kLabel{
@@ -106,7 +106,7 @@ int run_retype(const StringOptions& options) {
         throw Failure(kRefused, "uxtree", "not a reference string: " + options.name,
                       "one looks like ?$OP:A=3");
     }
-    return print_line(options.output, text);
+    return print_text(options.output, text);
 }
 
 const Command kRetype{"report retype", "Give a reference string another type",

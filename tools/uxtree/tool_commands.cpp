@@ -4,12 +4,12 @@
 namespace uxtool {
 namespace {
 
-struct ListOptions {
+struct CommandListOptions {
     std::string format = "text";
     std::string output;
 };
 
-int run_list(const ListOptions& options) {
+int list_commands(const CommandListOptions& options) {
     Table table({"command", "summary"});
     for (const Command* command : all_commands()) {
         table.add({std::string(command->name), std::string(command->summary)});
@@ -19,15 +19,15 @@ int run_list(const ListOptions& options) {
     return out.finish();
 }
 
-const Command kList{"list", "List all commands",
-                    "uxtree list\n"
-                    "uxtree list -f json",
-                    [](CLI::App& app) {
-                        auto options = std::make_shared<ListOptions>();
-                        add_format(app, options->format, table_formats());
-                        add_output(app, options->output);
-                        return [options] { return run_list(*options); };
-                    }};
+const Command kListCommands{"list", "List all commands",
+                            "uxtree list\n"
+                            "uxtree list -f json",
+                            [](CLI::App& app) {
+                                auto options = std::make_shared<CommandListOptions>();
+                                add_format(app, options->format, table_formats());
+                                add_output(app, options->output);
+                                return [options] { return list_commands(*options); };
+                            }};
 
 }  // namespace
 }  // namespace uxtool

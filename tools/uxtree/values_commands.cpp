@@ -76,7 +76,7 @@ struct ImportOptions {
     EditTarget target;
 };
 
-int run_import(const ImportOptions& options) {
+int import_values(const ImportOptions& options) {
     ValueList list = read_values(options.values);
     UXXmlWrapperBase root = options.target.open(options.file);
     const std::vector<std::string> unknown = unknown_ids(root, list);
@@ -106,7 +106,7 @@ const Command kImportValues{
                        "What 'values export' wrote: xml, csv or json; - is standard input")
             ->required();
         options->target.add_options(app);
-        return [options] { return run_import(*options); };
+        return [options] { return import_values(*options); };
     }};
 
 // --- copy --------------------------------------------------------------------------------------
@@ -125,33 +125,24 @@ struct CopyOptions {
 int copy_by_id(UXXmlWrapperBase& from, UXXmlWrapperBase& to, const CopyOptions& options) {
     ValueList list = collect_values(from, options.from);
     if (list.ids.IsEmpty()) return 0;
-    int duplicate = 0;
     if (options.skipEmpty) {
         const int written =
             vctree_copy_values_by_id(&from, &to, 0, nullptr, nullptr, 0, nullptr, 0, 1, 0, 0);
         if (written >= 0) return written;
-        if (written == -2) return 0;
+        if (written == kNoValues) return 0;
     }
+    int duplicate = 0;
     const int written =
         vctree_set_values_by_ids(&to, &list.ids, &list.values, 0, &duplicate, 0, nullptr, nullptr);
-    if (written < 0) {
-        throw_refusal(written, duplicate, to, written == -4 ? options.from : options.to);
-    }
-    return written;
+    if (written >= 0) return written;
+    throw_refusal(written, duplicate, to,
+                  written == kDuplicateIdentifier ? options.from : options.to);
 }
 
-int copy_by_shape(UXXmlWrapperBase& from, UXXmlWrapperBase& to, const CopyOptions& options) {
-    if (vctree_copy_values_between_homologous_trees(to, from, 0, nullptr, 0) != 0) {
-        throw Failure(kRefused, options.to, "fewer nodes than " + input_name(options.from),
-                      "--by id copies between trees of different shapes");
-    }
-    return from.GetNodeCount();
-}
-
-int copy_by_attribute(UXXmlWrapperBase& from, UXXmlWrapperBase& to, const CopyOptions& options) {
-    return uxtree_copy_values_to_attributes_by_attribute_matching(
-        &from, &to, options.attribute.c_str(), options.match.c_str(), nullptr, 1,
-        options.all ? 1 : 0, 1);
+void copy_by_shape(UXXmlWrapperBase& from, UXXmlWrapperBase& to, const CopyOptions& options) {
+    if (vctree_copy_values_between_homologous_trees(to, from, 0, nullptr, 0) == 0) return;
+    throw Failure(kRefused, options.to, "fewer nodes than " + input_name(options.from),
+                  "--by id copies between trees of different shapes");
 }
 
 int run_copy(const CopyOptions& options) {
@@ -165,7 +156,9 @@ int run_copy(const CopyOptions& options) {
     } else if (options.by == "tag") {
         told = counted(uxtree_copy_ids_by_tagname(&from, &to, true), "identifier") + " given";
     } else {
-        copy_by_attribute(from, to, options);
+        uxtree_copy_values_to_attributes_by_attribute_matching(
+            &from, &to, options.attribute.c_str(), options.match.c_str(), nullptr, 1,
+            options.all ? 1 : 0, 1);
     }
     options.target.save(to, options.to);
     if (!told.empty()) note(told);

@@ -46,7 +46,7 @@ std::string problem_of(const UXXmlWrapperBase& root, bool setting) {
 }
 
 // "dialog.Input.X": the tags from the root down.
-std::string place_of(const UXXmlWrapperBase& node) {
+std::string tags_down_to(const UXXmlWrapperBase& node) {
     std::vector<std::string> tags;
     for (UXXmlWrapperBase step = node; step.IsNodeValid() != 0; step.GetParent(&step)) {
         tags.push_back(tag_of(step));
@@ -170,7 +170,7 @@ ValueList collect_values(const UXXmlWrapperBase& root, const std::string& file) 
     if (!problem.empty()) warn(input_name(file) + ": " + problem);
     for (UXValueNode& value : UXValueNodes(root)) {
         list.labels.Add(uxtree_get_node_label(&value.node, 1));
-        list.places.push_back(place_of(value.node));
+        list.places.push_back(tags_down_to(value.node));
     }
     return list;
 }
