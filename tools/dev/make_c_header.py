@@ -6,13 +6,12 @@ Usage: tools/dev/make_c_header.py [--check] SOURCE_FOLDER
 With --check nothing is written; fails when the file is not what would be written.
 """
 
-import argparse
-import pathlib
 import re
 import sys
 import textwrap
 
-from public_headers import read_headers, write_or_compare
+from makers import derived_file_options, tell, write_or_compare
+from public_headers import read_headers
 
 HEAD = """\
 // The script entry points for C. Written by tools/dev/make_c_header.py: do not edit.
@@ -95,17 +94,10 @@ def c_header(headers):
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--check", action="store_true", help="compare instead of writing")
-    parser.add_argument("source", type=pathlib.Path)
-    options = parser.parse_args()
-
+    options = derived_file_options(__doc__)
     include = options.source / "include"
     target = include / "uxtree" / "uxtree_c.h"
-    if write_or_compare(target, c_header(read_headers(include)), options.check):
-        return 0
-    print(f"{target.name} is stale: run tools/dev/make_derived .")
-    return 1
+    return tell(write_or_compare(target, c_header(read_headers(include)), options.check), "header for C")
 
 
 if __name__ == "__main__":

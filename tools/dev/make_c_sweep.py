@@ -9,10 +9,8 @@ the annotations name and leave the trees alone; what may be missing must do no h
 kit are called once more for each of their allocations, which fails: so must they.
 """
 
-import pathlib
-import sys
-
 from make_c_header import c_declaration
+from makers import write_for_build
 from public_headers import read_headers, read_kit_headers
 
 HANDLE = "UXXmlWrapperBase*"
@@ -193,13 +191,5 @@ def program(headers):
     )
 
 
-def main():
-    if len(sys.argv) != 3:
-        sys.exit(__doc__)
-    include = pathlib.Path(sys.argv[1]) / "include"
-    text = program(read_headers(include) + read_kit_headers(include))
-    pathlib.Path(sys.argv[2]).write_text(text, encoding="utf-8")
-
-
 if __name__ == "__main__":
-    main()
+    write_for_build(__doc__, lambda include: program(read_headers(include) + read_kit_headers(include)))

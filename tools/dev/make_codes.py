@@ -6,9 +6,7 @@ Usage: tools/dev/make_codes.py SOURCE_FOLDER OUTPUT
 The build runs it, so a declaration whose annotations are missing or contradict it fails the build.
 """
 
-import pathlib
-import sys
-
+from makers import write_for_build
 from public_headers import read_headers, read_kit_headers, read_vocabulary
 
 LEAST = "INT_MIN"
@@ -69,13 +67,10 @@ def source(functions):
     )
 
 
-def main():
-    if len(sys.argv) != 3:
-        sys.exit(__doc__)
-    include = pathlib.Path(sys.argv[1]) / "include"
+def codes(include):
     headers = read_headers(include) + read_kit_headers(include)
-    pathlib.Path(sys.argv[2]).write_text(source(table(headers, read_vocabulary(include))))
+    return source(table(headers, read_vocabulary(include)))
 
 
 if __name__ == "__main__":
-    main()
+    write_for_build(__doc__, codes)

@@ -9,13 +9,12 @@ nothing is written; fails when the file is not what would be written, and on an 
 a row.
 """
 
-import argparse
 import collections
-import pathlib
 import re
 import sys
 
-from public_headers import read_headers, write_or_compare
+from makers import derived_file_options, tell, write_or_compare
+from public_headers import read_headers
 
 ROW = re.compile(r'\.add\(\s*(?:UX_ENTRY\((\w+)\)|UX_ENTRY_AS\(\s*(\w+)|UX_(?:WRAPPED|CLASS)\((\w+))')
 
@@ -39,21 +38,15 @@ def listing(headers, rows):
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--check", action="store_true", help="compare instead of writing")
-    parser.add_argument("source", type=pathlib.Path)
-    options = parser.parse_args()
-
+    options = derived_file_options(__doc__)
     headers = read_headers(options.source / "include")
     rows = sweep_rows(options.source)
     names = [each.name for header in headers for each in header.declarations()]
     problems = [f"no row in tests/frame/calls: {name}" for name in names if rows[name] == 0]
     problems += [f"a row for no entry point: {name}" for name in rows if name not in names]
     target = options.source / "docs" / "entry_points.txt"
-    if not write_or_compare(target, listing(headers, rows), options.check):
-        problems.append("docs/entry_points.txt is stale: run tools/dev/make_derived .")
-    print("\n".join(problems) or f"entry points: {len(set(names))} listed, {rows.total()} rows")
-    return 1 if problems else 0
+    problems += write_or_compare(target, listing(headers, rows), options.check)
+    return tell(problems, f"entry points: {len(set(names))} listed, {rows.total()} rows")
 
 
 if __name__ == "__main__":

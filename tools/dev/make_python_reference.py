@@ -6,13 +6,11 @@ Usage: tools/dev/make_python_reference.py [--check] SOURCE_FOLDER
 With --check nothing is written; fails when the file is not what would be written.
 """
 
-import argparse
 import ast
-import pathlib
 import re
 import sys
 
-from public_headers import write_or_compare
+from makers import derived_file_options, tell, write_or_compare
 
 MODULES = ["tree", "table", "theme", "outlines", "n42", "analyses", "many", "dask", "errors"]
 HEAD = """\
@@ -93,15 +91,10 @@ def reference(source):
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--check", action="store_true", help="compare instead of writing")
-    parser.add_argument("source", type=pathlib.Path)
-    options = parser.parse_args()
+    options = derived_file_options(__doc__)
     target = options.source / "docs/python_reference.md"
-    if write_or_compare(target, reference(options.source), options.check):
-        return 0
-    print(f"{target.name} is stale: run tools/dev/make_derived .")
-    return 1
+    problems = write_or_compare(target, reference(options.source), options.check)
+    return tell(problems, "reference of the Python package")
 
 
 if __name__ == "__main__":

@@ -8,12 +8,11 @@ The commands that reach an entry point are found in the sources of the command-l
 point is missing in it, when a declaration has no comment, and when a name of a code is not used.
 """
 
-import argparse
-import pathlib
 import re
 import sys
 
 from entry_points import read_entry_points
+from makers import derived_file_options, tell, write_or_compare
 from public_headers import (
     ARRAYS,
     EXPORT,
@@ -21,7 +20,6 @@ from public_headers import (
     read_headers,
     read_kit_headers,
     read_vocabulary,
-    write_or_compare,
 )
 
 HEAD = """\
@@ -274,11 +272,7 @@ def unused_codes(source, headers):
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--check", action="store_true", help="compare instead of writing")
-    parser.add_argument("source", type=pathlib.Path)
-    options = parser.parse_args()
-
+    options = derived_file_options(__doc__)
     include = options.source / "include"
     headers = read_headers(include)
     everything = headers + read_kit_headers(include)
@@ -300,10 +294,8 @@ def main():
         script_forms(options.source, headers),
         read_vocabulary(include),
     )
-    if not write_or_compare(options.source / "docs" / "reference.md", text, options.check):
-        problems.append("docs/reference.md is stale: run tools/dev/make_derived .")
-    print("\n".join(problems) or f"reference: {len(set(declared))} entry points")
-    return 1 if problems else 0
+    problems += write_or_compare(options.source / "docs" / "reference.md", text, options.check)
+    return tell(problems, f"reference: {len(set(declared))} entry points")
 
 
 if __name__ == "__main__":

@@ -9,9 +9,9 @@ does not know how to pass is an error.
 """
 
 import itertools
-import pathlib
 import sys
 
+from makers import write_for_build
 from public_headers import Contradiction, read_headers, twins
 
 # Words of the language that are names of parameters in the headers.
@@ -158,12 +158,5 @@ def table(headers):
     )
 
 
-def main():
-    if len(sys.argv) != 3:
-        sys.exit(__doc__)
-    headers = read_headers(pathlib.Path(sys.argv[1]) / "include")
-    pathlib.Path(sys.argv[2]).write_text(table(headers), encoding="utf-8")
-
-
 if __name__ == "__main__":
-    main()
+    write_for_build(__doc__, lambda include: table(read_headers(include)))

@@ -8,15 +8,14 @@ helpers out of the sources that register them, where a comment stands before eac
 --check nothing is written; fails when the file is not what would be written.
 """
 
-import argparse
-import pathlib
 import re
 import sys
 import textwrap
 
 from make_reference import escaped
 from make_script_door import RECORDS, forms, may_be_left_out, script_functions
-from public_headers import read_headers, read_vocabulary, write_or_compare
+from makers import derived_file_options, tell, write_or_compare
+from public_headers import read_headers, read_vocabulary
 
 HEAD = """\
 # Script reference
@@ -130,10 +129,7 @@ def functions(headers, vocabulary):
 
 
 def main():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--check", action="store_true", help="compare instead of writing")
-    parser.add_argument("source", type=pathlib.Path)
-    options = parser.parse_args()
+    options = derived_file_options(__doc__)
     include = options.source / "include"
     headers = read_headers(include)
     parts = [HEAD, *types(options.source), *records(headers),
@@ -141,11 +137,7 @@ def main():
     text = "\n".join(parts).rstrip() + "\n"
     target = options.source / "docs" / "script_reference.md"
     count = len(list(script_functions(headers)))
-    if not write_or_compare(target, text, options.check):
-        print(f"{target.name} is stale: run tools/dev/make_derived .")
-        return 1
-    print(f"script reference: {count} functions")
-    return 0
+    return tell(write_or_compare(target, text, options.check), f"script reference: {count} functions")
 
 
 if __name__ == "__main__":

@@ -5,9 +5,7 @@ per declared function, by the type of the function.
 Usage: tools/dev/make_sweep_facts.py SOURCE_FOLDER OUTPUT
 """
 
-import pathlib
-import sys
-
+from makers import write_for_build
 from public_headers import read_headers
 
 HEAD = """\
@@ -80,12 +78,5 @@ def facts(headers):
     return "".join(parts) + "\n}  // namespace uxtest::facts\n"
 
 
-def main():
-    if len(sys.argv) != 3:
-        sys.exit(__doc__)
-    headers = read_headers(pathlib.Path(sys.argv[1]) / "include")
-    pathlib.Path(sys.argv[2]).write_text(facts(headers), encoding="utf-8")
-
-
 if __name__ == "__main__":
-    main()
+    write_for_build(__doc__, lambda include: facts(read_headers(include)))

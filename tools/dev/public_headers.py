@@ -421,12 +421,3 @@ def twins(headers):
         if not each.is_script and plain_name(each.name) in scripts:
             found[each.name] = scripts[plain_name(each.name)]
     return found
-
-
-def write_or_compare(path, content, check):
-    """Writes the file, or with check tells whether it holds the content already."""
-    path = pathlib.Path(path)
-    if not check:
-        path.write_text(content, encoding="utf-8")
-        return True
-    return path.exists() and path.read_text(encoding="utf-8") == content
