@@ -97,7 +97,7 @@ def main():
     options = derived_file_options(__doc__)
     include = options.source / "include"
     target = include / "uxtree" / "uxtree_c.h"
-    return tell(write_or_compare(target, c_header(read_headers(include)), options.check), "header for C")
+    return tell(write_or_compare(target, c_header(read_headers(include)), options.check))
 
 
 if __name__ == "__main__":

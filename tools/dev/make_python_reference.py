@@ -93,8 +93,7 @@ def reference(source):
 def main():
     options = derived_file_options(__doc__)
     target = options.source / "docs/python_reference.md"
-    problems = write_or_compare(target, reference(options.source), options.check)
-    return tell(problems, "reference of the Python package")
+    return tell(write_or_compare(target, reference(options.source), options.check))
 
 
 if __name__ == "__main__":

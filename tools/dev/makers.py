@@ -22,9 +22,10 @@ def write_or_compare(path, content, check):
     return []
 
 
-def tell(problems, done):
+def tell(problems, done=""):
     """Prints the problems, or what was done when there are none; yields the exit code."""
-    print("\n".join(problems) or done)
+    if problems or done:
+        print("\n".join(problems) or done)
     return 1 if problems else 0
 
 
