@@ -76,9 +76,15 @@ void translate_exception(as::asIScriptContext* context, void*) {
 }
 
 struct GiveBack {
-    void operator()(as::asIScriptContext* context) const { context->Release(); }
+    template <class Object>
+    void operator()(Object* object) const {
+        object->Release();
+    }
 };
-using Context = std::unique_ptr<as::asIScriptContext, GiveBack>;
+template <class Object>
+using Held = std::unique_ptr<Object, GiveBack>;
+using Context = Held<as::asIScriptContext>;
+using Function = Held<as::asIScriptFunction>;
 
 // "int x = 5;" in its parts; false when it assigns nothing.
 bool split_declaration(const std::string& line, std::string& declaration, std::string& name,
@@ -114,6 +120,7 @@ struct [[gnu::visibility("hidden")]] UXScriptEngine::State {
     }
 
     std::vector<std::string> all_names() const;
+    std::vector<std::string> names_from(const std::string& prefix) const;
     void add_members(const as::asITypeInfo& type, std::set<std::string>& names) const;
     UXScriptOutcome execute(as::asIScriptContext & context, const UXScriptLimits& limits);
     UXScriptOutcome run(as::asIScriptFunction * function, const UXScriptLimits& limits,
@@ -123,7 +130,7 @@ struct [[gnu::visibility("hidden")]] UXScriptEngine::State {
     UXScriptOutcome reset_globals(const UXScriptLimits& limits);
     as::asIScriptModule* dialogue_module();
     UXScriptOutcome run_statement(const std::string& code, const UXScriptLimits& limits);
-    bool compile_statement(const std::string& code, as::asIScriptFunction** function);
+    Function compile_statement(const std::string& code);
     bool declare(const std::string& code, std::string& assignment);
 
     UXScriptOptions options;
@@ -201,6 +208,31 @@ std::vector<std::string> UXScriptEngine::State::all_names() const {
             [&](auto i) { return typeName(*module->GetObjectTypeByIndex(i)); });
     }
     return {names.begin(), names.end()};
+}
+
+// With a dot, members of a global variable's type.
+std::vector<std::string> UXScriptEngine::State::names_from(const std::string& prefix) const {
+    std::set<std::string> found;
+    const std::size_t dot = prefix.rfind('.');
+    if (dot == std::string::npos) {
+        const std::vector<std::string> all = all_names();
+        found.insert(all.begin(), all.end());
+    } else if (module != nullptr) {
+        const int index = module->GetGlobalVarIndexByName(prefix.substr(0, dot).c_str());
+        int type = 0;
+        if (index < 0 ||
+            module->GetGlobalVar(static_cast<as::asUINT>(index), nullptr, nullptr, &type) < 0) {
+            return {};
+        }
+        const as::asITypeInfo* info = engine->GetTypeInfoById(type);
+        if (info != nullptr) add_members(*info, found);
+    }
+    const std::string start = dot == std::string::npos ? "" : prefix.substr(0, dot + 1);
+    std::vector<std::string> names;
+    for (const std::string& name : found) {
+        if ((start + name).starts_with(prefix)) names.push_back(start + name);
+    }
+    return names;
 }
 
 // --- running ---------------------------------------------------------------------------------------
@@ -282,11 +314,13 @@ as::asIScriptModule* UXScriptEngine::State::dialogue_module() {
     return module;
 }
 
-bool UXScriptEngine::State::compile_statement(const std::string& code,
-                                              as::asIScriptFunction** function) {
+// Null when it does not compile.
+Function UXScriptEngine::State::compile_statement(const std::string& code) {
     messages.clear();
     const std::string whole = "void statement() {\n" + code + "\n;}";
-    return dialogue_module()->CompileFunction("line", whole.c_str(), -1, 0, function) >= 0;
+    as::asIScriptFunction* function = nullptr;
+    dialogue_module()->CompileFunction("line", whole.c_str(), -1, 0, &function);
+    return Function(function);
 }
 
 // What is declared stays. The value of a variable is given by the assignment, within the limits.
@@ -306,33 +340,39 @@ bool UXScriptEngine::State::declare(const std::string& code, std::string& assign
 
 UXScriptOutcome UXScriptEngine::State::run_statement(const std::string& code,
                                                      const UXScriptLimits& limits) {
-    as::asIScriptFunction* function = nullptr;
-    if (!compile_statement(code, &function)) {
+    const Function function = compile_statement(code);
+    if (!function) {
         problem = messages.text(all_names());
         return UXScriptOutcome::kNotCompiled;
     }
-    const UXScriptOutcome outcome = run(function, limits, {}, {});
-    function->Release();
-    return outcome;
+    return run(&*function, limits, {}, {});
 }
 
 // --- the engine ------------------------------------------------------------------------------------
 
 namespace {
 
+// There may be no memory for that either.
+void tell(const std::exception& error, std::string& problem) try {
+    const bool noMemory = dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
+    problem = "error: ";
+    problem.append(noMemory ? "out of memory" : error.what()).append("\n");
+} catch (const std::bad_alloc&) {
+}
+
 template <class Result, class Body>
 Result without_exceptions(Result failure, std::string* problem, Body&& body) {
     try {
         return body();
     } catch (const std::exception& error) {
-        if (problem != nullptr) *problem = std::string("error: ") + error.what() + "\n";
+        if (problem != nullptr) tell(error, *problem);
         return failure;
     }
 }
 
 bool set_up(UXScriptEngine::State& state) {
     as::asIScriptEngine* engine = as::asCreateScriptEngine();
-    if (engine == nullptr) return false;
+    if (engine == nullptr) throw std::bad_alloc();
     state.engine = engine;
     engine->SetMessageCallback(asFUNCTION(Messages::hear), &state.messages, as::asCALL_CDECL);
     engine->SetEngineProperty(as::asEP_USE_CHARACTER_LITERALS, 1);    // 'a' is a number, as in C
@@ -343,7 +383,8 @@ bool set_up(UXScriptEngine::State& state) {
     engine->SetTranslateAppExceptionCallback(asFUNCTION(translate_exception), nullptr,
                                              as::asCALL_CDECL);
     Registrar add(engine);
-    if (UXRegisterScript(engine) < 0) {
+    if (const int result = UXRegisterScript(engine); result < 0) {
+        if (result == as::asOUT_OF_MEMORY) throw std::bad_alloc();
         state.problem = state.messages.text({});
         return false;
     }
@@ -370,11 +411,11 @@ UXScriptEngine::UXScriptEngine(const UXScriptOptions& options) {
                 std::fwrite(text.data(), 1, text.size(), stdout);
             };
         }
-        state_ = std::move(state);
-        if (!set_up(*state_) && state_->engine != nullptr) {
-            state_->engine->ShutDownAndRelease();
-            state_->engine = nullptr;
+        if (!set_up(*state)) {
+            state->engine->ShutDownAndRelease();
+            state->engine = nullptr;
         }
+        state_ = std::move(state);
         return true;
     });
 }
@@ -433,14 +474,11 @@ UXScriptOutcome UXScriptEngine::run_on(const std::string& function, const UXXmlW
             state_->problem = "error: there is no function '" + declaration + "'\n";
             return UXScriptOutcome::kNoFunction;
         }
-        void* tree = UXMakeScriptTree(node);
-        const UXScriptOutcome outcome =
-            tree == nullptr
-                ? UXScriptOutcome::kNoMemory
-                : state_->run(found, limits, [&](auto& context) { context.SetArgObject(0, tree); },
-                              {});
-        UXReleaseScriptTree(tree);
-        return outcome;
+        const std::unique_ptr<void, decltype(&UXReleaseScriptTree)> tree(UXMakeScriptTree(node),
+                                                                         UXReleaseScriptTree);
+        if (!tree) throw std::bad_alloc();
+        return state_->run(found, limits,
+                           [&](auto& context) { context.SetArgObject(0, tree.get()); }, {});
     });
 }
 
@@ -461,60 +499,40 @@ UXScriptOutcome UXScriptEngine::run_main(const std::vector<std::string>& argumen
             return UXScriptOutcome::kNoFunction;
         }
         const auto size = static_cast<as::asUINT>(arguments.size());
-        as::CScriptArray* array = make_array(state_->engine, "array<string>", size);
+        const Held<as::CScriptArray> array(make_array(state_->engine, "array<string>", size));
         for (as::asUINT i = 0; i < size; ++i) {
             *static_cast<std::string*>(array->At(i)) = arguments[i];
         }
-        const UXScriptOutcome outcome = state_->run(
+        return state_->run(
             found, limits,
             [&](auto& context) {
-                if (found->GetParamCount() != 0) context.SetArgObject(0, array);
+                if (found->GetParamCount() != 0) context.SetArgObject(0, &*array);
             },
             [&](auto& context) {
                 if (found->GetReturnTypeId() != as::asTYPEID_VOID) {
                     result = static_cast<int>(context.GetReturnDWord());
                 }
             });
-        array->Release();
-        return outcome;
     });
 }
 
 std::vector<std::string> UXScriptEngine::functions() const {
-    std::vector<std::string> names;
-    if (!ready() || state_->module == nullptr) return names;
-    for (as::asUINT i = 0; i < state_->module->GetFunctionCount(); ++i) {
-        const as::asIScriptFunction* function = state_->module->GetFunctionByIndex(i);
-        if (function->GetParamCount() == 0) names.emplace_back(function->GetName());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
+    if (!ready() || state_->module == nullptr) return {};
+    return without_exceptions(std::vector<std::string>(), nullptr, [&] {
+        std::vector<std::string> names;
+        for (as::asUINT i = 0; i < state_->module->GetFunctionCount(); ++i) {
+            const as::asIScriptFunction* function = state_->module->GetFunctionByIndex(i);
+            if (function->GetParamCount() == 0) names.emplace_back(function->GetName());
+        }
+        std::sort(names.begin(), names.end());
+        return names;
+    });
 }
 
 std::vector<std::string> UXScriptEngine::names(const std::string& prefix) const {
     if (!ready()) return {};
-    std::set<std::string> found;
-    const std::size_t dot = prefix.rfind('.');
-    const as::asIScriptModule* module = state_->module;
-    if (dot == std::string::npos) {
-        const std::vector<std::string> all = state_->all_names();
-        found.insert(all.begin(), all.end());
-    } else if (module != nullptr) {
-        const int index = module->GetGlobalVarIndexByName(prefix.substr(0, dot).c_str());
-        int type = 0;
-        if (index < 0 ||
-            module->GetGlobalVar(static_cast<as::asUINT>(index), nullptr, nullptr, &type) < 0) {
-            return {};
-        }
-        const as::asITypeInfo* info = state_->engine->GetTypeInfoById(type);
-        if (info != nullptr) state_->add_members(*info, found);
-    }
-    const std::string start = dot == std::string::npos ? "" : prefix.substr(0, dot + 1);
-    std::vector<std::string> names;
-    for (const std::string& name : found) {
-        if ((start + name).starts_with(prefix)) names.push_back(start + name);
-    }
-    return names;
+    return without_exceptions(std::vector<std::string>(), nullptr,
+                              [&] { return state_->names_from(prefix); });
 }
 
 UXScriptOutcome UXScriptEngine::run_line(const std::string& line, const UXScriptLimits& limits,
@@ -532,12 +550,8 @@ UXScriptOutcome UXScriptEngine::run_line(const std::string& line, const UXScript
         state.problem = state.check.problem(*state.engine, "line", code, 1);
         if (!state.problem.empty()) return UXScriptOutcome::kNotCompiled;
 
-        as::asIScriptFunction* function = nullptr;
-        if (state.compile_statement("show_value(" + code + "\n);", &function)) {
-            const UXScriptOutcome outcome = state.run(function, limits, {}, {});
-            function->Release();
-            return outcome;
-        }
+        const Function function = state.compile_statement("show_value(" + code + "\n);");
+        if (function) return state.run(&*function, limits, {}, {});
         std::string assignment;
         if (state.declare(code, assignment)) {
             return assignment.empty() ? UXScriptOutcome::kDone

@@ -32,16 +32,16 @@ void make_text(as::asIScriptGeneric* call) {
     new (call->GetObject()) TextValue();
 }
 void make_text_of_string(as::asIScriptGeneric* call) {
-    new (call->GetObject()) TextValue{argument<std::string>(call, 0), true};
+    guarded([&] { new (call->GetObject()) TextValue{argument<std::string>(call, 0), true}; });
 }
 void copy_text(as::asIScriptGeneric* call) {
-    new (call->GetObject()) TextValue(argument<TextValue>(call, 0));
+    guarded([&] { new (call->GetObject()) TextValue(argument<TextValue>(call, 0)); });
 }
 void end_text(as::asIScriptGeneric* call) {
     self<TextValue>(call).~TextValue();
 }
 void assign_text(as::asIScriptGeneric* call) {
-    self<TextValue>(call) = argument<TextValue>(call, 0);
+    guarded([&] { self<TextValue>(call) = argument<TextValue>(call, 0); });
     call->SetReturnAddress(call->GetObject());
 }
 void text_is_none(as::asIScriptGeneric* call) {
@@ -49,7 +49,9 @@ void text_is_none(as::asIScriptGeneric* call) {
 }
 void text_or(as::asIScriptGeneric* call) {
     const auto& text = self<TextValue>(call);
-    return_value<std::string>(call, text.given ? text.text : argument<std::string>(call, 0));
+    guarded([&] {
+        return_value<std::string>(call, text.given ? text.text : argument<std::string>(call, 0));
+    });
 }
 void same_text(as::asIScriptGeneric* call) {
     const auto& a = self<TextValue>(call);
@@ -208,7 +210,7 @@ bool has_strings_and_arrays(Registrar& add) {
 }  // namespace
 }  // namespace uxscript
 
-int UXRegisterScript(AngelScript::asIScriptEngine* engine) {
+int UXRegisterScript(AngelScript::asIScriptEngine* engine) try {
     using namespace uxscript;
     if (engine == nullptr) return as::asINVALID_ARG;
     engine->SetEngineProperty(as::asEP_ALLOW_UNSAFE_REFERENCES, 1);
@@ -225,21 +227,19 @@ int UXRegisterScript(AngelScript::asIScriptEngine* engine) {
     static std::string version = UXVersion();
     // The version of the library.
     add.property("const string uxtree_version", &version);
-    try {
-        register_text(add);
-        register_counted<UXXmlWrapperBase>(add, "Tree");
-        register_tree(add);
-        register_statistics(add);
-        register_histogram(add);
-        register_point(add);
-        register_iterator<VCRangeTreeIterator>(add, "VCRangeTreeIterator");
-        add.method("VCRangeTreeIterator", "int IsHierarchical() const", is_hierarchical);
-        register_iterator<VCSubRangeTreeIterator>(add, "VCSubRangeTreeIterator");
-    } catch (const std::bad_alloc&) {
-        return as::asOUT_OF_MEMORY;
-    }
+    register_text(add);
+    register_counted<UXXmlWrapperBase>(add, "Tree");
+    register_tree(add);
+    register_statistics(add);
+    register_histogram(add);
+    register_point(add);
+    register_iterator<VCRangeTreeIterator>(add, "VCRangeTreeIterator");
+    add.method("VCRangeTreeIterator", "int IsHierarchical() const", is_hierarchical);
+    register_iterator<VCSubRangeTreeIterator>(add, "VCSubRangeTreeIterator");
     for (std::size_t i = 0; i < kRowCount; ++i) add.function(kRows[i].declaration, kRows[i].call);
     return add.result();
+} catch (const std::bad_alloc&) {
+    return AngelScript::asOUT_OF_MEMORY;
 }
 
 void* UXMakeScriptTree(const UXXmlWrapperBase& node) {

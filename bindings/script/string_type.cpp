@@ -22,11 +22,14 @@ namespace {
 // Each text once, for all engines of the process.
 class Constants : public as::asIStringFactory {
 public:
-    const void* GetStringConstant(const char* data, as::asUINT length) override {
+    // Null without memory, which the compiler reports; it lets no exception pass.
+    const void* GetStringConstant(const char* data, as::asUINT length) override try {
         const std::lock_guard lock(mutex_);
         const auto found = uses_.try_emplace(std::string(data, length), 0).first;
         ++found->second;
         return &found->first;
+    } catch (const std::bad_alloc&) {
+        return nullptr;
     }
     int ReleaseStringConstant(const void* text) override {
         const std::lock_guard lock(mutex_);

@@ -47,22 +47,20 @@ struct ScriptError {
 // Runs what a script called, and turns what it throws into an exception of the script.
 template <class Body>
 void guarded(Body&& body) {
-    const char* problem = "out of memory";
-    std::string text;
+    const auto raise = [](const char* why) {
+        if (as::asIScriptContext* context = as::asGetActiveContext()) context->SetException(why);
+    };
     try {
         body();
-        return;
     } catch (const ScriptError& error) {
-        text = error.text;
-        problem = text.c_str();
+        raise(error.text.c_str());
     } catch (const std::bad_alloc&) {
+        raise("out of memory");
     } catch (const std::exception& error) {
-        text = error.what();
-        problem = text.c_str();
+        raise(error.what());
     } catch (...) {
-        problem = "failed";
+        raise("failed");
     }
-    if (as::asIScriptContext* context = as::asGetActiveContext()) context->SetException(problem);
 }
 
 // Object and argument of a call by their types.
