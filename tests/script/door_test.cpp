@@ -1,4 +1,5 @@
-// The sweep of bad arguments through scripts: the same results, outputs and trees as from C++.
+// The sweep through scripts: the same results, outputs and trees as from C++, also when memory runs
+// short.
 #include <fstream>
 #include <map>
 #include <set>
@@ -7,6 +8,7 @@
 #include "uxtree/script.h"
 
 #include "frame/calls/calls.h"
+#include "frame/memory/failing_calls.h"
 #include "values.h"
 
 namespace uxtest {
@@ -21,7 +23,7 @@ class ScriptDoor {
 public:
     ScriptDoor();
     bool call(const std::string& name, const std::vector<std::type_index>& types,
-              const void* const* arguments, std::string& result);
+              const void* const* arguments, Probe* probe, std::string& result);
     bool knows(const std::string& name) const { return forms_.contains(name); }
     int calls() const { return calls_; }
     // Names of entry points of which a call could not be expressed, and how many.
@@ -311,8 +313,21 @@ bool is_string(std::type_index type) {
            type == typeid(CStringUTF8);
 }
 
+std::string result_of(as::asIScriptContext& context, const as::asIScriptFunction& form) {
+    switch (form.GetReturnTypeId()) {
+        case as::asTYPEID_VOID:
+            return Outcome().text();
+        case as::asTYPEID_BOOL:
+            return std::to_string(context.GetReturnByte());
+        case as::asTYPEID_INT32:
+            return std::to_string(static_cast<int>(context.GetReturnDWord()));
+        default:
+            return *static_cast<std::string*>(context.GetReturnObject());
+    }
+}
+
 bool ScriptDoor::call(const std::string& name, const std::vector<std::type_index>& types,
-                      const void* const* arguments, std::string& result) {
+                      const void* const* arguments, Probe* probe, std::string& result) {
     const auto forms = forms_.find(name);
     if (forms == forms_.end()) return false;
     as::asIScriptContext* context = engine_.engine()->CreateContext();
@@ -332,23 +347,14 @@ bool ScriptDoor::call(const std::string& name, const std::vector<std::type_index
             context->Unprepare();
             continue;
         }
+        if (probe != nullptr) probe->before_call();
         const int outcome = context->Execute();
-        if (outcome == as::asEXECUTION_EXCEPTION) {
-            ADD_FAILURE() << name << ": " << context->GetExceptionString();
-        }
+        if (probe != nullptr) probe->after_call();
         passed.bring_back();
-        switch (form->GetReturnTypeId()) {
-            case as::asTYPEID_VOID:
-                result = Outcome().text();
-                break;
-            case as::asTYPEID_BOOL:
-                result = std::to_string(context->GetReturnByte());
-                break;
-            case as::asTYPEID_INT32:
-                result = std::to_string(static_cast<int>(context->GetReturnDWord()));
-                break;
-            default:
-                result = *static_cast<std::string*>(context->GetReturnObject());
+        result = outcome == as::asEXECUTION_FINISHED ? result_of(*context, *form)
+                                                     : context->GetExceptionString();
+        if (outcome != as::asEXECUTION_FINISHED && probe == nullptr) {
+            ADD_FAILURE() << name << ": " << result;
         }
         context->Unprepare();
         called = true;
@@ -386,8 +392,9 @@ ScriptDoor& script_door() {
 class ScriptSweep : public testing::TestWithParam<std::string> {
 protected:
     void SetUp() override {
-        door() = [](const auto& name, const auto& types, const auto* arguments, auto& result) {
-            return script_door().call(name, types, arguments, result);
+        door() = [](const auto& name, const auto& types, const auto* arguments, auto* probe,
+                    auto& result) {
+            return script_door().call(name, types, arguments, probe, result);
         };
     }
     void TearDown() override { door() = nullptr; }
@@ -404,6 +411,17 @@ TEST_P(ScriptSweep, GivesWhatCppGives) {
     for (const Call& call : all_calls().calls().at(GetParam())) {
         call.try_bad_arguments();
         call.try_aliases();
+    }
+    EXPECT_GT(script_door().calls(), before);
+}
+
+// What the language allocates for itself, by malloc, does not fail: it does not check for that
+// everywhere. What it calls is ours.
+TEST_P(ScriptSweep, RaisesAnExceptionWhenMemoryRunsShort) {
+    if (!script_door().knows(GetParam())) return;
+    const int before = script_door().calls();
+    for (const Call& call : all_calls().calls().at(GetParam())) {
+        fail_each_allocation(call, "out of memory");
     }
     EXPECT_GT(script_door().calls(), before);
 }

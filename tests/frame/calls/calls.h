@@ -641,10 +641,10 @@ void note_edit(std::array<bool, 2>& edits, facts::Direction direction, const Arg
 }
 
 // Another way to call entry points, which a test may set: it gets the name, the types of the
-// parameters (without references) and where the arguments are, and yields false for a call that it
-// cannot express, which is then made directly.
+// parameters (without references), where the arguments are and what looks at the call, and yields
+// false for a call that it cannot express, which is then made directly.
 using Door = std::function<bool(const std::string& name, const std::vector<std::type_index>& types,
-                                const void* const* arguments, std::string& result)>;
+                                const void* const* arguments, Probe* probe, std::string& result)>;
 inline Door& door() {
     static Door instead;
     return instead;
@@ -701,7 +701,7 @@ private:
         return [name, entry]([[maybe_unused]] const void* const* arguments,
                              Probe* probe) -> std::string {
             std::string told;
-            if (door() && door()(name, {typeid(Params)...}, arguments, told)) return told;
+            if (door() && door()(name, {typeid(Params)...}, arguments, probe, told)) return told;
             if (probe != nullptr) probe->before_call();
             if constexpr (std::is_void_v<Result>) {
                 entry(argument_at<Params>(arguments[I])...);

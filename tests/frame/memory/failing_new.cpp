@@ -31,6 +31,11 @@ void* operator new[](std::size_t size) {
 void* operator new(std::size_t size, std::align_val_t alignment) {
     return allocate(size, static_cast<std::size_t>(alignment));
 }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept try {
+    return allocate(size);
+} catch (const std::bad_alloc&) {
+    return nullptr;
+}
 void operator delete(void* memory) noexcept {
     std::free(memory);
 }
