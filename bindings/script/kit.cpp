@@ -18,7 +18,7 @@ UXSelected selected(as::asIScriptGeneric* call) {
     UXSelection selection;
     UXSelectFault fault;
     if (!selection.compile(expression.c_str(), &fault)) {
-        if (fault.message.empty()) throw std::bad_alloc();
+        if (fault.message == "out of memory") throw std::bad_alloc();
         throw ScriptError{"'" + expression + "', behind " + std::to_string(fault.position) +
                           " bytes: " + fault.message};
     }

@@ -422,7 +422,7 @@ bool UXSelection::compile(const char* expression, UXSelectFault* fault) {
         }
         if (fault != nullptr) *fault = std::move(found);
     } catch (...) {
-        if (fault != nullptr) fault->position = 0;
+        if (fault != nullptr) *fault = {0, "out of memory"};
     }
     return false;
 }

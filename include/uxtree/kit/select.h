@@ -89,7 +89,7 @@ public:
     UXSelection& operator=(UXSelection&& other) noexcept;
 
     // False when the expression is not understood, or null, or memory runs out: fault, which may be
-    // null, says where and why, and the selection keeps what it held.
+    // null, says where and why ("out of memory"), and the selection keeps what it held.
     bool compile(const char* expression, UXSelectFault* fault = nullptr);
     // Selects from a node: a path without "/" in front starts there, one with "/" at the document
     // that the node is in. Replaces what result held; it is empty unless the outcome is kDone.
