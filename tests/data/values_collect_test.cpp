@@ -44,6 +44,16 @@ TEST(vctree_get_values_with_ids, CollectsLeavesInDocumentOrderAndEmptiesTheArray
     EXPECT_EQ(uxtest::entries(ids, values), (Entries{{3, "x"}, {1, "y"}, {0, ""}, {65536, "z"}}));
 }
 
+TEST(vctree_get_values_with_ids, WritesNumbersThatTheHostKeepsAsSuch) {
+    TestTree tree("<r><a DataID='1'/><b DataID='2'>x</b></r>");
+    UXXmlWrapperBase a;
+    ASSERT_EQ(tree.FindChild("a", &a, 1), 1);
+    CArray<double, double> numbers = uxtest::number_list<double>({1.5, -2, 1e100});
+    ASSERT_EQ(a.NodeValue(numbers, 0), 1);
+
+    EXPECT_EQ(collected(tree), (Entries{{1, "1.5 -2 1e+100"}, {2, "x"}}));
+}
+
 TEST(vctree_get_values_with_ids, StaysOnTheFirstLevelWithoutRecursion) {
     TestTree tree("<r><a DataID='1'>x</a><b DataID='2' Use='1'><c DataID='3'>y</c></b></r>");
     CArray<int, int> ids;

@@ -3,14 +3,17 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <numeric>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "host/node_detail.h"
 #include "host/node_support.h"
 #include "support/test_tree.h"
 
@@ -430,6 +433,13 @@ TEST(UXXmlWrapperBase, RandomEditsKeepLinksCountsAndHandlesConsistent) {
         if (i % 50 == 0) check_links();
     }
     check_links();
+}
+
+// What goes wrong inside is a failure of the operation; only a shortage of memory is the caller's.
+TEST(guarded, MakesExceptionsFailures) {
+    EXPECT_EQ(uxhost::guarded([] { return 7; }), 7);
+    EXPECT_EQ(uxhost::guarded([]() -> int { throw std::length_error("too long"); }), 0);
+    EXPECT_THROW(uxhost::guarded([]() -> int { throw std::bad_alloc(); }), std::bad_alloc);
 }
 
 }  // namespace

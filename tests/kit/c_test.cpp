@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -10,6 +11,7 @@
 
 #include "uxtree/data/values.h"
 
+#include "kit/c_last_error.h"
 #include "support/test_tree.h"
 
 namespace {
@@ -283,6 +285,15 @@ TEST(ux_array_new, HoldsOneKindOfElements) {
     EXPECT_STREQ(ux_last_error(), "the object is no array");
     EXPECT_EQ(ux_array_new(0), nullptr);
     EXPECT_EQ(ux_array_new(5), nullptr);
+}
+
+// The embedded host throws nothing but a shortage of memory; another one may.
+TEST(ux_last_error, SaysThatTheHostFailed) {
+    const int result = ux::kit::guarded(-5, []() -> int { throw std::runtime_error("inside"); });
+    EXPECT_EQ(result, -5);
+    EXPECT_STREQ(ux_last_error(), "the host failed");
+    EXPECT_EQ(ux_node_new(""), nullptr);
+    EXPECT_STRNE(ux_last_error(), "the host failed");
 }
 
 TEST(ux_describe, KnowsTheCodesOfEveryFamily) {

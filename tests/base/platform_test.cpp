@@ -1,0 +1,27 @@
+// What the system tells about the process.
+#include "base/platform.h"
+
+#include <cstdlib>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+TEST(trusted_environment, TellsWhatTheEnvironmentHas) {
+    setenv("UXTREE_TEST_VARIABLE", "value", 1);
+    EXPECT_STREQ(ux::trusted_environment("UXTREE_TEST_VARIABLE"), "value");
+    unsetenv("UXTREE_TEST_VARIABLE");
+    EXPECT_EQ(ux::trusted_environment("UXTREE_TEST_VARIABLE"), nullptr);
+}
+
+#ifdef UXTREE_PLAIN_POSIX
+// Linux says how a program was started instead, which a running one cannot change.
+TEST(trusted_environment, TellsNothingWithRaisedRights) {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can have another group";
+    const gid_t group = getegid();
+    ASSERT_EQ(setegid(65534), 0);
+    const char* const path = ux::trusted_environment("PATH");
+    ASSERT_EQ(setegid(group), 0);
+    EXPECT_EQ(path, nullptr);
+    EXPECT_STREQ(ux::trusted_environment("PATH"), std::getenv("PATH"));
+}
+#endif
