@@ -25,6 +25,7 @@ CASES = [
                 "d/p.as": "int f() { return 7; }"}, out="7\n"),
     case("TakesArgumentsThatBeginWithADash", ["run", "-e", "print(args);", "--", "-x"], out="[-x]\n"),
     case("SaysThatAFileIsMissing", ["run", "no.as"], code=3, err=["no.as: No such file"]),
+    case("SaysThatAFolderIsNoScript", ["run", "."], code=3, err=[".: Is a directory\n"]),
     case("SaysThatAnIncludedFileIsMissing", ["run", "s.as"], code=2,
          files={"s.as": "#include \"no.as\"\nvoid main() {}"}, err=["no.as"]),
     case("WantsAScript", ["run"], code=2, err=["no script is named"]),

@@ -83,7 +83,7 @@ int run_info(const FilesOptions& options) {
             }
             return info.empty ? kNothingFound : kSuccess;
         });
-    write_table(out, table, options.format);
+    if (!table.rows.empty() || options.format != "text") write_table(out, table, options.format);
     return out.finish(code);
 }
 

@@ -130,7 +130,7 @@ int run_list(const ListOptions& options) {
             }
             return empty ? kNothingFound : kSuccess;
         });
-    write_table(out, table, options.format);
+    if (!table.rows.empty() || options.format != "text") write_table(out, table, options.format);
     return out.finish(code);
 }
 

@@ -149,12 +149,10 @@ std::string standard_input() {
 }
 
 void require_readable(const std::string& path) {
-    std::error_code error;
-    if (std::filesystem::is_directory(path, error)) {
-        throw Failure(kUnreadable, path, "is a folder");
-    }
     const Descriptor file = open_to_read(path);
-    if (!file.is_open()) throw Failure(kUnreadable, path, system_error());
+    const bool isFolder = file.is_open() && kind_of(file.number()) == FileKind::kFolder;
+    if (isFolder) errno = EISDIR;
+    if (isFolder || !file.is_open()) throw Failure(kUnreadable, path, system_error());
 }
 
 // Compiles what was asked for and yields the arguments that are left.

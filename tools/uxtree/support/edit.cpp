@@ -60,8 +60,13 @@ public:
     }
 
     int edit_all() {
-        int code = for_each_file(options_.files,
-                                 [this](const std::string& file) { return edit_one(file); });
+        HeldNotes ofAll(options_.allOrNone && !options_.target.is_dry_run());
+        int code = for_each_file(options_.files, [this](const std::string& file) {
+            HeldNotes notes(!options_.target.is_dry_run());
+            const ExitCode result = edit_one(file);
+            notes.say();
+            return result;
+        });
         const std::size_t files = options_.files.size();
         bool refused = options_.allOrNone && report_.failed_of(files) > 0;
         if (options_.allOrNone && !refused) {
@@ -73,7 +78,12 @@ public:
                 refused = true;
             }
         }
-        if (refused) report_ = {0, report_.changed + report_.unchanged, report_.unmatched};
+        if (refused) {
+            ofAll.drop();
+            report_ = {0, report_.changed + report_.unchanged, report_.unmatched};
+        } else {
+            ofAll.say();
+        }
         const char* const outcome = !refused               ? ""
                                     : replaced_.is_whole() ? "; nothing was written"
                                                            : "; not all could be put back";
@@ -83,9 +93,11 @@ public:
 
     // With a Failure for whatever goes wrong.
     int edit_alone() {
+        HeldNotes notes(!options_.target.is_dry_run());
         UXXmlWrapperBase root;
         if (!change(options_.files[0], root)) throw selection_->nothing(root, options_.files[0]);
         options_.target.save(root, options_.files[0]);
+        notes.say();
         return kSuccess;
     }
 

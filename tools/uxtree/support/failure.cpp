@@ -11,6 +11,7 @@ namespace uxtool {
 namespace {
 
 thread_local std::string* heldBack = nullptr;
+thread_local std::vector<std::string>* heldNotes = nullptr;
 
 // File names and contents may hold what steers a terminal.
 void print(const std::string& text) {
@@ -43,6 +44,21 @@ void print_messages(const std::string& text) {
     print(text);
 }
 
+HeldNotes::HeldNotes(bool wait) : outer_(heldNotes) {
+    if (wait) heldNotes = &waiting_;
+}
+
+void HeldNotes::say() {
+    heldNotes = outer_;
+    for (const std::string& text : waiting_) note(text);
+    waiting_.clear();
+}
+
+void HeldNotes::drop() {
+    heldNotes = outer_;
+    waiting_.clear();
+}
+
 void report(const Failure& failure) {
     print_line(Role::kError, failure.subject(), failure.what());
     if (!failure.excerpt().empty()) print(failure.excerpt() + "\n");
@@ -50,6 +66,7 @@ void report(const Failure& failure) {
 }
 
 void note(const std::string& text) {
+    if (heldNotes != nullptr) return heldNotes->push_back(text);
     print_line(Role::kHint, "note", visible(text));
 }
 void warn(const std::string& text) {

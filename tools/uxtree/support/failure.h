@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace uxtool {
 
@@ -64,6 +65,23 @@ private:
 };
 // Prints what was held back.
 void print_messages(const std::string& text);
+
+// While it lives, the notes of this thread wait, so that what was done is told once it is done; or
+// they do not, as the caller says.
+class HeldNotes {
+public:
+    explicit HeldNotes(bool wait);
+    HeldNotes(const HeldNotes&) = delete;
+    HeldNotes& operator=(const HeldNotes&) = delete;
+    ~HeldNotes() { drop(); }
+    // Both end the waiting.
+    void say();
+    void drop();
+
+private:
+    std::vector<std::string> waiting_;
+    std::vector<std::string>* outer_;
+};
 
 void report(const Failure& failure);
 // One line on standard error: what a user may want to know, and what needs attention.
