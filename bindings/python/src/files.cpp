@@ -69,6 +69,12 @@ py::dict told(const UXSaveReport& report) {
     return dict;
 }
 
+[[noreturn]] void raise_save_failure(const py::object& path) {
+    const CStringUTF8 reason = UXGetLastSaveError();
+    if (view_of(reason) == "out of memory") throw std::bad_alloc();
+    raise_ours("SaveError", text_object(view_of(reason)), path);
+}
+
 // The tree is one that Python knows, so the interpreter stays locked.
 py::dict save(const py::object& node, const py::object& path, const std::string& form,
               const py::object& ids, int indent) {
@@ -76,7 +82,7 @@ py::dict save(const py::object& node, const py::object& path, const std::string&
     const std::string name = file_name(path);
     UXSaveReport report;
     if (UXSaveAs(&node_of(node), name.c_str(), options, &report) == 0) {
-        raise_ours("SaveError", text_object(view_of(UXGetLastSaveError())), path);
+        raise_save_failure(path);
     }
     return told(report);
 }
@@ -86,7 +92,7 @@ py::bytes save_bytes(const py::object& node, const std::string& form, const py::
     const UXSaveOptions options = save_options(form, ids, indent);
     CStringUTF8 bytes;
     if (UXSaveToMemory(&node_of(node), &bytes, options, nullptr) == 0) {
-        raise_ours("SaveError", text_object(view_of(UXGetLastSaveError())), py::none());
+        raise_save_failure(py::none());
     }
     return py::bytes(static_cast<const char*>(bytes), static_cast<std::size_t>(bytes.GetLength()));
 }

@@ -3,6 +3,7 @@
 
 #include "node.h"
 #include "parts.h"
+#include "support.h"
 
 namespace uxpy {
 namespace {
@@ -22,17 +23,18 @@ std::unique_ptr<Iterator> make(const py::object& node) {
 }  // namespace
 
 void add_iterators(py::module_& raw) {
-    py::class_<VCRangeTreeIterator>(raw, "VCRangeTreeIterator",
-                                    "Goes over the first sub-ranges of the ranges of a range tree.")
-        .def(py::init(&make<VCRangeTreeIterator>), py::arg("rangeTree"))
-        .def("IsHierarchical", &VCRangeTreeIterator::IsHierarchical)
+    py::class_<VCRangeTreeIterator> ranges(
+        raw, "VCRangeTreeIterator",
+        "Goes over the first sub-ranges of the ranges of a range tree.");
+    define_init(ranges, make<VCRangeTreeIterator>, "rangeTree");
+    ranges.def("IsHierarchical", &VCRangeTreeIterator::IsHierarchical)
         .def("Get", &get_next<VCRangeTreeIterator>,
              "Yields 1 and the node, or 0 and None at the end.");
-    py::class_<VCSubRangeTreeIterator>(raw, "VCSubRangeTreeIterator",
-                                       "Goes over the sub-ranges of a range.")
-        .def(py::init(&make<VCSubRangeTreeIterator>), py::arg("firstSubRange"))
-        .def("Get", &get_next<VCSubRangeTreeIterator>,
-             "Yields 1 and the node, or 0 and None at the end and at a separator.");
+    py::class_<VCSubRangeTreeIterator> subRanges(raw, "VCSubRangeTreeIterator",
+                                                 "Goes over the sub-ranges of a range.");
+    define_init(subRanges, make<VCSubRangeTreeIterator>, "firstSubRange");
+    subRanges.def("Get", &get_next<VCSubRangeTreeIterator>,
+                  "Yields 1 and the node, or 0 and None at the end and at a separator.");
 }
 
 }  // namespace uxpy

@@ -7,11 +7,11 @@
 namespace uxpy {
 namespace {
 
-UXSelection compile(const py::str& expression) {
-    UXSelection selection;
+std::unique_ptr<UXSelection> compile(const py::str& expression) {
+    auto selection = std::make_unique<UXSelection>();
     UXSelectFault fault;
     const char* const text = text_of(expression.ptr(), "expression");
-    if (!selection.compile(text, &fault)) {
+    if (!selection->compile(text, &fault)) {
         if (fault.message == "out of memory") throw std::bad_alloc();
         const py::object before = text_object(std::string_view(text).substr(0, fault.position));
         const Py_ssize_t characters = PyUnicode_GET_LENGTH(before.ptr());
@@ -69,10 +69,9 @@ py::list texts(const UXSelection& selection, const py::object& node) {
 }  // namespace
 
 void add_selection(py::module_& core) {
-    py::class_<UXSelection>(core, "Selection")
-        .def(py::init(&compile), py::arg("expression"))
-        .def("items", &items, py::arg("node"))
-        .def("texts", &texts, py::arg("node"));
+    py::class_<UXSelection> type(core, "Selection");
+    define_init(type, compile, "expression");
+    type.def("items", &items, py::arg("node")).def("texts", &texts, py::arg("node"));
 }
 
 }  // namespace uxpy

@@ -1,6 +1,7 @@
 // What the hand-made functions share: names of files, texts, nodes, and errors with their place.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "uxtree/host/embedded.h"
@@ -28,6 +29,25 @@ inline std::string file_name(const py::object& path) {
     return {PyBytes_AS_STRING(bytes), static_cast<std::size_t>(PyBytes_GET_SIZE(bytes))};
 }
 
+// The function __init__ of a class. py::init would free the object twice, or let the exception pass into
+// Python, when there is no memory to register it.
+template <typename Made, typename Given>
+void define_init(py::class_<Made>& type, std::unique_ptr<Made> (*make)(const Given&),
+                 const char* argument) {
+    const auto init = [make](py::detail::value_and_holder& place, const Given& given) {
+        std::unique_ptr<Made> made = make(given);
+        place.value_ptr() = made.get();
+        try {
+            place.type->init_instance(place.inst, nullptr);
+        } catch (...) {
+            place.value_ptr() = nullptr;
+            throw;
+        }
+        made.release();
+    };
+    type.def("__init__", init, py::detail::is_new_style_constructor(), py::arg(argument));
+}
+
 // Raises an exception of uxtree.errors.
 template <typename... Arguments>
 [[noreturn]] void raise_ours(const char* name, Arguments&&... arguments) {
@@ -48,6 +68,7 @@ struct LoadFailure {
         return {std::string(view_of(failure.message)), failure.line, failure.column};
     }
     [[noreturn]] void raise(const py::object& path) const {
+        if (message == "out of memory") throw std::bad_alloc();
         raise_ours("LoadError", text_object(message), path, line, column);
     }
 };
