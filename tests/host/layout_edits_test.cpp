@@ -119,6 +119,39 @@ TEST(UXSaveToMemory, LeavesWhatEntitiesBringAlongToThem) {
               "refused: /r: the text beside elements that come from an entity has changed");
 }
 
+TEST(UXSaveToMemory, RefusesAnElementOfAnEntityThatHasChanged) {
+    const std::string bytes = "<!DOCTYPE r [<!ENTITY e '<a k=\"1\"/>'>]><r><b>&e;</b><c/></r>";
+    const std::string refused =
+        "refused: /r/b[1]: what the entity reference &e; stands for has changed";
+    UXXmlWrapperBase root = edited_document(bytes);
+    UXXmlWrapperBase b;
+    UXXmlWrapperBase a;
+    root.FindChild("b", &b, 1);
+    b.FindChild("a", &a, 1);
+    a.SetPropertyValue("k", 2);
+    EXPECT_EQ(saved(root), refused);
+    a.SetPropertyValue("k", 1);
+    EXPECT_EQ(saved(root), bytes);
+    a.SetPropertyValue("l", 1);
+    EXPECT_EQ(saved(root), refused);
+}
+
+TEST(UXSaveToMemory, KeepsPreservedSpaceAndRemovesOther) {
+    UXXmlWrapperBase root = edited_document(
+        "<r>\n  <a xml:space='preserve'>\n    <b/>\n    <d/>\n  </a>\n"
+        "  <c>\n    <b/>\n    <d/>\n  </c>\n</r>");
+    for (const char* const tag : {"a", "c"}) {
+        UXXmlWrapperBase parent;
+        UXXmlWrapperBase b;
+        root.FindChild(tag, &parent, 1);
+        parent.FindChild("b", &b, 1);
+        b.RemoveNode();
+    }
+    EXPECT_EQ(saved(root),
+              "<r>\n  <a xml:space='preserve'>\n    \n    <d/>\n  </a>\n"
+              "  <c>\n    <d/>\n  </c>\n</r>");
+}
+
 TEST(UXSaveToMemory, TakesADocumentWithoutLayoutInEveryForm) {
     UXXmlWrapperBase root;
     const std::string bytes = "<r><a>x</a><b/></r>";

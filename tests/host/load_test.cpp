@@ -385,6 +385,9 @@ TEST(load, ReadsUndeclaredInputInTheDefaultCodePage) {
     EXPECT_EQ(loaded("<r>\xE9\x80</r>"), "<r>\u00E9\u20AC</r>");
     EXPECT_EQ(loaded("<r>\u00E9</r>"), "<r>\u00E9</r>");
     EXPECT_EQ(loaded("<?xml version='1.0' encoding='UTF-8'?><r>\xE9</r>"), "(refused)");
+    const std::string doctype = "<!DOCTYPE r [<!ENTITY e 'x'>]>";
+    EXPECT_EQ(loaded(doctype + "<r a='&e;'>\xE9&e;</r>"), "<r a=\"x\">\u00E9x</r>");
+    EXPECT_EQ(loaded(doctype + "<r>\xE9&f;</r>"), "(refused)");
     UXXmlWrapperBase::SetDefaultCodePage(28591);
     EXPECT_EQ(loaded("<r>" + std::string(100000, 'x') + "\xE9</r>"),
               "<r>" + std::string(100000, 'x') + "\u00E9</r>");

@@ -11,9 +11,10 @@ import subprocess
 import sys
 
 # d, D, b, B: data that can be written; C: common; and the same per thread. What the compiler adds
-# under a sanitizer, and constants that only the loader relocates, are no state of ours.
+# under a sanitizer or to count lines, and constants that only the loader relocates, are no state of
+# ours.
 WRITABLE = re.compile(r"^[0-9a-f]* +([dDbBCsSgG]) (.+)$")
-NOT_OURS = re.compile(r"^(__odr_asan|__asan|__ubsan|__unnamed_|\.L|DW\.ref|vtable |typeinfo |\.data\.rel\.ro)")
+NOT_OURS = re.compile(r"^(__odr_asan|__asan|__ubsan|__unnamed_|__gcov|\.L|DW\.ref|vtable |typeinfo |\.data\.rel\.ro)")
 
 
 def state_of(path):
