@@ -6,9 +6,7 @@
 #include "kit/c_last_error.h"
 #include "kit/c_texts.h"
 
-using ux::kit::accept_text;
-using ux::kit::guarded;
-using ux::kit::refused;
+using namespace ux::kit;
 
 namespace {
 

@@ -10,13 +10,7 @@
 #include "kit/c_last_error.h"
 #include "kit/c_texts.h"
 
-using ux::kit::accept_text;
-using ux::kit::given;
-using ux::kit::guarded;
-using ux::kit::last_error;
-using ux::kit::narrow;
-using ux::kit::refused;
-using ux::kit::usable;
+using namespace ux::kit;
 
 namespace {
 

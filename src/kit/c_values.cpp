@@ -6,8 +6,7 @@
 #include "kit/c_texts.h"
 #include "marks/names.h"
 
-using ux::kit::guarded;
-using ux::kit::refused;
+using namespace ux::kit;
 
 namespace {
 
