@@ -51,13 +51,21 @@ std::vector<OptionFacts> options_of_the_tool() {
             {{"--color"}, "WHEN", {"auto", "always", "never"}, "Colour the output"}};
 }
 
+Place described(std::string name, std::string summary, const CLI::App& app) {
+    Place place;
+    place.name = std::move(name);
+    place.summary = std::move(summary);
+    place.options = options_of(app);
+    place.usage = usage_of(place);
+    return place;
+}
+
 // A command, and the edits that it has.
 void add_command(const Command& command, std::vector<Place>& places) {
     const PreparedCommand prepared = prepare(command);
     const std::string name(command.name);
-    Place place{name, std::string(command.summary), "", std::string(command.examples), "",
-                {},   options_of(*prepared.app)};
-    place.usage = usage_of(place);
+    Place place = described(name, std::string(command.summary), *prepared.app);
+    place.examples = command.examples;
     const auto edits = prepared.app->get_subcommands([](const CLI::App*) { return true; });
     std::vector<Place> below;
     for (const CLI::App* edit : edits) {
@@ -66,14 +74,8 @@ void add_command(const Command& command, std::vector<Place>& places) {
             continue;
         }
         place.next.push_back(edit->get_name());
-        below.push_back({name + " " + edit->get_name(),
-                         edit->get_description(),
-                         "",
-                         "",
-                         name,
-                         {},
-                         options_of(*edit)});
-        below.back().usage = usage_of(below.back());
+        below.push_back(described(name + " " + edit->get_name(), edit->get_description(), *edit));
+        below.back().behind = name;
     }
     places.push_back(std::move(place));
     std::move(below.begin(), below.end(), std::back_inserter(places));
@@ -84,13 +86,10 @@ void add_command(const Command& command, std::vector<Place>& places) {
 std::vector<Place> all_places() {
     std::vector<Place> places;
     std::map<std::string, Place> groups;
-    Place tool{"",
-               "work on option and data trees, and on any XML file",
-               "COMMAND [OPTIONS] ...",
-               "",
-               "",
-               {},
-               options_of_the_tool()};
+    Place tool;
+    tool.summary = "work on option and data trees, and on any XML file";
+    tool.usage = "COMMAND [OPTIONS] ...";
+    tool.options = options_of_the_tool();
     for (const Command* command : all_commands()) {
         const std::size_t blank = command->name.find(' ');
         const std::string word(command->name.substr(0, blank));
