@@ -1,7 +1,6 @@
 // Reading trees and files, and the progress line.
 #include "support/input.h"
 
-#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -18,6 +17,7 @@
 #include "support/file.h"
 #include "support/refused_content.h"
 #include "support/text.h"
+#include "support/work_ahead.h"
 
 namespace uxtool {
 namespace {
@@ -189,18 +189,7 @@ void add_max_spool(CLI::App& app, std::uint64_t& bytes) {
 
 int for_each_file(const std::vector<std::string>& files,
                   const std::function<ExitCode(const std::string& file)>& work) {
-    int gravest = kSuccess;
-    bool found = false;
-    for (const std::string& file : files) {
-        try {
-            found = work(file) == kSuccess || found;
-        } catch (const Failure& failure) {
-            report(failure);
-            gravest = std::max(gravest, static_cast<int>(failure.code()));
-        }
-    }
-    if (gravest != kSuccess) return gravest;
-    return found ? kSuccess : kNothingFound;
+    return for_each_in_order(files, 1, work, [](ExitCode code) { return code; });
 }
 
 // Waits on a thread of its own, since loading and outlining are single calls.
