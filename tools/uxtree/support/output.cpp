@@ -90,17 +90,6 @@ void save_to_stream(const UXXmlWrapperBase& root, const std::string& file) {
     write_content(content, file);
 }
 
-// Where a character begins that the end of the text cuts.
-std::size_t cut_character(std::string_view text) {
-    const std::size_t first = text.size() - std::min<std::size_t>(text.size(), 3);
-    for (std::size_t at = first; at < text.size(); ++at) {
-        const auto lead = static_cast<unsigned char>(text[at]);
-        const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
-        if (at + length > text.size()) return at;
-    }
-    return text.size();
-}
-
 }  // namespace
 
 Output::Output(const std::string& file) : name_(output_name(file)), palette_(false) {

@@ -14,10 +14,15 @@ struct CodePoint {
     std::size_t length;  // in bytes; an undecodable byte stands for itself
 };
 
+// The bytes of a character that begins with this one.
+std::size_t length_by(unsigned char lead) {
+    return lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+}
+
 CodePoint decode(std::string_view text) {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     const unsigned char lead = byte(0);
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+    const std::size_t length = length_by(lead);
     if (length == 1 || length > text.size()) return {lead, 1};
     std::uint32_t value = lead & (0xFFU >> (length + 1));
     for (std::size_t i = 1; i < length; ++i) {
@@ -123,6 +128,14 @@ std::size_t utf8_length(std::string_view text) {
     return point.value < kSmallest[point.length] || isSurrogate || point.value > 0x10FFFF
                ? 0
                : point.length;
+}
+
+std::size_t cut_character(std::string_view text) {
+    for (std::size_t at = text.size() - std::min<std::size_t>(text.size(), 3); at < text.size();
+         ++at) {
+        if (at + length_by(static_cast<unsigned char>(text[at])) > text.size()) return at;
+    }
+    return text.size();
 }
 
 std::string visible(std::string_view text) {

@@ -20,6 +20,9 @@ std::size_t display_width(std::string_view text);
 // The bytes of the character at the start of the text, 0 when no well-formed UTF-8 stands there.
 std::size_t utf8_length(std::string_view text);
 
+// Where a character begins that the end of the text cuts; its size when none is cut.
+std::size_t cut_character(std::string_view text);
+
 // One line without control characters: they are written as \n, \t, \r, \e or \xNN, so that no
 // content moves the cursor or breaks a line of output.
 std::string visible(std::string_view text);
