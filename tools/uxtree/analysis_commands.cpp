@@ -32,9 +32,8 @@ Action show_table(CLI::App& app, std::vector<std::string> columns, Fill fill) {
         UXXmlWrapperBase root = open_node(options->file, options->at);
         Table table(columns);
         fill(root, table);
-        Output out(options->output);
-        write_table(out, table, options->format);
-        return out.finish(table.rows.empty() ? kNothingFound : kSuccess);
+        return print_table(options->output, table, options->format,
+                           table.rows.empty() ? kNothingFound : kSuccess);
     };
 }
 

@@ -53,15 +53,11 @@ int print_attributes(const EditOptions& options, const GetOptions& get) {
     } else {
         add_selected_rows(table, root, file, Selection(options.select), get.name);
     }
-    Output out("");
-    if (table.rows.empty()) {
-        note(options.select.empty() ? "no node below has the attribute '" + get.name +
-                                          "'; --select /* is about the root"
-                                    : "no selected node has the attribute '" + get.name + "'");
-        return out.finish(kNothingFound);
-    }
-    write_table(out, table, get.format);
-    return out.finish();
+    if (!table.rows.empty()) return print_table("", table, get.format);
+    note(options.select.empty()
+             ? "no node below has the attribute '" + get.name + "'; --select /* is about the root"
+             : "no selected node has the attribute '" + get.name + "'");
+    return kNothingFound;
 }
 
 // ---- changes ----------------------------------------------------------------------------------

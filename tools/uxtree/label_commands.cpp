@@ -38,9 +38,7 @@ int run_label_list(const LabelOptions& options) {
         if (!all) ++next;
         table.add({join(path, "."), to_string(uxtree_get_node_label(&node, options.mode))});
     });
-    Output out(options.output);
-    write_table(out, table, options.format);
-    return out.finish();
+    return print_table(options.output, table, options.format);
 }
 
 const Command kLabelList{"label list", "List the labels of all nodes",

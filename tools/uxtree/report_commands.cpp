@@ -213,9 +213,8 @@ int run_table(const TableOptions& options) {
         }
         table.add(std::move(cells));
     });
-    Output out(options.output);
-    write_table(out, table, options.format);
-    return out.finish(table.rows.empty() ? kNothingFound : kSuccess);
+    return print_table(options.output, table, options.format,
+                       table.rows.empty() ? kNothingFound : kSuccess);
 }
 
 const Command kTable{"report table", "Print the input-data table of a dialog's ranges",

@@ -14,9 +14,7 @@ int list_commands(const CommandListOptions& options) {
     for (const Command* command : all_commands()) {
         table.add({std::string(command->name), std::string(command->summary)});
     }
-    Output out(options.output);
-    write_table(out, table, options.format);
-    return out.finish();
+    return print_table(options.output, table, options.format);
 }
 
 const Command kListCommands{"list", "List all commands",

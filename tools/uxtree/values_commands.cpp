@@ -36,9 +36,7 @@ int write_values(const ValueListOptions& options) {
         save_tree(saved_values(list, nullptr), options.output);
         return kSuccess;
     }
-    Output out(options.output);
-    write_table(out, table_of(list), options.format);
-    return out.finish();
+    return print_table(options.output, table_of(list), options.format);
 }
 
 Action prepare_list(CLI::App& app, const char* standardFormat) {

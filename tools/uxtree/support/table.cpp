@@ -166,6 +166,13 @@ void write_table(Output& out, const Table& table, const std::string& format) {
     write_text(out, table);
 }
 
+int print_table(const std::string& output, const Table& table, const std::string& format,
+                ExitCode code) {
+    Output out(output);
+    write_table(out, table, format);
+    return out.finish(code);
+}
+
 const std::vector<std::string>& table_formats() {
     static const std::vector<std::string> formats{"text", "csv", "json"};
     return formats;

@@ -34,6 +34,10 @@ public:
 // null).
 void write_table(Output& out, const Table& table, const std::string& format);
 
+// The same to the file of -o, or to standard output; yields the exit code.
+int print_table(const std::string& output, const Table& table, const std::string& format,
+                ExitCode code = kSuccess);
+
 // One line of CSV.
 using Fields = std::vector<std::string>;
 void write_csv_line(Output& out, const Fields& fields);
