@@ -6,14 +6,11 @@
 #include "uxtree/host/embedded.h"
 #include "uxtree/host/host.h"
 
+#include "host/layout_support.h"
+
 namespace {
 
-UXXmlWrapperBase edited_document(const std::string& bytes) {
-    UXXmlWrapperBase root;
-    EXPECT_EQ(UXLoadForEditingFromMemory(&root, bytes.data(), bytes.size()), 1)
-        << UXGetLastLoadError();
-    return root;
-}
+using uxtest::edited_document;
 
 // The bytes of the file, or "refused: " and why.
 std::string saved(const UXXmlWrapperBase& node, const UXSaveOptions& options = {},

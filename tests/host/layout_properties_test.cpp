@@ -13,26 +13,20 @@
 #include "uxtree/host/embedded.h"
 #include "uxtree/host/host.h"
 
+#include "host/layout_support.h"
 #include "support/layout_model.h"
 #include "support/test_tree.h"
 #include "xml/layout_scan.h"
 
 namespace {
 
+using uxtest::edited_document;
 using uxtest::EncodedDocument;
 using uxtest::FileForm;
 using uxtest::LayoutModel;
 using uxtest::to_text;
 
 constexpr std::uint32_t kDocuments = 2000;
-
-UXXmlWrapperBase edited_document(const std::string& bytes) {
-    UXXmlWrapperBase root;
-    EXPECT_EQ(UXLoadForEditingFromMemory(&root, bytes.data(), bytes.size()), 1)
-        << UXGetLastLoadError() << "\n"
-        << bytes;
-    return root;
-}
 
 std::string kept_bytes(const UXXmlWrapperBase& root, UXSaveIds ids = UXSaveIds::kWrite) {
     CStringUTF8 out;

@@ -11,6 +11,8 @@
 #include "uxtree/host/node.h"
 #include "uxtree/host/utilities.h"
 
+#include "support/test_tree.h"
+
 namespace {
 using testing::ElementsAre;
 
@@ -72,27 +74,12 @@ TEST(MessageText, NamesTheFifteenWeightMethods) {
     CWBOStringArray names;
 
     EXPECT_EQ(UXSeparateByString(names, message(1935).c_str(), "|"), 15);
-
-    std::vector<int> withData;
-    for (int i = 0; i < names.GetSize(); ++i) {
-        if (names[i].Find("Data") >= 0) withData.push_back(i);
-    }
-    EXPECT_STREQ(names[0], "None");
-    EXPECT_STREQ(names[1], "Data Squared");
-    EXPECT_STREQ(names[2], "Statistical");
-    EXPECT_STREQ(names[3], "Data Inverse");
-    EXPECT_STREQ(names[4], "Data Direct");
-    EXPECT_STREQ(names[5], "Squared Y");
-    EXPECT_STREQ(names[6], "Linear Variance");
-    EXPECT_STREQ(names[7], "Power Variance");
-    EXPECT_STREQ(names[8], "Data Power Variance");
-    EXPECT_STREQ(names[9], "Fitted Statistical");
-    EXPECT_STREQ(names[10], "Fitted Squared");
-    EXPECT_STREQ(names[11], "Fitted Linear Variance");
-    EXPECT_STREQ(names[12], "Fitted Power Variance");
-    EXPECT_STREQ(names[13], "Fitted Data Power Variance");
-    EXPECT_STREQ(names[14], "Two Parameter");
-    EXPECT_THAT(withData, ElementsAre(1, 3, 4, 8, 13));
+    EXPECT_THAT(
+        uxtest::texts(names),
+        ElementsAre("None", "Data Squared", "Statistical", "Data Inverse", "Data Direct",
+                    "Squared Y", "Linear Variance", "Power Variance", "Data Power Variance",
+                    "Fitted Statistical", "Fitted Squared", "Fitted Linear Variance",
+                    "Fitted Power Variance", "Fitted Data Power Variance", "Two Parameter"));
 }
 
 TEST(MessageText, AnUnknownNumberGivesFalseAndAnEmptyText) {

@@ -8,19 +8,14 @@
 #include "uxtree/host/embedded.h"
 #include "uxtree/host/host.h"
 
+#include "host/layout_support.h"
 #include "support/layout_model.h"
 #include "support/test_tree.h"
 
 namespace {
 
+using uxtest::edited_document;
 using uxtest::LayoutModel;
-
-UXXmlWrapperBase edited_document(const std::string& bytes) {
-    UXXmlWrapperBase root;
-    EXPECT_EQ(UXLoadForEditingFromMemory(&root, bytes.data(), bytes.size()), 1)
-        << UXGetLastLoadError();
-    return root;
-}
 
 std::string value_of(UXXmlWrapperBase& node) {
     CStringUTF8 text;

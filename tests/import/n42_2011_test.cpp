@@ -190,12 +190,6 @@ TEST(VCTree_n42_, EndlessCoefficientsTakeNoTime) {
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
 }
 
-std::string gross(const std::string& detector, const std::string& content = "") {
-    return "<GrossCounts" +
-           (detector.empty() ? "" : " radDetectorInformationReference='" + detector + "'") + ">" +
-           content + "</GrossCounts>";
-}
-
 TEST(VCTree_n42_, GrossCountsNeedNoClassCode) {
     const Import import(in_2011("<RadMeasurement><StartDateTime>s</StartDateTime>" + gross("") +
                                 "</RadMeasurement>" +
