@@ -152,32 +152,30 @@ const Command kChanges{
     "uxtree changes books.xml --against old.xml --by position\n"
     "uxtree changes dialog.xml --against old.xml --mark -o marked.xml   # as \"OldValue\"\n"
     "uxtree changes dialog.xml --against old.xml --strip -o changed.xml   # changed nodes only",
-    [](CLI::App& app) {
-        auto options = std::make_shared<ChangesOptions>();
-        app.add_option("TREE", options->tree, "The tree as it is now")->required();
-        app.add_option("--against", options->old, "The tree as it was")
+    runs<run_changes>([](CLI::App& app, ChangesOptions& options) {
+        app.add_option("TREE", options.tree, "The tree as it is now")->required();
+        app.add_option("--against", options.old, "The tree as it was")
             ->type_name("OLD")
             ->required();
         CLI::Option* by =
-            app.add_option("--by", options->by,
+            app.add_option("--by", options.by,
                            "By what nodes correspond: values of one DataID, or any elements with "
                            "the same key attribute, or at the same position (id when both files "
                            "have DataIDs, else key)")
                 ->check(CLI::IsMember({"id", "key", "position"}));
-        app.add_option("--key", options->keys,
+        app.add_option("--key", options.keys,
                        "By key: this attribute, or several in turn (xml:id, id, name, key)")
             ->type_name("NAME")
             ->allow_extra_args(false);
-        add_format(app, options->format, table_formats());
+        add_format(app, options.format, table_formats());
         CLI::Option* mark =
-            app.add_flag("--mark", options->mark, "Write the tree with its changed nodes marked");
+            app.add_flag("--mark", options.mark, "Write the tree with its changed nodes marked");
         CLI::Option* strip =
-            app.add_flag("--strip", options->strip, "Write the tree without its unchanged nodes")
+            app.add_flag("--strip", options.strip, "Write the tree without its unchanged nodes")
                 ->excludes(mark);
         by->excludes(mark)->excludes(strip);
-        options->target.add_options(app);
-        return [options] { return run_changes(*options); };
-    }};
+        options.target.add_options(app);
+    })};
 
 }  // namespace
 }  // namespace uxtool

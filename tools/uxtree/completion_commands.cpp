@@ -145,14 +145,12 @@ const Command kCompletion{"completion", "Print the completion script for bash or
                           "uxtree completion -o ~/.local/share/bash-completion/completions/uxtree\n"
                           "eval \"$(uxtree completion)\"   # for this shell, bash\n"
                           "uxtree completion zsh -o ~/.zfunc/_uxtree   # a folder of fpath",
-                          [](CLI::App& app) {
-                              auto options = std::make_shared<CompletionOptions>();
-                              app.add_option("SHELL", options->shell, "bash (default) or zsh")
+                          runs<run_completion>([](CLI::App& app, CompletionOptions& options) {
+                              app.add_option("SHELL", options.shell, "bash (default) or zsh")
                                   ->type_name("")
                                   ->check(CLI::IsMember({"bash", "zsh"}));
-                              add_output(app, options->output);
-                              return [options] { return run_completion(*options); };
-                          }};
+                              add_output(app, options.output);
+                          })};
 
 }  // namespace
 }  // namespace uxtool

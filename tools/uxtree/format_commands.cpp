@@ -130,22 +130,20 @@ const Command kFormat{
     "uxtree format messy.xml --indent tab -o neat.xml\n"
     "uxtree format *.xml -i              # in place; what is neat is not written\n"
     "uxtree format --compact big.xml     # no lines at all",
-    [](CLI::App& app) {
-        auto options = std::make_shared<FormatOptions>();
-        add_files(app, options->files);
+    runs<run_format>([](CLI::App& app, FormatOptions& options) {
+        add_files(app, options.files);
         CLI::Option* compact =
-            app.add_flag("--compact", options->compact, "No white space between elements");
-        app.add_option("--indent", options->indent, "Blanks a level, 0 to 16, or tab (2)")
+            app.add_flag("--compact", options.compact, "No white space between elements");
+        app.add_option("--indent", options.indent, "Blanks a level, 0 to 16, or tab (2)")
             ->type_name("N|tab")
             ->excludes(compact)
             ->check([](const std::string& text) {
                 return indent_of(text) ? std::string() : "a number up to 16, or tab";
             });
-        options->inPlace.add_options(app, add_output(app, options->output));
-        add_jobs(app, options->jobs);
-        add_max_spool(app, options->maxSpool);
-        return [options] { return run_format(*options); };
-    }};
+        options.inPlace.add_options(app, add_output(app, options.output));
+        add_jobs(app, options.jobs);
+        add_max_spool(app, options.maxSpool);
+    })};
 
 // ---- check ------------------------------------------------------------------------------------
 
@@ -216,16 +214,14 @@ const Command kCheck{
     "uxtree check a.xml b.xml\n"
     "uxtree check -q *.xml        # says nothing of files that are\n"
     "uxtree check -f json *.xml   # one object per file; error is null when it is well-formed",
-    [](CLI::App& app) {
-        auto options = std::make_shared<CheckOptions>();
-        add_files(app, options->files);
-        add_format(app, options->format, table_formats());
-        app.add_flag("-q,--quiet", options->quiet, "Print nothing about well-formed files");
-        add_jobs(app, options->jobs);
-        add_max_spool(app, options->maxSpool);
-        add_output(app, options->output);
-        return [options] { return run_check(*options); };
-    }};
+    runs<run_check>([](CLI::App& app, CheckOptions& options) {
+        add_files(app, options.files);
+        add_format(app, options.format, table_formats());
+        app.add_flag("-q,--quiet", options.quiet, "Print nothing about well-formed files");
+        add_jobs(app, options.jobs);
+        add_max_spool(app, options.maxSpool);
+        add_output(app, options.output);
+    })};
 
 }  // namespace
 }  // namespace uxtool

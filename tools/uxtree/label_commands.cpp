@@ -45,18 +45,16 @@ const Command kLabelList{"label list", "List the labels of all nodes",
                          "uxtree label list dialog.xml\n"
                          "uxtree label list --select \"//*[@Show='1']\" dialog.xml\n"
                          "uxtree label list --mode 2 dialog.xml   # tag, label and sub-headers",
-                         [](CLI::App& app) {
-                             auto options = std::make_shared<LabelOptions>();
-                             add_file(app, options->file);
-                             add_select(app, options->select);
-                             app.add_option("--mode", options->mode,
+                         runs<run_label_list>([](CLI::App& app, LabelOptions& options) {
+                             add_file(app, options.file);
+                             add_select(app, options.select);
+                             app.add_option("--mode", options.mode,
                                             "0: the tag, 1: the label or the tag, 2: all")
                                  ->check(CLI::Range(0, 2))
                                  ->capture_default_str();
-                             add_format(app, options->format, table_formats());
-                             add_output(app, options->output);
-                             return [options] { return run_label_list(*options); };
-                         }};
+                             add_format(app, options.format, table_formats());
+                             add_output(app, options.output);
+                         })};
 
 // --- label combine -----------------------------------------------------------------------------
 
@@ -78,14 +76,13 @@ int run_combine(const CombineOptions& options) {
 
 const Command kCombine{
     "label combine", "Combine labels into one label expression",
-    "uxtree label combine --prefix '?$OP:Time' '?$OP:Signal'", [](CLI::App& app) {
-        auto options = std::make_shared<CombineOptions>();
-        app.add_option("LABEL", options->labels, "The labels")->required();
-        app.add_flag("--prefix", options->prefix, "Begin with the mark of an expression, ?$OP:");
-        app.add_flag("--always", options->always, "Enclose a single label in parentheses, too");
-        app.add_flag("--strict", options->strict, "Join the labels plainly unless all are marked");
-        return [options] { return run_combine(*options); };
-    }};
+    "uxtree label combine --prefix '?$OP:Time' '?$OP:Signal'",
+    runs<run_combine>([](CLI::App& app, CombineOptions& options) {
+        app.add_option("LABEL", options.labels, "The labels")->required();
+        app.add_flag("--prefix", options.prefix, "Begin with the mark of an expression, ?$OP:");
+        app.add_flag("--always", options.always, "Enclose a single label in parentheses, too");
+        app.add_flag("--strict", options.strict, "Join the labels plainly unless all are marked");
+    })};
 
 // --- label replace -----------------------------------------------------------------------------
 
@@ -136,15 +133,13 @@ const Command kReplace{
     "label replace", "Replace a text in all labels of a tree",
     "uxtree label replace dialog.xml Colour Color -i.bak\n"
     "uxtree label replace dialog.xml Colour Color --select //Plot -n   # of these nodes alone",
-    [](CLI::App& app) {
-        auto options = std::make_shared<ReplaceOptions>();
-        add_file(app, options->file);
-        add_select(app, options->select);
-        app.add_option("OLD", options->oldText, "The text to replace")->required();
-        app.add_option("NEW", options->newText, "What stands in its place")->required();
-        options->target.add_options(app);
-        return [options] { return run_replace(*options); };
-    }};
+    runs<run_replace>([](CLI::App& app, ReplaceOptions& options) {
+        add_file(app, options.file);
+        add_select(app, options.select);
+        app.add_option("OLD", options.oldText, "The text to replace")->required();
+        app.add_option("NEW", options.newText, "What stands in its place")->required();
+        options.target.add_options(app);
+    })};
 
 // --- kv ----------------------------------------------------------------------------------------
 
@@ -235,25 +230,22 @@ void add_pair_options(CLI::App& app, PairOptions& options) {
 const Command kToPairs{"kv to", "Write the children of a branch as key and value text",
                        "uxtree kv to dialog.xml --at Input/Options   # prints a=1;b=2;\n"
                        "uxtree kv to dialog.xml --select //Options   # a line for each",
-                       [](CLI::App& app) {
-                           auto options = std::make_shared<PairOptions>();
-                           add_file(app, options->file);
-                           add_pair_options(app, *options);
-                           add_output(app, options->output);
-                           return [options] { return run_to_pairs(*options); };
-                       }};
+                       runs<run_to_pairs>([](CLI::App& app, PairOptions& options) {
+                           add_file(app, options.file);
+                           add_pair_options(app, options);
+                           add_output(app, options.output);
+                       })};
 
 const Command kFromPairs{
     "kv from", "Replace the children of a branch by the pairs of a key and value text",
-    "uxtree kv from dialog.xml 'a=1;b=2' --at Input/Options -o changed.xml", [](CLI::App& app) {
-        auto options = std::make_shared<PairOptions>();
-        add_file(app, options->file);
-        app.add_option("TEXT", options->text, "The pairs; - reads them from standard input")
+    "uxtree kv from dialog.xml 'a=1;b=2' --at Input/Options -o changed.xml",
+    runs<run_from_pairs>([](CLI::App& app, PairOptions& options) {
+        add_file(app, options.file);
+        app.add_option("TEXT", options.text, "The pairs; - reads them from standard input")
             ->required();
-        add_pair_options(app, *options);
-        options->target.add_options(app);
-        return [options] { return run_from_pairs(*options); };
-    }};
+        add_pair_options(app, options);
+        options.target.add_options(app);
+    })};
 
 }  // namespace
 }  // namespace uxtool

@@ -199,14 +199,12 @@ const Command kManual{
     "uxtree man | man -l -\n"
     "uxtree man edit sort | man -l -\n"
     "uxtree man --all ~/.local/share/man/man1   # then: man uxtree-edit-sort",
-    [](CLI::App& app) {
-        auto options = std::make_shared<ManualOptions>();
-        app.add_option("COMMAND", options->words, "The words of a command")->type_name("");
-        auto* all = app.add_option("--all", options->folder, "Write all pages into a folder")
+    runs<run_manual>([](CLI::App& app, ManualOptions& options) {
+        app.add_option("COMMAND", options.words, "The words of a command")->type_name("");
+        auto* all = app.add_option("--all", options.folder, "Write all pages into a folder")
                         ->type_name("FOLDER");
-        add_output(app, options->output)->excludes(all);
-        return [options] { return run_manual(*options); };
-    }};
+        add_output(app, options.output)->excludes(all);
+    })};
 
 }  // namespace
 }  // namespace uxtool

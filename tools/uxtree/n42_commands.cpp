@@ -92,14 +92,12 @@ const Command kInfo{"n42 info", "Tell what radiation spectrum files contain",
                     "uxtree n42 info -f json *.n42   # one object per file\n"
                     "# what is left out, cut or guessed is said on standard error; the exit code\n"
                     "# is 1 when no file has spectra or gross counts",
-                    [](CLI::App& app) {
-                        auto options = std::make_shared<FilesOptions>();
-                        add_spectrum_files(app, options->files);
-                        add_format(app, options->format, table_formats());
-                        add_jobs(app, options->jobs);
-                        add_output(app, options->output);
-                        return [options] { return run_info(*options); };
-                    }};
+                    runs<run_info>([](CLI::App& app, FilesOptions& options) {
+                        add_spectrum_files(app, options.files);
+                        add_format(app, options.format, table_formats());
+                        add_jobs(app, options.jobs);
+                        add_output(app, options.output);
+                    })};
 
 // ---- detectors --------------------------------------------------------------------------------
 
@@ -125,12 +123,11 @@ int run_detectors(const FileOptions& options) {
 
 const Command kDetectors{"n42 detectors",
                          "List the detectors of a radiation spectrum file, one a line",
-                         "uxtree n42 detectors spectrum.n42", [](CLI::App& app) {
-                             auto options = std::make_shared<FileOptions>();
-                             add_file(app, options->file);
-                             add_output(app, options->output);
-                             return [options] { return run_detectors(*options); };
-                         }};
+                         "uxtree n42 detectors spectrum.n42",
+                         runs<run_detectors>([](CLI::App& app, FileOptions& options) {
+                             add_file(app, options.file);
+                             add_output(app, options.output);
+                         })};
 
 // ---- import -----------------------------------------------------------------------------------
 
@@ -187,16 +184,14 @@ const Command kImport{
     "uxtree n42 import spectrum.n42 -o tree.xml\n"
     "uxtree n42 import -d Neutron1 spectrum.n42   # gross counts of one detector, all spectra\n"
     "uxtree n42 import --no-energy portal.n42 -o tree.xml   # coefficients stay in the file",
-    [](CLI::App& app) {
-        auto options = std::make_shared<FileOptions>();
-        add_file(app, options->file);
-        add_detectors(app, options->detectors, "Take gross counts of this detector only");
-        app.add_flag("--no-energy", options->withoutEnergies,
+    runs<run_import>([](CLI::App& app, FileOptions& options) {
+        add_file(app, options.file);
+        add_detectors(app, options.detectors, "Take gross counts of this detector only");
+        app.add_flag("--no-energy", options.withoutEnergies,
                      "Leave calculated energies out; those that the file lists stay");
-        app.add_flag("--yes", options->sure, "Write a tree of more than 100 MB");
-        add_output(app, options->output);
-        return [options] { return run_import(*options); };
-    }};
+        app.add_flag("--yes", options.sure, "Write a tree of more than 100 MB");
+        add_output(app, options.output);
+    })};
 
 }  // namespace
 }  // namespace uxtool

@@ -269,30 +269,28 @@ const Command kExport{
     "uxtree n42 export --background 1 --rebin 4 --rate spectrum.n42\n"
     "uxtree n42 export --sum -d Aa1 portal.n42    # all spectra of a detector\n"
     "# first the sum, then the background, wider channels, rates",
-    [](CLI::App& app) {
-        auto options = std::make_shared<ExportOptions>();
-        add_spectrum_files(app, options->files);
-        add_selection(app, options->chosen, "Take this spectrum");
-        add_detectors(app, options->detectors, "Take spectra of this detector");
-        app.add_flag("--sum", options->sum, "Add the spectra up");
-        app.add_option("--background", options->background,
+    runs<run_export>([](CLI::App& app, ExportOptions& options) {
+        add_spectrum_files(app, options.files);
+        add_selection(app, options.chosen, "Take this spectrum");
+        add_detectors(app, options.detectors, "Take spectra of this detector");
+        app.add_flag("--sum", options.sum, "Add the spectra up");
+        app.add_option("--background", options.background,
                        "Take this spectrum off, scaled by live time, as [FILE:]WHICH like -s; of "
                        "several, that of the same detector")
             ->type_name("WHICH");
-        app.add_option("--rebin", options->joined, "Join so many channels to one")
+        app.add_option("--rebin", options.joined, "Join so many channels to one")
             ->type_name("COUNT")
             ->check(CLI::Range(std::size_t{1}, std::size_t{1} << 20));
-        app.add_flag("--rate", options->rates, "Write counts per second of live time");
-        app.add_option("--energy", options->energies,
+        app.add_flag("--rate", options.rates, "Write counts per second of live time");
+        app.add_option("--energy", options.energies,
                        "Energies: import, lower (edges of the channels) or none")
             ->type_name("WHICH")
             ->check(CLI::IsMember({"import", "lower", "none"}));
-        app.add_flag("--comments", options->comments,
+        app.add_flag("--comments", options.comments,
                      "CSV: begin with lines of #: start, live and real time of each spectrum");
-        add_format(app, options->format, {"csv", "json", "spe"});
-        add_output(app, options->output);
-        return [options] { return run_export(*options); };
-    }};
+        add_format(app, options.format, {"csv", "json", "spe"});
+        add_output(app, options.output);
+    })};
 
 }  // namespace
 }  // namespace uxtool

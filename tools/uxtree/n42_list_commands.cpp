@@ -144,15 +144,13 @@ const Command kList{
     "# gross counts without a spectrum have a row of their own\n"
     "# from, to: lower edge of the first channel and upper edge of the last, by the standard\n"
     "# dose: dose rate of the detector, else that of the measurement (2011: in \xC2\xB5Sv/h)",
-    [](CLI::App& app) {
-        auto options = std::make_shared<ListOptions>();
-        add_spectrum_files(app, options->files);
-        add_detectors(app, options->detectors, "List this detector only");
-        add_format(app, options->format, table_formats());
-        add_jobs(app, options->jobs);
-        add_output(app, options->output);
-        return [options] { return run_list(*options); };
-    }};
+    runs<run_list>([](CLI::App& app, ListOptions& options) {
+        add_spectrum_files(app, options.files);
+        add_detectors(app, options.detectors, "List this detector only");
+        add_format(app, options.format, table_formats());
+        add_jobs(app, options.jobs);
+        add_output(app, options.output);
+    })};
 
 }  // namespace
 }  // namespace uxtool

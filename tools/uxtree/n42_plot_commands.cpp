@@ -55,19 +55,17 @@ const Command kPlot{
     "# auto: a page for the extension html, else a picture\n"
     "# with more than 8 spectra, those of each kind and detector are summed, unless they are\n"
     "# chosen with -s or --each; 2011 files hold energies in keV",
-    [](CLI::App& app) {
-        auto options = std::make_shared<PlotOptions>();
-        add_file(app, options->file);
-        add_selection(app, options->chosen, "Draw this spectrum");
-        app.add_flag("--each", options->each, "Draw every spectrum by itself");
-        app.add_flag("--linear", options->linear, "Draw counts on a linear axis");
-        app.add_flag("--rate", options->rates, "Draw counts per second of live time");
-        app.add_option("--title", options->title, "Title; the name of the file by default")
+    runs<run_plot>([](CLI::App& app, PlotOptions& options) {
+        add_file(app, options.file);
+        add_selection(app, options.chosen, "Draw this spectrum");
+        app.add_flag("--each", options.each, "Draw every spectrum by itself");
+        app.add_flag("--linear", options.linear, "Draw counts on a linear axis");
+        app.add_flag("--rate", options.rates, "Draw counts per second of live time");
+        app.add_option("--title", options.title, "Title; the name of the file by default")
             ->type_name("TEXT");
-        add_format(app, options->format, {"auto", "svg", "html"});
-        add_output(app, options->output);
-        return [options] { return run_plot(*options); };
-    }};
+        add_format(app, options.format, {"auto", "svg", "html"});
+        add_output(app, options.output);
+    })};
 
 }  // namespace
 }  // namespace uxtool

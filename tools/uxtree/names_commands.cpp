@@ -57,24 +57,22 @@ const Command kNames{
     "uxtree names tree.xml --at Columns --next          # A, B, ..., Z, AA, ...\n"
     "uxtree names tree.xml --at Ranges --next-numbered  # Range1, Range2, ...\n"
     "uxtree names tree.xml --free Plot",
-    [](CLI::App& app) {
-        auto options = std::make_shared<NamesOptions>();
-        add_file(app, options->file);
-        add_at(app, options->at);
-        app.add_flag("--children", options->direct, "Only of the direct children");
-        CLI::Option* column = app.add_flag("--next", options->nextColumn,
+    runs<run_names>([](CLI::App& app, NamesOptions& options) {
+        add_file(app, options.file);
+        add_at(app, options.at);
+        app.add_flag("--children", options.direct, "Only of the direct children");
+        CLI::Option* column = app.add_flag("--next", options.nextColumn,
                                            "The next free column letter among the children");
         CLI::Option* number =
-            app.add_flag("--next-numbered", options->nextNumber,
+            app.add_flag("--next-numbered", options.nextNumber,
                          "The next free numbered name of the first child's family")
                 ->excludes(column);
-        app.add_option("--free", options->free, "This name, or with the first free number")
+        app.add_option("--free", options.free, "This name, or with the first free number")
             ->type_name("PREFIX")
             ->excludes(column)
             ->excludes(number);
-        add_output(app, options->output);
-        return [options] { return run_names(*options); };
-    }};
+        add_output(app, options.output);
+    })};
 
 }  // namespace
 }  // namespace uxtool

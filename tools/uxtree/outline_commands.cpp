@@ -296,27 +296,25 @@ const Command kOutline{
     "uxtree outline --merge *.xml        # what occurs in any of them\n"
     "uxtree outline --partial cut.xml    # what stands before the error, too\n"
     "uxtree outline --lenient broken.xml # the forgiving scan of what is no XML",
-    [](CLI::App& app) {
-        auto options = std::make_shared<OutlineOptions>();
-        add_files(app, options->files);
-        add_format(app, options->format, {"tree", "paths", "xml", "json"});
-        add_output(app, options->output);
-        app.add_flag("--partial", options->partial,
+    runs<run_outline>([](CLI::App& app, OutlineOptions& options) {
+        add_files(app, options.files);
+        add_format(app, options.format, {"tree", "paths", "xml", "json"});
+        add_output(app, options.output);
+        app.add_flag("--partial", options.partial,
                      "Of a broken file, show the outline up to the error");
         CLI::Option* const lenient =
-            app.add_flag("--lenient", options->lenient,
+            app.add_flag("--lenient", options.lenient,
                          "Scan forgivingly: text that is no XML yields what can be made out");
-        app.add_flag("--mmap", options->mapped, "Let the forgiving scan read through a mapping")
+        app.add_flag("--mmap", options.mapped, "Let the forgiving scan read through a mapping")
             ->needs(lenient);
-        app.add_flag("--check", options->check,
+        app.add_flag("--check", options.check,
                      "Nothing more than without: files are always checked");
-        app.add_flag("--merge", options->merge,
+        app.add_flag("--merge", options.merge,
                      "One outline of all files, with what occurs in any of them")
             ->excludes(lenient);
-        add_jobs(app, options->jobs);
-        add_max_spool(app, options->maxSpool);
-        return [options] { return run_outline(*options); };
-    }};
+        add_jobs(app, options.jobs);
+        add_max_spool(app, options.maxSpool);
+    })};
 
 }  // namespace
 }  // namespace uxtool

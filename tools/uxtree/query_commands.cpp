@@ -297,26 +297,24 @@ const Command kQuery{
     "uxtree query -t -f csv //book catalog.xml              # the same as CSV, or json\n"
     "uxtree query '/catalog|book|@id' catalog.xml           # the older form, with | for steps\n"
     "uxtree outline -f paths catalog.xml                    # the paths that there are",
-    [](CLI::App& app) {
-        auto options = std::make_shared<QueryOptions>();
-        app.add_option("PATH", options->path,
+    runs<run_query>([](CLI::App& app, QueryOptions& options) {
+        app.add_option("PATH", options.path,
                        "Such as //book[@lang='fr']/title: a part of XPath 1.0")
             ->required()
             ->type_name("");
-        add_files(app, options->files);
-        app.add_flag("-t,--table", options->table,
+        add_files(app, options.files);
+        app.add_flag("-t,--table", options.table,
                      "One row for each element: its attributes, and the texts below it");
-        app.add_flag("--schema", options->schema, "Print the columns of that table instead");
-        app.add_flag("--xml", options->xml, "Print elements as XML instead of their texts");
-        add_format(app, options->format, table_formats());
-        CLI::Option* with = app.add_flag("-H,--with-filename", options->withName,
+        app.add_flag("--schema", options.schema, "Print the columns of that table instead");
+        app.add_flag("--xml", options.xml, "Print elements as XML instead of their texts");
+        add_format(app, options.format, table_formats());
+        CLI::Option* with = app.add_flag("-H,--with-filename", options.withName,
                                          "Print file names (default with several files)");
-        app.add_flag("--no-filename", options->withoutName, "Never print file names")
+        app.add_flag("--no-filename", options.withoutName, "Never print file names")
             ->excludes(with);
-        add_jobs(app, options->jobs);
-        add_output(app, options->output);
-        return [options] { return run_query(*options); };
-    }};
+        add_jobs(app, options.jobs);
+        add_output(app, options.output);
+    })};
 
 }  // namespace
 }  // namespace uxtool

@@ -66,14 +66,12 @@ int run_string(const StringOptions& options) {
 const Command kString{"report string", "Print the reference string of a data column",
                       "uxtree report string 3\n"
                       "uxtree report string 3 --type P --suffix X --tail 2",
-                      [](CLI::App& app) {
-                          auto options = std::make_shared<StringOptions>();
-                          add_common(app, *options);
-                          app.add_option("--flags", options->flags,
+                      runs<run_string>([](CLI::App& app, StringOptions& options) {
+                          add_common(app, options);
+                          app.add_option("--flags", options.flags,
                                          "Type flags: 1 adds \" G\", 2 adds the high 16 bits")
                               ->type_name("N");
-                          return [options] { return run_string(*options); };
-                      }};
+                      })};
 
 int run_label(const StringOptions& options) {
     constexpr int kNamedRow = -9;
@@ -89,16 +87,14 @@ const Command kLabel{
     "report label", "Print the reference string of a column's label row",
     "uxtree report label 4 --row 2\n"
     "uxtree report label 4 --name Units",
-    [](CLI::App& app) {
-        auto options = std::make_shared<StringOptions>();
-        options->separator = "E";
-        add_common(app, *options);
+    runs<run_label>([](CLI::App& app, StringOptions& options) {
+        options.separator = "E";
+        add_common(app, options);
         auto* which = app.add_option_group("label row");
-        which->add_option("--row", options->row, "Number of the label row")->type_name("N");
-        which->add_option("--name", options->name, "Name of the label row");
+        which->add_option("--row", options.row, "Number of the label row")->type_name("N");
+        which->add_option("--name", options.name, "Name of the label row");
         which->require_option(1);
-        return [options] { return run_label(*options); };
-    }};
+    })};
 
 int run_retype(const StringOptions& options) {
     CStringUTF8 text = options.name.c_str();
@@ -110,13 +106,12 @@ int run_retype(const StringOptions& options) {
 }
 
 const Command kRetype{"report retype", "Give a reference string another type",
-                      "uxtree report retype '?$OP:A G=3' B", [](CLI::App& app) {
-                          auto options = std::make_shared<StringOptions>();
-                          app.add_option("STRING", options->name, "Reference string")->required();
-                          add_char(app, "TYPE", options->type, "New column type")->required();
-                          add_output(app, options->output);
-                          return [options] { return run_retype(*options); };
-                      }};
+                      "uxtree report retype '?$OP:A G=3' B",
+                      runs<run_retype>([](CLI::App& app, StringOptions& options) {
+                          app.add_option("STRING", options.name, "Reference string")->required();
+                          add_char(app, "TYPE", options.type, "New column type")->required();
+                          add_output(app, options.output);
+                      })};
 
 // --- input-data table ----------------------------------------------------------------------------
 
@@ -220,14 +215,12 @@ int run_table(const TableOptions& options) {
 const Command kTable{"report table", "Print the input-data table of a dialog's ranges",
                      "uxtree report table dialog.xml --at InputData\n"
                      "uxtree report table -f csv ranges.xml",
-                     [](CLI::App& app) {
-                         auto options = std::make_shared<TableOptions>();
-                         add_file(app, options->file);
-                         add_at(app, options->at);
-                         add_format(app, options->format, table_formats());
-                         add_output(app, options->output);
-                         return [options] { return run_table(*options); };
-                     }};
+                     runs<run_table>([](CLI::App& app, TableOptions& options) {
+                         add_file(app, options.file);
+                         add_at(app, options.at);
+                         add_format(app, options.format, table_formats());
+                         add_output(app, options.output);
+                     })};
 
 }  // namespace
 }  // namespace uxtool

@@ -25,26 +25,20 @@ const Command kRun{
     "uxtree run rename.as *.xml\n"
     "uxtree run -e 'Tree t; t.load(args[0]); print(t.count);' tree.xml\n"
     "uxtree run --time 5 - < script.as      # from standard input",
-    [](CLI::App& app) {
-        auto options = std::make_shared<RunOptions>();
-        app.add_option("FILE", options->words,
+    runs<run_script>([](CLI::App& app, RunOptions& options) {
+        app.add_option("FILE", options.words,
                        "The script, - for standard input, and what its main(array<string>@) "
                        "receives; -- in front of arguments that begin with -");
-        app.add_option("-e,--code", options->code, "Run this code instead of a file; it sees args")
+        app.add_option("-e,--code", options.code, "Run this code instead of a file; it sees args")
             ->type_name("CODE");
-        add_limits(app, options->limits);
-        return [options] { return run_script(*options); };
-    }};
+        add_limits(app, options.limits);
+    })};
 
 const Command kRepl{
     "repl", "Try out the script language line by line",
     "uxtree repl\n"
     "echo '1 + 2' | uxtree repl   # lines from elsewhere; the code tells of failures",
-    [](CLI::App& app) {
-        auto options = std::make_shared<LimitOptions>();
-        add_limits(app, *options);
-        return [options] { return run_dialogue(*options); };
-    }};
+    runs<run_dialogue>([](CLI::App& app, LimitOptions& options) { add_limits(app, options); })};
 
 }  // namespace
 }  // namespace uxtool

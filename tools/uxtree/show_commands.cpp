@@ -281,19 +281,17 @@ const Command kShow{
     "uxtree show -f json tree.xml       # everything, see docs/output.md\n"
     "uxtree show tree.xml --select \"//Range[@Show='1']\"\n"
     "zcat tree.xml.gz | uxtree show -   # from standard input",
-    [](CLI::App& app) {
-        auto options = std::make_shared<ShowOptions>();
-        add_file(app, options->file);
-        add_format(app, options->format, {"tree", "json"});
-        app.add_flag("-a,--attributes", options->attributes, "Show all other attributes as well");
-        app.add_option("-d,--depth", options->depth, "Show this many levels below the root")
+    runs<run_show>([](CLI::App& app, ShowOptions& options) {
+        add_file(app, options.file);
+        add_format(app, options.format, {"tree", "json"});
+        app.add_flag("-a,--attributes", options.attributes, "Show all other attributes as well");
+        app.add_option("-d,--depth", options.depth, "Show this many levels below the root")
             ->type_name("N")
             ->check(CLI::Range(0, std::numeric_limits<int>::max()));
-        add_select(app, options->select);
-        app.add_flag("--full", options->full, "Show long texts whole");
-        add_output(app, options->output);
-        return [options] { return run_show(*options); };
-    }};
+        add_select(app, options.select);
+        app.add_flag("--full", options.full, "Show long texts whole");
+        add_output(app, options.output);
+    })};
 
 }  // namespace
 

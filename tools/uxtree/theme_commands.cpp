@@ -44,16 +44,14 @@ int run_save(const SaveOptions& options) {
     return kSuccess;
 }
 
-const Command kSave{"theme save", "Save the values of a tree as a theme",
-                    "uxtree theme save dialog.xml -o mine.xml --comment 'large print'",
-                    [](CLI::App& app) {
-                        auto options = std::make_shared<SaveOptions>();
-                        add_file(app, options->tree);
-                        add_output(app, options->output);
-                        app.add_option("--comment", options->comment, "A text kept in the theme")
-                            ->type_name("TEXT");
-                        return [options] { return run_save(*options); };
-                    }};
+const Command kSave{
+    "theme save", "Save the values of a tree as a theme",
+    "uxtree theme save dialog.xml -o mine.xml --comment 'large print'",
+    runs<run_save>([](CLI::App& app, SaveOptions& options) {
+        add_file(app, options.tree);
+        add_output(app, options.output);
+        app.add_option("--comment", options.comment, "A text kept in the theme")->type_name("TEXT");
+    })};
 
 struct ThemeShowOptions {
     std::string theme;
@@ -75,13 +73,11 @@ const Command kShowTheme{
     "theme show", "Show what a theme holds",
     "uxtree theme show mine.xml\n"
     "uxtree theme show -f csv mine.xml",
-    [](CLI::App& app) {
-        auto options = std::make_shared<ThemeShowOptions>();
-        app.add_option("THEME", options->theme, "The theme; - is standard input")->required();
-        add_format(app, options->format, table_formats());
-        add_output(app, options->output);
-        return [options] { return run_show_theme(*options); };
-    }};
+    runs<run_show_theme>([](CLI::App& app, ThemeShowOptions& options) {
+        app.add_option("THEME", options.theme, "The theme; - is standard input")->required();
+        add_format(app, options.format, table_formats());
+        add_output(app, options.output);
+    })};
 
 struct ApplyOptions {
     std::string theme;
@@ -103,13 +99,11 @@ int run_apply(const ApplyOptions& options) {
 const Command kApply{"theme apply", "Set the values of a theme into a tree",
                      "uxtree theme apply mine.xml dialog.xml -o changed.xml\n"
                      "uxtree theme apply mine.xml dialog.xml -i.bak",
-                     [](CLI::App& app) {
-                         auto options = std::make_shared<ApplyOptions>();
-                         app.add_option("THEME", options->theme, "The theme")->required();
-                         app.add_option("TREE", options->tree, "The tree to change")->required();
-                         options->target.add_options(app);
-                         return [options] { return run_apply(*options); };
-                     }};
+                     runs<run_apply>([](CLI::App& app, ApplyOptions& options) {
+                         app.add_option("THEME", options.theme, "The theme")->required();
+                         app.add_option("TREE", options.tree, "The tree to change")->required();
+                         options.target.add_options(app);
+                     })};
 
 }  // namespace
 }  // namespace uxtool

@@ -20,12 +20,10 @@ int list_commands(const CommandListOptions& options) {
 const Command kListCommands{"list", "List all commands",
                             "uxtree list\n"
                             "uxtree list -f json",
-                            [](CLI::App& app) {
-                                auto options = std::make_shared<CommandListOptions>();
-                                add_format(app, options->format, table_formats());
-                                add_output(app, options->output);
-                                return [options] { return list_commands(*options); };
-                            }};
+                            runs<list_commands>([](CLI::App& app, CommandListOptions& options) {
+                                add_format(app, options.format, table_formats());
+                                add_output(app, options.output);
+                            })};
 
 }  // namespace
 }  // namespace uxtool

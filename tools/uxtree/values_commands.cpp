@@ -96,16 +96,14 @@ const Command kImportValues{
     "values import", "Set values into a tree by their identifiers",
     "uxtree values import dialog.xml values.csv -o changed.xml\n"
     "uxtree values import -i.bak dialog.xml values.xml   # the old file stays as dialog.xml.bak",
-    [](CLI::App& app) {
-        auto options = std::make_shared<ImportOptions>();
-        add_file(app, options->file);
-        add_select(app, options->select);
-        app.add_option("VALUES", options->values,
+    runs<import_values>([](CLI::App& app, ImportOptions& options) {
+        add_file(app, options.file);
+        add_select(app, options.select);
+        app.add_option("VALUES", options.values,
                        "What 'values export' wrote: xml, csv or json; - is standard input")
             ->required();
-        options->target.add_options(app);
-        return [options] { return import_values(*options); };
-    }};
+        options.target.add_options(app);
+    })};
 
 // --- copy --------------------------------------------------------------------------------------
 
@@ -169,22 +167,20 @@ const Command kCopy{
     "uxtree copy --by shape old.xml new.xml -o new2.xml   # node by node, whatever the ids\n"
     "uxtree copy --by tag ids.xml plain.xml -i        # gives DataIDs to nodes of the same tag\n"
     "uxtree copy --by attr --match DataID --to-attr Show shown.xml dialog.xml -i",
-    [](CLI::App& app) {
-        auto options = std::make_shared<CopyOptions>();
-        app.add_option("FROM", options->from, "The tree to copy from")->required();
-        app.add_option("TO", options->to, "The tree to copy into")->required();
-        app.add_option("--by", options->by,
+    runs<run_copy>([](CLI::App& app, CopyOptions& options) {
+        app.add_option("FROM", options.from, "The tree to copy from")->required();
+        app.add_option("TO", options.to, "The tree to copy into")->required();
+        app.add_option("--by", options.by,
                        "How nodes correspond: id, shape, tag (copies DataIDs of leaves) or attr "
                        "(writes values into attributes)")
             ->check(CLI::IsMember({"id", "shape", "tag", "attr"}))
             ->capture_default_str();
-        app.add_flag("--skip-empty", options->skipEmpty, "By id: leave empty values out");
-        app.add_option("--match", options->match, "By attr: the attribute to compare (DataID)");
-        app.add_option("--to-attr", options->attribute, "By attr: the attribute to write (Show)");
-        app.add_flag("--all", options->all, "By attr: write every match, not the first alone");
-        options->target.add_options(app);
-        return [options] { return run_copy(*options); };
-    }};
+        app.add_flag("--skip-empty", options.skipEmpty, "By id: leave empty values out");
+        app.add_option("--match", options.match, "By attr: the attribute to compare (DataID)");
+        app.add_option("--to-attr", options.attribute, "By attr: the attribute to write (Show)");
+        app.add_flag("--all", options.all, "By attr: write every match, not the first alone");
+        options.target.add_options(app);
+    })};
 
 }  // namespace
 }  // namespace uxtool

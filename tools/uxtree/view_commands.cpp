@@ -142,15 +142,13 @@ const Command kView{
     "uxtree view old.xml new.xml                # what is different is marked\n"
     "uxtree view spectrum.n42                   # with its spectra as curves\n"
     "# a page needs nothing but itself; it holds all of the files",
-    [](CLI::App& app) {
-        auto options = std::make_shared<ViewOptions>();
-        add_files(app, options->files);
-        app.add_flag("--no-open", options->noOpen, "Only write the page");
-        app.add_option("-o,--output", options->output,
+    runs<run_view>([](CLI::App& app, ViewOptions& options) {
+        add_files(app, options.files);
+        app.add_flag("--no-open", options.noOpen, "Only write the page");
+        app.add_option("-o,--output", options.output,
                        "Write the page to FILE instead of a temporary one")
             ->type_name("FILE");
-        return [options] { return run_view(*options); };
-    }};
+    })};
 
 }  // namespace
 }  // namespace uxtool

@@ -45,14 +45,12 @@ const Command kPrepare{
     "Turn the description of a file into a tree whose repeated structures are arrays",
     "uxtree xde prepare description.xml -o tree.xml\n"
     "uxtree xde prepare --preview description.xml   # a few elements of each array",
-    [](CLI::App& app) {
-        auto options = std::make_shared<PrepareOptions>();
-        add_file(app, options->file);
-        app.add_flag("--preview", options->preview,
+    runs<run_prepare>([](CLI::App& app, PrepareOptions& options) {
+        add_file(app, options.file);
+        app.add_flag("--preview", options.preview,
                      "Copy 5 elements of an array and 200 children of any other element");
-        add_output(app, options->output);
-        return [options] { return run_prepare(*options); };
-    }};
+        add_output(app, options.output);
+    })};
 
 // ---- paths ------------------------------------------------------------------------------------
 
@@ -73,12 +71,10 @@ int run_paths(const PathsOptions& options) {
 const Command kPaths{"xde paths", "List the paths of all leaves of a tree, by label or tag",
                      "uxtree xde paths tree.xml\n"
                      "# names are joined by |; backslash and | in a name have a backslash before",
-                     [](CLI::App& app) {
-                         auto options = std::make_shared<PathsOptions>();
-                         add_file(app, options->file);
-                         add_output(app, options->output);
-                         return [options] { return run_paths(*options); };
-                     }};
+                     runs<run_paths>([](CLI::App& app, PathsOptions& options) {
+                         add_file(app, options.file);
+                         add_output(app, options.output);
+                     })};
 
 // ---- find -------------------------------------------------------------------------------------
 
@@ -117,16 +113,14 @@ const Command kFind{
     "uxtree xde find tree.xml 'Data|Points|Point_3'\n"
     "uxtree xde find tree.xml 'Data|Counts[0:9]'      # a selection is taken off\n"
     "uxtree xde find --xml tree.xml 'Data|Points'     # the branch itself",
-    [](CLI::App& app) {
-        auto options = std::make_shared<FindOptions>();
-        add_file(app, options->file);
-        app.add_option("PATH", options->path, "Names from the root down, joined by |")->required();
-        app.add_flag("-t,--tags", options->byTags, "Compare tags only below the root, no labels");
-        app.add_flag("-e,--exact", options->exact, "Do not take selections in brackets off");
-        app.add_flag("--xml", options->asXml, "Print the node as XML");
-        add_output(app, options->output);
-        return [options] { return run_find(*options); };
-    }};
+    runs<run_find>([](CLI::App& app, FindOptions& options) {
+        add_file(app, options.file);
+        app.add_option("PATH", options.path, "Names from the root down, joined by |")->required();
+        app.add_flag("-t,--tags", options.byTags, "Compare tags only below the root, no labels");
+        app.add_flag("-e,--exact", options.exact, "Do not take selections in brackets off");
+        app.add_flag("--xml", options.asXml, "Print the node as XML");
+        add_output(app, options.output);
+    })};
 
 }  // namespace
 }  // namespace uxtool

@@ -25,12 +25,10 @@
 //         "Count the children of the root",           // one line, no full stop
 //         "uxtree count tree.xml\n"                   // examples, one a line; "# ..." is a remark
 //         "uxtree count - < tree.xml   # from standard input",
-//         [](CLI::App& app) {
-//             auto options = std::make_shared<CountOptions>();
-//             add_file(app, options->file);           // positional FILE
-//             add_output(app, options->output);       // -o FILE
-//             return [options] { return run_count(*options); };
-//         }};
+//         runs<run_count>([](CLI::App& app, CountOptions& options) {
+//             add_file(app, options.file);            // positional FILE
+//             add_output(app, options.output);        // -o FILE
+//         })};
 //
 //     }  // namespace
 //     }  // namespace uxtool
@@ -82,6 +80,23 @@ public:
 
     static const Command* last;  // the one that was registered last
 };
+
+// What a command with options of its own declares: the options, and that run takes them.
+template <typename Options>
+Options options_of_run(int (*run)(const Options&));
+
+template <auto run, typename Declare>
+struct Runs {
+    Action operator()(CLI::App& app) const {
+        auto options = std::make_shared<decltype(options_of_run(run))>();
+        Declare{}(app, *options);
+        return [options] { return run(*options); };
+    }
+};
+template <auto run, typename Declare>
+Runs<run, Declare> runs(Declare) {
+    return {};
+}
 
 // The words behind the tool's name, as main() was given them.
 const std::vector<std::string>& command_line();
