@@ -1,8 +1,11 @@
 // Hashes that nobody can choose collisions for.
 #include "base/seeded_hash.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <set>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -56,6 +59,16 @@ TEST(SeededHash, SpreadsOverTheSlotsOfATable) {
         EXPECT_GT(slots.size(), 2300U);  // of 4096; chance alone gives 2589
         EXPECT_LT(slots.size(), 2900U);
     }
+}
+
+TEST(seeded_multiplier, LaysFewNumbersThatFollowEachOtherIntoOnePlace) {
+    constexpr std::uint64_t kNumbers = 2048;
+    std::vector<int> places(2 * kNumbers);
+    for (std::uint64_t number = 0; number < kNumbers; ++number) {
+        ++places[number * ux::seeded_multiplier() >> 52];
+    }
+    EXPECT_LE(*std::max_element(places.begin(), places.end()), 4);
+    EXPECT_EQ(ux::seeded_multiplier() % 2, 1U);
 }
 
 }  // namespace
