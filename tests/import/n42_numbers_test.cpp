@@ -86,6 +86,21 @@ TEST(read_counted_zeroes, ExpandsEveryTokenWhereverItStands) {
     }
 }
 
+TEST(read_counted_zeroes, CutsTheRunThatFillsTheList) {
+    std::string text;
+    for (int i = 0; i < 120; ++i) text += "3 0 9999 ";
+    ux::RunAllowance allowance(1U << 30);
+    ux::NumberList list;
+
+    const ux::NumberLosses losses = ux::read_counted_zeroes(text, allowance, list);
+
+    std::vector<double> expected(ux::RunAllowance::kLongestList);
+    for (std::size_t i = 0; i < expected.size(); i += 10000) expected[i] = 3;
+    EXPECT_TRUE(std::vector<double>(list.data(), list.data() + list.size()) == expected);
+    EXPECT_EQ(losses.cut, 105 * 10000U - expected.size());
+    EXPECT_EQ(losses.unreadable, 0U);
+}
+
 struct ChannelCase {
     const char* text;
     const char* counted;
