@@ -1,6 +1,8 @@
 // Every entry point with every one of its allocations failing in turn.
 #include <filesystem>
 #include <iterator>
+#include <new>
+#include <string>
 
 #include "uxtree/host/embedded.h"
 
@@ -220,6 +222,40 @@ TEST(UXLoadForEditing, LeavesTheHandleWhenMemoryRunsShort) {
         EXPECT_EQ(UXGetLastLoadError().IsEmpty(), !failed);
     } while (failed && !HasFailure());
     EXPECT_GT(index, 5);
+}
+
+// An element that cannot be had leaves the document as it was, also where its memory was there and
+// that of its place in the source was not.
+TEST(UXLoadForEditing, AddsElementsWholeOrNotAtAllWhenMemoryRunsShort) {
+    const std::string document = "<r>\n  <a/>\n</r>\n";
+    UXXmlWrapperBase root;
+    ASSERT_EQ(UXLoadForEditingFromMemory(&root, document.data(), document.size()), 1);
+    constexpr int kNodes = 300;  // of several chunks of memory
+    int failures = 0;
+    std::string expected = "<r>\n  <a/>\n";
+    for (int i = 0; i < kNodes; ++i) {
+        for (long index = 0;; ++index) {
+            failed = false;
+            untilFailure = index;
+            const int added = [&] {
+                try {
+                    return root.AddNode(nullptr, "b", -1);
+                } catch (const std::bad_alloc&) {
+                    return 0;
+                }
+            }();
+            untilFailure = -1;
+            ASSERT_EQ(added, failed ? 0 : 1);
+            ASSERT_EQ(root.GetNodeCount(), i + 1 + added);
+            if (!failed) break;
+            ++failures;
+        }
+        expected += "  <b/>\n";
+    }
+    EXPECT_GT(failures, 5);
+    CStringUTF8 text;
+    ASSERT_EQ(UXSaveToMemory(&root, &text, UXSaveOptions{}, nullptr), 1) << UXGetLastSaveError();
+    EXPECT_EQ(std::string(text), expected + "</r>\n");
 }
 
 }  // namespace uxtest
