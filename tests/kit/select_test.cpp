@@ -99,6 +99,13 @@ TEST(UXSelection, KeepsTheOrderBelowNodesWithinEachOther) {
                 ElementsAre("@i=1", "@i=2"));
 }
 
+TEST(UXSelection, KnowsNamesBeyondAscii) {
+    const TestTree tree(
+        "<\xD1\x94 i='x'><\xC3\xA9t\xC3\xA9 \xC3\xA9='v'>2</\xC3\xA9t\xC3\xA9></\xD1\x94>");
+    EXPECT_THAT(found(tree, "/\xD1\x94[\xC3\xA9t\xC3\xA9 < '3']"), ElementsAre("\xD1\x94x=2"));
+    EXPECT_THAT(found(tree, "//\xC3\xA9t\xC3\xA9/@\xC3\xA9"), ElementsAre("@\xC3\xA9=v"));
+}
+
 TEST(UXSelection, CountsPlacesForEachParent) {
     EXPECT_THAT(found(kBooks, "//book[1]/@i"), ElementsAre("@i=1", "@i=4"));
     EXPECT_THAT(found(kBooks, "/shop/book[last()]/@i"), ElementsAre("@i=2"));
