@@ -62,6 +62,12 @@ std::uint64_t seeded_multiplier() {
     return secrets().multiplier;
 }
 
+std::uint64_t seeded_hash(std::uint64_t low, std::uint64_t high) {
+    const Secrets& secret = secrets();
+    const std::uint64_t hash = fold(low ^ secret.second, high ^ secret.first);
+    return fold(hash ^ secret.third, secret.second);
+}
+
 std::uint64_t seeded_hash(std::string_view text) {
     const Secrets& secret = secrets();
     const char* at = text.data();

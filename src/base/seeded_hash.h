@@ -10,6 +10,8 @@ namespace ux {
 // The same for equal texts of one process, and another in the next: it is mixed with secrets that
 // the process draws at random, so that nobody can choose texts whose hashes collide.
 std::uint64_t seeded_hash(std::string_view text);
+// Likewise of 16 bytes.
+std::uint64_t seeded_hash(std::uint64_t low, std::uint64_t high);
 
 // An odd number to multiply integers by, likewise drawn by the process: the high bits of the product
 // spread any integers that were chosen without knowing it.

@@ -2,17 +2,20 @@
 #include "host/document.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <bit>
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <stdexcept>
 #include <utility>
 
 #include "uxtree/host/utilities.h"
 
-#include "base/seeded_hash.h"
 #include "base/text_view.h"
+
+using ux::xml::ReadName;
 
 namespace uxhost {
 namespace {
@@ -76,74 +79,76 @@ std::uint64_t NameTable::first_stamp() {
     return ++made << 32;
 }
 
-// The last byte stays as it is: names that differ in it alone, as numbered ones do, get slots side
-// by side, and only the first of them waits for memory.
-std::uint32_t NameTable::hash_of(std::string_view name) {
-    const auto last = static_cast<unsigned char>(name.back());
-    name.remove_suffix(1);
-    return (static_cast<std::uint32_t>(ux::seeded_hash(name)) & ~kLastByte) | last;
-}
-
 // The slot that holds the name, or the free one where it belongs.
-std::size_t NameTable::probe(std::string_view name, std::uint32_t hash) const {
-    std::size_t slot = first_slot(hash, slots_.size(), hashShift_);
-    while (slots_[slot].id != 0 && (slots_[slot].hash != hash || text(slots_[slot].id) != name)) {
+std::size_t NameTable::probe(const ReadName& name) const {
+    std::size_t slot = first_slot(name.hash);
+    while (slots_[slot].id != 0 &&
+           (slots_[slot].hash != name.hash || text(slots_[slot].id) != name.text)) {
         slot = (slot + 1) & (slots_.size() - 1);
     }
     return slot;
 }
 
-void NameTable::expect(std::string_view name) const {
-    if (slots_.empty() || name.empty()) return;
-    __builtin_prefetch(&slots_[first_slot(hash_of(name), slots_.size(), hashShift_)]);
-}
-
 NameId NameTable::find(std::string_view name) const {
     if (slots_.empty() || name.empty()) return 0;
-    return slots_[probe(name, hash_of(name))].id;
+    return slots_[probe(ReadName::of(name))].id;
 }
 
-NameId NameTable::intern(std::string_view name, ByteArena& bytes, bool valid) {
-    const std::uint32_t hash = hash_of(name);
+NameId NameTable::intern(const ReadName& name, ByteArena& bytes, bool valid) {
     if (slots_.empty()) {
         names_.reserve(kFirstSlots / 2);
         grow();
     }
-    std::size_t slot = probe(name, hash);
+    std::size_t slot = probe(name);
     if (slots_[slot].id != 0) return slots_[slot].id;
-    if (!valid && !UXIsName(name)) return 0;
-    if (2 * names_.size() >= slots_.size()) {
+    if (!valid && !UXIsName(name.text)) return 0;
+    const std::size_t place = names_.size();
+    if (2 * place >= slots_.size()) {
         grow();
-        slot = probe(name, hash);
+        slot = probe(name);
     }
-    if (names_.size() >= kMostNames) throw std::length_error("names of a document");
+    if (place >= kMostNames || name.text.size() >= std::numeric_limits<std::uint32_t>::max()) {
+        throw std::length_error("names of a document");
+    }
     Entry entry;
-    entry.ref = bytes.allocate(name.size() + 1);
-    char* text = bytes.at(entry.ref);
-    std::memcpy(text, name.data(), name.size());
-    text[name.size()] = '\0';
-    entry.text = {text, name.size()};
+    entry.size = static_cast<std::uint32_t>(name.text.size());
+    entry.ref = bytes.allocate(name.text.size() + 1);
+    char* const text = bytes.at(entry.ref);
+    entry.text = text;
+    if (name.text.size() < sizeof(name.key)) {  // blocks are whole words
+        std::memcpy(text, &name.key, name.text.size() < 8 ? 8 : sizeof(name.key));
+    } else {
+        std::memcpy(text, name.text.data(), name.text.size());
+        text[name.text.size()] = '\0';
+    }
     names_.push_back(entry);
     ++stamp_;
-    const NameId id = id_at(names_.size() - 1);
-    slots_[slot] = {hash, id};
+    const NameId id = static_cast<NameId>(place << kMarkBits) | mark_of(text);
+    slots_[slot] = {name.hash, id};
     marks_ |= std::uint64_t{1} << mark_in(id);
     return id;
 }
 
-// Both tables are gone through from one end to the other.
+// Both tables are gone through from one end to the other. Which slots are taken cannot be foreseen:
+// they are sorted out first, without a branch.
 void NameTable::grow() {
-    Table<Slot> table(std::max(kFirstSlots, 2 * slots_.size()));
-    const auto shift =
-        static_cast<unsigned>(std::countl_zero(static_cast<std::uint32_t>(table.size() - 1)));
-    for (const Slot& known : slots_) {
-        if (known.id == 0) continue;
-        std::size_t slot = first_slot(known.hash, table.size(), shift);
-        while (table[slot].id != 0) slot = (slot + 1) & (table.size() - 1);
-        table[slot] = known;
+    Table<Slot> known =
+        std::exchange(slots_, Table<Slot>(std::max(kFirstSlots, 2 * slots_.size())));
+    hashShift_ =
+        static_cast<unsigned>(std::countl_zero(static_cast<std::uint32_t>(slots_.size() - 1)));
+    std::array<Slot, kFirstSlots> taken;
+    for (std::size_t at = 0; at < known.size(); at += taken.size()) {
+        std::size_t count = 0;
+        for (std::size_t i = 0; i < taken.size(); ++i) {
+            taken[count] = known[at + i];
+            count += static_cast<std::size_t>(taken[count].id != 0);
+        }
+        for (std::size_t i = 0; i < count; ++i) {
+            std::size_t slot = first_slot(taken[i].hash);
+            while (slots_[slot].id != 0) slot = (slot + 1) & (slots_.size() - 1);
+            slots_[slot] = taken[i];
+        }
     }
-    slots_ = std::move(table);
-    hashShift_ = shift;
 }
 
 void NameTable::copy_from(const NameTable& other, const ByteArena& bytes) {
@@ -153,7 +158,7 @@ void NameTable::copy_from(const NameTable& other, const ByteArena& bytes) {
     marks_ = other.marks_;
     ++stamp_;
     for (Entry& entry : names_) {
-        if (entry.ref != 0) entry.text = {bytes.at(entry.ref), entry.text.size()};
+        if (entry.ref != 0) entry.text = bytes.at(entry.ref);
     }
 }
 
@@ -163,7 +168,7 @@ void Document::destroy() noexcept {
 
 NameId Document::valid_name(const char* name) {
     const std::string_view text = ux::view_of(name);
-    return text.empty() ? 0 : names_.intern(text, bytes_, false);
+    return text.empty() ? 0 : names_.intern(ReadName::of(text), bytes_, false);
 }
 
 // --- attributes --------------------------------------------------------------------------------
@@ -545,7 +550,7 @@ void Document::release_children(Element& top) noexcept {
 
 NameId Document::map_name(const Document& from, NameId name, NameMap& nameMap) {
     if (&from == this) return name;
-    const auto lookUp = [&] { return names_.intern(from.names_.text(name), bytes_); };
+    const auto lookUp = [&] { return intern(from.name_view(name)); };
     if (nameMap.ids.empty()) {
         if (++nameMap.asked < from.names_.size() / 16) return lookUp();
         nameMap.ids.resize(from.names_.size());

@@ -15,6 +15,7 @@
 #include "host/arena.h"
 #include "host/layout.h"
 #include "host/text_file.h"
+#include "xml/read_name.h"
 
 namespace uxhost {
 
@@ -74,13 +75,18 @@ public:
     // False when no name has the mark: most documents have few of the names that are asked for.
     bool has_mark(NameId mark) const { return (marks_ >> mark & 1U) != 0; }
 
-    std::string_view text(NameId id) const { return names_[place_of(id)].text; }
+    std::string_view text(NameId id) const {
+        const Entry& entry = names_[place_of(id)];
+        return {entry.text, entry.size};
+    }
     // The number of a name, 0 when the document has none such.
     NameId find(std::string_view name) const;
     // Adds the name when it is new. A text that is not known to be valid yields 0 when it is none.
-    NameId intern(std::string_view name, ByteArena& bytes, bool valid = true);
-    // The name will be asked for soon.
-    void expect(std::string_view name) const;
+    NameId intern(const ux::xml::ReadName& name, ByteArena& bytes, bool valid = true);
+    // Where a look for the name begins. There is a name already.
+    const void* slot_of(const ux::xml::ReadName& name) const {
+        return &slots_[first_slot(name.hash)];
+    }
     // Another number for every state of every table.
     std::uint64_t stamp() const { return stamp_; }
     // One more than the names, and than any place.
@@ -90,7 +96,8 @@ public:
 private:
     static std::uint64_t first_stamp();
     struct Entry {
-        std::string_view text;
+        const char* text = nullptr;
+        std::uint32_t size = 0;
         Ref ref = 0;
     };
     // With the hash beside it, a name is told from others where it stands: each look elsewhere in a
@@ -103,15 +110,12 @@ private:
     static constexpr std::size_t kMostNames = std::size_t{1} << (32 - kMarkBits);
     static constexpr std::size_t kFirstSlots = 64;
 
-    NameId id_at(std::size_t place) const {
-        return static_cast<NameId>(place << kMarkBits) | mark_of(names_[place].text.data());
+    // Names that differ in the last byte alone get every second slot of a few lines of memory.
+    std::size_t first_slot(std::uint32_t hash) const {
+        return ((hash >> hashShift_) + 2 * (hash & ux::xml::ReadName::kLastByte)) &
+               (slots_.size() - 1);
     }
-    static constexpr std::uint32_t kLastByte = 0xFF;
-    static std::uint32_t hash_of(std::string_view name);
-    static std::size_t first_slot(std::uint32_t hash, std::size_t slots, unsigned shift) {
-        return ((hash >> shift) + (hash & kLastByte)) & (slots - 1);
-    }
-    std::size_t probe(std::string_view name, std::uint32_t hash) const;
+    std::size_t probe(const ux::xml::ReadName& name) const;
     void grow();
 
     template <typename Item>
@@ -151,8 +155,9 @@ public:
     std::uint64_t name_stamp() const { return names_.stamp(); }
     // The number of a valid name, added when new; 0 when the text is no name.
     NameId valid_name(const char* name);
-    NameId intern(std::string_view name) { return names_.intern(name, bytes_); }
-    void expect_name(std::string_view name) const { names_.expect(name); }
+    NameId intern(std::string_view name) { return intern(ux::xml::ReadName::of(name)); }
+    NameId intern(const ux::xml::ReadName& name) { return names_.intern(name, bytes_); }
+    const void* slot_of_name(const ux::xml::ReadName& name) const { return names_.slot_of(name); }
 
     Attribute* attributes(const Element& element) const {
         return reinterpret_cast<Attribute*>(bytes_.at(element.attributes));

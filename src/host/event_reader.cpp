@@ -18,11 +18,11 @@ class EventSink {
 public:
     explicit EventSink(UXXmlEvents& events) : events_(events) {}
 
-    ux::xml::SinkName resolve(std::string_view name) {
-        const auto known = numbers_.find(name);
+    ux::xml::SinkName resolve(const ux::xml::ReadName& name) {
+        const auto known = numbers_.find(name.text);
         if (known != numbers_.end()) return told(known->second);
         const auto number = static_cast<std::uint32_t>(names_.size());
-        numbers_.emplace(names_.emplace_back(name), number);
+        numbers_.emplace(names_.emplace_back(name.text), number);
         return told(number);
     }
     bool start(const ux::xml::StartTag& tag) {

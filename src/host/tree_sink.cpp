@@ -42,9 +42,9 @@ void TreeSink::restart() {
     refusal_.clear();
 }
 
-ux::xml::SinkName TreeSink::resolve(std::string_view name) {
+ux::xml::SinkName TreeSink::resolve(const ux::xml::ReadName& name) {
     const NameId id = document_->intern(name);
-    if (name == kIdAttribute) idName_ = id;
+    if (name.text == kIdAttribute) idName_ = id;
     return {static_cast<std::uint32_t>(NameTable::place_of(id)), id, document_->name(id)};
 }
 

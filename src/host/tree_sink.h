@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/large_memory.h"
 #include "host/document.h"
 #include "host/load_options.h"
 #include "xml/scan.h"
@@ -29,8 +30,10 @@ public:
 
     void restart();
     const std::string& refusal() const { return refusal_; }
-    ux::xml::SinkName resolve(std::string_view name);
-    void expect(std::string_view name) const { document_->expect_name(name); }
+    ux::xml::SinkName resolve(const ux::xml::ReadName& name);
+    const void* slot_of(const ux::xml::ReadName& name) const {
+        return document_->slot_of_name(name);
+    }
     bool start(const ux::xml::StartTag& tag) {
         if (open_.size() >= mostOpen_ || ++elements_ > mostElements_) return refuse_more();
         Open* const parent = open_.empty() ? nullptr : &open_.back();
@@ -102,7 +105,7 @@ private:
     std::uint64_t mostInMemory_;
     std::uint64_t elements_ = 0;
     std::uint32_t idName_ = 0;  // the number of the reserved attribute's name, if it was met
-    std::vector<Open> open_;
+    std::vector<Open, ux::LargeMemory<Open>> open_;
     std::string text_;          // of the open elements, one behind the other
     std::string_view pending_;  // follows text_; where the reader has it
     bool pieceIsKept_ = false;

@@ -259,7 +259,10 @@ private:
             return nullptr;
         }
         bool isNew = false;
-        return &names_.add(sink_.resolve({name, length}), head.data(), length, isNew);
+        const ReadName read = ReadName::of({name, length});
+        KnownName& known = names_.add(sink_.resolve(read), read, isNew);
+        names_.put_into_cache(known, read.key);
+        return &known;
     }
 
     void characters(const char* begin, const char* end) {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "base/large_memory.h"
+#include "xml/read_name.h"
 #include "xml/scan.h"
 
 namespace ux::xml {
@@ -23,49 +24,10 @@ struct SinkName {
     const char* text = nullptr;  // stays where it is
 };
 
-// The first 16 bytes of a name as two words, zeros behind a shorter one.
-struct NameKey {
-    std::uint64_t low = 0;
-    std::uint64_t high = 0;
-
-    // Of length bytes, at most 16. 16 bytes are read.
-    static NameKey of(const char* bytes, std::size_t length);
-};
-
-namespace name_keys {
-constexpr std::size_t kBytes = 16;
-template <typename Byte>
-constexpr std::array<NameKey, kBytes + 1> make(Byte&& byte) {
-    std::array<NameKey, kBytes + 1> keys{};
-    for (std::size_t length = 0; length <= kBytes; ++length) {
-        std::array<unsigned char, kBytes> bytes{};
-        for (std::size_t i = 0; i < kBytes; ++i) {
-            bytes[i] = static_cast<unsigned char>(byte(length, i));
-        }
-        keys[length] = std::bit_cast<NameKey>(bytes);
-    }
-    return keys;
-}
-// By the length of a name: the bytes of its key, and what opens a value behind it.
-inline constexpr auto kMasks =
-    make([](std::size_t length, std::size_t i) { return i < length ? 0xFF : 0; });
-inline constexpr auto kOpenings = make([](std::size_t length, std::size_t i) {
-    return i == length ? '=' : i == length + 1 ? '"' : '\0';
-});
-}  // namespace name_keys
-
-inline NameKey NameKey::of(const char* bytes, std::size_t length) {
-    NameKey key;
-    std::memcpy(&key.low, bytes, 8);
-    std::memcpy(&key.high, bytes + 8, 8);
-    const NameKey& mask = name_keys::kMasks[length];
-    return {key.low & mask.low, key.high & mask.high};
-}
-
 // A name, and what followed it the last time: documents repeat themselves.
 struct KnownName {
     static constexpr std::size_t kForeseen = 8;
-    static constexpr std::size_t kHead = name_keys::kBytes;
+    static constexpr std::size_t kHead = NameKey::kBytes;
     using Foreseen = std::array<KnownName*, kForeseen + 1>;  // the last is always null
 
     // The name's first bytes and, where they fit, the "=" and the quote that open a value.
@@ -121,6 +83,42 @@ private:
     }
 };
 
+// Names by their place with the sink, which never move.
+class NamesByPlace {
+public:
+    // One that nothing is known of at first. As a rule it is the one behind the last.
+    KnownName& at(std::size_t place) {
+        const std::size_t next = place - start_;
+        if (block_ != nullptr && next == block_->size() && next < block_->capacity()) {
+            return block_->emplace_back();
+        }
+        return anywhere(place);
+    }
+
+private:
+    // Each but the first has as many names as all before it.
+    using Block = std::vector<KnownName, LargeMemory<KnownName>>;
+    static constexpr std::size_t kFirstBlock = 64;
+
+    __attribute__((noinline)) KnownName& anywhere(std::size_t place) {
+        const auto number = static_cast<std::size_t>(std::bit_width(place / kFirstBlock));
+        const std::size_t start = number == 0 ? 0 : kFirstBlock << (number - 1);
+        if (number >= blocks_.size()) {
+            blocks_.resize(number + 1);
+            block_ = &blocks_.back();
+            start_ = start;
+        }
+        Block& block = blocks_[number];
+        if (block.empty()) block.reserve(std::max(start, kFirstBlock));
+        while (block.size() <= place - start) block.emplace_back();
+        return block[place - start];
+    }
+
+    std::vector<Block> blocks_;
+    Block* block_ = nullptr;  // the last
+    std::size_t start_ = 0;   // the place of its first name
+};
+
 // All names of a document: a small cache by their keys before the table of the sink.
 class KnownNames {
 public:
@@ -132,29 +130,25 @@ public:
         if (slot.mixed != mixed || slot.name == nullptr) return nullptr;
         return slot.name->begins_at(bytes, headLength) ? slot.name : nullptr;
     }
-    // The name that a sink resolved, which begins with such bytes; isNew tells whether it was not
-    // known. 16 bytes are read.
-    KnownName& add(const SinkName& name, const char* bytes, std::size_t length, bool& isNew) {
-        KnownName& known = at_place(name.place);
-        const NameKey key = NameKey::of(bytes, std::min(length, KnownName::kHead));
+    // A name that a sink resolved; isNew tells whether it was not known.
+    KnownName& add(const SinkName& name, const ReadName& read, bool& isNew) {
+        KnownName& known = names_.at(name.place);
         isNew = known.text == nullptr;
         if (isNew) {
-            known.set_text(name.text, length, key);
+            known.set_text(name.text, read.text.size(), read.key);
             known.id = name.id;
         }
-        const std::uint64_t mixed = mixed_of(key);
-        cache_[mixed >> (64 - kSlotBits)] = {mixed, &known};
         return known;
+    }
+    void put_into_cache(KnownName& name, const NameKey& key) {
+        const std::uint64_t mixed = mixed_of(key);
+        cache_[mixed >> (64 - kSlotBits)] = {mixed, &name};
     }
     // Room for what is foreseen behind a tag.
     KnownName::Foreseen* new_foreseen() { return &foreseen_.emplace_back(); }
 
 private:
     static constexpr unsigned kSlotBits = 11;
-
-    // Each but the first has as many names as all before it, and never moves them.
-    using Block = std::vector<KnownName, LargeMemory<KnownName>>;
-    static constexpr std::size_t kFirstBlock = 64;
 
     // Most other names are told apart by what their keys are mixed to, without a look at them.
     struct Slot {
@@ -164,20 +158,8 @@ private:
     static std::uint64_t mixed_of(const NameKey& key) {
         return (key.low ^ std::rotr(key.high, 29)) * 0x9E3779B97F4A7C15U;
     }
-    KnownName& at_place(std::size_t place) {
-        const auto number = static_cast<std::size_t>(std::bit_width(place / kFirstBlock));
-        const std::size_t start = number == 0 ? 0 : kFirstBlock << (number - 1);
-        if (number >= blocks_.size()) blocks_.resize(number + 1);
-        Block& block = blocks_[number];
-        if (place - start >= block.size()) {
-            block.reserve(std::max(start, kFirstBlock));
-            block.resize(place - start + 1);
-        }
-        return block[place - start];
-    }
-
     std::array<Slot, std::size_t{1} << kSlotBits> cache_{};
-    std::vector<Block> blocks_;  // of names by their place with the sink
+    NamesByPlace names_;
     std::deque<KnownName::Foreseen> foreseen_;
 };
 

@@ -147,6 +147,47 @@ inline unsigned name_length(const char* bytes) {
 #endif
 }
 
+// The first byte that does not stand in names, or is not ASCII.
+inline char* skip_name_parts(char* bytes) {
+#if UXTREE_SSE2_SEARCH
+    for (;; bytes += 16) {
+        const __m128i block = load_16(bytes);
+        // The last of a range is made the largest number.
+        const auto between = [](__m128i values, char first, char last) {
+            const auto moved = _mm_add_epi8(values, _mm_set1_epi8(static_cast<char>(0x7F - last)));
+            return _mm_cmpgt_epi8(moved, _mm_set1_epi8(static_cast<char>(0x7E - last + first)));
+        };
+        const __m128i letters = between(_mm_or_si128(block, _mm_set1_epi8(0x20)), 'a', 'z');
+        const __m128i slashes = _mm_cmpeq_epi8(block, _mm_set1_epi8('/'));
+        const __m128i others = _mm_or_si128(_mm_andnot_si128(slashes, between(block, '-', ':')),
+                                            _mm_cmpeq_epi8(block, _mm_set1_epi8('_')));
+        const __m128i parts = _mm_or_si128(letters, others);
+        const auto stops = static_cast<unsigned>(_mm_movemask_epi8(parts)) ^ 0xFFFFU;
+        if (stops != 0) return bytes + __builtin_ctz(stops);
+    }
+#else
+    while (is_kind(*bytes, kNamePart)) ++bytes;
+    return bytes;
+#endif
+}
+
+// The first "<", or control character up to the last: one with blanks stands before attributes too.
+template <char kLast>
+char* find_name_opening(char* bytes) {
+#if UXTREE_SSE2_SEARCH
+    for (;; bytes += 16) {
+        const __m128i block = load_16(bytes);
+        const __m128i controls = _mm_cmpeq_epi8(_mm_min_epu8(block, _mm_set1_epi8(kLast)), block);
+        const __m128i stop = _mm_or_si128(controls, _mm_cmpeq_epi8(block, _mm_set1_epi8('<')));
+        const int stops = _mm_movemask_epi8(stop);
+        if (stops != 0) return bytes + __builtin_ctz(static_cast<unsigned>(stops));
+    }
+#else
+    while (*bytes != '<' && static_cast<unsigned char>(*bytes) > kLast) ++bytes;
+    return bytes;
+#endif
+}
+
 // Which of 16 bytes are equal, as bits.
 inline unsigned equal_bytes(const char* a, const char* b) {
 #if UXTREE_SSE2_SEARCH

@@ -20,6 +20,7 @@
 #include "base/xml_names.h"
 #include "xml/file_encoding.h"
 #include "xml/known_names.h"
+#include "xml/names_ahead.h"
 #include "xml/references.h"
 #include "xml/scan.h"
 #include "xml/start_tag.h"
@@ -41,8 +42,8 @@ struct ReadPlace {
 
 // Reads a document and tells a sink about it. A sink has these operations; what they throw passes
 // through the reader:
-//   SinkName resolve(std::string_view name)   keeps a valid name
-//   void expect(std::string_view name)        it is likely to be resolved soon; may be missing
+//   SinkName resolve(const ReadName& name)    keeps a valid name
+//   const void* slot_of(const ReadName& name)   where resolve will look for it; may be missing
 //   bool start(const StartTag& tag)           false: give up
 //   void end()                                of the innermost open element
 //   void text(const char* begin, const char* end)   a part of the text at hand; line ends are LF.
@@ -86,14 +87,13 @@ private:
     // Longer than whatever has to be seen whole to be understood, names and numbers apart; those
     // are followed up to the end of the window.
     static constexpr std::ptrdiff_t kLookAhead = 16;
-    static constexpr std::ptrdiff_t kExpectedBytes = 256;
 
     // --- the window ----------------------------------------------------------------------------
 
     bool refill(char*& keep) {
         sink_.flush();
         const bool more = window_.more(keep);
-        expected_ = window_.begin();
+        ahead_.forget(window_.begin());
         return more;
     }
     char* fail(char* at) {
@@ -284,7 +284,7 @@ private:
         if (static_cast<signed char>(*at) >= 0 && !is_kind(*at, kNameStart)) return fail(at);
         char* p = at;
         for (;;) {
-            while (is_kind(*p, kNamePart)) ++p;
+            p = skip_name_parts(p);
             if (static_cast<signed char>(*p) >= 0) return p;
             const auto left = static_cast<std::size_t>(window_.end() - p);
             const Utf8Char c = decode_utf8(std::string_view(p, left), 0);
@@ -295,58 +295,57 @@ private:
     }
 
     // The name at `at`, which moves behind it. Null when there is none that is complete.
-    KnownName* name_at(char*& at) {
+    // expectsNew tells that of another one that was met before.
+    KnownName* name_at(char*& at, bool& expectsNew) {
+        if (expectsNew) return new_name(at, expectsNew);
         const unsigned length = name_length(at);
         KnownName* const known = names_.cached(at, length);
-        if (known == nullptr) return new_name(at);
+        if (known == nullptr) return new_name(at, expectsNew);
         if (length < 16) {
-            if (static_cast<signed char>(at[length]) < 0) return new_name(at);
+            if (static_cast<signed char>(at[length]) < 0) return new_name(at, expectsNew);
             at += length;
             return known;
         }
-        if (!known->tail_stands_at(at, window_.end())) return new_name(at);
+        if (!known->tail_stands_at(at, window_.end())) return new_name(at, expectsNew);
         const char behind = at[known->length];
         if (!is_kind(behind, kNameStop) || static_cast<signed char>(behind) < 0) {
-            return new_name(at);
+            return new_name(at, expectsNew);
         }
         at += known->length;
         return known;
     }
-    __attribute__((noinline)) KnownName* new_name(char*& at) {
+    __attribute__((noinline)) KnownName* new_name(char*& at, bool& isNew) {
+        if (const ReadName* const name = name_ahead(at); name != nullptr) {
+            at += name->text.size();
+            return &known_of(*name, isNew);
+        }
         char* const end = name_end(at);
         if (end == nullptr) return nullptr;
         if (end == window_.end()) {
             fail(end);
             return nullptr;
         }
-        const std::string_view name(at, static_cast<std::size_t>(end - at));
-        bool isNew = false;
-        const SinkName resolved = sink_.resolve(name);
-        if (resolved.place >= kManyNames) expect_names(end);
-        KnownName& known = names_.add(resolved, at, name.size(), isNew);
-        if (isNew && !typedElements_.empty()) {
-            known.isTyped = typedElements_.count(std::string(name)) != 0;
-        }
-        at = end;
-        return &known;
+        const auto size = static_cast<std::size_t>(end - at);
+        return &known_of(ReadName::at(std::exchange(at, end), size), isNew);
     }
-
-    // A table of many names is larger than the caches: each look waits for memory, unless that was
-    // asked for some names ago. What is expected may be no name at all.
-    void expect_names(const char* at) {
-        if constexpr (requires { sink_.expect(std::string_view()); }) {
-            const char* const end = std::min<const char*>(at + kExpectedBytes, window_.end());
-            for (at = std::max<const char*>(at, expected_); at < end; expected_ = at) {
-                if (!is_kind(*at++, kNameStart)) continue;
-                const char* const begin = at - 1;
-                unsigned length = 0;
-                do at += length = name_length(at);
-                while (length == 16);
-                if (begin[-1] == '<' || (is_blank(begin[-1]) && *at == '=')) {
-                    sink_.expect({begin, static_cast<std::size_t>(at - begin)});
-                }
-            }
+    // isNew tells whether it is one of many names and was not known.
+    KnownName& known_of(const ReadName& name, bool& isNew) {
+        const SinkName resolved = sink_.resolve(name);
+        if (resolved.place >= kManyNames) hasManyNames_ = true;
+        KnownName& known = names_.add(resolved, name, isNew);
+        if (isNew && !typedElements_.empty()) {
+            known.isTyped = typedElements_.count(std::string(name.text)) != 0;
         }
+        isNew = isNew && hasManyNames_;  // and may stand there only once
+        if (!isNew) names_.put_into_cache(known, name.key);
+        return known;
+    }
+    // The name at `at` if it was looked at ahead, or is now.
+    const ReadName* name_ahead(char* at) {
+        if constexpr (requires { sink_.slot_of(ReadName()); }) {
+            if (hasManyNames_) return ahead_.find(at, window_.end(), sink_);
+        }
+        return nullptr;
     }
 
     // --- tags ----------------------------------------------------------------------------------
@@ -415,7 +414,7 @@ private:
                 return next;
             }
         }
-        KnownName* const name = name_at(at);
+        KnownName* const name = name_at(at, tagIsNew_);
         if (name == nullptr) return nullptr;
         if (before != nullptr) before->nextTag = name;
         return name;
@@ -426,7 +425,7 @@ private:
         do ++at;
         while (is_blank(*at));
         if (*at == '>' || *at == '/') return at;
-        KnownName* const name = name_at(at);
+        KnownName* const name = name_at(at, attributeIsNew_);
         if (name == nullptr) return nullptr;
         while (is_blank(*at)) ++at;
         if (*at != '=') return fail(at);
@@ -436,16 +435,18 @@ private:
         foresee_attribute(name);
         return *at == '"' ? value<'"'>(tag, at + 1, name) : value<'\''>(tag, at + 1, name);
     }
+    // Tags of names that are new each time have such a list in common.
     KnownName* const* foreseen_attributes() const {
-        static constexpr KnownName::Foreseen kNothing{};
-        return tag_->attributes == nullptr ? kNothing.data() : tag_->attributes->data();
+        return tag_->attributes == nullptr ? ofNewTags_.data() : tag_->attributes->data();
     }
     void foresee_attribute(KnownName* name) {
-        if (tag_->attributes == nullptr) tag_->attributes = names_.new_foreseen();
+        KnownName::Foreseen*& attributes = tag_->attributes;
+        if (attributes == nullptr && !tagIsNew_) attributes = names_.new_foreseen();
+        KnownName::Foreseen& foreseen = attributes == nullptr ? ofNewTags_ : *attributes;
         const std::size_t place = attribute_count();
         if (place >= KnownName::kForeseen) return;
-        (*tag_->attributes)[place] = name;
-        foreseen_ = tag_->attributes->data() + place + 1;
+        foreseen[place] = name;
+        foreseen_ = foreseen.data() + place + 1;
     }
     std::size_t attribute_count() const {
         return static_cast<std::size_t>(nextAttribute_ - attributes_.data());
@@ -718,11 +719,14 @@ private:
     KnownNames names_;
     TypedAttributes typed_;
     std::set<std::string> typedElements_;
-    std::vector<KnownName*> open_;
+    std::vector<KnownName*, LargeMemory<KnownName*>> open_;
     char* stop_ = nullptr;  // where a token was not understood
     std::optional<std::uint64_t> told_;
     bool foundDoctype_ = false;
-    const char* expected_ = nullptr;  // the sink was told what names to expect up to there
+    NamesAhead ahead_;
+    bool hasManyNames_ = false;
+    bool tagIsNew_ = false;        // the last one was, in a document of many names
+    bool attributeIsNew_ = false;  // likewise
 
     // The start tag at hand.
     KnownName* tag_ = nullptr;
@@ -733,6 +737,7 @@ private:
     Attributes attributes_ = Attributes(KnownName::kForeseen);  // room for more than are used
     ReadAttribute* nextAttribute_ = nullptr;                    // behind those of the tag
     KnownName* const* foreseen_ = nullptr;  // the attribute that is expected next
+    KnownName::Foreseen ofNewTags_{};
     std::vector<std::uint32_t> escaped_;  // which have references or white space other than blanks
 };
 

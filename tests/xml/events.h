@@ -16,7 +16,8 @@ struct Reading {
     std::string expected;  // names, by the strict reader, a blank in front of each
 };
 
-// With a window of so many bytes at first, from an input that yields at most as many at a time.
+// With a window of so many bytes at first, from an input that yields at most as many at a time. When
+// they are even, the document is read as one of many names.
 Reading read_strictly(std::string_view xml, std::size_t window,
                       ux::xml::FileEncoding encoding = ux::xml::FileEncoding::kUtf8);
 Reading read_with_expat(std::string_view xml);
