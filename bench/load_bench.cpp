@@ -189,6 +189,10 @@ std::vector<Odd> odd_documents() {
             return text += behind;
         };
     };
+    const auto namedElement = [](int number) {
+        const std::string name = "a" + std::to_string(number);
+        return "<" + name + " x=\"1\" label=\"some text\">value 12345</" + name + ">\n";
+    };
     constexpr int kAll = 1 << 30;
     return {
         {"ordinary elements",
@@ -207,6 +211,7 @@ std::vector<Odd> odd_documents() {
          repeated("<r>", "</r>", numbered("<sixteen_in_common", "/>", 20000))},
         {"names, each once", repeated("<r>", "</r>", numbered("<n", "/>", kAll))},
         {"names in no order", repeated("<r>", "</r>", scattered("<n", "/>"))},
+        {"ordinary, each a name", repeated("<r>", "</r>", namedElement)},
         // As many elements and attributes without as many names.
         {"elements of one name", repeated("<r>", "</r>", always("<n1234567/>"))},
         {"attributes of few names",
@@ -261,7 +266,7 @@ void measure_odd(const Odd& odd, const Form& form) {
             odd.make(form.isWide ? kSizes[i] / 2 : kSizes[i], form.start, form.finish);
         if (form.isWide) widen(path);
         const auto size = static_cast<double>(std::filesystem::file_size(path));
-        uxbench::touch_memory(8 * kSizes[i]);
+        uxbench::touch_memory(20 * kSizes[i]);
         Measure measure;
         measure_in_child(measure, 1, 0, [&] { return load_ours(path) == (*form.finish == '\0'); });
         nanoseconds[i] = measure.good ? measure.seconds / size * 1e9 : -1;
