@@ -7,9 +7,9 @@
 namespace ux::xml {
 
 struct Reference {
+    std::ptrdiff_t length = 0;  // of what was understood
     std::uint32_t code = 0;
-    std::uint32_t length = 0;  // of the whole reference; 0: none that is complete stands there
-    std::ptrdiff_t stop = 0;   // what was not understood, then
+    bool isWhole = false;
 };
 
 // The reference at "&": to one of the five predefined entities, or to a character by its number. A

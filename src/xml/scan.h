@@ -64,13 +64,34 @@ Char* find_kind(Char* bytes, ByteKind kind) {
     return bytes;
 }
 
+// The first byte of a kind if it is one of the next few. Where it often is, looking at one after the
+// other is faster than a search, which has to be waited for.
+template <typename Char>
+Char* skip_few(Char* bytes, ByteKind kind) {
+    for (int i = 0; i < 4 && !is_kind(*bytes, kind); ++i) ++bytes;
+    return bytes;
+}
+
 #if UXTREE_SSE2_SEARCH
+// Which of 16 bytes are from the first to the last: the last is made the largest number.
+inline __m128i bytes_between(__m128i block, unsigned char first, unsigned char last) {
+    const __m128i moved = _mm_add_epi8(block, _mm_set1_epi8(static_cast<char>(0x7F - last)));
+    return _mm_cmpgt_epi8(moved, _mm_set1_epi8(static_cast<char>(0x7E - last + first)));
+}
+inline unsigned bits_of(__m128i bytes) {
+    return static_cast<unsigned>(_mm_movemask_epi8(bytes));
+}
+
 // Which of 16 bytes are control characters other than TAB and LF, or not ASCII.
 inline __m128i odd_bytes(__m128i block) {
     const __m128i firstPlain = _mm_set1_epi8(0x20);
     const __m128i lines = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\n')),
                                        _mm_cmpeq_epi8(block, _mm_set1_epi8('\t')));
     return _mm_andnot_si128(lines, _mm_cmplt_epi8(block, firstPlain));
+}
+// Likewise without CR.
+inline __m128i odd_bytes_but_returns(__m128i block) {
+    return _mm_andnot_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\r')), odd_bytes(block));
 }
 #endif
 
@@ -91,8 +112,8 @@ inline char* find_text_stop(char* bytes) {
 #endif
 }
 
-// The first place where the two characters follow each other, or of an odd byte.
-template <char kFirst, char kSecond>
+// The first place where the two characters follow each other, or of an odd byte; CR may be none.
+template <char kFirst, char kSecond, bool kStopsAtReturns>
 char* find_pair(char* bytes) {
 #if UXTREE_SSE2_SEARCH
     for (;; bytes += 16) {
@@ -100,11 +121,15 @@ char* find_pair(char* bytes) {
         const __m128i pairs =
             _mm_and_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8(kFirst)),
                           _mm_cmpeq_epi8(load_16(bytes + 1), _mm_set1_epi8(kSecond)));
-        const int stops = _mm_movemask_epi8(_mm_or_si128(odd_bytes(block), pairs));
-        if (stops != 0) return bytes + __builtin_ctz(static_cast<unsigned>(stops));
+        const __m128i odd = kStopsAtReturns ? odd_bytes(block) : odd_bytes_but_returns(block);
+        const unsigned stops = bits_of(_mm_or_si128(odd, pairs));
+        if (stops != 0) return bytes + __builtin_ctz(stops);
     }
 #else
-    while (!is_kind(*bytes, kOdd) && (bytes[0] != kFirst || bytes[1] != kSecond)) ++bytes;
+    const auto isPlain = [](char c) {
+        return !is_kind(c, kOdd) || (c == '\r' && !kStopsAtReturns);
+    };
+    while (isPlain(*bytes) && (bytes[0] != kFirst || bytes[1] != kSecond)) ++bytes;
     return bytes;
 #endif
 }
@@ -130,6 +155,63 @@ char* find_value_stop(char* bytes) {
 #endif
 }
 
+// Likewise in a value that is going to be unescaped: white space does not matter.
+template <char kQuote>
+char* find_odd_value_stop(char* bytes) {
+#if UXTREE_SSE2_SEARCH
+    for (;; bytes += 16) {
+        const __m128i block = load_16(bytes);
+        const __m128i odd = _mm_or_si128(odd_bytes_but_returns(block),
+                                         _mm_cmpeq_epi8(block, _mm_set1_epi8(kQuote)));
+        const __m128i markup = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('<')),
+                                            _mm_cmpeq_epi8(block, _mm_set1_epi8('&')));
+        const unsigned stops = bits_of(_mm_or_si128(odd, markup));
+        if (stops != 0) return bytes + __builtin_ctz(stops);
+    }
+#else
+    while (!is_kind(*bytes, kValueStop) || is_blank(*bytes)) ++bytes;
+    return bytes;
+#endif
+}
+
+// Copies plain text of a value to the same place or one before, with a blank for each white space,
+// up to a reference or a CR before a LF. Moves both places behind it.
+inline void copy_with_blanks(const char*& bytes, const char* end, char*& target) {
+#if UXTREE_SSE2_SEARCH
+    for (;;) {
+        const __m128i block = load_16(bytes);
+        const __m128i returns = _mm_cmpeq_epi8(block, _mm_set1_epi8('\r'));
+        const __m128i pairs =
+            _mm_and_si128(returns, _mm_cmpeq_epi8(load_16(bytes + 1), _mm_set1_epi8('\n')));
+        const unsigned stops =
+            bits_of(_mm_or_si128(pairs, _mm_cmpeq_epi8(block, _mm_set1_epi8('&'))));
+        const auto left = static_cast<std::size_t>(end - bytes);
+        const std::size_t count =
+            std::min(left, static_cast<std::size_t>(__builtin_ctz(stops | 0x10000U)));
+        const __m128i lines = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\n')),
+                                           _mm_cmpeq_epi8(block, _mm_set1_epi8('\t')));
+        const __m128i gaps = _mm_or_si128(lines, returns);
+        const __m128i copied =
+            _mm_or_si128(_mm_andnot_si128(gaps, block), _mm_and_si128(gaps, _mm_set1_epi8(' ')));
+        // What is not copied yet stays as it is.
+        if (bytes - target >= 16 - static_cast<std::ptrdiff_t>(count)) {
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(target), copied);
+        } else {
+            std::array<char, 16> part;
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(part.data()), copied);
+            std::memcpy(target, part.data(), count);
+        }
+        bytes += count;
+        target += count;
+        if (count < 16) return;
+    }
+#else
+    for (; bytes != end && *bytes != '&' && (bytes[0] != '\r' || bytes[1] != '\n'); ++bytes) {
+        *target++ = is_blank(*bytes) ? ' ' : *bytes;
+    }
+#endif
+}
+
 // The place of the first byte that ends an ASCII name, 16 when it is none of the first 16.
 inline unsigned name_length(const char* bytes) {
 #if UXTREE_SSE2_SEARCH
@@ -152,17 +234,12 @@ inline char* skip_name_parts(char* bytes) {
 #if UXTREE_SSE2_SEARCH
     for (;; bytes += 16) {
         const __m128i block = load_16(bytes);
-        // The last of a range is made the largest number.
-        const auto between = [](__m128i values, char first, char last) {
-            const auto moved = _mm_add_epi8(values, _mm_set1_epi8(static_cast<char>(0x7F - last)));
-            return _mm_cmpgt_epi8(moved, _mm_set1_epi8(static_cast<char>(0x7E - last + first)));
-        };
-        const __m128i letters = between(_mm_or_si128(block, _mm_set1_epi8(0x20)), 'a', 'z');
+        const __m128i letters = bytes_between(_mm_or_si128(block, _mm_set1_epi8(0x20)), 'a', 'z');
         const __m128i slashes = _mm_cmpeq_epi8(block, _mm_set1_epi8('/'));
-        const __m128i others = _mm_or_si128(_mm_andnot_si128(slashes, between(block, '-', ':')),
-                                            _mm_cmpeq_epi8(block, _mm_set1_epi8('_')));
-        const __m128i parts = _mm_or_si128(letters, others);
-        const auto stops = static_cast<unsigned>(_mm_movemask_epi8(parts)) ^ 0xFFFFU;
+        const __m128i others =
+            _mm_or_si128(_mm_andnot_si128(slashes, bytes_between(block, '-', ':')),
+                         _mm_cmpeq_epi8(block, _mm_set1_epi8('_')));
+        const unsigned stops = bits_of(_mm_or_si128(letters, others)) ^ 0xFFFFU;
         if (stops != 0) return bytes + __builtin_ctz(stops);
     }
 #else
@@ -239,34 +316,43 @@ inline std::size_t high_character(const char* bytes) {
     return first < 0xF4 || byte(1) < 0x90 ? 4 : 0;
 }
 
-// The end of a run of well-formed characters that are not ASCII. Single ASCII characters between
-// them belong to it, but no byte of any kind above.
-inline char* skip_high(char* bytes) {
-    constexpr auto kAnyStop = static_cast<ByteKind>(kTextStop | kValueStop);
+// The end of a run of well-formed characters, of which the first is not ASCII: before any byte at
+// which one of the searches above could stop, or where none follow that are not ASCII.
+__attribute__((noinline)) inline char* skip_high(char* bytes) {
     for (;;) {
 #if UXTREE_SSE2_SEARCH
-        // Letters of many languages take two bytes; up to eight of them are looked at in one step.
+        // Of two or three bytes, unless the second one has to be looked at.
         const __m128i block = load_16(bytes);
-        const __m128i kinds = _mm_and_si128(block, _mm_set1_epi16(static_cast<short>(0xC0E0)));
-        const __m128i pairs = _mm_cmpeq_epi16(kinds, _mm_set1_epi16(static_cast<short>(0x80C0)));
-        const __m128i firsts = _mm_and_si128(block, _mm_set1_epi16(0x00FE));
-        const __m128i overlong = _mm_cmpeq_epi16(firsts, _mm_set1_epi16(0x00C0));
-        const auto good =
-            static_cast<unsigned>(_mm_movemask_epi8(_mm_andnot_si128(overlong, pairs)));
-        const auto run = static_cast<unsigned>(__builtin_ctz(~good));
-        bytes += run;
+        const unsigned high = bits_of(block);
+        if (high == 0) return bytes;
+        const unsigned two = bits_of(bytes_between(block, 0xC2, 0xDF));
+        const unsigned behind = bits_of(_mm_cmplt_epi8(block, _mm_set1_epi8('\xC0')));
+        unsigned three = 0;
+        if ((two | behind) != high) {
+            three = bits_of(_mm_or_si128(bytes_between(block, 0xE1, 0xEC),
+                                         _mm_cmpeq_epi8(block, _mm_set1_epi8('\xEE'))));
+        }
+        const unsigned second = (two | three) << 1;
+        const unsigned third = three << 2;
+        const unsigned wrong = (behind ^ (second | third)) | (high ^ (two | three | behind));
+        // With some that stop no search.
+        const __m128i low = _mm_andnot_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8(' ')),
+                                             bytes_between(block, 0, '\''));
+        const __m128i marks = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('-')),
+                                           _mm_cmpeq_epi8(block, _mm_set1_epi8(']')));
+        const __m128i others = _mm_or_si128(marks, bytes_between(block, '<', '?'));
+        const unsigned stops = bits_of(_mm_or_si128(low, others));
+        const unsigned run = static_cast<unsigned>(__builtin_ctz(wrong | stops | 0x10000U));
+        // Of the last character a part may stand there alone.
+        bytes += run - ((second >> run & 1U) != 0 ? 1 : (third >> run & 1U) != 0 ? 2 : 0);
         if (run == 16) continue;
 #endif
-        const auto byte = static_cast<unsigned char>(*bytes);
-        if (byte >= 0x80) {
+        if (static_cast<signed char>(*bytes) >= 0) return bytes;
+        do {
             const std::size_t length = high_character(bytes);
             if (length == 0) return bytes;
             bytes += length;
-            continue;
-        }
-        const bool single = !is_kind(*bytes, kAnyStop) && static_cast<signed char>(bytes[1]) < 0;
-        if (!single) return bytes;
-        ++bytes;
+        } while (static_cast<signed char>(*bytes) < 0);
     }
 }
 

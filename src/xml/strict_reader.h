@@ -255,7 +255,7 @@ private:
     char* skip_to(char* at) {
         char* begin = at;
         for (;;) {
-            at = find_pair<kFirst, kSecond>(at);
+            at = find_pair<kFirst, kSecond, false>(at);
             if (window_.end() - at < 4) {
                 if (at == window_.end() && at != begin && at[-1] == kFirst) --at;
                 const auto rest = window_.end() - at;
@@ -280,7 +280,7 @@ private:
     // --- names ---------------------------------------------------------------------------------
 
     // The end of the name that starts there; it may be the end of the window.
-    char* name_end(char* at) {
+    __attribute__((noinline)) char* name_end(char* at) {
         if (static_cast<signed char>(*at) >= 0 && !is_kind(*at, kNameStart)) return fail(at);
         char* p = at;
         for (;;) {
@@ -485,19 +485,19 @@ private:
                 at = behind;
             } else if (byte == '&') {
                 const Reference reference = read_reference(at);
-                if (reference.length == 0) return fail(at + reference.stop);
+                if (!reference.isWhole) return fail(at + reference.length);
                 at += reference.length;
                 escaped = true;
+                at = skip_few(at, kValueStop);
                 if (*at == '&') continue;
             } else if (byte == '\n' || byte == '\t' || byte == '\r') {
-                while (is_blank(*at)) ++at;
                 escaped = true;
             } else if (byte == '"' || byte == '\'') {
                 ++at;
             } else {
                 return fail(at);
             }
-            at = find_value_stop<kQuote>(at);
+            at = escaped ? find_odd_value_stop<kQuote>(at) : find_value_stop<kQuote>(at);
         }
         if (escaped) escaped_.push_back(static_cast<std::uint32_t>(attribute_count()));
         return at;
@@ -604,14 +604,16 @@ private:
                 if (at == nullptr) return nullptr;
                 piece = at;
             } else if (byte == ']') {
-                char* const behind = skip_brackets(at);
-                if (behind == window_.end()) {
-                    at = std::max(at, behind - 2);
-                    if (!text_goes_on(piece, at)) return give_up_at(piece);
-                    continue;
-                }
-                if (*behind == '>' && behind - at >= 2) return give_up_at(piece);
-                at = behind;
+                do {
+                    char* const behind = skip_brackets(at);
+                    if (behind == window_.end()) {
+                        at = std::max(at, behind - 2);
+                        if (!text_goes_on(piece, at)) return give_up_at(piece);
+                        break;
+                    }
+                    if (*behind == '>' && behind - at >= 2) return give_up_at(piece);
+                    at = skip_few(behind, kTextStop);
+                } while (*at == ']');
             } else if (byte == '\r') {
                 if (at + 1 == window_.end() && !text_goes_on(piece, at)) {
                     return give_up_at(piece);
@@ -639,8 +641,10 @@ private:
     // a LF. Yields what is to be looked at next.
     char* line_end(char*& piece, char* at) {
         if (at[1] != '\n') {
-            do *at++ = '\n';
-            while (at[0] == '\r' && at[1] != '\n' && at + 1 != window_.end());
+            do {
+                *at = '\n';
+                at = skip_few(at + 1, kTextStop);
+            } while (at[0] == '\r' && at[1] != '\n' && at + 1 != window_.end());
             return at;
         }
         if (at[2] != '\r') {
@@ -659,8 +663,8 @@ private:
     }
     char* text_reference(char* at) {
         Reference reference = read_reference(at);
-        while (reference.length == 0) {
-            fail(at + reference.stop);
+        while (!reference.isWhole) {
+            fail(at + reference.length);
             if (!token_goes_on(at)) return give_up_at(at);
             reference = read_reference(at);
         }
@@ -683,7 +687,7 @@ private:
     char* section(char* at) {
         char* piece = at;
         for (;;) {
-            at = find_pair<']', ']'>(at);
+            at = find_pair<']', ']', true>(at);
             const auto byte = static_cast<unsigned char>(*at);
             if (byte == ']') {
                 char* const behind = skip_brackets(at);
