@@ -51,8 +51,8 @@ public:
     unsigned below(unsigned bound) { return random_.below(bound); }
 
     // Records of a few fields, some of them with attributes.
-    std::string records() {
-        return file("records", "<list>\n", "</list>\n", [this] {
+    std::string records(const char* name = "records", const char* opening = "<list>\n") {
+        return file(name, opening, "</list>\n", [this] {
             add("  <record id=\"");
             add_number();
             add("\" status=\"ok\">\n    <title lang=\"en\">");
