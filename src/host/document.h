@@ -112,7 +112,7 @@ private:
 
     // Names that differ in the last byte alone get every second slot of a few lines of memory.
     std::size_t first_slot(std::uint32_t hash) const {
-        return ((hash >> hashShift_) + 2 * (hash & ux::xml::ReadName::kLastByte)) &
+        return ((hash >> hashShift_) + 2 * (hash & ux::xml::ReadName::kLastBits)) &
                (slots_.size() - 1);
     }
     std::size_t probe(const ux::xml::ReadName& name) const;

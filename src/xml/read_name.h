@@ -59,10 +59,10 @@ inline NameKey NameKey::first(std::size_t length) const {
 struct ReadName {
     std::string_view text;
     NameKey key;
-    // With secrets of the process, but for the last byte, which is that of the name: numbered names
-    // differ in it alone, and tables put such names close together.
+    // With secrets of the process, but for the last bits, which are those of the name's last byte:
+    // numbered names differ in them alone, and tables put such names close together.
     std::uint32_t hash = 0;
-    static constexpr std::uint32_t kLastByte = 0xFF;
+    static constexpr std::uint32_t kLastBits = 0x1F;
 
     // Of a name that is not empty. 16 bytes are read, whatever its size.
     static ReadName at(const char* bytes, std::size_t size) {
@@ -82,7 +82,7 @@ private:
         const std::uint64_t hash = size <= NameKey::kBytes ? seeded_hash(first.low, first.high)
                                                            : seeded_hash(text.substr(0, size));
         const auto last = static_cast<unsigned char>(text[size]);
-        return {text, key, (static_cast<std::uint32_t>(hash) & ~kLastByte) | last};
+        return {text, key, (static_cast<std::uint32_t>(hash) & ~kLastBits) | (last & kLastBits)};
     }
 };
 
