@@ -21,13 +21,13 @@ struct LargeMemory {
     LargeMemory(const LargeMemory<Other>& /*other*/) {}
 
     Item* allocate(std::size_t count) const {
-        const std::size_t bytes = count * sizeof(Item);
+        const std::size_t bytes = count * kItemBytes;
         void* const memory = ::operator new(bytes, alignment_of(bytes));
         if (bytes >= kLargeBytes) use_large_pages(memory, bytes);
         return static_cast<Item*>(memory);
     }
     void deallocate(Item* memory, std::size_t count) const noexcept {
-        ::operator delete(memory, alignment_of(count * sizeof(Item)));
+        ::operator delete(memory, alignment_of(count * kItemBytes));
     }
     // Items that have no constructor are not cleared: most are written before they are read.
     template <typename Other>
@@ -44,6 +44,9 @@ struct LargeMemory {
     }
 
 private:
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): items may be pointers
+    static constexpr std::size_t kItemBytes = sizeof(Item);
+
     static std::align_val_t alignment_of(std::size_t bytes) {
         return std::align_val_t{bytes >= kLargeBytes ? kLargeBytes : 64};
     }
