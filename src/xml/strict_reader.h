@@ -294,8 +294,9 @@ private:
         }
     }
 
-    // The name at `at`, which moves behind it. Null when there is none that is complete.
-    // expectsNew tells that of another one that was met before.
+    // The name at `at`, which moves behind it. Null when there is none that is complete. expectsNew
+    // tells whether the last one of its kind was new among many: it likely is, too, and need not be
+    // looked for among those that were met lately.
     KnownName* name_at(char*& at, bool& expectsNew) {
         if (expectsNew) return new_name(at, expectsNew);
         const unsigned length = name_length(at);
@@ -328,7 +329,7 @@ private:
         const auto size = static_cast<std::size_t>(end - at);
         return &known_of(ReadName::at(std::exchange(at, end), size), isNew);
     }
-    // isNew tells whether it is one of many names and was not known.
+    // isNew tells whether it was not known and is one of many.
     KnownName& known_of(const ReadName& name, bool& isNew) {
         const SinkName resolved = sink_.resolve(name);
         if (resolved.place >= kManyNames) hasManyNames_ = true;
@@ -336,7 +337,7 @@ private:
         if (isNew && !typedElements_.empty()) {
             known.isTyped = typedElements_.count(std::string(name.text)) != 0;
         }
-        isNew = isNew && hasManyNames_;  // and may stand there only once
+        isNew = isNew && hasManyNames_;  // it may stand there only once
         if (!isNew) names_.put_into_cache(known, name.key);
         return known;
     }
