@@ -206,6 +206,10 @@ std::vector<Odd> odd_documents() {
         {"one comment", repeated("<r><!-- ", " --></r>", always("remark "))},
         {"one instruction", repeated("<r><?p ", " ?></r>", always("remark "))},
         {"one section", repeated("<r><![CDATA[", "]]></r>", always("<b>& "))},
+        {"a value of lines", repeated("<r a=\"", "\"/>", always("a\n"))},
+        {"a value of references", repeated("<r a=\"", "\"/>", always("&#65;"))},
+        {"a text of brackets", repeated("<r>", "</r>", always("]a"))},
+        {"a text of two-byte letters", repeated("<r>", "</r>", always("\xC3\xA9\xC3\xA9 a "))},
         {"one inside the other", make_levels},
         // No reader can foresee these, nor keep them at hand.
         {"20,000 names in turn", repeated("<r>", "</r>", numbered("<n", "/>", 20000))},
