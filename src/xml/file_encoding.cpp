@@ -36,24 +36,52 @@ bool is_wide(FileEncoding encoding) {
     return encoding == FileEncoding::kUtf16Little || encoding == FileEncoding::kUtf16Big;
 }
 
-// The decoders move `at` behind what they take. Three bytes of UTF-8 are room for each byte.
+// A character in UTF-8, with a byte behind it that is none of it.
+struct Utf8Form {
+    std::array<char, 4> bytes;
+    std::uint32_t size;
+};
+using Utf8Forms = std::array<Utf8Form, 256>;
 
-char* decode_bytes(const char*& at, const char* end, FileEncoding encoding, char* out) {
+Utf8Forms made_forms(FileEncoding encoding) {
+    Utf8Forms forms{};
+    for (unsigned byte = 0; byte < forms.size(); ++byte) {
+        Utf8Form& form = forms[byte];
+        const auto code = character_of(static_cast<unsigned char>(byte), encoding);
+        form.bytes[0] = kNoCharacter;
+        char* const end = code.has_value() ? encode_utf8(*code, form.bytes.data()) : nullptr;
+        form.size = end == nullptr ? 1 : static_cast<std::uint32_t>(end - form.bytes.data());
+    }
+    return forms;
+}
+// Of an encoding that has a byte for each character.
+const Utf8Forms& forms_of(FileEncoding encoding) {
+    static const Utf8Forms latin1 = made_forms(FileEncoding::kLatin1);
+    static const Utf8Forms windows1252 = made_forms(FileEncoding::kWindows1252);
+    static const Utf8Forms ascii = made_forms(FileEncoding::kAscii);
+    if (encoding == FileEncoding::kLatin1) return latin1;
+    return encoding == FileEncoding::kWindows1252 ? windows1252 : ascii;
+}
+
+// The decoders move `at` behind what they take. Three bytes of UTF-8 are room for each byte, and one
+// more at the end.
+
+char* decode_bytes(const char*& at, const char* end, const Utf8Forms& forms, char* out) {
     constexpr std::uint64_t kHighBits = 0x8080808080808080U;
+    constexpr std::ptrdiff_t kBlock = 8;
     while (at != end) {
         std::uint64_t word = kHighBits;
-        if (end - at >= 8) std::memcpy(&word, at, 8);
+        if (end - at >= kBlock) std::memcpy(&word, at, kBlock);
         if ((word & kHighBits) == 0) {
-            std::memcpy(out, at, 8);
-            at += 8;
-            out += 8;
+            std::memcpy(out, at, kBlock);
+            at += kBlock;
+            out += kBlock;
             continue;
         }
-        const auto code = character_of(static_cast<unsigned char>(*at++), encoding);
-        if (code.has_value()) {
-            out = encode_utf8(*code, out);
-        } else {
-            *out++ = kNoCharacter;
+        for (const char* const behind = at + std::min(kBlock, end - at); at != behind; ++at) {
+            const Utf8Form& form = forms[static_cast<unsigned char>(*at)];
+            std::memcpy(out, form.bytes.data(), form.bytes.size());
+            out += form.size;
         }
     }
     return out;
@@ -184,11 +212,11 @@ std::size_t append_decoded(std::string& out, std::string_view bytes, FileEncodin
     const char* at = bytes.data();
     const char* const end = at + bytes.size();
     const std::size_t size = out.size();
-    out.resize(size + 3 * bytes.size());
+    out.resize(size + 3 * bytes.size() + 1);
     char* const begin = out.data() + size;
     const char* const behind =
         is_wide(encoding) ? decode_utf16(at, end, encoding == FileEncoding::kUtf16Little, begin)
-                          : decode_bytes(at, end, encoding, begin);
+                          : decode_bytes(at, end, forms_of(encoding), begin);
     out.resize(static_cast<std::size_t>(behind - out.data()));
     return bytes.size() - static_cast<std::size_t>(end - at);
 }

@@ -2,10 +2,12 @@
 #include "xml/file_encoding.h"
 
 #include <algorithm>
+#include <random>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "base/utf8.h"
 #include "xml/decoded_source.h"
 
 namespace {
@@ -49,6 +51,30 @@ TEST(append_decoded, ReadsWhatAppendEncodedWrites) {
         for (const std::size_t step : {1U, 2U, 3U, 7U, 100U}) {
             EXPECT_EQ(decoded(bytes, encoding, step), text) << step;
             EXPECT_EQ(decoded(bytes, encoding, step, 9), text.substr(9)) << step;
+        }
+    }
+}
+
+// Of all bytes in any order, as character_of tells them one by one.
+TEST(append_decoded, DecodesEveryByteWhereverItStands) {
+    std::mt19937 random(1);
+    for (const FileEncoding encoding :
+         {FileEncoding::kLatin1, FileEncoding::kWindows1252, FileEncoding::kAscii}) {
+        for (std::size_t size = 0; size < 400; ++size) {
+            const unsigned kinds = size % 3 == 0 ? 0x80 : 0x100;  // ASCII alone, too
+            std::string bytes;
+            std::string expected;
+            while (bytes.size() < size) {
+                bytes += static_cast<char>(random() % kinds);
+                const auto code =
+                    ux::xml::character_of(static_cast<unsigned char>(bytes.back()), encoding);
+                char utf8[4];
+                if (code.has_value()) expected.append(utf8, ux::encode_utf8(*code, utf8));
+                if (!code.has_value()) expected += ux::xml::kNoCharacter;
+            }
+            std::string found = "x";
+            EXPECT_EQ(ux::xml::append_decoded(found, bytes, encoding), size);
+            EXPECT_EQ(found, "x" + expected);
         }
     }
 }
