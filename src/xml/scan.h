@@ -316,9 +316,22 @@ inline std::size_t high_character(const char* bytes) {
     return first < 0xF4 || byte(1) < 0x90 ? 4 : 0;
 }
 
+// What ends any of the runs above.
+inline constexpr auto kAnyStop = static_cast<ByteKind>(kTextStop | kValueStop);
+
 // The end of a run of well-formed characters, of which the first is not ASCII: before any byte at
 // which one of the searches above could stop, or where none follow that are not ASCII.
 __attribute__((noinline)) inline char* skip_high(char* bytes) {
+#if UXTREE_SSE2_SEARCH
+    // A word, as a rule, of letters of two bytes before markup.
+    const __m128i word = load_16(bytes);
+    const __m128i kinds = _mm_and_si128(word, _mm_set1_epi16(static_cast<short>(0xC0E0)));
+    const __m128i pairs = _mm_cmpeq_epi16(kinds, _mm_set1_epi16(static_cast<short>(0x80C0)));
+    const __m128i firsts = _mm_and_si128(word, _mm_set1_epi16(0x00FE));
+    const __m128i overlong = _mm_cmpeq_epi16(firsts, _mm_set1_epi16(0x00C0));
+    bytes += __builtin_ctz(~bits_of(_mm_andnot_si128(overlong, pairs)));
+    if (is_kind(*bytes, kAnyStop) && static_cast<signed char>(*bytes) >= 0) return bytes;
+#endif
     for (;;) {
 #if UXTREE_SSE2_SEARCH
         // Of two or three bytes, unless the second one has to be looked at.

@@ -84,6 +84,8 @@ FAULTS = [
      "if (first == 0xED) return byte(1) < 0xA0 ? 3 : 0;", ""),
     ("overlong forms are characters", SCAN,
      "bytes_between(block, 0xC2, 0xDF)", "bytes_between(block, 0xC0, 0xDF)"),
+    ("overlong forms are letters of a word", SCAN,
+     "_mm_andnot_si128(overlong, pairs)", "pairs"),
     ("surrogates are characters among others", SCAN,
      "bytes_between(block, 0xE1, 0xEC)", "bytes_between(block, 0xE1, 0xED)"),
     ("the third byte of a character may be any", SCAN,
