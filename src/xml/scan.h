@@ -1,5 +1,6 @@
-// Searches for the bytes that mean something in the content of an XML document. They look at many
-// bytes at once where the compiler has vector instructions, and at one after the other otherwise.
+// Searches for the bytes that mean something in the content of an XML document, and what is done to
+// the runs between them. They look at many bytes at once where the compiler has vector
+// instructions, and at one after the other otherwise.
 //
 // None of them has an end to watch: a NUL byte must stand behind the input, with kReadAhead
 // readable bytes. Every search stops there at the latest.
