@@ -71,7 +71,7 @@ py::dict told(const UXSaveReport& report) {
 
 [[noreturn]] void raise_save_failure(const py::object& path) {
     const CStringUTF8 reason = UXGetLastSaveError();
-    if (view_of(reason) == "out of memory") throw std::bad_alloc();
+    raise_if_no_memory(view_of(reason));
     raise_ours("SaveError", text_object(view_of(reason)), path);
 }
 

@@ -12,7 +12,7 @@ std::unique_ptr<UXSelection> compile(const py::str& expression) {
     UXSelectFault fault;
     const char* const text = text_of(expression.ptr(), "expression");
     if (!selection->compile(text, &fault)) {
-        if (fault.message == "out of memory") throw std::bad_alloc();
+        raise_if_no_memory(fault.message);
         const py::object before = text_object(std::string_view(text).substr(0, fault.position));
         const Py_ssize_t characters = PyUnicode_GET_LENGTH(before.ptr());
         raise_ours("SelectError", text_object(fault.message), expression, characters, py::none());

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <memory>
+#include <new>
 #include <string>
+#include <string_view>
 
 #include "uxtree/host/embedded.h"
 
@@ -57,6 +59,11 @@ template <typename... Arguments>
     throw Raised();
 }
 
+// The libraries tell of missing memory by this reason; Python has an exception of its own for it.
+inline void raise_if_no_memory(std::string_view reason) {
+    if (reason == "out of memory") throw std::bad_alloc();
+}
+
 // The reason of this thread's last load, kept until the interpreter can be asked again.
 struct LoadFailure {
     std::string message;
@@ -68,7 +75,7 @@ struct LoadFailure {
         return {std::string(view_of(failure.message)), failure.line, failure.column};
     }
     [[noreturn]] void raise(const py::object& path) const {
-        if (message == "out of memory") throw std::bad_alloc();
+        raise_if_no_memory(message);
         raise_ours("LoadError", text_object(message), path, line, column);
     }
 };
