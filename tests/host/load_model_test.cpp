@@ -2,6 +2,7 @@
 // at the same place.
 #include <algorithm>
 #include <random>
+#include <set>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -62,6 +63,37 @@ TEST(LoadModel, TheReaderChangesNothingOfWhatTheParserMakes) {
     }
     EXPECT_GT(accepted, kDocuments / 3);
     EXPECT_LT(accepted, kDocuments);
+}
+
+// More names than the reader keeps at hand: most stand once, others come again and again.
+TEST(LoadModel, NorDoesItWhereNamesAreMany) {
+    std::mt19937 random(7);
+    const auto name = [&random] {
+        if (random() % 3 == 0) return "n" + std::to_string(random() % 3000);
+        std::string text(1 + random() % 24, 'x');
+        for (char& c : text) c = static_cast<char>('a' + random() % 26);
+        return random() % 20 == 0 ? text + "\u00E9" : text;
+    };
+    uxhost::LoadOptions parser;
+    parser.parserAlone = true;
+    uxhost::LoadOptions both;
+    for (const unsigned mostAttributes : {1U, 4U, 16U}) {
+        std::string xml = "<r>";
+        for (int i = 0; i < 12000; ++i) {
+            const std::string tag = name();
+            xml += "<" + tag;
+            std::set<std::string> attributes;
+            for (auto left = random() % mostAttributes; left > 0; --left) attributes.insert(name());
+            for (const std::string& attribute : attributes) xml += " " + attribute + "='x y=1'";
+            xml += random() % 2 == 0 ? "/>" : "> a <!-- <b c= --></" + tag + ">";
+        }
+        xml += "</r>";
+        const std::string expected = loaded_with(xml, xml.size(), parser);
+        EXPECT_EQ(expected[0], '<');
+        for (both.window = 64; both.window <= 65536; both.window *= 32) {
+            EXPECT_TRUE(loaded_with(xml, xml.size(), both) == expected) << both.window;
+        }
+    }
 }
 
 // In UTF-16; bytes that are no UTF-8 become halves of pairs.
