@@ -38,11 +38,11 @@ std::vector<double> CVCn42FileBase::NumbersOf(const UXXmlWrapperBase& element) {
 // A text that is only white space counts as none. Leading zeros of the polynomial change nothing
 // and are left out.
 void CVCn42FileBase::ReadCoefficients(N42Calibration& calibration) {
-    Note(read_numbers(view_of(calibration.coefficientText), numbers_));
-    if (numbers_.size() == 0) {
+    if (trimmed(view_of(calibration.coefficientText)).empty()) {
         calibration.coefficientText.Empty();
         return;
     }
+    Note(read_numbers(view_of(calibration.coefficientText), numbers_));
     NoteShared(calibration.coefficientText);
     calibration.coefficients.assign(numbers_.data(), numbers_.data() + numbers_.size());
     while (calibration.coefficients.size() > 1 && calibration.coefficients.back() == 0) {

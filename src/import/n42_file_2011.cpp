@@ -111,7 +111,7 @@ bool CVCn42File::ReadCalibration(const UXXmlWrapperBase& element) {
     N42Calibration calibration;
     calibration.coefficientText = ChildText(element, kN42CoefficientValues);
     ReadCoefficients(calibration);
-    if (calibration.coefficients.empty()) {
+    if (calibration.coefficientText.IsEmpty()) {
         calibration.boundaries = NumbersOf(Child(element, kN42EnergyBoundaryValues));
     }
     const bool hasId = element.GetPropertyValue(GetName(kN42Id), calibration.id, 0) != 0;

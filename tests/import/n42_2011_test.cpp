@@ -143,6 +143,11 @@ TEST(VCTree_n42_, BoundariesAreReadOnlyWithoutCoefficients) {
                                  "</EnergyBoundaryValues><CoefficientValues>0 1"
                                  "</CoefficientValues></EnergyCalibration>"),
                 HasSubstr("Comment=\"0 1\">1 2</Energy>"));
+    // A text without any number is one, too.
+    EXPECT_EQ(with_calibration("<EnergyCalibration id='e'><CoefficientValues>;</CoefficientValues>"
+                               "<EnergyBoundaryValues>8 9</EnergyBoundaryValues>"
+                               "</EnergyCalibration>"),
+              "");
 }
 
 TEST(VCTree_n42_, UnknownOrEmptyCalibrationsGiveNoEnergies) {
