@@ -90,7 +90,13 @@ inline __m128i odd_bytes(__m128i block) {
                                        _mm_cmpeq_epi8(block, _mm_set1_epi8('\t')));
     return _mm_andnot_si128(lines, _mm_cmplt_epi8(block, firstPlain));
 }
-// Likewise without CR.
+// Which are white space other than blanks.
+inline __m128i line_bytes(__m128i block) {
+    return _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\r')),
+                        _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\n')),
+                                     _mm_cmpeq_epi8(block, _mm_set1_epi8('\t'))));
+}
+// Likewise odd ones without CR.
 inline __m128i odd_bytes_but_returns(__m128i block) {
     return _mm_andnot_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\r')), odd_bytes(block));
 }
@@ -162,11 +168,13 @@ char* find_odd_value_stop(char* bytes) {
 #if UXTREE_SSE2_SEARCH
     for (;; bytes += 16) {
         const __m128i block = load_16(bytes);
-        const __m128i odd = _mm_or_si128(odd_bytes_but_returns(block),
+        const __m128i odd = _mm_or_si128(_mm_cmplt_epi8(block, _mm_set1_epi8(0x20)),
                                          _mm_cmpeq_epi8(block, _mm_set1_epi8(kQuote)));
         const __m128i markup = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('<')),
                                             _mm_cmpeq_epi8(block, _mm_set1_epi8('&')));
-        const unsigned stops = bits_of(_mm_or_si128(odd, markup));
+        unsigned stops = bits_of(_mm_or_si128(odd, markup));
+        if (stops == 0) continue;
+        stops &= ~bits_of(line_bytes(block));
         if (stops != 0) return bytes + __builtin_ctz(stops);
     }
 #else
@@ -181,26 +189,28 @@ inline void copy_with_blanks(const char*& bytes, const char* end, char*& target)
 #if UXTREE_SSE2_SEARCH
     for (;;) {
         const __m128i block = load_16(bytes);
-        const __m128i returns = _mm_cmpeq_epi8(block, _mm_set1_epi8('\r'));
+        const __m128i gaps = line_bytes(block);
+        const __m128i references = _mm_cmpeq_epi8(block, _mm_set1_epi8('&'));
+        const auto left = end - bytes;
+        if (bytes == target && left >= 16 && bits_of(_mm_or_si128(gaps, references)) == 0) {
+            bytes += 16;
+            target += 16;
+            continue;
+        }
         const __m128i pairs =
-            _mm_and_si128(returns, _mm_cmpeq_epi8(load_16(bytes + 1), _mm_set1_epi8('\n')));
-        const unsigned stops =
-            bits_of(_mm_or_si128(pairs, _mm_cmpeq_epi8(block, _mm_set1_epi8('&'))));
-        const auto left = static_cast<std::size_t>(end - bytes);
-        const std::size_t count =
-            std::min(left, static_cast<std::size_t>(__builtin_ctz(stops | 0x10000U)));
-        const __m128i lines = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\n')),
-                                           _mm_cmpeq_epi8(block, _mm_set1_epi8('\t')));
-        const __m128i gaps = _mm_or_si128(lines, returns);
+            _mm_and_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\r')),
+                          _mm_cmpeq_epi8(load_16(bytes + 1), _mm_set1_epi8('\n')));
+        const unsigned stops = bits_of(_mm_or_si128(pairs, references));
+        const auto count = std::min<std::ptrdiff_t>(left, __builtin_ctz(stops | 0x10000U));
         const __m128i copied =
             _mm_or_si128(_mm_andnot_si128(gaps, block), _mm_and_si128(gaps, _mm_set1_epi8(' ')));
         // What is not copied yet stays as it is.
-        if (bytes - target >= 16 - static_cast<std::ptrdiff_t>(count)) {
+        if (bytes - target >= 16 - count) {
             _mm_storeu_si128(reinterpret_cast<__m128i*>(target), copied);
         } else {
             std::array<char, 16> part;
             _mm_storeu_si128(reinterpret_cast<__m128i*>(part.data()), copied);
-            std::memcpy(target, part.data(), count);
+            std::memcpy(target, part.data(), static_cast<std::size_t>(count));
         }
         bytes += count;
         target += count;
