@@ -53,6 +53,46 @@ Reference numbered(const char* at, const char* first) {
     return {p + 1 - at, code, true};
 }
 
+// Copies plain text of a value to the same place or one before, with a blank for each white space,
+// up to a reference or a CR before a LF. Moves both places behind it.
+void copy_with_blanks(const char*& bytes, const char* end, char*& target) {
+#if UXTREE_SSE2_SEARCH
+    for (;;) {
+        const __m128i block = load_16(bytes);
+        const __m128i gaps = line_bytes(block);
+        const __m128i references = _mm_cmpeq_epi8(block, _mm_set1_epi8('&'));
+        const auto left = end - bytes;
+        if (bytes == target && left >= 16 && bits_of(_mm_or_si128(gaps, references)) == 0) {
+            bytes += 16;
+            target += 16;
+            continue;
+        }
+        const __m128i pairs =
+            _mm_and_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\r')),
+                          _mm_cmpeq_epi8(load_16(bytes + 1), _mm_set1_epi8('\n')));
+        const unsigned stops = bits_of(_mm_or_si128(pairs, references));
+        const auto count = std::min<std::ptrdiff_t>(left, __builtin_ctz(stops | 0x10000U));
+        const __m128i copied =
+            _mm_or_si128(_mm_andnot_si128(gaps, block), _mm_and_si128(gaps, _mm_set1_epi8(' ')));
+        // What is not copied yet stays as it is.
+        if (bytes - target >= 16 - count) {
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(target), copied);
+        } else {
+            std::array<char, 16> part;
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(part.data()), copied);
+            std::memcpy(target, part.data(), static_cast<std::size_t>(count));
+        }
+        bytes += count;
+        target += count;
+        if (count < 16) return;
+    }
+#else
+    for (; bytes != end && *bytes != '&' && (bytes[0] != '\r' || bytes[1] != '\n'); ++bytes) {
+        *target++ = is_blank(*bytes) ? ' ' : *bytes;
+    }
+#endif
+}
+
 }  // namespace
 
 Reference read_reference(const char* at) {

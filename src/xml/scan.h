@@ -111,8 +111,8 @@ inline char* find_text_stop(char* bytes) {
                                             _mm_cmpeq_epi8(block, _mm_set1_epi8('&')));
         const __m128i bracket = _mm_cmpeq_epi8(block, _mm_set1_epi8(']'));
         const __m128i stop = _mm_or_si128(_mm_or_si128(odd_bytes(block), markup), bracket);
-        const int stops = _mm_movemask_epi8(stop);
-        if (stops != 0) return bytes + __builtin_ctz(static_cast<unsigned>(stops));
+        const unsigned stops = bits_of(stop);
+        if (stops != 0) return bytes + __builtin_ctz(stops);
     }
 #else
     return find_kind(bytes, kTextStop);
@@ -142,8 +142,8 @@ char* find_pair(char* bytes) {
 }
 
 // The first byte that ends a run of plain characters in a value with such quotes. The other quote
-// may end it too.
-template <char kQuote>
+// may end it too. White space other than blanks does not in a value that is going to be unescaped.
+template <char kQuote, bool kStopsAtLines>
 char* find_value_stop(char* bytes) {
 #if UXTREE_SSE2_SEARCH
     const __m128i firstPlain = _mm_set1_epi8(0x20);
@@ -154,72 +154,13 @@ char* find_value_stop(char* bytes) {
             _mm_or_si128(_mm_cmplt_epi8(block, firstPlain), _mm_cmpeq_epi8(block, quotes));
         const __m128i markup = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('<')),
                                             _mm_cmpeq_epi8(block, _mm_set1_epi8('&')));
-        const int stops = _mm_movemask_epi8(_mm_or_si128(odd, markup));
-        if (stops != 0) return bytes + __builtin_ctz(static_cast<unsigned>(stops));
-    }
-#else
-    return find_kind(bytes, kValueStop);
-#endif
-}
-
-// Likewise in a value that is going to be unescaped: white space does not matter.
-template <char kQuote>
-char* find_odd_value_stop(char* bytes) {
-#if UXTREE_SSE2_SEARCH
-    for (;; bytes += 16) {
-        const __m128i block = load_16(bytes);
-        const __m128i odd = _mm_or_si128(_mm_cmplt_epi8(block, _mm_set1_epi8(0x20)),
-                                         _mm_cmpeq_epi8(block, _mm_set1_epi8(kQuote)));
-        const __m128i markup = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('<')),
-                                            _mm_cmpeq_epi8(block, _mm_set1_epi8('&')));
         unsigned stops = bits_of(_mm_or_si128(odd, markup));
-        if (stops == 0) continue;
-        stops &= ~bits_of(line_bytes(block));
+        if (!kStopsAtLines && stops != 0) stops &= ~bits_of(line_bytes(block));
         if (stops != 0) return bytes + __builtin_ctz(stops);
     }
 #else
-    while (!is_kind(*bytes, kValueStop) || is_blank(*bytes)) ++bytes;
+    while (!is_kind(*bytes, kValueStop) || (!kStopsAtLines && is_blank(*bytes))) ++bytes;
     return bytes;
-#endif
-}
-
-// Copies plain text of a value to the same place or one before, with a blank for each white space,
-// up to a reference or a CR before a LF. Moves both places behind it.
-inline void copy_with_blanks(const char*& bytes, const char* end, char*& target) {
-#if UXTREE_SSE2_SEARCH
-    for (;;) {
-        const __m128i block = load_16(bytes);
-        const __m128i gaps = line_bytes(block);
-        const __m128i references = _mm_cmpeq_epi8(block, _mm_set1_epi8('&'));
-        const auto left = end - bytes;
-        if (bytes == target && left >= 16 && bits_of(_mm_or_si128(gaps, references)) == 0) {
-            bytes += 16;
-            target += 16;
-            continue;
-        }
-        const __m128i pairs =
-            _mm_and_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\r')),
-                          _mm_cmpeq_epi8(load_16(bytes + 1), _mm_set1_epi8('\n')));
-        const unsigned stops = bits_of(_mm_or_si128(pairs, references));
-        const auto count = std::min<std::ptrdiff_t>(left, __builtin_ctz(stops | 0x10000U));
-        const __m128i copied =
-            _mm_or_si128(_mm_andnot_si128(gaps, block), _mm_and_si128(gaps, _mm_set1_epi8(' ')));
-        // What is not copied yet stays as it is.
-        if (bytes - target >= 16 - count) {
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(target), copied);
-        } else {
-            std::array<char, 16> part;
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(part.data()), copied);
-            std::memcpy(target, part.data(), static_cast<std::size_t>(count));
-        }
-        bytes += count;
-        target += count;
-        if (count < 16) return;
-    }
-#else
-    for (; bytes != end && *bytes != '&' && (bytes[0] != '\r' || bytes[1] != '\n'); ++bytes) {
-        *target++ = is_blank(*bytes) ? ' ' : *bytes;
-    }
 #endif
 }
 
@@ -231,8 +172,7 @@ inline unsigned name_length(const char* bytes) {
                                       _mm_cmpeq_epi8(block, _mm_set1_epi8('=')));
     const __m128i close = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('>')),
                                        _mm_cmplt_epi8(block, _mm_set1_epi8(0x21)));
-    const auto stops = static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(ends, close)));
-    return static_cast<unsigned>(__builtin_ctz(stops | 0x10000U));
+    return static_cast<unsigned>(__builtin_ctz(bits_of(_mm_or_si128(ends, close)) | 0x10000U));
 #else
     unsigned length = 0;
     while (length < 16 && !is_kind(bytes[length], kNameStop)) ++length;
@@ -267,8 +207,8 @@ char* find_name_opening(char* bytes) {
         const __m128i block = load_16(bytes);
         const __m128i controls = _mm_cmpeq_epi8(_mm_min_epu8(block, _mm_set1_epi8(kLast)), block);
         const __m128i stop = _mm_or_si128(controls, _mm_cmpeq_epi8(block, _mm_set1_epi8('<')));
-        const int stops = _mm_movemask_epi8(stop);
-        if (stops != 0) return bytes + __builtin_ctz(static_cast<unsigned>(stops));
+        const unsigned stops = bits_of(stop);
+        if (stops != 0) return bytes + __builtin_ctz(stops);
     }
 #else
     while (*bytes != '<' && static_cast<unsigned char>(*bytes) > kLast) ++bytes;
@@ -296,8 +236,8 @@ inline bool is_all_blank(const char* bytes, std::size_t size) {
                                            _mm_cmpeq_epi8(block, _mm_set1_epi8('\r')));
         const __m128i gaps = _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8(' ')),
                                           _mm_cmpeq_epi8(block, _mm_set1_epi8('\t')));
-        const auto blanks = static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(lines, gaps)));
-        const auto run = static_cast<std::size_t>(__builtin_ctz(~blanks));
+        const auto run =
+            static_cast<std::size_t>(__builtin_ctz(~bits_of(_mm_or_si128(lines, gaps))));
         if (run >= size) return true;
         if (run < 16) return false;
         bytes += 16;

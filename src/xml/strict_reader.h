@@ -294,23 +294,23 @@ private:
         }
     }
 
-    // The name at `at`, which moves behind it. Null when there is none that is complete. expectsNew
-    // tells whether the last one of its kind was new among many: it likely is, too, and need not be
-    // looked for among those that were met lately.
-    KnownName* name_at(char*& at, bool& expectsNew) {
-        if (expectsNew) return new_name(at, expectsNew);
+    // The name at `at`, which moves behind it. Null when there is none that is complete. isNew comes
+    // telling whether the last one of its kind was new among many: this one likely is, too, and need
+    // not be looked for among those that were met lately. It goes telling it of this one.
+    KnownName* name_at(char*& at, bool& isNew) {
+        if (isNew) return new_name(at, isNew);
         const unsigned length = name_length(at);
         KnownName* const known = names_.cached(at, length);
-        if (known == nullptr) return new_name(at, expectsNew);
+        if (known == nullptr) return new_name(at, isNew);
         if (length < 16) {
-            if (static_cast<signed char>(at[length]) < 0) return new_name(at, expectsNew);
+            if (static_cast<signed char>(at[length]) < 0) return new_name(at, isNew);
             at += length;
             return known;
         }
-        if (!known->tail_stands_at(at, window_.end())) return new_name(at, expectsNew);
+        if (!known->tail_stands_at(at, window_.end())) return new_name(at, isNew);
         const char behind = at[known->length];
         if (!is_kind(behind, kNameStop) || static_cast<signed char>(behind) < 0) {
-            return new_name(at, expectsNew);
+            return new_name(at, isNew);
         }
         at += known->length;
         return known;
@@ -329,7 +329,6 @@ private:
         const auto size = static_cast<std::size_t>(end - at);
         return &known_of(ReadName::at(std::exchange(at, end), size), isNew);
     }
-    // isNew tells whether it was not known and is one of many.
     KnownName& known_of(const ReadName& name, bool& isNew) {
         const SinkName resolved = sink_.resolve(name);
         if (resolved.place >= kManyNames) hasManyNames_ = true;
@@ -458,7 +457,7 @@ private:
     char* value(const char* tag, char* at, KnownName* name) {
         if (name->stamp == stamp_) return fail(window_.begin());  // twice
         char* const begin = at;
-        at = find_value_stop<kQuote>(at);
+        at = find_value_stop<kQuote, true>(at);
         if (*at != kQuote) {
             at = odd_value<kQuote>(at);
             if (at == nullptr) return nullptr;
@@ -498,7 +497,7 @@ private:
             } else {
                 return fail(at);
             }
-            at = escaped ? find_odd_value_stop<kQuote>(at) : find_value_stop<kQuote>(at);
+            at = escaped ? find_value_stop<kQuote, false>(at) : find_value_stop<kQuote, true>(at);
         }
         if (escaped) escaped_.push_back(static_cast<std::uint32_t>(attribute_count()));
         return at;

@@ -57,9 +57,9 @@ FAULTS = [
      "                while (!is_kind(*p, kNameStop)) ++p;\n"
      "                if (*p == '>') {\n                    sink_.end();"),
     ("a name is known by its ASCII start", READER,
-     "if (static_cast<signed char>(at[length]) < 0) return new_name(at, expectsNew);", ""),
+     "if (static_cast<signed char>(at[length]) < 0) return new_name(at, isNew);", ""),
     ("long names are known by their first 16 bytes", READER,
-     "if (!known->tail_stands_at(at, window_.end())) return new_name(at, expectsNew);", ""),
+     "if (!known->tail_stands_at(at, window_.end())) return new_name(at, isNew);", ""),
     ("a name ahead ends where it is no longer ASCII", "names_ahead.h",
      "if (before != '<') return behind == '=';\n        return", "return before != '<' ||"),
     ("names ahead outlive the window", "names_ahead.h",
@@ -100,7 +100,7 @@ FAULTS = [
      "p == first || *p != ';' || !is_xml_character(code)", "p == first || *p != ';'"),
     ("CR LF in a value is two blanks", "references.cpp",
      "at += 2;", "at += 1;"),
-    ("what is not unescaped yet is overwritten", SCAN,
+    ("what is not unescaped yet is overwritten", "references.cpp",
      "bytes - target >= 16 - count", "bytes >= target"),
 ]
 
