@@ -7,12 +7,6 @@
 namespace uxtest {
 namespace {
 
-std::vector<std::string> swept_names() {
-    std::vector<std::string> names;
-    for (const auto& [name, calls] : all_calls().calls()) names.push_back(name);
-    return names;
-}
-
 std::vector<std::string> listed_names() {
     std::ifstream list(source_path("docs/entry_points.txt"));
     std::set<std::string> names;
@@ -28,7 +22,7 @@ class BadArguments : public testing::TestWithParam<std::string> {};
 TEST_P(BadArguments, GiveTheFailureValueAndChangeNothing) {
     for (const Call& call : all_calls().calls().at(GetParam())) call.try_bad_arguments();
 }
-INSTANTIATE_TEST_SUITE_P(Sweep, BadArguments, testing::ValuesIn(swept_names()),
+INSTANTIATE_TEST_SUITE_P(Sweep, BadArguments, testing::ValuesIn(all_calls().names()),
                          [](const auto& row) { return row.param; });
 
 // A text argument may stand in a string or an array that the call writes.
@@ -37,11 +31,11 @@ class Aliases : public testing::TestWithParam<std::string> {};
 TEST_P(Aliases, OfTextsAndOutputsGiveWhatTextsElsewhereGive) {
     for (const Call& call : all_calls().calls().at(GetParam())) call.try_aliases();
 }
-INSTANTIATE_TEST_SUITE_P(Sweep, Aliases, testing::ValuesIn(swept_names()),
+INSTANTIATE_TEST_SUITE_P(Sweep, Aliases, testing::ValuesIn(all_calls().names()),
                          [](const auto& row) { return row.param; });
 
 TEST(BadArgumentsSweep, CoversEveryListedEntryPoint) {
-    EXPECT_THAT(swept_names(), testing::ElementsAreArray(listed_names()));
+    EXPECT_THAT(all_calls().names(), testing::ElementsAreArray(listed_names()));
 }
 
 }  // namespace uxtest

@@ -60,12 +60,6 @@ private:
     std::optional<ThrowingServices> services_;
 };
 
-std::vector<std::string> every_name() {
-    std::vector<std::string> names;
-    for (const auto& [name, calls] : all_calls().calls()) names.push_back(name);
-    return names;
-}
-
 }  // namespace
 
 class Services : public testing::TestWithParam<std::string> {};
@@ -81,7 +75,7 @@ TEST_P(Services, ThatThrowMakeTheCallFail) {
         }
     }
 }
-INSTANTIATE_TEST_SUITE_P(Sweep, Services, testing::ValuesIn(every_name()),
+INSTANTIATE_TEST_SUITE_P(Sweep, Services, testing::ValuesIn(all_calls().names()),
                          [](const auto& row) { return row.param; });
 
 TEST(ThrowingServices, AreAskedByManyCalls) {

@@ -6,6 +6,7 @@
 
 #include "uxtree/import/n42.h"
 
+#include "support/n42_text.h"
 #include "support/test_tree.h"
 
 namespace uxtest {
@@ -58,17 +59,6 @@ private:
     TemporaryFolder folder_;
 };
 
-inline std::string in_2011(const std::string& content) {
-    return "<RadInstrumentData>" + content + "</RadInstrumentData>";
-}
-inline std::string in_2006(const std::string& content) {
-    return "<N42InstrumentData>" + content + "</N42InstrumentData>";
-}
-// A foreground measurement.
-inline std::string measured(const std::string& content) {
-    return "<RadMeasurement><MeasurementClassCode>F</MeasurementClassCode>" + content +
-           "</RadMeasurement>";
-}
 inline std::string spectrum_of(const std::string& channels, const std::string& attributes = "") {
     return "<Spectrum><ChannelData" + attributes + ">" + channels + "</ChannelData></Spectrum>";
 }
@@ -76,12 +66,6 @@ inline std::string gross(const std::string& detector, const std::string& content
     return "<GrossCounts" +
            (detector.empty() ? "" : " radDetectorInformationReference='" + detector + "'") + ">" +
            content + "</GrossCounts>";
-}
-
-inline std::string repeated(const std::string& text, int count) {
-    std::string out;
-    for (int i = 0; i < count; ++i) out += text;
-    return out;
 }
 
 }  // namespace uxtest

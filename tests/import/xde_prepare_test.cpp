@@ -9,6 +9,7 @@
 
 namespace {
 
+using uxtest::repeated;
 using uxtest::TemporaryFolder;
 using uxtest::TestTree;
 using uxtest::to_text;
@@ -23,12 +24,6 @@ std::string prepared(const std::string& description, DWORD flags = 0) {
     const int result =
         uxtree_XDE_prepare_XML(&tree, folder.write("description.xml", description).c_str(), flags);
     return result == 0 ? tree.text() : std::to_string(result);
-}
-
-std::string repeated(const std::string& text, int count) {
-    std::string out;
-    for (int i = 0; i < count; ++i) out += text;
-    return out;
 }
 
 TEST(uxtree_XDE_prepare_XML, RepeatedTagAmongOthersMovesIntoAWrapperThatIsAnArray) {

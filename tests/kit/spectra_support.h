@@ -6,21 +6,11 @@
 
 #include "uxtree/kit/spectra.h"
 
+#include "support/n42_text.h"
 #include "support/test_tree.h"
 
 namespace uxtest {
 
-inline std::string kit_2011(const std::string& content) {
-    return "<RadInstrumentData>" + content + "</RadInstrumentData>";
-}
-inline std::string kit_2006(const std::string& content) {
-    return "<N42InstrumentData>" + content + "</N42InstrumentData>";
-}
-inline std::string kit_measured(const std::string& content, const std::string& kind = "F") {
-    return "<RadMeasurement>" +
-           (kind.empty() ? "" : "<MeasurementClassCode>" + kind + "</MeasurementClassCode>") +
-           content + "</RadMeasurement>";
-}
 inline std::string kit_spectrum(const std::string& channels, const std::string& content = "",
                                 const std::string& attributes = "") {
     return "<Spectrum " + attributes + ">" + content + "<ChannelData>" + channels +

@@ -110,7 +110,7 @@ TEST(SpectrumReader, TakesThePositionOfTheDetectorBeforeThatOfTheInstrument) {
                "<LatitudeValue>" + latitude + "</LatitudeValue><LongitudeValue>2</LongitudeValue>" +
                "</GeographicPoint></StateVector></" + tag + ">";
     };
-    const ReadFile file(kit_2011(kit_measured(
+    const ReadFile file(in_2011(measured(
         state("RadInstrumentState", "1") + state("RadDetectorState", "3") +
         kit_spectrum("1", "", "radDetectorInformationReference='A'") + kit_spectrum("1"))));
     ASSERT_EQ(file.spectra.size(), 2U);
@@ -119,7 +119,7 @@ TEST(SpectrumReader, TakesThePositionOfTheDetectorBeforeThatOfTheInstrument) {
 }
 
 TEST(SpectrumReader, TellsWhatTheLevelsOf2006Say) {
-    const ReadFile file(kit_2006(
+    const ReadFile file(in_2006(
         "<Measurement><MeasuredItemInformation><MeasurementLocation>"
         "<Coordinates>46.25 -119.5 137</Coordinates></MeasurementLocation>"
         "</MeasuredItemInformation><DetectorData><StartTime>noon</StartTime>"
@@ -172,28 +172,26 @@ class SpectrumReasons : public testing::TestWithParam<Reason> {};
 INSTANTIATE_TEST_SUITE_P(
     SpectrumReader, SpectrumReasons,
     testing::Values(
-        Reason{"NoClassCode", kit_2011(kit_measured(kit_spectrum("1") + kit_spectrum("2"), "")),
+        Reason{"NoClassCode", in_2011(measured(kit_spectrum("1") + kit_spectrum("2"), "")),
                "no-class-code 2: 2 spectra left out: their measurement has no class code "
                "(MeasurementClassCode)"},
         Reason{"CalibrationWithoutId",
-               kit_2011("<EnergyCalibration/>" + kit_measured(kit_spectrum("1")) + "<x/>" +
-                        kit_measured(kit_spectrum("1") + kit_spectrum("1"))),
+               in_2011("<EnergyCalibration/>" + measured(kit_spectrum("1")) + "<x/>" +
+                       measured(kit_spectrum("1") + kit_spectrum("1"))),
                "calibration-without-id 3: an energy calibration without id ended the reading: 2 "
                "measurements with 3 spectra behind it not read"},
-        Reason{"DerivedData", kit_2011("<DerivedData>" + kit_spectrum("1") + "</DerivedData>"),
+        Reason{"DerivedData", in_2011("<DerivedData>" + kit_spectrum("1") + "</DerivedData>"),
                "derived-data 1: 1 spectrum in DerivedData, which is not read"},
-        Reason{"NoChannels", kit_2011(kit_measured(kit_spectrum(" "))),
+        Reason{"NoChannels", in_2011(measured(kit_spectrum(" "))),
                "no-channels 1: 1 spectrum without channel values left out"},
-        Reason{"Doses",
-               kit_2011(kit_measured("<DoseRate><DoseRateValue>1</DoseRateValue></DoseRate>")),
+        Reason{"Doses", in_2011(measured("<DoseRate><DoseRateValue>1</DoseRateValue></DoseRate>")),
                "dose-rates-alone 1: 1 measurement with dose rates, but neither spectra nor gross "
                "counts"},
-        Reason{"Empty", kit_2006("<Measurement/><Measurement/>"),
+        Reason{"Empty", in_2006("<Measurement/><Measurement/>"),
                "empty-measurements 2: 2 measurements with neither spectra nor gross counts"},
-        Reason{"Elsewhere",
-               kit_2011("<AnalysisResults>" + kit_spectrum("1") + "</AnalysisResults>"),
+        Reason{"Elsewhere", in_2011("<AnalysisResults>" + kit_spectrum("1") + "</AnalysisResults>"),
                "elsewhere 1: 1 element Spectrum in places where no spectra are looked for"},
-        Reason{"Nothing", kit_2006(""), "nothing 1: no measurement in the file"}),
+        Reason{"Nothing", in_2006(""), "nothing 1: no measurement in the file"}),
     [](const auto& test) { return test.param.name; });
 
 TEST_P(SpectrumReasons, AreToldWhereNothingComesOut) {
@@ -206,7 +204,7 @@ TEST_P(SpectrumReasons, AreToldWhereNothingComesOut) {
 }
 
 TEST(SpectrumReader, TellsWhatItChanged) {
-    const ReadFile file(kit_2011(kit_measured(
+    const ReadFile file(in_2011(measured(
         kit_spectrum("1 x 3 1e999", "", "energyCalibrationReference='none'") +
         "<Spectrum><ChannelData compressionCode='CountedZeroes'>1 0 2000000 5</ChannelData>"
         "</Spectrum><GrossCounts><CountData>many</CountData></GrossCounts>")));
@@ -225,9 +223,9 @@ TEST(SpectrumReader, TellsWhatItChanged) {
 
 TEST(SpectrumReader, TellsOfCalibrationsThatAreNoPolynomials) {
     const ReadFile file(
-        kit_2006("<Measurement><Spectrum><Calibration><Equation Model='Other'>"
-                 "<Coefficients>0 1</Coefficients></Equation></Calibration>"
-                 "<ChannelData>5</ChannelData></Spectrum></Measurement>"));
+        in_2006("<Measurement><Spectrum><Calibration><Equation Model='Other'>"
+                "<Coefficients>0 1</Coefficients></Equation></Calibration>"
+                "<ChannelData>5</ChannelData></Spectrum></Measurement>"));
     ASSERT_EQ(file.spectra.size(), 1U);
     EXPECT_FALSE(file.spectra[0].calibration);
     EXPECT_THAT(file.notes(),
@@ -249,7 +247,7 @@ TEST(SpectrumReader, CutsTheListsThatAnImportCuts) {
         "</Spectrum>";
     std::string out;
     for (int i = 0; i < 10; ++i) out += huge;
-    const ReadFile file(kit_2011(kit_measured(out, "") + kit_measured(out)));
+    const ReadFile file(in_2011(measured(out, "") + measured(out)));
     TestTree tree("<t/>");
     ASSERT_EQ(VCTree_n42_(&tree, file.path.c_str(), nullptr, nullptr, 0), 0);
     ASSERT_EQ(file.spectra.size(), 10U);
@@ -282,12 +280,12 @@ TEST(SpectrumReader, ImportsTheSameTree) {
 }
 
 TEST(SpectrumReader, LeavesCalculatedEnergiesOutOfATree) {
-    const std::string content = kit_2011(
+    const std::string content = in_2011(
         "<EnergyCalibration id='P'><CoefficientValues>0 1</CoefficientValues></EnergyCalibration>"
         "<EnergyCalibration id='L'><EnergyBoundaryValues>0 9</EnergyBoundaryValues>"
         "</EnergyCalibration>" +
-        kit_measured(kit_spectrum("1", "", "energyCalibrationReference='P'") +
-                     kit_spectrum("2", "", "energyCalibrationReference='L'")));
+        measured(kit_spectrum("1", "", "energyCalibrationReference='P'") +
+                 kit_spectrum("2", "", "energyCalibrationReference='L'")));
     ReadFile file(content);
     TestTree target("<t/>");
     ASSERT_EQ(file.reader.import_into(target, false), 0);
@@ -304,9 +302,9 @@ TEST(SpectrumReader, TellsTheSizeOfAnImport) {
         "<EnergyCalibration id='E'><CoefficientValues>-0.3 0.731</CoefficientValues>"
         "</EnergyCalibration>";
     for (int i = 0; i < 20; ++i) {
-        content += kit_measured(kit_spectrum(channels, "", "energyCalibrationReference='E'"));
+        content += measured(kit_spectrum(channels, "", "energyCalibrationReference='E'"));
     }
-    ReadFile file(kit_2011(content));
+    ReadFile file(in_2011(content));
     const uxkit::ImportSize size = file.reader.import_size();
     TestTree target("<t/>");
     ASSERT_EQ(file.reader.import_into(target), 0);

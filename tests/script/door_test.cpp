@@ -364,12 +364,6 @@ bool ScriptDoor::call(const std::string& name, const std::vector<std::type_index
     return called;
 }
 
-std::vector<std::string> called_names() {
-    std::vector<std::string> names;
-    for (const auto& [name, calls] : all_calls().calls()) names.push_back(name);
-    return names;
-}
-
 const std::set<std::string>& script_forms() {
     static const std::set<std::string> forms = [] {
         std::set<std::string> names;
@@ -425,7 +419,7 @@ TEST_P(ScriptSweep, RaisesAnExceptionWhenMemoryRunsShort) {
     }
     EXPECT_GT(script_door().calls(), before);
 }
-INSTANTIATE_TEST_SUITE_P(Sweep, ScriptSweep, testing::ValuesIn(called_names()),
+INSTANTIATE_TEST_SUITE_P(Sweep, ScriptSweep, testing::ValuesIn(all_calls().names()),
                          [](const auto& row) { return row.param; });
 
 }  // namespace uxtest

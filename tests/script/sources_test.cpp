@@ -10,12 +10,6 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-std::string repeated(const std::string& text, int count) {
-    std::string all;
-    for (int i = 0; i < count; ++i) all += text;
-    return all;
-}
-
 struct Nested {
     const char* start;
     const char* open;

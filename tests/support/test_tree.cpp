@@ -99,6 +99,12 @@ std::string tag_text(const UXXmlWrapperBase& node) {
     return node.GetTagName(tag) ? static_cast<const char*>(tag) : "(invalid)";
 }
 
+std::string repeated(const std::string& text, int count) {
+    std::string out;
+    for (int i = 0; i < count; ++i) out += text;
+    return out;
+}
+
 std::vector<std::string> texts(const CWBOStringArray& array) {
     std::vector<std::string> out;
     for (int i = 0; i < array.GetSize(); ++i) out.emplace_back(static_cast<const char*>(array[i]));

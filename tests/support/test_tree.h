@@ -33,6 +33,7 @@ std::string tree_text(const char* xml);
 // The element's tag; "(invalid)" for an invalid handle.
 std::string tag_text(const UXXmlWrapperBase& node);
 
+std::string repeated(const std::string& text, int count);
 std::vector<std::string> texts(const CWBOStringArray& array);
 CWBOStringArray string_list(const std::vector<std::string>& values);
 template <typename T>

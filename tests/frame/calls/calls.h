@@ -673,6 +673,12 @@ public:
         add_call(entry.name, function, row, {}, {true, true}, arguments...);
     }
     const std::map<std::string, std::vector<Call>>& calls() const { return calls_; }
+    // Of what is called, for a test of each.
+    std::vector<std::string> names() const {
+        std::vector<std::string> names;
+        for (const auto& [name, calls] : calls_) names.push_back(name);
+        return names;
+    }
 
 private:
     template <typename Facts, typename Result, typename... Params, std::size_t... I,
