@@ -3,8 +3,8 @@ import json
 import os
 import pathlib
 import re
+import select
 import subprocess
-import time
 
 from harness import case
 
@@ -218,16 +218,17 @@ def test_SlowWorkShowsProgressOnATerminalOnly(tool):
     process = subprocess.Popen([tool.program, "show", "-"], stdin=subprocess.PIPE,
                                stdout=subprocess.PIPE, stderr=slave, env=tool.environment(None))
     os.close(slave)
-    time.sleep(1.0)
+    seen = b""
+    while not re.match(rb"\rreading stdin \.\.\. \d+\.\d s", seen):
+        assert select.select([master], [], [], 20)[0], seen
+        seen += os.read(master, 65536)
     process.stdin.write(b"<r/>")
     process.stdin.close()
     assert process.stdout.read() == b"r\n"
-    seen = b""
     try:
         while block := os.read(master, 65536):
             seen += block
     except OSError:
         pass
     process.wait()
-    assert b"reading stdin ... 0." in seen, seen
     assert seen.endswith(b"\r\x1b[K"), seen  # the line is taken away
