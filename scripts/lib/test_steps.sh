@@ -5,26 +5,26 @@
 # lacks what it takes. The seconds behind a name are those of two cores without a compiler cache.
 #
 short_steps=(
-    dev      # 450 s
-    clang    # 225 s
-    release  # 150 s
-    wheel    # 60 s
+    dev      # 590 s
+    clang    # 270 s
+    release  # 185 s
+    wheel    # 75 s
 )
 long_steps=(
-    removals  # 90 s
-    libcxx  # 250 s
-    lto  # 250 s
-    tsan      # 150 s
-    python_sanitized  # 150 s
-    static    # 1450 s
-    packages  # 180 s
-    consumers  # 130 s
-    abi  # 60 s
-    docs      # 5 s
-    huge      # 90 s
-    layout    # 45 s and a build
-    conformance  # 20 s and a build, and once 10 MB from npm
-    mutants      # 300 s
+    removals     # 70 s
+    libcxx       # 240 s
+    lto          # 175 s
+    tsan         # 60 s
+    python_sanitized  # 110 s
+    static       # 1080 s
+    packages     # 255 s
+    consumers    # 125 s
+    abi          # 65 s
+    docs         # 2 s
+    huge         # 15 s, behind release
+    layout       # 10 s, and a build if alone
+    conformance  # 6 s, likewise, and once 10 MB from npm
+    mutants      # 220 s
 )
 
 not_tried=()
