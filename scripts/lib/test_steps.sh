@@ -21,8 +21,8 @@ long_steps=(
     consumers    # 125 s
     abi          # 65 s
     docs         # 2 s
-    huge         # 15 s, behind release
-    layout       # 10 s, and a build if alone
+    huge         # 15 s, and a build if alone
+    layout       # 10 s, likewise
     conformance  # 6 s, likewise, and once 10 MB from npm
     mutants      # 220 s
 )

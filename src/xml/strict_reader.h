@@ -294,9 +294,9 @@ private:
         }
     }
 
-    // The name at `at`, which moves behind it. Null when there is none that is complete. isNew comes
-    // telling whether the last one of its kind was new among many: this one likely is, too, and need
-    // not be looked for among those that were met lately. It goes telling it of this one.
+    // The name at `at`, which moves behind it. Null when there is none that is complete. Where isNew,
+    // the last one of its kind was new among many: this one likely is, too, and is not looked for
+    // among those that were met lately. Then isNew is set for this one.
     KnownName* name_at(char*& at, bool& isNew) {
         if (isNew) return new_name(at, isNew);
         const unsigned length = name_length(at);

@@ -54,8 +54,8 @@ def test_others_go_on_while_a_file_is_read(tmp_path):
 
     interval = sys.getswitchinterval()
     sys.setswitchinterval(1000)  # seconds: none is interrupted who keeps the lock
+    thread = threading.Thread(target=other)
     try:
-        thread = threading.Thread(target=other)
         thread.start()
         begin.set()
         for _ in range(100):  # a machine at work may not wake it within one
